@@ -1,0 +1,124 @@
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <QString>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace kestro {
+
+/// A symbol before an item's title: its name in the symbol set, the spoken description, and its size in
+/// points.
+struct StatusSymbol {
+    QString name;
+    QString accessibilityDescription;
+    int pointSize = 12;
+
+    friend bool operator==(const StatusSymbol&, const StatusSymbol&) = default;
+};
+
+/// The colour role of a title; the host decides the colour from the panel's scheme.
+enum class StatusTitleColor { label, secondaryLabel, orange };
+
+/// A title with its font: pixel size, weight (500 medium … 700 bold) and colour role. Figures are tabular.
+struct StatusTitle {
+    QString text;
+    int pointSize = 12;
+    int weight = 500;
+    StatusTitleColor color = StatusTitleColor::label;
+
+    friend bool operator==(const StatusTitle&, const StatusTitle&) = default;
+};
+
+/// The two rows that an icon-sized item can paint when its host shows no text, in percent; absent: no data.
+struct StatusGlance {
+    std::optional<int> upperPercent;  ///< memory
+    std::optional<int> lowerPercent;  ///< processor
+
+    friend bool operator==(const StatusGlance&, const StatusGlance&) = default;
+};
+
+/// Everything that an item shows.
+struct StatusContent {
+    std::optional<StatusSymbol> symbol;
+    StatusTitle title;
+
+    /// The widest text that the title can become, so that a panel can reserve the room.
+    QString widestTitle;
+
+    /// The whole readout for hosts that show no title; empty: the title itself.
+    QString toolTip;
+
+    /// Values to paint into the icon where the host shows no title; absent: the symbol stays the icon.
+    std::optional<StatusGlance> glance;
+
+    friend bool operator==(const StatusContent&, const StatusContent&) = default;
+};
+
+/// One entry of a menu. Titles are plain text: "&" and "_" show as themselves.
+struct StatusMenuEntry {
+    QString title;
+    bool isSeparator = false;
+    bool isEnabled = true;
+    bool isChecked = false;
+    QString shortcut;                      ///< portable key sequence such as "Ctrl+D"; empty: none
+    std::function<void()> action;          ///< empty: nothing happens
+    std::vector<StatusMenuEntry> submenu;  ///< not empty: the entry opens a submenu
+
+    static StatusMenuEntry separator() {
+        StatusMenuEntry entry;
+        entry.isSeparator = true;
+        return entry;
+    }
+    static StatusMenuEntry header(const QString& title) {
+        StatusMenuEntry entry;
+        entry.title = title;
+        entry.isEnabled = false;
+        return entry;
+    }
+};
+
+using StatusMenu = std::vector<StatusMenuEntry>;
+
+/// How an item was clicked.
+enum class StatusClick { primary, secondary };
+
+/// What an item tells its owner. `anchor` is where the item is on the screen, or the panel's edge nearest to
+/// the click, in global coordinates; a null rectangle when the host does not say.
+struct StatusItemHandlers {
+    /// A click, with `controlHeld` for the control key. Empty: any click opens the menu.
+    std::function<void(StatusClick click, bool controlHeld, const QRect& anchor)> onClick;
+
+    /// Builds the menu afresh for each opening.
+    std::function<StatusMenu()> buildMenu;
+};
+
+/// One item in the status bar; it leaves the bar when it is destroyed. Main thread.
+class StatusItem {
+public:
+    virtual ~StatusItem() = default;
+
+    /// Shows new content; equal content costs nothing.
+    virtual void setContent(const StatusContent& content) = 0;
+
+    /// Opens the item's menu beside the item, or at `position` (global coordinates) when given.
+    virtual void openMenu(std::optional<QPoint> position = std::nullopt) = 0;
+
+    /// Where the item is, in global coordinates; null when the host does not say.
+    virtual QRect geometry() const = 0;
+};
+
+/// The place on the desktop where items live. Items move to another host when one appears or goes away.
+class StatusBar {
+public:
+    virtual ~StatusBar() = default;
+
+    /// `identifier` is a stable plain word for this item, such as "kestro-main".
+    [[nodiscard]] virtual std::unique_ptr<StatusItem> createItem(const QString& identifier,
+                                                                 StatusItemHandlers handlers) = 0;
+};
+
+}  // namespace kestro

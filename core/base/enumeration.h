@@ -1,0 +1,74 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace kestro {
+
+/// The one table of a closed enumeration. A specialisation holds
+/// `static constexpr std::array rows`, one row per case in case order, each with at least the members
+/// `value` (the case) and `rawValue` (its stored form). Cases are numbered from 0 without gaps.
+template <typename E>
+struct EnumerationTable;
+
+template <typename E>
+concept ClosedEnumeration = requires {
+    EnumerationTable<E>::rows[0].value;
+    EnumerationTable<E>::rows[0].rawValue;
+};
+
+/// The table row of a case.
+template <ClosedEnumeration E>
+constexpr const auto& tableRow(E value) {
+    return EnumerationTable<E>::rows[static_cast<std::size_t>(value)];
+}
+
+/// Every case, in the order in which menus and pickers list them.
+template <ClosedEnumeration E>
+constexpr auto allCases() {
+    constexpr auto& rows = EnumerationTable<E>::rows;
+    std::array<E, rows.size()> cases{};
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        cases[i] = rows[i].value;
+    }
+    return cases;
+}
+
+/// The stored form of a case; for most enumerations also its display label.
+template <ClosedEnumeration E>
+constexpr std::string_view rawValue(E value) {
+    return tableRow(value).rawValue;
+}
+
+/// The identity of a case in lists: its stored form.
+template <ClosedEnumeration E>
+constexpr std::string_view id(E value) {
+    return rawValue(value);
+}
+
+/// The case whose stored form is exactly `text`; nullopt when there is none.
+template <ClosedEnumeration E>
+constexpr std::optional<E> fromRawValue(std::string_view text) {
+    for (const auto& row : EnumerationTable<E>::rows) {
+        if (row.rawValue == text) {
+            return row.value;
+        }
+    }
+    return std::nullopt;
+}
+
+/// True when the rows stand in case order; every table is checked with it at compile time.
+template <ClosedEnumeration E>
+constexpr bool tableIsInCaseOrder() {
+    std::size_t index = 0;
+    for (const auto& row : EnumerationTable<E>::rows) {
+        if (static_cast<std::size_t>(row.value) != index++) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace kestro

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <memory>
+
+namespace kestro {
+
+/// Lets work that comes back later see whether its owner still exists. The owner keeps a Lifetime as its
+/// last member; the work keeps `watch()` and does nothing once it has expired. Both on the main thread.
+class Lifetime {
+public:
+    std::weak_ptr<const void> watch() const { return token_; }
+
+private:
+    std::shared_ptr<const void> token_ = std::make_shared<char>();
+};
+
+}  // namespace kestro

@@ -1,0 +1,121 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/base/lifetime.h"
+#include "core/base/published.h"
+#include "core/platform/clock.h"
+#include "core/settings/settings_enumerations.h"
+#include "core/telemetry/cpu_telemetry.h"
+#include "core/telemetry/disk_telemetry.h"
+#include "core/telemetry/fan_telemetry.h"
+#include "core/telemetry/memory_telemetry.h"
+#include "core/telemetry/network_telemetry.h"
+#include "core/telemetry/power_telemetry.h"
+#include "core/telemetry/process_info_item.h"
+#include "core/telemetry/thermal_telemetry.h"
+
+namespace kestro {
+
+class CPUReader;
+class DiskReader;
+class MemoryReader;
+class NetworkReader;
+class PowerReader;
+class ProcessReader;
+class RunLoopTimer;
+class SMCReader;
+class ThermalReader;
+class UserSettings;
+struct Platform;
+
+/// The readers that one engine drives; references that outlive it.
+struct TelemetryReaders {
+    CPUReader& cpu;
+    MemoryReader& memory;
+    DiskReader& disk;
+    NetworkReader& network;
+    PowerReader& power;
+    SMCReader& smc;
+    ThermalReader& thermal;
+    ProcessReader& processes;
+};
+
+/// Drives the readers on a timer and keeps their latest results. While a window shows, each tick samples
+/// every source; otherwise only what the status bar can display. Main thread only, but for the process
+/// listing, which runs in the background and is assigned back on the main thread.
+class TelemetryEngine {
+public:
+    /// Starts the timer; takes no sample.
+    TelemetryEngine(const Platform& platform, UserSettings& settings, const TelemetryReaders& readers);
+    ~TelemetryEngine();
+    TelemetryEngine(const TelemetryEngine&) = delete;
+    TelemetryEngine& operator=(const TelemetryEngine&) = delete;
+
+    /// The process-wide engine on the current platform, made at first use.
+    static TelemetryEngine& shared();
+
+    Published<std::vector<FanTelemetry>, TelemetryEngine> fans;
+    Published<ThermalTelemetry, TelemetryEngine> thermals;
+    Published<CPUTelemetry, TelemetryEngine> cpu;
+    Published<MemoryTelemetry, TelemetryEngine> memory;
+    Published<DiskTelemetry, TelemetryEngine> disk;
+    Published<NetworkTelemetry, TelemetryEngine> network;
+    Published<PowerTelemetry, TelemetryEngine> power;
+    Published<std::vector<ProcessInfoItem>, TelemetryEngine> topProcesses;
+
+    /// Exactly 30 entries each, oldest first: percent, and bytes per second.
+    Published<std::vector<double>, TelemetryEngine> cpuHistory;
+    Published<std::vector<double>, TelemetryEngine> netDownHistory;
+    Published<std::vector<double>, TelemetryEngine> netUpHistory;
+
+    /// Whether the popover, the dashboard or the settings window is showing.
+    Published<bool, TelemetryEngine> isUIActive;
+
+    /// A changed value restarts the timer with its new period and, when true, samples everything at once;
+    /// an equal value does nothing.
+    void setUIActive(bool active);
+
+    /// Takes and publishes one sample of every source.
+    void sampleFull();
+
+    /// Starts one background listing of the top processes; the one that finishes last is kept.
+    void refreshProcesses();
+
+    /// Replaces the timer with one of the current period, for after a change of the polling profile.
+    void restartTimer();
+
+    /// Pass-through to the settings.
+    bool isPinned() const;
+    void setPinned(bool pinned);
+    MenubarDisplayMode menubarMode() const;
+    void setMenubarMode(MenubarDisplayMode mode);
+
+    /// Display texts in the units that the user chose.
+    std::string formatTemp(double celsius) const;
+    std::string formatFanRPM(double rpm) const;
+
+    /// Time since the machine booted: "5h 3m", or "2d 0h 41m" from one day on.
+    std::string uptimeString() const;
+
+    const std::string& macModel() const { return macModel_; }
+    const std::string& macOSVersion() const { return macOSVersion_; }
+    WallTime bootTime() const { return bootTime_; }
+
+private:
+    void sampleLightweight();
+
+    const Platform& platform_;
+    UserSettings& settings_;
+    TelemetryReaders readers_;
+    std::string macModel_;
+    std::string macOSVersion_;
+    WallTime bootTime_;
+    std::unique_ptr<RunLoopTimer> timer_;
+    Lifetime lifetime_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <chrono>
+
+namespace kestro {
+
+/// Wall-clock time: follows the user's calendar, may jump.
+using WallTime = std::chrono::system_clock::time_point;
+
+/// Time that never goes back; its origin has no meaning.
+using MonotonicTime = std::chrono::steady_clock::time_point;
+
+/// The two clocks. Any thread; never fails.
+class Clock {
+public:
+    virtual ~Clock() = default;
+
+    virtual WallTime wallNow() const = 0;
+    virtual MonotonicTime monotonicNow() const = 0;
+};
+
+}  // namespace kestro

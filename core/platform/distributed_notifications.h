@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "core/base/subscription.h"
+
+namespace kestro {
+
+/// A user-info value; kinds other than text, boolean and number cross the port as monostate.
+using NotificationValue = std::variant<std::monostate, bool, double, std::string>;
+using NotificationUserInfo = std::map<std::string, NotificationValue, std::less<>>;
+
+/// The user's distributed notification centre. Any process of the user can post, so the contents are not to
+/// be trusted. Main thread.
+class DistributedNotifications {
+public:
+    using Handler = std::function<void(const NotificationUserInfo&)>;
+
+    virtual ~DistributedNotifications() = default;
+
+    /// Calls `handler` on the main thread for every posting of `name`, whoever sent it, this process
+    /// included, until the returned object dies.
+    virtual Subscription observe(std::string_view name, Handler handler) = 0;
+
+    /// Posts with no sender object. Silent when there is nobody to deliver.
+    virtual void post(std::string_view name, const NotificationUserInfo& userInfo = {}) = 0;
+};
+
+}  // namespace kestro

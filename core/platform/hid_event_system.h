@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kestro {
+
+/// A client of the event system, and one of its services (a sensor). Valid until the next `copyServices`.
+using HIDClient = std::uint32_t;
+using HIDService = std::uint32_t;
+
+/// The human-interface event system, which publishes the temperature sensors. Main thread.
+class HIDEventSystem {
+public:
+    virtual ~HIDEventSystem() = default;
+
+    /// nullopt: the event system is not available.
+    virtual std::optional<HIDClient> createClient() = 0;
+
+    /// Restricts the client to services of this usage; 0xFF00 and 5 select the temperature sensors.
+    virtual void setMatching(HIDClient client, std::int32_t primaryUsagePage, std::int32_t primaryUsage) = 0;
+
+    /// The matching services in a stable order. nullopt: no list could be made.
+    virtual std::optional<std::vector<HIDService>> copyServices(HIDClient client) = 0;
+
+    /// The service's "Product" text; nullopt when it has none.
+    virtual std::optional<std::string> copyProduct(HIDService service) = 0;
+
+    /// The level of the service's temperature event in degrees Celsius; nullopt when there is no event,
+    /// for example for a moment after resume.
+    virtual std::optional<double> copyTemperatureEvent(HIDService service) = 0;
+};
+
+}  // namespace kestro

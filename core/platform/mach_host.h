@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+namespace kestro {
+
+/// The answer of `host_processor_info` for the flavour PROCESSOR_CPU_LOAD_INFO.
+struct ProcessorLoadInfo {
+    std::uint32_t processorCount = 0;
+
+    /// Four cumulative tick counts for each logical core, in the order user, system, idle, nice. They wrap
+    /// as 32-bit numbers. Owned by the caller, who gives it back with `vmDeallocate`. Null data: no array.
+    std::span<std::int32_t> info;
+};
+
+/// The page counts of `host_statistics64` for the flavour HOST_VM_INFO64 that are in use.
+struct VirtualMemoryStatistics {
+    std::uint32_t freeCount = 0;
+    std::uint32_t activeCount = 0;
+    std::uint32_t inactiveCount = 0;
+    std::uint32_t wireCount = 0;
+    std::uint32_t compressorPageCount = 0;
+};
+
+/// The kernel's host port: processor ticks and virtual-memory statistics. Main thread; in steady state no
+/// call allocates memory.
+class MachHost {
+public:
+    virtual ~MachHost() = default;
+
+    /// nullopt: the kernel did not answer, or with counters that make no sense.
+    virtual std::optional<ProcessorLoadInfo> hostProcessorInfo() = 0;
+
+    /// Gives back an array of `hostProcessorInfo`; `byteCount` is its length in integers times 4.
+    virtual void vmDeallocate(std::int32_t* address, std::size_t byteCount) = 0;
+
+    /// nullopt: the statistics cannot be read.
+    virtual std::optional<VirtualMemoryStatistics> hostStatistics64() = 0;
+
+    /// Bytes in one page of `hostStatistics64`; nullopt: unknown.
+    virtual std::optional<std::size_t> hostPageSize() = 0;
+};
+
+}  // namespace kestro

@@ -1,0 +1,47 @@
+#pragma once
+
+namespace kestro {
+
+class Clock;
+class CommandRunner;
+class DistributedNotifications;
+class FileEvents;
+class FileSystemStatistics;
+class HIDEventSystem;
+class MachHost;
+class NetworkInterfaces;
+class PowerAssertions;
+class PowerSources;
+class ProcessInfoService;
+class RunLoop;
+class SMCService;
+class ScriptRunner;
+class SystemControl;
+class UserDefaults;
+
+/// Everything that the program needs from the machine and the session, as references that outlive every user.
+struct Platform {
+    Clock& clock;
+    RunLoop& runLoop;
+    MachHost& machHost;
+    SystemControl& systemControl;
+    ProcessInfoService& processInfo;
+    FileSystemStatistics& fileSystem;
+    NetworkInterfaces& networkInterfaces;
+    PowerSources& powerSources;
+    SMCService& smc;
+    HIDEventSystem& hidEventSystem;
+    CommandRunner& commandRunner;
+    ScriptRunner& scriptRunner;
+    PowerAssertions& powerAssertions;
+    UserDefaults& userDefaults;
+    DistributedNotifications& notifications;
+    FileEvents& fileEvents;
+
+    /// The platform that the process-wide shared objects are built on. `install` comes first, once, from
+    /// main; asking before that is a bug of ours.
+    static const Platform& current();
+    static void install(const Platform& platform);
+};
+
+}  // namespace kestro

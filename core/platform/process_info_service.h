@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace kestro {
+
+/// The running system's name and version. The name belongs to the platform ("macOS" on a Mac, the NAME of
+/// os-release on Linux), so that no machine claims to be another.
+struct OperatingSystemVersion {
+    std::string productName;
+    std::int64_t major = 0;
+    std::int64_t minor = 0;
+    std::int64_t patch = 0;
+};
+
+/// The process-information service. Main thread; never fails.
+class ProcessInfoService {
+public:
+    virtual ~ProcessInfoService() = default;
+
+    /// Bytes of physical memory that the system can use.
+    virtual std::uint64_t physicalMemory() = 0;
+
+    /// 0 nominal, 1 fair, 2 serious, 3 critical.
+    virtual std::int64_t thermalState() = 0;
+
+    virtual OperatingSystemVersion operatingSystemVersion() = 0;
+};
+
+}  // namespace kestro

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace kestro {
+
+/// How urgent background work is: `userInitiated` for work that somebody waits for, `utility` for the rest.
+enum class TaskPriority { utility, userInitiated };
+
+/// A running timer; destroying it invalidates it, also from inside its own firing.
+class RunLoopTimer {
+public:
+    virtual ~RunLoopTimer() = default;
+};
+
+/// The main run loop: timers, the main thread's task queue, and background tasks.
+class RunLoop {
+public:
+    using Task = std::function<void()>;
+
+    virtual ~RunLoop() = default;
+
+    /// Calls `task` on the main thread every `period` until the returned timer dies. Each firing is a task
+    /// of the main queue of its own. Timers are coarse: firings may be late by a fraction of the period so
+    /// that timers of equal period share a wake-up, and missed firings are not made up for. Main thread.
+    [[nodiscard]] virtual std::unique_ptr<RunLoopTimer> scheduleRepeating(std::chrono::milliseconds period,
+                                                                          Task task) = 0;
+
+    /// Appends a task to the main thread's queue. Any thread.
+    virtual void post(Task task) = 0;
+
+    /// Runs a task off the main thread; tasks may overlap and end in any order. Any thread.
+    virtual void runInBackground(TaskPriority priority, Task task) = 0;
+};
+
+}  // namespace kestro
