@@ -1,0 +1,94 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "core/base/enumeration.h"
+
+namespace kestro {
+
+/// The colour themes; the theme gives each its colours.
+enum class ThemePalette { cryogenic, thermal, obsidian, lilac, monolith };
+
+template <>
+struct EnumerationTable<ThemePalette> {
+    struct Row {
+        ThemePalette value;
+        std::string_view rawValue;
+    };
+    static constexpr std::array rows{
+        Row{ThemePalette::cryogenic, "Cryogenic Azure"},  Row{ThemePalette::thermal, "Thermal Infrared"},
+        Row{ThemePalette::obsidian, "Obsidian Emerald"},  Row{ThemePalette::lilac, "Velvet Lilac"},
+        Row{ThemePalette::monolith, "Monolith Titanium"},
+    };
+};
+static_assert(tableIsInCaseOrder<ThemePalette>());
+
+/// Strength of the halftone decoration.
+enum class HalftoneIntensity { off, subtle, standard, bold };
+
+template <>
+struct EnumerationTable<HalftoneIntensity> {
+    struct Row {
+        HalftoneIntensity value;
+        std::string_view rawValue;
+        double alpha;
+    };
+    static constexpr std::array rows{
+        Row{HalftoneIntensity::off, "Off", 0.0},
+        Row{HalftoneIntensity::subtle, "Subtle (12%)", 0.12},
+        Row{HalftoneIntensity::standard, "Standard (25%)", 0.25},
+        Row{HalftoneIntensity::bold, "Bold (45%)", 0.45},
+    };
+};
+static_assert(tableIsInCaseOrder<HalftoneIntensity>());
+
+/// Opacity of the dots, 0..1.
+constexpr double alpha(HalftoneIntensity intensity) {
+    return tableRow(intensity).alpha;
+}
+
+/// Where the dots of the halftone decoration gather.
+enum class HalftonePatternStyle { band, plume, ambient };
+
+template <>
+struct EnumerationTable<HalftonePatternStyle> {
+    struct Row {
+        HalftonePatternStyle value;
+        std::string_view rawValue;
+    };
+    static constexpr std::array rows{
+        Row{HalftonePatternStyle::band, "Header Band"},
+        Row{HalftonePatternStyle::plume, "Thermal Plume"},
+        Row{HalftonePatternStyle::ambient, "Ambient Field"},
+    };
+};
+static_assert(tableIsInCaseOrder<HalftonePatternStyle>());
+
+/// A translucent background material, numbered as NSVisualEffectView.Material.
+enum class VisualEffectMaterial { popover = 6, hudWindow = 13, underWindowBackground = 21 };
+
+/// The translucent background of the popover and the windows.
+enum class GlassMaterialStyle { deepFrosted, hudContrast, subtleTint };
+
+template <>
+struct EnumerationTable<GlassMaterialStyle> {
+    struct Row {
+        GlassMaterialStyle value;
+        std::string_view rawValue;
+        VisualEffectMaterial nsMaterial;
+    };
+    static constexpr std::array rows{
+        Row{GlassMaterialStyle::deepFrosted, "Deep Frosted (.underWindowBackground)",
+            VisualEffectMaterial::underWindowBackground},
+        Row{GlassMaterialStyle::hudContrast, "HUD Contrast (.hudWindow)", VisualEffectMaterial::hudWindow},
+        Row{GlassMaterialStyle::subtleTint, "Subtle Tint (.popover)", VisualEffectMaterial::popover},
+    };
+};
+static_assert(tableIsInCaseOrder<GlassMaterialStyle>());
+
+constexpr VisualEffectMaterial nsMaterial(GlassMaterialStyle style) {
+    return tableRow(style).nsMaterial;
+}
+
+}  // namespace kestro

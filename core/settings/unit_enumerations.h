@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "core/base/digit_grouping.h"
+#include "core/base/enumeration.h"
+
+namespace kestro {
+
+enum class TemperatureUnit { celsius, fahrenheit };
+
+template <>
+struct EnumerationTable<TemperatureUnit> {
+    struct Row {
+        TemperatureUnit value;
+        std::string_view rawValue;
+    };
+    static constexpr std::array rows{
+        Row{TemperatureUnit::celsius, "Celsius (°C)"},
+        Row{TemperatureUnit::fahrenheit, "Fahrenheit (°F)"},
+    };
+};
+static_assert(tableIsInCaseOrder<TemperatureUnit>());
+
+/// A temperature in degrees Celsius as text in `unit` with one decimal: "48.0°C", "118.4°F".
+std::string format(TemperatureUnit unit, double celsius);
+
+enum class FanSpeedUnit { kRPM, rawRPM };
+
+template <>
+struct EnumerationTable<FanSpeedUnit> {
+    struct Row {
+        FanSpeedUnit value;
+        std::string_view rawValue;
+    };
+    static constexpr std::array rows{
+        Row{FanSpeedUnit::kRPM, "Compact (e.g. 7.8k)"},
+        Row{FanSpeedUnit::rawRPM, "Full (e.g. 7,820 RPM)"},
+    };
+};
+static_assert(tableIsInCaseOrder<FanSpeedUnit>());
+
+/// A speed in revolutions per minute as text: compact "7.8k" (below 1000 the bare "850"), or full
+/// "7,820 RPM" with digits grouped as the user's locale does.
+std::string format(FanSpeedUnit unit, std::int64_t rpm, const DigitGrouping& grouping = DigitGrouping::ofUser());
+
+}  // namespace kestro
