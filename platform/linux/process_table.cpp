@@ -1,0 +1,186 @@
+#include "platform/linux/process_table.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <climits>
+#include <ctime>
+#include <iterator>
+
+#include "platform/linux/process_stat.h"
+#include "platform/linux/valid_text.h"
+
+namespace kestro {
+
+namespace {
+
+/// Listings closer together than this are measured against the same earlier one: over a few milliseconds
+/// the kernel's ticks of 10 ms say nothing.
+constexpr double shortestMeasure = 0.4;
+
+double ticksPerSecond() {
+    static const double ticks = static_cast<double>(std::max(sysconf(_SC_CLK_TCK), 1L));
+    return ticks;
+}
+
+std::uint64_t kibibytesPerPage() {
+    static const auto size = static_cast<std::uint64_t>(std::max(sysconf(_SC_PAGESIZE), 1024L)) / 1024;
+    return size;
+}
+
+double installedKibibytes() {
+    static const double size =
+        static_cast<double>(std::max(sysconf(_SC_PHYS_PAGES), 1L)) * static_cast<double>(kibibytesPerPage());
+    return size;
+}
+
+bool isProcessDirectory(const char* name) {
+    return name[0] >= '1' && name[0] <= '9';
+}
+
+}  // namespace
+
+double ProcessTable::bootClock() {
+    timespec now{};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+ProcessTable::ProcessTable(const std::string& root, UptimeSource uptime)
+    : procDescriptor_(open((root + "/proc").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
+      uptime_(std::move(uptime)) {}
+
+ProcessTable::~ProcessTable() {
+    if (procDescriptor_ >= 0) {
+        close(procDescriptor_);
+    }
+}
+
+void ProcessTable::scan() {
+    processCount_ = 0;
+    const int listing =
+        procDescriptor_ < 0 ? -1 : openat(procDescriptor_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    DIR* directory = listing < 0 ? nullptr : fdopendir(listing);
+    if (directory == nullptr) {
+        if (listing >= 0) {
+            close(listing);
+        }
+        return;
+    }
+
+    std::array<char, 2048> text;
+    while (const dirent* entry = readdir(directory)) {
+        if (!isProcessDirectory(entry->d_name)) {
+            continue;
+        }
+        std::array<char, NAME_MAX + 8> path;
+        *fmt::format_to_n(path.data(), path.size() - 1, "{}/stat", entry->d_name).out = '\0';
+        const int file = openat(procDescriptor_, path.data(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+        if (file < 0) {
+            continue;
+        }
+        const auto length = read(file, text.data(), text.size());
+        close(file);
+        const auto stat =
+            length > 0 ? parseProcessStat({text.data(), static_cast<std::size_t>(length)}) : std::nullopt;
+        if (!stat) {
+            continue;
+        }
+        if (processCount_ == processes_.size()) {
+            processes_.emplace_back();
+        }
+        auto& process = processes_[processCount_++];
+        process.pid = stat->pid;
+        process.startTicks = stat->startTicks;
+        process.processorTicks = stat->processorTicks;
+        process.residentPages = stat->residentPages;
+        process.name.assign(stat->name);
+    }
+    closedir(directory);
+
+    const auto end = processes_.begin() + static_cast<std::ptrdiff_t>(processCount_);
+    if (!std::ranges::is_sorted(processes_.begin(), end, {}, &Process::pid)) {
+        std::ranges::sort(processes_.begin(), end, {}, &Process::pid);
+    }
+}
+
+void ProcessTable::measure(double now) {
+    const double elapsed = now - baselineTime_;
+    std::size_t earlier = 0;
+    for (std::size_t index = 0; index < processCount_; ++index) {
+        auto& process = processes_[index];
+        while (earlier < baselineCount_ && baseline_[earlier].pid < process.pid) {
+            ++earlier;
+        }
+        const bool known = earlier < baselineCount_ && baseline_[earlier].pid == process.pid &&
+                           baseline_[earlier].startTicks == process.startTicks && baselineTime_ >= 0;
+        const double seconds = known ? elapsed : now - static_cast<double>(process.startTicks) / ticksPerSecond();
+        const auto before = known ? baseline_[earlier].processorTicks : 0;
+        const auto ticks = process.processorTicks > before ? process.processorTicks - before : 0;
+        process.processorPercent = seconds > 0 ? static_cast<double>(ticks) / ticksPerSecond() / seconds * 100 : 0;
+    }
+}
+
+std::string ProcessTable::command(const Process& process) const {
+    std::array<char, 32> path;
+    *fmt::format_to_n(path.data(), path.size() - 1, "{}/exe", process.pid).out = '\0';
+    std::array<char, PATH_MAX> target;
+    const auto length = readlinkat(procDescriptor_, path.data(), target.data(), target.size());
+    std::string_view text = process.name;
+    if (length > 0) {
+        text = {target.data(), static_cast<std::size_t>(length)};
+        constexpr std::string_view deleted = " (deleted)";
+        if (text.ends_with(deleted)) {
+            text.remove_suffix(deleted.size());
+        }
+    }
+    return validText(text);
+}
+
+std::string ProcessTable::list(Order order) {
+    const std::lock_guard guard(mutex_);
+    scan();
+    const double now = uptime_();
+    measure(now);
+
+    ranking_.resize(processCount_);
+    for (std::uint32_t index = 0; index < ranking_.size(); ++index) {
+        ranking_[index] = index;
+    }
+    const auto rows = std::min(rowLimit, ranking_.size());
+    std::ranges::partial_sort(ranking_, ranking_.begin() + static_cast<std::ptrdiff_t>(rows),
+                              [&](std::uint32_t left, std::uint32_t right) {
+                                  const auto& a = processes_[left];
+                                  const auto& b = processes_[right];
+                                  if (order == Order::processor && a.processorPercent != b.processorPercent) {
+                                      return a.processorPercent > b.processorPercent;
+                                  }
+                                  if (a.residentPages != b.residentPages) {
+                                      return a.residentPages > b.residentPages;
+                                  }
+                                  return a.pid < b.pid;
+                              });
+
+    std::string table = "    PID  %CPU %MEM      RSS COMM\n";
+    for (std::size_t row = 0; row < rows; ++row) {
+        const auto& process = processes_[ranking_[row]];
+        const auto resident = process.residentPages * kibibytesPerPage();
+        fmt::format_to(std::back_inserter(table), "{:7} {:5.1f} {:4.1f} {:8} {}\n", process.pid,
+                       process.processorPercent, static_cast<double>(resident) / installedKibibytes() * 100,
+                       resident, command(process));
+    }
+
+    if (baselineTime_ < 0 || now - baselineTime_ >= shortestMeasure) {
+        std::swap(processes_, baseline_);
+        baselineCount_ = processCount_;
+        baselineTime_ = now;
+    }
+    return table;
+}
+
+}  // namespace kestro

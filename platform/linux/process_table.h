@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace kestro {
+
+/// The processes of this machine as the process-status tool would list them, read straight from /proc.
+///
+/// Processor use is measured between two listings, as `top` does; a process that was not there at the
+/// earlier one counts from its start. Any thread; listings wait for each other. A /proc that cannot be read
+/// lists nothing.
+class ProcessTable {
+public:
+    enum class Order { processor, residentMemory };
+
+    /// Seconds since boot, suspended time included.
+    using UptimeSource = std::function<double()>;
+
+    /// `root` is the directory that holds proc/.
+    explicit ProcessTable(const std::string& root = "/", UptimeSource uptime = bootClock);
+    ~ProcessTable();
+    ProcessTable(const ProcessTable&) = delete;
+    ProcessTable& operator=(const ProcessTable&) = delete;
+
+    /// A header line, then at most `rowLimit` lines of pid, CPU percent of one core, memory percent, resident
+    /// KiB and command, the greatest first. The command is the executable's path where it can be read and the
+    /// kernel's name otherwise, always valid UTF-8 without control characters.
+    std::string list(Order order);
+
+    /// Several times what the longest list of the program shows.
+    static constexpr std::size_t rowLimit = 100;
+
+    /// CLOCK_BOOTTIME.
+    static double bootClock();
+
+private:
+    struct Process {
+        std::int32_t pid = 0;
+        std::uint64_t startTicks = 0;
+        std::uint64_t processorTicks = 0;
+        std::uint64_t residentPages = 0;
+        double processorPercent = 0;
+        std::string name;
+    };
+
+    void scan();
+    void measure(double now);
+    std::string command(const Process& process) const;
+
+    const int procDescriptor_;
+    const UptimeSource uptime_;
+    std::mutex mutex_;
+    std::vector<Process> processes_;  // the newest listing, by process id
+    std::size_t processCount_ = 0;    // entries in use; the others keep their storage
+    std::vector<Process> baseline_;   // the listing that the newest one is measured against
+    std::size_t baselineCount_ = 0;
+    double baselineTime_ = -1;
+    std::vector<std::uint32_t> ranking_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,241 @@
+#include "platform/linux/linux_file_events.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <string>
+
+#include "core/platform/run_loop.h"
+#include "tests/platform/linux/temporary_directory.h"
+
+namespace kestro {
+namespace {
+
+/// A main queue that the test itself works off.
+class QueueLoop final : public RunLoop {
+public:
+    std::unique_ptr<RunLoopTimer> scheduleRepeating(std::chrono::milliseconds, Task) override { return nullptr; }
+    void runInBackground(TaskPriority, Task) override {}
+    void post(Task task) override {
+        const std::lock_guard guard(mutex_);
+        tasks_.push_back(std::move(task));
+        changed_.notify_all();
+    }
+
+    /// Runs the next task; false when none came within the time that no healthy machine needs.
+    bool runNext(std::chrono::milliseconds patience = std::chrono::seconds(20)) {
+        Task task;
+        {
+            std::unique_lock lock(mutex_);
+            if (!changed_.wait_for(lock, patience, [this] { return !tasks_.empty(); })) {
+                return false;
+            }
+            task = std::move(tasks_.front());
+            tasks_.pop_front();
+        }
+        task();
+        return true;
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<Task> tasks_;
+};
+
+class LinuxFileEventsTest : public testing::Test {
+protected:
+    LinuxFileEventsTest() { events.createIfMissing(path); }
+
+    std::unique_ptr<FileEventSource> watch() {
+        return events.watchWrites(path, [this] { seen += events.read(path).value_or("<none>") + ";"; });
+    }
+
+    void write(const std::string& text) { directory.write("command", text); }
+
+    TemporaryDirectory directory;
+    const std::string path = directory / "command";
+    QueueLoop loop;
+    LinuxFileEvents events{loop};
+    std::string seen;
+};
+
+mode_t modeOf(const std::string& path) {
+    struct stat status {};
+    stat(path.c_str(), &status);
+    return status.st_mode & 07777;
+}
+
+TEST_F(LinuxFileEventsTest, CreatesAFileThatOnlyThisUserMayUse) {
+    EXPECT_EQ(modeOf(path), 0600u);
+    EXPECT_EQ(events.read(path), "");
+}
+
+TEST_F(LinuxFileEventsTest, LeavesAnExistingFileAsItIs) {
+    write("word");
+
+    events.createIfMissing(path);
+
+    EXPECT_EQ(events.read(path), "word");
+}
+
+TEST_F(LinuxFileEventsTest, CallsAfterAWrite) {
+    const auto source = watch();
+
+    write("popover\n");
+
+    ASSERT_TRUE(loop.runNext());
+    EXPECT_EQ(seen, "popover\n;");
+}
+
+TEST_F(LinuxFileEventsTest, FollowsTheFileThroughReplacement) {
+    const auto source = watch();
+
+    directory.write("other", "moved");
+    rename((directory / "other").c_str(), path.c_str());
+    ASSERT_TRUE(loop.runNext());
+    EXPECT_EQ(seen, "moved;");
+    seen.clear();
+
+    write("written");
+    while (seen.find("written") == std::string::npos) {
+        ASSERT_TRUE(loop.runNext());
+    }
+}
+
+TEST_F(LinuxFileEventsTest, FollowsTheFileThroughDeletion) {
+    const auto source = watch();
+
+    for (const std::string word : {"first", "second"}) {
+        unlink(path.c_str());
+        write(word);
+        while (seen.find(word) == std::string::npos) {
+            ASSERT_TRUE(loop.runNext());
+        }
+    }
+}
+
+TEST_F(LinuxFileEventsTest, WaitsForAFileThatIsMissing) {
+    unlink(path.c_str());
+    const auto source = watch();
+    ASSERT_NE(source, nullptr);
+
+    write("late");
+
+    while (seen.find("late") == std::string::npos) {
+        ASSERT_TRUE(loop.runNext());
+    }
+}
+
+TEST_F(LinuxFileEventsTest, OneThousandWritesQueueFewCallsAndTheLastWordIsSeen) {
+    const auto source = watch();
+
+    for (int i = 0; i < 1000; ++i) {
+        write("word " + std::to_string(i));
+    }
+
+    while (seen.find("word 999") == std::string::npos) {
+        ASSERT_TRUE(loop.runNext());
+    }
+}
+
+TEST_F(LinuxFileEventsTest, ACancelledWatchCallsNobody) {
+    auto source = watch();
+    write("popover");
+
+    source.reset();
+
+    while (loop.runNext(std::chrono::milliseconds(0))) {
+    }
+    EXPECT_EQ(seen, "");
+}
+
+TEST_F(LinuxFileEventsTest, RefusesALink) {
+    unlink(path.c_str());
+    directory.write("target", "secret");
+    symlink((directory / "target").c_str(), path.c_str());
+
+    EXPECT_EQ(watch(), nullptr);
+    EXPECT_EQ(events.read(path), std::nullopt);
+    events.truncate(path);
+    EXPECT_EQ(events.read(directory / "target"), "secret");
+}
+
+TEST_F(LinuxFileEventsTest, RefusesAFileWithASecondName) {
+    write("mine");
+    link(path.c_str(), (directory / "second").c_str());
+
+    EXPECT_EQ(watch(), nullptr);
+    EXPECT_EQ(events.read(path), std::nullopt);
+    events.truncate(path);
+    unlink((directory / "second").c_str());
+    EXPECT_EQ(events.read(path), "mine");
+}
+
+TEST_F(LinuxFileEventsTest, RefusesAFifoWithoutBlocking) {
+    unlink(path.c_str());
+    mkfifo(path.c_str(), 0600);
+
+    EXPECT_EQ(watch(), nullptr);
+    EXPECT_EQ(events.read(path), std::nullopt);
+    events.truncate(path);
+}
+
+TEST_F(LinuxFileEventsTest, RefusesADirectory) {
+    unlink(path.c_str());
+    mkdir(path.c_str(), 0700);
+
+    EXPECT_EQ(watch(), nullptr);
+    EXPECT_EQ(events.read(path), std::nullopt);
+}
+
+TEST_F(LinuxFileEventsTest, RefusesAFileThatOthersMayWriteTo) {
+    for (const mode_t mode : {0620, 0602, 0666}) {
+        chmod(path.c_str(), mode);
+        EXPECT_EQ(watch(), nullptr) << mode;
+        EXPECT_EQ(events.read(path), std::nullopt) << mode;
+    }
+}
+
+TEST_F(LinuxFileEventsTest, RefusesAFileOfAnotherUser) {
+    if (geteuid() == 0) {
+        chown(path.c_str(), 65534, 65534);
+        EXPECT_EQ(watch(), nullptr);
+        EXPECT_EQ(events.read(path), std::nullopt);
+    } else {
+        EXPECT_EQ(events.watchWrites("/etc/hostname", [] {}), nullptr);
+        EXPECT_EQ(events.read("/etc/hostname"), std::nullopt);
+    }
+}
+
+TEST_F(LinuxFileEventsTest, ReadsNoMoreThanFourKibibytesOfAHugeFile) {
+    write(std::string(10 << 20, 'x'));
+
+    EXPECT_EQ(events.read(path), std::string(4096, 'x'));
+}
+
+TEST_F(LinuxFileEventsTest, Truncates) {
+    write("word");
+
+    events.truncate(path);
+
+    EXPECT_EQ(events.read(path), "");
+}
+
+TEST_F(LinuxFileEventsTest, AMissingDirectoryIsNoChannel) {
+    const auto nowhere = directory / "none/command";
+
+    events.createIfMissing(nowhere);
+
+    EXPECT_EQ(events.watchWrites(nowhere, [] {}), nullptr);
+    EXPECT_EQ(events.read(nowhere), std::nullopt);
+}
+
+}  // namespace
+}  // namespace kestro

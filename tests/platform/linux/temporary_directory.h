@@ -1,0 +1,41 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+namespace kestro {
+
+/// A directory of a test's own, removed with everything in it.
+class TemporaryDirectory {
+public:
+    TemporaryDirectory() {
+        auto pattern = (std::filesystem::temp_directory_path() / "kestro-test-XXXXXX").string();
+        path_ = mkdtemp(pattern.data());
+    }
+    ~TemporaryDirectory() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+    const std::filesystem::path& path() const { return path_; }
+    std::string operator/(std::string_view name) const { return (path_ / name).string(); }
+
+    /// Writes a file, and the directories above it where they are missing.
+    void write(std::string_view name, std::string_view text) const {
+        const auto file = path_ / name;
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream(file, std::ios::binary) << text;
+    }
+
+private:
+    std::filesystem::path path_;
+};
+
+}  // namespace kestro
