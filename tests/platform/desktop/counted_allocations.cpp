@@ -1,0 +1,32 @@
+#include "tests/platform/desktop/counted_allocations.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+thread_local std::uint64_t allocations = 0;
+}
+
+namespace kestro::testing_support {
+
+std::uint64_t allocationsOfThisThread() {
+    return allocations;
+}
+
+}  // namespace kestro::testing_support
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}

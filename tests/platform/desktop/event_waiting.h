@@ -1,0 +1,30 @@
+#pragma once
+
+#include <chrono>
+#include <concepts>
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QTimer>
+
+namespace kestro::testing_support {
+
+/// Runs the event loop until `condition` holds. False: it did not within a deadline that only a hanging
+/// test reaches.
+template <std::predicate Condition>
+bool waitUntil(Condition condition, std::chrono::milliseconds deadline = std::chrono::seconds(20)) {
+    const QDeadlineTimer limit(deadline);
+    // Ends the wait for events in the end when there are none.
+    QTimer alarm;
+    alarm.start(std::chrono::milliseconds(50));
+    while (!condition()) {
+        if (limit.hasExpired()) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}
+
+}  // namespace kestro::testing_support

@@ -1,0 +1,253 @@
+#include "platform/desktop/qt_run_loop.h"
+
+#include "tests/platform/desktop/counted_allocations.h"
+#include "tests/platform/desktop/event_waiting.h"
+
+#include <QEventLoop>
+#include <QSemaphore>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <set>
+#include <thread>
+
+namespace kestro {
+namespace {
+
+using namespace std::chrono_literals;
+using testing_support::allocationsOfThisThread;
+using testing_support::waitUntil;
+
+MonotonicTime at(std::chrono::nanoseconds sinceOrigin) {
+    return MonotonicTime(sinceOrigin);
+}
+
+TEST(FiringTime, IsAWholeMultipleOfThePeriodAndNeverEarly) {
+    EXPECT_EQ(firingTime(at(10'300ms), 1000ms, 1000ms), at(12s));
+    EXPECT_EQ(firingTime(at(10'300ms), 2000ms, 2000ms), at(14s));
+    EXPECT_EQ(firingTime(at(10'300ms), 5000ms, 5000ms), at(20s));
+    EXPECT_EQ(firingTime(at(10s), 5000ms, 5000ms), at(15s));
+}
+
+TEST(FiringTime, SkipsWhatWasMissed) {
+    EXPECT_EQ(firingTime(at(17'200ms), 1000ms, 1ms), at(18s));
+    EXPECT_EQ(firingTime(at(18s), 1000ms, 1ms), at(19s));
+}
+
+TEST(QtRunLoop, SleepsWithNothingScheduled) {
+    QtRunLoop runLoop;
+
+    EXPECT_EQ(runLoop.nextTimerWakeUp(), std::nullopt);
+    {
+        const auto timer = runLoop.scheduleRepeating(1000ms, [] {});
+        EXPECT_NE(runLoop.nextTimerWakeUp(), std::nullopt);
+    }
+    EXPECT_EQ(runLoop.nextTimerWakeUp(), std::nullopt);
+}
+
+TEST(QtRunLoop, FiresTimersOfDifferentPeriodsInOneWakeUp) {
+    QtRunLoop runLoop;
+    std::set<std::uint64_t> fast;
+    std::set<std::uint64_t> slow;
+    std::set<std::uint64_t> slowest;
+
+    const auto slowTimer = runLoop.scheduleRepeating(40ms, [&] { slow.insert(runLoop.timerWakeUps()); });
+    const auto fastTimer = runLoop.scheduleRepeating(20ms, [&] { fast.insert(runLoop.timerWakeUps()); });
+    const auto slowestTimer = runLoop.scheduleRepeating(100ms, [&] { slowest.insert(runLoop.timerWakeUps()); });
+    ASSERT_TRUE(waitUntil([&] { return slowest.size() >= 3; }));
+
+    EXPECT_TRUE(std::ranges::includes(fast, slow));
+    EXPECT_TRUE(std::ranges::includes(fast, slowest));
+    EXPECT_EQ(runLoop.timerWakeUps(), fast.size());
+}
+
+TEST(QtRunLoop, NeverFiresBeforeAPeriodHasPassed) {
+    QtRunLoop runLoop;
+    const auto start = std::chrono::steady_clock::now();
+    std::optional<MonotonicTime> first;
+
+    const auto timer = runLoop.scheduleRepeating(60ms, [&] { first = std::chrono::steady_clock::now(); });
+    ASSERT_TRUE(waitUntil([&] { return first.has_value(); }));
+
+    EXPECT_GE(*first - start, 60ms);
+}
+
+TEST(QtRunLoop, ATimerMayDieInItsOwnFiring) {
+    QtRunLoop runLoop;
+    std::unique_ptr<RunLoopTimer> timer;
+    const auto witness = std::make_shared<int>(0);
+
+    timer = runLoop.scheduleRepeating(5ms, [&timer, witness] {
+        timer.reset();
+        ++*witness;
+    });
+    ASSERT_TRUE(waitUntil([&] { return *witness == 1; }));
+
+    EXPECT_EQ(witness.use_count(), 1) << "the task is destroyed with its timer";
+    EXPECT_EQ(runLoop.nextTimerWakeUp(), std::nullopt);
+}
+
+TEST(QtRunLoop, ATimerThatAnotherOneKillsInTheSameWakeUpDoesNotFire) {
+    QtRunLoop runLoop;
+    std::unique_ptr<RunLoopTimer> victim;
+    int killerFirings = 0;
+    int victimFirings = 0;
+
+    const auto killer = runLoop.scheduleRepeating(10ms, [&] {
+        victim.reset();
+        ++killerFirings;
+    });
+    victim = runLoop.scheduleRepeating(10ms, [&] { ++victimFirings; });
+    ASSERT_TRUE(waitUntil([&] { return killerFirings == 3; }));
+
+    EXPECT_EQ(victimFirings, 0);
+}
+
+TEST(QtRunLoop, ATimerMayScheduleAnother) {
+    QtRunLoop runLoop;
+    std::vector<std::unique_ptr<RunLoopTimer>> timers;
+    int firings = 0;
+
+    const auto first = runLoop.scheduleRepeating(5ms, [&] {
+        if (timers.size() < 20) {
+            timers.push_back(runLoop.scheduleRepeating(5ms, [&] { ++firings; }));
+        }
+    });
+
+    EXPECT_TRUE(waitUntil([&] { return firings > 20; }));
+}
+
+TEST(QtRunLoop, OtherTimersGoOnWhileATaskRunsAnEventLoop) {
+    QtRunLoop runLoop;
+    int others = 0;
+    int entered = 0;
+    bool left = false;
+
+    const auto blocking = runLoop.scheduleRepeating(5ms, [&] {
+        if (++entered == 1) {
+            left = waitUntil([&] { return others >= 3; });
+        }
+    });
+    const auto other = runLoop.scheduleRepeating(5ms, [&] {
+        ++others;
+        EXPECT_TRUE(left || entered <= 1) << "fired again inside its own firing";
+    });
+
+    EXPECT_TRUE(waitUntil([&] { return left; }));
+}
+
+TEST(QtRunLoop, AFiringAllocatesNothing) {
+    QtRunLoop runLoop;
+    int firings = 0;
+    std::uint64_t allocationsAtTheFirst = 0;
+    std::uint64_t allocationsAtTheLast = 0;
+    QEventLoop loop;
+
+    const auto timer = runLoop.scheduleRepeating(5ms, [&] {
+        ++firings;
+        if (firings == 5) {
+            allocationsAtTheFirst = allocationsOfThisThread();
+        } else if (firings == 25) {
+            allocationsAtTheLast = allocationsOfThisThread();
+            loop.quit();
+        }
+    });
+    loop.exec();
+
+    EXPECT_EQ(allocationsAtTheLast, allocationsAtTheFirst);
+}
+
+TEST(QtRunLoop, ATimerMayOutliveIt) {
+    std::unique_ptr<RunLoopTimer> timer;
+    {
+        QtRunLoop runLoop;
+        timer = runLoop.scheduleRepeating(5ms, [] { FAIL(); });
+    }
+
+    timer.reset();
+}
+
+TEST(QtRunLoop, RunsPostedTasksInOrderOnTheMainThread) {
+    QtRunLoop runLoop;
+    std::vector<int> order;
+    std::set<QThread*> threads;
+    const auto record = [&](int number) {
+        order.push_back(number);
+        threads.insert(QThread::currentThread());
+    };
+
+    std::thread poster([&] {
+        for (int number = 0; number < 100; ++number) {
+            runLoop.post([&record, number] { record(number); });
+        }
+    });
+    poster.join();
+
+    EXPECT_TRUE(order.empty());
+    ASSERT_TRUE(waitUntil([&] { return order.size() == 100; }));
+    EXPECT_TRUE(std::ranges::is_sorted(order));
+    EXPECT_EQ(threads, std::set<QThread*>{QCoreApplication::instance()->thread()});
+}
+
+TEST(QtRunLoop, UrgentTasksNeverWaitBehindOrdinaryOnes) {
+    QtRunLoop runLoop;
+    QSemaphore gate;
+    QSemaphore urgentRan;
+    for (int task = 0; task < 10; ++task) {
+        runLoop.runInBackground(TaskPriority::utility, [&] { gate.acquire(); });
+    }
+
+    runLoop.runInBackground(TaskPriority::userInitiated, [&] { urgentRan.release(); });
+
+    EXPECT_TRUE(urgentRan.tryAcquire(1, 20'000));
+    gate.release(10);
+}
+
+TEST(QtRunLoop, BoundsItsThreads) {
+    std::atomic<int> running = 0;
+    std::atomic<int> most = 0;
+    std::atomic<int> done = 0;
+    {
+        QtRunLoop runLoop;
+        for (int task = 0; task < 200; ++task) {
+            runLoop.runInBackground(TaskPriority::utility, [&] {
+                const int now = ++running;
+                int seen = most;
+                while (seen < now && !most.compare_exchange_weak(seen, now)) {
+                }
+                std::this_thread::yield();
+                --running;
+                ++done;
+            });
+        }
+        ASSERT_TRUE(waitUntil([&] { return done == 200; }));
+    }
+
+    EXPECT_LE(most, 2);
+}
+
+TEST(QtRunLoop, FinishingDropsWhatHasNotBegunAndWaitsForTheRest) {
+    QtRunLoop runLoop;
+    QSemaphore began;
+    QSemaphore gate;
+    std::atomic<int> ended = 0;
+    for (int task = 0; task < 10; ++task) {
+        runLoop.runInBackground(TaskPriority::utility, [&] {
+            began.release();
+            gate.acquire();
+            ++ended;
+        });
+    }
+    ASSERT_TRUE(began.tryAcquire(2, 20'000));
+
+    EXPECT_FALSE(runLoop.finishBackgroundTasks(1ms));
+    gate.release(2);
+    EXPECT_TRUE(runLoop.finishBackgroundTasks(20s));
+
+    EXPECT_EQ(ended, 2);
+}
+
+}  // namespace
+}  // namespace kestro
