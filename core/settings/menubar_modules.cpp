@@ -1,0 +1,35 @@
+#include "core/settings/menubar_modules.h"
+
+#include <algorithm>
+
+namespace kestro {
+
+MenubarModules toggleModule(MenubarModules modules, MenubarModuleType module) {
+    if (std::ranges::find(modules, module) == modules.end()) {
+        modules.push_back(module);
+        return modules;
+    }
+    std::erase(modules, module);
+    if (modules.empty()) {
+        modules.push_back(module);
+    }
+    return modules;
+}
+
+MenubarModules moveModuleUp(MenubarModules modules, MenubarModuleType module) {
+    const auto found = std::ranges::find(modules, module);
+    if (found != modules.end() && found != modules.begin()) {
+        std::iter_swap(found, found - 1);
+    }
+    return modules;
+}
+
+MenubarModules moveModuleDown(MenubarModules modules, MenubarModuleType module) {
+    const auto found = std::ranges::find(modules, module);
+    if (found != modules.end() && found + 1 != modules.end()) {
+        std::iter_swap(found, found + 1);
+    }
+    return modules;
+}
+
+}  // namespace kestro

@@ -1,0 +1,53 @@
+#include "core/settings/menubar_modules.h"
+
+#include <gtest/gtest.h>
+
+namespace kestro {
+namespace {
+
+constexpr auto icon = MenubarModuleType::appIcon;
+constexpr auto memory = MenubarModuleType::memory;
+constexpr auto fans = MenubarModuleType::fanSpeed;
+constexpr auto disk = MenubarModuleType::diskSpace;
+
+TEST(MenubarModules, ToggleAppendsAModuleThatIsNotListed) {
+    EXPECT_EQ(toggleModule({icon, memory}, disk), (MenubarModules{icon, memory, disk}));
+    EXPECT_EQ(toggleModule({}, disk), MenubarModules{disk});
+}
+
+TEST(MenubarModules, ToggleRemovesAListedModule) {
+    EXPECT_EQ(toggleModule({icon, memory, fans}, memory), (MenubarModules{icon, fans}));
+    EXPECT_EQ(toggleModule({icon, memory}, icon), MenubarModules{memory});
+}
+
+TEST(MenubarModules, ToggleNeverRemovesTheLastModule) {
+    EXPECT_EQ(toggleModule({memory}, memory), MenubarModules{memory});
+}
+
+TEST(MenubarModules, ToggleRemovesRepetitionsButLeavesOneModule) {
+    EXPECT_EQ(toggleModule({memory, fans, memory}, memory), MenubarModules{fans});
+    EXPECT_EQ(toggleModule({memory, memory}, memory), MenubarModules{memory});
+}
+
+TEST(MenubarModules, MoveUpSwapsWithTheOneBefore) {
+    EXPECT_EQ(moveModuleUp({icon, memory, fans}, fans), (MenubarModules{icon, fans, memory}));
+}
+
+TEST(MenubarModules, MoveUpLeavesTheFirstAndTheUnlisted) {
+    EXPECT_EQ(moveModuleUp({icon, memory}, icon), (MenubarModules{icon, memory}));
+    EXPECT_EQ(moveModuleUp({icon, memory}, disk), (MenubarModules{icon, memory}));
+    EXPECT_EQ(moveModuleUp({}, disk), MenubarModules{});
+}
+
+TEST(MenubarModules, MoveDownSwapsWithTheOneAfter) {
+    EXPECT_EQ(moveModuleDown({icon, memory, fans}, icon), (MenubarModules{memory, icon, fans}));
+}
+
+TEST(MenubarModules, MoveDownLeavesTheLastAndTheUnlisted) {
+    EXPECT_EQ(moveModuleDown({icon, memory}, memory), (MenubarModules{icon, memory}));
+    EXPECT_EQ(moveModuleDown({icon, memory}, disk), (MenubarModules{icon, memory}));
+    EXPECT_EQ(moveModuleDown({}, disk), MenubarModules{});
+}
+
+}  // namespace
+}  // namespace kestro
