@@ -101,6 +101,14 @@ private:
     template <typename T>
     friend class Setting;
 
+    /// The value stored under `key`, or `defaultValue` when there is none that can be read as a T.
+    template <typename T>
+    T load(std::string_view key, T defaultValue) const;
+
+    /// Stores `value` under `key`; writes nothing when it has no stored form.
+    template <typename T>
+    void save(const T& value, std::string_view key);
+
     // Before the settings: their construction reads through them.
     UserDefaults& defaults_;
     Announcer<> willChange_;
