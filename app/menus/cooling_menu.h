@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <vector>
+
+#include "app/status_bar/status_bar.h"
+#include "core/cooling/fan_curve.h"
+#include "core/power/system_power_mode.h"
+#include "core/telemetry/fan_telemetry.h"
+
+namespace kestro {
+
+/// What the cooling item's menu can do. Main thread.
+class CoolingMenuActions {
+public:
+    virtual ~CoolingMenuActions() = default;
+
+    virtual void selectFanProfile(FanProfile profile) = 0;
+    virtual void selectCurvePreset(CurvePreset preset) = 0;
+    virtual void selectPowerMode(SystemPowerMode mode) = 0;
+    virtual void openSettingsAction() = 0;
+};
+
+/// What the cooling item's menu shows.
+struct CoolingMenuState {
+    std::vector<FanTelemetry> fans;
+    FanProfile fanProfile = FanProfile::normal;
+    std::optional<CurvePreset> activePreset;  ///< absent: none in effect
+    SystemPowerMode powerMode = SystemPowerMode::balanced;
+};
+
+/// The menu of the cooling item. `actions` outlives it.
+StatusMenu coolingMenu(const CoolingMenuState& state, CoolingMenuActions& actions);
+
+/// A fan's line, such as "Left Fan: 2150 RPM (35%)".
+QString fanLine(const FanTelemetry& fan);
+
+/// The preset that is in effect: the active one while the curves drive the fans, else none.
+std::optional<CurvePreset> presetInEffect(FanProfile profile, std::optional<CurvePreset> activePreset);
+
+}  // namespace kestro

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+#include "app/status_bar/status_bar.h"
+#include "core/power/keep_awake_types.h"
+
+namespace kestro {
+
+/// What the keep-awake item's menu can do. Main thread.
+class KeepAwakeMenuActions {
+public:
+    virtual ~KeepAwakeMenuActions() = default;
+
+    virtual void toggleAction() = 0;
+    virtual void selectDuration(KeepAwakeDuration duration) = 0;
+    virtual void selectTarget(KeepAwakeTarget target) = 0;
+    virtual void openSettingsAction() = 0;
+};
+
+/// What the keep-awake item's menu shows.
+struct KeepAwakeMenuState {
+    std::optional<KeepAwakeDuration> activeDuration;  ///< absent: keep-awake is off
+    QString remainingTime;
+    KeepAwakeTarget targetMode = KeepAwakeTarget::displayAndSystem;
+};
+
+/// The menu of the keep-awake item. `actions` outlives it.
+StatusMenu keepAwakeMenu(const KeepAwakeMenuState& state, KeepAwakeMenuActions& actions);
+
+}  // namespace kestro

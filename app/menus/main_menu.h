@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+#include "app/status_bar/status_bar.h"
+#include "core/cooling/fan_curve.h"
+#include "core/power/keep_awake_types.h"
+#include "core/power/system_power_mode.h"
+
+namespace kestro {
+
+/// What the main item's menu can make the application do. Main thread.
+class MainMenuActions {
+public:
+    virtual ~MainMenuActions() = default;
+
+    virtual void togglePopoverAction() = 0;
+    virtual void toggleDashboard() = 0;
+    virtual void toggleFullScreenAction() = 0;
+    virtual void openSettingsAction() = 0;
+    virtual void togglePin() = 0;
+    virtual void toggleKeepAwakeAction() = 0;
+    virtual void selectKeepAwakeDuration(KeepAwakeDuration duration) = 0;
+    virtual void selectFanProfile(FanProfile profile) = 0;
+    virtual void selectCurvePreset(CurvePreset preset) = 0;
+    virtual void selectPowerMode(SystemPowerMode mode) = 0;
+    virtual void quit() = 0;
+};
+
+/// What the main item's menu shows.
+struct MainMenuState {
+    bool isPinned = false;
+    std::optional<KeepAwakeDuration> activeDuration;  ///< absent: keep-awake is off
+    QString remainingTime;
+    FanProfile fanProfile = FanProfile::normal;
+    std::optional<CurvePreset> activePreset;  ///< absent: none in effect
+    SystemPowerMode powerMode = SystemPowerMode::balanced;
+};
+
+/// The menu of the main item. `actions` outlives it.
+StatusMenu mainMenu(const MainMenuState& state, MainMenuActions& actions);
+
+}  // namespace kestro

@@ -1,0 +1,117 @@
+#include "app/menus/cooling_menu.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "tests/app/menus/menu_reading.h"
+
+namespace kestro {
+namespace {
+
+using ::testing::ElementsAre;
+using testing::findEntry;
+using testing::linesOf;
+using testing::pick;
+using ::testing::StrictMock;
+
+class MockCoolingMenuActions : public CoolingMenuActions {
+public:
+    MOCK_METHOD(void, selectFanProfile, (FanProfile), (override));
+    MOCK_METHOD(void, selectCurvePreset, (CurvePreset), (override));
+    MOCK_METHOD(void, selectPowerMode, (SystemPowerMode), (override));
+    MOCK_METHOD(void, openSettingsAction, (), (override));
+};
+
+FanTelemetry fan(const std::string& name, double current, double minimum, double maximum) {
+    return {.id = 0, .name = name, .currentRPM = current, .targetRPM = 0, .minRPM = minimum, .maxRPM = maximum};
+}
+
+struct CoolingMenu : ::testing::Test {
+    StrictMock<MockCoolingMenuActions> actions;
+    CoolingMenuState state;
+
+    StatusMenu menu() { return coolingMenu(state, actions); }
+};
+
+TEST_F(CoolingMenu, ListsFansProfilesPresetsAndPowerModes) {
+    state.fans = {fan("Left Fan", 2150, 1200, 3900), fan("Right Fan", 1350.9, 1350, 7800)};
+
+    const auto lines = linesOf(menu());
+
+    EXPECT_THAT(lines, ElementsAre("(Cooling & Power Management)", "---", "(Left Fan: 2150 RPM (35%))",
+                                   "(Right Fan: 1350 RPM (0%))", "---", "(Fan Performance Profile)", "Silent",
+                                   "* Normal (Auto)", "Cool", "Turbo", "Custom Curves", "Curve Presets >", "---",
+                                   "(Power Delivery Mode)", "Low Power", "* Balanced (Automatic)", "High Power",
+                                   "---", "Cooling Settings..."));
+}
+
+TEST_F(CoolingMenu, SaysThatAFanlessMachineIsSilent) {
+    const auto lines = linesOf(menu());
+
+    EXPECT_EQ(lines[2], "(Acoustics: 0 dB (Fanless Architecture))");
+    EXPECT_EQ(lines[3], "---");
+}
+
+TEST_F(CoolingMenu, ChecksThePresetInEffect) {
+    state.fanProfile = FanProfile::custom;
+    state.activePreset = presetInEffect(FanProfile::custom, CurvePreset::linearPro);
+
+    const auto lines = linesOf(findEntry(menu(), QStringLiteral("Curve Presets"))->submenu);
+
+    EXPECT_THAT(lines, ElementsAre("Quiet Studio", "Balanced Studio", "Aggressive Cooling", "* Linear Standard"));
+}
+
+TEST_F(CoolingMenu, APresetIsInEffectOnlyWhileTheCurvesDriveTheFans) {
+    EXPECT_EQ(presetInEffect(FanProfile::normal, CurvePreset::linearPro), std::nullopt);
+    EXPECT_EQ(presetInEffect(FanProfile::custom, std::nullopt), std::nullopt);
+}
+
+TEST_F(CoolingMenu, EveryChoiceHandsItsValueOver) {
+    for (const auto profile : allCases<FanProfile>()) {
+        EXPECT_CALL(actions, selectFanProfile(profile));
+        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(profile))));
+    }
+    for (const auto preset : allCases<CurvePreset>()) {
+        EXPECT_CALL(actions, selectCurvePreset(preset));
+        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(preset))));
+    }
+    for (const auto mode : allCases<SystemPowerMode>()) {
+        EXPECT_CALL(actions, selectPowerMode(mode));
+        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(mode))));
+    }
+}
+
+TEST_F(CoolingMenu, OpensItsSettings) {
+    EXPECT_CALL(actions, openSettingsAction());
+
+    EXPECT_TRUE(pick(menu(), QStringLiteral("Cooling Settings...")));
+}
+
+TEST(FanLine, TruncatesSpeedAndPercentage) {
+    EXPECT_EQ(fanLine(fan("Fan 1", 2999.99, 1000, 4000)), QStringLiteral("Fan 1: 2999 RPM (66%)"));
+}
+
+TEST(FanLine, KeepsThePercentageBetween0And100) {
+    EXPECT_EQ(fanLine(fan("Fan 1", 9000, 1000, 4000)), QStringLiteral("Fan 1: 9000 RPM (100%)"));
+    EXPECT_EQ(fanLine(fan("Fan 1", 500, 1000, 4000)), QStringLiteral("Fan 1: 500 RPM (0%)"));
+}
+
+TEST(FanLine, ReadsAnEmptyRangeAsZeroPercent) {
+    EXPECT_EQ(fanLine(fan("Fan 1", 1200, 1200, 1200)), QStringLiteral("Fan 1: 1200 RPM (0%)"));
+    EXPECT_EQ(fanLine(fan("Fan 1", 1200, 3000, 1200)), QStringLiteral("Fan 1: 1200 RPM (0%)"));
+}
+
+TEST(FanLine, SurvivesSpeedsThatNoIntegerHolds) {
+    EXPECT_EQ(fanLine(fan("F", 1e300, 0, 1)).left(4), QStringLiteral("F: 1"));
+    EXPECT_EQ(fanLine(fan("F", -0.5, 0, 1)), QStringLiteral("F: 0 RPM (0%)"));
+    EXPECT_FALSE(fanLine(fan("F", std::numeric_limits<double>::quiet_NaN(), 0, 1)).isEmpty());
+}
+
+TEST(FanLine, TakesTheNameAsPlainText) {
+    EXPECT_EQ(fanLine(fan("A&B_c", 100, 0, 200)), QStringLiteral("A&B_c: 100 RPM (50%)"));
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/status_bar/status_bar.h"
+
+namespace kestro::testing {
+
+/// A menu as lines of text: "---" for a separator, "(…)" for a disabled entry, "* " before a checked one,
+/// " > " after one that opens a submenu, its shortcut in brackets.
+inline std::string lineOf(const StatusMenuEntry& entry) {
+    if (entry.isSeparator) {
+        return "---";
+    }
+    std::string line = entry.title.toStdString();
+    if (!entry.isEnabled) {
+        line = "(" + line + ")";
+    }
+    if (entry.isChecked) {
+        line = "* " + line;
+    }
+    if (!entry.shortcut.isEmpty()) {
+        line += " [" + entry.shortcut.toStdString() + "]";
+    }
+    if (!entry.submenu.empty()) {
+        line += " >";
+    }
+    return line;
+}
+
+inline std::vector<std::string> linesOf(const StatusMenu& menu) {
+    std::vector<std::string> lines;
+    for (const StatusMenuEntry& entry : menu) {
+        lines.push_back(lineOf(entry));
+    }
+    return lines;
+}
+
+/// The entry with this title, submenus included; nullptr when there is none.
+inline const StatusMenuEntry* findEntry(const StatusMenu& menu, const QString& title) {
+    for (const StatusMenuEntry& entry : menu) {
+        if (entry.title == title) {
+            return &entry;
+        }
+        if (const StatusMenuEntry* found = findEntry(entry.submenu, title)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+/// Picks the entry with this title as a user would. False: there is none, or it cannot be picked.
+inline bool pick(const StatusMenu& menu, const QString& title) {
+    const StatusMenuEntry* entry = findEntry(menu, title);
+    if (entry == nullptr || !entry->isEnabled || !entry->action) {
+        return false;
+    }
+    entry->action();
+    return true;
+}
+
+}  // namespace kestro::testing
