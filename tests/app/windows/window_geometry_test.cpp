@@ -34,9 +34,9 @@ TEST(PopoverFrame, OpensBesideAnItemInAVerticalPanel) {
     const QRect rightOfPanel(60, 0, 1860, 1080);
     const QRect leftOfPanel(0, 0, 1860, 1080);
 
-    EXPECT_EQ(popoverFrame({0, 400, 60, 40}, popoverSize, screen, rightOfPanel), QRect(68, 400, 330, 325));
+    EXPECT_EQ(popoverFrame({0, 400, 60, 40}, popoverSize, screen, rightOfPanel), QRect(66, 400, 330, 325));
     EXPECT_EQ(popoverFrame({1860, 400, 60, 40}, popoverSize, screen, leftOfPanel),
-              QRect(1860 - 8 - 330, 400, 330, 325));
+              QRect(1860 - 6 - 330, 400, 330, 325));
 }
 
 TEST(PopoverFrame, StandsAtTheUsualCornerWhenTheItemsPlaceIsUnknown) {
