@@ -1,0 +1,121 @@
+#include "ui/symbols/symbol_painter.h"
+
+#include <gtest/gtest.h>
+
+#include <QPainter>
+
+namespace kestro {
+namespace {
+
+/// The part of the image that is inked, 0..1, and whether anything is opaque.
+struct Ink {
+    double coverage = 0;
+    int strongest = 0;
+};
+
+Ink inkOf(const QImage& image) {
+    Ink ink;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const int alpha = qAlpha(image.pixel(x, y));
+            ink.coverage += alpha / 255.0;
+            ink.strongest = std::max(ink.strongest, alpha);
+        }
+    }
+    ink.coverage /= static_cast<double>(image.width()) * image.height();
+    return ink;
+}
+
+class EverySymbol : public testing::TestWithParam<int> {};
+
+TEST_P(EverySymbol, IsDrawnClearlyAndInsideItsSquare) {
+    for (const QString& name : SymbolPainter::names()) {
+        const QImage image = SymbolPainter::image(name, GetParam(), Qt::white);
+        const Ink ink = inkOf(image);
+
+        EXPECT_EQ(image.width(), GetParam());
+        EXPECT_GT(ink.coverage, 0.04) << name.toStdString();
+        EXPECT_LT(ink.coverage, 0.80) << name.toStdString();
+        EXPECT_GT(ink.strongest, 150) << name.toStdString();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Pixels, EverySymbol, testing::Values(7, 8, 9, 10, 12, 16, 24, 32, 64, 128));
+
+TEST(SymbolPainter, KnowsItsNames) {
+    EXPECT_GE(SymbolPainter::names().size(), 46);
+    EXPECT_TRUE(SymbolPainter::contains(QStringLiteral("gauge.with.needle")));
+    EXPECT_FALSE(SymbolPainter::contains(QStringLiteral("no.such.symbol")));
+    EXPECT_FALSE(SymbolPainter::contains(QStringLiteral("../symbols/cpu")));
+}
+
+TEST(SymbolPainter, TintsWithColorAndOpacity) {
+    const QColor tint(10, 200, 100, 128);
+
+    const QImage image = SymbolPainter::image(QStringLiteral("checkmark.square.fill"), 64, tint);
+
+    const QColor corner = image.pixelColor(12, 12);
+    EXPECT_NEAR(corner.alpha(), 128, 1);
+    EXPECT_NEAR(corner.red(), 10, 2);
+    EXPECT_NEAR(corner.green(), 200, 2);
+    EXPECT_NEAR(corner.blue(), 100, 2);
+}
+
+TEST(SymbolPainter, LeavesMarksInSolidSymbolsAsHoles) {
+    const QImage image = SymbolPainter::image(QStringLiteral("checkmark.square.fill"), 48, Qt::white);
+
+    EXPECT_EQ(qAlpha(image.pixel(21, 31)), 0);
+    EXPECT_EQ(qAlpha(image.pixel(10, 38)), 255);
+}
+
+TEST(SymbolPainter, RendersEachSizeAndColorOnce) {
+    const QImage first = SymbolPainter::image(QStringLiteral("cpu"), 20, Qt::red);
+    const QImage again = SymbolPainter::image(QStringLiteral("cpu"), 20, Qt::red);
+    const QImage other = SymbolPainter::image(QStringLiteral("cpu"), 20, Qt::green);
+
+    EXPECT_EQ(first.cacheKey(), again.cacheKey());
+    EXPECT_NE(first.cacheKey(), other.cacheKey());
+}
+
+TEST(SymbolPainter, PaintsNothingForAnUnknownNameOrAnEmptySquare) {
+    QImage canvas(20, 20, QImage::Format_ARGB32_Premultiplied);
+    canvas.fill(Qt::transparent);
+    QPainter painter(&canvas);
+
+    SymbolPainter::paint(painter, QStringLiteral("no.such.symbol"), QRectF(0, 0, 20, 20), Qt::white);
+    SymbolPainter::paint(painter, QStringLiteral("cpu"), QRectF(), Qt::white);
+    painter.end();
+
+    EXPECT_EQ(inkOf(canvas).strongest, 0);
+    EXPECT_TRUE(SymbolPainter::image(QStringLiteral("cpu"), -3, Qt::white).isNull());
+    EXPECT_EQ(SymbolPainter::image(QStringLiteral("cpu"), 1'000'000, Qt::white).width(), 512);
+}
+
+TEST(SymbolPainter, StandsOnWholeDevicePixelsAtEveryScale) {
+    for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+        QImage canvas(40, 40, QImage::Format_ARGB32_Premultiplied);
+        canvas.setDevicePixelRatio(scale);
+        canvas.fill(Qt::transparent);
+        QPainter painter(&canvas);
+        const QRectF square(4.3, 4.3, 10, 10);
+        SymbolPainter::paint(painter, QStringLiteral("square"), square, Qt::white);
+        painter.end();
+
+        const int pixels = static_cast<int>(std::lround(10 * scale));
+        const int left = static_cast<int>(std::lround(4.3 * scale));
+        const QImage expected = SymbolPainter::image(QStringLiteral("square"), pixels, Qt::white);
+        EXPECT_EQ(canvas.copy(left, left, pixels, pixels).pixel(pixels / 2, 2), expected.pixel(pixels / 2, 2));
+        EXPECT_EQ(canvas.copy(left, left, pixels, pixels).convertToFormat(expected.format()).bits()[0],
+                  expected.bits()[0]);
+    }
+}
+
+TEST(SymbolPixmap, CarriesItsScale) {
+    const QPixmap pixmap = symbolPixmap(QStringLiteral("pin.fill"), 11, Qt::white, 2);
+
+    EXPECT_EQ(pixmap.width(), 22);
+    EXPECT_EQ(pixmap.deviceIndependentSize(), QSizeF(11, 11));
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,131 @@
+#include "ui/symbols/symbol_painter.h"
+
+#include <QCache>
+#include <QDir>
+#include <QFile>
+#include <QPainter>
+#include <QSvgRenderer>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/theme/hairline.h"
+
+// The set lies in a static library: without a reference the linker would leave it out. Outside any namespace,
+// as the macro requires.
+static void registerSymbols() {
+    Q_INIT_RESOURCE(symbols);
+}
+
+namespace kestro {
+
+namespace {
+
+constexpr int kLargestPixels = 512;
+constexpr double kGrid = 24;
+constexpr double kStroke = 2;
+constexpr double kHeaviestStroke = 3;
+constexpr qsizetype kCachedBytes = 512 * 1024;
+
+struct SymbolKey {
+    QString name;
+    int pixels;
+    QRgb color;
+
+    friend bool operator==(const SymbolKey&, const SymbolKey&) = default;
+};
+
+size_t qHash(const SymbolKey& key, size_t seed = 0) {
+    return qHashMulti(seed, key.name, key.pixels, key.color);
+}
+
+QString directory() {
+    static const bool isRegistered = [] {
+        registerSymbols();
+        return true;
+    }();
+    Q_UNUSED(isRegistered);
+    return QStringLiteral(":/kestro/symbols/");
+}
+
+QString fileOf(const QString& name) {
+    return directory() + name + QStringLiteral(".svg");
+}
+
+/// A stroke thinner than a device pixel would fade into grey, so small symbols are drawn heavier.
+double strokeWidth(int pixels) {
+    return std::clamp(kGrid / pixels, kStroke, kHeaviestStroke);
+}
+
+QImage render(const QString& name, int pixels, const QColor& color) {
+    QFile file(fileOf(name));
+    if (!SymbolPainter::contains(name) || !file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    QByteArray source = file.readAll();
+    // The drawing only serves as a mask: any opaque ink will do.
+    source.replace("currentColor", "#000000");
+    source.replace("stroke-width=\"2\"", "stroke-width=\"" + QByteArray::number(strokeWidth(pixels)) + "\"");
+    QSvgRenderer drawing(source);
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    drawing.render(&painter, QRectF(image.rect()));
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(image.rect(), color);
+    painter.end();
+    return image;
+}
+
+}  // namespace
+
+QStringList SymbolPainter::names() {
+    QStringList names;
+    for (const QString& file : QDir(directory()).entryList(QDir::Files, QDir::Name)) {
+        names.append(file.chopped(4));
+    }
+    return names;
+}
+
+bool SymbolPainter::contains(const QString& name) {
+    return !name.contains(QLatin1Char('/')) && QFile::exists(fileOf(name));
+}
+
+QImage SymbolPainter::image(const QString& name, int pixels, const QColor& color) {
+    static QCache<SymbolKey, QImage> cache(kCachedBytes);
+    if (pixels <= 0) {
+        return {};
+    }
+    const SymbolKey key{name, std::min(pixels, kLargestPixels), color.rgba()};
+    if (const QImage* const cached = cache.object(key)) {
+        return *cached;
+    }
+    const QImage image = render(name, key.pixels, color);
+    if (!image.isNull()) {
+        cache.insert(key, new QImage(image), image.sizeInBytes());
+    }
+    return image;
+}
+
+void SymbolPainter::paint(QPainter& painter, const QString& name, const QRectF& square, const QColor& color) {
+    if (square.isEmpty()) {
+        return;
+    }
+    const double scale = deviceScale(painter);
+    const int pixels = std::max(1, static_cast<int>(std::lround(square.width() * scale)));
+    QImage symbol = image(name, pixels, color);
+    if (symbol.isNull()) {
+        return;
+    }
+    const QPointF topLeft = snappedToDevice(painter, square).topLeft();
+    painter.drawImage(QRectF(topLeft, QSizeF(pixels, pixels) / scale), symbol);
+}
+
+QPixmap symbolPixmap(const QString& name, double size, const QColor& color, double scale) {
+    QPixmap pixmap =
+        QPixmap::fromImage(SymbolPainter::image(name, static_cast<int>(std::lround(size * scale)), color));
+    pixmap.setDevicePixelRatio(scale);
+    return pixmap;
+}
+
+}  // namespace kestro

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QPixmap>
+#include <QRectF>
+#include <QString>
+#include <QStringList>
+
+class QPainter;
+
+namespace kestro {
+
+/// Paints the symbols of our own set, each a one-colour drawing found by its name and tinted with the colour
+/// asked for. Rendered symbols are kept in a bounded cache. An unknown name paints nothing. Main thread.
+class SymbolPainter {
+public:
+    SymbolPainter() = delete;
+
+    /// Every name of the set, sorted.
+    static QStringList names();
+    static bool contains(const QString& name);
+
+    /// Paints the symbol into `square`, snapped to whole device pixels.
+    static void paint(QPainter& painter, const QString& name, const QRectF& square, const QColor& color);
+
+    /// The symbol as a square image of `pixels` device pixels, at most 512; null for an unknown name or no size.
+    static QImage image(const QString& name, int pixels, const QColor& color);
+};
+
+/// The symbol at `size` points for a screen of `scale` device pixels per point.
+QPixmap symbolPixmap(const QString& name, double size, const QColor& color, double scale = 1);
+
+}  // namespace kestro
