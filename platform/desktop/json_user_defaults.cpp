@@ -1,0 +1,100 @@
+#include "platform/desktop/json_user_defaults.h"
+
+#include <utility>
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+namespace kestro {
+
+namespace {
+
+constexpr std::chrono::milliseconds writeInterval = std::chrono::seconds(1);
+
+/// The value of a variable that names a directory; empty unless it is an absolute path.
+std::string directoryVariable(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr && value[0] == '/' ? value : "";
+}
+
+std::string homeDirectory() {
+    if (auto home = directoryVariable("HOME"); !home.empty()) {
+        return home;
+    }
+    const passwd* user = ::getpwuid(::getuid());
+    return user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "";
+}
+
+}  // namespace
+
+JsonUserDefaults::JsonUserDefaults(RunLoop& runLoop, const std::string& path)
+    : runLoop_(runLoop), file_(std::make_shared<PreferencesFile>(path)), values_(file_->load()) {}
+
+JsonUserDefaults::~JsonUserDefaults() {
+    flush();
+}
+
+std::string JsonUserDefaults::defaultPath() {
+    std::string directory = directoryVariable("XDG_CONFIG_HOME");
+    if (directory.empty()) {
+        directory = homeDirectory() + "/.config";
+    }
+    return directory + "/kestro/preferences.json";
+}
+
+std::optional<PreferenceValue> JsonUserDefaults::object(std::string_view key) const {
+    const auto found = values_.find(key);
+    return found == values_.end() ? std::nullopt : std::optional(found->second);
+}
+
+void JsonUserDefaults::set(std::string_view key, PreferenceValue value) {
+    pending_.insert_or_assign(std::string(key), value);
+    values_.insert_or_assign(std::string(key), std::move(value));
+    if (!timer_) {
+        timer_ = runLoop_.scheduleRepeating(writeInterval, [this] { writePending(); });
+    }
+}
+
+void JsonUserDefaults::flush() {
+    timer_.reset();
+    // What a background write has taken may not have reached the disk yet; newer values go first.
+    pending_.insert(writing_.begin(), writing_.end());
+    writing_.clear();
+    writingSequence_ = 0;
+    if (!pending_.empty() && file_->store(pending_, ++lastSequence_)) {
+        pending_.clear();
+    }
+}
+
+void JsonUserDefaults::writePending() {
+    if (writingSequence_ != 0) {
+        return;  // the disk is slow: the timer asks again
+    }
+    timer_.reset();
+    writing_ = std::exchange(pending_, {});
+    writingSequence_ = ++lastSequence_;
+    runLoop_.runInBackground(TaskPriority::utility, [this, &runLoop = runLoop_, file = file_, changes = writing_,
+                                                     sequence = writingSequence_, alive = lifetime_.watch()] {
+        const bool stored = file->store(changes, sequence);
+        runLoop.post([this, alive, sequence, stored] {
+            if (!alive.expired()) {
+                finishWriting(sequence, stored);
+            }
+        });
+    });
+}
+
+void JsonUserDefaults::finishWriting(std::uint64_t sequence, bool stored) {
+    if (sequence != writingSequence_) {
+        return;  // a flush has taken over
+    }
+    writingSequence_ = 0;
+    if (!stored) {
+        pending_.insert(writing_.begin(), writing_.end());
+    }
+    writing_.clear();
+}
+
+}  // namespace kestro

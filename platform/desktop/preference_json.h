@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/platform/user_defaults.h"
+
+#include <nlohmann/json.hpp>
+
+namespace kestro {
+
+/// Preferences keep the order in which they stand in the file.
+using PreferenceJson = nlohmann::ordered_json;
+
+/// Bounds of everything that is read or written as preferences: bytes, levels of nesting, values. They are far
+/// above any real file and low enough that a hostile one costs neither time nor stack.
+inline constexpr std::size_t maximumPreferenceBytes = 1024 * 1024;
+inline constexpr int maximumPreferenceDepth = 32;
+inline constexpr int maximumPreferenceElements = 10'000;
+
+/// Whether `text` keeps within the bounds. Says nothing about its syntax.
+bool isBoundedPreferenceText(std::string_view text);
+
+/// Parses JSON within the bounds; nullopt: not JSON, or too large.
+std::optional<PreferenceJson> parsePreferenceJson(std::string_view text);
+
+/// A preference as it stands in the file, so that every kind can be told from the others:
+/// - a boolean as true or false, an integer as a number without a fraction, a double as a number with a
+///   fraction or an exponent, text as text;
+/// - a data blob that holds compact JSON as {"json": VALUE}, for people to read, any other as
+///   {"data": "BASE64"};
+/// - a double that JSON has no number for as {"double": "inf" | "-inf" | "nan"};
+/// - text that is not UTF-8 as {"text": "BASE64"}.
+PreferenceJson encodePreference(const PreferenceValue& value);
+
+/// The reverse. nullopt: not a form that `encodePreference` writes, or an integer beyond 64 bits.
+std::optional<PreferenceValue> decodePreference(const PreferenceJson& json);
+
+}  // namespace kestro

@@ -1,0 +1,203 @@
+#include "platform/desktop/preferences_file.h"
+
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+namespace kestro {
+
+namespace {
+
+constexpr int maximumDamagedFiles = 9;
+
+/// A descriptor that closes itself; negative when there is none.
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor() {
+        if (number_ >= 0) {
+            ::close(number_);
+        }
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int get() const { return number_; }
+    explicit operator bool() const { return number_ >= 0; }
+
+private:
+    int number_;
+};
+
+bool makeDirectories(const std::filesystem::path& directory) {
+    std::filesystem::path made;
+    for (const auto& component : directory) {
+        made /= component;
+        ::mkdir(made.c_str(), 0700);  // most exist already
+    }
+    std::error_code error;
+    return std::filesystem::is_directory(directory, error);
+}
+
+bool writeAll(int descriptor, std::string_view contents) {
+    while (!contents.empty()) {
+        const ssize_t written = ::write(descriptor, contents.data(), contents.size());
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            return false;
+        }
+        contents.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// One byte beyond the bound at most, so that a file that is too large shows itself.
+std::optional<std::string> readBounded(int descriptor) {
+    std::string text(maximumPreferenceBytes + 1, '\0');
+    std::size_t length = 0;
+    while (length < text.size()) {
+        const ssize_t count = ::read(descriptor, text.data() + length, text.size() - length);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            return std::nullopt;
+        }
+        if (count == 0) {
+            break;
+        }
+        length += static_cast<std::size_t>(count);
+    }
+    text.resize(length);
+    return text;
+}
+
+/// Like rename, but never replaces anything.
+bool renameToFreeName(const std::string& from, const std::string& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+        return true;
+    }
+    // Some file systems cannot rename so; the plain rename follows a look of our own.
+    struct stat status {};
+    return errno == EINVAL && ::lstat(to.c_str(), &status) != 0 && errno == ENOENT &&
+           ::rename(from.c_str(), to.c_str()) == 0;
+}
+
+}  // namespace
+
+bool replaceFileAtomically(const std::string& path, const std::string& contents) {
+    const std::filesystem::path target(path);
+    const std::filesystem::path directory = target.parent_path();
+    if (!makeDirectories(directory)) {
+        return false;
+    }
+    const Descriptor directoryDescriptor(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!directoryDescriptor) {
+        return false;
+    }
+    const std::string name = target.filename();
+    const std::string temporary = name + ".new";
+    // One fixed name, so that a crash in the middle leaves one file at most.
+    ::unlinkat(directoryDescriptor.get(), temporary.c_str(), 0);
+    bool complete = false;
+    {
+        const Descriptor file(::openat(directoryDescriptor.get(), temporary.c_str(),
+                                       O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+        complete =
+            file && ::fchmod(file.get(), 0600) == 0 && writeAll(file.get(), contents) && ::fsync(file.get()) == 0;
+    }
+    if (!complete ||
+        ::renameat(directoryDescriptor.get(), temporary.c_str(), directoryDescriptor.get(), name.c_str()) != 0) {
+        ::unlinkat(directoryDescriptor.get(), temporary.c_str(), 0);
+        return false;
+    }
+    ::fsync(directoryDescriptor.get());
+    return true;
+}
+
+PreferencesFile::Values PreferencesFile::load() {
+    const std::lock_guard lock(mutex_);
+    auto document = PreferenceJson::object();
+    if (read(document) == State::damaged) {
+        setAside();
+    }
+    Values values;
+    for (const auto& [key, json] : document.items()) {
+        if (auto value = decodePreference(json)) {
+            values.insert_or_assign(key, std::move(*value));
+        }
+    }
+    lastSeen_ = std::move(document);
+    return values;
+}
+
+bool PreferencesFile::store(const Values& changes, std::uint64_t sequence) {
+    const std::lock_guard lock(mutex_);
+    if (sequence <= storedSequence_) {
+        return true;
+    }
+    auto document = PreferenceJson::object();
+    const State state = read(document);
+    if (state == State::untouchable || (state == State::damaged && !setAside())) {
+        return false;
+    }
+    if (state != State::usable) {
+        document = lastSeen_;
+    }
+    for (const auto& [key, value] : changes) {
+        document[key] = encodePreference(value);
+    }
+    const std::string text = document.dump(2, ' ', false, PreferenceJson::error_handler_t::replace) + "\n";
+    std::error_code error;
+    const std::string target = std::filesystem::weakly_canonical(path_, error);
+    if (error || !isBoundedPreferenceText(text) || !replaceFileAtomically(target, text)) {
+        return false;
+    }
+    lastSeen_ = std::move(document);
+    storedSequence_ = sequence;
+    return true;
+}
+
+PreferencesFile::State PreferencesFile::read(PreferenceJson& document) const {
+    const Descriptor file(::open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!file) {
+        return errno == ENOENT ? State::absent : State::untouchable;
+    }
+    struct stat status {};
+    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return State::untouchable;
+    }
+    const auto text = readBounded(file.get());
+    if (!text) {
+        return State::untouchable;
+    }
+    if (text->empty()) {
+        return State::absent;
+    }
+    auto parsed = parsePreferenceJson(*text);
+    if (!parsed || !parsed->is_object()) {
+        return State::damaged;
+    }
+    document = std::move(*parsed);
+    return State::usable;
+}
+
+bool PreferencesFile::setAside() const {
+    const std::string first = path_ + ".damaged";
+    bool moved = renameToFreeName(path_, first);
+    for (int number = 2; !moved && number <= maximumDamagedFiles; ++number) {
+        moved = renameToFreeName(path_, first + "." + std::to_string(number));
+    }
+    return moved;
+}
+
+}  // namespace kestro

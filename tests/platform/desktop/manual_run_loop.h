@@ -1,0 +1,63 @@
+#pragma once
+
+#include "core/platform/run_loop.h"
+
+#include <algorithm>
+#include <deque>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace kestro::testing_support {
+
+/// A run loop in which things happen only when a test says so. One thread.
+class ManualRunLoop final : public RunLoop {
+public:
+    std::unique_ptr<RunLoopTimer> scheduleRepeating(std::chrono::milliseconds period, Task task) override {
+        auto shared = std::make_shared<Task>(std::move(task));
+        timers_.push_back(shared);
+        lastPeriod = period;
+        return std::make_unique<Timer>(std::move(shared));
+    }
+
+    void post(Task task) override { posted_.push_back(std::move(task)); }
+    void runInBackground(TaskPriority, Task task) override { background_.push_back(std::move(task)); }
+
+    /// Lets every timer that exists now fire once.
+    void fireTimers() {
+        const auto timers = timers_;
+        for (const auto& timer : timers) {
+            if (const auto task = timer.lock()) {
+                (*task)();
+            }
+        }
+    }
+
+    /// Runs the background tasks, then what they posted.
+    void runTasks() {
+        for (auto* queue : {&background_, &posted_}) {
+            for (auto& task : std::exchange(*queue, {})) {
+                task();
+            }
+        }
+    }
+
+    std::ptrdiff_t runningTimers() const {
+        return std::ranges::count_if(timers_, [](const auto& timer) { return !timer.expired(); });
+    }
+    std::size_t waitingBackgroundTasks() const { return background_.size(); }
+
+    std::chrono::milliseconds lastPeriod{};
+
+private:
+    struct Timer final : RunLoopTimer {
+        explicit Timer(std::shared_ptr<Task> held) : task(std::move(held)) {}
+        std::shared_ptr<Task> task;
+    };
+
+    std::vector<std::weak_ptr<Task>> timers_;
+    std::deque<Task> posted_;
+    std::deque<Task> background_;
+};
+
+}  // namespace kestro::testing_support
