@@ -1,0 +1,21 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "platform/linux/process_stat.h"
+#include "platform/linux/valid_text.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    const auto stat = kestro::parseProcessStat(text);
+    if (stat && (stat->pid <= 0 || stat->name.size() > 64)) {
+        std::abort();
+    }
+    // Valid text stays as it is.
+    const auto valid = kestro::validText(text);
+    if (kestro::validText(valid) != valid) {
+        std::abort();
+    }
+    return 0;
+}
