@@ -1,0 +1,66 @@
+#include "core/base/text.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace kestro {
+
+namespace {
+
+/// Length of the well-formed sequence at the start of `bytes`, which is not empty; 0: there is none.
+std::size_t sequenceLength(std::string_view bytes) {
+    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+    const unsigned char lead = byteAt(0);
+    if (lead < 0x80) {
+        return 1;
+    }
+    if (lead < 0xC2 || lead > 0xF4) {
+        return 0;
+    }
+    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    if (bytes.size() < length) {
+        return 0;
+    }
+    // Some leads narrow the range of the byte after them (Unicode, table 3-7).
+    const unsigned char lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    const unsigned char highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    if (byteAt(1) < lowest || byteAt(1) > highest) {
+        return 0;
+    }
+    for (std::size_t i = 2; i < length; ++i) {
+        if ((byteAt(i) & 0xC0) != 0x80) {
+            return 0;
+        }
+    }
+    return length;
+}
+
+}  // namespace
+
+std::string_view trimmed(std::string_view text) {
+    const auto first = text.find_first_not_of(whiteSpace);
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
+}
+
+std::string_view takePiece(std::string_view& text) {
+    text.remove_prefix(std::min(text.find_first_not_of(whiteSpace), text.size()));
+    const auto piece = text.substr(0, text.find_first_of(whiteSpace));
+    text.remove_prefix(piece.size());
+    return piece;
+}
+
+bool isValidUtf8(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const auto length = sequenceLength(bytes);
+        if (length == 0) {
+            return false;
+        }
+        bytes.remove_prefix(length);
+    }
+    return true;
+}
+
+}  // namespace kestro

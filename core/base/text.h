@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string_view>
+
+namespace kestro {
+
+/// ASCII white space, as text from tools and from the kernel has it.
+inline constexpr std::string_view whiteSpace = " \t\n\v\f\r";
+
+/// `text` without white space at either end.
+std::string_view trimmed(std::string_view text);
+
+/// Cuts the first piece between white space off `text` and returns it; empty when there is none left.
+std::string_view takePiece(std::string_view& text);
+
+/// Whether `bytes` are well-formed UTF-8: no overlong forms, no surrogates, nothing beyond U+10FFFF.
+bool isValidUtf8(std::string_view bytes);
+
+}  // namespace kestro
