@@ -1,8 +1,9 @@
 #include "core/cooling/fan_curve.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <cmath>
-#include <nlohmann/json.hpp>
 
 namespace kestro {
 

@@ -1,7 +1,8 @@
 #include "core/settings/preference_codec.h"
 
-#include <cmath>
 #include <nlohmann/json.hpp>
+
+#include <cmath>
 #include <variant>
 
 namespace kestro {

@@ -1,10 +1,10 @@
 #include "core/settings/user_settings.h"
 
-#include <utility>
-
 #include "core/platform/platform.h"
 #include "core/platform/user_defaults.h"
 #include "core/settings/preference_codec.h"
+
+#include <utility>
 
 namespace kestro {
 
