@@ -1,0 +1,49 @@
+#pragma once
+
+#include <map>
+
+#include "core/platform/command_runner.h"
+#include "platform/simulated/simulated_failure.h"
+#include "platform/simulated/simulated_pattern.h"
+
+namespace kestro {
+
+/// One row of the process tool's list.
+struct SimulatedProcess {
+    std::int32_t pid = 0;
+    double cpuPercent = 0;
+    std::int64_t residentKiB = 0;
+    std::string command;
+};
+
+/// One program that was run.
+struct SimulatedCommandCall {
+    std::string executable;
+    std::vector<std::string> arguments;
+};
+
+/// Answers "/bin/ps" from a list of processes and "/usr/bin/pmset" from a power mode, in the tools' own text
+/// forms, or any program with the text that a test gives.
+class SimulatedCommandRunner final : public CommandRunner {
+public:
+    explicit SimulatedCommandRunner(const SimulatedPattern& pattern);
+
+    std::optional<CommandOutput> run(const std::string& executable,
+                                     const std::vector<std::string>& arguments) override;
+
+    SimulatedFailure failure;
+    std::map<std::string, std::string> outputs;  ///< fixed standard output by executable; goes first
+    std::vector<SimulatedProcess> processes;
+    std::int64_t powerMode = 0;  ///< the tool's number: 0 automatic, 1 low, 2 high
+
+    const std::vector<SimulatedCommandCall>& calls() const { return calls_; }
+
+private:
+    std::string processList(bool sortedByMemory) const;
+    std::string powerReport() const;
+
+    const SimulatedPattern& pattern_;
+    std::vector<SimulatedCommandCall> calls_;
+};
+
+}  // namespace kestro

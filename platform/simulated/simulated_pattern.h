@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/simulated/simulated_clock.h"
+
+namespace kestro {
+
+/// The liveliness of the simulated machine: smooth, repeatable movement as a function of time alone. Frozen,
+/// every movement is 0 and time stands still for the counters, so that they hold exactly what a test sets.
+class SimulatedPattern {
+public:
+    explicit SimulatedPattern(const SimulatedClock& clock) : clock_(clock) {}
+
+    /// Seconds since the machine was made, or until it was frozen.
+    double seconds() const;
+
+    void freeze();
+
+    /// A slow movement around 0 within -1..1, different for each channel.
+    double wave(std::uint32_t channel) const { return waveAt(channel, seconds()); }
+    double waveAt(std::uint32_t channel, double seconds) const;
+
+    /// Mostly 0, with a short peak up to 1 every half minute or so.
+    double burstAt(std::uint32_t channel, double seconds) const;
+
+private:
+    const SimulatedClock& clock_;
+    double frozenAt_ = -1;
+};
+
+/// Movement that is the sum over time: calls back with the moments and lengths, in seconds, of the stretch
+/// since the last call, in at most 120 pieces.
+class SimulatedStretch {
+public:
+    template <typename Piece>
+    void catchUp(double now, Piece&& piece) {
+        const double gap = now - last_;
+        if (gap <= 0) {
+            return;
+        }
+        constexpr double pieceSeconds = 0.5;
+        constexpr int mostPieces = 120;
+        const int pieces = gap > pieceSeconds * mostPieces ? mostPieces : static_cast<int>(gap / pieceSeconds) + 1;
+        for (int index = 1; index <= pieces; ++index) {
+            piece(last_ + gap * index / pieces, gap / pieces);
+        }
+        last_ = now;
+    }
+
+private:
+    double last_ = 0;
+};
+
+}  // namespace kestro

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <vector>
+
+#include "core/platform/power_assertions.h"
+#include "platform/simulated/simulated_failure.h"
+
+namespace kestro {
+
+/// One assertion as it was asked for.
+struct SimulatedAssertion {
+    PowerAssertionID id = 0;
+    std::string type;
+    std::uint32_t level = 0;
+    std::string name;
+};
+
+/// Grants assertions, counts them, and takes them away when a test says so.
+class SimulatedPowerAssertions final : public PowerAssertions {
+public:
+    std::optional<PowerAssertionID> create(const std::string& type, std::uint32_t level,
+                                           const std::string& name) override {
+        if (refusal.strikes()) {
+            return std::nullopt;
+        }
+        held_.push_back({++lastID_, type, level, name});
+        return lastID_;
+    }
+
+    void release(PowerAssertionID id) override {
+        std::erase_if(held_, [id](const SimulatedAssertion& assertion) { return assertion.id == id; });
+    }
+
+    void setRevocationHandler(std::function<void(PowerAssertionID)> handler) override {
+        revocationHandler_ = std::move(handler);
+    }
+
+    SimulatedFailure refusal;
+
+    const std::vector<SimulatedAssertion>& held() const { return held_; }
+    PowerAssertionID created() const { return lastID_; }  ///< how many were ever granted; also the newest
+
+    /// The system takes an assertion away; one that is not held is not revoked.
+    void revoke(PowerAssertionID id) {
+        if (std::erase_if(held_, [id](const SimulatedAssertion& assertion) { return assertion.id == id; }) == 0) {
+            return;
+        }
+        if (const auto handler = revocationHandler_) {
+            handler(id);
+        }
+    }
+
+    bool hasRevocationHandler() const { return static_cast<bool>(revocationHandler_); }
+
+private:
+    std::vector<SimulatedAssertion> held_;
+    PowerAssertionID lastID_ = 0;
+    std::function<void(PowerAssertionID)> revocationHandler_;
+};
+
+}  // namespace kestro

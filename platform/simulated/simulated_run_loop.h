@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <vector>
+
+#include "core/platform/run_loop.h"
+#include "platform/simulated/simulated_clock.h"
+
+namespace kestro {
+
+/// A run loop that runs only when a test says so, all on the test's thread. Tasks run in the order in which
+/// they came, timers in the order in which they fall due. Background tasks run like posted ones, unless they
+/// are held; held ones are finished one by one in the order that the test chooses.
+class SimulatedRunLoop final : public RunLoop {
+public:
+    explicit SimulatedRunLoop(SimulatedClock& clock);
+    ~SimulatedRunLoop() override;
+
+    [[nodiscard]] std::unique_ptr<RunLoopTimer> scheduleRepeating(std::chrono::milliseconds period,
+                                                                  Task task) override;
+    void post(Task task) override;
+    void runInBackground(TaskPriority priority, Task task) override;
+
+    /// Turns the clock and runs everything that falls due on the way.
+    void advance(std::chrono::nanoseconds duration);
+
+    /// Runs posted and background tasks until none is left; the clock stands still.
+    void runPending();
+
+    /// From now on background tasks wait for `finishBackgroundTask`.
+    void holdBackgroundTasks() { holdsBackgroundTasks_ = true; }
+
+    /// Finishes the held tasks in order, and holds no others.
+    void releaseBackgroundTasks();
+
+    /// Runs one held task (0 is the one held longest), and then whatever it posted.
+    void finishBackgroundTask(std::size_t index);
+
+    std::int64_t heldBackgroundTasks() const { return std::ssize(held_); }
+
+    /// Background tasks ever started at this priority.
+    std::int64_t startedBackgroundTasks(TaskPriority priority) const;
+
+    /// Periods of the running timers, oldest timer first.
+    std::vector<std::chrono::milliseconds> timerPeriods() const;
+
+    std::int64_t scheduledTimers() const { return scheduledTimers_; }  ///< ever, also those that are gone
+
+private:
+    struct TimerState;
+    struct TimerList;
+    class Timer;
+
+    std::shared_ptr<TimerState> nextDueBy(MonotonicTime moment) const;
+
+    SimulatedClock& clock_;
+    std::shared_ptr<TimerList> timers_;
+    std::deque<Task> tasks_;
+    std::deque<Task> held_;
+    bool holdsBackgroundTasks_ = false;
+    std::int64_t startedUtility_ = 0;
+    std::int64_t startedUserInitiated_ = 0;
+    std::int64_t scheduledTimers_ = 0;
+};
+
+}  // namespace kestro

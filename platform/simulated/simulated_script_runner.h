@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "core/platform/script_runner.h"
+#include "platform/simulated/simulated_command_runner.h"
+#include "platform/simulated/simulated_failure.h"
+
+namespace kestro {
+
+/// Records every script. One that switches the power mode, word for word, does so unless it is refused.
+class SimulatedScriptRunner final : public ScriptRunner {
+public:
+    explicit SimulatedScriptRunner(SimulatedCommandRunner& commandRunner) : commandRunner_(commandRunner) {}
+
+    void execute(const std::string& source) override;
+
+    SimulatedFailure refusal;
+    std::vector<std::string> sources;
+
+private:
+    SimulatedCommandRunner& commandRunner_;
+};
+
+}  // namespace kestro
