@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QRectF>
+
+class QColor;
+class QPainter;
+
+namespace kestro {
+
+/// Fills a rounded rectangle.
+void paintRounded(QPainter& painter, const QRectF& rect, double radius, const QColor& fill);
+
+/// Outlines a rounded rectangle by a line of `width` that lies inside it.
+void paintOutline(QPainter& painter, const QRectF& rect, double radius, const QColor& color, double width);
+
+/// A vertical hairline with its left edge at `x`.
+void paintVerticalHairline(QPainter& painter, double x, double top, double bottom);
+
+/// The ground of menus and tooltips: opaque enough to be read over anything, lit from above, rim last.
+void paintPopupGlass(QPainter& painter, const QRectF& rect, double radius);
+
+/// A track with a filled part of `fraction` (clamped to 0..1), both with round ends.
+void paintBar(QPainter& painter, const QRectF& track, double fraction, const QColor& trackColor,
+              const QColor& fill);
+
+}  // namespace kestro

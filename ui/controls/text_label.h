@@ -1,0 +1,46 @@
+#pragma once
+
+#include "ui/controls/text_painter.h"
+#include "ui/controls/view.h"
+
+namespace kestro {
+
+/// One line of plain text. Never markup, never a mnemonic. Its height is the style's line height.
+class TextLabel : public View {
+    Q_OBJECT
+
+public:
+    explicit TextLabel(const QString& text = {}, QWidget* parent = nullptr);
+
+    /// Silent when equal; otherwise repaints only this label and, where the width is not reserved, asks the
+    /// layout for the new width.
+    void setText(const QString& text);
+    const QString& text() const { return text_; }
+
+    void setStyle(const TextStyle& style);
+    const TextStyle& style() const { return style_; }
+    void setInk(const Ink& ink);
+    void setTextAlignment(Qt::Alignment alignment);
+
+    /// `value`: the text shrinks but is never elided.
+    void setFit(TextFit fit);
+
+    /// Keeps the label's width at that of `widest`, so that changing figures move nothing.
+    void reserveWidth(const QString& widest);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    AccessibleInfo accessibleInfo() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString text_;
+    QString reserved_;
+    TextStyle style_;
+    Qt::Alignment alignment_ = Qt::AlignLeft;
+    TextFit fit_ = TextFit::label;
+};
+
+}  // namespace kestro

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "ui/controls/text_style.h"
+
+#include <QGlyphRun>
+#include <QList>
+#include <QRectF>
+#include <QString>
+
+class QPainter;
+
+namespace kestro {
+
+/// One line of shaped text at the origin: its baseline starts at (0, 0).
+struct ShapedText {
+    QList<QGlyphRun> runs;
+    double width = 0;
+    double ascent = 0;
+    double descent = 0;
+};
+
+/// A text cut to what fits: what is left of it and the factor by which its size shrinks.
+struct FittedText {
+    QString text;
+    double scale = 1;
+
+    friend bool operator==(const FittedText&, const FittedText&) = default;
+};
+
+/// The text as one line that is safe to show: control and direction-override characters become spaces, and
+/// nothing beyond the first 512 characters is kept, which no surface has the room to show.
+QString singleLine(const QString& text);
+
+/// Shapes one line of plain text. Figures stand on equal cells, so that a changing number does not move its
+/// neighbours. `scale` is the device's, for the hinting. Results are cached; the reference stays valid until
+/// the next call. Main thread.
+const ShapedText& shapeText(const QString& text, const TextStyle& style, double scale = 1);
+
+/// The width of the shaped text.
+double textWidth(const QString& text, const TextStyle& style);
+
+/// Shrinks and elides as `fit` says, for a box of `width`.
+FittedText fitText(const QString& text, const TextStyle& style, double width, TextFit fit);
+
+/// The distance from the top of a line box of `lineHeight` to the baseline of text centred in it.
+double baselineOffset(double lineHeight, double ascent, double descent);
+
+/// Paints one line into `box`, vertically centred, aligned by the horizontal flag of `alignment`, with the
+/// baseline on a whole device pixel.
+void drawText(QPainter& painter, const QRectF& box, const QString& text, const TextStyle& style,
+              Qt::Alignment alignment = Qt::AlignLeft, TextFit fit = TextFit::label);
+
+}  // namespace kestro

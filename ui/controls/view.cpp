@@ -1,0 +1,32 @@
+#include "ui/controls/view.h"
+
+#include "ui/controls/tooltip.h"
+#include "ui/controls/view_accessible.h"
+
+#include <QEvent>
+
+namespace kestro {
+
+View::View(QWidget* parent) : QWidget(parent) {
+    installViewAccessibility();
+}
+
+void View::setHelp(const QString& help) {
+    help_ = help;
+}
+
+AccessibleInfo View::accessibleInfo() const {
+    AccessibleInfo info;
+    info.name = accessibleName();
+    info.description = accessibleDescription().isEmpty() ? help_ : accessibleDescription();
+    return info;
+}
+
+bool View::event(QEvent* event) {
+    if (!help_.isEmpty()) {
+        Tooltip::follow(*this, help_, *event);
+    }
+    return QWidget::event(event);
+}
+
+}  // namespace kestro

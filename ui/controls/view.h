@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QAccessible>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace kestro {
+
+/// A numeric value that assistive technology can read and set.
+struct AccessibleRange {
+    double value = 0;
+    double minimum = 0;
+    double maximum = 0;
+    double step = 0;
+    std::function<void(double)> set;  ///< empty: read only
+};
+
+/// What a view, or one part that it paints, tells assistive technology.
+struct AccessibleInfo {
+    QAccessible::Role role = QAccessible::StaticText;
+    QString name;
+    QString description;
+    QString value;
+    std::optional<bool> checked;   ///< absent: cannot be checked
+    std::optional<bool> selected;  ///< absent: cannot be selected
+    std::optional<AccessibleRange> range;
+    std::function<void()> press;  ///< empty: cannot be pressed
+    QRect area;                   ///< of a part, in the view's coordinates; ignored for a view
+    bool isDecoration = false;    ///< hidden from assistive technology: ink, watermarks, rules
+};
+
+/// A widget painted with QPainter: the base of every control and widget of the kit. It carries a help text
+/// (shown as a tooltip) and describes itself and its painted parts to assistive technology. Main thread.
+class View : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit View(QWidget* parent = nullptr);
+
+    /// Plain text shown after resting on the view, and its spoken description. Empty: no tooltip.
+    void setHelp(const QString& help);
+    const QString& help() const { return help_; }
+
+    virtual AccessibleInfo accessibleInfo() const;
+
+    /// The parts painted by the view that have a meaning of their own, in reading order.
+    virtual std::vector<AccessibleInfo> accessibleParts() const { return {}; }
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    QString help_;
+};
+
+}  // namespace kestro
