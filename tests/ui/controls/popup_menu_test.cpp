@@ -1,0 +1,137 @@
+#include "ui/controls/popup_menu.h"
+
+#include "tests/ui/controls/view_test.h"
+#include "ui/controls/menu_button.h"
+#include "ui/controls/menu_style.h"
+
+#include <QPointer>
+
+namespace kestro {
+namespace {
+
+using PopupMenuTest = ViewTest;
+
+MenuEntry entry(const char* title, std::function<void()> action = {}) {
+    MenuEntry made;
+    made.title = QString::fromUtf8(title);
+    made.action = std::move(action);
+    return made;
+}
+
+TEST_F(PopupMenuTest, HasRowsOfTwentyFourAndSeparatorsOfNine) {
+    PopupMenu menu({entry("Silent"), MenuEntry::separator(), MenuEntry::header(QStringLiteral("Presets"))});
+    menu.ensurePolished();
+    menu.resize(menu.sizeHint());
+
+    EXPECT_EQ(menu.actionGeometry(menu.actions()[0]), QRect(4, 4, menu.width() - 8, 24));
+    EXPECT_EQ(menu.actionGeometry(menu.actions()[1]).height(), 9);
+    EXPECT_EQ(menu.actionGeometry(menu.actions()[2]).height(), 24);
+    EXPECT_EQ(menu.sizeHint().height(), 4 + 24 + 9 + 24 + 4);
+}
+
+TEST_F(PopupMenuTest, ShowsAmpersandsAndTabsAsPlainText) {
+    PopupMenu menu({entry("R&D\tx")});
+
+    EXPECT_EQ(menu.actions()[0]->text(), QStringLiteral("R&&D x"));
+    EXPECT_EQ(menu.actions()[0]->data().toString(), QStringLiteral("R&D x"));
+}
+
+TEST_F(PopupMenuTest, ChecksAndDisablesAsAsked) {
+    MenuEntry checked = entry("Cool");
+    checked.isChecked = true;
+    MenuEntry disabled = entry("Turbo");
+    disabled.isEnabled = false;
+
+    PopupMenu menu({checked, disabled, MenuEntry::header(QStringLiteral("Curve Presets"))});
+
+    EXPECT_TRUE(menu.actions()[0]->isChecked());
+    EXPECT_FALSE(menu.actions()[1]->isEnabled());
+    EXPECT_FALSE(menu.actions()[2]->isEnabled());
+}
+
+TEST_F(PopupMenuTest, RunsTheActionAfterTheMenuHasGone) {
+    int chosen = 0;
+    QPointer<PopupMenu> menu = new PopupMenu({entry("Silent", [&] { ++chosen; })});
+    menu->openAt({10, 10});
+
+    menu->actions()[0]->trigger();
+    EXPECT_EQ(chosen, 0);
+    menu->close();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QApplication::processEvents();
+
+    EXPECT_EQ(chosen, 1);
+    EXPECT_FALSE(menu);
+}
+
+TEST_F(PopupMenuTest, OpensSubmenus) {
+    MenuEntry parent = entry("Fan Performance");
+    parent.submenu = {entry("Silent"), entry("Cool")};
+
+    PopupMenu menu({parent});
+
+    ASSERT_TRUE(menu.actions()[0]->menu());
+    EXPECT_EQ(menu.actions()[0]->menu()->actions().size(), 2);
+}
+
+TEST_F(PopupMenuTest, MakesRoomForTheShortcut) {
+    MenuEntry plain = entry("Toggle Full Screen");
+    MenuEntry withShortcut = plain;
+    withShortcut.shortcut = QStringLiteral("Ctrl+Meta+F");
+
+    EXPECT_GT(PopupMenu({withShortcut}).sizeHint().width(), PopupMenu({plain}).sizeHint().width() + 28);
+}
+
+class MenuButtonTest : public ViewTest {
+protected:
+    MenuButtonTest()
+        : button_(ButtonKind::plain, [this] {
+              ++built_;
+              return std::vector<MenuEntry>{entry("Silent"), entry("Cool")};
+          }) {
+        button_.setText(QStringLiteral("Profile: Cool"));
+        button_.resize(302, 22);
+        button_.show();
+        QApplication::processEvents();
+    }
+
+    PopupMenu* menu() const { return button_.findChild<PopupMenu*>(); }
+
+    MenuButton button_;
+    int built_ = 0;
+};
+
+TEST_F(MenuButtonTest, BuildsItsMenuAfreshAtEachOpening) {
+    for (int opening = 1; opening <= 2; ++opening) {
+        button_.click();
+        ASSERT_TRUE(menu());
+        EXPECT_TRUE(menu()->isVisible());
+        EXPECT_EQ(built_, opening);
+        menu()->close();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_FALSE(menu());
+    }
+}
+
+TEST_F(MenuButtonTest, OpensBelowItselfAsWideAsItIs) {
+    button_.click();
+
+    ASSERT_TRUE(menu());
+    EXPECT_GE(menu()->width(), button_.width());
+    menu()->close();
+}
+
+TEST_F(MenuButtonTest, OpensWithTheKeyboardOnItsFirstEntry) {
+    press(button_, Qt::Key_Space);
+
+    ASSERT_TRUE(menu());
+    EXPECT_EQ(menu()->activeAction(), menu()->actions()[0]);
+    menu()->close();
+}
+
+TEST_F(MenuButtonTest, SpeaksOfItsMenu) {
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&button_)->role(), QAccessible::ButtonMenu);
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,172 @@
+#include "ui/controls/control.h"
+
+#include "ui/controls/focus_ring.h"
+#include "ui/theme/motion.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPixmap>
+#include <QPointer>
+
+namespace kestro {
+
+double StateOpacity::at(double hovering, double pressing) const {
+    const double raised = rest + (hover - rest) * hovering;
+    return raised + (pressed - raised) * pressing;
+}
+
+Control::Control(QWidget* parent)
+    : View(parent), hover_(0, [this] { update(); }), press_(0, [this] { update(); }) {
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_Hover);
+}
+
+void Control::click() {
+    const QPointer<Control> self(this);
+    activated();
+    if (self && onClick_) {
+        // The action may destroy this control.
+        const auto action = onClick_;
+        action();
+    }
+}
+
+QRectF Control::focusArea() const {
+    return rect();
+}
+
+AccessibleInfo Control::accessibleInfo() const {
+    AccessibleInfo info = View::accessibleInfo();
+    info.role = QAccessible::Button;
+    info.name = accessibleName().isEmpty() ? help() : accessibleName();
+    info.press = [control = QPointer<Control>(const_cast<Control*>(this))] {
+        if (control) {
+            control->click();
+        }
+    };
+    return info;
+}
+
+bool Control::event(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::HoverEnter:
+            hover_.moveTo(isEnabled() ? 1 : 0, motion::hover);
+            break;
+        case QEvent::HoverLeave:
+        case QEvent::Hide:
+            hover_.moveTo(0, motion::hover);
+            press_.moveTo(0, motion::press);
+            break;
+        default:
+            break;
+    }
+    return View::event(event);
+}
+
+void Control::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (isEnabled()) {
+        paint(painter);
+        return;
+    }
+    // Dimmed as one picture: its layers must not show through each other.
+    QPixmap picture(size() * devicePixelRatioF());
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    picture.fill(Qt::transparent);
+    QPainter picturePainter(&picture);
+    picturePainter.setRenderHint(QPainter::Antialiasing);
+    paint(picturePainter);
+    picturePainter.end();
+    painter.setOpacity(kDisabledOpacity);
+    painter.drawPixmap(0, 0, picture);
+}
+
+void Control::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !hitTest(event->pos())) {
+        event->ignore();
+        return;
+    }
+    press_.moveTo(1, motion::press);
+}
+
+void Control::mouseMoveEvent(QMouseEvent* event) {
+    if (event->buttons() & Qt::LeftButton) {
+        press_.moveTo(hitTest(event->pos()) ? 1 : 0, motion::press);
+    }
+}
+
+void Control::mouseReleaseEvent(QMouseEvent* event) {
+    const bool isClick = event->button() == Qt::LeftButton && press_.target() > 0;
+    press_.moveTo(0, motion::press);
+    if (isClick && hitTest(event->pos())) {
+        click();
+    }
+}
+
+void Control::keyPressEvent(QKeyEvent* event) {
+    const bool isPress =
+        event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isPress) {
+        event->ignore();
+        return;
+    }
+    setShowsFocus(true);
+    if (!event->isAutoRepeat()) {
+        click();
+    }
+}
+
+void Control::focusInEvent(QFocusEvent* event) {
+    switch (event->reason()) {
+        case Qt::TabFocusReason:
+        case Qt::BacktabFocusReason:
+        case Qt::ShortcutFocusReason:
+            setShowsFocus(true);
+            break;
+        case Qt::ActiveWindowFocusReason:
+        case Qt::PopupFocusReason:
+            setShowsFocus(showsFocus_);
+            break;
+        default:
+            setShowsFocus(false);
+            break;
+    }
+}
+
+void Control::focusOutEvent(QFocusEvent* event) {
+    FocusRing::hideFrom(*this);
+    const bool returns = event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
+    if (!returns) {
+        showsFocus_ = false;
+    }
+}
+
+void Control::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::EnabledChange) {
+        if (!isEnabled()) {
+            hover_.reset(0);
+            press_.reset(0);
+        }
+        update();
+    }
+    View::changeEvent(event);
+}
+
+void Control::moveFocusRing() {
+    if (showsFocus_) {
+        FocusRing::showOn(*this);
+    }
+}
+
+void Control::setShowsFocus(bool shows) {
+    showsFocus_ = shows;
+    if (shows) {
+        FocusRing::showOn(*this);
+    } else {
+        FocusRing::hideFrom(*this);
+    }
+}
+
+}  // namespace kestro

@@ -1,0 +1,83 @@
+#include "ui/controls/popup_menu.h"
+
+#include "ui/controls/menu_style.h"
+#include "ui/controls/text_painter.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace kestro {
+
+namespace {
+
+/// A title that QAction does not read as a mnemonic or a shortcut.
+QString escaped(const QString& title) {
+    QString text = singleLine(title);
+    return text.replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
+
+}  // namespace
+
+MenuEntry MenuEntry::separator() {
+    MenuEntry entry;
+    entry.kind = Kind::separator;
+    return entry;
+}
+
+MenuEntry MenuEntry::header(const QString& title) {
+    MenuEntry entry;
+    entry.kind = Kind::header;
+    entry.title = title;
+    entry.isEnabled = false;
+    return entry;
+}
+
+PopupMenu::PopupMenu(const std::vector<MenuEntry>& entries, QWidget* parent) : QMenu(parent) {
+    setStyle(&MenuStyle::shared());
+    setWindowFlag(Qt::FramelessWindowHint);
+    setWindowFlag(Qt::NoDropShadowWindowHint);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setProperty(MenuStyle::kSymbolProperty,
+                std::ranges::any_of(entries, [](const MenuEntry& entry) { return !entry.symbol.isEmpty(); }));
+    for (const MenuEntry& entry : entries) {
+        add(entry);
+    }
+}
+
+void PopupMenu::openAt(const QPoint& position) {
+    connect(this, &QMenu::aboutToHide, this, &QObject::deleteLater);
+    popup(position);
+}
+
+void PopupMenu::add(const MenuEntry& entry) {
+    if (entry.kind == MenuEntry::Kind::separator) {
+        addSeparator();
+        return;
+    }
+    const QString title = escaped(entry.title);
+    QAction* action = nullptr;
+    if (entry.submenu.empty()) {
+        action = addAction(entry.shortcut.isEmpty() ? title : title + QLatin1Char('\t') + entry.shortcut);
+    } else {
+        auto* submenu = new PopupMenu(entry.submenu, this);
+        submenu->setTitle(title);
+        action = addMenu(submenu);
+    }
+    action->setData(singleLine(entry.title));
+    action->setProperty(MenuStyle::kShortcutProperty, entry.shortcut);
+    action->setProperty(MenuStyle::kSymbolProperty, entry.symbol);
+    action->setProperty(MenuStyle::kHeaderProperty, entry.kind == MenuEntry::Kind::header);
+    action->setEnabled(entry.isEnabled && entry.kind == MenuEntry::Kind::action);
+    action->setCheckable(entry.isChecked);
+    action->setChecked(entry.isChecked);
+    if (entry.action) {
+        // After the menu has gone: the action may show, hide or destroy what the menu belongs to.
+        connect(action, &QAction::triggered, qApp,
+                [chosen = entry.action] { QTimer::singleShot(0, qApp, chosen); });
+    }
+}
+
+}  // namespace kestro
