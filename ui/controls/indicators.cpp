@@ -1,0 +1,70 @@
+#include "ui/controls/indicators.h"
+
+#include "ui/controls/color_mix.h"
+#include "ui/controls/control.h"
+#include "ui/controls/surface_paint.h"
+#include "ui/symbols/symbol_painter.h"
+#include "ui/theme/hairline.h"
+#include "ui/theme/kestro_theme.h"
+
+#include <QPainter>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kKnob = 14;
+constexpr double kKnobInset = 2;
+constexpr double kBrighten = 0.15;
+constexpr double kPressedShade = 0.14;
+
+void paintMark(QPainter& painter, const QRectF& area, const IndicatorState& state, const char* onSymbol,
+               const char* offSymbol) {
+    const bool isOn = state.on >= 0.5;
+    const QColor rest = isOn ? KestroTheme::accentCool() : KestroTheme::textSecondary();
+    const QColor raised = mixed(rest, Qt::white, kBrighten * state.hovering);
+    const QColor color = mixed(raised, Qt::black, kPressedShade * state.pressing);
+    SymbolPainter::paint(painter, QString::fromLatin1(isOn ? onSymbol : offSymbol), area, color);
+}
+
+}  // namespace
+
+QRectF switchKnob(const QRectF& area, double on) {
+    const double travel = area.width() - kKnob - 2 * kKnobInset;
+    return {area.left() + kKnobInset + travel * on, area.top() + (area.height() - kKnob) / 2, kKnob, kKnob};
+}
+
+void paintSwitch(QPainter& painter, const QRectF& area, const IndicatorState& state) {
+    const double radius = area.height() / 2;
+    const double offOpacity = StateOpacity{0.10, 0.15, 0.07}.at(state.hovering, state.pressing);
+    const QColor accent = KestroTheme::accentCool();
+    if (state.on < 1) {
+        paintRounded(painter, area, radius, Ink::white(offOpacity * (1 - state.on)).color());
+        kestroHairlineBorder(painter, area, radius, KestroTheme::hairlineStrong());
+    }
+    if (state.on > 0) {
+        QColor fill = accentFill(accent, state.hovering, state.pressing);
+        fill.setAlphaF(static_cast<float>(state.on));
+        paintRounded(painter, area, radius, fill);
+    }
+    // Off, the knob stands back; it has its full colour where the accent is.
+    const QColor off = QColor::fromRgbF(0.72F, 0.73F, 0.75F);
+    const QColor knob = mixed(off, markOn(accent), state.on);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(mixed(knob, Qt::black, kPressedShade * state.pressing));
+    painter.drawEllipse(switchKnob(area, state.on));
+}
+
+void paintCheckMark(QPainter& painter, const QRectF& area, const IndicatorState& state) {
+    paintMark(painter, area, state, "checkmark.square.fill", "square");
+}
+
+void paintRadioMark(QPainter& painter, const QRectF& area, const IndicatorState& state) {
+    paintMark(painter, area, state, "circle.inset.filled", "circle");
+}
+
+void paintChosenMark(QPainter& painter, const QRectF& area, const IndicatorState& state) {
+    paintMark(painter, area, state, "checkmark.circle.fill", "circle");
+}
+
+}  // namespace kestro

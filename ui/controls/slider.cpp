@@ -1,0 +1,169 @@
+#include "ui/controls/slider.h"
+
+#include "ui/controls/color_mix.h"
+#include "ui/controls/surface_paint.h"
+#include "ui/theme/kestro_theme.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kKnob = 14;
+constexpr double kTrack = 3;
+constexpr double kHoverGrowth = 0.14;
+constexpr double kPressedShade = 0.14;
+constexpr int kPageSteps = 5;
+constexpr double kTrackOpacity = 0.10;
+
+/// The knob grows when hovered; it must not leave the slider.
+constexpr double kKnobRoom = kKnob / 2;
+
+}  // namespace
+
+double SliderRange::nearest(double value) const {
+    if (!(maximum > minimum) || std::isnan(value)) {
+        return minimum;
+    }
+    const double within = std::clamp(value, minimum, maximum);
+    if (step <= 0) {
+        return within;
+    }
+    const double stepped = std::min(minimum + std::round((within - minimum) / step) * step, maximum);
+    return maximum - within < std::abs(within - stepped) ? maximum : stepped;
+}
+
+double SliderRange::fraction(double value) const {
+    return maximum > minimum ? std::clamp((value - minimum) / (maximum - minimum), 0.0, 1.0) : 0;
+}
+
+double sliderKnobX(const SliderRange& range, double value, double width) {
+    return kKnobRoom + range.fraction(value) * std::max(0.0, width - 2 * kKnobRoom);
+}
+
+double sliderValueAt(const SliderRange& range, double x, double width) {
+    const double travel = std::max(1.0, width - 2 * kKnobRoom);
+    return range.nearest(range.minimum + (x - kKnobRoom) / travel * (range.maximum - range.minimum));
+}
+
+Slider::Slider(const SliderRange& range, QWidget* parent) : Control(parent), range_(range), value_(range.minimum) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void Slider::setValue(double value) {
+    const double nearest = range_.nearest(value);
+    if (nearest != value_) {
+        value_ = nearest;
+        moveFocusRing();
+        update();
+    }
+}
+
+void Slider::setRange(const SliderRange& range) {
+    if (range != range_) {
+        range_ = range;
+        value_ = range_.nearest(value_);
+        moveFocusRing();
+        update();
+    }
+}
+
+QSize Slider::sizeHint() const {
+    return {120, kHeight};
+}
+
+QSize Slider::minimumSizeHint() const {
+    return {40, kHeight};
+}
+
+QRectF Slider::focusArea() const {
+    return knob();
+}
+
+double Slider::focusRadius() const {
+    return kKnob / 2;
+}
+
+AccessibleInfo Slider::accessibleInfo() const {
+    AccessibleInfo info = View::accessibleInfo();
+    info.role = QAccessible::Slider;
+    info.value = valueText_ ? valueText_(value_) : QString::number(value_);
+    auto* self = const_cast<Slider*>(this);
+    info.range = AccessibleRange{value_, range_.minimum, range_.maximum, range_.step,
+                                 [self](double value) { self->choose(value); }};
+    return info;
+}
+
+void Slider::paint(QPainter& painter) {
+    const double middle = height() / 2.0;
+    const QRectF track(0, middle - kTrack / 2, width(), kTrack);
+    const QRectF handle = knob();
+    const double filled = handle.center().x() / std::max(1, width());
+    paintBar(painter, track, filled, Ink::white(kTrackOpacity).color(), KestroTheme::accentCool());
+    const double growth = kKnob * kHoverGrowth * hovering() * (1 - pressing()) / 2;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(mixed(QColor::fromRgbF(0.95F, 0.96F, 0.97F), Qt::black, kPressedShade * pressing()));
+    painter.drawEllipse(handle.adjusted(-growth, -growth, growth, growth));
+}
+
+void Slider::mousePressEvent(QMouseEvent* event) {
+    Control::mousePressEvent(event);
+    if (event->button() == Qt::LeftButton) {
+        choose(sliderValueAt(range_, event->position().x(), width()));
+    }
+}
+
+void Slider::mouseMoveEvent(QMouseEvent* event) {
+    if (event->buttons() & Qt::LeftButton) {
+        choose(sliderValueAt(range_, event->position().x(), width()));
+    }
+}
+
+void Slider::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Left:
+        case Qt::Key_Down:
+            choose(value_ - range_.step);
+            break;
+        case Qt::Key_Right:
+        case Qt::Key_Up:
+            choose(value_ + range_.step);
+            break;
+        case Qt::Key_PageDown:
+            choose(value_ - kPageSteps * range_.step);
+            break;
+        case Qt::Key_PageUp:
+            choose(value_ + kPageSteps * range_.step);
+            break;
+        case Qt::Key_Home:
+            choose(range_.minimum);
+            break;
+        case Qt::Key_End:
+            choose(range_.maximum);
+            break;
+        default:
+            event->ignore();
+            return;
+    }
+    showFocus();
+}
+
+void Slider::choose(double value) {
+    const double before = value_;
+    setValue(value);
+    if (value_ != before && onChanged_) {
+        onChanged_(value_);
+    }
+}
+
+QRectF Slider::knob() const {
+    return {sliderKnobX(range_, value_, width()) - kKnob / 2, (height() - kKnob) / 2, kKnob, kKnob};
+}
+
+}  // namespace kestro
