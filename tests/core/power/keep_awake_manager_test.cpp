@@ -1,0 +1,445 @@
+#include "core/power/keep_awake_manager.h"
+
+#include "core/settings/user_settings.h"
+#include "platform/simulated/simulated_mac.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kestro {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto display = KeepAwakeTarget::displayAndSystem;
+constexpr auto systemOnly = KeepAwakeTarget::systemOnly;
+
+/// A manager on a simulated machine whose preferences are those of a fresh user.
+struct Fixture {
+    SimulatedMac mac;
+    UserSettings settings{mac.userDefaults};
+    std::unique_ptr<KeepAwakeManager> made = std::make_unique<KeepAwakeManager>(mac.platform(), settings);
+    KeepAwakeManager& manager = *made;
+
+    std::size_t timers() const { return mac.runLoop.timerPeriods().size(); }
+
+    /// The remaining time's text one tick after the wall clock has passed `elapsed` of a period of four hours.
+    std::string remainingAfter(std::chrono::milliseconds elapsed) {
+        manager.activate(KeepAwakeDuration::hours4);
+        mac.clock.setWall(mac.clock.wallNow() + elapsed);
+        mac.advance(1s);
+        return manager.formattedRemainingTime();
+    }
+};
+
+TEST(KeepAwakeManager, StartsInactive) {
+    Fixture f;
+
+    EXPECT_FALSE(f.manager.isActive.get());
+    EXPECT_EQ(f.manager.currentDuration.get(), KeepAwakeDuration::indefinite);
+    EXPECT_EQ(f.manager.remainingSeconds.get(), std::nullopt);
+    EXPECT_EQ(f.manager.targetMode.get(), display);
+    EXPECT_EQ(f.mac.powerAssertions.created(), 0U);
+    EXPECT_EQ(f.timers(), 0U);
+}
+
+TEST(KeepAwakeManager, TakesTheStoredTarget) {
+    SimulatedMac mac;
+    UserSettings settings(mac.userDefaults);
+    settings.keepAwakeTargetMode.set(systemOnly);
+
+    const KeepAwakeManager manager(mac.platform(), settings);
+
+    EXPECT_EQ(manager.targetMode.get(), systemOnly);
+}
+
+TEST(KeepAwakeManager, HoldsANamedAssertionOfTheTargetsType) {
+    Fixture f;
+
+    f.manager.activate(KeepAwakeDuration::indefinite);
+
+    ASSERT_EQ(f.mac.assertionsHeld(), 1U);
+    const auto assertion = f.mac.powerAssertions.held().front();
+    EXPECT_EQ(assertion.type, "PreventUserIdleDisplaySleep");
+    EXPECT_EQ(assertion.level, 255U);
+    EXPECT_EQ(assertion.name, "Kestro Keep-Awake Active");
+}
+
+TEST(KeepAwakeManager, PublishesAndStoresAGivenTargetBeforeAsking) {
+    Fixture f;
+
+    f.manager.activate(KeepAwakeDuration::minutes15, systemOnly);
+
+    EXPECT_EQ(f.manager.targetMode.get(), systemOnly);
+    EXPECT_EQ(f.settings.keepAwakeTargetMode.get(), systemOnly);
+    EXPECT_EQ(f.mac.userDefaults.writes("kestro.keepAwakeTargetMode"), 1);
+    EXPECT_EQ(f.mac.powerAssertions.held().front().type, "PreventUserIdleSystemSleep");
+}
+
+TEST(KeepAwakeManager, StoresNoTargetWithoutOne) {
+    Fixture f;
+
+    f.manager.activate(KeepAwakeDuration::minutes15);
+
+    EXPECT_EQ(f.mac.userDefaults.totalWrites(), 0);
+}
+
+TEST(KeepAwakeManager, RunsWithoutEndAndWithoutTimer) {
+    Fixture f;
+
+    f.manager.activate(KeepAwakeDuration::indefinite);
+    f.mac.advance(100h);
+
+    EXPECT_TRUE(f.manager.isActive.get());
+    EXPECT_EQ(f.manager.remainingSeconds.get(), std::nullopt);
+    EXPECT_EQ(f.mac.runLoop.scheduledTimers(), 0);
+}
+
+TEST(KeepAwakeManager, CountsDownOnceASecond) {
+    Fixture f;
+    std::vector<double> seen;
+    const auto subscription = f.manager.remainingSeconds.subscribe(
+        [&](const std::optional<double>& remaining) { seen.push_back(remaining.value_or(-1)); });
+
+    f.manager.activate(KeepAwakeDuration::minutes15);
+    f.mac.advance(2500ms);
+
+    EXPECT_EQ(seen, (std::vector{900.0, 899.0, 898.0}));
+    EXPECT_EQ(f.manager.currentDuration.get(), KeepAwakeDuration::minutes15);
+}
+
+TEST(KeepAwakeManager, EndsWhenTheTimeRunsOut) {
+    Fixture f;
+
+    f.manager.activate(KeepAwakeDuration::minutes15);
+    f.mac.advance(899s);
+    EXPECT_TRUE(f.manager.isActive.get());
+    EXPECT_EQ(f.manager.remainingSeconds.get(), 1.0);
+    f.mac.advance(1s);
+
+    EXPECT_FALSE(f.manager.isActive.get());
+    EXPECT_EQ(f.manager.remainingSeconds.get(), std::nullopt);
+    EXPECT_EQ(f.mac.assertionsHeld(), 0U);
+    EXPECT_EQ(f.timers(), 0U);
+    EXPECT_EQ(f.manager.currentDuration.get(), KeepAwakeDuration::minutes15);
+}
+
+TEST(KeepAwakeManager, EndsByTheWallClockAfterTheMachineSlept) {
+    Fixture f;
+
+    f.manager.activate(KeepAwakeDuration::hours1);
+    f.mac.clock.setWall(f.mac.clock.wallNow() + 2h);
+    f.mac.advance(1s);
+
+    EXPECT_FALSE(f.manager.isActive.get());
+}
+
+TEST(KeepAwakeManager, ReleasesTheOldAssertionBeforeAskingForTheNew) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::minutes15);
+    f.mac.advance(60s);
+
+    f.manager.activate(KeepAwakeDuration::hours1);
+
+    EXPECT_EQ(f.mac.assertionsHeld(), 1U);
+    EXPECT_EQ(f.mac.powerAssertions.created(), 2U);
+    EXPECT_EQ(f.manager.remainingSeconds.get(), 3600.0);
+    EXPECT_EQ(f.timers(), 1U);
+}
+
+TEST(KeepAwakeManager, DropsTheTimerWhenRestartedWithoutEnd) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::minutes15);
+
+    f.manager.activate(KeepAwakeDuration::indefinite);
+    f.mac.advance(2h);
+
+    EXPECT_TRUE(f.manager.isActive.get());
+    EXPECT_EQ(f.manager.remainingSeconds.get(), std::nullopt);
+    EXPECT_EQ(f.timers(), 0U);
+}
+
+TEST(KeepAwakeManager, StaysInactiveWhenRefused) {
+    Fixture f;
+    f.mac.powerAssertions.refusal.always();
+    int published = 0;
+    const auto first = f.manager.isActive.subscribe([&](const bool&) { ++published; });
+    const auto second = f.manager.currentDuration.subscribe([&](const KeepAwakeDuration&) { ++published; });
+    const auto third = f.manager.remainingSeconds.subscribe([&](const std::optional<double>&) { ++published; });
+
+    f.manager.activate(KeepAwakeDuration::minutes30);
+
+    EXPECT_FALSE(f.manager.isActive.get());
+    EXPECT_EQ(published, 0);
+    EXPECT_EQ(f.timers(), 0U);
+}
+
+TEST(KeepAwakeManager, KeepsWhatItShowedWhenARestartIsRefused) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::minutes15);
+    f.mac.powerAssertions.refusal.times(1);
+
+    f.manager.activate(KeepAwakeDuration::hours2, systemOnly);
+    f.mac.advance(1h);
+
+    EXPECT_TRUE(f.manager.isActive.get());
+    EXPECT_EQ(f.manager.currentDuration.get(), KeepAwakeDuration::minutes15);
+    EXPECT_EQ(f.manager.remainingSeconds.get(), 900.0);
+    EXPECT_EQ(f.manager.targetMode.get(), systemOnly);
+    EXPECT_EQ(f.mac.assertionsHeld(), 0U);
+    EXPECT_EQ(f.timers(), 0U);
+}
+
+TEST(KeepAwakeManager, RecoversFromARefusedRestart) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::minutes15);
+    f.mac.powerAssertions.refusal.times(1);
+    f.manager.activate(KeepAwakeDuration::hours2);
+
+    f.manager.toggle();
+    EXPECT_FALSE(f.manager.isActive.get());
+    f.manager.toggle();
+
+    EXPECT_TRUE(f.manager.isActive.get());
+    EXPECT_EQ(f.mac.assertionsHeld(), 1U);
+}
+
+TEST(KeepAwakeManager, DeactivatesInOrder) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::minutes15, systemOnly);
+    std::vector<std::string> order;
+    const auto first =
+        f.manager.isActive.subscribe([&](const bool& active) { order.push_back(active ? "active" : "inactive"); });
+    const auto second = f.manager.remainingSeconds.subscribe([&](const std::optional<double>& remaining) {
+        order.push_back((remaining ? "remaining, held " : "no remaining, held ") +
+                        std::to_string(f.mac.assertionsHeld()));
+    });
+
+    f.manager.deactivate();
+
+    EXPECT_EQ(order, (std::vector<std::string>{"no remaining, held 0", "inactive"}));
+    EXPECT_EQ(f.manager.currentDuration.get(), KeepAwakeDuration::minutes15);
+    EXPECT_EQ(f.manager.targetMode.get(), systemOnly);
+}
+
+TEST(KeepAwakeManager, ActivatesInOrder) {
+    Fixture f;
+    std::vector<std::string> order;
+    const auto target = f.manager.targetMode.subscribe([&](const KeepAwakeTarget&) { order.push_back("target"); });
+    const auto stored =
+        f.settings.keepAwakeTargetMode.subscribe([&](const KeepAwakeTarget&) { order.push_back("stored"); });
+    const auto active = f.manager.isActive.subscribe([&](const bool&) { order.push_back("active"); });
+    const auto duration =
+        f.manager.currentDuration.subscribe([&](const KeepAwakeDuration&) { order.push_back("duration"); });
+    const auto remaining =
+        f.manager.remainingSeconds.subscribe([&](const std::optional<double>&) { order.push_back("remaining"); });
+
+    f.manager.activate(KeepAwakeDuration::hours4, systemOnly);
+
+    EXPECT_EQ(order, (std::vector<std::string>{"target", "stored", "active", "duration", "remaining"}));
+}
+
+TEST(KeepAwakeManager, TogglesWithTheDefaultDurationNotTheLastOne) {
+    Fixture f;
+    f.settings.defaultKeepAwakeDuration.set(KeepAwakeDuration::hours2);
+    f.manager.activate(KeepAwakeDuration::minutes15);
+
+    f.manager.toggle();
+    EXPECT_FALSE(f.manager.isActive.get());
+    f.manager.toggle();
+
+    EXPECT_TRUE(f.manager.isActive.get());
+    EXPECT_EQ(f.manager.currentDuration.get(), KeepAwakeDuration::hours2);
+    EXPECT_EQ(f.mac.userDefaults.writes("kestro.keepAwakeTargetMode"), 0);
+}
+
+TEST(KeepAwakeManager, RestartsWithItsFullDurationForAnotherTarget) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::minutes30);
+    f.mac.advance(600s);
+
+    f.manager.setTargetMode(systemOnly);
+
+    EXPECT_EQ(f.manager.remainingSeconds.get(), 1800.0);
+    EXPECT_EQ(f.settings.keepAwakeTargetMode.get(), systemOnly);
+    ASSERT_EQ(f.mac.assertionsHeld(), 1U);
+    EXPECT_EQ(f.mac.powerAssertions.held().front().type, "PreventUserIdleSystemSleep");
+}
+
+TEST(KeepAwakeManager, DoesNotRestartForTheSameTarget) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::minutes30);
+    f.manager.setTargetMode(systemOnly);
+    const auto created = f.mac.powerAssertions.created();
+    const auto writes = f.mac.userDefaults.totalWrites();
+
+    f.manager.setTargetMode(systemOnly);
+
+    EXPECT_EQ(f.mac.powerAssertions.created(), created);
+    EXPECT_EQ(f.mac.userDefaults.totalWrites(), writes);
+}
+
+TEST(KeepAwakeManager, OnlyStoresATargetWhileInactive) {
+    Fixture f;
+
+    f.manager.setTargetMode(systemOnly);
+
+    EXPECT_EQ(f.manager.targetMode.get(), systemOnly);
+    EXPECT_EQ(f.mac.userDefaults.writes("kestro.keepAwakeTargetMode"), 1);
+    EXPECT_EQ(f.mac.powerAssertions.created(), 0U);
+}
+
+TEST(KeepAwakeManager, StopsAtTheBatteryThreshold) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::indefinite);
+
+    f.manager.checkBatterySafeguard(21, false);
+    EXPECT_TRUE(f.manager.isActive.get());
+    f.manager.checkBatterySafeguard(20, false);
+
+    EXPECT_FALSE(f.manager.isActive.get());
+    EXPECT_EQ(f.mac.assertionsHeld(), 0U);
+}
+
+TEST(KeepAwakeManager, FollowsTheThresholdOfTheSettings) {
+    Fixture f;
+    f.settings.keepAwakeBatteryThreshold.set(50);
+    f.manager.activate(KeepAwakeDuration::indefinite);
+
+    f.manager.checkBatterySafeguard(50, false);
+
+    EXPECT_FALSE(f.manager.isActive.get());
+}
+
+TEST(KeepAwakeManager, NeverStopsWhileCharging) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::indefinite);
+
+    f.manager.checkBatterySafeguard(1, true);
+
+    EXPECT_TRUE(f.manager.isActive.get());
+}
+
+TEST(KeepAwakeManager, NeverStopsWithTheSafeguardOff) {
+    Fixture f;
+    f.settings.keepAwakeAutoDisableOnBattery.set(false);
+    f.manager.activate(KeepAwakeDuration::indefinite);
+
+    f.manager.checkBatterySafeguard(1, false);
+
+    EXPECT_TRUE(f.manager.isActive.get());
+}
+
+TEST(KeepAwakeManager, PublishesNothingForALowBatteryWhileInactive) {
+    Fixture f;
+    int published = 0;
+    const auto subscription = f.manager.isActive.subscribe([&](const bool&) { ++published; });
+
+    f.manager.checkBatterySafeguard(1, false);
+
+    EXPECT_EQ(published, 0);
+}
+
+TEST(KeepAwakeManager, StopsWhenTheSystemTakesTheAssertionAway) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::hours1);
+
+    f.mac.powerAssertions.revoke(f.mac.powerAssertions.created());
+
+    EXPECT_FALSE(f.manager.isActive.get());
+    EXPECT_EQ(f.manager.remainingSeconds.get(), std::nullopt);
+    EXPECT_EQ(f.timers(), 0U);
+}
+
+TEST(KeepAwakeManager, IgnoresTheRevocationOfAnEarlierAssertion) {
+    struct LateRefusal final : PowerAssertions {
+        std::optional<PowerAssertionID> create(const std::string&, std::uint32_t, const std::string&) override {
+            return ++last;
+        }
+        void release(PowerAssertionID) override {}
+        void setRevocationHandler(std::function<void(PowerAssertionID)> newest) override { handler = newest; }
+        std::function<void(PowerAssertionID)> handler;
+        PowerAssertionID last = 0;
+    } assertions;
+    SimulatedMac mac;
+    UserSettings settings(mac.userDefaults);
+    const auto& ports = mac.platform();
+    const Platform platform{ports.clock,       ports.runLoop,        ports.machHost,          ports.systemControl,
+                            ports.processInfo, ports.fileSystem,     ports.networkInterfaces, ports.powerSources,
+                            ports.smc,         ports.hidEventSystem, ports.commandRunner,     ports.scriptRunner,
+                            assertions,        ports.userDefaults,   ports.notifications,     ports.fileEvents};
+    KeepAwakeManager manager(platform, settings);
+    assertions.handler(0);
+    manager.activate(KeepAwakeDuration::indefinite);
+    manager.activate(KeepAwakeDuration::indefinite);
+
+    assertions.handler(1);
+    assertions.handler(0);
+
+    EXPECT_TRUE(manager.isActive.get());
+    assertions.handler(2);
+    EXPECT_FALSE(manager.isActive.get());
+}
+
+TEST(KeepAwakeManager, ReleasesEverythingWhenDestroyed) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::hours1);
+
+    f.made.reset();
+
+    EXPECT_EQ(f.mac.assertionsHeld(), 0U);
+    EXPECT_EQ(f.timers(), 0U);
+    EXPECT_FALSE(f.mac.powerAssertions.hasRevocationHandler());
+}
+
+TEST(KeepAwakeManager, LetsASubscriberStopWhatHasJustStarted) {
+    Fixture f;
+    const auto subscription = f.manager.isActive.subscribe([&](const bool& active) {
+        if (active) {
+            f.manager.deactivate();
+        }
+    });
+
+    f.manager.activate(KeepAwakeDuration::hours1);
+
+    EXPECT_FALSE(f.manager.isActive.get());
+    EXPECT_EQ(f.manager.remainingSeconds.get(), std::nullopt);
+    EXPECT_EQ(f.mac.assertionsHeld(), 0U);
+    EXPECT_EQ(f.timers(), 0U);
+}
+
+TEST(KeepAwakeManager, WritesTheRemainingTimeInMinutesAndSeconds) {
+    Fixture f;
+
+    EXPECT_EQ(f.remainingAfter(4h - 1s - 845s), "14m 05s");
+    EXPECT_EQ(f.remainingAfter(4h - 1s - 3599s - 400ms), "59m 59s");
+    EXPECT_EQ(f.remainingAfter(4h - 1s - 59s), "0m 59s");
+    EXPECT_EQ(f.remainingAfter(4h - 1s - 300ms), "0m 00s");
+}
+
+TEST(KeepAwakeManager, WritesTheRemainingTimeInHoursFromOneHourOn) {
+    Fixture f;
+
+    EXPECT_EQ(f.remainingAfter(4h - 1s - 3600s), "1h 00m");
+    EXPECT_EQ(f.remainingAfter(4h - 1s - 7199s), "1h 59m");
+}
+
+TEST(KeepAwakeManager, WritesTheStateWithoutARemainingTime) {
+    Fixture f;
+
+    EXPECT_EQ(f.manager.formattedRemainingTime(), "Off");
+    f.manager.activate(KeepAwakeDuration::indefinite);
+    EXPECT_EQ(f.manager.formattedRemainingTime(), "Active (∞)");
+    f.manager.deactivate();
+
+    EXPECT_EQ(f.manager.formattedRemainingTime(), "Off");
+}
+
+}  // namespace
+}  // namespace kestro
