@@ -1,0 +1,165 @@
+#include "app/windows/dashboard_window.h"
+
+#include <QGuiApplication>
+#include <QHoverEvent>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QWindow>
+#include <algorithm>
+#include <utility>
+
+#include "app/windows/window_geometry.h"
+#include "app/windows/window_system.h"
+
+namespace kestro {
+
+namespace {
+
+Qt::CursorShape cursorFor(Qt::Edges edges) {
+    if (edges == (Qt::LeftEdge | Qt::TopEdge) || edges == (Qt::RightEdge | Qt::BottomEdge)) {
+        return Qt::SizeFDiagCursor;
+    }
+    if (edges == (Qt::RightEdge | Qt::TopEdge) || edges == (Qt::LeftEdge | Qt::BottomEdge)) {
+        return Qt::SizeBDiagCursor;
+    }
+    return edges.testAnyFlags(Qt::LeftEdge | Qt::RightEdge) ? Qt::SizeHorCursor : Qt::SizeVerCursor;
+}
+
+bool showsTitleBand(const QScreen& screen, const QRect& frame) {
+    return screen.availableGeometry().intersects({frame.topLeft(), QSize(frame.width(), titleBandHeight)});
+}
+
+}  // namespace
+
+KestroDashboardWindow::KestroDashboardWindow(WindowDelegate& delegate, ContentFactory makeContent, int width)
+    : SurfaceWindow(delegate, std::move(makeContent), QStringLiteral("Kestro Studio Dashboard")),
+      frameAnimation_(*this) {
+    setMinimumSize(dashboardMinimumSize);
+    setAttribute(Qt::WA_Hover);
+    resize(width, dashboardHeight);
+    settledSize_ = size();
+}
+
+void KestroDashboardWindow::toggleWindowedFullScreen() {
+    if (isFullScreen()) {
+        return;
+    }
+    if (!canPlaceWindows()) {
+        setWindowState(windowState() ^ Qt::WindowMaximized);
+        return;
+    }
+    const QRect available = availableArea();
+    if (available.isNull()) {
+        return;
+    }
+    const WindowedZoom zoom = windowedZoom(geometry(), preZoomFrame_, available);
+    preZoomFrame_ = zoom.preZoomFrame;
+    setFrame(zoom.frame);
+}
+
+void KestroDashboardWindow::toggleFullScreen() {
+    frameAnimation_.stop();
+    setWindowState(windowState() ^ Qt::WindowFullScreen);
+}
+
+void KestroDashboardWindow::resizeKeepingOrigin(QSize size) {
+    if (!isFullScreen()) {
+        setFrame(resizedKeepingBottomLeft(geometry(), size, availableArea()));
+    }
+}
+
+void KestroDashboardWindow::fitWidth(int optimalWidth) {
+    const QRect frame = automaticDashboardFrame(geometry(), optimalWidth, availableArea());
+    if (frame != geometry()) {
+        isFittingWidth_ = true;
+        frameAnimation_.start(frame);
+    }
+}
+
+void KestroDashboardWindow::ensureReachable() {
+    const auto screens = QGuiApplication::screens();
+    const bool isReachable = std::ranges::any_of(
+        screens, [this](const QScreen* screen) { return showsTitleBand(*screen, geometry()); });
+    if (!std::exchange(isPlaced_, true) || !isReachable) {
+        setGeometry(centred(size(), availableArea()));
+    }
+}
+
+bool KestroDashboardWindow::backgroundPressed(QPoint position) {
+    const Qt::Edges edges = isFullScreen() ? Qt::Edges() : resizeEdges(position, size());
+    return edges != Qt::Edges() && windowHandle()->startSystemResize(edges);
+}
+
+bool KestroDashboardWindow::event(QEvent* event) {
+    if (event->type() == QEvent::HoverMove) {
+        showResizeCursor(static_cast<QHoverEvent*>(event)->position().toPoint());
+    }
+    return SurfaceWindow::event(event);
+}
+
+void KestroDashboardWindow::showEvent(QShowEvent* event) {
+    SurfaceWindow::showEvent(event);
+    // The window sees its events before the widget under the pointer does.
+    windowHandle()->installEventFilter(this);
+}
+
+void KestroDashboardWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::WindowStateChange) {
+        const bool isNowFullScreen = isFullScreen();
+        const bool changed = std::exchange(wasFullScreen_, isNowFullScreen) != isNowFullScreen;
+        if (changed && isNowFullScreen) {
+            delegate().windowWillEnterFullScreen(*this);
+        } else if (changed) {
+            delegate().windowDidExitFullScreen(*this);
+        }
+    }
+    SurfaceWindow::changeEvent(event);
+}
+
+void KestroDashboardWindow::resizeEvent(QResizeEvent* event) {
+    SurfaceWindow::resizeEvent(event);
+    // Coming back from full screen is no resize, and neither is what happens before anybody sees it.
+    if (isFullScreen() || size() == settledSize_) {
+        return;
+    }
+    settledSize_ = size();
+    isFittingWidth_ = isFittingWidth_ && frameAnimation_.explains(size());
+    if (isVisible() && !isFittingWidth_) {
+        delegate().windowDidResize(*this);
+    }
+}
+
+bool KestroDashboardWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == windowHandle() && event->type() == QEvent::MouseButtonDblClick) {
+        const auto& click = static_cast<QMouseEvent&>(*event);
+        if (click.button() == Qt::LeftButton && isInTitleBand(click.position().toPoint(), size())) {
+            toggleWindowedFullScreen();
+        }
+    }
+    return SurfaceWindow::eventFilter(watched, event);
+}
+
+void KestroDashboardWindow::setFrame(const QRect& frame) {
+    isFittingWidth_ = false;
+    if (isMaximized()) {
+        setWindowState(windowState() & ~Qt::WindowMaximized);
+    }
+    frameAnimation_.start(frame);
+}
+
+QRect KestroDashboardWindow::availableArea() const {
+    const QScreen* own = screen();
+    const QScreen* used = own != nullptr ? own : QGuiApplication::primaryScreen();
+    return used != nullptr ? used->availableGeometry() : QRect();
+}
+
+void KestroDashboardWindow::showResizeCursor(QPoint position) {
+    const Qt::Edges edges = isFullScreen() ? Qt::Edges() : resizeEdges(position, size());
+    if (edges == Qt::Edges()) {
+        unsetCursor();
+    } else {
+        setCursor(cursorFor(edges));
+    }
+}
+
+}  // namespace kestro

@@ -1,0 +1,52 @@
+#include "app/windows/frame_animation.h"
+
+#include <QStyle>
+#include <QWidget>
+#include <algorithm>
+#include <chrono>
+
+namespace kestro {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto duration = 180ms;
+constexpr auto lastEcho = duration + 400ms;
+
+bool isBetween(int value, int one, int other) {
+    return value >= std::min(one, other) && value <= std::max(one, other);
+}
+
+}  // namespace
+
+FrameAnimation::FrameAnimation(QWidget& window) : window_(window) {
+    animation_.setDuration(static_cast<int>(duration.count()));
+    animation_.setEasingCurve(QEasingCurve::InOutCubic);
+    QObject::connect(&animation_, &QVariantAnimation::valueChanged, &window_,
+                     [this](const QVariant& value) { window_.setGeometry(value.toRect()); });
+}
+
+void FrameAnimation::start(const QRect& target) {
+    animation_.stop();
+    from_ = window_.size();
+    to_ = target.size();
+    sinceStart_.start();
+    const bool wantsMotion =
+        window_.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &window_) > 0;
+    if (!wantsMotion || !window_.isVisible() || window_.geometry() == target) {
+        window_.setGeometry(target);
+        return;
+    }
+    animation_.setStartValue(window_.geometry());
+    animation_.setEndValue(target);
+    animation_.start();
+}
+
+bool FrameAnimation::explains(const QSize& size) const {
+    return sinceStart_.isValid() && !sinceStart_.hasExpired(lastEcho.count()) &&
+           isBetween(size.width(), from_.width(), to_.width()) &&
+           isBetween(size.height(), from_.height(), to_.height());
+}
+
+}  // namespace kestro

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QRect>
+#include <QVariantAnimation>
+
+class QWidget;
+
+namespace kestro {
+
+/// Moves and resizes a window in one motion of 180 ms, or at once when the window is hidden or the desktop
+/// asks for no animations. Main thread; belongs to the window.
+class FrameAnimation {
+public:
+    explicit FrameAnimation(QWidget& window);
+
+    /// Starts towards `target`; a motion under way turns towards it.
+    void start(const QRect& target);
+
+    /// Ends where the window is now.
+    void stop() { animation_.stop(); }
+
+    /// Whether the window may take `size` because of the motion that was started last: sizes on its way
+    /// come back from the window system a little after it has ended.
+    bool explains(const QSize& size) const;
+
+private:
+    QWidget& window_;
+    QVariantAnimation animation_;
+    QSize from_;
+    QSize to_;
+    QElapsedTimer sinceStart_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,19 @@
+#include "app/windows/settings_window.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <utility>
+
+#include "app/windows/window_geometry.h"
+
+namespace kestro {
+
+SettingsWindow::SettingsWindow(WindowDelegate& delegate, ContentFactory makeContent)
+    : SurfaceWindow(delegate, std::move(makeContent), QStringLiteral("Kestro Preferences")) {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QRect available = screen != nullptr ? screen->availableGeometry() : QRect(QPoint(), settingsSize);
+    setFixedSize(settingsWindowSize(available));
+    setGeometry(centred(size(), available));
+}
+
+}  // namespace kestro

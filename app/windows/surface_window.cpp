@@ -1,0 +1,86 @@
+#include "app/windows/surface_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMouseEvent>
+#include <QWindow>
+#include <utility>
+
+namespace kestro {
+
+SurfaceWindow::SurfaceWindow(WindowDelegate& delegate, ContentFactory makeContent, const QString& title,
+                             Qt::WindowFlags type)
+    : QWidget(nullptr, type | Qt::FramelessWindowHint), delegate_(delegate), makeContent_(std::move(makeContent)) {
+    setWindowTitle(title);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_QuitOnClose, false);
+}
+
+void SurfaceWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (event->spontaneous()) {
+        return;
+    }
+    if (content_ == nullptr && makeContent_) {
+        content_ = makeContent_(this);
+        content_->setGeometry(rect());
+        content_->show();
+    }
+    visibilityDidChange();
+}
+
+void SurfaceWindow::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    pressedAt_.reset();
+    if (!event->spontaneous()) {
+        visibilityDidChange();
+    }
+}
+
+void SurfaceWindow::closeEvent(QCloseEvent* event) {
+    event->setAccepted(delegate_.windowShouldClose(*this));
+}
+
+void SurfaceWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && isVisible()) {
+        visibilityDidChange();
+    }
+}
+
+void SurfaceWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (content_ != nullptr) {
+        content_->setGeometry(rect());
+    }
+}
+
+void SurfaceWindow::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
+    const QPoint position = event->position().toPoint();
+    pressedAt_ = backgroundPressed(position) ? std::nullopt : std::optional(position);
+}
+
+void SurfaceWindow::mouseMoveEvent(QMouseEvent* event) {
+    if (!pressedAt_ || !event->buttons().testFlag(Qt::LeftButton) || isFullScreen()) {
+        return;
+    }
+    const QPoint distance = event->position().toPoint() - *pressedAt_;
+    // A drag, not a press: the window manager takes the pointer away, and a double click needs it.
+    if (distance.manhattanLength() < QApplication::startDragDistance()) {
+        return;
+    }
+    if (windowHandle()->startSystemMove()) {
+        pressedAt_.reset();
+    } else {
+        move(pos() + distance);
+    }
+}
+
+void SurfaceWindow::mouseReleaseEvent(QMouseEvent*) {
+    pressedAt_.reset();
+}
+
+}  // namespace kestro

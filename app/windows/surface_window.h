@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QPoint>
+#include <QWidget>
+#include <functional>
+#include <optional>
+
+#include "app/windows/window_delegate.h"
+
+namespace kestro {
+
+/// A frameless, translucent window of ours that its content fills. The content is built when the window is
+/// first shown, so that a window which nobody opens costs next to nothing. Closing hides it, if the delegate
+/// agrees. Where the window system cannot blend, the content paints itself opaque.
+class SurfaceWindow : public QWidget {
+public:
+    /// Makes the content as a child of its argument.
+    using ContentFactory = std::function<QWidget*(QWidget*)>;
+
+    SurfaceWindow(WindowDelegate& delegate, ContentFactory makeContent, const QString& title,
+                  Qt::WindowFlags type = Qt::Window);
+
+    /// Whether it is on the screen: shown and not minimised.
+    bool isOnScreen() const { return isVisible() && !isMinimized(); }
+
+    void orderOut() { hide(); }
+
+protected:
+    WindowDelegate& delegate() { return delegate_; }
+
+    /// What the delegate is told about appearing and leaving.
+    virtual void visibilityDidChange() { delegate_.windowVisibilityDidChange(*this); }
+
+    /// A press on the window's background, before a drag of it can start. True: it was taken.
+    virtual bool backgroundPressed(QPoint) { return false; }
+
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    WindowDelegate& delegate_;
+    ContentFactory makeContent_;
+    QWidget* content_ = nullptr;
+    std::optional<QPoint> pressedAt_;  ///< where a drag of the background may have begun
+};
+
+}  // namespace kestro

@@ -1,0 +1,82 @@
+#include "app/windows/window_system.h"
+
+#include <xcb/xcb.h>
+
+#include <QGuiApplication>
+#include <QWidget>
+#include <QWindow>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace kestro {
+
+namespace {
+
+struct FreeReply {
+    void operator()(void* reply) const { std::free(reply); }
+};
+
+xcb_connection_t* xcbConnection() {
+    const auto* application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return application != nullptr ? application->connection() : nullptr;
+}
+
+xcb_atom_t internedAtom(xcb_connection_t* connection, const char* name) {
+    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+    const std::unique_ptr<xcb_intern_atom_reply_t, FreeReply> reply(
+        xcb_intern_atom_reply(connection, cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+/// Asks the window manager to activate a window, with the source indication of a pager. A click in a panel
+/// reaches this process over the bus, without the time of an X event, and a request with the source of a
+/// plain application would be held for an attempt to steal the focus (Extended Window Manager Hints 1.5).
+void requestActivationAsPager(xcb_connection_t* connection, xcb_window_t window) {
+    constexpr std::uint32_t sourcePager = 2;
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = internedAtom(connection, "_NET_ACTIVE_WINDOW");
+    event.data.data32[0] = sourcePager;
+    event.data.data32[1] = XCB_CURRENT_TIME;
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    xcb_send_event(connection, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&event));
+    xcb_flush(connection);
+}
+
+}  // namespace
+
+void makeKeyAndOrderFront(QWidget& window) {
+    if (window.isMinimized()) {
+        window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    }
+    window.show();
+    window.raise();
+    window.activateWindow();
+    if (xcb_connection_t* connection = xcbConnection()) {
+        requestActivationAsPager(connection, static_cast<xcb_window_t>(window.winId()));
+    }
+}
+
+void setFloatingLevel(QWidget& window, bool isFloating) {
+    Qt::WindowFlags flags = window.windowFlags();
+    if (flags.testFlag(Qt::WindowStaysOnTopHint) == isFloating) {
+        return;
+    }
+    flags.setFlag(Qt::WindowStaysOnTopHint, isFloating);
+    // QWidget::setWindowFlags would hide the window and make another one; the QWindow sends a request to
+    // change the state of the one that stands.
+    window.overrideWindowFlags(flags);
+    if (QWindow* handle = window.windowHandle()) {
+        handle->setFlags(flags);
+    }
+}
+
+bool canPlaceWindows() {
+    return !QGuiApplication::platformName().startsWith(QLatin1StringView("wayland"));
+}
+
+}  // namespace kestro

@@ -1,0 +1,20 @@
+#pragma once
+
+class QWidget;
+
+namespace kestro {
+
+/// What the windows need of the window system beyond Qt's own words. Main thread.
+
+/// Shows a window above the others and gives it the keyboard, whatever the user is working in. On Wayland
+/// the compositor decides: it follows the activation token that the panel passed on with the click, if any.
+void makeKeyAndOrderFront(QWidget& window);
+
+/// Keeps a window above the normal ones, or no longer, without creating it anew: as _NET_WM_STATE_ABOVE on
+/// X11. Wayland has no such state; there the window keeps its place.
+void setFloatingLevel(QWidget& window, bool isFloating);
+
+/// Whether the application may place its windows; Wayland leaves that to the compositor.
+bool canPlaceWindows();
+
+}  // namespace kestro
