@@ -1,6 +1,7 @@
 #include "app/windows/frame_animation.h"
 
-#include <QStyle>
+#include "ui/theme/motion.h"
+
 #include <QWidget>
 #include <algorithm>
 #include <chrono>
@@ -11,8 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto duration = 180ms;
-constexpr auto lastEcho = duration + 400ms;
+constexpr auto lastEcho = motion::window + 400ms;
 
 bool isBetween(int value, int one, int other) {
     return value >= std::min(one, other) && value <= std::max(one, other);
@@ -21,7 +21,6 @@ bool isBetween(int value, int one, int other) {
 }  // namespace
 
 FrameAnimation::FrameAnimation(QWidget& window) : window_(window) {
-    animation_.setDuration(static_cast<int>(duration.count()));
     animation_.setEasingCurve(QEasingCurve::InOutCubic);
     QObject::connect(&animation_, &QVariantAnimation::valueChanged, &window_,
                      [this](const QVariant& value) { window_.setGeometry(value.toRect()); });
@@ -32,12 +31,12 @@ void FrameAnimation::start(const QRect& target) {
     from_ = window_.size();
     to_ = target.size();
     sinceStart_.start();
-    const bool wantsMotion =
-        window_.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &window_) > 0;
-    if (!wantsMotion || !window_.isVisible() || window_.geometry() == target) {
+    const int duration = motion::duration(motion::window);
+    if (duration == 0 || !window_.isVisible() || window_.geometry() == target) {
         window_.setGeometry(target);
         return;
     }
+    animation_.setDuration(duration);
     animation_.setStartValue(window_.geometry());
     animation_.setEndValue(target);
     animation_.start();

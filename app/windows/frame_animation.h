@@ -8,7 +8,7 @@ class QWidget;
 
 namespace kestro {
 
-/// Moves and resizes a window in one motion of 180 ms, or at once when the window is hidden or the desktop
+/// Moves and resizes a window in one motion, or at once when the window is hidden or the desktop
 /// asks for no animations. Main thread; belongs to the window.
 class FrameAnimation {
 public:

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <chrono>
 #include <utility>
@@ -44,6 +45,12 @@ bool PopoverWindow::wasJustDismissed() const {
     return dismissedAt_ && clock_.monotonicNow() - *dismissedAt_ < clickDuration;
 }
 
+void PopoverWindow::setVisible(bool visible) {
+    // A window that is being hidden loses the keyboard for that reason, not by the user's click.
+    const QScopedValueRollback guard(isChangingVisibility_, true);
+    SurfaceWindow::setVisible(visible);
+}
+
 void PopoverWindow::visibilityDidChange() {
     if (isVisible()) {
         delegate().popoverDidShow();
@@ -54,7 +61,8 @@ void PopoverWindow::visibilityDidChange() {
 
 bool PopoverWindow::event(QEvent* event) {
     // Its own menus take the keyboard too, and closing under them would leave them in the air.
-    if (event->type() == QEvent::WindowDeactivate && isVisible() && QApplication::activePopupWidget() == nullptr) {
+    if (event->type() == QEvent::WindowDeactivate && isVisible() && !isChangingVisibility_ &&
+        QApplication::activePopupWidget() == nullptr) {
         dismiss();
     }
     return SurfaceWindow::event(event);

@@ -21,6 +21,8 @@ public:
     /// reports a click after the press has taken the keyboard away, and that click means "close".
     bool wasJustDismissed() const;
 
+    void setVisible(bool visible) override;
+
 protected:
     void visibilityDidChange() override;
     bool event(QEvent* event) override;
@@ -31,6 +33,7 @@ private:
 
     const Clock& clock_;
     std::optional<MonotonicTime> dismissedAt_;
+    bool isChangingVisibility_ = false;
 };
 
 }  // namespace kestro

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+
+#include "core/base/lifetime.h"
+#include "core/platform/run_loop.h"
+
+namespace kestro {
+
+/// Runs a task once in the next turn of the main queue, however often it was asked for before that: a sample
+/// publishes a dozen properties, and what follows them needs to be done once. Main thread; a request that is
+/// pending when this object dies is dropped.
+class CoalescedTask {
+public:
+    /// `runLoop` outlives it.
+    CoalescedTask(RunLoop& runLoop, std::function<void()> task) : runLoop_(runLoop), task_(std::move(task)) {}
+
+    void request() {
+        if (std::exchange(isRequested_, true)) {
+            return;
+        }
+        runLoop_.post([this, alive = lifetime_.watch()] {
+            if (!alive.expired()) {
+                isRequested_ = false;
+                task_();
+            }
+        });
+    }
+
+private:
+    RunLoop& runLoop_;
+    std::function<void()> task_;
+    bool isRequested_ = false;
+    Lifetime lifetime_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,93 @@
+#include "app/command_channel.h"
+
+#include <QByteArrayView>
+#include <QString>
+#include <QStringDecoder>
+#include <algorithm>
+#include <array>
+
+namespace kestro {
+
+namespace {
+
+struct Command {
+    std::string_view word;
+    void (*perform)(CommandTarget& target);
+};
+
+template <SettingsTab tab>
+void showSettingsAt(CommandTarget& target) {
+    target.selectSettingsTab(tab);
+    target.showSettings();
+}
+
+constexpr std::array commands{
+    Command{"popover", [](CommandTarget& target) { target.togglePopover(); }},
+    Command{"dashboard", [](CommandTarget& target) { target.showDashboard(); }},
+    Command{"settings", [](CommandTarget& target) { target.showSettings(); }},
+    Command{"settings-sensors", showSettingsAt<SettingsTab::sensors>},
+    Command{"settings-dashboard", showSettingsAt<SettingsTab::dashboard>},
+    Command{"settings-menubar", showSettingsAt<SettingsTab::menubar>},
+    Command{"settings-keepawake", showSettingsAt<SettingsTab::keepAwake>},
+    Command{"settings-cooling", showSettingsAt<SettingsTab::cooling>},
+    Command{"settings-power", showSettingsAt<SettingsTab::power>},
+    Command{"toggle-fan-link", [](CommandTarget& target) { target.toggleFanLink(); }},
+    Command{"select-fan-0", [](CommandTarget& target) { target.selectFan(0); }},
+    Command{"select-fan-1", [](CommandTarget& target) { target.selectFan(1); }},
+    Command{"preset-quiet", [](CommandTarget& target) { target.selectCurvePreset(CurvePreset::quietStudio); }},
+    Command{"dashboard-fullscreen", [](CommandTarget& target) { target.toggleFullScreenAction(); }},
+    Command{"dashboard-resize",
+            [](CommandTarget& target) {
+                target.showDashboard({1500, 750});
+            }},
+    Command{"dashboard-shrink",
+            [](CommandTarget& target) {
+                target.showDashboard({800, 460});
+            }},
+    Command{"hide", [](CommandTarget& target) { target.hideDashboard(); }},
+};
+static_assert(commands.size() == 17);
+
+}  // namespace
+
+bool performCommand(std::string_view word, CommandTarget& target) {
+    const auto* const found = std::ranges::find(commands, word, &Command::word);
+    if (found == commands.end()) {
+        return false;
+    }
+    found->perform(target);
+    return true;
+}
+
+std::string commandWord(std::string_view bytes) {
+    using Flag = QStringDecoder::Flag;
+    QStringDecoder decoder(QStringDecoder::Utf8, Flag::Stateless | Flag::ConvertInitialBom);
+    const QString text = decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    return decoder.hasError() ? std::string() : text.trimmed().toStdString();
+}
+
+CommandChannel::CommandChannel(FileEvents& fileEvents, CommandTarget& target)
+    : fileEvents_(fileEvents), target_(target) {
+    const std::string file(path);
+    fileEvents_.createIfMissing(file);
+    cmdSource_ = fileEvents_.watchWrites(file, [this, alive = lifetime_.watch()] {
+        if (!alive.expired()) {
+            fileWasWritten();
+        }
+    });
+}
+
+void CommandChannel::fileWasWritten() {
+    const std::string file(path);
+    const auto bytes = fileEvents_.read(file);
+    const std::string word = bytes ? commandWord(*bytes) : std::string();
+    if (word.empty()) {
+        return;
+    }
+    // Emptied before the command is performed: it is consumed once, whatever happens next. Emptying is a
+    // write too, whose event finds a blank file.
+    fileEvents_.truncate(file);
+    performCommand(word, target_);
+}
+
+}  // namespace kestro

@@ -1,0 +1,263 @@
+#include "app/windows/dashboard_window.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/windows/window_geometry.h"
+#include "app/windows/window_system.h"
+#include "tests/app/windows/recording_window_delegate.h"
+#include "ui/theme/motion.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QWindow>
+
+namespace kestro {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+struct DashboardWindowTest : ::testing::Test {
+    DashboardWindowTest() { motion::setReduced(true); }
+    ~DashboardWindowTest() override { motion::setReduced(false); }
+
+    testing::RecordingWindowDelegate delegate;
+    KestroDashboardWindow window{delegate, [](QWidget* parent) { return new QWidget(parent); }, 788};
+    QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+
+    void show() {
+        window.ensureReachable();
+        makeKeyAndOrderFront(window);
+        QApplication::processEvents();
+        delegate.events.clear();
+    }
+
+    void doubleClick(QPoint position) {
+        QMouseEvent event(QEvent::MouseButtonDblClick, position, window.mapToGlobal(position), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window.windowHandle(), &event);
+    }
+};
+
+TEST_F(DashboardWindowTest, IsCreatedHiddenWithItsSizeAndTitle) {
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(window.size(), QSize(788, 480));
+    EXPECT_EQ(window.minimumSize(), QSize(740, 420));
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Kestro Studio Dashboard"));
+}
+
+TEST_F(DashboardWindowTest, FirstShowsInTheMiddleOfTheScreen) {
+    show();
+
+    EXPECT_EQ(window.geometry(), centred({788, 480}, available));
+}
+
+TEST_F(DashboardWindowTest, ComesBackWhereItWas) {
+    show();
+    window.move(12, 34);
+    window.orderOut();
+
+    show();
+
+    EXPECT_EQ(window.pos(), QPoint(12, 34));
+}
+
+TEST_F(DashboardWindowTest, ComesBackToTheScreenWhenItsPlaceHasGone) {
+    show();
+    window.move(5000, 5000);
+    window.orderOut();
+
+    show();
+
+    EXPECT_EQ(window.geometry(), centred({788, 480}, available));
+}
+
+TEST_F(DashboardWindowTest, TellsOfAResizeByTheUser) {
+    show();
+
+    window.resize(780, 450);
+
+    EXPECT_THAT(delegate.taken(), ElementsAre("didResize"));
+}
+
+TEST_F(DashboardWindowTest, DoesNotTakeAMoveForAResize) {
+    show();
+
+    window.move(12, 34);
+
+    EXPECT_THAT(delegate.taken(), IsEmpty());
+}
+
+TEST_F(DashboardWindowTest, KeepsFittingItsWidthToItself) {
+    show();
+
+    window.fitWidth(750);
+
+    EXPECT_EQ(window.size(), QSize(750, 480));
+    EXPECT_THAT(delegate.taken(), IsEmpty());
+}
+
+TEST_F(DashboardWindowTest, TellsOfAUsersResizeAfterFittingItsWidth) {
+    show();
+    window.fitWidth(750);
+
+    window.resize(740, 425);
+
+    EXPECT_THAT(delegate.taken(), ElementsAre("didResize"));
+}
+
+TEST_F(DashboardWindowTest, FitsItsWidthWhileHiddenToo) {
+    window.fitWidth(760);
+
+    show();
+
+    EXPECT_EQ(window.size(), QSize(760, 480));
+}
+
+TEST_F(DashboardWindowTest, TakesACommandedSizeFromItsBottomLeftCorner) {
+    show();
+    window.setGeometry(10, 300, 740, 420);
+
+    window.resizeKeepingOrigin({800, 460});
+
+    EXPECT_EQ(window.geometry(), QRect(10, 260, 800, 460));
+    EXPECT_THAT(delegate.taken(), Contains("didResize"));
+}
+
+TEST_F(DashboardWindowTest, ZoomsAndReturnsAndZoomsAgainByDoubleClicksOnItsTitleBand) {
+    show();
+    const QRect before = window.geometry();
+
+    doubleClick({100, 20});
+    EXPECT_EQ(window.geometry(), available);
+    EXPECT_EQ(window.preZoomFrame(), before);
+
+    doubleClick({100, 20});
+    EXPECT_EQ(window.geometry(), before);
+    EXPECT_EQ(window.preZoomFrame(), std::nullopt);
+
+    doubleClick({100, 20});
+    EXPECT_EQ(window.geometry(), available);
+}
+
+TEST_F(DashboardWindowTest, DoesNotZoomByDoubleClicksElsewhere) {
+    show();
+    const QRect before = window.geometry();
+
+    doubleClick({100, 51});
+    doubleClick({788 - 148, 20});
+
+    EXPECT_EQ(window.geometry(), before);
+}
+
+TEST_F(DashboardWindowTest, PassesTheDoubleClickOn) {
+    show();
+    struct Clicked : QWidget {
+        using QWidget::QWidget;
+        void mouseDoubleClickEvent(QMouseEvent*) override { ++clicks; }
+        int clicks = 0;
+    } header(&window);
+    header.setGeometry(0, 0, 200, 40);
+    header.show();
+
+    doubleClick({100, 20});
+
+    EXPECT_EQ(header.clicks, 1);
+}
+
+TEST_F(DashboardWindowTest, EntersAndLeavesFullScreen) {
+    show();
+
+    window.toggleFullScreen();
+    QApplication::processEvents();
+    EXPECT_TRUE(window.isFullScreen());
+    EXPECT_THAT(delegate.taken(), Contains("willEnterFullScreen"));
+
+    window.toggleFullScreen();
+    QApplication::processEvents();
+    EXPECT_FALSE(window.isFullScreen());
+    EXPECT_THAT(delegate.taken(), Contains("didExitFullScreen"));
+}
+
+TEST_F(DashboardWindowTest, DoesNotTakeFullScreenForAResize) {
+    show();
+
+    window.toggleFullScreen();
+    QApplication::processEvents();
+    window.toggleFullScreen();
+    QApplication::processEvents();
+
+    EXPECT_EQ(window.size(), QSize(788, 480));
+    EXPECT_THAT(delegate.taken(), Not(Contains("didResize")));
+}
+
+TEST_F(DashboardWindowTest, HasNoFrameToSetInFullScreen) {
+    show();
+    window.toggleFullScreen();
+    QApplication::processEvents();
+    const QRect full = window.geometry();
+
+    window.resizeKeepingOrigin({800, 460});
+    doubleClick({100, 20});
+
+    EXPECT_EQ(window.geometry(), full);
+    EXPECT_EQ(window.preZoomFrame(), std::nullopt);
+}
+
+TEST_F(DashboardWindowTest, ChangesItsLevelWithoutBecomingAnotherWindow) {
+    show();
+    const QWindow* handle = window.windowHandle();
+
+    setFloatingLevel(window, true);
+
+    EXPECT_EQ(window.windowHandle(), handle);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_TRUE(window.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+
+    setFloatingLevel(window, false);
+
+    EXPECT_FALSE(window.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+}
+
+TEST_F(DashboardWindowTest, IsShownAtTheLevelThatItGotWhileHidden) {
+    setFloatingLevel(window, true);
+
+    show();
+
+    EXPECT_TRUE(window.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+}
+
+TEST_F(DashboardWindowTest, StaysWhenTheDelegateRefusesToClose) {
+    show();
+    delegate.allowsClosing = false;
+
+    window.close();
+
+    EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(DashboardWindowTest, IsNotOnTheScreenWhileMinimised) {
+    show();
+
+    window.setWindowState(Qt::WindowMinimized);
+    QApplication::processEvents();
+
+    EXPECT_FALSE(window.isOnScreen());
+    EXPECT_THAT(delegate.taken(), Contains("visibility"));
+}
+
+TEST_F(DashboardWindowTest, ComesBackFromTheDockWhenItIsOrderedFront) {
+    show();
+    window.setWindowState(Qt::WindowMinimized);
+
+    makeKeyAndOrderFront(window);
+
+    EXPECT_TRUE(window.isOnScreen());
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,140 @@
+#include "app/windows/popover_window.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/simulated/simulated_clock.h"
+#include "tests/app/windows/recording_window_delegate.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMenu>
+
+namespace kestro {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+
+struct PopoverWindowTest : ::testing::Test {
+    SimulatedClock clock;
+    testing::RecordingWindowDelegate delegate;
+    int contentsMade = 0;
+    PopoverWindow popover{delegate, clock, [this](QWidget* parent) {
+                              ++contentsMade;
+                              return new QWidget(parent);
+                          }};
+    QWidget elsewhere;
+
+    void activate(QWidget& window) {
+        window.show();
+        window.activateWindow();
+        QApplication::processEvents();
+    }
+
+    void show() {
+        popover.showRelativeTo({700, 0, 40, 20});
+        QApplication::processEvents();
+    }
+
+    void press(int key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(&popover, &event);
+    }
+};
+
+TEST_F(PopoverWindowTest, Is330By325) {
+    EXPECT_EQ(popover.size(), QSize(330, 325));
+}
+
+TEST_F(PopoverWindowTest, MakesItsContentWhenItIsFirstShown) {
+    EXPECT_EQ(contentsMade, 0);
+
+    show();
+    popover.orderOut();
+    show();
+
+    EXPECT_EQ(contentsMade, 1);
+    EXPECT_EQ(popover.findChild<QWidget*>()->size(), popover.size());
+}
+
+TEST_F(PopoverWindowTest, TellsOfShowingAndClosing) {
+    show();
+    popover.orderOut();
+
+    EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "popoverDidClose"));
+}
+
+TEST_F(PopoverWindowTest, StandsBesideItsItem) {
+    show();
+
+    EXPECT_EQ(popover.pos(), QPoint(740 - 330, 26));
+}
+
+TEST_F(PopoverWindowTest, ClosesOnEscape) {
+    show();
+
+    press(Qt::Key_Escape);
+
+    EXPECT_FALSE(popover.isVisible());
+    EXPECT_FALSE(popover.wasJustDismissed());
+}
+
+TEST_F(PopoverWindowTest, StaysOpenOnOtherKeys) {
+    show();
+
+    press(Qt::Key_A);
+
+    EXPECT_TRUE(popover.isVisible());
+}
+
+TEST_F(PopoverWindowTest, ClosesWhenItLosesTheKeyboard) {
+    show();
+    ASSERT_TRUE(popover.isActiveWindow());
+
+    activate(elsewhere);
+
+    EXPECT_FALSE(popover.isVisible());
+}
+
+TEST_F(PopoverWindowTest, StaysOpenUnderItsOwnMenu) {
+    show();
+    QMenu menu(&popover);
+    menu.addAction(QStringLiteral("Silent"));
+    menu.popup({0, 0});
+    QEvent deactivate(QEvent::WindowDeactivate);
+    QApplication::sendEvent(&popover, &deactivate);
+
+    EXPECT_TRUE(popover.isVisible());
+}
+
+TEST_F(PopoverWindowTest, RemembersForHalfASecondThatAPressElsewhereClosedIt) {
+    show();
+    activate(elsewhere);
+
+    EXPECT_TRUE(popover.wasJustDismissed());
+    clock.turn(499ms);
+    EXPECT_TRUE(popover.wasJustDismissed());
+    clock.turn(1ms);
+    EXPECT_FALSE(popover.wasJustDismissed());
+}
+
+TEST_F(PopoverWindowTest, ForgetsItWhenItIsShownAgain) {
+    show();
+    activate(elsewhere);
+
+    show();
+
+    EXPECT_FALSE(popover.wasJustDismissed());
+}
+
+TEST_F(PopoverWindowTest, ClosesWhenTheWindowManagerAsksForIt) {
+    show();
+
+    popover.close();
+
+    EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "shouldClose", "popoverDidClose"));
+}
+
+}  // namespace
+}  // namespace kestro

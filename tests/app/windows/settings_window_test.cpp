@@ -1,0 +1,37 @@
+#include "app/windows/settings_window.h"
+
+#include <gtest/gtest.h>
+
+#include "app/windows/window_geometry.h"
+#include "tests/app/windows/recording_window_delegate.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace kestro {
+namespace {
+
+TEST(SettingsWindow, StandsInTheMiddleOfTheScreen) {
+    testing::RecordingWindowDelegate delegate;
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+
+    const SettingsWindow window(delegate, {});
+
+    EXPECT_EQ(window.geometry(), centred(settingsWindowSize(available), available));
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Kestro Preferences"));
+}
+
+TEST(SettingsWindow, HidesWhenItIsClosedAndTellsSo) {
+    testing::RecordingWindowDelegate delegate;
+    SettingsWindow window(delegate, {});
+    window.show();
+    delegate.events.clear();
+
+    window.close();
+
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(delegate.taken(), (std::vector<std::string>{"shouldClose", "visibility"}));
+}
+
+}  // namespace
+}  // namespace kestro
