@@ -35,8 +35,26 @@ size_t qHash(const ShapeKey& key, size_t seed = 0) {
     return qHashMulti(seed, key.text, key.size, key.tracking, key.weight, key.isFine);
 }
 
+struct FitKey {
+    ShapeKey shape;
+    double width;
+    TextFit fit;
+
+    friend bool operator==(const FitKey&, const FitKey&) = default;
+};
+
+size_t qHash(const FitKey& key, size_t seed = 0) {
+    return qHashMulti(seed, qHash(key.shape), key.width, static_cast<int>(key.fit));
+}
+
+/// Qt rounds the pixel size of a font to whole pixels: other sizes are set in the next whole one and scaled.
+double wholeSize(double size) {
+    return std::max(1.0, std::ceil(size));
+}
+
 QFont fontOf(const TextStyle& style, double scale) {
-    return KestroFonts::font(style.size, style.weight, style.tracking, scale);
+    const double size = wholeSize(style.size);
+    return KestroFonts::font(size, style.weight, style.tracking * size / style.size, scale);
 }
 
 bool isFigure(QChar c) {
@@ -70,8 +88,8 @@ void append(ShapedText& line, const QString& piece, const QFont& font, double ce
     line.width += cell > 0 ? cell : width;
 }
 
-ShapedText shape(const QString& text, const TextStyle& style, double scale) {
-    const QFont font = fontOf(style, scale);
+/// Shapes at a whole size, without regard to the line's scale.
+ShapedText shapeWhole(const QString& text, const QFont& font) {
     const QFontMetricsF metrics(font);
     ShapedText line;
     line.ascent = metrics.ascent();
@@ -79,7 +97,6 @@ ShapedText shape(const QString& text, const TextStyle& style, double scale) {
     const double cell = KestroFonts::figureWidth(font);
     if (cell <= 0 || readsRightToLeft(text)) {
         append(line, text, font, 0);
-        line.width = std::max(0.0, line.width - style.tracking);
         return line;
     }
     qsizetype start = 0;
@@ -93,13 +110,22 @@ ShapedText shape(const QString& text, const TextStyle& style, double scale) {
         append(line, text.mid(start, end - start), font, isFigure(text[start]) ? cell : 0);
         start = end;
     }
+    return line;
+}
+
+ShapedText shape(const QString& text, const TextStyle& style, double deviceScale) {
+    ShapedText line = shapeWhole(text, fontOf(style, deviceScale));
+    line.scale = style.size / wholeSize(style.size);
+    line.ascent *= line.scale;
+    line.descent *= line.scale;
     // The last letter is tracked too, but nothing follows it.
-    line.width = std::max(0.0, line.width - style.tracking);
+    line.width = std::max(0.0, line.width * line.scale - style.tracking);
     return line;
 }
 
 QString displayed(const QString& text, const TextStyle& style) {
-    return style.capitals ? text.toUpper() : text;
+    const QString kept = text.left(kLongestText);
+    return style.capitals ? kept.toUpper() : kept;
 }
 
 /// The longest beginning of `text` that fits with an ellipsis.
@@ -116,6 +142,22 @@ QString elided(const QString& text, const TextStyle& style, double width) {
         --fits;
     }
     return text.left(fits).trimmed() + ellipsis;
+}
+
+FittedText fitAfresh(const QString& text, const TextStyle& style, double natural, double width, TextFit fit) {
+    const double readable = std::min(1.0, kSmallestSize / style.size);
+    const double wanted = std::max(0.0, width) / natural;
+    if (fit == TextFit::value) {
+        return {text, std::max(readable, wanted)};
+    }
+    const double scale = std::max({kSmallestShrink, readable, wanted});
+    if (natural * scale <= width) {
+        return {text, scale};
+    }
+    TextStyle smaller = style;
+    smaller.size *= scale;
+    smaller.tracking *= scale;
+    return {elided(displayed(singleLine(text), style), smaller, width), scale};
 }
 
 }  // namespace
@@ -155,19 +197,15 @@ FittedText fitText(const QString& text, const TextStyle& style, double width, Te
     if (natural <= width || text.isEmpty()) {
         return {text, 1};
     }
-    const double readable = std::min(1.0, kSmallestSize / style.size);
-    const double wanted = std::max(0.0, width) / natural;
-    if (fit == TextFit::value) {
-        return {text, std::max(readable, wanted)};
+    static QHash<FitKey, FittedText> cache;
+    const FitKey key{{displayed(text, style), style.size, style.tracking, style.weight, false}, width, fit};
+    if (const auto found = cache.constFind(key); found != cache.constEnd()) {
+        return found.value();
     }
-    const double scale = std::max({kSmallestShrink, readable, wanted});
-    if (natural * scale <= width) {
-        return {text, scale};
+    if (cache.size() >= kCachedTexts) {
+        cache.clear();
     }
-    TextStyle smaller = style;
-    smaller.size *= scale;
-    smaller.tracking *= scale;
-    return {elided(displayed(singleLine(text), style), smaller, width), scale};
+    return cache.insert(key, fitAfresh(text, style, natural, width, fit)).value();
 }
 
 double baselineOffset(double lineHeight, double ascent, double descent) {
@@ -196,9 +234,19 @@ void drawText(QPainter& painter, const QRectF& box, const QString& text, const T
     const double baseline = box.top() + baselineOffset(box.height(), shaped.ascent, shaped.descent) + above;
     const QPointF origin(x, std::round(baseline * scale) / scale - above);
     painter.setPen(style.ink.color());
-    for (const QGlyphRun& run : shaped.runs) {
-        painter.drawGlyphRun(origin, run);
+    if (shaped.scale == 1) {
+        for (const QGlyphRun& run : shaped.runs) {
+            painter.drawGlyphRun(origin, run);
+        }
+        return;
     }
+    painter.save();
+    painter.translate(origin);
+    painter.scale(shaped.scale, shaped.scale);
+    for (const QGlyphRun& run : shaped.runs) {
+        painter.drawGlyphRun(QPointF(), run);
+    }
+    painter.restore();
 }
 
 }  // namespace kestro

@@ -11,9 +11,11 @@ class QPainter;
 
 namespace kestro {
 
-/// One line of shaped text at the origin: its baseline starts at (0, 0).
+/// One line of shaped text at the origin: its baseline starts at (0, 0). The runs are to be painted scaled by
+/// `scale`; the lengths are those of the scaled line.
 struct ShapedText {
     QList<QGlyphRun> runs;
+    double scale = 1;
     double width = 0;
     double ascent = 0;
     double descent = 0;
