@@ -1,0 +1,164 @@
+#include "tests/ui/controls/view_test.h"
+#include "ui/controls/badge.h"
+#include "ui/controls/option_tile.h"
+#include "ui/controls/scroll_area.h"
+#include "ui/controls/surface_paint.h"
+#include "ui/controls/swatch.h"
+#include "ui/controls/tab_strip.h"
+#include "ui/controls/tooltip.h"
+
+#include <QScrollBar>
+
+namespace kestro {
+namespace {
+
+TEST(TabAreasTest, AreEqualWithGapsOfFour) {
+    const auto areas = tabAreas({820, 44}, 7);
+
+    ASSERT_EQ(areas.size(), 7U);
+    EXPECT_DOUBLE_EQ(areas[0].width(), (820.0 - 24) / 7);
+    EXPECT_DOUBLE_EQ(areas[1].left(), areas[0].right() + 4);
+    EXPECT_NEAR(areas[6].right(), 820, 1e-9);
+}
+
+TEST(EdgeFadesTest, ShowThatThereIsMore) {
+    EXPECT_EQ(edgeFades(0, 0), (EdgeFades{0, 0}));
+    EXPECT_EQ(edgeFades(0, 100), (EdgeFades{0, 18}));
+    EXPECT_EQ(edgeFades(40, 100), (EdgeFades{14, 18}));
+    EXPECT_EQ(edgeFades(100, 100), (EdgeFades{14, 0}));
+}
+
+TEST(ScrollThumbTest, StandsFourFromTheEdgeAndFiveWide) {
+    EXPECT_EQ(scrollThumb(14, 400, 0, 400), QRectF(5, 0, 5, 200));
+    EXPECT_EQ(scrollThumb(14, 400, 400, 400), QRectF(5, 200, 5, 200));
+}
+
+TEST(ScrollThumbTest, IsAtLeastThirtyTwoLong) {
+    EXPECT_EQ(scrollThumb(14, 400, 50'000, 100'000), QRectF(5, 184, 5, 32));
+}
+
+TEST(ScrollThumbTest, IsEmptyWhenNothingScrolls) {
+    EXPECT_TRUE(scrollThumb(14, 400, 0, 0).isEmpty());
+}
+
+TEST(TooltipPlacementTest, StaysOnTheScreen) {
+    const QRect screen(0, 0, 1000, 600);
+
+    EXPECT_EQ(Tooltip::placed({100, 22}, {500, 300}, screen), QRect(500, 318, 100, 22));
+    EXPECT_EQ(Tooltip::placed({100, 22}, {980, 300}, screen).right(), 999);
+    EXPECT_LT(Tooltip::placed({100, 22}, {500, 595}, screen).bottom(), 595);
+    EXPECT_EQ(Tooltip::placed({2000, 22}, {500, 300}, screen).left(), 0);
+}
+
+class SurroundingsTest : public ViewTest {};
+
+TEST_F(SurroundingsTest, TooltipShowsPlainTextInAtMostEightLines) {
+    const QStringList lines = Tooltip::wrapped(QString(5000, QLatin1Char('x')), 60);
+
+    EXPECT_EQ(lines.size(), Tooltip::kMostLines);
+    EXPECT_TRUE(lines.last().endsWith(QChar(0x2026)));
+    EXPECT_EQ(Tooltip::wrapped(QStringLiteral("<b>Settings</b> &x"), 400),
+              QStringList{QStringLiteral("<b>Settings</b> &x")});
+}
+
+TEST_F(SurroundingsTest, TooltipIsAsLargeAsItsText) {
+    const Tooltip tooltip(QStringLiteral("Settings"));
+
+    EXPECT_EQ(tooltip.height(), 14 + 2 * 4);
+    EXPECT_GT(tooltip.width(), 16);
+}
+
+TEST_F(SurroundingsTest, BadgeHasTheHeightOfItsPlace) {
+    EXPECT_EQ(Badge(BadgeKind::section, QStringLiteral("Nominal")).sizeHint().height(), 14);
+    EXPECT_EQ(Badge(BadgeKind::settings, QStringLiteral("ACTIVE")).sizeHint().height(), 18);
+    EXPECT_EQ(Badge(BadgeKind::dot, QStringLiteral("Nominal")).sizeHint(), QSize(6, 6));
+}
+
+TEST_F(SurroundingsTest, BadgeSaysItsWordEvenWhereOnlyTheDotShows) {
+    Badge badge(BadgeKind::dot);
+
+    badge.setState(QStringLiteral("Critical"), KestroTheme::accentCritical);
+
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&badge)->text(QAccessible::Name), QStringLiteral("Critical"));
+}
+
+TEST_F(SurroundingsTest, TabsAreChosenByPointerAndArrows) {
+    TabStrip tabs({{QStringLiteral("A"), {}}, {QStringLiteral("B"), {}}, {QStringLiteral("C"), {}}});
+    tabs.resize(308, 44);
+    std::vector<int> told;
+    tabs.onChosen([&](int index) { told.push_back(index); });
+
+    clickAt(tabs, {150, 20});
+    press(tabs, Qt::Key_Right);
+    press(tabs, Qt::Key_Right);
+    press(tabs, Qt::Key_Home);
+    tabs.setChosen(2);
+    tabs.setChosen(9);
+
+    EXPECT_EQ(told, (std::vector{1, 2, 0}));
+    EXPECT_EQ(tabs.chosen(), 2);
+}
+
+TEST_F(SurroundingsTest, TabsAreSpokenAsPages) {
+    TabStrip tabs({{QStringLiteral("Menu Bar"), {}}, {QStringLiteral("Sensors"), {}}});
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&tabs);
+
+    ASSERT_EQ(spoken->childCount(), 2);
+    EXPECT_EQ(spoken->child(1)->role(), QAccessible::PageTab);
+    EXPECT_EQ(spoken->child(1)->text(QAccessible::Name), QStringLiteral("Sensors"));
+    EXPECT_TRUE(spoken->child(0)->state().selected);
+}
+
+TEST_F(SurroundingsTest, SwatchShowsItsRingWhenChosen) {
+    Swatch swatch(QStringLiteral("Velvet Lilac"), QColor(Qt::magenta));
+    swatch.resize(swatch.sizeHint());
+    const QPoint ring(swatch.width() / 2, 0);
+    const int before = qAlpha(picture(swatch).pixel(ring));
+
+    swatch.setChosen(true);
+
+    EXPECT_EQ(before, 0);
+    EXPECT_GT(qAlpha(picture(swatch).pixel(ring)), 100);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&swatch)->text(QAccessible::Name),
+              QStringLiteral("Velvet Lilac"));
+}
+
+TEST_F(SurroundingsTest, TileClipsItsPictureToItsOutline) {
+    OptionTile tile(QStringLiteral("Header Band"), 86,
+                    [](QPainter& painter, const QRectF& area) { painter.fillRect(area, Qt::red); });
+    tile.resize(tile.sizeHint());
+
+    const QImage image = picture(tile);
+
+    EXPECT_LT(qAlpha(image.pixel(0, 0)), 100);
+    EXPECT_EQ(image.pixelColor(90, 40), QColor(Qt::red));
+    EXPECT_EQ(tile.sizeHint().height(), 86 + 26);
+}
+
+TEST_F(SurroundingsTest, ScrollAreaScrollsContentThatIsTaller) {
+    auto* content = new QWidget;
+    content->setFixedHeight(900);
+    ScrollArea area(content);
+    area.resize(300, 400);
+    area.show();
+    QApplication::processEvents();
+
+    EXPECT_EQ(area.verticalScrollBar()->maximum(), 500);
+    EXPECT_EQ(content->width(), 300);
+}
+
+TEST_F(SurroundingsTest, BarKeepsAShortFillWithinItsTrack) {
+    QImage image(40, 4, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+
+    paintBar(painter, QRectF(0, 0, 40, 4), 0.02, Qt::transparent, Qt::red);
+    painter.end();
+
+    EXPECT_EQ(qAlpha(image.pixel(2, 1)), 0);
+    EXPECT_LT(qAlpha(image.pixel(0, 0)), 200);
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,89 @@
+#include "ui/controls/badge.h"
+
+#include "ui/controls/surface_paint.h"
+#include "ui/controls/text_painter.h"
+
+#include <QPainter>
+
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kFillOpacity = 0.13;
+constexpr double kSectionPadding = 5;
+constexpr double kSettingsPadding = 8;
+constexpr double kDot = 4;
+constexpr double kDotGap = 4;
+constexpr int kLoneDot = 6;
+
+TextStyle styleOf(BadgeKind kind, const Ink& ink) {
+    TextStyle style = kind == BadgeKind::settings ? text_styles::settingsBadge : text_styles::sectionBadge;
+    style.ink = ink;
+    return style;
+}
+
+}  // namespace
+
+Badge::Badge(BadgeKind kind, const QString& text, const Ink& ink, QWidget* parent)
+    : View(parent), kind_(kind), text_(text), ink_(ink) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void Badge::setState(const QString& text, const Ink& ink) {
+    if (text != text_ || ink != ink_) {
+        text_ = text;
+        ink_ = ink;
+        updateGeometry();
+        update();
+    }
+}
+
+void Badge::setKind(BadgeKind kind) {
+    if (kind != kind_) {
+        kind_ = kind;
+        updateGeometry();
+        update();
+    }
+}
+
+QSize Badge::sizeHint() const {
+    if (kind_ == BadgeKind::dot) {
+        return {kLoneDot, kLoneDot};
+    }
+    const TextStyle style = styleOf(kind_, ink_);
+    const double word = std::ceil(textWidth(text_, style));
+    const double width =
+        kind_ == BadgeKind::section ? word + kDot + kDotGap + 2 * kSectionPadding : word + 2 * kSettingsPadding;
+    return {static_cast<int>(width), static_cast<int>(style.lineHeight)};
+}
+
+AccessibleInfo Badge::accessibleInfo() const {
+    AccessibleInfo info = View::accessibleInfo();
+    if (info.name.isEmpty()) {
+        info.name = text_;
+    }
+    return info;
+}
+
+void Badge::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF area = rect();
+    if (kind_ == BadgeKind::dot) {
+        paintRounded(painter, area, area.height() / 2, ink_.color());
+        return;
+    }
+    paintRounded(painter, area, area.height() / 2, ink_.faded(kFillOpacity).color());
+    QRectF word = area.adjusted(kSettingsPadding, 0, -kSettingsPadding, 0);
+    if (kind_ == BadgeKind::section) {
+        const QRectF dot(kSectionPadding, (area.height() - kDot) / 2, kDot, kDot);
+        paintRounded(painter, dot, kDot / 2, ink_.color());
+        word = QRectF(dot.right() + kDotGap, 0, area.width() - dot.right() - kDotGap - kSectionPadding + 1,
+                      area.height());
+    }
+    drawText(painter, word, text_, styleOf(kind_, ink_));
+}
+
+}  // namespace kestro

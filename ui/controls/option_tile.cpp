@@ -1,0 +1,84 @@
+#include "ui/controls/option_tile.h"
+
+#include "ui/controls/indicators.h"
+#include "ui/controls/surface_paint.h"
+#include "ui/controls/text_painter.h"
+#include "ui/theme/hairline.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kRadius = 6;
+constexpr double kMark = 12;
+constexpr double kMarkGap = 6;
+
+}  // namespace
+
+OptionTile::OptionTile(const QString& label, int pictureHeight, Picture picture, QWidget* parent)
+    : Control(parent), label_(label), pictureHeight_(pictureHeight), picture_(std::move(picture)) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void OptionTile::setChosen(bool isChosen) {
+    if (isChosen != isChosen_) {
+        isChosen_ = isChosen;
+        update();
+    }
+}
+
+QSize OptionTile::sizeHint() const {
+    return {180, pictureHeight_ + kLabelHeight};
+}
+
+QRectF OptionTile::focusArea() const {
+    return {0, 0, static_cast<double>(width()), static_cast<double>(pictureHeight_)};
+}
+
+AccessibleInfo OptionTile::accessibleInfo() const {
+    AccessibleInfo info = Control::accessibleInfo();
+    info.role = QAccessible::RadioButton;
+    info.name = label_;
+    info.checked = isChosen_;
+    return info;
+}
+
+void OptionTile::paint(QPainter& painter) {
+    const QRectF area = focusArea();
+    QPainterPath outline;
+    outline.addRoundedRect(area, kRadius, kRadius);
+    painter.save();
+    painter.setClipPath(outline);
+    picture_(painter, area);
+    painter.restore();
+    if (isChosen_) {
+        paintOutline(painter, area, kRadius, KestroTheme::accentCool(), 1);
+    } else {
+        const double opacity = StateOpacity{0.08, 0.14, 0.14}.at(hovering(), pressing());
+        kestroHairlineBorder(painter, area, kRadius, Ink::white(opacity).color());
+    }
+    paintLabel(painter);
+}
+
+void OptionTile::paintLabel(QPainter& painter) const {
+    TextStyle style = text_styles::segment;
+    if (isChosen_) {
+        style.weight = text_styles::w600;
+        style.ink = KestroTheme::textPrimary;
+    }
+    const double room = width() - kMark - kMarkGap;
+    const double text = std::min(std::ceil(textWidth(label_, style)), room);
+    const double left = (width() - kMark - kMarkGap - text) / 2;
+    const double top = pictureHeight_;
+    const QRectF mark(left, top + (kLabelHeight - kMark) / 2.0, kMark, kMark);
+    paintRadioMark(painter, mark, {isChosen_ ? 1.0 : 0.0, hovering(), pressing()});
+    drawText(painter, QRectF(mark.right() + kMarkGap, top, text, kLabelHeight), label_, style);
+}
+
+}  // namespace kestro

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "ui/controls/control.h"
+
+namespace kestro {
+
+/// A choice that shows what it does: a picture with a radio mark and its label in a line below.
+class OptionTile : public Control {
+    Q_OBJECT
+
+public:
+    static constexpr int kLabelHeight = 26;
+
+    /// Paints the picture into the given area, clipped to the tile's rounded outline.
+    using Picture = std::function<void(QPainter&, const QRectF&)>;
+
+    OptionTile(const QString& label, int pictureHeight, Picture picture, QWidget* parent = nullptr);
+
+    /// Silent when equal.
+    void setChosen(bool isChosen);
+    bool isChosen() const { return isChosen_; }
+
+    QSize sizeHint() const override;
+    QRectF focusArea() const override;
+    AccessibleInfo accessibleInfo() const override;
+
+protected:
+    void paint(QPainter& painter) override;
+
+private:
+    void paintLabel(QPainter& painter) const;
+
+    QString label_;
+    int pictureHeight_;
+    Picture picture_;
+    bool isChosen_ = false;
+};
+
+}  // namespace kestro

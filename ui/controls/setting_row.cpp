@@ -1,0 +1,203 @@
+#include "ui/controls/setting_row.h"
+
+#include "ui/controls/indicators.h"
+#include "ui/controls/text_painter.h"
+#include "ui/symbols/symbol_painter.h"
+#include "ui/theme/motion.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kGap = 12;
+
+/// Between a mark and a symbol that stand side by side.
+constexpr double kNarrowGap = 10;
+
+bool leads(RowMark mark) {
+    return mark == RowMark::check || mark == RowMark::radio;
+}
+
+bool choosesItself(RowMark mark) {
+    return mark == RowMark::check || mark == RowMark::toggle;
+}
+
+QSizeF markSize(RowMark mark) {
+    switch (mark) {
+        case RowMark::check:
+            return {kCheckSize, kCheckSize};
+        case RowMark::radio:
+            return {kRadioSize, kRadioSize};
+        case RowMark::toggle:
+            return {kSwitchWidth, kSwitchHeight};
+        case RowMark::chosen:
+            break;
+    }
+    return {kChosenMarkSize, kChosenMarkSize};
+}
+
+}  // namespace
+
+SettingRowGeometry settingRowGeometry(const QSizeF& size, const SettingRowParts& parts) {
+    SettingRowGeometry geometry;
+    const auto centred = [&](double x, const QSizeF& part) {
+        return QRectF(QPointF(x, (size.height() - part.height()) / 2), part);
+    };
+    const QSizeF mark = markSize(parts.mark);
+    const bool hasBoth = leads(parts.mark) && parts.symbol > 0;
+    double left = parts.inset;
+    double right = size.width() - parts.inset;
+    if (leads(parts.mark)) {
+        geometry.mark = centred(left, mark);
+        left += mark.width() + (hasBoth ? kNarrowGap : kGap);
+    } else {
+        right -= mark.width();
+        geometry.mark = centred(right, mark);
+        right -= kGap;
+    }
+    if (parts.symbol > 0) {
+        geometry.symbol = centred(left, {parts.symbol, parts.symbol});
+        left += parts.symbol + (hasBoth ? kNarrowGap : kGap);
+    }
+    const double width = std::max(0.0, right - parts.trailingRoom - left);
+    const double textHeight = parts.titleHeight + parts.descriptionHeight;
+    const double top = (size.height() - textHeight) / 2;
+    geometry.title = QRectF(left, top, width, parts.titleHeight);
+    if (parts.descriptionHeight > 0) {
+        geometry.description = QRectF(left, top + parts.titleHeight, width, parts.descriptionHeight);
+    }
+    return geometry;
+}
+
+SettingRow::SettingRow(RowMark mark, const QString& title, int height, QWidget* parent)
+    : Control(parent), mark_(mark), title_(title), height_(height), knob_(0, [this] { update(); }) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void SettingRow::setDescription(const QString& description) {
+    if (description != description_) {
+        description_ = description;
+        update();
+    }
+}
+
+void SettingRow::setSymbol(const QString& name, double size) {
+    symbol_ = name;
+    symbolSize_ = size;
+    update();
+}
+
+void SettingRow::setTitleStyle(const TextStyle& style) {
+    titleStyle_ = style;
+    update();
+}
+
+void SettingRow::setInset(double inset) {
+    inset_ = inset;
+    update();
+}
+
+void SettingRow::setTrailingRoom(double room) {
+    trailingRoom_ = room;
+    update();
+}
+
+void SettingRow::setOn(bool isOn) {
+    if (isOn == isOn_) {
+        return;
+    }
+    isOn_ = isOn;
+    if (mark_ == RowMark::toggle && isVisible()) {
+        knob_.moveTo(isOn ? 1 : 0, motion::slide);
+    } else {
+        knob_.reset(isOn ? 1 : 0);
+    }
+    update();
+}
+
+QSize SettingRow::sizeHint() const {
+    return {240, height_};
+}
+
+QSize SettingRow::minimumSizeHint() const {
+    return {100, height_};
+}
+
+QRectF SettingRow::focusArea() const {
+    return geometryNow().mark;
+}
+
+double SettingRow::focusRadius() const {
+    return mark_ == RowMark::check ? 4 : geometryNow().mark.height() / 2;
+}
+
+AccessibleInfo SettingRow::accessibleInfo() const {
+    AccessibleInfo info = Control::accessibleInfo();
+    info.name = accessibleName().isEmpty() ? title_ : accessibleName();
+    if (!description_.isEmpty()) {
+        info.description = description_;
+    }
+    info.role = choosesItself(mark_) ? QAccessible::CheckBox : QAccessible::RadioButton;
+    info.checked = isOn_;
+    return info;
+}
+
+void SettingRow::paint(QPainter& painter) {
+    const SettingRowGeometry geometry = geometryNow();
+    const IndicatorState state{knob_.value(), hovering(), pressing()};
+    switch (mark_) {
+        case RowMark::check:
+            paintCheckMark(painter, geometry.mark, state);
+            break;
+        case RowMark::radio:
+            paintRadioMark(painter, geometry.mark, state);
+            break;
+        case RowMark::toggle:
+            paintSwitch(painter, geometry.mark, state);
+            break;
+        case RowMark::chosen:
+            paintChosenMark(painter, geometry.mark, state);
+            break;
+    }
+    if (!symbol_.isEmpty()) {
+        // Beside a mark in the accent's colour the symbol takes the text's.
+        const QColor on = leads(mark_) ? KestroTheme::textPrimary() : KestroTheme::accentCool();
+        SymbolPainter::paint(painter, symbol_, geometry.symbol, isOn_ ? on : KestroTheme::textSecondary());
+    }
+    drawText(painter, geometry.title, title_, titleStyle());
+    drawText(painter, geometry.description, description_, text_styles::settingDescription);
+}
+
+void SettingRow::activated() {
+    if (choosesItself(mark_)) {
+        setOn(!isOn_);
+    }
+    if (onToggled_) {
+        onToggled_(choosesItself(mark_) ? isOn_ : true);
+    }
+}
+
+SettingRowGeometry SettingRow::geometryNow() const {
+    SettingRowParts parts;
+    parts.mark = mark_;
+    parts.symbol = symbol_.isEmpty() ? 0 : symbolSize_;
+    parts.titleHeight = titleStyle().lineHeight;
+    parts.descriptionHeight = description_.isEmpty() ? 0 : text_styles::settingDescription.lineHeight;
+    parts.inset = inset_;
+    parts.trailingRoom = trailingRoom_;
+    return settingRowGeometry(size(), parts);
+}
+
+TextStyle SettingRow::titleStyle() const {
+    TextStyle style = titleStyle_.value_or(text_styles::settingTitle);
+    if (isOn_ && !choosesItself(mark_)) {
+        style.weight = text_styles::w600;
+    }
+    return style;
+}
+
+}  // namespace kestro

@@ -1,0 +1,71 @@
+#include "ui/controls/swatch.h"
+
+#include "ui/controls/text_painter.h"
+
+#include <QPainter>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kDisc = 26;
+constexpr double kRing = 36;
+constexpr double kRingWidth = 1.5;
+constexpr double kHoverRing = 0.3;
+constexpr double kLabelTop = 44;
+
+}  // namespace
+
+Swatch::Swatch(const QString& label, const QColor& color, QWidget* parent)
+    : Control(parent), label_(label), color_(color) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void Swatch::setChosen(bool isChosen) {
+    if (isChosen != isChosen_) {
+        isChosen_ = isChosen;
+        update();
+    }
+}
+
+QSize Swatch::sizeHint() const {
+    return {120, kHeight};
+}
+
+QRectF Swatch::focusArea() const {
+    return {(width() - kRing) / 2, 0, kRing, kRing};
+}
+
+double Swatch::focusRadius() const {
+    return kRing / 2;
+}
+
+AccessibleInfo Swatch::accessibleInfo() const {
+    AccessibleInfo info = Control::accessibleInfo();
+    info.role = QAccessible::RadioButton;
+    info.name = label_;
+    info.checked = isChosen_;
+    return info;
+}
+
+void Swatch::paint(QPainter& painter) {
+    const QPointF centre = focusArea().center();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color_);
+    painter.drawEllipse(centre, kDisc / 2, kDisc / 2);
+    const double ring = isChosen_ ? 1 : kHoverRing * hovering();
+    if (ring > 0) {
+        const double radius = (kRing - kRingWidth) / 2;
+        painter.setPen(QPen(Ink(KestroTheme::textPrimary).faded(ring).color(), kRingWidth));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawEllipse(centre, radius, radius);
+    }
+    TextStyle style = text_styles::segment;
+    if (isChosen_) {
+        style.weight = text_styles::w600;
+        style.ink = KestroTheme::textPrimary;
+    }
+    drawText(painter, QRectF(0, kLabelTop, width(), style.lineHeight), label_, style, Qt::AlignHCenter);
+}
+
+}  // namespace kestro

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "ui/controls/control.h"
+
+namespace kestro {
+
+/// A choice of a colour: a disc of 26 with its label below; the chosen one has a ring of 36.
+class Swatch : public Control {
+    Q_OBJECT
+
+public:
+    static constexpr int kHeight = 58;
+
+    Swatch(const QString& label, const QColor& color, QWidget* parent = nullptr);
+
+    /// Silent when equal.
+    void setChosen(bool isChosen);
+    bool isChosen() const { return isChosen_; }
+
+    QSize sizeHint() const override;
+    QRectF focusArea() const override;
+    double focusRadius() const override;
+    AccessibleInfo accessibleInfo() const override;
+
+protected:
+    void paint(QPainter& painter) override;
+
+private:
+    QString label_;
+    QColor color_;
+    bool isChosen_ = false;
+};
+
+}  // namespace kestro
