@@ -1,0 +1,55 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "core/base/announcer.h"
+#include "core/platform/distributed_notifications.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+
+namespace kestro {
+
+/// The user's notification centre on the session bus: the notification "kestro.notify.showSettings" is the
+/// signal `showSettings` of the interface `kestro.notify` at the object path /kestro/notify, with the user info,
+/// if any, as one argument of type a{sv}. A shell posts one with
+///
+///     gdbus emit --session --object-path /kestro/notify --signal kestro.notify.togglePopover
+///     gdbus emit --session --object-path /kestro/notify --signal kestro.notify.showSettings "{'tab':
+///     <'Keep-Awake'>}" busctl --user emit /kestro/notify kestro.notify showSettings 'a{sv}' 1 tab s Keep-Awake
+///
+/// Signals of any sender are taken, this process included. Nothing in them is trusted: an argument of another
+/// type, or with more than 64 entries, is taken as no user info, a value that is not a text of at most 4096
+/// bytes, a boolean or a number as a value of no kind, and entries with keys above 256 bytes are left out.
+///
+/// Without a bus a posting still reaches the observers in this process, from the event loop, so that the parts
+/// of the program find each other on a bare display too. Main thread.
+class BusNotifications final : public QObject, public DistributedNotifications {
+    Q_OBJECT
+
+public:
+    explicit BusNotifications(const QDBusConnection& sessionBus);
+    ~BusNotifications() override = default;
+
+    Subscription observe(std::string_view name, Handler handler) override;
+    void post(std::string_view name, const NotificationUserInfo& userInfo = {}) override;
+
+private Q_SLOTS:
+    void onSignal(const QDBusMessage& message);
+
+private:
+    using Observers = Announcer<const NotificationUserInfo&>;
+
+    void deliver(const std::string& name, const NotificationUserInfo& userInfo);
+
+    QDBusConnection bus_;
+    std::map<std::string, std::unique_ptr<Observers>, std::less<>> observers_;
+};
+
+/// The user info that a signal carries, read with the limits above.
+NotificationUserInfo notificationUserInfo(const QDBusMessage& signal);
+
+}  // namespace kestro

@@ -1,0 +1,195 @@
+#include "platform/desktop/bus_notifications.h"
+
+#include "tests/platform/desktop/event_waiting.h"
+#include "tests/platform/desktop/private_bus.h"
+
+#include <QDBusVariant>
+#include <QProcess>
+#include <QVariantMap>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kestro {
+namespace {
+
+using testing::ElementsAre;
+using testing_support::PrivateBus;
+using testing_support::waitUntil;
+
+const QString path = QStringLiteral("/kestro/notify");
+const QString interface = QStringLiteral("kestro.notify");
+constexpr auto showSettings = "kestro.notify.showSettings";
+
+class BusNotificationsTest : public testing::Test {
+protected:
+    BusNotificationsTest() {
+        subscription = notifications.observe(showSettings, [this](const auto& info) { received.push_back(info); });
+        // The bus handles messages in order: what is sent after this round trip meets the observer.
+        ownBus.call(QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
+                                                   QStringLiteral("org.freedesktop.DBus.Peer"),
+                                                   QStringLiteral("Ping")));
+    }
+
+    void send(const QVariantList& arguments, const QString& member = QStringLiteral("showSettings")) {
+        auto message = QDBusMessage::createSignal(path, interface, member);
+        message.setArguments(arguments);
+        ASSERT_TRUE(stranger.send(message));
+    }
+
+    bool waitFor(std::size_t count) {
+        return waitUntil([&] { return received.size() >= count; });
+    }
+
+    PrivateBus bus;
+    QDBusConnection ownBus = bus.connect();
+    QDBusConnection stranger = bus.connect();
+    BusNotifications notifications{ownBus};
+    std::vector<NotificationUserInfo> received;
+    Subscription subscription;
+};
+
+NotificationUserInfo tab(NotificationValue value) {
+    return {{"tab", std::move(value)}};
+}
+
+TEST_F(BusNotificationsTest, HearStrangersWithAndWithoutUserInfo) {
+    send({});
+    send({QVariantMap{{QStringLiteral("tab"), QStringLiteral("Keep-Awake")}}});
+
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_THAT(received, ElementsAre(NotificationUserInfo{}, tab("Keep-Awake")));
+}
+
+TEST_F(BusNotificationsTest, HearTheirOwnPostings) {
+    notifications.post(showSettings);
+    notifications.post(showSettings, {{"tab", std::string("Cooling & Fans")}, {"flag", true}, {"n", 2.5}});
+
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_THAT(received, ElementsAre(NotificationUserInfo{},
+                                      NotificationUserInfo{
+                                          {"tab", std::string("Cooling & Fans")}, {"flag", true}, {"n", 2.5}}));
+}
+
+TEST_F(BusNotificationsTest, DeliverToEveryObserverOfTheNameOnlyUntilItLeaves) {
+    int others = 0;
+    int second = 0;
+    const auto other = notifications.observe("kestro.notify.togglePopover", [&](const auto&) { ++others; });
+    auto leaving = notifications.observe(showSettings, [&](const auto&) { ++second; });
+
+    notifications.post(showSettings);
+    ASSERT_TRUE(waitFor(1));
+    leaving.cancel();
+    notifications.post(showSettings);
+    notifications.post("kestro.notify.togglePopover");
+
+    ASSERT_TRUE(waitUntil([&] { return others == 1; }));
+    EXPECT_EQ(received.size(), 2U);
+    EXPECT_EQ(second, 1);
+}
+
+TEST_F(BusNotificationsTest, AnObserverMayLeaveInsideItsOwnCall) {
+    int calls = 0;
+    Subscription once;
+    once = notifications.observe(showSettings, [&](const auto&) {
+        ++calls;
+        once.cancel();
+    });
+
+    send({});
+    send({});
+
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(BusNotificationsTest, TakeOtherArgumentTypesForNoUserInfo) {
+    send({QStringLiteral("tab")});
+    send({42, QVariantMap{{QStringLiteral("tab"), QStringLiteral("x")}}});
+    send({QVariantMap{{QStringLiteral("tab"), QStringLiteral("x")}}, 1});
+    send({QStringList{QStringLiteral("tab"), QStringLiteral("x")}});
+
+    ASSERT_TRUE(waitFor(4));
+    EXPECT_THAT(received, testing::Each(NotificationUserInfo{}));
+}
+
+TEST_F(BusNotificationsTest, TakeOtherValueTypesForNoKind) {
+    const QString key = QStringLiteral("tab");
+    send({QVariantMap{{key, 7}}});
+    send({QVariantMap{{key, false}}});
+    send({QVariantMap{{key, QStringList{QStringLiteral("x")}}}});
+    send({QVariantMap{{key, QVariantMap{{key, key}}}}});
+    send({QVariantMap{{key, QVariant::fromValue(QDBusVariant(key))}}});
+
+    ASSERT_TRUE(waitFor(5));
+    EXPECT_THAT(received, ElementsAre(tab(7.0), tab(false), tab({}), tab({}), tab({})));
+}
+
+TEST_F(BusNotificationsTest, BoundWhatTheyTake) {
+    QVariantMap many;
+    for (int entry = 0; entry < 65; ++entry) {
+        many.insert(QString::number(entry), entry);
+    }
+    send({many});
+    send({QVariantMap{{QStringLiteral("tab"), QString(4'000'000, QLatin1Char('x'))}}});
+    send({QVariantMap{{QString(257, QLatin1Char('k')), 1}, {QStringLiteral("tab"), true}}});
+
+    ASSERT_TRUE(waitFor(3));
+    EXPECT_THAT(received, ElementsAre(NotificationUserInfo{}, tab({}), tab(true)));
+}
+
+TEST_F(BusNotificationsTest, AThousandPostingsAllArrive) {
+    for (int count = 0; count < 1000; ++count) {
+        send({});
+    }
+
+    ASSERT_TRUE(waitFor(1000));
+    EXPECT_EQ(received.size(), 1000U);
+}
+
+TEST_F(BusNotificationsTest, TheDocumentedShellLinesWork) {
+    const auto run = [&](const QString& program, const QStringList& arguments) {
+        QProcess process;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
+        process.setProcessEnvironment(environment);
+        process.start(program, arguments);
+        return process.waitForFinished(20'000) && process.exitCode() == 0;
+    };
+    const QStringList emit{QStringLiteral("emit"),          QStringLiteral("--session"),
+                           QStringLiteral("--object-path"), path,
+                           QStringLiteral("--signal"),      QStringLiteral("kestro.notify.showSettings")};
+
+    ASSERT_TRUE(run(QStringLiteral("gdbus"), emit));
+    ASSERT_TRUE(run(QStringLiteral("gdbus"), emit + QStringList{QStringLiteral("{'tab': <'Keep-Awake'>}")}));
+
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_THAT(received, ElementsAre(NotificationUserInfo{}, tab("Keep-Awake")));
+}
+
+TEST_F(BusNotificationsTest, ADyingBusIsQuiet) {
+    bus.kill();
+    ASSERT_TRUE(waitUntil([&] { return !ownBus.isConnected(); }));
+
+    notifications.post(showSettings, tab("Sensors"));
+
+    ASSERT_TRUE(waitFor(1));
+    EXPECT_THAT(received, ElementsAre(tab("Sensors")));
+}
+
+TEST(BusNotificationsWithoutABus, StillServeTheirOwnProcessFromTheEventLoop) {
+    BusNotifications notifications(PrivateBus::none());
+    std::vector<NotificationUserInfo> received;
+    const auto subscription =
+        notifications.observe(showSettings, [&](const auto& userInfo) { received.push_back(userInfo); });
+
+    notifications.post(showSettings, tab("Sensors"));
+    notifications.post("kestro.notify.nobody");
+
+    EXPECT_TRUE(received.empty());
+    ASSERT_TRUE(waitUntil([&] { return !received.empty(); }));
+    EXPECT_THAT(received, ElementsAre(tab("Sensors")));
+}
+
+}  // namespace
+}  // namespace kestro

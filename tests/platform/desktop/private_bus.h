@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QProcess>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <vector>
+
+namespace kestro::testing_support {
+
+/// A message bus of the test's own, without any service that could be started on it. Ended with the object.
+class PrivateBus {
+public:
+    PrivateBus();
+    ~PrivateBus();
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+
+    /// A connection of its own each time, closed by `disconnect` or with the bus.
+    QDBusConnection connect();
+
+    /// Ends one connection, as the end of its process would.
+    void disconnect(const QDBusConnection& connection);
+
+    /// Ends the daemon as a crash would.
+    void kill();
+
+    const QString& address() const { return address_; }
+
+    /// A connection that was never made.
+    static QDBusConnection none() { return QDBusConnection(QStringLiteral("no such bus")); }
+
+private:
+    QTemporaryDir directory_;
+    QProcess daemon_;
+    QString address_;
+    std::vector<QString> names_;
+};
+
+}  // namespace kestro::testing_support
