@@ -99,7 +99,7 @@ bool drain(const Descriptor& from, std::string* into, std::size_t limit) {
 }
 
 /// Drains both pipes until both have ended. False: a bound was passed first.
-bool drainBoth(Descriptor output, Descriptor error, std::string& text, std::size_t limit, Deadline deadline) {
+bool drainBoth(Descriptor& output, Descriptor& error, std::string& text, std::size_t limit, Deadline deadline) {
     while (output.isOpen() || error.isOpen()) {
         // A closed descriptor is -1, which poll passes over.
         std::array<pollfd, 2> waiting{{{output.get(), POLLIN, 0}, {error.get(), POLLIN, 0}}};
@@ -158,8 +158,7 @@ std::optional<CommandOutput> runChild(const std::string& executable, const std::
     error.writeEnd.close();
 
     CommandOutput result;
-    const bool finished = drainBoth(std::move(output.readEnd), std::move(error.readEnd), result.standardOutput,
-                                    outputBytes, deadline) &&
+    const bool finished = drainBoth(output.readEnd, error.readEnd, result.standardOutput, outputBytes, deadline) &&
                           waitForExit(*child, deadline);
     if (!finished) {
         kill(-*child, SIGKILL);
