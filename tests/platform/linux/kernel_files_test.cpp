@@ -1,0 +1,112 @@
+#include "platform/linux/kernel_files.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/platform/linux/support.h"
+
+namespace kestro {
+namespace {
+
+using test::TemporaryTree;
+
+TEST(PersistentFile, SeesNewContentWithoutOpeningAgain) {
+    TemporaryTree tree;
+    tree.write("/value", "one\n");
+    PersistentFile file(tree.root() + "/value");
+    ReadBuffer buffer;
+
+    EXPECT_EQ(file.read(buffer), "one\n");
+    tree.write("/value", "second\n");
+    EXPECT_EQ(file.read(buffer), "second\n");
+}
+
+TEST(PersistentFile, SaysThatAMissingFileIsGoneAndFindsItWhenItAppears) {
+    TemporaryTree tree;
+    PersistentFile file(tree.root() + "/value");
+    ReadBuffer buffer;
+
+    EXPECT_FALSE(file.read(buffer));
+    EXPECT_TRUE(file.isGone());
+    tree.write("/value", "7");
+    EXPECT_EQ(file.read(buffer), "7");
+    EXPECT_FALSE(file.isGone());
+}
+
+TEST(PersistentFile, CanBeMovedWhileOpen) {
+    TemporaryTree tree;
+    tree.write("/value", "7");
+    PersistentFile first(tree.root() + "/value");
+    ReadBuffer buffer;
+    ASSERT_TRUE(first.read(buffer));
+
+    PersistentFile second(std::move(first));
+
+    EXPECT_EQ(second.read(buffer), "7");
+}
+
+TEST(PersistentFile, ReadsNoDirectory) {
+    TemporaryTree tree;
+    PersistentFile file(tree.root());
+    ReadBuffer buffer;
+
+    EXPECT_FALSE(file.read(buffer));
+    EXPECT_FALSE(file.isGone());
+}
+
+TEST(PersistentFile, AllocatesNothingOnceItsBufferHasGrown) {
+    TemporaryTree tree;
+    tree.write("/value", std::string(9000, 'x'));
+    PersistentFile file(tree.root() + "/value");
+    ReadBuffer buffer;
+    ASSERT_EQ(file.read(buffer)->size(), 9000U);
+
+    const auto before = test::heapAllocations();
+    const auto text = file.read(buffer);
+    const auto after = test::heapAllocations();
+
+    EXPECT_EQ(text->size(), 9000U);
+    EXPECT_EQ(after, before);
+}
+
+TEST(ReadBuffer, ReadsFilesOfEverySizeUpToItsLimitWhole) {
+    TemporaryTree tree;
+    for (const std::size_t size : {0U, 1U, 2047U, 2048U, 4095U, 4096U, 4097U, 8192U, 10000U}) {
+        tree.write("/value", std::string(size, 'x'));
+        PersistentFile file(tree.root() + "/value");
+        ReadBuffer buffer(10001);
+
+        const auto text = file.read(buffer);
+
+        ASSERT_TRUE(text) << size;
+        EXPECT_EQ(text->size(), size);
+    }
+}
+
+TEST(ReadBuffer, RefusesAFileBeyondItsLimit) {
+    TemporaryTree tree;
+    tree.write("/value", std::string(10001, 'x'));
+    PersistentFile file(tree.root() + "/value");
+    ReadBuffer buffer(10000);
+
+    EXPECT_FALSE(file.read(buffer));
+    EXPECT_FALSE(file.isGone());
+    EXPECT_EQ(file.readBeginning(buffer, 10000)->size(), 10000U);
+    EXPECT_FALSE(file.readBeginning(buffer, 10001));
+}
+
+TEST(KernelFiles, JoinsPathsUnderAnyRoot) {
+    EXPECT_EQ(pathUnder("/", "/proc/stat"), "/proc/stat");
+    EXPECT_EQ(pathUnder("", "/proc/stat"), "/proc/stat");
+    EXPECT_EQ(pathUnder("/tmp/machine/", "/proc/stat"), "/tmp/machine/proc/stat");
+}
+
+TEST(KernelFiles, ListsADirectoryInByteOrderAndAMissingOneAsEmpty) {
+    TemporaryTree tree;
+    tree.write("/b", "").write("/a10", "").write("/a9", "");
+
+    EXPECT_EQ(listDirectory(tree.root()), (std::vector<std::string>{"a10", "a9", "b"}));
+    EXPECT_TRUE(listDirectory(tree.root() + "/none").empty());
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,86 @@
+#include "tests/platform/linux/support.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <new>
+
+namespace {
+thread_local std::size_t allocationCount = 0;
+
+void* allocate(std::size_t size) {
+    ++allocationCount;
+    if (void* const memory = std::malloc(size == 0 ? 1 : size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+}  // namespace
+
+void* operator new(std::size_t size) {
+    return allocate(size);
+}
+void* operator new[](std::size_t size) {
+    return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
+    std::free(memory);
+}
+
+namespace kestro::test {
+namespace {
+
+std::filesystem::path inside(const std::string& root, std::string_view path) {
+    return std::filesystem::path(root) / std::filesystem::path(path).relative_path();
+}
+
+}  // namespace
+
+std::size_t heapAllocations() {
+    return allocationCount;
+}
+
+TemporaryTree::TemporaryTree() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "kestro-tree-XXXXXX").string();
+    root_ = ::mkdtemp(pattern.data()) != nullptr ? pattern : std::string{};
+}
+
+TemporaryTree::~TemporaryTree() {
+    std::error_code ignored;
+    if (!root_.empty()) {
+        std::filesystem::remove_all(root_, ignored);
+    }
+}
+
+TemporaryTree& TemporaryTree::write(std::string_view path, std::string_view content) {
+    const auto file = inside(root_, path);
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary | std::ios::trunc) << content;
+    return *this;
+}
+
+TemporaryTree& TemporaryTree::remove(std::string_view path) {
+    std::filesystem::remove_all(inside(root_, path));
+    return *this;
+}
+
+TemporaryTree& TemporaryTree::rename(std::string_view from, std::string_view to) {
+    std::filesystem::rename(inside(root_, from), inside(root_, to));
+    return *this;
+}
+
+TemporaryTree& TemporaryTree::copyFrom(std::string_view machine) {
+    std::filesystem::copy(fixture(machine), root_, std::filesystem::copy_options::recursive);
+    return *this;
+}
+
+}  // namespace kestro::test

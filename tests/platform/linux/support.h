@@ -1,0 +1,59 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "core/platform/clock.h"
+
+namespace kestro::test {
+
+/// The root directory of a captured machine.
+inline std::string fixture(std::string_view machine) {
+    return std::string(KESTRO_SOURCE_DIR "/tests/fixtures/").append(machine);
+}
+
+/// A machine's file system that a test writes file by file; deleted with this object.
+class TemporaryTree {
+public:
+    TemporaryTree();
+    ~TemporaryTree();
+    TemporaryTree(const TemporaryTree&) = delete;
+    TemporaryTree& operator=(const TemporaryTree&) = delete;
+
+    const std::string& root() const { return root_; }
+
+    /// Writes a file in place, as the kernel changes an attribute: an open descriptor sees the new content.
+    TemporaryTree& write(std::string_view path, std::string_view content);
+
+    /// Deletes a file or a directory with all it holds.
+    TemporaryTree& remove(std::string_view path);
+
+    TemporaryTree& rename(std::string_view from, std::string_view to);
+    TemporaryTree& copyFrom(std::string_view machine);
+
+private:
+    std::string root_;
+};
+
+/// A clock that stands still until a test turns it.
+class ManualClock final : public Clock {
+public:
+    WallTime wallNow() const override { return wall_; }
+    MonotonicTime monotonicNow() const override { return monotonic_; }
+
+    void advance(std::chrono::milliseconds step) {
+        wall_ += step;
+        monotonic_ += step;
+    }
+
+private:
+    WallTime wall_{std::chrono::seconds{1'700'000'000}};
+    MonotonicTime monotonic_{std::chrono::hours{1}};
+};
+
+/// How often this thread has taken memory from the heap since the program began.
+std::size_t heapAllocations();
+
+}  // namespace kestro::test
