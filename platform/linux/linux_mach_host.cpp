@@ -1,0 +1,117 @@
+#include "platform/linux/linux_mach_host.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace kestro {
+namespace {
+
+// The lines after the cores can fill megabytes on large machines, so only as much is read as the cores need.
+constexpr std::size_t initialStatPrefix = 4096;
+constexpr std::size_t largestStatPrefix = std::size_t{1} << 20;
+
+std::size_t systemPageSize() {
+    const long size = ::sysconf(_SC_PAGESIZE);
+    return size > 0 ? static_cast<std::size_t>(size) : 4096;
+}
+
+}  // namespace
+
+LinuxMachHost::LinuxMachHost(const Clock& clock, std::string root, std::size_t pageSize)
+    : clock_(clock),
+      pageSize_(pageSize != 0 ? pageSize : systemPageSize()),
+      topology_(CpuTopology::read(root)),
+      buffer_(largestStatPrefix),
+      stat_(pathUnder(root, "/proc/stat")),
+      memInfo_(pathUnder(root, "/proc/meminfo")),
+      pools_(root),
+      statPrefix_(initialStatPrefix) {}
+
+bool LinuxMachHost::readCores() {
+    for (;;) {
+        const auto text = stat_.readBeginning(buffer_, statPrefix_);
+        if (!text) {
+            return false;
+        }
+        const bool isWholeFile = text->size() < statPrefix_;
+        if (parseProcStatCores(*text, cores_) || isWholeFile || statPrefix_ == largestStatPrefix) {
+            return !cores_.empty();
+        }
+        statPrefix_ = std::min(statPrefix_ * 2, largestStatPrefix);
+    }
+}
+
+void LinuxMachHost::assignSlots() {
+    if (slots_.empty()) {
+        std::ranges::sort(cores_, {}, [this](const CoreTicks& core) {
+            return std::pair(topology_.isEfficiency(core.cpu), core.cpu);
+        });
+    }
+    for (const auto& core : cores_) {
+        if (core.cpu >= slotOfCpu_.size()) {
+            slotOfCpu_.resize(core.cpu + 1, -1);
+        }
+        auto& slot = slotOfCpu_[core.cpu];
+        if (slot < 0) {
+            slot = static_cast<std::int32_t>(slots_.size());
+            slots_.push_back(core);
+        } else {
+            slots_[static_cast<std::size_t>(slot)] = core;
+        }
+    }
+}
+
+std::int32_t* LinuxMachHost::lendArray(std::size_t integerCount) {
+    for (auto& array : arrays_) {
+        if (!array.isLent && array.capacity >= integerCount) {
+            array.isLent = true;
+            return array.integers.get();
+        }
+    }
+    // Arrays of an outgrown size are of no more use.
+    std::erase_if(arrays_, [](const TickArray& array) { return !array.isLent; });
+    arrays_.push_back({std::make_unique<std::int32_t[]>(integerCount), integerCount, true});
+    return arrays_.back().integers.get();
+}
+
+std::optional<ProcessorLoadInfo> LinuxMachHost::hostProcessorInfo() {
+    if (!readCores()) {
+        return std::nullopt;
+    }
+    assignSlots();
+    const std::size_t integerCount = slots_.size() * 4;
+    std::int32_t* const integers = lendArray(integerCount);
+    auto* next = integers;
+    for (const auto& core : slots_) {
+        *next++ = static_cast<std::int32_t>(core.user);
+        *next++ = static_cast<std::int32_t>(core.system);
+        *next++ = static_cast<std::int32_t>(core.idle);
+        *next++ = static_cast<std::int32_t>(core.nice);
+    }
+    return ProcessorLoadInfo{static_cast<std::uint32_t>(slots_.size()), {integers, integerCount}};
+}
+
+void LinuxMachHost::vmDeallocate(std::int32_t* address, std::size_t /*byteCount*/) {
+    for (auto& array : arrays_) {
+        if (array.integers.get() == address) {
+            array.isLent = false;
+        }
+    }
+}
+
+std::optional<VirtualMemoryStatistics> LinuxMachHost::hostStatistics64() {
+    const auto text = memInfo_.read(buffer_);
+    const auto info = text ? parseMemoryInfo(*text) : std::nullopt;
+    if (!info) {
+        return std::nullopt;
+    }
+    return virtualMemoryStatistics(*info, pools_.read(clock_.monotonicNow(), buffer_), pageSize_);
+}
+
+std::optional<std::size_t> LinuxMachHost::hostPageSize() {
+    return pageSize_;
+}
+
+}  // namespace kestro

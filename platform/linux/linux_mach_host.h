@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/platform/clock.h"
+#include "core/platform/mach_host.h"
+#include "platform/linux/cpu_topology.h"
+#include "platform/linux/kernel_files.h"
+#include "platform/linux/memory_pools.h"
+#include "platform/linux/proc_stat.h"
+
+namespace kestro {
+
+/// Processor ticks from /proc/stat and page counts from /proc/meminfo. Main thread.
+///
+/// Cores are listed with the performance cores first, then the efficiency cores, each by number. A core keeps
+/// its place for as long as this object lives: one that goes offline keeps its last ticks and so reads as
+/// doing nothing, and one that appears later is appended. Cores that are offline from the start are not listed.
+class LinuxMachHost final : public MachHost {
+public:
+    /// `root` is where the machine's file system is mounted; `pageSize` is that machine's, 0 for this one's.
+    explicit LinuxMachHost(const Clock& clock, std::string root = "/", std::size_t pageSize = 0);
+
+    std::optional<ProcessorLoadInfo> hostProcessorInfo() override;
+    void vmDeallocate(std::int32_t* address, std::size_t byteCount) override;
+    std::optional<VirtualMemoryStatistics> hostStatistics64() override;
+    std::optional<std::size_t> hostPageSize() override;
+
+private:
+    struct TickArray {
+        std::unique_ptr<std::int32_t[]> integers;
+        std::size_t capacity = 0;
+        bool isLent = false;
+    };
+
+    bool readCores();
+    void assignSlots();
+    std::int32_t* lendArray(std::size_t integerCount);
+
+    const Clock& clock_;
+    std::size_t pageSize_;
+    CpuTopology topology_;
+    ReadBuffer buffer_;
+    PersistentFile stat_;
+    PersistentFile memInfo_;
+    MemoryPoolReader pools_;
+
+    std::size_t statPrefix_;
+    std::vector<CoreTicks> cores_;         ///< as last read
+    std::vector<CoreTicks> slots_;         ///< every core ever seen, in the order of the answer
+    std::vector<std::int32_t> slotOfCpu_;  ///< -1: never seen
+    std::vector<TickArray> arrays_;
+};
+
+}  // namespace kestro
