@@ -1,10 +1,10 @@
 #pragma once
 
-#include <functional>
-#include <utility>
-
 #include "core/base/lifetime.h"
 #include "core/platform/run_loop.h"
+
+#include <functional>
+#include <utility>
 
 namespace kestro {
 

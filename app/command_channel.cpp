@@ -3,6 +3,7 @@
 #include <QByteArrayView>
 #include <QString>
 #include <QStringDecoder>
+
 #include <algorithm>
 #include <array>
 

@@ -1,15 +1,16 @@
 #pragma once
 
-#include <QSize>
-#include <cstdint>
-#include <memory>
-#include <string>
-#include <string_view>
-
 #include "core/base/lifetime.h"
 #include "core/cooling/fan_curve.h"
 #include "core/platform/file_events.h"
 #include "core/settings/settings_enumerations.h"
+
+#include <QSize>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
 
 namespace kestro {
 

@@ -1,8 +1,8 @@
 #include "app/menus/cooling_menu.h"
 
-#include <cmath>
-
 #include "app/menus/menu_rows.h"
+
+#include <cmath>
 
 namespace kestro {
 

@@ -1,13 +1,14 @@
 #pragma once
 
-#include <QString>
-#include <optional>
-#include <vector>
-
 #include "app/status_bar/status_bar.h"
 #include "core/cooling/fan_curve.h"
 #include "core/power/system_power_mode.h"
 #include "core/telemetry/fan_telemetry.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
 
 namespace kestro {
 

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QString>
-#include <optional>
-
 #include "app/status_bar/status_bar.h"
 #include "core/power/keep_awake_types.h"
+
+#include <QString>
+
+#include <optional>
 
 namespace kestro {
 

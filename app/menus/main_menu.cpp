@@ -1,9 +1,9 @@
 #include "app/menus/main_menu.h"
 
-#include <utility>
-
 #include "app/menus/menu_rows.h"
 #include "app/menus/shortcuts.h"
+
+#include <utility>
 
 namespace kestro {
 

@@ -1,12 +1,13 @@
 #pragma once
 
-#include <QString>
-#include <optional>
-
 #include "app/status_bar/status_bar.h"
 #include "core/cooling/fan_curve.h"
 #include "core/power/keep_awake_types.h"
 #include "core/power/system_power_mode.h"
+
+#include <QString>
+
+#include <optional>
 
 namespace kestro {
 

@@ -1,14 +1,15 @@
 #pragma once
 
+#include "app/status_bar/status_bar.h"
+#include "core/base/enumeration.h"
+
 #include <QString>
+
 #include <algorithm>
 #include <functional>
 #include <iterator>
 #include <optional>
 #include <utility>
-
-#include "app/status_bar/status_bar.h"
-#include "core/base/enumeration.h"
 
 namespace kestro {
 

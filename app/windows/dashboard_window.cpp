@@ -1,15 +1,16 @@
 #include "app/windows/dashboard_window.h"
 
+#include "app/windows/window_geometry.h"
+#include "app/windows/window_system.h"
+
 #include <QGuiApplication>
 #include <QHoverEvent>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QWindow>
+
 #include <algorithm>
 #include <utility>
-
-#include "app/windows/window_geometry.h"
-#include "app/windows/window_system.h"
 
 namespace kestro {
 

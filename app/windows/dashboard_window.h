@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QRect>
-#include <QSize>
-#include <optional>
-
 #include "app/windows/frame_animation.h"
 #include "app/windows/surface_window.h"
+
+#include <QRect>
+#include <QSize>
+
+#include <optional>
 
 namespace kestro {
 

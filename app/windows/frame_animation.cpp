@@ -3,6 +3,7 @@
 #include "ui/theme/motion.h"
 
 #include <QWidget>
+
 #include <algorithm>
 #include <chrono>
 

@@ -1,14 +1,15 @@
 #include "app/windows/popover_window.h"
 
+#include "app/windows/window_geometry.h"
+#include "app/windows/window_system.h"
+
 #include <QApplication>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <QScreen>
+
 #include <chrono>
 #include <utility>
-
-#include "app/windows/window_geometry.h"
-#include "app/windows/window_system.h"
 
 namespace kestro {
 

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QRect>
-#include <optional>
-
 #include "app/windows/surface_window.h"
 #include "core/platform/clock.h"
+
+#include <QRect>
+
+#include <optional>
 
 namespace kestro {
 

@@ -1,10 +1,11 @@
 #include "app/windows/settings_window.h"
 
+#include "app/windows/window_geometry.h"
+
 #include <QGuiApplication>
 #include <QScreen>
-#include <utility>
 
-#include "app/windows/window_geometry.h"
+#include <utility>
 
 namespace kestro {
 

@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QMouseEvent>
 #include <QWindow>
+
 #include <utility>
 
 namespace kestro {

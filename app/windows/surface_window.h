@@ -1,11 +1,12 @@
 #pragma once
 
+#include "app/windows/window_delegate.h"
+
 #include <QPoint>
 #include <QWidget>
+
 #include <functional>
 #include <optional>
-
-#include "app/windows/window_delegate.h"
 
 namespace kestro {
 

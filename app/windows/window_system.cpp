@@ -1,10 +1,11 @@
 #include "app/windows/window_system.h"
 
-#include <xcb/xcb.h>
-
 #include <QGuiApplication>
 #include <QWidget>
 #include <QWindow>
+
+#include <xcb/xcb.h>
+
 #include <cstdlib>
 #include <cstring>
 #include <memory>

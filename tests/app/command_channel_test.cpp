@@ -1,9 +1,9 @@
 #include "app/command_channel.h"
 
+#include "platform/simulated/simulated_mac.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "platform/simulated/simulated_mac.h"
 
 namespace kestro {
 namespace {

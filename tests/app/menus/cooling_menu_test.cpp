@@ -1,11 +1,11 @@
 #include "app/menus/cooling_menu.h"
 
+#include "tests/app/menus/menu_reading.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
-
-#include "tests/app/menus/menu_reading.h"
 
 namespace kestro {
 namespace {

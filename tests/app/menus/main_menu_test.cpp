@@ -1,9 +1,9 @@
 #include "app/menus/main_menu.h"
 
+#include "tests/app/menus/menu_reading.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "tests/app/menus/menu_reading.h"
 
 namespace kestro {
 namespace {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "app/status_bar/status_bar.h"
+
 #include <string>
 #include <vector>
-
-#include "app/status_bar/status_bar.h"
 
 namespace kestro::testing {
 

@@ -1,8 +1,5 @@
 #include "app/windows/dashboard_window.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "app/windows/window_geometry.h"
 #include "app/windows/window_system.h"
 #include "tests/app/windows/recording_window_delegate.h"
@@ -12,6 +9,9 @@
 #include <QMouseEvent>
 #include <QScreen>
 #include <QWindow>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {

@@ -1,14 +1,14 @@
 #include "app/windows/popover_window.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "platform/simulated/simulated_clock.h"
 #include "tests/app/windows/recording_window_delegate.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMenu>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {

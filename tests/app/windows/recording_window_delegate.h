@@ -1,10 +1,10 @@
 #pragma once
 
+#include "app/windows/window_delegate.h"
+
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "app/windows/window_delegate.h"
 
 namespace kestro::testing {
 

@@ -1,12 +1,12 @@
 #include "app/windows/settings_window.h"
 
-#include <gtest/gtest.h>
-
 #include "app/windows/window_geometry.h"
 #include "tests/app/windows/recording_window_delegate.h"
 
 #include <QGuiApplication>
 #include <QScreen>
+
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {

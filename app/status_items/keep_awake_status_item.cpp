@@ -1,0 +1,67 @@
+#include "app/status_items/keep_awake_status_item.h"
+
+#include "app/notification_names.h"
+#include "app/status_items/keep_awake_state.h"
+#include "core/platform/distributed_notifications.h"
+#include "core/platform/platform.h"
+#include "core/power/keep_awake_manager.h"
+#include "core/settings/user_settings.h"
+
+#include <cstdint>
+
+namespace kestro {
+
+KeepAwakeStatusItem::KeepAwakeStatusItem(const Platform& platform, StatusBar& statusBar, UserSettings& settings,
+                                         KeepAwakeManager& manager)
+    : DedicatedStatusItem(QStringLiteral("kestro-keep-awake"), statusBar, platform.runLoop,
+                          settings.showDedicatedKeepAwakeItem),
+      platform_(platform),
+      settings_(settings),
+      manager_(manager) {
+    follow(manager_.isActive);
+    follow(manager_.remainingSeconds);
+    observeSettings();
+}
+
+StatusContent KeepAwakeStatusItem::content() const {
+    const bool isActive = manager_.isActive.get();
+    const auto remaining = manager_.remainingSeconds.get();
+    StatusContent content;
+    content.symbol = {isActive ? QStringLiteral("cup.and.saucer.fill") : QStringLiteral("cup.and.saucer"),
+                      QStringLiteral("Keep Awake"), 13};
+    content.title = {QString(), 11, 600, StatusTitleColor::orange};
+    content.toolTip = isActive ? QStringLiteral("Keep-Awake: Active") : QStringLiteral("Keep-Awake: Inactive");
+    if (isActive && remaining && *remaining > 0) {
+        const QString minutes = QString::number(static_cast<std::int64_t>(*remaining) / 60) + QLatin1Char('m');
+        content.title.text = QLatin1Char(' ') + minutes;
+        content.widestTitle = QStringLiteral(" 240m");
+        content.toolTip += QStringLiteral(" (") + minutes + QLatin1Char(')');
+    }
+    return content;
+}
+
+StatusMenu KeepAwakeStatusItem::menu() {
+    return keepAwakeMenu({.activeDuration = activeDuration(manager_),
+                          .remainingTime = QString::fromStdString(manager_.formattedRemainingTime()),
+                          .targetMode = manager_.targetMode.get()},
+                         *this);
+}
+
+void KeepAwakeStatusItem::toggleAction() {
+    manager_.toggle();
+}
+
+void KeepAwakeStatusItem::selectDuration(KeepAwakeDuration duration) {
+    manager_.activate(duration);
+}
+
+void KeepAwakeStatusItem::selectTarget(KeepAwakeTarget target) {
+    manager_.setTargetMode(target);
+}
+
+void KeepAwakeStatusItem::openSettingsAction() {
+    settings_.selectedSettingsTab.set(SettingsTab::keepAwake);
+    platform_.notifications.post(notificationNames::showSettings);
+}
+
+}  // namespace kestro

@@ -1,0 +1,170 @@
+#include "app/status_items/keep_awake_status_item.h"
+
+#include "app/notification_names.h"
+#include "core/power/keep_awake_manager.h"
+#include "core/settings/user_settings.h"
+#include "platform/simulated/simulated_mac.h"
+#include "tests/app/fake_status_bar.h"
+#include "tests/app/menus/menu_reading.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kestro {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::findEntry;
+using testing::linesOf;
+using testing::pick;
+
+struct KeepAwakeStatusItemTest : ::testing::Test {
+    const QString identifier = QStringLiteral("kestro-keep-awake");
+    SimulatedMac mac;
+    UserSettings settings{mac.userDefaults};
+    KeepAwakeManager manager{mac.platform(), settings};
+    testing::FakeStatusBar bar;
+    KeepAwakeStatusItem item{mac.platform(), bar, settings, manager};
+
+    const StatusContent& shown() { return bar.item(identifier).content; }
+};
+
+TEST_F(KeepAwakeStatusItemTest, StandsInTheBarFromTheStart) {
+    ASSERT_TRUE(bar.contains(identifier));
+    EXPECT_EQ(shown().symbol, (StatusSymbol{QStringLiteral("cup.and.saucer"), QStringLiteral("Keep Awake"), 13}));
+    EXPECT_EQ(shown().title.text, QString());
+}
+
+TEST_F(KeepAwakeStatusItemTest, FollowsItsSetting) {
+    settings.showDedicatedKeepAwakeItem.set(false);
+    mac.runPending();
+    EXPECT_FALSE(bar.contains(identifier));
+    EXPECT_FALSE(item.isEnabled());
+
+    settings.showDedicatedKeepAwakeItem.set(true);
+    mac.runPending();
+    EXPECT_TRUE(bar.contains(identifier));
+    EXPECT_TRUE(item.isEnabled());
+}
+
+TEST_F(KeepAwakeStatusItemTest, IsCreatedOnce) {
+    item.enable();
+    settings.showDedicatedKeepAwakeItem.set(true);
+    mac.runPending();
+
+    EXPECT_EQ(bar.created.size(), 1);
+}
+
+TEST_F(KeepAwakeStatusItemTest, FillsTheCupAndCountsTheMinutes) {
+    manager.activate(KeepAwakeDuration::minutes15);
+    mac.advance(55s);
+
+    EXPECT_EQ(shown().symbol->name, QStringLiteral("cup.and.saucer.fill"));
+    EXPECT_EQ(shown().title, (StatusTitle{QStringLiteral(" 14m"), 11, 600, StatusTitleColor::orange}));
+}
+
+TEST_F(KeepAwakeStatusItemTest, ShowsNoMinutesWithoutAnEnd) {
+    manager.activate(KeepAwakeDuration::indefinite);
+    mac.runPending();
+
+    EXPECT_EQ(shown().symbol->name, QStringLiteral("cup.and.saucer.fill"));
+    EXPECT_EQ(shown().title.text, QString());
+}
+
+TEST_F(KeepAwakeStatusItemTest, ShowsZeroMinutesInTheLastOne) {
+    manager.activate(KeepAwakeDuration::minutes15);
+    mac.advance(850s);
+
+    EXPECT_EQ(shown().title.text, QStringLiteral(" 0m"));
+}
+
+TEST_F(KeepAwakeStatusItemTest, EmptiesTheCupAtTheEnd) {
+    manager.activate(KeepAwakeDuration::minutes15);
+    mac.advance(901s);
+
+    EXPECT_EQ(shown().symbol->name, QStringLiteral("cup.and.saucer"));
+    EXPECT_EQ(shown().title.text, QString());
+}
+
+TEST_F(KeepAwakeStatusItemTest, ChangesOnceAMinuteWhileCounting) {
+    manager.activate(KeepAwakeDuration::hours1);
+    mac.advance(2s);
+    const int before = bar.item(identifier).contentChanges;
+
+    mac.advance(120s);
+
+    EXPECT_EQ(bar.item(identifier).contentChanges - before, 2);
+}
+
+TEST_F(KeepAwakeStatusItemTest, OpensItsMenuOnEitherClick) {
+    bar.click(identifier, StatusClick::primary, false, {});
+    bar.click(identifier, StatusClick::secondary, false, {});
+    item.showMenu();
+
+    EXPECT_EQ(bar.item(identifier).menusOpened, 3);
+}
+
+TEST_F(KeepAwakeStatusItemTest, BuildsItsMenuAfreshFromTheManager) {
+    manager.activate(KeepAwakeDuration::minutes15);
+    mac.advance(55s);
+
+    const StatusMenu menu = bar.menu(identifier);
+
+    EXPECT_EQ(linesOf(menu)[0], "(Keep-Awake: Active (14m 05s))");
+    EXPECT_TRUE(findEntry(menu, QStringLiteral("15 Minutes"))->isChecked);
+    EXPECT_TRUE(findEntry(menu, QStringLiteral("Display & System"))->isChecked);
+}
+
+TEST_F(KeepAwakeStatusItemTest, StartsTheDefaultDurationWhateverTheWording) {
+    settings.defaultKeepAwakeDuration.set(KeepAwakeDuration::hours2);
+
+    EXPECT_TRUE(pick(bar.menu(identifier), QStringLiteral("Activate Indefinitely")));
+
+    EXPECT_TRUE(manager.isActive.get());
+    EXPECT_EQ(manager.currentDuration.get(), KeepAwakeDuration::hours2);
+}
+
+TEST_F(KeepAwakeStatusItemTest, DeactivatesFromItsMenu) {
+    manager.activate(KeepAwakeDuration::indefinite);
+
+    EXPECT_TRUE(pick(bar.menu(identifier), QStringLiteral("Deactivate Keep-Awake")));
+
+    EXPECT_FALSE(manager.isActive.get());
+}
+
+TEST_F(KeepAwakeStatusItemTest, StartsATimedSession) {
+    EXPECT_TRUE(pick(bar.menu(identifier), QStringLiteral("4 Hours")));
+
+    EXPECT_EQ(manager.currentDuration.get(), KeepAwakeDuration::hours4);
+    EXPECT_EQ(manager.targetMode.get(), KeepAwakeTarget::displayAndSystem);
+}
+
+TEST_F(KeepAwakeStatusItemTest, ChangesTheTarget) {
+    EXPECT_TRUE(pick(bar.menu(identifier), QStringLiteral("System Only (Display May Sleep)")));
+
+    EXPECT_EQ(manager.targetMode.get(), KeepAwakeTarget::systemOnly);
+    EXPECT_EQ(settings.keepAwakeTargetMode.get(), KeepAwakeTarget::systemOnly);
+}
+
+TEST_F(KeepAwakeStatusItemTest, AsksForTheSettingsAtItsTab) {
+    EXPECT_TRUE(pick(bar.menu(identifier), QStringLiteral("Keep-Awake Settings...")));
+
+    EXPECT_EQ(settings.selectedSettingsTab.get(), SettingsTab::keepAwake);
+    ASSERT_EQ(mac.notifications.postings.size(), 1);
+    EXPECT_EQ(mac.notifications.postings[0].name, notificationNames::showSettings);
+    EXPECT_TRUE(mac.notifications.postings[0].userInfo.empty());
+}
+
+TEST_F(KeepAwakeStatusItemTest, DoesNothingWithoutItsItem) {
+    item.disable();
+
+    item.updateIcon();
+    item.showMenu();
+    manager.activate(KeepAwakeDuration::minutes15);
+    mac.advance(3s);
+
+    EXPECT_FALSE(bar.contains(identifier));
+}
+
+}  // namespace
+}  // namespace kestro
