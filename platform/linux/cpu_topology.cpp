@@ -1,11 +1,11 @@
 #include "platform/linux/cpu_topology.h"
 
-#include <algorithm>
-#include <array>
-
 #include "platform/linux/kernel_files.h"
 #include "platform/linux/proc_stat.h"
 #include "platform/linux/text_parsing.h"
+
+#include <algorithm>
+#include <array>
 
 namespace kestro {
 namespace {

@@ -84,57 +84,32 @@ std::optional<std::string_view> ReadBuffer::readBeginning(int descriptor, std::s
     return std::string_view(bytes_.data(), static_cast<std::size_t>(count));
 }
 
-PersistentFile::PersistentFile(PersistentFile&& other) noexcept
-    : path_(std::move(other.path_)),
-      descriptor_(std::exchange(other.descriptor_, -1)),
-      isGone_(std::exchange(other.isGone_, false)) {}
-
-PersistentFile& PersistentFile::operator=(PersistentFile&& other) noexcept {
-    if (this != &other) {
-        close();
-        path_ = std::move(other.path_);
-        descriptor_ = std::exchange(other.descriptor_, -1);
-        isGone_ = std::exchange(other.isGone_, false);
-    }
-    return *this;
-}
-
-PersistentFile::~PersistentFile() {
-    close();
-}
-
 bool PersistentFile::open() {
     if (path_.empty()) {
         isGone_ = true;
         return false;
     }
-    descriptor_ = openForReading(path_);
-    isGone_ = descriptor_ < 0 && meansGone(errno);
-    return descriptor_ >= 0;
-}
-
-void PersistentFile::close() {
-    if (descriptor_ >= 0) {
-        ::close(std::exchange(descriptor_, -1));
-    }
+    descriptor_ = Descriptor(openForReading(path_));
+    isGone_ = !descriptor_.isOpen() && meansGone(errno);
+    return descriptor_.isOpen();
 }
 
 template <typename Read>
 std::optional<std::string_view> PersistentFile::readWith(ReadBuffer& buffer, const Read& read) {
     bool wasJustOpened = false;
     for (;;) {
-        if (descriptor_ < 0) {
+        if (!descriptor_.isOpen()) {
             if (!open()) {
                 return std::nullopt;
             }
             wasJustOpened = true;
         }
-        const auto text = read(descriptor_);
+        const auto text = read(descriptor_.get());
         isGone_ = !text && meansGone(buffer.errorNumber());
         if (!isGone_) {
             return text;
         }
-        close();
+        descriptor_.close();
         if (wasJustOpened) {
             return std::nullopt;
         }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/linux/descriptor.h"
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -37,11 +39,6 @@ class PersistentFile {
 public:
     PersistentFile() = default;
     explicit PersistentFile(std::string path) : path_(std::move(path)) {}
-    PersistentFile(PersistentFile&& other) noexcept;
-    PersistentFile& operator=(PersistentFile&& other) noexcept;
-    PersistentFile(const PersistentFile&) = delete;
-    PersistentFile& operator=(const PersistentFile&) = delete;
-    ~PersistentFile();
 
     /// What the file holds now; the view lasts until the buffer's next use. nullopt: it cannot be read, for
     /// good when `isGone`, else for the moment (a sensor answers ENODATA while its device wakes up).
@@ -59,10 +56,9 @@ private:
     template <typename Read>
     std::optional<std::string_view> readWith(ReadBuffer& buffer, const Read& read);
     bool open();
-    void close();
 
     std::string path_;
-    int descriptor_ = -1;
+    Descriptor descriptor_;
     bool isGone_ = false;
 };
 

@@ -1,18 +1,18 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "core/platform/clock.h"
 #include "core/platform/mach_host.h"
 #include "platform/linux/cpu_topology.h"
 #include "platform/linux/kernel_files.h"
 #include "platform/linux/memory_pools.h"
 #include "platform/linux/proc_stat.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace kestro {
 

@@ -1,9 +1,9 @@
 #include "platform/linux/memory_pools.h"
 
+#include "platform/linux/text_parsing.h"
+
 #include <algorithm>
 #include <chrono>
-
-#include "platform/linux/text_parsing.h"
 
 namespace kestro {
 namespace {

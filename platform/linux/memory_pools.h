@@ -1,11 +1,11 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "core/platform/clock.h"
 #include "platform/linux/kernel_files.h"
 #include "platform/linux/proc_meminfo.h"
+
+#include <string>
+#include <vector>
 
 namespace kestro {
 

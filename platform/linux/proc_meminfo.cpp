@@ -1,10 +1,10 @@
 #include "platform/linux/proc_meminfo.h"
 
+#include "platform/linux/text_parsing.h"
+
 #include <algorithm>
 #include <array>
 #include <limits>
-
-#include "platform/linux/text_parsing.h"
 
 namespace kestro {
 namespace {

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "core/platform/mach_host.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
-
-#include "core/platform/mach_host.h"
 
 namespace kestro {
 

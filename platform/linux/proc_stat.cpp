@@ -1,9 +1,9 @@
 #include "platform/linux/proc_stat.h"
 
+#include "platform/linux/text_parsing.h"
+
 #include <array>
 #include <charconv>
-
-#include "platform/linux/text_parsing.h"
 
 namespace kestro {
 namespace {

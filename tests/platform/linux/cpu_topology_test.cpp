@@ -1,10 +1,10 @@
 #include "platform/linux/cpu_topology.h"
 
+#include "tests/platform/linux/support.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "tests/platform/linux/support.h"
 
 namespace kestro {
 namespace {

@@ -1,8 +1,8 @@
 #include "platform/linux/kernel_files.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/platform/linux/support.h"
+
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {

@@ -1,11 +1,11 @@
 #include "platform/linux/linux_mach_host.h"
 
+#include "tests/platform/linux/support.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include "tests/platform/linux/support.h"
 
 namespace kestro {
 namespace {

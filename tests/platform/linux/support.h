@@ -1,11 +1,11 @@
 #pragma once
 
+#include "core/platform/clock.h"
+
 #include <chrono>
 #include <cstddef>
 #include <string>
 #include <string_view>
-
-#include "core/platform/clock.h"
 
 namespace kestro::test {
 

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/platform/clock.h"
+#include "core/platform/system_control.h"
+#include "platform/linux/kernel_files.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kestro {
+
+/// The named kernel state that the Mac's readers ask for, from /proc and /sys. Main thread.
+///
+/// Performance levels count the logical cores in use, so that they agree with the order of the tick arrays. A
+/// machine with one kind of core has level 0 only. Swap and pressure, which are asked for on every tick, are
+/// read from open descriptors without allocating.
+class LinuxSystemControl final : public SystemControl {
+public:
+    /// `root` is where the machine's file system is mounted.
+    explicit LinuxSystemControl(const Clock& clock, std::string root = "/");
+
+    std::optional<std::int32_t> sysctlByNameInt32(std::string_view name) override;
+    std::optional<std::string> sysctlByNameText(std::string_view name) override;
+    std::optional<SwapUsage> swapUsage() override;
+    std::optional<TimeValue> bootTime() override;
+
+private:
+    struct CoreCounts {
+        std::int32_t performance = 0;
+        std::int32_t efficiency = 0;
+    };
+
+    CoreCounts countCores();
+    std::optional<std::int32_t> memoryPressureLevel();
+
+    const Clock& clock_;
+    std::string root_;
+    ReadBuffer buffer_;
+    PersistentFile pressure_;
+    PersistentFile swaps_;
+    PersistentFile memInfo_;
+};
+
+}  // namespace kestro
