@@ -99,6 +99,8 @@ SimulatedMachHost::Array& SimulatedMachHost::arrayOf(std::size_t length) {
     if (array == pool_.end()) {
         array = pool_.emplace(pool_.end());
     }
+    // Even an empty array has an address.
+    array->info.reserve(1);
     array->info.resize(length);
     array->isOut = true;
     ++outstanding_;

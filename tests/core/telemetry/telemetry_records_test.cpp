@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <limits>
-
 #include "core/telemetry/cpu_telemetry.h"
 #include "core/telemetry/disk_telemetry.h"
 #include "core/telemetry/fan_telemetry.h"
@@ -9,6 +5,10 @@
 #include "core/telemetry/network_telemetry.h"
 #include "core/telemetry/power_telemetry.h"
 #include "core/telemetry/thermal_telemetry.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
 
 namespace kestro {
 namespace {

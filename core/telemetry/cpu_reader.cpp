@@ -1,0 +1,163 @@
+#include "core/telemetry/cpu_reader.h"
+
+#include "core/base/text.h"
+#include "core/platform/mach_host.h"
+#include "core/platform/platform.h"
+#include "core/platform/system_control.h"
+
+#include <algorithm>
+
+namespace kestro {
+
+namespace {
+
+constexpr std::size_t statesPerCore = 4;  // user, system, idle, nice
+
+void readCount(SystemControl& system, std::string_view name, std::int64_t& count) {
+    const auto value = system.sysctlByNameInt32(name);
+    if (value && *value >= 1) {
+        count = *value;
+    }
+}
+
+void readName(SystemControl& system, std::string_view name, std::string& text) {
+    const auto value = system.sysctlByNameText(name);
+    if (!value) {
+        return;
+    }
+    if (const auto label = trimmed(*value); !label.empty()) {
+        text = label;
+    }
+}
+
+/// Counters wrap, so the difference is taken in 32 bits.
+double grown(std::int32_t current, std::int32_t previous) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(current) - static_cast<std::uint32_t>(previous));
+}
+
+double clampedPercent(double value) {
+    return std::max(std::min(value, 100.0), 0.0);
+}
+
+}  // namespace
+
+struct CPUReader::Sums {
+    double user = 0;
+    double system = 0;
+    double idle = 0;
+    double total = 0;
+    double clusterUsage[2] = {0, 0};
+    std::int64_t clusterCores[2] = {0, 0};
+
+    double meanOfCluster(int cluster, double fallback) const {
+        return clusterCores[cluster] > 0 ? clusterUsage[cluster] / static_cast<double>(clusterCores[cluster])
+                                         : fallback;
+    }
+};
+
+CPUReader::CPUReader(MachHost& host, SystemControl& system) : host_(host) {
+    readCount(system, "hw.perflevel0.physicalcpu", superCoreCount_);
+    readCount(system, "hw.perflevel1.physicalcpu", performanceCoreCount_);
+    readName(system, "hw.perflevel0.name", cluster0Name_);
+    readName(system, "hw.perflevel1.name", cluster1Name_);
+}
+
+CPUReader& CPUReader::shared() {
+    // Never destroyed: it lives as long as the process, and longer than the platform that main made.
+    static auto* const reader = new CPUReader(Platform::current().machHost, Platform::current().systemControl);
+    return *reader;
+}
+
+CPUTelemetry CPUReader::readCPU() {
+    CPUTelemetry record;
+    readCPU(record);
+    return record;
+}
+
+void CPUReader::readCPU(CPUTelemetry& record) {
+    const std::scoped_lock guard(lock_);
+    beginIdle(record);
+    const auto load = host_.hostProcessorInfo();
+    if (!load || load->info.data() == nullptr) {
+        record.coreLoads.clear();
+        record.coreCount = 0;
+        return;
+    }
+    record.coreCount = load->processorCount;
+    if (previousCpuInfo_.data() == nullptr) {
+        record.coreLoads.clear();
+        previousCpuInfo_ = load->info;
+        return;
+    }
+
+    // Cores come and go while the machine runs: only those that both arrays hold can be compared.
+    const std::size_t cores = std::min({std::size_t{load->processorCount}, load->info.size() / statesPerCore,
+                                        previousCpuInfo_.size() / statesPerCore});
+    const Sums sums = measureCores(load->info, cores, record);
+    replacePrevious(load->info);
+
+    if (sums.total > 0) {
+        record.totalUsage = (sums.user + sums.system) / sums.total * 100;
+        record.systemUsage = sums.system / sums.total * 100;
+        record.userUsage = sums.user / sums.total * 100;
+        record.idleUsage = sums.idle / sums.total * 100;
+    }
+    record.cluster0Usage = sums.meanOfCluster(0, record.totalUsage);
+    record.cluster1Usage = sums.meanOfCluster(1, record.totalUsage);
+    for (double* usage : {&record.totalUsage, &record.systemUsage, &record.userUsage, &record.idleUsage,
+                          &record.cluster0Usage, &record.cluster1Usage}) {
+        *usage = clampedPercent(*usage);
+    }
+}
+
+void CPUReader::beginIdle(CPUTelemetry& record) const {
+    record.totalUsage = 0;
+    record.systemUsage = 0;
+    record.userUsage = 0;
+    record.idleUsage = 100;
+    record.cluster0Usage = 0;
+    record.cluster1Usage = 0;
+    record.cluster0Name = cluster0Name_;
+    record.cluster1Name = cluster1Name_;
+    record.cluster0Count = superCoreCount_;
+    record.cluster1Count = performanceCoreCount_;
+}
+
+CPUReader::Sums CPUReader::measureCores(std::span<const std::int32_t> info, std::size_t cores,
+                                        CPUTelemetry& record) const {
+    Sums sums;
+    record.coreLoads.resize(cores);
+    for (std::size_t core = 0; core < cores; ++core) {
+        const auto* const now = &info[core * statesPerCore];
+        const auto* const before = &previousCpuInfo_[core * statesPerCore];
+        const double user = grown(now[0], before[0]);
+        const double system = grown(now[1], before[1]);
+        const double idle = grown(now[2], before[2]);
+        const double nice = grown(now[3], before[3]);
+        const double busy = user + system + nice;
+        const double all = busy + idle;
+        const double usage = all > 0 ? clampedPercent(busy / all * 100) : 0;
+
+        CoreLoad& load = record.coreLoads[core];
+        load.id = static_cast<std::int64_t>(core);
+        load.isSuperCluster = load.id < superCoreCount_;
+        load.clusterName = load.isSuperCluster ? "Super" : "Perf";
+        load.usagePercentage = usage;
+
+        const int cluster = load.isSuperCluster ? 0 : 1;
+        sums.clusterUsage[cluster] += usage;
+        ++sums.clusterCores[cluster];
+        sums.user += user;
+        sums.system += system;
+        sums.idle += idle;
+        sums.total += all;
+    }
+    return sums;
+}
+
+void CPUReader::replacePrevious(std::span<std::int32_t> info) {
+    host_.vmDeallocate(previousCpuInfo_.data(), previousCpuInfo_.size() * sizeof(std::int32_t));
+    previousCpuInfo_ = info;
+}
+
+}  // namespace kestro

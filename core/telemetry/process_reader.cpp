@@ -1,0 +1,136 @@
+#include "core/telemetry/process_reader.h"
+
+#include "core/base/text.h"
+#include "core/platform/command_runner.h"
+#include "core/platform/platform.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <optional>
+
+namespace kestro {
+
+namespace {
+
+constexpr std::string_view bundleMark = ".app/";
+
+template <typename T>
+std::optional<T> numberOf(std::string_view text) {
+    T value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+}
+
+std::optional<double> finiteNumberOf(std::string_view text) {
+    const auto value = numberOf<double>(text);
+    return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+/// Takes the text up to the next run of spaces off the front of `rest`, and the run with it.
+std::string_view takeField(std::string_view& rest) {
+    const auto field = rest.substr(0, rest.find(' '));
+    rest.remove_prefix(field.size());
+    rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
+    return field;
+}
+
+bool isSystemCommand(std::string_view command) {
+    return command.starts_with("/System/") || command.starts_with("/usr/libexec/") ||
+           command.starts_with("/usr/sbin/");
+}
+
+std::string memoryText(double mebibytes) {
+    return mebibytes >= 1024 ? fmt::format("{:.1f} GB", mebibytes / 1024) : fmt::format("{:.0f} MB", mebibytes);
+}
+
+/// Slashes at the end do not count, as with file names everywhere.
+std::string_view lastPathComponent(std::string_view path) {
+    const auto last = path.find_last_not_of('/');
+    if (last == path.npos) {
+        return path.substr(0, 1);
+    }
+    path = path.substr(0, last + 1);
+    return path.substr(path.find_last_of('/') + 1);
+}
+
+void removeAll(std::string& text, std::string_view part) {
+    for (auto at = text.find(part); at != text.npos; at = text.find(part, at)) {
+        text.erase(at, part.size());
+    }
+}
+
+/// One line of the listing; nullopt when it is no process or the tool itself.
+std::optional<ProcessInfoItem> processOfLine(std::string_view line) {
+    std::string_view rest = trimmed(line);
+    const auto id = numberOf<std::int32_t>(takeField(rest));
+    const auto cpuPercent = finiteNumberOf(takeField(rest));
+    takeField(rest);  // the share of the memory
+    const auto residentKiB = finiteNumberOf(takeField(rest));
+    if (!id || !cpuPercent || !residentKiB || rest.empty() || rest.ends_with("/ps")) {
+        return std::nullopt;
+    }
+    const double memoryMB = *residentKiB / 1024;
+    return ProcessInfoItem{*id,      processDisplayName(rest), std::string(rest),    *cpuPercent,
+                           memoryMB, memoryText(memoryMB),     isSystemCommand(rest)};
+}
+
+}  // namespace
+
+ProcessReader& ProcessReader::shared() {
+    static auto* const reader = new ProcessReader(Platform::current().commandRunner);
+    return *reader;
+}
+
+std::vector<ProcessInfoItem> ProcessReader::readTopProcesses(bool sortByCPU, std::int64_t limit) {
+    const std::vector<std::string> arguments =
+        sortByCPU ? std::vector<std::string>{"-A", "-o", "pid,%cpu,%mem,rss,comm", "-r"}
+                  : std::vector<std::string>{"-A", "-m", "-o", "pid,%cpu,%mem,rss,comm"};
+    const auto output = commandRunner_.run("/bin/ps", arguments);
+    if (!output || !isValidUtf8(output->standardOutput)) {
+        return {};
+    }
+    return processesOfListing(output->standardOutput, limit);
+}
+
+std::vector<ProcessInfoItem> processesOfListing(std::string_view listing, std::int64_t limit) {
+    std::vector<ProcessInfoItem> processes;
+    auto lineEnd = listing.find('\n');
+    while (lineEnd != listing.npos) {
+        listing.remove_prefix(lineEnd + 1);
+        lineEnd = listing.find('\n');
+        auto process = processOfLine(listing.substr(0, lineEnd));
+        if (!process) {
+            continue;
+        }
+        processes.push_back(*std::move(process));
+        if (std::ssize(processes) >= limit) {
+            break;
+        }
+    }
+    return processes;
+}
+
+std::string processDisplayName(std::string_view command) {
+    const std::string_view base = lastPathComponent(command);
+    const auto mark = command.find(bundleMark);
+    if (mark == command.npos) {
+        return std::string(base);
+    }
+    const auto bundle = command.substr(0, mark);
+    const auto application = bundle.substr(bundle.find_last_of('/') + 1);
+    if (base == application || base.find("Helper") == base.npos) {
+        return std::string(base);
+    }
+    const std::string helper = fmt::format("{} Helper", application);
+    std::string role(base);
+    removeAll(role, helper);
+    removeAll(role, "(");
+    removeAll(role, ")");
+    const auto rest = trimmed(role);
+    return rest.empty() ? helper : fmt::format("{} ({})", application, rest);
+}
+
+}  // namespace kestro

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "core/telemetry/thermal_telemetry.h"
+
+namespace kestro {
+
+class HIDEventSystem;
+class ProcessInfoService;
+
+/// Reads the temperature sensors that the event system publishes, and the system's own thermal state.
+/// Main thread; keeps its client for life.
+class ThermalReader {
+public:
+    ThermalReader(HIDEventSystem& eventSystem, ProcessInfoService& processInfo);
+    ThermalReader(const ThermalReader&) = delete;
+    ThermalReader& operator=(const ThermalReader&) = delete;
+
+    /// The process-wide reader on the current platform, made at first use.
+    static ThermalReader& shared();
+
+    /// Means of the die and the battery sensors, and the peak of all sensors, whatever they measure. A
+    /// reading counts when it lies between 10 and 125 degrees, both excluded. Without a client or a list of
+    /// sensors the record is the initial one.
+    ThermalTelemetry readThermals();
+
+private:
+    HIDEventSystem& eventSystem_;
+    ProcessInfoService& processInfo_;
+    std::optional<std::uint32_t> client_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,329 @@
+#include "core/telemetry/cpu_reader.h"
+
+#include "platform/simulated/simulated_mac.h"
+
+#include <gtest/gtest.h>
+
+namespace kestro {
+namespace {
+
+/// A machine whose cores do only what a test says.
+class CPUReaderTest : public testing::Test {
+protected:
+    CPUReaderTest() {
+        mac.freeze();
+        useCores(4);
+        mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 2;
+        mac.systemControl.integers["hw.perflevel1.physicalcpu"] = 2;
+    }
+
+    void useCores(std::size_t count) { mac.machHost.cores.assign(count, {1000, 1000, 1000, 1000}); }
+
+    void addToEveryCore(const SimulatedCoreTicks& ticks) {
+        for (std::size_t core = 0; core < mac.machHost.cores.size(); ++core) {
+            mac.machHost.addTicks(core, ticks);
+        }
+    }
+
+    CPUReader& reader() {
+        if (!reader_) {
+            reader_.emplace(mac.machHost, mac.systemControl);
+        }
+        return *reader_;
+    }
+
+    SimulatedMac mac;
+
+private:
+    std::optional<CPUReader> reader_;
+};
+
+void expectIdle(const CPUTelemetry& record) {
+    EXPECT_EQ(record.totalUsage, 0);
+    EXPECT_EQ(record.systemUsage, 0);
+    EXPECT_EQ(record.userUsage, 0);
+    EXPECT_EQ(record.idleUsage, 100);
+    EXPECT_EQ(record.cluster0Usage, 0);
+    EXPECT_EQ(record.cluster1Usage, 0);
+}
+
+TEST_F(CPUReaderTest, ReadsAsIdleOnTheFirstSample) {
+    const CPUTelemetry record = reader().readCPU();
+
+    expectIdle(record);
+    EXPECT_TRUE(record.coreLoads.empty());
+    EXPECT_EQ(record.coreCount, 4);
+    EXPECT_EQ(record.cluster0Count, 2);
+    EXPECT_EQ(record.cluster1Count, 2);
+    EXPECT_EQ(record.cluster0Name, "Performance");
+    EXPECT_EQ(record.cluster1Name, "Efficiency");
+}
+
+TEST_F(CPUReaderTest, MeasuresTheLoadBetweenTwoSamples) {
+    reader().readCPU();
+    mac.machHost.addTicks(0, {30, 10, 60, 0});
+    mac.machHost.addTicks(1, {10, 10, 80, 0});
+    mac.machHost.addTicks(2, {0, 0, 100, 0});
+    mac.machHost.addTicks(3, {50, 50, 0, 0});
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_DOUBLE_EQ(record.totalUsage, 40);
+    EXPECT_DOUBLE_EQ(record.userUsage, 22.5);
+    EXPECT_DOUBLE_EQ(record.systemUsage, 17.5);
+    EXPECT_DOUBLE_EQ(record.idleUsage, 60);
+    EXPECT_DOUBLE_EQ(record.cluster0Usage, 30);
+    EXPECT_DOUBLE_EQ(record.cluster1Usage, 50);
+    EXPECT_EQ(record.coreCount, 4);
+    ASSERT_EQ(record.coreLoads.size(), 4u);
+    EXPECT_EQ(record.coreLoads[0], (CoreLoad{0, "Super", true, 40}));
+    EXPECT_EQ(record.coreLoads[1], (CoreLoad{1, "Super", true, 20}));
+    EXPECT_EQ(record.coreLoads[2], (CoreLoad{2, "Perf", false, 0}));
+    EXPECT_EQ(record.coreLoads[3], (CoreLoad{3, "Perf", false, 100}));
+}
+
+TEST_F(CPUReaderTest, ReadsIdenticalCountersAsIdle) {
+    reader().readCPU();
+
+    const CPUTelemetry record = reader().readCPU();
+
+    expectIdle(record);
+    ASSERT_EQ(record.coreLoads.size(), 4u);
+    for (const CoreLoad& load : record.coreLoads) {
+        EXPECT_EQ(load.usagePercentage, 0);
+    }
+}
+
+TEST_F(CPUReaderTest, ReadsACoreThatWasNeverIdleAsFullyBusy) {
+    reader().readCPU();
+    mac.machHost.addTicks(1, {7, 3, 0, 0});
+
+    EXPECT_EQ(reader().readCPU().coreLoads[1].usagePercentage, 100);
+}
+
+TEST_F(CPUReaderTest, CountsNiceTicksInEachCoreButNotInTheTotal) {
+    reader().readCPU();
+    addToEveryCore({0, 0, 0, 50});
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_EQ(record.totalUsage, 0);
+    EXPECT_EQ(record.idleUsage, 0);
+    EXPECT_EQ(record.cluster0Usage, 100);
+    for (const CoreLoad& load : record.coreLoads) {
+        EXPECT_EQ(load.usagePercentage, 100);
+    }
+}
+
+TEST_F(CPUReaderTest, KeepsNiceTicksInTheDenominatorOfTheTotal) {
+    reader().readCPU();
+    addToEveryCore({25, 0, 25, 50});
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_DOUBLE_EQ(record.totalUsage, 25);
+    EXPECT_DOUBLE_EQ(record.coreLoads[0].usagePercentage, 75);
+}
+
+TEST_F(CPUReaderTest, SplitsTheCoresByTheSizeOfTheFirstCluster) {
+    mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 4;
+    mac.systemControl.integers["hw.perflevel1.physicalcpu"] = 6;
+    useCores(10);
+    reader().readCPU();
+    addToEveryCore({0, 0, 100, 0});
+    mac.machHost.addTicks(9, {150, 150, 0, 0});
+
+    const CPUTelemetry record = reader().readCPU();
+
+    ASSERT_EQ(record.coreLoads.size(), 10u);
+    for (const CoreLoad& load : record.coreLoads) {
+        EXPECT_EQ(load.isSuperCluster, load.id < 4);
+        EXPECT_EQ(load.clusterName, load.id < 4 ? "Super" : "Perf");
+    }
+    EXPECT_EQ(record.cluster0Usage, 0);
+    EXPECT_DOUBLE_EQ(record.cluster1Usage, 75.0 / 6);
+}
+
+TEST_F(CPUReaderTest, GivesAnEmptySecondClusterTheTotal) {
+    mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 40;
+    reader().readCPU();
+    addToEveryCore({20, 10, 60, 10});
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_DOUBLE_EQ(record.totalUsage, 30);
+    EXPECT_DOUBLE_EQ(record.cluster0Usage, 40);
+    EXPECT_DOUBLE_EQ(record.cluster1Usage, 30);
+    for (const CoreLoad& load : record.coreLoads) {
+        EXPECT_TRUE(load.isSuperCluster);
+    }
+}
+
+TEST_F(CPUReaderTest, MeasuresAcrossCountersThatWrap) {
+    mac.machHost.cores.assign(1, {0xFFFFFFF0, 0x7FFFFFF0, 0xFFFFFFFF, 0});
+    reader().readCPU();
+    mac.machHost.addTicks(0, {30, 30, 40, 0});
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_DOUBLE_EQ(record.totalUsage, 60);
+    EXPECT_DOUBLE_EQ(record.idleUsage, 40);
+}
+
+TEST_F(CPUReaderTest, ClampsWhatCountersThatWentBackwardsWouldGive) {
+    useCores(1);
+    reader().readCPU();
+    mac.machHost.cores[0] = {1200, 1000, 900, 1000};
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_EQ(record.coreLoads[0].usagePercentage, 100);
+    EXPECT_EQ(record.totalUsage, 100);
+    EXPECT_EQ(record.idleUsage, 0);
+}
+
+TEST_F(CPUReaderTest, ReadsANegativeTotalAsIdle) {
+    useCores(1);
+    reader().readCPU();
+    mac.machHost.cores[0] = {900, 1000, 900, 1000};
+
+    const CPUTelemetry record = reader().readCPU();
+
+    expectIdle(record);
+    EXPECT_EQ(record.coreLoads[0].usagePercentage, 0);
+}
+
+TEST_F(CPUReaderTest, ReadsAFailingCallAsIdleAndMeasuresAcrossTheGap) {
+    reader().readCPU();
+    addToEveryCore({50, 0, 50, 0});
+    mac.machHost.processorInfoFailure.times(1);
+
+    const CPUTelemetry failed = reader().readCPU();
+    addToEveryCore({0, 0, 100, 0});
+    const CPUTelemetry next = reader().readCPU();
+
+    expectIdle(failed);
+    EXPECT_TRUE(failed.coreLoads.empty());
+    EXPECT_EQ(failed.coreCount, 0);
+    EXPECT_EQ(failed.cluster0Name, "Performance");
+    EXPECT_EQ(failed.cluster0Count, 2);
+    EXPECT_EQ(failed.cluster1Count, 2);
+    EXPECT_DOUBLE_EQ(next.totalUsage, 25);
+}
+
+TEST_F(CPUReaderTest, ReadsAnAnswerWithoutArrayLikeAFailure) {
+    reader().readCPU();
+    mac.machHost.answersWithoutArray = true;
+
+    const CPUTelemetry record = reader().readCPU();
+
+    expectIdle(record);
+    EXPECT_EQ(record.coreCount, 0);
+    EXPECT_EQ(mac.machHost.outstandingArrays(), 1);
+}
+
+TEST_F(CPUReaderTest, HoldsOneArrayHoweverOftenItReads) {
+    for (int sample = 0; sample < 100; ++sample) {
+        addToEveryCore({1, 1, 8, 0});
+        reader().readCPU();
+    }
+
+    EXPECT_EQ(mac.machHost.outstandingArrays(), 1);
+    EXPECT_EQ(mac.machHost.wrongDeallocations(), 0);
+}
+
+TEST_F(CPUReaderTest, ReplacesTheArrayAlsoWhenThereAreNoProcessors) {
+    reader().readCPU();
+    useCores(0);
+
+    const CPUTelemetry none = reader().readCPU();
+    reader().readCPU();
+
+    expectIdle(none);
+    EXPECT_TRUE(none.coreLoads.empty());
+    EXPECT_EQ(none.coreCount, 0);
+    EXPECT_EQ(mac.machHost.outstandingArrays(), 1);
+    EXPECT_EQ(mac.machHost.wrongDeallocations(), 0);
+}
+
+TEST_F(CPUReaderTest, ComparesOnlyTheCoresThatBothSamplesHave) {
+    reader().readCPU();
+    useCores(6);
+    addToEveryCore({50, 0, 50, 0});
+
+    const CPUTelemetry grown = reader().readCPU();
+    useCores(3);
+    const CPUTelemetry shrunk = reader().readCPU();
+
+    EXPECT_EQ(grown.coreLoads.size(), 4u);
+    EXPECT_EQ(grown.coreCount, 6);
+    EXPECT_DOUBLE_EQ(grown.totalUsage, 50);
+    EXPECT_EQ(shrunk.coreLoads.size(), 3u);
+    EXPECT_EQ(shrunk.coreCount, 3);
+}
+
+TEST_F(CPUReaderTest, DoesNotReadBeyondTheArrayWhenMoreProcessorsAreReported) {
+    mac.machHost.countedInExcess = 60;
+    reader().readCPU();
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_EQ(record.coreLoads.size(), 4u);
+    EXPECT_EQ(record.coreCount, 64);
+}
+
+TEST_F(CPUReaderTest, FillsAnExistingRecordLikeANewOne) {
+    CPUTelemetry record = CPUTelemetry::initial();
+    record.coreLoads.assign(40, {99, "left over", true, 77});
+    record.totalUsage = 77;
+
+    reader().readCPU(record);
+    EXPECT_TRUE(record.coreLoads.empty());
+    expectIdle(record);
+    record.coreLoads.assign(40, {99, "left over", true, 77});
+    addToEveryCore({0, 20, 80, 0});
+    reader().readCPU(record);
+
+    ASSERT_EQ(record.coreLoads.size(), 4u);
+    EXPECT_EQ(record.coreLoads[3], (CoreLoad{3, "Perf", false, 20}));
+    EXPECT_DOUBLE_EQ(record.systemUsage, 20);
+}
+
+TEST_F(CPUReaderTest, TakesTheNamesOfTheClustersWithoutWhiteSpaceAround) {
+    mac.systemControl.texts["hw.perflevel0.name"] = " Super\n";
+    mac.systemControl.texts["hw.perflevel1.name"] = "\tBig Little ";
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_EQ(record.cluster0Name, "Super");
+    EXPECT_EQ(record.cluster1Name, "Big Little");
+}
+
+TEST_F(CPUReaderTest, KeepsTheDefaultsForWhatTheHardwareDoesNotSay) {
+    mac.systemControl.integers.clear();
+    mac.systemControl.texts.clear();
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_EQ(record.cluster0Count, 6);
+    EXPECT_EQ(record.cluster1Count, 12);
+    EXPECT_EQ(record.cluster0Name, "Performance");
+    EXPECT_EQ(record.cluster1Name, "Efficiency");
+}
+
+TEST_F(CPUReaderTest, KeepsTheDefaultsForAnswersWithoutMeaning) {
+    mac.systemControl.integers["hw.perflevel0.physicalcpu"] = -3;
+    mac.systemControl.integers["hw.perflevel1.physicalcpu"] = 0;
+    mac.systemControl.texts["hw.perflevel0.name"] = "";
+    mac.systemControl.texts["hw.perflevel1.name"] = " \n";
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_EQ(record.cluster0Count, 6);
+    EXPECT_EQ(record.cluster1Count, 12);
+    EXPECT_EQ(record.cluster0Name, "Performance");
+    EXPECT_EQ(record.cluster1Name, "Efficiency");
+}
+
+}  // namespace
+}  // namespace kestro
