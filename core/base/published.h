@@ -35,14 +35,18 @@ public:
 protected:
     ~PublishedValue() = default;
 
-    void assign(T value) {
+    void assign(T value) { assignBySwapping(value); }
+
+    /// As `assign`, and leaves in `value` what was held before, so that its storage can be used again; an
+    /// assignment inside a notification leaves an empty value.
+    void assignBySwapping(T& value) {
         const auto state = state_;  // a subscriber may destroy this object
         if (announcer_.isAnnouncing()) {
-            state->retired.push_back(std::exchange(state->value, std::move(value)));
+            state->retired.push_back(std::exchange(state->value, std::exchange(value, T{})));
             announce(state);
             return;
         }
-        state->value = std::move(value);
+        std::swap(state->value, value);
         announce(state);
         if (!state->retired.empty()) {
             state->retired.clear();
@@ -64,7 +68,7 @@ private:
 };
 
 /// A value that only its `Owner` assigns and that everybody may read and observe. The owner assigns with
-/// `set`. See PublishedValue for the guarantees.
+/// `set`, or with `swapIn` to get the old value's storage back. See PublishedValue for the guarantees.
 template <typename T, typename Owner = void>
 class Published : public PublishedValue<T> {
 public:
@@ -73,6 +77,7 @@ public:
 private:
     friend Owner;
     void set(T value) { this->assign(std::move(value)); }
+    void swapIn(T& value) { this->assignBySwapping(value); }
 };
 
 /// A value that anybody may assign.
@@ -81,6 +86,9 @@ class Published<T, void> : public PublishedValue<T> {
 public:
     using PublishedValue<T>::PublishedValue;
     void set(T value) { this->assign(std::move(value)); }
+
+    /// As `set`, and leaves the old value in `value`, for its storage.
+    void swapIn(T& value) { this->assignBySwapping(value); }
 };
 
 }  // namespace kestro

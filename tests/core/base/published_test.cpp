@@ -107,6 +107,39 @@ TEST(Published, TheReceivedReferenceOutlivesAnAssignmentInsideTheCall) {
     EXPECT_EQ(seen.size(), 2u);
 }
 
+TEST(Published, SwappingInGivesTheOldStorageBack) {
+    Published<std::vector<int>> value{{1, 2, 3}};
+    std::vector<int> next{4, 5, 6};
+    const int* const storage = value.get().data();
+    std::vector<int> seen;
+    const auto subscription = value.subscribe([&](const std::vector<int>& newest) { seen = newest; });
+
+    value.swapIn(next);
+
+    EXPECT_EQ(seen, (std::vector{4, 5, 6}));
+    EXPECT_EQ(value.get(), (std::vector{4, 5, 6}));
+    EXPECT_EQ(next.data(), storage);
+}
+
+TEST(Published, SwappingInInsideANotificationKeepsTheReceivedValueAlive) {
+    Published<std::vector<int>> value;
+    std::vector<int> seen;
+    const auto subscription = value.subscribe([&](const std::vector<int>& newest) {
+        if (newest.size() == 2) {
+            const int* const received = newest.data();
+            std::vector<int> next{7};
+            value.swapIn(next);
+            EXPECT_TRUE(next.empty());
+            seen.assign(received, received + 2);
+        }
+    });
+
+    value.set({1, 2});
+
+    EXPECT_EQ(seen, (std::vector{1, 2}));
+    EXPECT_EQ(value.get(), (std::vector{7}));
+}
+
 TEST(Published, UnsubscribingInsideANotificationIsSafe) {
     Published<int> value{0};
     int calls = 0;
