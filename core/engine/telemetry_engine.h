@@ -106,7 +106,10 @@ public:
     WallTime bootTime() const { return bootTime_; }
 
 private:
+    using History = Published<std::vector<double>, TelemetryEngine>;
+
     void sampleLightweight();
+    void append(History& history, double value);
 
     const Platform& platform_;
     UserSettings& settings_;
@@ -114,6 +117,12 @@ private:
     std::string macModel_;
     std::string macOSVersion_;
     WallTime bootTime_;
+
+    // What was published before the present values, kept for its storage: a tick allocates nothing.
+    std::vector<FanTelemetry> spareFans_;
+    CPUTelemetry spareCPU_;
+    std::vector<double> spareHistory_;
+
     std::unique_ptr<RunLoopTimer> timer_;
     Lifetime lifetime_;
 };

@@ -1,0 +1,220 @@
+#include "core/engine/telemetry_engine.h"
+
+#include "core/platform/platform.h"
+#include "core/platform/process_info_service.h"
+#include "core/platform/run_loop.h"
+#include "core/platform/system_control.h"
+#include "core/settings/user_settings.h"
+#include "core/telemetry/cpu_reader.h"
+#include "core/telemetry/disk_reader.h"
+#include "core/telemetry/memory_reader.h"
+#include "core/telemetry/network_reader.h"
+#include "core/telemetry/power_reader.h"
+#include "core/telemetry/process_reader.h"
+#include "core/telemetry/smc_reader.h"
+#include "core/telemetry/thermal_reader.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace kestro {
+
+namespace {
+
+constexpr std::size_t historyLength = 30;
+
+std::string modelText(SystemControl& system) {
+    const auto model = system.sysctlByNameText("hw.model").value_or("");
+    const auto brand = system.sysctlByNameText("machdep.cpu.brand_string").value_or("");
+    return brand.empty() ? model : fmt::format("{} ({})", brand, model);
+}
+
+std::string versionText(ProcessInfoService& processInfo) {
+    const auto version = processInfo.operatingSystemVersion();
+    return fmt::format("{} {}.{}.{}", version.productName, version.major, version.minor, version.patch);
+}
+
+WallTime bootTimeOf(const Platform& platform) {
+    // What the clock's type can hold; a kernel that says otherwise is not believed.
+    constexpr std::int64_t latest = 9'000'000'000;
+    const auto boot = platform.systemControl.bootTime();
+    return boot ? WallTime(std::chrono::seconds(std::clamp<std::int64_t>(boot->seconds, 0, latest)))
+                : platform.clock.wallNow();
+}
+
+bool showsCPU(MenubarDisplayMode mode) {
+    return mode == MenubarDisplayMode::combined || mode == MenubarDisplayMode::tripleGlance ||
+           mode == MenubarDisplayMode::cpuOnly;
+}
+
+}  // namespace
+
+TelemetryEngine::TelemetryEngine(const Platform& platform, UserSettings& settings, const TelemetryReaders& readers)
+    : thermals(ThermalTelemetry::initial()),
+      cpu(CPUTelemetry::initial()),
+      memory(MemoryTelemetry::initial()),
+      disk(DiskTelemetry::initial()),
+      network(NetworkTelemetry::initial()),
+      power(PowerTelemetry::initial()),
+      cpuHistory(std::vector<double>(historyLength)),
+      netDownHistory(std::vector<double>(historyLength)),
+      netUpHistory(std::vector<double>(historyLength)),
+      platform_(platform),
+      settings_(settings),
+      readers_(readers),
+      macModel_(modelText(platform.systemControl)),
+      macOSVersion_(versionText(platform.processInfo)),
+      bootTime_(bootTimeOf(platform)) {
+    restartTimer();
+}
+
+TelemetryEngine::~TelemetryEngine() = default;
+
+TelemetryEngine& TelemetryEngine::shared() {
+    // Never destroyed: views may still hold subscriptions while the process ends.
+    static auto* const engine = new TelemetryEngine(
+        Platform::current(), UserSettings::shared(),
+        {CPUReader::shared(), MemoryReader::shared(), DiskReader::shared(), NetworkReader::shared(),
+         PowerReader::shared(), SMCReader::shared(), ThermalReader::shared(), ProcessReader::shared()});
+    return *engine;
+}
+
+void TelemetryEngine::setUIActive(bool active) {
+    if (active == isUIActive.get()) {
+        return;
+    }
+    isUIActive.set(active);
+    restartTimer();
+    if (isUIActive.get()) {
+        sampleFull();
+    }
+}
+
+void TelemetryEngine::restartTimer() {
+    const PollingProfile profile = settings_.pollingProfile.get();
+    const double seconds = isUIActive.get() ? activeInterval(profile) : idleInterval(profile);
+    timer_.reset();
+    timer_ = platform_.runLoop.scheduleRepeating(std::chrono::milliseconds(std::llround(seconds * 1000)), [this] {
+        if (isUIActive.get()) {
+            sampleFull();
+        } else {
+            sampleLightweight();
+        }
+    });
+}
+
+void TelemetryEngine::sampleFull() {
+    // The spare records are taken out while they are filled: a subscriber may ask for a sample of its own.
+    auto newFans = std::exchange(spareFans_, {});
+    readers_.smc.readFans(newFans);
+    auto newMemory = readers_.memory.read();
+    auto newThermals = readers_.thermal.readThermals();
+    auto newCPU = std::exchange(spareCPU_, {});
+    readers_.cpu.readCPU(newCPU);
+    auto newDisk = readers_.disk.read();
+    auto newNetwork = readers_.network.read();
+    auto newPower = readers_.power.read();
+
+    fans.swapIn(newFans);
+    memory.set(std::move(newMemory));
+    thermals.set(std::move(newThermals));
+    cpu.swapIn(newCPU);
+    disk.set(std::move(newDisk));
+    network.set(std::move(newNetwork));
+    power.set(std::move(newPower));
+    spareFans_ = std::move(newFans);
+    spareCPU_ = std::move(newCPU);
+
+    append(cpuHistory, cpu.get().totalUsage);
+    append(netDownHistory, network.get().downloadBytesPerSec);
+    append(netUpHistory, network.get().uploadBytesPerSec);
+    if (settings_.showTopProcesses.get()) {
+        refreshProcesses();
+    }
+}
+
+void TelemetryEngine::sampleLightweight() {
+    auto newFans = std::exchange(spareFans_, {});
+    readers_.smc.readFans(newFans);
+    fans.swapIn(newFans);
+    spareFans_ = std::move(newFans);
+
+    memory.set(readers_.memory.read());
+
+    if (showsCPU(settings_.menubarDisplayMode.get())) {
+        auto newCPU = std::exchange(spareCPU_, {});
+        readers_.cpu.readCPU(newCPU);
+        cpu.swapIn(newCPU);
+        spareCPU_ = std::move(newCPU);
+    }
+}
+
+void TelemetryEngine::append(History& history, double value) {
+    auto newest = std::exchange(spareHistory_, {});
+    newest = history.get();
+    std::ranges::rotate(newest, newest.begin() + 1);
+    newest.back() = value;
+    history.swapIn(newest);
+    spareHistory_ = std::move(newest);
+}
+
+void TelemetryEngine::refreshProcesses() {
+    const bool sortByCPU = settings_.processSortMetric.get() == ProcessSortMetric::cpu;
+    const std::int64_t limit = settings_.processCountLimit.get();
+    RunLoop& runLoop = platform_.runLoop;
+    ProcessReader& reader = readers_.processes;
+    runLoop.runInBackground(TaskPriority::userInitiated,
+                            [this, &runLoop, &reader, sortByCPU, limit, engineLife = lifetime_.watch()] {
+                                auto processes = reader.readTopProcesses(sortByCPU, limit);
+                                runLoop.post([this, engineLife, processes = std::move(processes)]() mutable {
+                                    if (!engineLife.expired()) {
+                                        topProcesses.set(std::move(processes));
+                                    }
+                                });
+                            });
+}
+
+bool TelemetryEngine::isPinned() const {
+    return settings_.isPinned.get();
+}
+
+void TelemetryEngine::setPinned(bool pinned) {
+    settings_.isPinned.set(pinned);
+}
+
+MenubarDisplayMode TelemetryEngine::menubarMode() const {
+    return settings_.menubarDisplayMode.get();
+}
+
+void TelemetryEngine::setMenubarMode(MenubarDisplayMode mode) {
+    settings_.menubarDisplayMode.set(mode);
+}
+
+std::string TelemetryEngine::formatTemp(double celsius) const {
+    return format(settings_.temperatureUnit.get(), celsius);
+}
+
+std::string TelemetryEngine::formatFanRPM(double rpm) const {
+    // Wide enough for any fan, and a number that is none cannot be converted.
+    constexpr double fastest = 1e15;
+    const double wholeRPM = std::isnan(rpm) ? 0 : std::clamp(std::trunc(rpm), -fastest, fastest);
+    return format(settings_.fanSpeedUnit.get(), static_cast<std::int64_t>(wholeRPM));
+}
+
+std::string TelemetryEngine::uptimeString() const {
+    const auto since = std::chrono::duration_cast<std::chrono::seconds>(platform_.clock.wallNow() - bootTime_);
+    // A wall clock that was set back would otherwise count below zero.
+    const std::int64_t seconds = std::max<std::int64_t>(since.count(), 0);
+    const std::int64_t days = seconds / 86400;
+    const std::int64_t hours = seconds % 86400 / 3600;
+    const std::int64_t minutes = seconds % 3600 / 60;
+    if (days == 0) {
+        return fmt::format("{}h {}m", hours, minutes);
+    }
+    return fmt::format("{}d {}h {}m", days, hours, minutes);
+}
+
+}  // namespace kestro
