@@ -1,0 +1,26 @@
+#include "core/cooling/driving_temperature.h"
+
+namespace kestro {
+
+namespace {
+
+double readingOf(SensorSource source, const ThermalTelemetry& thermals) {
+    switch (source) {
+        case SensorSource::averageSoC:
+            return thermals.averageSoCTemp;
+        case SensorSource::peakDie:
+            return thermals.peakDieTemp;
+        case SensorSource::batteryPack:
+            return thermals.batteryTemp;
+    }
+    return 0;
+}
+
+}  // namespace
+
+double drivingTemperature(SensorSource source, const ThermalTelemetry& thermals) {
+    const double reading = readingOf(source, thermals);
+    return reading > 0 ? reading : fallbackTemperature(source);
+}
+
+}  // namespace kestro

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "core/cooling/fan_curve.h"
+#include "core/telemetry/thermal_telemetry.h"
+
+namespace kestro {
+
+/// The reading that drives a curve, in degrees Celsius; the source's fallback where it is not above 0.
+/// Pure; any thread.
+double drivingTemperature(SensorSource source, const ThermalTelemetry& thermals);
+
+}  // namespace kestro

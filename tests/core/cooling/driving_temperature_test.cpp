@@ -1,0 +1,29 @@
+#include "core/cooling/driving_temperature.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace kestro {
+namespace {
+
+TEST(DrivingTemperature, IsTheReadingOfTheSource) {
+    const ThermalTelemetry thermals{51, 73, 36, 20, "Nominal"};
+
+    EXPECT_EQ(drivingTemperature(SensorSource::averageSoC, thermals), 51);
+    EXPECT_EQ(drivingTemperature(SensorSource::peakDie, thermals), 73);
+    EXPECT_EQ(drivingTemperature(SensorSource::batteryPack, thermals), 36);
+}
+
+TEST(DrivingTemperature, FallsBackWhereTheReadingIsNotAboveZero) {
+    for (const double missing : {0.0, -12.0, std::numeric_limits<double>::quiet_NaN()}) {
+        const ThermalTelemetry thermals{missing, missing, missing, 20, "Nominal"};
+
+        EXPECT_EQ(drivingTemperature(SensorSource::averageSoC, thermals), 48);
+        EXPECT_EQ(drivingTemperature(SensorSource::peakDie, thermals), 52);
+        EXPECT_EQ(drivingTemperature(SensorSource::batteryPack, thermals), 32);
+    }
+}
+
+}  // namespace
+}  // namespace kestro
