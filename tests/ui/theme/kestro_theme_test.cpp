@@ -4,6 +4,9 @@
 
 #include <array>
 
+#include "core/settings/user_settings.h"
+#include "platform/simulated/simulated_user_defaults.h"
+
 namespace kestro {
 namespace {
 
@@ -70,6 +73,24 @@ TEST(KestroTheme, RaisesHairlinesAndSecondaryTextForHighContrast) {
     EXPECT_EQ(strong, rgb(1, 1, 1, .35));
     EXPECT_EQ(secondary, KestroTheme::textPrimary());
     EXPECT_NE(KestroTheme::textSecondary(), KestroTheme::textPrimary());
+}
+
+TEST(KestroTheme, FollowsThePaletteOfTheStoreAtEveryAccess) {
+    SimulatedUserDefaults defaults;
+    UserSettings settings(defaults);
+    KestroTheme::bind(&settings);
+    const QColor fixed = KestroTheme::textPrimary();
+
+    for (const ThemePalette palette : allCases<ThemePalette>()) {
+        settings.themePalette.set(palette);
+
+        EXPECT_EQ(KestroTheme::accentCool(), primaryColor(palette));
+        EXPECT_EQ(KestroTheme::accentWarning(), secondaryColor(palette));
+        EXPECT_EQ(KestroTheme::ground(), surfaceTint(palette));
+        EXPECT_EQ(KestroTheme::surface(), KestroTheme::ground());
+        EXPECT_EQ(KestroTheme::textPrimary(), fixed);
+    }
+    KestroTheme::bind(nullptr);
 }
 
 }  // namespace

@@ -1,0 +1,188 @@
+#include "ui/decorations/glass_surface.h"
+
+#include "core/settings/user_settings.h"
+#include "platform/simulated/simulated_user_defaults.h"
+#include "ui/theme/kestro_theme.h"
+#include "ui/theme/window_compositing.h"
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+
+namespace kestro {
+namespace {
+
+class InkedSurface : public GlassSurface {
+public:
+    explicit InkedSurface(UserSettings& settings) : GlassSurface(settings, 10) { resize(330, 325); }
+
+protected:
+    std::optional<PlacedHalftoneField> halftone() const override {
+        return popoverHalftone(settings().halftonePattern.get());
+    }
+};
+
+class GlassSurfaceTest : public testing::Test {
+protected:
+    GlassSurfaceTest() {
+        KestroTheme::bind(&settings);
+        settings.halftoneIntensity.set(HalftoneIntensity::off);
+        settings.progressiveBlurFade.set(false);
+    }
+    ~GlassSurfaceTest() override {
+        KestroTheme::bind(nullptr);
+        KestroTheme::setHighContrast(false);
+        window_compositing::setOverride(std::nullopt);
+    }
+
+    QImage picture() {
+        surface.show();
+        QCoreApplication::processEvents();
+        return grabbed();
+    }
+
+    /// What the window holds, over transparency.
+    QImage grabbed() {
+        QImage image(surface.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        surface.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+        return image;
+    }
+
+    SimulatedUserDefaults defaults;
+    UserSettings settings{defaults};
+    InkedSurface surface{settings};
+};
+
+TEST_F(GlassSurfaceTest, LetsTheDesktopShineThroughWhereWindowsAreComposited) {
+    window_compositing::setOverride(true);
+
+    const QImage image = picture();
+
+    EXPECT_EQ(qAlpha(image.pixel(0, 0)), 0) << "the corner is cut";
+    EXPECT_NEAR(qAlpha(image.pixel(165, 160)) / 255.0, 0.94, 0.02);
+    EXPECT_TRUE(surface.mask().isEmpty());
+}
+
+TEST_F(GlassSurfaceTest, IsOpaqueWithShapedCornersElsewhere) {
+    window_compositing::setOverride(false);
+    settings.progressiveBlurFade.set(true);
+
+    const QImage image = picture();
+
+    EXPECT_EQ(qAlpha(image.pixel(165, 160)), 255);
+    EXPECT_EQ(qAlpha(image.pixel(165, 1)), 255) << "no edge fade without compositing";
+    EXPECT_FALSE(surface.mask().contains(QPoint(0, 0)));
+    EXPECT_TRUE(surface.mask().contains(QPoint(12, 0)));
+    EXPECT_TRUE(surface.mask().contains(QPoint(165, 160)));
+}
+
+TEST_F(GlassSurfaceTest, IsRenderedOnceForUnchangedInputs) {
+    picture();
+    const int before = surface.renderCount();
+
+    for (int i = 0; i < 20; ++i) {
+        grabbed();
+    }
+
+    EXPECT_EQ(surface.renderCount(), before);
+}
+
+TEST_F(GlassSurfaceTest, FollowsEverySettingThatItShows) {
+    settings.halftoneIntensity.set(HalftoneIntensity::standard);
+    QImage last = picture();
+    const auto expectChange = [&](const char* what) {
+        const QImage next = grabbed();
+        EXPECT_NE(next, last) << what;
+        last = next;
+    };
+
+    settings.themePalette.set(ThemePalette::lilac);
+    expectChange("palette");
+    settings.glassMaterial.set(GlassMaterialStyle::hudContrast);
+    expectChange("material");
+    settings.glassMaterial.set(GlassMaterialStyle::subtleTint);
+    expectChange("material");
+    settings.halftoneIntensity.set(HalftoneIntensity::bold);
+    expectChange("intensity");
+    settings.halftonePattern.set(HalftonePatternStyle::ambient);
+    expectChange("pattern");
+    settings.progressiveBlurFade.set(true);
+    expectChange("edge fade");
+}
+
+TEST_F(GlassSurfaceTest, KeepsTheThreeMaterialsApart) {
+    QList<QRgb> tops;
+    for (const GlassMaterialStyle style : allCases<GlassMaterialStyle>()) {
+        settings.glassMaterial.set(style);
+        tops.append(picture().pixel(20, 20));
+    }
+    const auto distance = [](QRgb a, QRgb b) {
+        return std::abs(qRed(a) - qRed(b)) + std::abs(qGreen(a) - qGreen(b)) + std::abs(qBlue(a) - qBlue(b));
+    };
+
+    EXPECT_GT(distance(tops[0], tops[1]), 12);
+    EXPECT_GT(distance(tops[0], tops[2]), 6);
+    EXPECT_GT(distance(tops[1], tops[2]), 12);
+}
+
+TEST_F(GlassSurfaceTest, GivesUpItsBackdropWhileHiddenAndMakesItAgain) {
+    picture();
+    surface.hide();
+    const int before = surface.renderCount();
+
+    picture();
+
+    EXPECT_EQ(surface.renderCount(), before + 1);
+}
+
+TEST_F(GlassSurfaceTest, IsPlainAndOpaqueWithHighContrast) {
+    KestroTheme::setHighContrast(true);
+    const QImage plain = picture();
+    settings.halftoneIntensity.set(HalftoneIntensity::bold);
+
+    const QImage inked = grabbed();
+
+    EXPECT_EQ(inked, plain);
+    EXPECT_EQ(qAlpha(inked.pixel(165, 160)), 255);
+}
+
+TEST_F(GlassSurfaceTest, FadesItsEdgesOnlyWhenAskedTo) {
+    window_compositing::setOverride(true);
+    const int sharp = qAlpha(picture().pixel(165, 2));
+    settings.progressiveBlurFade.set(true);
+
+    const int faded = qAlpha(grabbed().pixel(165, 2));
+
+    EXPECT_LT(faded, sharp * 0.7);
+}
+
+TEST(VisualEffectBlur, UpdatesAnExistingViewInPlace) {
+    VisualEffectBlur blur{nsMaterial(GlassMaterialStyle::deepFrosted)};
+    const auto view = blur.makeNSView();
+    EXPECT_EQ(view->material(), VisualEffectMaterial::underWindowBackground);
+
+    blur.material = nsMaterial(GlassMaterialStyle::subtleTint);
+    blur.blendingMode = VisualEffectBlendingMode::withinWindow;
+    blur.state = VisualEffectState::inactive;
+    blur.updateNSView(*view);
+
+    EXPECT_EQ(view->material(), VisualEffectMaterial::popover);
+    EXPECT_EQ(view->blendingMode(), VisualEffectBlendingMode::withinWindow);
+    EXPECT_EQ(view->state(), VisualEffectState::inactive);
+}
+
+TEST(VisualEffectBlur, IsLitAlwaysOrWithItsWindow) {
+    VisualEffectView view;
+
+    view.setState(VisualEffectState::active);
+    EXPECT_TRUE(view.isLit(false));
+    view.setState(VisualEffectState::followsWindowActiveState);
+    EXPECT_FALSE(view.isLit(false));
+    EXPECT_TRUE(view.isLit(true));
+    view.setState(VisualEffectState::inactive);
+    EXPECT_FALSE(view.isLit(true));
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,90 @@
+#include "ui/decorations/orvanel_watermark.h"
+#include "ui/decorations/progressive_blur_fade.h"
+#include "ui/decorations/simple_flame_icon.h"
+
+#include <QImage>
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+namespace kestro {
+namespace {
+
+TEST(SimpleFlamePath, FillsItsRectangle) {
+    const QRectF rect(10, 20, 30, 60);
+
+    const QRectF bounds = simpleFlamePath(rect).boundingRect();
+
+    EXPECT_NEAR(bounds.left(), rect.left(), 0.01);
+    EXPECT_NEAR(bounds.top(), rect.top(), 0.01);
+    EXPECT_NEAR(bounds.right(), rect.right(), 0.01);
+    EXPECT_NEAR(bounds.bottom(), rect.bottom(), 0.01);
+}
+
+TEST(SimpleFlamePath, IsEmptyForAnEmptyRectangle) {
+    EXPECT_TRUE(simpleFlamePath({}).isEmpty());
+    EXPECT_TRUE(simpleFlamePath(QRectF(0, 0, 10, 0)).isEmpty());
+}
+
+TEST(SimpleFlamePath, StandsOnItsBellyAndEndsInATip) {
+    const QPainterPath path = simpleFlamePath(QRectF(0, 0, 100, 100));
+
+    EXPECT_TRUE(path.contains(QPointF(50, 85)));
+    EXPECT_FALSE(path.contains(QPointF(5, 5)));
+    EXPECT_FALSE(path.contains(QPointF(95, 5)));
+    EXPECT_FALSE(path.contains(QPointF(2, 98)));
+}
+
+TEST(ProgressiveBlurFade, RisesOverEightPointsAtBothEdges) {
+    EXPECT_DOUBLE_EQ(ProgressiveBlurFade::opacityAt(0, 325), 0.35);
+    EXPECT_DOUBLE_EQ(ProgressiveBlurFade::opacityAt(4, 325), 0.675);
+    EXPECT_DOUBLE_EQ(ProgressiveBlurFade::opacityAt(8, 325), 1);
+    EXPECT_DOUBLE_EQ(ProgressiveBlurFade::opacityAt(160, 325), 1);
+    EXPECT_DOUBLE_EQ(ProgressiveBlurFade::opacityAt(325, 325), 0.35);
+}
+
+TEST(ProgressiveBlurFade, FadesWhatWasPainted) {
+    QImage image(10, 100, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+
+    ProgressiveBlurFade::apply(painter, QRectF(image.rect()));
+    painter.end();
+
+    for (const int y : {0, 3, 7, 8, 50, 92, 96, 99}) {
+        EXPECT_NEAR(qAlpha(image.pixel(5, y)) / 255.0, ProgressiveBlurFade::opacityAt(y + 0.5, 100), 0.02) << y;
+    }
+}
+
+TEST(OrvanelWatermark, TakesNoInputAndNoFocus) {
+    const OrvanelWatermark watermark(OrvanelWatermark::Variant::full);
+
+    EXPECT_TRUE(watermark.testAttribute(Qt::WA_TransparentForMouseEvents));
+    EXPECT_EQ(watermark.focusPolicy(), Qt::NoFocus);
+}
+
+TEST(OrvanelWatermark, PaintsInsideItsSizeWithTheCompactFormSmaller) {
+    const QSizeF size = OrvanelWatermark::markSize(OrvanelWatermark::Variant::full);
+    QImage image(120, 40, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+
+    OrvanelWatermark::paint(painter, QPointF(110, 20), OrvanelWatermark::Variant::full);
+    painter.end();
+
+    QRect inked;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qAlpha(image.pixel(x, y)) > 0) {
+                inked |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    EXPECT_LT(OrvanelWatermark::markSize(OrvanelWatermark::Variant::compact).width(), size.width());
+    EXPECT_GE(inked.left(), static_cast<int>(110 - size.width()) - 1);
+    EXPECT_LE(inked.right(), 110);
+    EXPECT_GT(inked.width(), size.width() * 0.9);
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,190 @@
+#include "ui/decorations/glass_surface.h"
+
+#include <QBitmap>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QWindow>
+#include <cmath>
+
+#include "core/settings/user_settings.h"
+#include "ui/decorations/progressive_blur_fade.h"
+#include "ui/theme/hairline.h"
+#include "ui/theme/kestro_theme.h"
+#include "ui/theme/window_compositing.h"
+
+namespace kestro {
+
+/// Everything that the rendered backdrop depends on.
+struct GlassSurface::Backdrop {
+    QSize size;
+    double scale = 1;
+    double cornerRadius = 0;
+    VisualEffectBlur effect;
+    bool isLit = true;
+    bool isHighContrast = false;
+    bool hasEdgeFade = false;
+    ThemePalette palette = ThemePalette::cryogenic;
+    HalftoneIntensity intensity = HalftoneIntensity::off;
+    std::optional<PlacedHalftoneField> halftone;
+
+    friend bool operator==(const Backdrop&, const Backdrop&) = default;
+};
+
+namespace {
+
+QPainterPath outline(const QSize& size, double radius) {
+    QPainterPath path;
+    path.addRoundedRect(QRectF(QPointF(), QSizeF(size)), radius, radius);
+    return path;
+}
+
+void cutCorners(QPainter& painter, const QSize& size, double radius) {
+    QPainterPath corners = outline(size, radius);
+    corners.addRect(QRectF(QPointF(), QSizeF(size)));
+    corners.setFillRule(Qt::OddEvenFill);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.fillPath(corners, Qt::black);
+    painter.restore();
+}
+
+QRegion shape(const QSize& size, double radius) {
+    QBitmap mask(size);
+    mask.clear();
+    QPainter painter(&mask);
+    painter.fillPath(outline(size, radius), Qt::color1);
+    painter.end();
+    return QRegion(mask);
+}
+
+}  // namespace
+
+GlassSurface::GlassSurface(UserSettings& settings, double cornerRadius, QWidget* parent)
+    : QWidget(parent), settings_(settings), cornerRadius_(cornerRadius), glass_(effect_.makeNSView()) {
+    window()->setAttribute(Qt::WA_TranslucentBackground);
+    const auto repaint = [this](const auto&) { update(); };
+    subscriptions_.push_back(settings.themePalette.subscribe(repaint));
+    subscriptions_.push_back(settings.glassMaterial.subscribe(repaint));
+    subscriptions_.push_back(settings.halftoneIntensity.subscribe(repaint));
+    subscriptions_.push_back(settings.halftonePattern.subscribe(repaint));
+    subscriptions_.push_back(settings.progressiveBlurFade.subscribe(repaint));
+}
+
+GlassSurface::~GlassSurface() = default;
+
+void GlassSurface::setEffectState(VisualEffectState state) {
+    effect_.state = state;
+    update();
+}
+
+void GlassSurface::setCornerRadius(double radius) {
+    cornerRadius_ = radius;
+    applyToWindow();
+    update();
+}
+
+std::optional<PlacedHalftoneField> GlassSurface::halftone() const {
+    return std::nullopt;
+}
+
+GlassSurface::Backdrop GlassSurface::wantedBackdrop() const {
+    const bool isHighContrast = KestroTheme::isHighContrast();
+    Backdrop backdrop;
+    backdrop.size = size();
+    backdrop.scale = devicePixelRatioF();
+    backdrop.cornerRadius = cornerRadius_;
+    backdrop.effect = effect_;
+    backdrop.isLit = glass_->isLit(isActiveWindow());
+    backdrop.isHighContrast = isHighContrast;
+    backdrop.hasEdgeFade = settings_.progressiveBlurFade.get() && isComposited_ && !isHighContrast;
+    backdrop.palette = settings_.themePalette.get();
+    backdrop.intensity = isHighContrast ? HalftoneIntensity::off : settings_.halftoneIntensity.get();
+    backdrop.halftone = halftone();
+    return backdrop;
+}
+
+QImage GlassSurface::renderBackdrop(const Backdrop& backdrop) const {
+    QImage image((QSizeF(backdrop.size) * backdrop.scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(backdrop.scale);
+    image.fill(Qt::transparent);
+    const QRectF area(QPointF(), QSizeF(backdrop.size));
+    QPainter painter(&image);
+    glass_->paint(painter, area, backdrop.isLit);
+    if (backdrop.halftone) {
+        backdrop.halftone->field.paint(painter, backdrop.halftone->area, backdrop.intensity);
+    }
+    if (backdrop.hasEdgeFade) {
+        ProgressiveBlurFade::apply(painter, area);
+    }
+    if (isComposited_) {
+        cutCorners(painter, backdrop.size, backdrop.cornerRadius);
+    }
+    kestroHairlineBorder(painter, area, backdrop.cornerRadius, KestroTheme::hairlineStrong());
+    return image;
+}
+
+void GlassSurface::paintEvent(QPaintEvent* event) {
+    effect_.material = nsMaterial(settings_.glassMaterial.get());
+    effect_.blendingMode =
+        isComposited_ ? VisualEffectBlendingMode::behindWindow : VisualEffectBlendingMode::withinWindow;
+    effect_.updateNSView(*glass_);
+    Backdrop wanted = wantedBackdrop();
+    if (!rendered_ || !(*rendered_ == wanted)) {
+        image_ = renderBackdrop(wanted);
+        rendered_ = std::make_unique<Backdrop>(std::move(wanted));
+        ++renderCount_;
+    }
+    QPainter painter(this);
+    // A translucent window has been cleared, so that nothing needs blending.
+    painter.setCompositionMode(isWindow() ? QPainter::CompositionMode_Source
+                                          : QPainter::CompositionMode_SourceOver);
+    for (const QRect& rect : event->region()) {
+        const QRectF source(QPointF(rect.topLeft()) * image_.devicePixelRatio(),
+                            QSizeF(rect.size()) * image_.devicePixelRatio());
+        painter.drawImage(QRectF(rect), image_, source);
+    }
+}
+
+void GlassSurface::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    applyToWindow();
+}
+
+void GlassSurface::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    rendered_.reset();
+    image_ = {};
+}
+
+void GlassSurface::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    applyToWindow();
+}
+
+void GlassSurface::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange) {
+        applyToWindow();
+        update();
+    }
+}
+
+void GlassSurface::applyToWindow() {
+    if (!isVisible()) {
+        return;
+    }
+    isComposited_ = window_compositing::isAvailable();
+    const QRegion region = shape(size(), cornerRadius_);
+    if (isComposited_) {
+        window()->clearMask();
+    } else {
+        window()->setMask(region);
+    }
+    if (QWindow* const handle = window()->windowHandle()) {
+        window_compositing::requestBlurBehind(*handle, isComposited_ ? region : QRegion());
+    }
+}
+
+}  // namespace kestro

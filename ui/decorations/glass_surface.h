@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QImage>
+#include <QWidget>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "core/base/subscription.h"
+#include "ui/decorations/halftone_fields.h"
+#include "ui/theme/visual_effect_blur.h"
+
+namespace kestro {
+
+class UserSettings;
+
+/// The pane that a popover or a window consists of: glass, ink, edge fade and rim, with its content on top as
+/// child widgets. It fills its window, makes it translucent where windows are composited (asking for blur
+/// behind it), and opaque with shaped corners elsewhere. The backdrop is rendered once per size, scale and
+/// settings, so that a redraw costs one blit, and is given up while hidden. Follows the settings live.
+class GlassSurface : public QWidget {
+public:
+    /// `cornerRadius` in points. Works as a top-level widget or as the only child that fills one.
+    GlassSurface(UserSettings& settings, double cornerRadius, QWidget* parent = nullptr);
+    ~GlassSurface() override;
+
+    /// Whether the glass is always lit, as initially, or follows the window's activity.
+    void setEffectState(VisualEffectState state);
+
+    /// Square corners, for a window that fills the screen.
+    void setCornerRadius(double radius);
+
+    /// How many times the backdrop has been rendered.
+    int renderCount() const { return renderCount_; }
+
+protected:
+    /// The ink on this surface at its present size; none by default.
+    virtual std::optional<PlacedHalftoneField> halftone() const;
+
+    UserSettings& settings() const { return settings_; }
+
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    struct Backdrop;
+
+    Backdrop wantedBackdrop() const;
+    QImage renderBackdrop(const Backdrop& backdrop) const;
+    void applyToWindow();
+
+    UserSettings& settings_;
+    double cornerRadius_;
+    VisualEffectBlur effect_;
+    std::unique_ptr<VisualEffectView> glass_;
+    std::unique_ptr<Backdrop> rendered_;
+    QImage image_;
+    bool isComposited_ = true;
+    int renderCount_ = 0;
+    std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace kestro

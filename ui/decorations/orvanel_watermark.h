@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QSizeF>
+#include <QString>
+#include <QWidget>
+
+class QPainter;
+
+namespace kestro {
+
+/// The maker's mark: a printer's registration mark, its inks slightly out of register, and the word "ORVANEL".
+/// It takes no input and is no part of what assistive technology reads. Main thread.
+class OrvanelWatermark : public QWidget {
+public:
+    enum class Variant { full, compact };
+
+    explicit OrvanelWatermark(Variant variant, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+
+    /// What the mark and the word need, in points.
+    static QSizeF markSize(Variant variant);
+
+    /// Paints it with its right edge at `rightCentre`, vertically centred there.
+    static void paint(QPainter& painter, const QPointF& rightCentre, Variant variant);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Variant variant_;
+};
+
+}  // namespace kestro

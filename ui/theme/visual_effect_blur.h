@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QRectF>
+#include <memory>
+
+#include "core/settings/appearance_enumerations.h"
+
+class QPainter;
+
+namespace kestro {
+
+/// Whether the glass lets through what lies behind the window, or only what the window itself holds.
+enum class VisualEffectBlendingMode { behindWindow, withinWindow };
+
+/// Whether the glass is always lit, or only while its window is active.
+enum class VisualEffectState { followsWindowActiveState, active, inactive };
+
+/// A pane of glass, painted: a ground in the palette's colour and a wash that tells the material. Where
+/// nothing may shine through it, the ground is opaque. Main thread.
+class VisualEffectView {
+public:
+    void setMaterial(VisualEffectMaterial material) { material_ = material; }
+    void setBlendingMode(VisualEffectBlendingMode mode) { blendingMode_ = mode; }
+    void setState(VisualEffectState state) { state_ = state; }
+
+    VisualEffectMaterial material() const { return material_; }
+    VisualEffectBlendingMode blendingMode() const { return blendingMode_; }
+    VisualEffectState state() const { return state_; }
+
+    /// Whether the wash has its full strength; half of it otherwise.
+    bool isLit(bool isWindowActive) const;
+
+    /// Paints ground and wash over `rect`.
+    void paint(QPainter& painter, const QRectF& rect, bool isWindowActive) const;
+
+private:
+    VisualEffectMaterial material_ = VisualEffectMaterial::underWindowBackground;
+    VisualEffectBlendingMode blendingMode_ = VisualEffectBlendingMode::behindWindow;
+    VisualEffectState state_ = VisualEffectState::active;
+};
+
+/// What the glass of a view shall be; makes its pane and updates it in place.
+struct VisualEffectBlur {
+    VisualEffectMaterial material = VisualEffectMaterial::underWindowBackground;
+    VisualEffectBlendingMode blendingMode = VisualEffectBlendingMode::behindWindow;
+    VisualEffectState state = VisualEffectState::active;
+
+    std::unique_ptr<VisualEffectView> makeNSView() const;
+    void updateNSView(VisualEffectView& view) const;
+
+    friend bool operator==(const VisualEffectBlur&, const VisualEffectBlur&) = default;
+};
+
+}  // namespace kestro
