@@ -1,0 +1,108 @@
+#include "ui/widgets/sparkline_view.h"
+
+#include "tests/ui/controls/view_test.h"
+
+#include <limits>
+
+namespace kestro {
+namespace {
+
+const QRectF kArea(0, 0, 100, 40);
+
+TEST(SparklineTop, IsTheLimitWhenThereIsOne) {
+    EXPECT_EQ(sparklineTop(std::vector{5.0, 250.0}, 100), 100);
+}
+
+TEST(SparklineTop, FollowsTheDataDownToOne) {
+    EXPECT_EQ(sparklineTop(std::vector{5.0, 250.0}, std::nullopt), 250);
+    EXPECT_EQ(sparklineTop(std::vector{0.1, 0.4}, std::nullopt), 1);
+    EXPECT_EQ(sparklineTop(std::vector<double>{}, std::nullopt), 1);
+}
+
+TEST(SparklinePoints, NeedTwoValues) {
+    EXPECT_TRUE(sparklinePoints(std::vector<double>{}, 1, kArea).isEmpty());
+    EXPECT_TRUE(sparklinePoints(std::vector{3.0}, 10, kArea).isEmpty());
+}
+
+TEST(SparklinePoints, GoFromEdgeToEdge) {
+    const QPolygonF points = sparklinePoints(std::vector{0.0, 10.0}, 10, kArea);
+
+    EXPECT_EQ(points, (QPolygonF{QPointF(0, 40), QPointF(100, 0)}));
+}
+
+TEST(SparklinePoints, AreEvenlySpacedAndHigherForMore) {
+    const QPolygonF points = sparklinePoints(std::vector{0.0, 5.0, 2.5, 10.0, 0.0}, 10, kArea);
+
+    EXPECT_EQ(points, (QPolygonF{{0, 40}, {25, 20}, {50, 30}, {75, 0}, {100, 40}}));
+}
+
+TEST(SparklinePoints, StayWithinTheArea) {
+    const double infinite = std::numeric_limits<double>::infinity();
+    const double none = std::numeric_limits<double>::quiet_NaN();
+
+    const QPolygonF points = sparklinePoints(std::vector{150.0, -20.0, infinite, -infinite, none}, 100, kArea);
+
+    EXPECT_EQ(points, (QPolygonF{{0, 0}, {25, 40}, {50, 0}, {75, 40}, {100, 40}}));
+}
+
+TEST(SparklinePoints, LieAtTheBottomForATopOfZero) {
+    const QPolygonF points = sparklinePoints(std::vector{0.0, 3.0}, 0, kArea);
+
+    EXPECT_EQ(points, (QPolygonF{{0, 40}, {100, 40}}));
+}
+
+class SparklineViewTest : public ViewTest {
+protected:
+    SparklineViewTest() : view_(KestroTheme::accentCool, 100) {
+        view_.resize(102, 42);
+        view_.setSpoken(
+            QStringLiteral("CPU"), [](double value) { return QString::number(value); },
+            QStringLiteral(" percent"));
+    }
+
+    SparklineView view_;
+};
+
+TEST_F(SparklineViewTest, SpeaksTheLatestAndTheHighestValue) {
+    view_.setData({12, 46, 18});
+
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&view_)->text(QAccessible::Name),
+              QStringLiteral("CPU history, now 18 percent, highest 46"));
+}
+
+TEST_F(SparklineViewTest, DrawsNoLineForOneValue) {
+    const QImage empty = picture(view_);
+
+    view_.setData({50});
+
+    EXPECT_EQ(picture(view_), empty);
+}
+
+TEST_F(SparklineViewTest, DrawsItsLineInTheTintAndItsAreaFading) {
+    view_.setData({50, 50, 50});
+
+    const QImage image = picture(view_);
+
+    EXPECT_GT(qAlpha(image.pixel(51, 21)), 200);
+    EXPECT_GT(qAlpha(image.pixel(51, 25)), qAlpha(image.pixel(51, 38)));
+    EXPECT_EQ(qAlpha(image.pixel(51, 10)), 0);
+}
+
+TEST_F(SparklineViewTest, RepaintsNothingForAnEqualHistory) {
+    view_.move(300, 300);
+    view_.setData({1, 2, 3});
+    view_.show();
+    QApplication::processEvents();
+    PaintCounter paints(view_);
+
+    view_.setData({1, 2, 3});
+    QApplication::processEvents();
+    EXPECT_EQ(paints.count, 0);
+    view_.setData({2, 3, 4});
+    QApplication::processEvents();
+
+    EXPECT_EQ(paints.count, 1);
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,195 @@
+#include "ui/widgets/core_matrix_view.h"
+
+#include "ui/controls/ink.h"
+#include "ui/controls/surface_paint.h"
+#include "ui/controls/text_painter.h"
+#include "ui/theme/hairline.h"
+#include "ui/widgets/whole_number.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr int kCompactColumns = 2;
+constexpr int kFullColumns = 3;
+constexpr double kCompactGap = 4;
+constexpr double kFullGap = 6;
+constexpr double kNarrowestCell = 10;
+constexpr double kTallestCell = 44;
+constexpr double kLowestCell = 4;
+constexpr double kSmallestGap = 1;
+constexpr double kFullDetailHeight = 20;
+constexpr double kSmallDetailHeight = 12;
+
+constexpr double kCellRadius = 3;
+constexpr double kCellOpacity = 0.04;
+constexpr double kSecondClusterOpacity = 0.6;
+constexpr double kBusyLoad = 90;
+
+/// A quarter of a device pixel is the least change that antialiasing shows.
+constexpr double kVisiblePixels = 0.25;
+
+CoreCellDetail detailOf(double cellHeight) {
+    if (cellHeight >= kFullDetailHeight) {
+        return CoreCellDetail::full;
+    }
+    return cellHeight >= kSmallDetailHeight ? CoreCellDetail::small : CoreCellDetail::fill;
+}
+
+CoreMatrixLayout withColumns(int columns, int cores, const QSizeF& area, double nominalGap) {
+    CoreMatrixLayout layout;
+    layout.columns = columns;
+    layout.rows = (cores + columns - 1) / columns;
+    const double lowest = kLowestCell * layout.rows;
+    const double gapThatFits = layout.rows > 1 ? (area.height() - lowest) / (layout.rows - 1) : nominalGap;
+    layout.gap = std::clamp(gapThatFits, kSmallestGap, nominalGap);
+    const double free = area.height() - layout.gap * (layout.rows - 1);
+    layout.cellHeight = std::clamp(free / layout.rows, 0.0, kTallestCell);
+    layout.cellWidth = std::max(0.0, (area.width() - layout.gap * (columns - 1)) / columns);
+    layout.detail = detailOf(layout.cellHeight);
+    return layout;
+}
+
+Ink inkOf(const CoreLoad& core) {
+    if (core.usagePercentage >= kBusyLoad) {
+        return KestroTheme::accentCritical;
+    }
+    const Ink accent = KestroTheme::accentCool;
+    return core.isSuperCluster ? accent : accent.faded(kSecondClusterOpacity);
+}
+
+/// Whether two states of a core make the same picture in a cell of `pixels` device pixels.
+bool looksSame(const CoreLoad& a, const CoreLoad& b, double pixels) {
+    return a.id == b.id && a.isSuperCluster == b.isSuperCluster &&
+           wholeNumber(a.usagePercentage) == wholeNumber(b.usagePercentage) &&
+           std::abs(a.usagePercentage - b.usagePercentage) / 100 * pixels < kVisiblePixels;
+}
+
+QString numberOf(const CoreLoad& core) {
+    return QStringLiteral("%1").arg(core.id, 2, 10, QLatin1Char('0'));
+}
+
+}  // namespace
+
+QRectF CoreMatrixLayout::cell(int index) const {
+    const int row = index / columns;
+    const int column = index % columns;
+    return {column * (cellWidth + gap), row * (cellHeight + gap), cellWidth, cellHeight};
+}
+
+CoreMatrixLayout coreMatrixLayout(int cores, const QSizeF& area, bool isCompact) {
+    if (cores <= 0 || area.isEmpty()) {
+        return {};
+    }
+    const double gap = isCompact ? kCompactGap : kFullGap;
+    int columns = isCompact ? kCompactColumns : kFullColumns;
+    CoreMatrixLayout layout = withColumns(columns, cores, area, gap);
+    while (layout.cellHeight < kLowestCell && columns < cores) {
+        const CoreMatrixLayout denser = withColumns(++columns, cores, area, gap);
+        if (denser.cellWidth < kNarrowestCell) {
+            break;
+        }
+        layout = denser;
+    }
+    return layout;
+}
+
+CoreMatrixView::CoreMatrixView(bool isCompact, QWidget* parent) : View(parent), isCompact_(isCompact) {}
+
+void CoreMatrixView::setCores(const std::vector<CoreLoad>& cores) {
+    if (cores.size() != cores_.size()) {
+        cores_ = cores;
+        update();
+        return;
+    }
+    const CoreMatrixLayout layout = layoutNow();
+    for (size_t i = 0; i < cores.size(); ++i) {
+        if (!looksSame(cores[i], cores_[i], layout.cellWidth * devicePixelRatioF())) {
+            cores_[i] = cores[i];
+            update(layout.cell(static_cast<int>(i)).toAlignedRect());
+        }
+    }
+}
+
+void CoreMatrixView::setCompact(bool isCompact) {
+    if (isCompact != isCompact_) {
+        isCompact_ = isCompact;
+        update();
+    }
+}
+
+AccessibleInfo CoreMatrixView::accessibleInfo() const {
+    AccessibleInfo info = View::accessibleInfo();
+    info.role = QAccessible::Grouping;
+    info.name = QStringLiteral("Core loads");
+    return info;
+}
+
+std::vector<AccessibleInfo> CoreMatrixView::accessibleParts() const {
+    std::vector<AccessibleInfo> parts;
+    const CoreMatrixLayout layout = layoutNow();
+    if (layout.columns == 0) {
+        return parts;
+    }
+    for (size_t i = 0; i < cores_.size(); ++i) {
+        AccessibleInfo part;
+        part.name =
+            QStringLiteral("Core %1, %2 percent").arg(cores_[i].id).arg(wholeNumber(cores_[i].usagePercentage));
+        part.area = layout.cell(static_cast<int>(i)).toAlignedRect();
+        parts.push_back(std::move(part));
+    }
+    return parts;
+}
+
+void CoreMatrixView::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const CoreMatrixLayout layout = layoutNow();
+    if (layout.columns == 0) {
+        return;
+    }
+    for (size_t i = 0; i < cores_.size(); ++i) {
+        const QRectF cell = layout.cell(static_cast<int>(i));
+        if (event->region().intersects(cell.toAlignedRect())) {
+            paintCell(painter, cores_[i], snappedToDevice(painter, cell), layout.detail);
+        }
+    }
+}
+
+void CoreMatrixView::paintCell(QPainter& painter, const CoreLoad& core, const QRectF& cell,
+                               CoreCellDetail detail) const {
+    const bool isFull = detail == CoreCellDetail::full;
+    const bool isFill = detail == CoreCellDetail::fill;
+    const double radius = std::min(kCellRadius, cell.height() / 2);
+    QPainterPath outline;
+    outline.addRoundedRect(cell, radius, radius);
+    painter.fillPath(outline, Ink::white(kCellOpacity).color());
+
+    const double share = std::clamp(core.usagePercentage / 100, 0.0, 1.0);
+    const double bar = isFill ? cell.height() : (isFull ? 2 : 1.5);
+    QPainterPath load;
+    load.addRect(QRectF(cell.left(), cell.bottom() - bar, cell.width() * share, bar));
+    painter.fillPath(outline.intersected(load), inkOf(core).color());
+    if (isFill) {
+        return;
+    }
+    const double inset = isFull ? 6 : 4;
+    const QRectF texts = cell.adjusted(inset, 0, -inset, -bar);
+    const TextStyle number{isFull ? 9.0 : 8.0, cell.height(), QFont::Medium, 0, KestroTheme::textSecondary};
+    const TextStyle figure{isFull ? 10.0 : 8.0, cell.height(), QFont::DemiBold, 0, KestroTheme::textPrimary};
+    drawText(painter, texts, numberOf(core), number, Qt::AlignLeft, TextFit::value);
+    drawText(painter, texts, wholeText(core.usagePercentage), figure, Qt::AlignRight, TextFit::value);
+}
+
+CoreMatrixLayout CoreMatrixView::layoutNow() const {
+    return coreMatrixLayout(static_cast<int>(cores_.size()), size(), isCompact_);
+}
+
+}  // namespace kestro

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "core/telemetry/cpu_telemetry.h"
+#include "ui/controls/view.h"
+
+#include <vector>
+
+namespace kestro {
+
+/// How much a cell of the core matrix can show, by its height: both texts in their size, both in 8 points, or
+/// only the fill of the whole cell.
+enum class CoreCellDetail { full, small, fill };
+
+/// The grid of the core matrix in a given area. Lengths in points.
+struct CoreMatrixLayout {
+    int columns = 0;
+    int rows = 0;
+    double gap = 0;
+    double cellWidth = 0;
+    double cellHeight = 0;
+    CoreCellDetail detail = CoreCellDetail::full;
+
+    QRectF cell(int index) const;
+
+    friend bool operator==(const CoreMatrixLayout&, const CoreMatrixLayout&) = default;
+};
+
+/// Two columns with gaps of 4 (compact) or three with gaps of 6, as high as they fit, at most 44. Any number
+/// of cores fits: where cells would be lower than 4, first the gaps shrink, then columns are added while each
+/// stays 10 wide.
+CoreMatrixLayout coreMatrixLayout(int cores, const QSizeF& area, bool isCompact);
+
+/// The load of each core as a cell with its number, its load and a bar. A changed core repaints its cell only.
+class CoreMatrixView : public View {
+    Q_OBJECT
+
+public:
+    explicit CoreMatrixView(bool isCompact, QWidget* parent = nullptr);
+
+    void setCores(const std::vector<CoreLoad>& cores);
+    void setCompact(bool isCompact);
+
+    AccessibleInfo accessibleInfo() const override;
+    std::vector<AccessibleInfo> accessibleParts() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    CoreMatrixLayout layoutNow() const;
+    void paintCell(QPainter& painter, const CoreLoad& core, const QRectF& cell, CoreCellDetail detail) const;
+
+    std::vector<CoreLoad> cores_;
+    bool isCompact_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "ui/controls/ink.h"
+#include "ui/controls/view.h"
+#include "ui/theme/kestro_theme.h"
+
+namespace kestro {
+
+/// A load as the filled part of a round track, 4 high. The figure beside it speaks for it.
+class LoadBar : public View {
+    Q_OBJECT
+
+public:
+    static constexpr int kHeight = 4;
+
+    explicit LoadBar(const Ink& tint = KestroTheme::accentCool, QWidget* parent = nullptr);
+
+    /// 0..1, clamped. Repaints only when the filled length changes by a visible amount.
+    void setFraction(double fraction);
+
+    QSize sizeHint() const override;
+    AccessibleInfo accessibleInfo() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    double fraction_ = 0;
+    Ink tint_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,181 @@
+#include "ui/widgets/metric_gauge.h"
+
+#include "ui/controls/text_painter.h"
+#include "ui/widgets/whole_number.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPen>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kArcStart = 0.15;
+constexpr double kArcSpan = 0.7;
+constexpr double kQuarterTurn = 90;
+constexpr double kTrackOpacity = 0.14;
+constexpr double kMiterLimit = 10;
+constexpr double kUnitGap = 2;
+constexpr double kSmallestScale = 0.8;
+
+constexpr GaugeMetrics kFull{82, 8, 16, 9, 11, 9, 73, 14, 12};
+constexpr GaugeMetrics kCompact{64, 6, 14, 8, 10, 8, 57, 13, 11};
+
+TextStyle valueStyle(bool isCompact, double scale) {
+    return {gaugeMetrics(isCompact).valueSize * scale, 20, QFont::DemiBold, 0, KestroTheme::textPrimary};
+}
+
+TextStyle unitStyle(bool isCompact, double scale) {
+    return {gaugeMetrics(isCompact).unitSize * scale, 20, QFont::Medium, 0, KestroTheme::textSecondary};
+}
+
+void strokeArc(QPainter& painter, const QRectF& ring, double from, double to, const QColor& color, double width) {
+    constexpr double sixteenths = 16;
+    QPen pen(color, width, Qt::SolidLine, Qt::RoundCap);
+    pen.setMiterLimit(kMiterLimit);
+    painter.setPen(pen);
+    const double start = gaugeAngle(from);
+    const double span = gaugeAngle(to) - start;
+    // Qt counts anticlockwise.
+    painter.drawArc(ring, qRound(-start * sixteenths), qRound(-span * sixteenths));
+}
+
+}  // namespace
+
+double gaugeArcEnd(double value, double minVal, double max) {
+    if (!(max > minVal)) {
+        return kArcStart;
+    }
+    const double fraction = (value - minVal) / (max - minVal);
+    if (fraction >= 1) {
+        return kArcStart + kArcSpan;
+    }
+    return kArcStart + kArcSpan * (fraction > 0 ? fraction : 0);
+}
+
+double gaugeAngle(double position) {
+    return kQuarterTurn + 360 * position;
+}
+
+const GaugeMetrics& gaugeMetrics(bool isCompact) {
+    return isCompact ? kCompact : kFull;
+}
+
+MetricGauge::MetricGauge(bool isCompact, QWidget* parent) : View(parent), isCompact_(isCompact) {}
+
+void MetricGauge::setContent(const GaugeContent& content) {
+    const auto arcEnd = [](const GaugeContent& c) { return gaugeArcEnd(c.value, c.minVal, c.max); };
+    const bool isRingChanged = arcEnd(content) != arcEnd(content_) ||
+                               wholeNumber(content.value) != wholeNumber(content_.value) ||
+                               content.unit != content_.unit || content.tintColor != content_.tintColor;
+    const bool areCaptionsChanged = content.title != content_.title || content.subtitle != content_.subtitle;
+    content_ = content;
+    if (isRingChanged) {
+        update(frame().toAlignedRect());
+    }
+    if (areCaptionsChanged) {
+        const int top = static_cast<int>(gaugeMetrics(isCompact_).titleTop);
+        update(0, top, width(), height() - top);
+    }
+}
+
+void MetricGauge::setCompact(bool isCompact) {
+    if (isCompact != isCompact_) {
+        isCompact_ = isCompact;
+        updateGeometry();
+        update();
+    }
+}
+
+double MetricGauge::fittingTextScale() const {
+    const double width = textWidth(wholeText(content_.value), valueStyle(isCompact_, 1)) + kUnitGap +
+                         textWidth(content_.unit, unitStyle(isCompact_, 1));
+    return std::clamp(gaugeMetrics(isCompact_).innerWidth() / width, kSmallestScale, 1.0);
+}
+
+void MetricGauge::setTextScale(double scale) {
+    if (scale != textScale_) {
+        textScale_ = scale;
+        update(frame().toAlignedRect());
+    }
+}
+
+QSize MetricGauge::sizeHint() const {
+    const GaugeMetrics& metrics = gaugeMetrics(isCompact_);
+    return {static_cast<int>(metrics.frame), static_cast<int>(metrics.height())};
+}
+
+AccessibleInfo MetricGauge::accessibleInfo() const {
+    AccessibleInfo info = View::accessibleInfo();
+    const QString value = wholeText(content_.value);
+    if (content_.unit == QStringLiteral("%")) {
+        info.name = QStringLiteral("%1, %2 percent, %3").arg(content_.title, value, content_.subtitle);
+    } else {
+        info.name =
+            QStringLiteral("%1, %2 %3 of %4").arg(content_.title, value, content_.unit, wholeText(content_.max));
+    }
+    return info;
+}
+
+void MetricGauge::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (event->rect().intersects(frame().toAlignedRect())) {
+        paintRing(painter);
+        paintFigure(painter);
+    }
+    paintCaptions(painter);
+}
+
+QRectF MetricGauge::frame() const {
+    const double edge = gaugeMetrics(isCompact_).frame;
+    return {(width() - edge) / 2, 0, edge, edge};
+}
+
+void MetricGauge::paintRing(QPainter& painter) const {
+    const double lineWidth = gaugeMetrics(isCompact_).lineWidth;
+    const double inset = lineWidth / 2;
+    const QRectF ring = frame().adjusted(inset, inset, -inset, -inset);
+    strokeArc(painter, ring, kArcStart, kArcStart + kArcSpan, Ink::white(kTrackOpacity).color(), lineWidth);
+    const double end = gaugeArcEnd(content_.value, content_.minVal, content_.max);
+    if (end > kArcStart) {
+        strokeArc(painter, ring, kArcStart, end, content_.tintColor.color(), lineWidth);
+    }
+}
+
+void MetricGauge::paintFigure(QPainter& painter) const {
+    const QString figure = wholeText(content_.value);
+    const TextStyle value = valueStyle(isCompact_, textScale_);
+    TextStyle unit = unitStyle(isCompact_, textScale_);
+    const double valueWidth = textWidth(figure, value);
+    const double unitWidth = textWidth(content_.unit, unit);
+    const double total = valueWidth + kUnitGap + unitWidth;
+    const QPointF centre = frame().center();
+    const QRectF line(centre.x() - total / 2, centre.y() - value.lineHeight / 2, valueWidth + 1, value.lineHeight);
+    drawText(painter, line, figure, value, Qt::AlignLeft, TextFit::value);
+    // On one baseline with the figure, so its box hangs lower by the difference of the centred baselines.
+    const ShapedText figureShape = shapeText(figure, value);
+    const ShapedText unitShape = shapeText(content_.unit, unit);
+    const double drop = baselineOffset(value.lineHeight, figureShape.ascent, figureShape.descent) -
+                        baselineOffset(unit.lineHeight, unitShape.ascent, unitShape.descent);
+    drawText(painter,
+             QRectF(line.left() + valueWidth + kUnitGap, line.top() + drop, unitWidth + 1, unit.lineHeight),
+             content_.unit, unit, Qt::AlignLeft, TextFit::value);
+}
+
+void MetricGauge::paintCaptions(QPainter& painter) const {
+    const GaugeMetrics& metrics = gaugeMetrics(isCompact_);
+    const TextStyle title{metrics.titleSize, metrics.titleHeight, QFont::Medium, 0, KestroTheme::textPrimary};
+    const TextStyle subtitle{metrics.subtitleSize, metrics.subtitleHeight, QFont::Medium, 0,
+                             KestroTheme::textSecondary};
+    const QRectF titleLine(0, metrics.titleTop, width(), metrics.titleHeight);
+    drawText(painter, titleLine, content_.title, title, Qt::AlignHCenter);
+    const QRectF subtitleLine(0, titleLine.bottom(), width(), metrics.subtitleHeight);
+    drawText(painter, subtitleLine, content_.subtitle, subtitle, Qt::AlignHCenter);
+}
+
+}  // namespace kestro

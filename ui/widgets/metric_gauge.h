@@ -1,0 +1,81 @@
+#pragma once
+
+#include "ui/controls/ink.h"
+#include "ui/controls/view.h"
+
+namespace kestro {
+
+/// The value arc's end as a position on the circumference: from 0.15 (no arc) to 0.85. An empty or inverted
+/// range has no arc.
+double gaugeArcEnd(double value, double minVal, double max);
+
+/// A position on the circumference as degrees clockwise from three o'clock; the gap lies at the bottom.
+double gaugeAngle(double position);
+
+/// The sizes of a gauge in points.
+struct GaugeMetrics {
+    double frame;
+    double lineWidth;
+    double valueSize;
+    double unitSize;
+    double titleSize;
+    double subtitleSize;
+    double titleTop;
+    double titleHeight;
+    double subtitleHeight;
+
+    /// The room for value and unit side by side.
+    double innerWidth() const { return frame - 2 * lineWidth - 8; }
+    double height() const { return titleTop + titleHeight + subtitleHeight; }
+};
+const GaugeMetrics& gaugeMetrics(bool isCompact);
+
+/// What a gauge shows.
+struct GaugeContent {
+    QString title;
+    QString subtitle;
+    double value = 0;
+    double minVal = 0;
+    double max = 100;
+    QString unit;
+    Ink tintColor = QColor(Qt::white);
+
+    friend bool operator==(const GaugeContent&, const GaugeContent&) = default;
+};
+
+/// A value as an open ring with its figure inside and two captions below. The ring stands centred at the top
+/// of the widget, whose width is free; the captions may use all of it.
+class MetricGauge : public View {
+    Q_OBJECT
+
+public:
+    explicit MetricGauge(bool isCompact, QWidget* parent = nullptr);
+
+    /// Silent when equal; otherwise repaints the ring or the captions, whichever changed.
+    void setContent(const GaugeContent& content);
+    const GaugeContent& content() const { return content_; }
+
+    void setCompact(bool isCompact);
+
+    /// The scale at which value and unit fit into the ring, 0.8..1, for gauges that share one.
+    double fittingTextScale() const;
+    void setTextScale(double scale);
+
+    QSize sizeHint() const override;
+    AccessibleInfo accessibleInfo() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QRectF frame() const;
+    void paintRing(QPainter& painter) const;
+    void paintFigure(QPainter& painter) const;
+    void paintCaptions(QPainter& painter) const;
+
+    GaugeContent content_;
+    bool isCompact_;
+    double textScale_ = 1;
+};
+
+}  // namespace kestro

@@ -1,0 +1,122 @@
+#include "ui/widgets/ruled_index_row.h"
+
+#include "ui/controls/surface_paint.h"
+#include "ui/controls/text_painter.h"
+#include "ui/theme/hairline.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kLineHeight = 14;
+constexpr double kDetailTop = 13;
+constexpr double kDetailHeight = 11;
+constexpr double kRuleHeight = 2;
+constexpr double kRuleTrackOpacity = 0.08;
+constexpr double kLowRow = 24;
+constexpr double kValueGap = 6;
+
+double ruleAboveEnd(double rowHeight, bool hasDetail, bool isDense) {
+    if (hasDetail) {
+        return isDense ? 4 : 9;
+    }
+    return rowHeight < kLowRow ? 5 : 8;
+}
+
+}  // namespace
+
+RuledIndexGeometry ruledIndexGeometry(const QSizeF& size, bool hasDetail, bool isDense) {
+    RuledIndexGeometry geometry;
+    geometry.line = QRectF(0, 0, size.width(), kLineHeight);
+    if (hasDetail) {
+        geometry.detail = QRectF(0, kDetailTop, size.width(), kDetailHeight);
+    }
+    const double top = size.height() - ruleAboveEnd(size.height(), hasDetail, isDense);
+    geometry.rule = QRectF(0, top, size.width(), kRuleHeight);
+    return geometry;
+}
+
+RuledIndexRow::RuledIndexRow(bool isCompact, QWidget* parent) : View(parent), isCompact_(isCompact) {}
+
+void RuledIndexRow::setContent(const RuledIndexContent& content) {
+    if (content == content_) {
+        return;
+    }
+    const bool isDetailMoved = content.detail.isEmpty() != content_.detail.isEmpty();
+    const bool areTextsChanged = content.label != content_.label ||
+                                 content.compactLabel != content_.compactLabel ||
+                                 content.value != content_.value || content.valueTint != content_.valueTint ||
+                                 content.detail != content_.detail;
+    const bool isRuleChanged =
+        content.progressFraction != content_.progressFraction || content.progressTint != content_.progressTint;
+    content_ = content;
+    if (isDetailMoved) {
+        update();
+        return;
+    }
+    const RuledIndexGeometry geometry = geometryNow();
+    if (areTextsChanged) {
+        update(geometry.line.united(geometry.detail).toAlignedRect());
+    }
+    if (isRuleChanged) {
+        update(geometry.rule.toAlignedRect());
+    }
+}
+
+void RuledIndexRow::setCompact(bool isCompact) {
+    if (isCompact != isCompact_) {
+        isCompact_ = isCompact;
+        update();
+    }
+}
+
+void RuledIndexRow::setDense(bool isDense) {
+    if (isDense != isDense_) {
+        isDense_ = isDense;
+        update();
+    }
+}
+
+AccessibleInfo RuledIndexRow::accessibleInfo() const {
+    AccessibleInfo info = View::accessibleInfo();
+    info.name = content_.label + QStringLiteral(", ") + content_.value;
+    if (!content_.detail.isEmpty()) {
+        info.name += QStringLiteral(", ") + content_.detail;
+    }
+    return info;
+}
+
+void RuledIndexRow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const RuledIndexGeometry geometry = geometryNow();
+    TextStyle value = text_styles::rowValue;
+    value.ink = content_.valueTint;
+    const double valueWidth = std::min(std::ceil(textWidth(content_.value, value)), geometry.line.width());
+    drawText(painter, geometry.line, content_.value, value, Qt::AlignRight, TextFit::value);
+    drawText(painter, geometry.line.adjusted(0, 0, -valueWidth - kValueGap, 0), shownLabel(),
+             text_styles::rowLabel);
+    drawText(painter, geometry.detail, content_.detail, text_styles::rowDetail);
+    if (content_.progressFraction > 0) {
+        paintBar(painter, snappedToDevice(painter, geometry.rule), content_.progressFraction,
+                 Ink::white(kRuleTrackOpacity).color(), content_.progressTint.color());
+    } else {
+        paintHairline(painter, geometry.rule.left(), geometry.rule.right(), geometry.rule.top());
+    }
+}
+
+RuledIndexGeometry RuledIndexRow::geometryNow() const {
+    return ruledIndexGeometry(size(), !content_.detail.isEmpty(), isDense_);
+}
+
+const QString& RuledIndexRow::shownLabel() const {
+    return isCompact_ && !content_.compactLabel.isEmpty() ? content_.compactLabel : content_.label;
+}
+
+}  // namespace kestro

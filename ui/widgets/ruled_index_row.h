@@ -1,0 +1,62 @@
+#pragma once
+
+#include "ui/controls/ink.h"
+#include "ui/controls/view.h"
+#include "ui/theme/kestro_theme.h"
+
+namespace kestro {
+
+/// Where the parts of a row of a given height stand.
+struct RuledIndexGeometry {
+    QRectF line;    ///< label at its left, value at its right
+    QRectF detail;  ///< empty without a detail
+    QRectF rule;
+};
+
+/// The line is 14 high, the detail lies at 13–24. The rule's top lies 8 above the row's end: 9 with a detail
+/// (4 where rows are dense), 5 in rows lower than 24.
+RuledIndexGeometry ruledIndexGeometry(const QSizeF& size, bool hasDetail, bool isDense);
+
+/// What a row shows.
+struct RuledIndexContent {
+    QString label;
+    QString compactLabel;  ///< instead of the label where it is compact; empty: the label
+    QString value;
+    QString detail;
+    double progressFraction = 0;  ///< 0..1; 0: a hairline instead of the rule
+    Ink progressTint = KestroTheme::accentCool;
+    Ink valueTint = KestroTheme::textPrimary;
+
+    friend bool operator==(const RuledIndexContent&, const RuledIndexContent&) = default;
+};
+
+/// A label and its value over a progress rule, with an optional detail between. The value keeps its width;
+/// the label gives way.
+class RuledIndexRow : public View {
+    Q_OBJECT
+
+public:
+    explicit RuledIndexRow(bool isCompact, QWidget* parent = nullptr);
+
+    /// Silent when equal; otherwise repaints the texts or the rule, whichever changed.
+    void setContent(const RuledIndexContent& content);
+    const RuledIndexContent& content() const { return content_; }
+
+    void setCompact(bool isCompact);
+    void setDense(bool isDense);
+
+    AccessibleInfo accessibleInfo() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    RuledIndexGeometry geometryNow() const;
+    const QString& shownLabel() const;
+
+    RuledIndexContent content_;
+    bool isCompact_;
+    bool isDense_ = false;
+};
+
+}  // namespace kestro

@@ -1,0 +1,106 @@
+#include "ui/widgets/sparkline_view.h"
+
+#include "ui/theme/hairline.h"
+
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kLowestTop = 1;
+constexpr double kLineWidth = 1.5;
+constexpr double kMiterLimit = 10;
+constexpr double kAreaTopOpacity = 0.18;
+constexpr double kAreaBottomOpacity = 0.01;
+
+double largest(std::span<const double> values) {
+    double found = 0;
+    for (const double value : values) {
+        found = std::max(found, std::isnan(value) ? 0 : value);
+    }
+    return found;
+}
+
+}  // namespace
+
+double sparklineTop(std::span<const double> values, std::optional<double> maxLimit) {
+    return maxLimit.value_or(std::max(largest(values), kLowestTop));
+}
+
+QPolygonF sparklinePoints(std::span<const double> values, double top, const QRectF& area) {
+    QPolygonF points;
+    const auto count = static_cast<qsizetype>(values.size());
+    if (count < 2) {
+        return points;
+    }
+    points.reserve(count);
+    for (qsizetype i = 0; i < count; ++i) {
+        const double value = values[static_cast<size_t>(i)];
+        const double clamped = std::isnan(value) ? 0 : std::max(std::min(value, top), 0.0);
+        const double share = top > 0 ? clamped / top : 0;
+        const double x = area.left() + area.width() * static_cast<double>(i) / static_cast<double>(count - 1);
+        points.append({x, area.bottom() - area.height() * share});
+    }
+    return points;
+}
+
+SparklineView::SparklineView(const Ink& tintColor, std::optional<double> maxLimit, QWidget* parent)
+    : View(parent), tintColor_(tintColor), maxLimit_(maxLimit) {}
+
+void SparklineView::setData(const std::vector<double>& history) {
+    if (history != data_) {
+        data_ = history;
+        update();
+    }
+}
+
+void SparklineView::setSpoken(const QString& name, std::function<QString(double)> format, const QString& unit) {
+    name_ = name;
+    format_ = std::move(format);
+    unit_ = unit;
+}
+
+AccessibleInfo SparklineView::accessibleInfo() const {
+    AccessibleInfo info = View::accessibleInfo();
+    info.role = QAccessible::Chart;
+    if (format_ && !data_.empty()) {
+        info.name = QStringLiteral("%1 history, now %2%3, highest %4")
+                        .arg(name_, format_(data_.back()), unit_, format_(largest(data_)));
+    }
+    return info;
+}
+
+void SparklineView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF area = QRectF(rect()).adjusted(kBleed, kBleed, -kBleed, -kBleed);
+    for (const double share : {0.0, 0.5, 1.0}) {
+        paintHairline(painter, area.left(), area.right(), area.top() + area.height() * share);
+    }
+    const QPolygonF points = sparklinePoints(data_, sparklineTop(data_, maxLimit_), area);
+    if (points.isEmpty()) {
+        return;
+    }
+    QPainterPath line;
+    line.addPolygon(points);
+    QPainterPath below = line;
+    below.lineTo(points.last().x(), area.bottom());
+    below.lineTo(points.first().x(), area.bottom());
+    below.closeSubpath();
+    QLinearGradient fade(area.topLeft(), area.bottomLeft());
+    fade.setColorAt(0, tintColor_.faded(kAreaTopOpacity).color());
+    fade.setColorAt(1, tintColor_.faded(kAreaBottomOpacity).color());
+    painter.fillPath(below, fade);
+    QPen pen(tintColor_.color(), kLineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    pen.setMiterLimit(kMiterLimit);
+    painter.strokePath(line, pen);
+}
+
+}  // namespace kestro

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "ui/controls/ink.h"
+#include "ui/controls/view.h"
+
+#include <QPolygonF>
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace kestro {
+
+/// The top of a sparkline's scale: the limit when there is one, else the largest value, at least 1.
+double sparklineTop(std::span<const double> values, std::optional<double> maxLimit);
+
+/// Maps `values` (oldest first) onto `area`, clamped to 0..`top`, larger values higher. Fewer than two
+/// values: empty.
+QPolygonF sparklinePoints(std::span<const double> values, double top, const QRectF& area);
+
+/// A history as a line over a fading area, on three hairlines at the bottom, the middle and the top.
+///
+/// The line is drawn in the view's rectangle without a margin of kBleed on all sides, so that its stroke is
+/// not cut at the edges.
+class SparklineView : public View {
+    Q_OBJECT
+
+public:
+    static constexpr int kBleed = 1;
+
+    explicit SparklineView(const Ink& tintColor, std::optional<double> maxLimit = std::nullopt,
+                           QWidget* parent = nullptr);
+
+    /// Oldest first. Silent when equal.
+    void setData(const std::vector<double>& history);
+
+    /// What is told to assistive technology: "`name` history, now …, highest …". `unit` follows the current
+    /// value only; `format` makes the texts of both.
+    void setSpoken(const QString& name, std::function<QString(double)> format, const QString& unit = {});
+
+    AccessibleInfo accessibleInfo() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    std::vector<double> data_;
+    Ink tintColor_;
+    std::optional<double> maxLimit_;
+    QString name_;
+    QString unit_;
+    std::function<QString(double)> format_;
+};
+
+}  // namespace kestro
