@@ -1,0 +1,534 @@
+#include "core/engine/telemetry_engine.h"
+
+#include "tests/core/engine/engine_fixture.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace kestro {
+namespace {
+
+using namespace std::chrono_literals;
+using Periods = std::vector<std::chrono::milliseconds>;
+
+class TelemetryEngineTest : public EngineFixture {
+protected:
+    /// Notes the name of every property as it is published.
+    template <typename Property>
+    void watch(const Property& property, std::string name) {
+        subscriptions_.push_back(
+            property.subscribe([this, name = std::move(name)](const auto&) { published.push_back(name); }));
+    }
+
+    void watchEverything() {
+        watch(engine().fans, "fans");
+        watch(engine().thermals, "thermals");
+        watch(engine().cpu, "cpu");
+        watch(engine().memory, "memory");
+        watch(engine().disk, "disk");
+        watch(engine().network, "network");
+        watch(engine().power, "power");
+        watch(engine().topProcesses, "topProcesses");
+        watch(engine().cpuHistory, "cpuHistory");
+        watch(engine().netDownHistory, "netDownHistory");
+        watch(engine().netUpHistory, "netUpHistory");
+    }
+
+    Periods periodsWith(PollingProfile profile, bool active) {
+        settings.pollingProfile.set(profile);
+        engine().setUIActive(active);
+        engine().restartTimer();
+        return mac.runLoop.timerPeriods();
+    }
+
+    std::string uptimeAfter(std::chrono::seconds duration) {
+        mac.systemControl.boot = TimeValue{1'000'000, 999'999};
+        mac.clock.setWall(WallTime(1'000'000s) + duration);
+        const std::string text = engine().uptimeString();
+        destroyEngine();
+        return text;
+    }
+
+    std::vector<std::string> published;
+
+private:
+    std::vector<Subscription> subscriptions_;
+};
+
+TEST_F(TelemetryEngineTest, StartsWithTheInitialRecordsAndTakesNoSample) {
+    EXPECT_TRUE(engine().fans.get().empty());
+    EXPECT_EQ(engine().thermals.get(), ThermalTelemetry::initial());
+    EXPECT_EQ(engine().cpu.get(), CPUTelemetry::initial());
+    EXPECT_EQ(engine().memory.get(), MemoryTelemetry::initial());
+    EXPECT_EQ(engine().disk.get(), DiskTelemetry::initial());
+    EXPECT_EQ(engine().network.get(), NetworkTelemetry::initial());
+    EXPECT_EQ(engine().power.get(), PowerTelemetry::initial());
+    EXPECT_TRUE(engine().topProcesses.get().empty());
+    EXPECT_EQ(engine().cpuHistory.get(), std::vector<double>(30));
+    EXPECT_EQ(engine().netDownHistory.get(), std::vector<double>(30));
+    EXPECT_EQ(engine().netUpHistory.get(), std::vector<double>(30));
+    EXPECT_FALSE(engine().isUIActive.get());
+    EXPECT_EQ(mac.machHost.statisticsCalls(), 0);
+    EXPECT_EQ(mac.machHost.processorInfoCalls(), 0);
+}
+
+TEST_F(TelemetryEngineTest, NamesTheMachineByBrandAndModel) {
+    EXPECT_EQ(engine().macModel(), "Apple M2 Pro (Mac14,9)");
+}
+
+TEST_F(TelemetryEngineTest, NamesTheMachineByItsModelAloneWithoutABrand) {
+    mac.systemControl.texts.erase("machdep.cpu.brand_string");
+    EXPECT_EQ(engine().macModel(), "Mac14,9");
+
+    destroyEngine();
+    mac.systemControl.texts["machdep.cpu.brand_string"] = "";
+    EXPECT_EQ(engine().macModel(), "Mac14,9");
+}
+
+TEST_F(TelemetryEngineTest, HasNoNameForAMachineThatSaysNothing) {
+    mac.systemControl.texts.clear();
+
+    EXPECT_EQ(engine().macModel(), "");
+}
+
+TEST_F(TelemetryEngineTest, NamesTheSystemWithAllThreeNumbers) {
+    EXPECT_EQ(engine().macOSVersion(), "macOS 14.5.0");
+
+    destroyEngine();
+    mac.processInfo.version = {"Debian GNU/Linux", 12, 0, 7};
+    EXPECT_EQ(engine().macOSVersion(), "Debian GNU/Linux 12.0.7");
+}
+
+TEST_F(TelemetryEngineTest, DropsTheMicrosecondsOfTheBootTime) {
+    mac.systemControl.boot = TimeValue{1'700'000'000, 999'999};
+
+    EXPECT_EQ(engine().bootTime(), WallTime(1'700'000'000s));
+}
+
+TEST_F(TelemetryEngineTest, TakesThePresentForAnUnknownBootTime) {
+    mac.systemControl.boot = std::nullopt;
+    mac.advance(1min);
+
+    EXPECT_EQ(engine().bootTime(), SimulatedClock::startOfWall + 1min);
+    EXPECT_EQ(engine().uptimeString(), "0h 0m");
+}
+
+TEST_F(TelemetryEngineTest, SurvivesABootTimeWithoutMeaning) {
+    mac.systemControl.boot = TimeValue{std::numeric_limits<std::int64_t>::max(), 0};
+    EXPECT_EQ(engine().uptimeString(), "0h 0m");
+
+    destroyEngine();
+    mac.systemControl.boot = TimeValue{std::numeric_limits<std::int64_t>::min(), 0};
+    EXPECT_EQ(engine().bootTime(), WallTime());
+}
+
+TEST_F(TelemetryEngineTest, WritesTheUptime) {
+    EXPECT_EQ(uptimeAfter(0s), "0h 0m");
+    EXPECT_EQ(uptimeAfter(59s), "0h 0m");
+    EXPECT_EQ(uptimeAfter(5h + 3min + 59s), "5h 3m");
+    EXPECT_EQ(uptimeAfter(86399s), "23h 59m");
+    EXPECT_EQ(uptimeAfter(86400s), "1d 0h 0m");
+    EXPECT_EQ(uptimeAfter(48h + 41min), "2d 0h 41m");
+    EXPECT_EQ(uptimeAfter(24h * 400), "400d 0h 0m");
+}
+
+TEST_F(TelemetryEngineTest, NeverCountsTheUptimeBelowZero) {
+    EXPECT_EQ(uptimeAfter(-3h), "0h 0m");
+}
+
+TEST_F(TelemetryEngineTest, ChoosesThePeriodByProfileAndActivity) {
+    EXPECT_EQ(periodsWith(PollingProfile::eco, true), Periods{1500ms});
+    EXPECT_EQ(periodsWith(PollingProfile::eco, false), Periods{3000ms});
+    EXPECT_EQ(periodsWith(PollingProfile::balanced, true), Periods{1000ms});
+    EXPECT_EQ(periodsWith(PollingProfile::balanced, false), Periods{2000ms});
+    EXPECT_EQ(periodsWith(PollingProfile::highPrecision, true), Periods{500ms});
+    EXPECT_EQ(periodsWith(PollingProfile::highPrecision, false), Periods{1000ms});
+}
+
+TEST_F(TelemetryEngineTest, FollowsAProfileThatChangesWhileAWindowShows) {
+    engine().setUIActive(true);
+
+    settings.pollingProfile.set(PollingProfile::highPrecision);
+    engine().restartTimer();
+    EXPECT_EQ(mac.runLoop.timerPeriods(), Periods{500ms});
+    engine().setUIActive(false);
+
+    EXPECT_EQ(mac.runLoop.timerPeriods(), Periods{1000ms});
+}
+
+TEST_F(TelemetryEngineTest, SamplesAtOnceWhenAWindowShowsAndNotWhenItHides) {
+    watchEverything();
+
+    engine().setUIActive(true);
+    const auto publishedOnShowing = std::exchange(published, {});
+    engine().setUIActive(false);
+
+    EXPECT_EQ(std::ranges::count(publishedOnShowing, "disk"), 1);
+    EXPECT_TRUE(published.empty());
+}
+
+TEST_F(TelemetryEngineTest, BecomingActiveTwiceInARowRestartsAndSamplesOnce) {
+    watchEverything();
+    const auto scheduledBefore = mac.runLoop.scheduledTimers();
+
+    engine().setUIActive(true);
+    engine().setUIActive(true);
+
+    EXPECT_EQ(mac.runLoop.scheduledTimers(), scheduledBefore + 1);
+    EXPECT_EQ(std::ranges::count(published, "disk"), 1);
+}
+
+TEST_F(TelemetryEngineTest, PublishesTheNewActivityBeforeItSamples) {
+    std::vector<std::string> order;
+    const auto activity = engine().isUIActive.subscribe([&](bool) { order.emplace_back("active"); });
+    const auto sample = engine().fans.subscribe([&](const auto&) { order.emplace_back("fans"); });
+
+    engine().setUIActive(true);
+
+    EXPECT_EQ(order, (std::vector<std::string>{"active", "fans"}));
+}
+
+TEST_F(TelemetryEngineTest, PublishesAFullSampleInOrder) {
+    watchEverything();
+
+    engine().sampleFull();
+    mac.runPending();
+
+    EXPECT_EQ(published,
+              (std::vector<std::string>{"fans", "memory", "thermals", "cpu", "disk", "network", "power",
+                                        "cpuHistory", "netDownHistory", "netUpHistory", "topProcesses"}));
+}
+
+TEST_F(TelemetryEngineTest, PublishesWhatTheReadersRead) {
+    engine().sampleFull();
+    mac.advance(10s);
+    engine().sampleFull();
+    mac.runPending();
+
+    ASSERT_EQ(engine().fans.get().size(), 2u);
+    EXPECT_EQ(engine().fans.get()[0].name, "Left Fan");
+    EXPECT_NEAR(engine().fans.get()[0].currentRPM, 1420, 30);
+    EXPECT_NEAR(engine().memory.get().usedPercentage(), 42, 2);
+    EXPECT_NEAR(engine().thermals.get().averageSoCTemp, 50, 3);
+    EXPECT_EQ(engine().cpu.get().coreLoads.size(), 12u);
+    EXPECT_GT(engine().cpu.get().totalUsage, 5);
+    EXPECT_EQ(engine().disk.get().totalBytes, mac.fileSystem.root.blocks * 4096);
+    EXPECT_GT(engine().network.get().downloadBytesPerSec, 100'000);
+    EXPECT_EQ(engine().network.get().localIP, "192.168.1.24");
+    EXPECT_EQ(engine().power.get().percentage, 87);
+    EXPECT_EQ(engine().cpuHistory.get().back(), engine().cpu.get().totalUsage);
+    EXPECT_EQ(engine().netDownHistory.get().back(), engine().network.get().downloadBytesPerSec);
+    EXPECT_EQ(engine().netUpHistory.get().back(), engine().network.get().uploadBytesPerSec);
+    EXPECT_FALSE(engine().topProcesses.get().empty());
+}
+
+TEST_F(TelemetryEngineTest, DoesNotNotifyBetweenReadings) {
+    std::int64_t processorReadings = 0;
+    const auto subscription =
+        engine().fans.subscribe([&](const auto&) { processorReadings = mac.machHost.processorInfoCalls(); });
+
+    engine().sampleFull();
+
+    EXPECT_EQ(processorReadings, 1);
+}
+
+TEST_F(TelemetryEngineTest, TakesFullSamplesWhileAWindowShows) {
+    engine().setUIActive(true);
+    watchEverything();
+
+    mac.advance(3s);
+
+    EXPECT_EQ(std::ranges::count(published, "disk"), 3);
+    EXPECT_EQ(std::ranges::count(published, "cpuHistory"), 3);
+}
+
+TEST_F(TelemetryEngineTest, TakesOnlyLightSamplesWhileNothingShows) {
+    settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
+    watchEverything();
+
+    mac.advance(4s);
+
+    EXPECT_EQ(published, (std::vector<std::string>{"fans", "memory", "cpu", "fans", "memory", "cpu"}));
+}
+
+TEST_F(TelemetryEngineTest, ReadsTheProcessorWhileIdleOnlyWhereTheModeShowsIt) {
+    for (const MenubarDisplayMode mode : allCases<MenubarDisplayMode>()) {
+        settings.menubarDisplayMode.set(mode);
+        const auto before = mac.machHost.processorInfoCalls();
+        const bool shown = mode == MenubarDisplayMode::combined || mode == MenubarDisplayMode::tripleGlance ||
+                           mode == MenubarDisplayMode::cpuOnly;
+
+        engine();
+        mac.advance(2s);
+
+        EXPECT_EQ(mac.machHost.processorInfoCalls() - before, shown ? 1 : 0) << rawValue(mode);
+    }
+}
+
+TEST_F(TelemetryEngineTest, DoesNotRepublishTheProcessorInMemoryOnlyMode) {
+    settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
+    watchEverything();
+
+    mac.advance(2s);
+
+    EXPECT_EQ(published, (std::vector<std::string>{"fans", "memory"}));
+}
+
+TEST_F(TelemetryEngineTest, MeasuresTheProcessorAcrossTheWholeIdleStretch) {
+    mac.freeze();
+    settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
+    engine().sampleFull();
+    for (std::size_t core = 0; core < mac.machHost.cores.size(); ++core) {
+        mac.machHost.addTicks(core, {30, 0, 70, 0});
+    }
+
+    mac.advance(1h);
+    engine().sampleFull();
+
+    EXPECT_DOUBLE_EQ(engine().cpu.get().totalUsage, 30);
+}
+
+TEST_F(TelemetryEngineTest, LooksAtTheActivityWhenTheTimerFires) {
+    settings.menubarDisplayMode.set(MenubarDisplayMode::iconOnly);
+    watchEverything();
+
+    mac.advance(2s);
+    engine().setUIActive(true);
+    published.clear();
+    mac.advance(1s);
+
+    EXPECT_EQ(std::ranges::count(published, "disk"), 1);
+}
+
+TEST_F(TelemetryEngineTest, KeepsThirtyEntriesOfHistory) {
+    std::vector<double> downloads;
+    for (int sample = 0; sample < 31; ++sample) {
+        mac.advance(1s);
+        engine().sampleFull();
+        downloads.push_back(engine().network.get().downloadBytesPerSec);
+    }
+
+    ASSERT_EQ(engine().netDownHistory.get().size(), 30u);
+    EXPECT_EQ(engine().netDownHistory.get(), std::vector<double>(downloads.begin() + 1, downloads.end()));
+    EXPECT_GT(engine().netDownHistory.get().front(), 0);
+}
+
+TEST_F(TelemetryEngineTest, AppendsTheNewestAtTheEndOfTheHistory) {
+    engine().sampleFull();
+    mac.advance(1s);
+    engine().sampleFull();
+
+    const auto& history = engine().netUpHistory.get();
+    EXPECT_EQ(history.size(), 30u);
+    EXPECT_GT(history[29], 0);
+    EXPECT_EQ(history[28], 0);
+}
+
+TEST_F(TelemetryEngineTest, ListsProcessesInTheBackgroundByTheSettings) {
+    settings.processSortMetric.set(ProcessSortMetric::memory);
+    settings.processCountLimit.set(3);
+    mac.runLoop.holdBackgroundTasks();
+
+    engine().sampleFull();
+    EXPECT_TRUE(mac.commandRunner.calls().empty());
+    mac.runLoop.releaseBackgroundTasks();
+
+    EXPECT_EQ(mac.runLoop.startedBackgroundTasks(TaskPriority::userInitiated), 1);
+    EXPECT_EQ(mac.commandRunner.calls().at(0).arguments.at(1), "-m");
+    ASSERT_EQ(engine().topProcesses.get().size(), 3u);
+    EXPECT_EQ(engine().topProcesses.get()[0].name, "Safari");
+}
+
+TEST_F(TelemetryEngineTest, ReadsTheSettingsOfAListingWhenItIsAskedFor) {
+    settings.processSortMetric.set(ProcessSortMetric::cpu);
+    settings.processCountLimit.set(4);
+    mac.runLoop.holdBackgroundTasks();
+
+    engine().refreshProcesses();
+    settings.processSortMetric.set(ProcessSortMetric::memory);
+    settings.processCountLimit.set(9);
+    mac.runLoop.releaseBackgroundTasks();
+
+    EXPECT_EQ(engine().topProcesses.get().size(), 4u);
+    EXPECT_EQ(mac.commandRunner.calls().at(0).arguments.back(), "-r");
+}
+
+TEST_F(TelemetryEngineTest, KeepsTheLastListWhileProcessesAreNotShown) {
+    engine().sampleFull();
+    mac.runPending();
+    const auto listed = engine().topProcesses.get();
+    settings.showTopProcesses.set(false);
+    engine().setUIActive(true);
+
+    mac.advance(1h);
+
+    EXPECT_FALSE(listed.empty());
+    EXPECT_EQ(engine().topProcesses.get(), listed);
+    EXPECT_EQ(mac.commandRunner.calls().size(), 1u);
+}
+
+TEST_F(TelemetryEngineTest, ListsProcessesOnRequestWhileTheyAreNotShown) {
+    settings.showTopProcesses.set(false);
+
+    engine().refreshProcesses();
+    mac.runPending();
+
+    EXPECT_FALSE(engine().topProcesses.get().empty());
+}
+
+TEST_F(TelemetryEngineTest, TheListingThatFinishesLastWins) {
+    mac.runLoop.holdBackgroundTasks();
+    settings.processCountLimit.set(1);
+    engine().refreshProcesses();
+    settings.processCountLimit.set(2);
+    engine().refreshProcesses();
+
+    mac.runLoop.finishBackgroundTask(1);
+    EXPECT_EQ(engine().topProcesses.get().size(), 2u);
+    mac.runLoop.finishBackgroundTask(0);
+
+    EXPECT_EQ(engine().topProcesses.get().size(), 1u);
+}
+
+TEST_F(TelemetryEngineTest, AnEmptyListingReplacesTheList) {
+    engine().refreshProcesses();
+    mac.runPending();
+    mac.commandRunner.failure.always();
+
+    engine().refreshProcesses();
+    mac.runPending();
+
+    EXPECT_TRUE(engine().topProcesses.get().empty());
+}
+
+TEST_F(TelemetryEngineTest, AListingThatEndsAfterTheEngineChangesNothing) {
+    mac.runLoop.holdBackgroundTasks();
+    engine().refreshProcesses();
+    mac.runLoop.holdBackgroundTasks();
+
+    destroyEngine();
+    mac.runLoop.finishBackgroundTask(0);
+
+    EXPECT_EQ(mac.commandRunner.calls().size(), 1u);
+}
+
+TEST_F(TelemetryEngineTest, FallsSilentWhenItIsDestroyed) {
+    engine();
+    mac.advance(2s);
+    const auto calls = mac.machHost.statisticsCalls();
+
+    destroyEngine();
+    mac.advance(1min);
+
+    EXPECT_EQ(mac.machHost.statisticsCalls(), calls);
+    EXPECT_TRUE(mac.runLoop.timerPeriods().empty());
+}
+
+TEST_F(TelemetryEngineTest, ASubscriberMayAskForASampleOfItsOwn) {
+    mac.freeze();
+    int samples = 0;
+    const auto subscription = engine().fans.subscribe([&](const auto&) {
+        if (++samples == 1) {
+            engine().sampleFull();
+        }
+    });
+
+    engine().sampleFull();
+
+    EXPECT_EQ(samples, 2);
+    ASSERT_EQ(engine().fans.get().size(), 2u);
+    EXPECT_EQ(engine().fans.get()[1].currentRPM, 1460);
+    EXPECT_EQ(engine().cpuHistory.get().size(), 30u);
+}
+
+TEST_F(TelemetryEngineTest, ASubscriberMayRestartTheTimerInsideATick) {
+    int ticks = 0;
+    const auto subscription = engine().memory.subscribe([&](const auto&) {
+        ++ticks;
+        engine().restartTimer();
+    });
+
+    mac.advance(20s);
+
+    EXPECT_EQ(ticks, 10);
+    EXPECT_EQ(mac.runLoop.timerPeriods(), Periods{2000ms});
+}
+
+TEST_F(TelemetryEngineTest, ASubscriberMayHideTheWindowAgainAtOnce) {
+    watchEverything();
+    const auto subscription = engine().isUIActive.subscribe([&](bool active) {
+        if (active) {
+            engine().setUIActive(false);
+        }
+    });
+
+    engine().setUIActive(true);
+
+    EXPECT_FALSE(engine().isUIActive.get());
+    EXPECT_EQ(mac.runLoop.timerPeriods(), Periods{2000ms});
+    EXPECT_TRUE(published.empty());
+}
+
+TEST_F(TelemetryEngineTest, PublishesFallbacksWhenEverythingFails) {
+    mac.smc.bytesFailure.always();
+    mac.machHost.statisticsFailure.always();
+    mac.machHost.processorInfoFailure.always();
+    mac.hidEventSystem.servicesFailure.always();
+    mac.fileSystem.failure.always();
+    mac.networkInterfaces.interfacesFailure.always();
+    mac.powerSources.failure.always();
+    mac.commandRunner.failure.always();
+
+    engine().sampleFull();
+    mac.runPending();
+
+    EXPECT_TRUE(engine().fans.get().empty());
+    EXPECT_EQ(engine().memory.get().freeBytes, mac.processInfo.memory);
+    EXPECT_EQ(engine().cpu.get().idleUsage, 100);
+    EXPECT_EQ(engine().thermals.get(), ThermalTelemetry::initial());
+    EXPECT_EQ(engine().disk.get(), DiskTelemetry::initial());
+    EXPECT_EQ(engine().network.get(), NetworkTelemetry::initial());
+    EXPECT_EQ(engine().power.get(), PowerTelemetry::initial());
+    EXPECT_TRUE(engine().topProcesses.get().empty());
+}
+
+TEST_F(TelemetryEngineTest, PassesThePinAndTheModeThroughToTheSettings) {
+    settings.isPinned.set(true);
+    EXPECT_TRUE(engine().isPinned());
+    engine().setPinned(false);
+    EXPECT_FALSE(settings.isPinned.get());
+
+    engine().setMenubarMode(MenubarDisplayMode::fansOnly);
+    EXPECT_EQ(engine().menubarMode(), MenubarDisplayMode::fansOnly);
+    EXPECT_EQ(settings.menubarDisplayMode.get(), MenubarDisplayMode::fansOnly);
+    EXPECT_EQ(UserSettings(mac.userDefaults).menubarDisplayMode.get(), MenubarDisplayMode::fansOnly);
+}
+
+TEST_F(TelemetryEngineTest, WritesTemperaturesInTheChosenUnit) {
+    settings.temperatureUnit.set(TemperatureUnit::celsius);
+    EXPECT_EQ(engine().formatTemp(48.04), "48.0°C");
+
+    settings.temperatureUnit.set(TemperatureUnit::fahrenheit);
+    EXPECT_EQ(engine().formatTemp(48), "118.4°F");
+}
+
+TEST_F(TelemetryEngineTest, WritesFanSpeedsInTheChosenUnit) {
+    settings.fanSpeedUnit.set(FanSpeedUnit::kRPM);
+    EXPECT_EQ(engine().formatFanRPM(1420.9), "1.4k");
+    EXPECT_EQ(engine().formatFanRPM(999.9), "999");
+
+    settings.fanSpeedUnit.set(FanSpeedUnit::rawRPM);
+    EXPECT_EQ(engine().formatFanRPM(850.2), "850 RPM");
+}
+
+TEST_F(TelemetryEngineTest, WritesAFanSpeedThatIsNoNumberAsZero) {
+    settings.fanSpeedUnit.set(FanSpeedUnit::kRPM);
+
+    EXPECT_EQ(engine().formatFanRPM(std::numeric_limits<double>::quiet_NaN()), "0");
+    EXPECT_FALSE(engine().formatFanRPM(std::numeric_limits<double>::infinity()).empty());
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,100 @@
+#include "tests/core/engine/engine_fixture.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local std::int64_t allocations = 0;
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* const storage = std::malloc(size != 0 ? size : 1)) {
+        return storage;
+    }
+    throw std::bad_alloc();
+}
+
+void operator delete(void* storage) noexcept {
+    std::free(storage);
+}
+
+void operator delete(void* storage, std::size_t) noexcept {
+    std::free(storage);
+}
+
+namespace kestro {
+namespace {
+
+using namespace std::chrono_literals;
+
+class TickAllocationsTest : public EngineFixture {
+protected:
+    /// Allocations of a hundred seconds, after ten that prepare the storage.
+    std::int64_t allocationsInSteadyState() {
+        const auto onFans = engine().fans.subscribe([this](const auto& newest) { seenFans += newest.size(); });
+        const auto onCPU =
+            engine().cpu.subscribe([this](const auto& newest) { seenCores += newest.coreLoads.size(); });
+        const auto onMemory =
+            engine().memory.subscribe([this](const auto& newest) { seenBytes += newest.usedBytes; });
+        mac.advance(10s);
+        const auto before = allocations;
+        mac.advance(100s);
+        return allocations - before;
+    }
+
+    std::size_t seenFans = 0;
+    std::size_t seenCores = 0;
+    std::uint64_t seenBytes = 0;
+};
+
+TEST_F(TickAllocationsTest, TheCounterCounts) {
+    const auto before = allocations;
+
+    const auto text = std::make_unique<std::string>(100, 'x');
+
+    EXPECT_EQ(allocations - before, 2);
+    EXPECT_EQ(text->size(), 100u);
+}
+
+TEST_F(TickAllocationsTest, ALightTickAllocatesNothing) {
+    settings.menubarDisplayMode.set(MenubarDisplayMode::tripleGlance);
+
+    EXPECT_EQ(allocationsInSteadyState(), 0);
+    EXPECT_EQ(seenFans, 2u * 55);
+    EXPECT_EQ(seenCores, 12u * 54);
+    EXPECT_GT(seenBytes, 0u);
+}
+
+TEST_F(TickAllocationsTest, ALightTickAllocatesNothingWithManyFansAndLongClusterNames) {
+    settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
+    mac.smc.setFans(std::vector<float>(10, 900.0F));
+    mac.systemControl.texts["hw.perflevel0.name"] = "A cluster whose name is longer than any small buffer";
+
+    EXPECT_EQ(allocationsInSteadyState(), 0);
+    EXPECT_EQ(seenFans, 10u * 55);
+}
+
+TEST_F(TickAllocationsTest, ALightTickAllocatesNothingWhileEveryCallFails) {
+    settings.menubarDisplayMode.set(MenubarDisplayMode::combined);
+    mac.smc.informationFailure.always();
+    mac.machHost.processorInfoFailure.always();
+    mac.machHost.statisticsFailure.always();
+
+    EXPECT_EQ(allocationsInSteadyState(), 0);
+}
+
+TEST_F(TickAllocationsTest, TheHistoriesOfAFullSampleAllocateNothing) {
+    mac.hidEventSystem.servicesFailure.always();
+    mac.networkInterfaces.interfacesFailure.always();
+    mac.powerSources.failure.always();
+    settings.showTopProcesses.set(false);
+    engine().setUIActive(true);
+
+    EXPECT_EQ(allocationsInSteadyState(), 0);
+}
+
+}  // namespace
+}  // namespace kestro
