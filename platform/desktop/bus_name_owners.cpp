@@ -1,0 +1,65 @@
+#include "platform/desktop/bus_name_owners.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+
+namespace kestro {
+
+BusNameOwners::BusNameOwners(const QDBusConnection& bus, const QStringList& names, Handler handler)
+    : bus_(bus), handler_(std::move(handler)) {
+    if (!bus_.isConnected()) {
+        return;
+    }
+    watcher_.setConnection(bus_);
+    watcher_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
+    watcher_.setWatchedServices(names);
+    QObject::connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, &context_,
+                     [this](const QString& name, const QString&, const QString& owner) { setOwner(name, owner); });
+    for (const auto& name : names) {
+        auto message = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetNameOwner"));
+        message << name;
+        const auto call = bus_.asyncCall(message);
+        questions_.push_back({name, call});
+        const auto* answer = new QDBusPendingCallWatcher(call, &context_);
+        QObject::connect(answer, &QDBusPendingCallWatcher::finished, &context_,
+                         [this](QDBusPendingCallWatcher* finished) {
+                             finished->deleteLater();
+                             poll();
+                         });
+    }
+}
+
+QString BusNameOwners::owner(const QString& name) const {
+    const auto found = owners_.find(name);
+    return found == owners_.end() ? QString() : found->second;
+}
+
+void BusNameOwners::poll() {
+    const auto answered = std::ranges::stable_partition(
+        questions_, [](const Question& question) { return !question.call.isFinished(); });
+    const std::vector<Question> taken(answered.begin(), answered.end());
+    questions_.erase(answered.begin(), answered.end());
+    for (const auto& question : taken) {
+        const QDBusPendingReply<QString> reply = question.call;
+        if (!reply.isError()) {
+            setOwner(question.name, reply.value());
+        }
+    }
+    if (!taken.empty() && questions_.empty()) {
+        handler_(QString());
+    }
+}
+
+void BusNameOwners::setOwner(const QString& name, const QString& owner) {
+    if (std::exchange(owners_[name], owner) != owner) {
+        handler_(name);
+    }
+}
+
+}  // namespace kestro

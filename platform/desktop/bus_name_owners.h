@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <vector>
+
+#include <QDBusConnection>
+#include <QDBusPendingCall>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+namespace kestro {
+
+/// Knows at every moment which of a few names on one bus are owned, and by which connection, without ever
+/// waiting for the bus. Nothing is started by watching. Main thread.
+class BusNameOwners {
+public:
+    /// Called after the owner of `name` has changed, and once with an empty name when all have become known.
+    using Handler = std::function<void(const QString& name)>;
+
+    BusNameOwners(const QDBusConnection& bus, const QStringList& names, Handler handler);
+    BusNameOwners(const BusNameOwners&) = delete;
+    BusNameOwners& operator=(const BusNameOwners&) = delete;
+
+    const QDBusConnection& bus() const { return bus_; }
+
+    /// The unique name of the owner's connection; empty: nobody owns the name, or it is not known yet.
+    QString owner(const QString& name) const;
+
+    /// Whether the bus has told about every name. Without a bus this is true and nothing is owned.
+    bool isKnown() const { return questions_.empty(); }
+
+    /// Takes answers that have arrived but wait in the event loop still, without running the loop.
+    void poll();
+
+private:
+    struct Question {
+        QString name;
+        QDBusPendingCall call;
+    };
+
+    void setOwner(const QString& name, const QString& owner);
+
+    QDBusConnection bus_;
+    Handler handler_;
+    std::map<QString, QString> owners_;
+    std::vector<Question> questions_;
+    QDBusServiceWatcher watcher_;
+    QObject context_;
+};
+
+}  // namespace kestro

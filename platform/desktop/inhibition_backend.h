@@ -1,0 +1,66 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <variant>
+
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
+#include <QString>
+
+namespace kestro {
+
+/// The services that keep a session from idling, best first. Each gives its lock up when our connection to the
+/// bus ends, however the process ends; where that is written:
+/// - GNOME's session manager, also MATE's and Cinnamon's: gsm-manager.c, remove_inhibitors_for_connection;
+/// - KDE's policy agent: powerdevilpolicyagent.cpp, PolicyAgent::onServiceUnregistered;
+/// - Xfce's power manager: xfpm-inhibit.c, xfpm_inhibit_connection_lost_cb;
+/// - the portal: xdg-desktop-portal, request.c, close_requests_for_sender;
+/// - the screen saver: freedesktop.org, Idle Inhibition Service, chapter 3, on leaving the session bus;
+/// - logind, whose lock is a file descriptor that the kernel closes: org.freedesktop.login1(5), Inhibit().
+enum class InhibitionBackend : std::uint8_t {
+    gnomeSessionManager,
+    kdePolicyAgent,
+    freedesktopPowerManagement,
+    portal,
+    screenSaver,
+    logind,
+};
+
+inline constexpr std::size_t inhibitionBackendCount = 6;
+
+/// What is to be kept awake. `displayAndSystem` false: the system only.
+struct InhibitionWish {
+    bool displayAndSystem = true;
+    QString reason;
+};
+
+/// A lock that a backend gave: its cookie, its request object, or its descriptor.
+using InhibitionLock = std::variant<std::uint32_t, QDBusObjectPath, QDBusUnixFileDescriptor>;
+
+/// The well-known name of a backend.
+QString serviceName(InhibitionBackend backend);
+
+/// True for the backend that lives on the system bus; the others live on the session bus.
+bool isOnSystemBus(InhibitionBackend backend);
+
+/// The order in which backends are asked. `freedesktopPowerManagement` stops display and system together, so
+/// that where it reigns a wish for the system alone goes to logind first.
+std::array<InhibitionBackend, inhibitionBackendCount> backendOrder(bool displayAndSystem,
+                                                                   bool hasFreedesktopPowerManagement);
+
+/// The call that asks `backend` for a lock, which never starts a service. nullopt: the backend cannot do it.
+/// `weakest` asks logind for a mode that a user's own command overrides; daemons before version 257 refuse it.
+std::optional<QDBusMessage> inhibitCall(InhibitionBackend backend, const InhibitionWish& wish, bool weakest);
+
+/// The lock in a reply; nullopt: refused, or a reply that holds none.
+std::optional<InhibitionLock> lockFromReply(InhibitionBackend backend, const QDBusMessage& reply);
+
+/// The call that gives a lock back to the connection that gave it, so that it never reaches a later owner of
+/// the backend's name. nullopt: dropping the lock is enough.
+std::optional<QDBusMessage> releaseCall(InhibitionBackend backend, const InhibitionLock& lock,
+                                        const QString& grantedBy);
+
+}  // namespace kestro

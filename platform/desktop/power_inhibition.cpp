@@ -1,0 +1,176 @@
+#include "platform/desktop/power_inhibition.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include <QCoreApplication>
+#include <QDBusError>
+#include <QDBusPendingCallWatcher>
+
+namespace kestro {
+
+struct PowerInhibition::Attempt {
+    PowerInhibition* owner;  // nullptr: the answer does not count any more
+    InhibitionBackend backend;
+    bool weakest;
+    QDBusConnection bus;
+    QDBusPendingCall call;
+    bool taken = false;
+
+    /// Gives back what came too late.
+    void giveBack() const {
+        const auto reply = call.reply();
+        const auto lock = lockFromReply(backend, reply);
+        if (const auto release = lock ? releaseCall(backend, *lock, reply.service()) : std::nullopt) {
+            bus.send(*release);
+        }
+    }
+};
+
+PowerInhibition::PowerInhibition(const InhibitionBuses& buses, InhibitionWish wish,
+                                 std::function<void()> onRefused)
+    : buses_(buses), wish_(std::move(wish)), onRefused_(std::move(onRefused)) {
+    patience_.setSingleShot(true);
+    QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] {
+        refusedBy_.insert(attempt_->backend);
+        giveUpAttempt();
+        askBest();
+    });
+    askBest();
+}
+
+PowerInhibition::~PowerInhibition() {
+    giveUpAttempt();
+    releaseLock();
+}
+
+void PowerInhibition::poll() {
+    if (const auto attempt = attempt_; attempt && attempt->call.isFinished()) {
+        take(attempt);
+    } else if (state_ == State::waiting) {
+        askBest();
+    }
+}
+
+void PowerInhibition::ownersChanged(InhibitionBackend changed) {
+    if (state_ == State::refused) {
+        return;
+    }
+    const auto concerns = [&](InhibitionBackend current) {
+        return changed == current || isBetterThan(changed, current);
+    };
+    refusedBy_.erase(changed);
+    if (state_ == State::waiting || (state_ == State::held && concerns(heldBackend_)) ||
+        (attempt_ && concerns(attempt_->backend))) {
+        giveUpAttempt();
+        releaseLock();
+        askBest();
+    }
+}
+
+void PowerInhibition::requestEnded(const QString& path) {
+    const auto* request = lock_ ? std::get_if<QDBusObjectPath>(&*lock_) : nullptr;
+    if (request != nullptr && request->path() == path) {
+        lock_.reset();
+        refusedBy_.insert(InhibitionBackend::portal);
+        askBest();
+    }
+}
+
+void PowerInhibition::askBest() {
+    state_ = State::waiting;
+    if (!buses_.isKnown()) {
+        return;
+    }
+    for (const auto backend : order()) {
+        if (isOwned(backend) && !refusedBy_.contains(backend) && inhibitCall(backend, wish_, true)) {
+            // An idle lock is never in a user's way: only the one for sleep asks for the weakest form.
+            ask(backend, backend == InhibitionBackend::logind && !wish_.displayAndSystem);
+            return;
+        }
+    }
+    // The service that gave the lock before may come back.
+    if (!wasGranted_ || refusedBy_.contains(heldBackend_)) {
+        refuse();
+    }
+}
+
+void PowerInhibition::ask(InhibitionBackend backend, bool weakest) {
+    state_ = State::asking;
+    const auto& bus = buses_.of(backend).bus();
+    // No time limit on the bus: an answer that comes after all patience must still be given back.
+    const auto call = bus.asyncCall(*inhibitCall(backend, wish_, weakest), std::numeric_limits<int>::max());
+    attempt_ = std::make_shared<Attempt>(Attempt{this, backend, weakest, bus, call});
+    patience_.start(buses_.patience);
+    // Outlives this object, for the answer that nobody waits for.
+    auto* watcher = new QDBusPendingCallWatcher(call, QCoreApplication::instance());
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
+                     [attempt = attempt_](QDBusPendingCallWatcher* finished) {
+                         finished->deleteLater();
+                         if (attempt->owner != nullptr) {
+                             attempt->owner->take(attempt);
+                         } else if (!attempt->taken) {
+                             attempt->giveBack();
+                         }
+                     });
+}
+
+void PowerInhibition::take(const std::shared_ptr<Attempt>& attempt) {
+    giveUpAttempt();
+    attempt->taken = true;
+    const auto reply = attempt->call.reply();
+    if (auto lock = lockFromReply(attempt->backend, reply)) {
+        heldBackend_ = attempt->backend;
+        lock_ = std::move(lock);
+        grantedBy_ = reply.service();
+        state_ = State::held;
+        wasGranted_ = true;
+    } else if (attempt->weakest && QDBusError(reply).type() == QDBusError::InvalidArgs) {
+        ask(attempt->backend, false);
+    } else {
+        refusedBy_.insert(attempt->backend);
+        askBest();
+    }
+}
+
+void PowerInhibition::giveUpAttempt() {
+    patience_.stop();
+    if (attempt_) {
+        attempt_->owner = nullptr;
+        attempt_.reset();
+    }
+}
+
+void PowerInhibition::releaseLock() {
+    if (!lock_) {
+        return;
+    }
+    if (const auto call = releaseCall(heldBackend_, *lock_, grantedBy_)) {
+        buses_.of(heldBackend_).bus().send(*call);
+    }
+    lock_.reset();
+}
+
+void PowerInhibition::refuse() {
+    state_ = State::refused;
+    // Later, because whoever asks at this moment sees the state.
+    QMetaObject::invokeMethod(
+        &patience_, [this] { onRefused_(); }, Qt::QueuedConnection);
+}
+
+bool PowerInhibition::isOwned(InhibitionBackend backend) const {
+    return !buses_.of(backend).owner(serviceName(backend)).isEmpty();
+}
+
+bool PowerInhibition::isBetterThan(InhibitionBackend changed, InhibitionBackend current) const {
+    const auto ranking = order();
+    return isOwned(changed) && inhibitCall(changed, wish_, false) &&
+           std::ranges::find(ranking, changed) < std::ranges::find(ranking, current);
+}
+
+std::array<InhibitionBackend, inhibitionBackendCount> PowerInhibition::order() const {
+    return backendOrder(wish_.displayAndSystem, isOwned(InhibitionBackend::freedesktopPowerManagement));
+}
+
+}  // namespace kestro

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+
+#include "platform/desktop/bus_name_owners.h"
+#include "platform/desktop/inhibition_backend.h"
+
+#include <QDBusPendingCall>
+#include <QObject>
+#include <QTimer>
+
+namespace kestro {
+
+/// The buses that inhibitions ask, and how long a service may take to answer before the next one is asked.
+struct InhibitionBuses {
+    BusNameOwners& session;
+    BusNameOwners& system;
+    std::chrono::milliseconds patience;
+
+    const BusNameOwners& of(InhibitionBackend backend) const { return isOnSystemBus(backend) ? system : session; }
+    bool isKnown() const { return session.isKnown() && system.isKnown(); }
+};
+
+/// One wish to stay awake, from its making to its destruction, and the lock that stands for it at the moment.
+/// It holds a lock of at most one backend: the best one that is on the bus and does not refuse. When that
+/// one leaves the bus, or a better one joins, it asks anew; while there is none it waits.
+///
+/// Every question to a service is an attempt of its own. A grant that arrives for an attempt that is over,
+/// because the wish was given up or has turned to another service, is given back at once. Main thread.
+class PowerInhibition {
+public:
+    enum class State { waiting, asking, held, refused };
+
+    /// `onRefused` is called from the event loop at most once, when every service has refused, or when there is
+    /// none and never was; the inhibition may be destroyed in it.
+    PowerInhibition(const InhibitionBuses& buses, InhibitionWish wish, std::function<void()> onRefused);
+
+    /// Gives the lock back.
+    ~PowerInhibition();
+    PowerInhibition(const PowerInhibition&) = delete;
+    PowerInhibition& operator=(const PowerInhibition&) = delete;
+
+    State state() const { return state_; }
+
+    /// Takes an answer that has arrived but waits in the event loop still; asks, if the owners have become known.
+    void poll();
+
+    /// The owner of a backend's name has changed.
+    void ownersChanged(InhibitionBackend changed);
+
+    /// The portal has ended the request at this path.
+    void requestEnded(const QString& path);
+
+private:
+    struct Attempt;
+
+    void askBest();
+    void ask(InhibitionBackend backend, bool weakest);
+    void take(const std::shared_ptr<Attempt>& attempt);
+    void giveUpAttempt();
+    void releaseLock();
+    void refuse();
+    bool isBetterThan(InhibitionBackend changed, InhibitionBackend current) const;
+    bool isOwned(InhibitionBackend backend) const;
+    std::array<InhibitionBackend, inhibitionBackendCount> order() const;
+
+    InhibitionBuses buses_;
+    InhibitionWish wish_;
+    std::function<void()> onRefused_;
+    State state_ = State::waiting;
+    bool wasGranted_ = false;
+    std::set<InhibitionBackend> refusedBy_;
+    std::shared_ptr<Attempt> attempt_;  // the one whose answer counts
+    InhibitionBackend heldBackend_{};
+    QString grantedBy_;
+    std::optional<InhibitionLock> lock_;
+    QTimer patience_;
+};
+
+}  // namespace kestro
