@@ -1,0 +1,90 @@
+#include "app/status_bar/glance_icon.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+
+#include "ui/symbols/symbol_painter.h"
+#include "ui/theme/kestro_fonts.h"
+
+namespace kestro {
+
+namespace {
+
+// The icon is drawn on a grid of 22 units.
+constexpr double grid = 22;
+constexpr double rowTops[] = {1, 12};
+constexpr double rowHeight = 9;
+constexpr double barLeft = 1;
+constexpr double barWidth = 2.5;
+constexpr double figureRight = 21.5;
+constexpr double figureWidth = 16;
+constexpr double figureSize = 10.5;
+constexpr double figureTracking = -0.3;
+constexpr double trackOpacity = 0.28;
+
+GlanceRow glanceRow(std::optional<int> percent, double top, double unit) {
+    const int value = std::clamp(percent.value_or(0), 0, 100);
+    const double filled = rowHeight * value / 100;
+    return {QRectF(barLeft * unit, top * unit, barWidth * unit, rowHeight * unit),
+            QRectF(barLeft * unit, (top + rowHeight - filled) * unit, barWidth * unit, filled * unit),
+            QRectF((figureRight - figureWidth) * unit, top * unit, figureWidth * unit, rowHeight * unit),
+            percent ? QString::number(value) : QStringLiteral("--")};
+}
+
+QImage emptyIcon(int pixels) {
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+void paintRow(QPainter& painter, const GlanceRow& row, const QColor& color, const QFont& font, double size) {
+    QPainterPath bar;
+    bar.addRoundedRect(row.bar, row.bar.width() / 2, row.bar.width() / 2);
+    QColor track = color;
+    track.setAlphaF(static_cast<float>(trackOpacity));
+    painter.fillPath(bar, track);
+    QPainterPath fill;
+    fill.addRect(row.fill);
+    painter.fillPath(bar.intersected(fill), color);
+
+    const QFontMetricsF metrics(font);
+    const double shrink = size / font.pixelSize();
+    const double width = metrics.horizontalAdvance(row.text) * shrink;
+    const double narrow = std::min(1.0, row.figure.width() / std::max(width, 1.0));
+    painter.save();
+    painter.translate(row.figure.right() - width * narrow,
+                      row.figure.center().y() + metrics.capHeight() * shrink / 2);
+    painter.scale(shrink * narrow, shrink);
+    painter.setFont(font);
+    painter.setPen(color);
+    painter.drawText(QPointF(0, 0), row.text);
+    painter.restore();
+}
+
+}  // namespace
+
+std::array<GlanceRow, 2> glanceRows(const StatusGlance& glance, int pixels) {
+    const double unit = pixels / grid;
+    return {glanceRow(glance.upperPercent, rowTops[0], unit), glanceRow(glance.lowerPercent, rowTops[1], unit)};
+}
+
+QImage glanceIcon(const StatusGlance& glance, int pixels, PanelScheme scheme) {
+    QImage image = emptyIcon(pixels);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double size = figureSize * pixels / grid;
+    const QFont font = KestroFonts::font(size, QFont::Bold, figureTracking * pixels / grid);
+    const QColor color = panelColor(StatusTitleColor::label, scheme);
+    for (const GlanceRow& row : glanceRows(glance, pixels)) {
+        paintRow(painter, row, color, font, size);
+    }
+    return image;
+}
+
+QImage symbolIcon(const QString& name, int pixels, PanelScheme scheme) {
+    return SymbolPainter::image(name, pixels, panelColor(StatusTitleColor::label, scheme));
+}
+
+}  // namespace kestro

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+namespace kestro {
+
+/// Where to look for a host of status items.
+struct NotifierEnvironment {
+    /// Address of the bus; empty: the session bus.
+    QString busAddress;
+
+    /// The entries of XDG_CURRENT_DESKTOP.
+    QStringList desktops;
+
+    /// Name of a process as the kernel knows it, at most 15 characters; empty when it cannot be read.
+    std::function<QString(uint pid)> processName;
+
+    /// This process's environment.
+    static NotifierEnvironment current();
+
+    /// A connection of its own to the bus, under `name`.
+    QDBusConnection connect(const QString& name) const;
+};
+
+/// Follows org.kde.StatusNotifierWatcher on the bus: is there one, has it a host, and does that host show
+/// labels. Asks asynchronously; the state is `unknown` until the first answer. Main thread.
+class HostMonitor : public QObject {
+    Q_OBJECT
+
+public:
+    enum class State { unknown, absent, present };
+
+    explicit HostMonitor(NotifierEnvironment environment);
+    ~HostMonitor() override;
+
+    static QString watcherService() { return QStringLiteral("org.kde.StatusNotifierWatcher"); }
+    static QString watcherPath() { return QStringLiteral("/StatusNotifierWatcher"); }
+
+    State state() const { return state_; }
+
+    /// Whether the present host is known to show labels.
+    bool showsLabels() const { return showsLabels_; }
+
+    /// Name of the process that owns the watcher; empty while unknown.
+    const QString& hostProcess() const { return hostProcess_; }
+
+    /// The monitor's connection, for others that only ask and listen.
+    const QDBusConnection& connection() const { return connection_; }
+
+    const NotifierEnvironment& environment() const { return environment_; }
+
+Q_SIGNALS:
+    void stateChanged();
+
+    /// A watcher or a host has come: items have to register (again).
+    void hostArrived();
+
+    /// `showsLabels` or `hostProcess` changed.
+    void hostIdentified();
+
+private Q_SLOTS:
+    void askForHost();
+    void onHostRegistered();
+    void onDisconnected();
+
+private:
+    void onOwnerChanged(const QString& owner);
+    void identify(const QString& owner);
+    void setState(State state);
+    void setHostProcess(const QString& process);
+
+    NotifierEnvironment environment_;
+    QDBusConnection connection_;
+    QDBusServiceWatcher serviceWatcher_;
+    State state_ = State::unknown;
+    QString owner_;
+    QString hostProcess_;
+    bool showsLabels_ = false;
+};
+
+}  // namespace kestro

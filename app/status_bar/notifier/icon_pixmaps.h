@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QImage>
+#include <optional>
+
+#include "app/status_bar/notifier/bus_types.h"
+#include "app/status_bar/notifier/presentation.h"
+#include "app/status_bar/panel_colors.h"
+
+namespace kestro {
+
+/// A picture in the form of the bus.
+NotifierPixmap notifierPixmap(const QImage& image);
+
+/// The pictures of an item's icon in every size that panels ask for, painted only when somebody reads them and
+/// only once for the same icon and scheme. Main thread.
+class IconPixmaps {
+public:
+    /// The icon to show from now on. True if that is another picture than before.
+    bool setIcon(const NotifierIcon& icon, PanelScheme scheme);
+
+    /// From 16 to 64 pixels; empty for no icon.
+    const NotifierPixmaps& pixmaps();
+
+private:
+    NotifierIcon icon_;
+    PanelScheme scheme_ = PanelScheme::dark;
+    std::optional<NotifierPixmaps> painted_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "app/status_bar/notifier/host_monitor.h"
+#include "app/status_bar/panel_scheme_monitor.h"
+#include "app/status_bar/status_bar.h"
+
+namespace kestro {
+
+/// The desktop's panels as the place of the items. Main thread.
+class SniStatusBar : public StatusBar {
+public:
+    /// Both outlive the bar and its items.
+    SniStatusBar(const HostMonitor& monitor, const PanelSchemeMonitor& scheme);
+
+    [[nodiscard]] std::unique_ptr<StatusItem> createItem(const QString& identifier,
+                                                         StatusItemHandlers handlers) override;
+
+private:
+    const HostMonitor& monitor_;
+    const PanelSchemeMonitor& scheme_;
+};
+
+}  // namespace kestro

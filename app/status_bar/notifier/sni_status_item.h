@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <functional>
+#include <optional>
+
+#include "app/status_bar/notifier/bus_object.h"
+#include "app/status_bar/notifier/host_monitor.h"
+#include "app/status_bar/notifier/icon_pixmaps.h"
+#include "app/status_bar/notifier/menu_object.h"
+#include "app/status_bar/notifier/presentation.h"
+#include "app/status_bar/status_bar.h"
+#include "app/status_bar/status_menu_popup.h"
+
+namespace kestro {
+
+class PanelSchemeMonitor;
+
+/// One item as org.kde.StatusNotifierItem at "/StatusNotifierItem", with its menu at "/MenuBar", on a
+/// connection and a bus name of its own. It registers with the watcher at once and whenever a watcher or a host
+/// comes. Signals are sent only for what changed. Clicks and entries act from the event loop, after the host
+/// has its answer. Without a bus it does nothing. Main thread.
+class SniStatusItem : public QObject, public StatusItem {
+    Q_OBJECT
+
+public:
+    /// `monitor` and `scheme` outlive the item.
+    SniStatusItem(const QString& identifier, StatusItemHandlers handlers, const HostMonitor& monitor,
+                  const PanelSchemeMonitor& scheme);
+    ~SniStatusItem() override;
+
+    void setContent(const StatusContent& content) override;
+    void openMenu(std::optional<QPoint> position) override;
+    QRect geometry() const override { return {}; }
+
+    /// The bus name under which hosts know the item.
+    const QString& serviceName() const { return serviceName_; }
+
+private:
+    void addProperties(const QString& identifier);
+    void addMethods();
+    void registerWithWatcher();
+    void present();
+    void announce(const NotifierPresentation& before);
+    BusReply activate(const QVariantList& arguments, StatusClick click);
+    BusReply contextMenu(const QVariantList& arguments);
+    BusReply scroll(const QVariantList& arguments);
+    BusReply provideActivationToken(const QVariantList& arguments);
+    StatusMenu buildMenu() const;
+
+    StatusItemHandlers handlers_;
+    const HostMonitor& monitor_;
+    const PanelSchemeMonitor& scheme_;
+    QString serviceName_;
+    QDBusConnection connection_;
+    BusObject object_;
+    MenuObject menu_;
+    StatusContent content_;
+    NotifierPresentation shown_;
+    IconPixmaps icon_;
+    StatusMenuPopup popup_;
+    std::optional<QPoint> lastClick_;
+};
+
+}  // namespace kestro

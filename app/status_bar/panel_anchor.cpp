@@ -1,0 +1,60 @@
+#include "app/status_bar/panel_anchor.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+std::vector<ScreenFrame> currentScreens() {
+    std::vector<ScreenFrame> screens;
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        screens.push_back({screen->geometry(), screen->availableGeometry(), screen->devicePixelRatio()});
+    }
+    return screens;
+}
+
+std::optional<QPoint> pointFromPanel(QPoint devicePoint, const std::vector<ScreenFrame>& screens) {
+    if (devicePoint.isNull()) {
+        return std::nullopt;
+    }
+    for (const ScreenFrame& screen : screens) {
+        // A screen's origin is the same in both coordinate systems; only lengths are scaled. The sums are done in
+        // double: a caller may send any two integers.
+        const double x = (static_cast<double>(devicePoint.x()) - screen.geometry.x()) / screen.scale;
+        const double y = (static_cast<double>(devicePoint.y()) - screen.geometry.y()) / screen.scale;
+        if (x >= 0 && y >= 0 && x < screen.geometry.width() && y < screen.geometry.height()) {
+            return screen.geometry.topLeft() + QPoint(static_cast<int>(x), static_cast<int>(y));
+        }
+    }
+    return std::nullopt;
+}
+
+QRect panelAnchor(std::optional<QPoint> point, const std::vector<ScreenFrame>& screens) {
+    if (!point) {
+        return {};
+    }
+    const auto screen =
+        std::ranges::find_if(screens, [&](const ScreenFrame& frame) { return frame.geometry.contains(*point); });
+    if (screen == screens.end()) {
+        return {};
+    }
+    const QRect& whole = screen->geometry;
+    const QRect& free = screen->available;
+    if (point->y() < free.top()) {
+        return {point->x(), whole.top(), 1, free.top() - whole.top()};
+    }
+    if (point->y() > free.bottom()) {
+        return {point->x(), free.bottom() + 1, 1, whole.bottom() - free.bottom()};
+    }
+    if (point->x() < free.left()) {
+        return {whole.left(), point->y(), free.left() - whole.left(), 1};
+    }
+    if (point->x() > free.right()) {
+        return {free.right() + 1, point->y(), whole.right() - free.right(), 1};
+    }
+    return {*point, QSize(1, 1)};
+}
+
+}  // namespace kestro

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <optional>
+#include <vector>
+
+namespace kestro {
+
+/// One screen: where it is and what panels leave of it, in points, and its device pixels per point.
+struct ScreenFrame {
+    QRect geometry;
+    QRect available;
+    double scale = 1;
+};
+
+/// The screens of the application.
+std::vector<ScreenFrame> currentScreens();
+
+/// A panel's point in device pixels as global coordinates of the application; nothing where no screen is. The
+/// origin is no point either: hosts that cannot tell send it.
+std::optional<QPoint> pointFromPanel(QPoint devicePoint, const std::vector<ScreenFrame>& screens);
+
+/// Where to attach what opens for a click at `point`: within a panel's share of the screen, the panel's whole
+/// thickness at that place; elsewhere the point itself. A null rectangle without a point.
+QRect panelAnchor(std::optional<QPoint> point, const std::vector<ScreenFrame>& screens);
+
+}  // namespace kestro

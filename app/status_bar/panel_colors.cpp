@@ -1,0 +1,33 @@
+#include "app/status_bar/panel_colors.h"
+
+namespace kestro {
+
+namespace {
+
+constexpr QRgb darkPanelText = qRgb(229, 233, 237);
+constexpr QRgb lightPanelText = qRgb(38, 40, 44);
+constexpr double secondaryOpacity = 0.62;
+
+}  // namespace
+
+QColor panelColor(StatusTitleColor role, PanelScheme scheme) {
+    const bool isDark = scheme == PanelScheme::dark;
+    if (role == StatusTitleColor::orange) {
+        return isDark ? QColor::fromRgbF(1.0F, 0.62F, 0.04F) : QColor::fromRgbF(0.70F, 0.37F, 0.0F);
+    }
+    QColor color = QColor::fromRgb(isDark ? darkPanelText : lightPanelText);
+    if (role == StatusTitleColor::secondaryLabel) {
+        color.setAlphaF(secondaryOpacity);
+    }
+    return color;
+}
+
+PanelScheme panelScheme(const PanelFacts& facts) {
+    // The top bars of these two are black whatever the applications' colours are.
+    const bool isAlwaysDark = facts.hostProcess == QLatin1StringView("gnome-shell") ||
+                              facts.desktops.contains(QLatin1StringView("Unity"));
+    const bool isDark = isAlwaysDark || facts.hostIsDark.value_or(facts.prefersDark.value_or(facts.isPaletteDark));
+    return isDark ? PanelScheme::dark : PanelScheme::light;
+}
+
+}  // namespace kestro

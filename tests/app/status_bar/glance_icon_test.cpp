@@ -1,0 +1,104 @@
+#include "app/status_bar/glance_icon.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "app/status_bar/notifier/icon_pixmaps.h"
+
+namespace kestro {
+namespace {
+
+/// The greatest opacity of the pixels in a column.
+int columnOpacity(const QImage& image, int column) {
+    int most = 0;
+    for (int row = 0; row < image.height(); ++row) {
+        most = std::max(most, qAlpha(image.pixel(column, row)));
+    }
+    return most;
+}
+
+TEST(GlanceIcon, HasItsRowsOnAGridOf22) {
+    const auto rows = glanceRows({42, 18}, 22);
+
+    EXPECT_EQ(rows[0].bar, QRectF(1, 1, 2.5, 9));
+    EXPECT_EQ(rows[1].bar, QRectF(1, 12, 2.5, 9));
+    EXPECT_DOUBLE_EQ(rows[0].fill.height(), 3.78);
+    EXPECT_DOUBLE_EQ(rows[0].fill.bottom(), 10);
+    EXPECT_DOUBLE_EQ(rows[0].figure.right(), 21.5);
+    EXPECT_DOUBLE_EQ(rows[0].figure.width(), 16);
+    EXPECT_EQ(rows[0].text, QStringLiteral("42"));
+    EXPECT_EQ(rows[1].text, QStringLiteral("18"));
+}
+
+TEST(GlanceIcon, ScalesWithItsSize) {
+    const auto small = glanceRows({42, 18}, 22);
+    const auto large = glanceRows({42, 18}, 44);
+
+    EXPECT_DOUBLE_EQ(large[1].bar.top(), 2 * small[1].bar.top());
+    EXPECT_DOUBLE_EQ(large[0].fill.height(), 2 * small[0].fill.height());
+    EXPECT_DOUBLE_EQ(large[0].figure.right(), 2 * small[0].figure.right());
+}
+
+TEST(GlanceIcon, ClampsItsValuesAndMarksMissingOnes) {
+    const auto rows = glanceRows({250, std::nullopt}, 22);
+
+    EXPECT_EQ(rows[0].text, QStringLiteral("100"));
+    EXPECT_EQ(rows[0].fill, rows[0].bar);
+    EXPECT_EQ(rows[1].text, QStringLiteral("--"));
+    EXPECT_DOUBLE_EQ(rows[1].fill.height(), 0);
+}
+
+TEST(GlanceIcon, StaysInsideItsSquareInEverySize) {
+    for (const int pixels : {16, 22, 24, 32, 44, 48, 64}) {
+        const QImage image = glanceIcon({100, 100}, pixels, PanelScheme::dark);
+
+        ASSERT_EQ(image.size(), QSize(pixels, pixels));
+        // The hundred reaches its right edge and leaves the gap beside the bar free.
+        EXPECT_GT(columnOpacity(image, pixels * 20 / 22), 0) << pixels;
+        EXPECT_LT(columnOpacity(image, pixels * 9 / 44), 128) << pixels;
+    }
+}
+
+TEST(GlanceIcon, FollowsThePanelsScheme) {
+    const QImage dark = glanceIcon({100, 50}, 44, PanelScheme::dark);
+    const QImage light = glanceIcon({100, 50}, 44, PanelScheme::light);
+
+    EXPECT_GT(qGray(dark.pixel(4, 10)), 200);
+    EXPECT_LT(qGray(light.pixel(4, 10)), 60);
+}
+
+TEST(NotifierPixmap, IsInNetworkByteOrderAndNotPremultiplied) {
+    QImage image(2, 1, QImage::Format_ARGB32);
+    image.setPixel(0, 0, qRgba(0x11, 0x22, 0x33, 0x80));
+    image.setPixel(1, 0, qRgba(0xAA, 0xBB, 0xCC, 0xFF));
+
+    const NotifierPixmap pixmap = notifierPixmap(image);
+
+    EXPECT_EQ(pixmap.width, 2);
+    EXPECT_EQ(pixmap.height, 1);
+    EXPECT_EQ(pixmap.bytes, QByteArray::fromHex("80112233ffaabbcc"));
+}
+
+TEST(IconPixmaps, TellsWhetherThePictureIsANewOne) {
+    IconPixmaps icon;
+
+    EXPECT_TRUE(icon.setIcon(StatusGlance{1, 2}, PanelScheme::dark));
+    EXPECT_FALSE(icon.setIcon(StatusGlance{1, 2}, PanelScheme::dark));
+    EXPECT_TRUE(icon.setIcon(StatusGlance{1, 2}, PanelScheme::light));
+    EXPECT_TRUE(icon.setIcon(QStringLiteral("waveform.path.ecg"), PanelScheme::light));
+    EXPECT_EQ(icon.pixmaps().size(), 7);
+    EXPECT_TRUE(icon.setIcon({}, PanelScheme::light));
+    EXPECT_TRUE(icon.pixmaps().isEmpty());
+}
+
+TEST(IconPixmaps, HasNoPictureForAnUnknownSymbol) {
+    IconPixmaps icon;
+
+    icon.setIcon(QStringLiteral("no.such.symbol"), PanelScheme::dark);
+
+    EXPECT_TRUE(icon.pixmaps().isEmpty());
+}
+
+}  // namespace
+}  // namespace kestro
