@@ -1,0 +1,118 @@
+#include "app/app_delegate.h"
+
+#include "app/notification_names.h"
+#include "app/status_items/fan_control_status_item.h"
+#include "app/status_items/keep_awake_status_item.h"
+#include "app/status_items/main_status_content.h"
+#include "app/windows/dashboard_window.h"
+#include "app/windows/popover_window.h"
+#include "app/windows/settings_window.h"
+#include "core/cooling/fan_control_manager.h"
+#include "core/engine/telemetry_engine.h"
+#include "core/platform/platform.h"
+#include "core/power/keep_awake_manager.h"
+#include "core/power/power_mode_manager.h"
+#include "core/settings/user_settings.h"
+
+#include <string>
+#include <utility>
+
+namespace kestro {
+
+AppDelegate::AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc,
+                         StatusBar& statusBar, SurfaceFactories surfaces, std::function<void()> terminate)
+    : platform_(platform),
+      services_(services),
+      smc_(smc),
+      statusBar_(statusBar),
+      surfaces_(std::move(surfaces)),
+      terminate_(std::move(terminate)),
+      statusItemUpdate_(platform.runLoop, [this] { updateStatusItemText(); }),
+      dashboardFit_(platform.runLoop, [this] { adjustDashboardSize(false); }) {}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching() {
+    setupStatusItem();
+    updateStatusItemText();
+    keepAwakeItem_ =
+        std::make_unique<KeepAwakeStatusItem>(platform_, statusBar_, services_.settings, services_.keepAwake);
+    fanItem_ = std::make_unique<FanControlStatusItem>(platform_, statusBar_, services_.settings, smc_,
+                                                      services_.fanManager, services_.powerManager);
+    setupPopover();
+    setupDashboardWindow();
+    bindTelemetry();
+    bindDashboard();
+    commandChannel_ = std::make_unique<CommandChannel>(platform_.fileEvents, *this);
+    updateUIActiveState();
+    observeNotifications();
+}
+
+void AppDelegate::updateStatusItemText() {
+    if (statusItem_) {
+        statusItem_->setContent(mainStatusContent(services_));
+    }
+}
+
+void AppDelegate::setupStatusItem() {
+    StatusItemHandlers handlers;
+    handlers.onClick = [this](StatusClick click, bool controlHeld, const QRect& anchor) {
+        statusItemClicked(click, controlHeld, anchor);
+    };
+    handlers.buildMenu = [this] { return contextMenu(); };
+    statusItem_ = statusBar_.createItem(QStringLiteral("kestro-main"), std::move(handlers));
+}
+
+void AppDelegate::bindTelemetry() {
+    const auto follow = [this](const auto& value) {
+        retain(value.subscribe([this](const auto&) { statusItemUpdate_.request(); }));
+    };
+    const TelemetryEngine& engine = services_.engine;
+    follow(engine.fans);
+    follow(engine.memory);
+    follow(engine.thermals);
+    follow(engine.cpu);
+    follow(engine.disk);
+    follow(engine.network);
+    follow(engine.power);
+    follow(services_.fanManager.currentProfile);
+    follow(services_.powerManager.currentMode);
+    follow(services_.keepAwake.isActive);
+    follow(services_.keepAwake.remainingSeconds);
+    // It announces a change before the value changes; the update runs in a later turn.
+    retain(services_.settings.subscribeWillChange([this] { statusItemUpdate_.request(); }));
+    retain(engine.power.subscribe([this](const PowerTelemetry& power) {
+        services_.keepAwake.checkBatterySafeguard(power.percentage, power.isCharging);
+    }));
+}
+
+void AppDelegate::observeNotifications() {
+    DistributedNotifications& center = platform_.notifications;
+    retain(center.observe(notificationNames::togglePopover,
+                          [this](const NotificationUserInfo&) { handleTogglePopoverNotification(); }));
+    retain(center.observe(notificationNames::showDashboard,
+                          [this](const NotificationUserInfo&) { handleShowDashboardNotification(); }));
+    retain(center.observe(notificationNames::showSettings, [this](const NotificationUserInfo& userInfo) {
+        handleShowSettingsNotification(userInfo);
+    }));
+}
+
+void AppDelegate::handleTogglePopoverNotification() {
+    togglePopover();
+}
+
+void AppDelegate::handleShowDashboardNotification() {
+    showDashboard();
+}
+
+void AppDelegate::handleShowSettingsNotification(const NotificationUserInfo& userInfo) {
+    const auto entry = userInfo.find(notificationNames::tabKey);
+    const auto* label = entry != userInfo.end() ? std::get_if<std::string>(&entry->second) : nullptr;
+    const auto tab = label != nullptr ? fromRawValue<SettingsTab>(*label) : std::nullopt;
+    if (tab) {
+        selectSettingsTab(*tab);
+    }
+    showSettings();
+}
+
+}  // namespace kestro

@@ -1,0 +1,140 @@
+#pragma once
+
+#include "app/coalesced_task.h"
+#include "app/command_channel.h"
+#include "app/menus/main_menu.h"
+#include "app/status_bar/status_bar.h"
+#include "app/windows/surface_factories.h"
+#include "app/windows/window_delegate.h"
+#include "core/base/subscription.h"
+#include "core/platform/distributed_notifications.h"
+#include "ui/kestro_services.h"
+
+#include <QRect>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace kestro {
+
+class FanControlStatusItem;
+class KeepAwakeStatusItem;
+class KestroDashboardWindow;
+class PopoverWindow;
+class SMCReader;
+class SettingsWindow;
+struct Platform;
+
+/// The root of the application: owns the status items and the windows, answers clicks, menus, commands and
+/// notifications, and keeps the engine informed whether anything but the status bar shows. Main thread;
+/// lives as long as the application.
+class AppDelegate final : public MainMenuActions, public CommandTarget, public WindowDelegate {
+public:
+    /// `terminate` ends the application. Every reference outlives this object.
+    AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc, StatusBar& statusBar,
+                SurfaceFactories surfaces, std::function<void()> terminate);
+    ~AppDelegate() override;
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+
+    /// Builds everything, once, and starts to follow the engine, the settings and the command channel.
+    void applicationDidFinishLaunching();
+
+    /// Composes the readout from the present values and shows it.
+    void updateStatusItemText();
+
+    /// A plain click toggles the popover; a secondary one, or one with the control key, opens the menu.
+    void statusItemClicked(StatusClick click, bool controlHeld, const QRect& anchor);
+
+    void showContextMenu();
+    StatusMenu contextMenu();
+
+    void togglePopover() override;
+    void showDashboard() override;
+    void showDashboard(QSize size) override;
+    void hideDashboard() override;
+    void toggleDashboard() override;
+    void showSettings() override;
+
+    /// Tells the engine whether the popover, the dashboard or the settings window is on the screen.
+    void updateUIActiveState();
+
+    /// Fits the dashboard to its sections, unless the user has given it a size and `force` is false. Does
+    /// nothing in full screen.
+    void adjustDashboardSize(bool force);
+
+    /// The width that the dashboard's visible sections need.
+    int optimalDashboardWidth() const;
+
+    /// Whether the dashboard's size is the user's, which automatic sizing respects. Never cleared.
+    bool hasUserCustomResizedDashboard() const { return hasUserCustomResizedDashboard_; }
+
+    /// The windows; null before the launch, the settings also before the first request.
+    PopoverWindow* popover() const { return popover_.get(); }
+    KestroDashboardWindow* dashboardWindow() const { return dashboardWindow_.get(); }
+    SettingsWindow* settingsWindow() const { return settingsWindow_.get(); }
+
+    // Menu actions and commands.
+    void togglePopoverAction() override;
+    void toggleFullScreenAction() override;
+    void openSettingsAction() override;
+    void togglePin() override;
+    void toggleKeepAwakeAction() override;
+    void selectKeepAwakeDuration(KeepAwakeDuration duration) override;
+    void selectFanProfile(FanProfile profile) override;
+    void selectCurvePreset(CurvePreset preset) override;
+    void selectPowerMode(SystemPowerMode mode) override;
+    void selectSettingsTab(SettingsTab tab) override;
+    void toggleFanLink() override;
+    void selectFan(std::int64_t index) override;
+    void quit() override;
+
+    // What the windows tell.
+    void popoverDidShow() override;
+    void popoverDidClose() override;
+    void windowVisibilityDidChange(QWidget& window) override;
+    bool windowShouldClose(QWidget& window) override;
+    void windowDidResize(QWidget& window) override;
+    void windowWillEnterFullScreen(QWidget& window) override;
+    void windowDidExitFullScreen(QWidget& window) override;
+
+private:
+    void setupStatusItem();
+    void setupPopover();
+    void setupDashboardWindow();
+    void setupSettingsWindow();
+    void bindTelemetry();
+    void bindDashboard();
+    void observeNotifications();
+    void handleTogglePopoverNotification();
+    void handleShowDashboardNotification();
+    void handleShowSettingsNotification(const NotificationUserInfo& userInfo);
+    void closePopover();
+    void refreshTelemetry();
+    void addShortcuts(QWidget& window);
+    void retain(Subscription subscription) { cancellables_.push_back(std::move(subscription)); }
+
+    const Platform& platform_;
+    const KestroServices services_;
+    SMCReader& smc_;
+    StatusBar& statusBar_;
+    const SurfaceFactories surfaces_;
+    const std::function<void()> terminate_;
+
+    std::unique_ptr<StatusItem> statusItem_;
+    QRect lastAnchor_;
+    std::unique_ptr<KeepAwakeStatusItem> keepAwakeItem_;
+    std::unique_ptr<FanControlStatusItem> fanItem_;
+    std::unique_ptr<PopoverWindow> popover_;
+    std::unique_ptr<KestroDashboardWindow> dashboardWindow_;
+    std::unique_ptr<SettingsWindow> settingsWindow_;
+    bool hasUserCustomResizedDashboard_ = false;
+
+    CoalescedTask statusItemUpdate_;
+    CoalescedTask dashboardFit_;
+    std::unique_ptr<CommandChannel> commandChannel_;
+    std::vector<Subscription> cancellables_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,233 @@
+#include "app/app_delegate.h"
+
+#include "app/menus/shortcuts.h"
+#include "app/windows/dashboard_window.h"
+#include "app/windows/popover_window.h"
+#include "app/windows/settings_window.h"
+#include "app/windows/window_system.h"
+#include "core/engine/telemetry_engine.h"
+#include "core/platform/platform.h"
+#include "core/settings/user_settings.h"
+#include "ui/dashboard/dashboard_width.h"
+
+#include <QShortcut>
+
+#include <functional>
+#include <utility>
+
+// The windows of the application: how they appear, what they tell, and who hears that one is showing.
+
+namespace kestro {
+
+void AppDelegate::setupPopover() {
+    const PopoverActions actions{
+        .onOpenDashboard =
+            [this] {
+                closePopover();
+                showDashboard();
+            },
+        .onOpenSettings =
+            [this] {
+                closePopover();
+                showSettings();
+            },
+        .onQuit = [this] { quit(); },
+    };
+    popover_ = std::make_unique<PopoverWindow>(*this, platform_.clock, [this, actions](QWidget* parent) {
+        return surfaces_.popover(services_, actions, parent);
+    });
+    addShortcuts(*popover_);
+}
+
+void AppDelegate::setupDashboardWindow() {
+    const DashboardActions actions{
+        .onOpenSettings = [this] { showSettings(); },
+        .onToggleFullScreen = [this] { dashboardWindow_->toggleWindowedFullScreen(); },
+        .onClose = [this] { dashboardWindow_->close(); },
+    };
+    const auto makeContent = [this, actions](QWidget* parent) {
+        return surfaces_.dashboard(services_, actions, parent);
+    };
+    dashboardWindow_ = std::make_unique<KestroDashboardWindow>(*this, makeContent, optimalDashboardWidth());
+    addShortcuts(*dashboardWindow_);
+}
+
+void AppDelegate::setupSettingsWindow() {
+    const SettingsActions actions{.onClose = [this] { settingsWindow_->close(); }};
+    settingsWindow_ = std::make_unique<SettingsWindow>(
+        *this, [this, actions](QWidget* parent) { return surfaces_.settings(services_, actions, parent); });
+    addShortcuts(*settingsWindow_);
+}
+
+void AppDelegate::bindDashboard() {
+    UserSettings& settings = services_.settings;
+    const auto followPin = [this](bool isPinned) {
+        if (!dashboardWindow_->isFullScreen()) {
+            setFloatingLevel(*dashboardWindow_, isPinned);
+        }
+    };
+    followPin(settings.isPinned.get());
+    retain(settings.isPinned.subscribe(followPin));
+    for (const Setting<bool>* section : dashboardSectionSwitches(settings)) {
+        retain(section->subscribe([this](bool) {
+            if (dashboardWindow_->isVisible()) {
+                dashboardFit_.request();
+            }
+        }));
+    }
+}
+
+void AppDelegate::statusItemClicked(StatusClick click, bool controlHeld, const QRect& anchor) {
+    if (click == StatusClick::secondary || controlHeld) {
+        showContextMenu();
+        return;
+    }
+    lastAnchor_ = anchor;
+    if (popover_ && popover_->wasJustDismissed()) {
+        return;
+    }
+    togglePopover();
+}
+
+void AppDelegate::togglePopover() {
+    if (!popover_) {
+        return;
+    }
+    if (popover_->isVisible()) {
+        popover_->orderOut();
+    } else {
+        refreshTelemetry();
+        const QRect place = statusItem_ ? statusItem_->geometry() : QRect();
+        popover_->showRelativeTo(place.isNull() ? lastAnchor_ : place);
+    }
+    updateUIActiveState();
+}
+
+void AppDelegate::closePopover() {
+    if (popover_) {
+        popover_->orderOut();
+    }
+}
+
+void AppDelegate::showDashboard() {
+    if (!dashboardWindow_) {
+        return;
+    }
+    adjustDashboardSize(false);
+    dashboardWindow_->ensureReachable();
+    refreshTelemetry();
+    makeKeyAndOrderFront(*dashboardWindow_);
+    updateUIActiveState();
+}
+
+void AppDelegate::showDashboard(QSize size) {
+    showDashboard();
+    if (dashboardWindow_) {
+        dashboardWindow_->resizeKeepingOrigin(size);
+    }
+}
+
+void AppDelegate::hideDashboard() {
+    if (dashboardWindow_) {
+        dashboardWindow_->orderOut();
+    }
+    updateUIActiveState();
+}
+
+void AppDelegate::toggleDashboard() {
+    if (dashboardWindow_ && dashboardWindow_->isOnScreen()) {
+        hideDashboard();
+    } else {
+        showDashboard();
+    }
+}
+
+void AppDelegate::showSettings() {
+    if (!settingsWindow_) {
+        setupSettingsWindow();
+    }
+    makeKeyAndOrderFront(*settingsWindow_);
+    updateUIActiveState();
+}
+
+void AppDelegate::refreshTelemetry() {
+    // While nothing shows, the engine takes this sample itself when it hears that a window does. Two samples
+    // at the same moment would leave the second one, the one that is seen, without time to measure loads and
+    // rates over.
+    if (services_.engine.isUIActive.get()) {
+        services_.engine.sampleFull();
+    }
+}
+
+void AppDelegate::updateUIActiveState() {
+    const bool isActive = (popover_ && popover_->isOnScreen()) ||
+                          (dashboardWindow_ && dashboardWindow_->isOnScreen()) ||
+                          (settingsWindow_ && settingsWindow_->isOnScreen());
+    services_.engine.setUIActive(isActive);
+}
+
+int AppDelegate::optimalDashboardWidth() const {
+    return dashboardWidth(visibleDashboardSections(services_.settings));
+}
+
+void AppDelegate::adjustDashboardSize(bool force) {
+    if (!dashboardWindow_ || dashboardWindow_->isFullScreen() || (hasUserCustomResizedDashboard_ && !force)) {
+        return;
+    }
+    dashboardWindow_->fitWidth(optimalDashboardWidth());
+}
+
+void AppDelegate::popoverDidShow() {
+    updateUIActiveState();
+}
+
+void AppDelegate::popoverDidClose() {
+    updateUIActiveState();
+}
+
+void AppDelegate::windowVisibilityDidChange(QWidget&) {
+    updateUIActiveState();
+}
+
+bool AppDelegate::windowShouldClose(QWidget& window) {
+    if (&window != dashboardWindow_.get()) {
+        return true;
+    }
+    hideDashboard();
+    return false;
+}
+
+void AppDelegate::windowDidResize(QWidget& window) {
+    if (&window == dashboardWindow_.get() && !dashboardWindow_->isFullScreen()) {
+        hasUserCustomResizedDashboard_ = true;
+    }
+}
+
+void AppDelegate::windowWillEnterFullScreen(QWidget& window) {
+    if (&window == dashboardWindow_.get()) {
+        setFloatingLevel(window, false);
+    }
+}
+
+void AppDelegate::windowDidExitFullScreen(QWidget& window) {
+    if (&window == dashboardWindow_.get()) {
+        setFloatingLevel(window, services_.settings.isPinned.get());
+    }
+}
+
+void AppDelegate::addShortcuts(QWidget& window) {
+    const std::pair<QString, std::function<void()>> commands[] = {
+        {shortcuts::toggleDashboard, [this] { toggleDashboard(); }},
+        {shortcuts::toggleFullScreen, [this] { toggleFullScreenAction(); }},
+        {shortcuts::toggleFullScreenInWindow, [this] { toggleFullScreenAction(); }},
+        {shortcuts::openSettings, [this] { showSettings(); }},
+        {shortcuts::togglePin, [this] { togglePin(); }},
+        {shortcuts::quit, [this] { quit(); }},
+        {shortcuts::closeWindow, [&window] { window.close(); }},
+    };
+    for (const auto& [key, action] : commands) {
+        new QShortcut(QKeySequence::fromString(key, QKeySequence::PortableText), &window, action);
+    }
+}
+
+}  // namespace kestro

@@ -1,0 +1,124 @@
+#include "app/single_instance.h"
+
+#include "app/notification_names.h"
+#include "core/platform/distributed_notifications.h"
+
+#include <QByteArray>
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <utility>
+
+namespace kestro {
+
+namespace {
+
+/// An address in the abstract namespace of unix(7): the path starts with a zero byte and names no file.
+struct AbstractAddress {
+    sockaddr_un address{};
+    socklen_t length = 0;
+
+    explicit AbstractAddress(const QString& display) {
+        const QByteArray name = QByteArrayLiteral("kestro-") +
+                                QByteArray::number(static_cast<qulonglong>(getuid())) + '-' + display.toUtf8();
+        address.sun_family = AF_UNIX;
+        const std::size_t count = std::min(static_cast<std::size_t>(name.size()), sizeof address.sun_path - 1);
+        std::memcpy(address.sun_path + 1, name.constData(), count);
+        length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + count);
+    }
+
+    const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&address); }
+};
+
+int openSocket() {
+    return socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+}
+
+bool belongsToThisUser(int connection) {
+    ucred peer{};
+    socklen_t length = sizeof peer;
+    return getsockopt(connection, SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0 && peer.uid == getuid();
+}
+
+/// Calls on the process that owns the address, by connecting to it. False: no process of this user does.
+bool callOwner(const AbstractAddress& address) {
+    const int connection = openSocket();
+    const bool isAnswered = connection >= 0 && connect(connection, address.get(), address.length) == 0 &&
+                            belongsToThisUser(connection);
+    if (connection >= 0) {
+        close(connection);
+    }
+    return isAnswered;
+}
+
+}  // namespace
+
+SingleInstance::SingleInstance(const QDBusConnection& bus, const QString& display,
+                               std::function<void()> onSecondStart)
+    : bus_(bus), onSecondStart_(std::move(onSecondStart)) {
+    isFirst_ = bus_.isConnected() ? claimBusName() : claimSocket(display);
+}
+
+SingleInstance::~SingleInstance() {
+    notifier_.reset();
+    if (socket_ >= 0) {
+        close(socket_);
+    }
+}
+
+QString SingleInstance::currentDisplay() {
+    return qEnvironmentVariable("WAYLAND_DISPLAY") + QLatin1Char('|') + qEnvironmentVariable("DISPLAY");
+}
+
+void SingleInstance::callFirst(DistributedNotifications& notifications) {
+    if (!bus_.isConnected()) {
+        return;  // finding it was the call
+    }
+    notifications.post(notificationNames::showDashboard);
+    // An answer of the bus to a later message proves that it has taken the earlier one.
+    bus_.interface()->isServiceRegistered(QLatin1StringView(busName));
+}
+
+bool SingleInstance::claimBusName() {
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+        bus_.interface()->registerService(QLatin1StringView(busName), QDBusConnectionInterface::DontQueueService);
+    // A bus that does not answer keeps nobody from working.
+    return !reply.isValid() || reply.value() != QDBusConnectionInterface::ServiceNotRegistered;
+}
+
+bool SingleInstance::claimSocket(const QString& display) {
+    const AbstractAddress address(display);
+    socket_ = openSocket();
+    if (socket_ < 0) {
+        return true;
+    }
+    if (bind(socket_, address.get(), address.length) != 0) {
+        return errno != EADDRINUSE || !callOwner(address);
+    }
+    if (listen(socket_, 4) == 0) {
+        notifier_ = std::make_unique<QSocketNotifier>(socket_, QSocketNotifier::Read);
+        QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
+                         [this] { acceptCallers(); });
+    }
+    return true;
+}
+
+void SingleInstance::acceptCallers() {
+    bool isCalled = false;
+    for (int caller = 0; (caller = accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC)) >= 0; close(caller)) {
+        isCalled = isCalled || belongsToThisUser(caller);
+    }
+    if (isCalled) {
+        onSecondStart_();
+    }
+}
+
+}  // namespace kestro

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QSocketNotifier>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace kestro {
+
+class DistributedNotifications;
+
+/// Makes this process the only one of its session, or finds out that another one is. The first process owns
+/// the name "kestro.Kestro" on the session bus; without a bus, the abstract socket of its display, which the
+/// kernel takes back however the process ends. Main thread; lives as long as the application.
+class SingleInstance {
+public:
+    static constexpr char busName[] = "kestro.Kestro";
+
+    /// `display` tells sessions without a bus apart. `onSecondStart` is called in the first process when a
+    /// second one without a bus finds it.
+    SingleInstance(const QDBusConnection& bus, const QString& display, std::function<void()> onSecondStart);
+    ~SingleInstance();
+    SingleInstance(const SingleInstance&) = delete;
+    SingleInstance& operator=(const SingleInstance&) = delete;
+
+    bool isFirst() const { return isFirst_; }
+
+    /// Asks the first process to show its dashboard; returns when the request is on its way.
+    void callFirst(DistributedNotifications& notifications);
+
+    /// Names the display of this process for the constructor.
+    static QString currentDisplay();
+
+private:
+    bool claimBusName();
+    bool claimSocket(const QString& display);
+    void acceptCallers();
+
+    QDBusConnection bus_;
+    const std::function<void()> onSecondStart_;
+    int socket_ = -1;
+    std::unique_ptr<QSocketNotifier> notifier_;
+    bool isFirst_ = false;
+};
+
+}  // namespace kestro
