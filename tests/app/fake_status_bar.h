@@ -14,6 +14,7 @@ public:
     struct Item {
         StatusItemHandlers handlers;
         StatusContent content;
+        int contentsSet = 0;
         int contentChanges = 0;
         int menusOpened = 0;
         QRect geometry;
@@ -53,6 +54,7 @@ private:
 
         void setContent(const StatusContent& content) override {
             Item& item = bar_.item(identifier_);
+            ++item.contentsSet;
             item.contentChanges += content == item.content ? 0 : 1;
             item.content = content;
         }

@@ -1,0 +1,398 @@
+#include "app/app_delegate.h"
+
+#include "app/windows/window_geometry.h"
+#include "tests/app/app_delegate_fixture.h"
+
+#include <QShortcut>
+#include <QWindow>
+
+#include <gmock/gmock.h>
+
+namespace kestro {
+namespace {
+
+using namespace std::chrono_literals;
+
+using AppDelegatePopover = testing::AppDelegateFixture;
+
+TEST_F(AppDelegatePopover, OpensAndClosesOnClicks) {
+    launch();
+
+    click();
+    EXPECT_TRUE(isPopoverShown());
+    click();
+    EXPECT_FALSE(isPopoverShown());
+    click();
+    EXPECT_TRUE(isPopoverShown());
+}
+
+TEST_F(AppDelegatePopover, StandsBesideTheItem) {
+    launch();
+
+    click();
+
+    EXPECT_EQ(delegate.popover()->pos(), QPoint(740 - 330, 26));
+}
+
+TEST_F(AppDelegatePopover, PrefersThePlaceThatTheItemTells) {
+    launch();
+    bar.item(mainItem).geometry = {500, 0, 40, 20};
+
+    click();
+
+    EXPECT_EQ(delegate.popover()->pos(), QPoint(540 - 330, 26));
+}
+
+TEST_F(AppDelegatePopover, OpensWithAFreshFullSample) {
+    launch();
+    ASSERT_EQ(engine.power.get().hasBattery, false);
+
+    click();
+
+    EXPECT_EQ(engine.power.get().hasBattery, true);
+    EXPECT_EQ(engine.cpuHistory.get().size(), 30);
+}
+
+TEST_F(AppDelegatePopover, TakesOneSampleForOpening) {
+    launch();
+    int samples = 0;
+    const Subscription subscription = engine.disk.subscribe([&samples](const DiskTelemetry&) { ++samples; });
+
+    click();
+    EXPECT_EQ(samples, 1);
+
+    delegate.showDashboard();
+    EXPECT_EQ(samples, 2);
+}
+
+TEST_F(AppDelegatePopover, KeepsTheEngineActiveWhileItShows) {
+    launch();
+
+    click();
+    EXPECT_TRUE(engine.isUIActive.get());
+    EXPECT_THAT(mac.runLoop.timerPeriods(), ::testing::Contains(1000ms));
+
+    delegate.popover()->close();
+    EXPECT_FALSE(engine.isUIActive.get());
+}
+
+TEST_F(AppDelegatePopover, StaysClosedAfterTheClickThatTookItsFocus) {
+    launch();
+    click();
+    QEvent deactivate(QEvent::WindowDeactivate);
+    QApplication::sendEvent(delegate.popover(), &deactivate);
+    ASSERT_FALSE(isPopoverShown());
+
+    click();
+    EXPECT_FALSE(isPopoverShown());
+
+    mac.advance(1s);
+    click();
+    EXPECT_TRUE(isPopoverShown());
+}
+
+TEST_F(AppDelegatePopover, OpensByCommandRightAfterItLostItsFocus) {
+    launch();
+    click();
+    QEvent deactivate(QEvent::WindowDeactivate);
+    QApplication::sendEvent(delegate.popover(), &deactivate);
+
+    command("popover");
+
+    EXPECT_TRUE(isPopoverShown());
+}
+
+TEST_F(AppDelegatePopover, GivesWayToTheDashboard) {
+    launch();
+    click();
+
+    popoverActions.onOpenDashboard();
+    settle();
+
+    EXPECT_FALSE(isPopoverShown());
+    EXPECT_TRUE(isDashboardShown());
+    EXPECT_TRUE(engine.isUIActive.get());
+}
+
+TEST_F(AppDelegatePopover, GivesWayToTheSettings) {
+    launch();
+    click();
+
+    popoverActions.onOpenSettings();
+    settle();
+
+    EXPECT_FALSE(isPopoverShown());
+    EXPECT_TRUE(isSettingsShown());
+}
+
+TEST_F(AppDelegatePopover, Quits) {
+    launch();
+    click();
+
+    popoverActions.onQuit();
+
+    EXPECT_EQ(terminations, 1);
+}
+
+struct AppDelegateDashboard : testing::AppDelegateFixture {
+    KestroDashboardWindow& window() { return *delegate.dashboardWindow(); }
+
+    void showSections(int count) {
+        Setting<bool>* sections[] = {&settings.showCompute, &settings.showCooling, &settings.showMemory,
+                                     &settings.showNetwork, &settings.showTopProcesses};
+        for (int index = 0; index < 5; ++index) {
+            sections[index]->set(index < count);
+        }
+    }
+};
+
+TEST_F(AppDelegateDashboard, CountsAtLeastThreeSections) {
+    const int widths[] = {788, 788, 788, 788, 1024, 1260};
+    for (int count = 0; count <= 5; ++count) {
+        showSections(count);
+        EXPECT_EQ(delegate.optimalDashboardWidth(), widths[count]) << count;
+    }
+}
+
+TEST_F(AppDelegateDashboard, FollowsItsSectionsAtTheNextShowing) {
+    launch();
+    showSections(2);
+
+    delegate.showDashboard();
+
+    EXPECT_EQ(window().size(), QSize(788, 480));
+    EXPECT_FALSE(delegate.hasUserCustomResizedDashboard());
+}
+
+TEST_F(AppDelegateDashboard, FollowsItsSectionsWhileItShows) {
+    launch();
+    delegate.showDashboard();
+
+    showSections(4);
+    settle();
+    EXPECT_EQ(window().width(), 1024);
+
+    showSections(3);
+    settle();
+    EXPECT_EQ(window().width(), 788);
+}
+
+TEST_F(AppDelegateDashboard, KeepsTheUsersSize) {
+    launch();
+    delegate.showDashboard();
+    window().resize(900, 600);
+    delegate.hideDashboard();
+    showSections(3);
+
+    delegate.showDashboard();
+
+    EXPECT_TRUE(delegate.hasUserCustomResizedDashboard());
+    EXPECT_EQ(window().size(), QSize(900, 600));
+}
+
+TEST_F(AppDelegateDashboard, FitsItselfAgainstTheUsersSizeWhenForced) {
+    launch();
+    delegate.showDashboard();
+    window().resize(900, 600);
+
+    delegate.adjustDashboardSize(true);
+
+    EXPECT_EQ(window().size(), QSize(1260, 600));
+}
+
+TEST_F(AppDelegateDashboard, DoesNotFitItselfInFullScreen) {
+    launch();
+    delegate.toggleFullScreenAction();
+    settle();
+    const QRect full = window().geometry();
+
+    delegate.adjustDashboardSize(true);
+
+    EXPECT_EQ(window().geometry(), full);
+    EXPECT_FALSE(delegate.hasUserCustomResizedDashboard());
+}
+
+TEST_F(AppDelegateDashboard, HidesWhenItIsClosedAndComesBackAsTheSameWindow) {
+    launch();
+    delegate.showDashboard();
+    const KestroDashboardWindow* before = delegate.dashboardWindow();
+
+    dashboardActions.onClose();
+    EXPECT_FALSE(isDashboardShown());
+    EXPECT_FALSE(engine.isUIActive.get());
+
+    delegate.showDashboard();
+    EXPECT_EQ(delegate.dashboardWindow(), before);
+    EXPECT_EQ(contentsMade, 1);
+}
+
+TEST_F(AppDelegateDashboard, RefusesToClose) {
+    launch();
+    delegate.showDashboard();
+
+    EXPECT_FALSE(delegate.windowShouldClose(window()));
+    EXPECT_FALSE(isDashboardShown());
+}
+
+TEST_F(AppDelegateDashboard, ZoomsFromItsButton) {
+    launch();
+    delegate.showDashboard();
+    const QRect before = window().geometry();
+
+    dashboardActions.onToggleFullScreen();
+
+    EXPECT_EQ(window().preZoomFrame(), before);
+    EXPECT_FALSE(window().isFullScreen());
+}
+
+TEST_F(AppDelegateDashboard, OpensTheSettings) {
+    launch();
+    delegate.showDashboard();
+
+    dashboardActions.onOpenSettings();
+
+    EXPECT_TRUE(isSettingsShown());
+    EXPECT_TRUE(isDashboardShown());
+}
+
+TEST_F(AppDelegateDashboard, FloatsWhilePinned) {
+    settings.isPinned.set(true);
+    launch();
+    delegate.showDashboard();
+    const QWindow& handle = *window().windowHandle();
+    EXPECT_TRUE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+
+    settings.isPinned.set(false);
+    EXPECT_FALSE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+
+    engine.setPinned(true);
+    EXPECT_TRUE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+}
+
+TEST_F(AppDelegateDashboard, DoesNotFloatInFullScreen) {
+    settings.isPinned.set(true);
+    launch();
+    delegate.toggleFullScreenAction();
+    settle();
+    const QWindow& handle = *window().windowHandle();
+    EXPECT_FALSE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+
+    settings.isPinned.set(false);
+    settings.isPinned.set(true);
+    EXPECT_FALSE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+
+    window().toggleFullScreen();
+    settle();
+    EXPECT_TRUE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+}
+
+TEST_F(AppDelegateDashboard, RestsWhileItIsMinimised) {
+    launch();
+    delegate.showDashboard();
+
+    window().setWindowState(Qt::WindowMinimized);
+    settle();
+    EXPECT_FALSE(engine.isUIActive.get());
+
+    delegate.toggleDashboard();
+    EXPECT_TRUE(window().isOnScreen());
+    EXPECT_TRUE(engine.isUIActive.get());
+}
+
+TEST_F(AppDelegateDashboard, DoesNothingBeforeTheLaunch) {
+    delegate.togglePopover();
+    delegate.showDashboard();
+    delegate.showDashboard({1500, 750});
+    delegate.toggleFullScreenAction();
+    delegate.hideDashboard();
+    delegate.adjustDashboardSize(true);
+    delegate.updateStatusItemText();
+    delegate.showContextMenu();
+
+    EXPECT_FALSE(engine.isUIActive.get());
+}
+
+struct AppDelegateShortcuts : testing::AppDelegateFixture {
+    void press(QWidget& window, const char* key) {
+        const QKeySequence sequence(QString::fromUtf8(key));
+        int found = 0;
+        for (QShortcut* shortcut : window.findChildren<QShortcut*>()) {
+            if (shortcut->key() == sequence) {
+                ++found;
+                Q_EMIT shortcut->activated();
+            }
+        }
+        EXPECT_EQ(found, 1) << key;
+        settle();
+    }
+};
+
+TEST_F(AppDelegateShortcuts, WorkInTheDashboard) {
+    launch();
+    delegate.showDashboard();
+    KestroDashboardWindow& window = *delegate.dashboardWindow();
+
+    press(window, "Ctrl+P");
+    EXPECT_TRUE(settings.isPinned.get());
+    press(window, "Ctrl+,");
+    EXPECT_TRUE(isSettingsShown());
+    press(window, "F11");
+    EXPECT_TRUE(window.isFullScreen());
+    press(window, "Ctrl+Shift+F");
+    EXPECT_FALSE(window.isFullScreen());
+    press(window, "Ctrl+D");
+    EXPECT_FALSE(window.isVisible());
+    press(window, "Ctrl+Q");
+    EXPECT_EQ(terminations, 1);
+}
+
+TEST_F(AppDelegateShortcuts, CloseEveryWindow) {
+    launch();
+    delegate.showDashboard();
+    delegate.showSettings();
+    click();
+
+    press(*delegate.popover(), "Ctrl+W");
+    press(*delegate.settingsWindow(), "Ctrl+W");
+    press(*delegate.dashboardWindow(), "Ctrl+W");
+
+    EXPECT_FALSE(engine.isUIActive.get());
+}
+
+using AppDelegateSettings = testing::AppDelegateFixture;
+
+TEST_F(AppDelegateSettings, AreMadeOnceAndKept) {
+    launch();
+    delegate.showSettings();
+    const SettingsWindow* before = delegate.settingsWindow();
+
+    settingsActions.onClose();
+    EXPECT_FALSE(isSettingsShown());
+    delegate.showSettings();
+
+    EXPECT_EQ(delegate.settingsWindow(), before);
+    EXPECT_TRUE(isSettingsShown());
+    EXPECT_EQ(contentsMade, 1);
+}
+
+TEST_F(AppDelegateSettings, KeepTheEngineActiveWhileTheyShow) {
+    launch();
+
+    delegate.showSettings();
+    EXPECT_TRUE(engine.isUIActive.get());
+    delegate.settingsWindow()->close();
+    EXPECT_FALSE(engine.isUIActive.get());
+}
+
+TEST_F(AppDelegateSettings, KeepTheEngineActiveWhenAnotherSurfaceCloses) {
+    launch();
+    delegate.showSettings();
+    delegate.showDashboard();
+
+    delegate.hideDashboard();
+
+    EXPECT_TRUE(engine.isUIActive.get());
+}
+
+}  // namespace
+}  // namespace kestro
