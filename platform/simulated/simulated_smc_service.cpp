@@ -47,7 +47,7 @@ void write32(SMCRecord& record, std::size_t offset, std::uint32_t value) {
 }
 
 bool isZero(const SMCRecord& record) {
-    return std::ranges::all_of(record, [](std::uint8_t byte) { return byte == 0; });
+    return record == SMCRecord{};
 }
 
 /// Nothing but the key, the command and, for a read of bytes, the size may be set.
