@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <memory>
 #include <utility>
@@ -110,6 +111,10 @@ std::optional<std::string_view> PersistentFile::readWith(ReadBuffer& buffer, con
             return text;
         }
         descriptor_.close();
+        if (whenGone_ == WhenGone::stayGone) {
+            path_.clear();
+            return std::nullopt;
+        }
         if (wasJustOpened) {
             return std::nullopt;
         }
@@ -122,6 +127,43 @@ std::optional<std::string_view> PersistentFile::read(ReadBuffer& buffer) {
 
 std::optional<std::string_view> PersistentFile::readBeginning(ReadBuffer& buffer, std::size_t byteCount) {
     return readWith(buffer, [&](int descriptor) { return buffer.readBeginning(descriptor, byteCount); });
+}
+
+std::uint64_t DirectoryWatch::fingerprint() {
+    constexpr std::uint64_t offsetBasis = 14695981039346656037ULL;
+    constexpr std::uint64_t prime = 1099511628211ULL;
+    if (!directory_.isOpen()) {
+        directory_ = Descriptor(::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    }
+    if (!directory_.isOpen() || ::lseek(directory_.get(), 0, SEEK_SET) != 0) {
+        directory_.close();
+        return 0;
+    }
+    // FNV-1a over each entry, summed, so that the order in which the kernel lists them does not matter.
+    std::uint64_t sum = offsetBasis;
+    alignas(dirent64) std::array<char, 8192> buffer;
+    for (;;) {
+        const auto count = ::getdents64(directory_.get(), buffer.data(), buffer.size());
+        if (count <= 0) {
+            return sum;
+        }
+        for (ssize_t position = 0; position < count;) {
+            const auto* entry = reinterpret_cast<const dirent64*>(buffer.data() + position);
+            std::uint64_t hash = (offsetBasis ^ entry->d_ino) * prime;
+            for (const char* name = entry->d_name; *name != '\0'; ++name) {
+                hash = (hash ^ static_cast<unsigned char>(*name)) * prime;
+            }
+            sum += hash;
+            position += entry->d_reclen;
+        }
+    }
+}
+
+bool DirectoryWatch::hasChanged() {
+    const auto now = fingerprint();
+    const bool changed = last_ != now;
+    last_ = now;
+    return changed;
 }
 
 std::string pathUnder(const std::string& root, std::string_view path) {

@@ -3,6 +3,7 @@
 #include "platform/linux/descriptor.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,12 +34,18 @@ private:
     int errorNumber_ = 0;
 };
 
-/// A file that is read again and again: it stays open, and is opened anew when the device behind it went away
-/// (hot-plug, suspend, a driver loaded again). Move-only. One thread at a time.
+/// A file that is read again and again and stays open. Move-only. One thread at a time.
 class PersistentFile {
 public:
+    /// What follows when the device behind the open file went away (hot-plug, suspend, a driver loaded again).
+    enum class WhenGone {
+        openAgain,  ///< the path names the same thing as ever
+        stayGone,   ///< the path may name another device by now, so that only a new search can tell
+    };
+
     PersistentFile() = default;
-    explicit PersistentFile(std::string path) : path_(std::move(path)) {}
+    explicit PersistentFile(std::string path, WhenGone whenGone = WhenGone::openAgain)
+        : path_(std::move(path)), whenGone_(whenGone) {}
 
     /// What the file holds now; the view lasts until the buffer's next use. nullopt: it cannot be read, for
     /// good when `isGone`, else for the moment (a sensor answers ENODATA while its device wakes up).
@@ -58,8 +65,26 @@ private:
     bool open();
 
     std::string path_;
+    WhenGone whenGone_ = WhenGone::openAgain;
     Descriptor descriptor_;
     bool isGone_ = false;
+};
+
+/// Tells whether the entries of a directory are others than before, without allocating. One thread at a time.
+class DirectoryWatch {
+public:
+    explicit DirectoryWatch(std::string path) : path_(std::move(path)) {}
+
+    /// Whether an entry was added, removed, renamed or replaced since the last call; true at the first one. A
+    /// directory that is missing counts as empty.
+    bool hasChanged();
+
+private:
+    std::uint64_t fingerprint();
+
+    std::string path_;
+    Descriptor directory_;
+    std::optional<std::uint64_t> last_;
 };
 
 /// Where `path`, which begins with a slash, lies in a file system that is mounted at `root`.

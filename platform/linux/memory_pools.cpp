@@ -10,42 +10,47 @@ namespace {
 
 constexpr std::chrono::seconds lookUpPeriod{30};
 constexpr std::size_t diskLimit = 64;
+constexpr std::uint64_t largestPool = std::uint64_t{1} << 56;
 
 }  // namespace
 
-void MemoryPoolReader::findPools() {
-    zramStatistics_.clear();
-    arcStatistics_.reset();
-    const auto disks = pathUnder(root_, "/sys/block");
-    for (const auto& name : listDirectory(disks)) {
-        if (!name.starts_with("zram") || zramStatistics_.size() == diskLimit) {
-            continue;
+MemoryPoolReader::MemoryPoolReader(const std::string& root)
+    : blockDirectory_(pathUnder(root, "/sys/block")),
+      blockDevices_(blockDirectory_),
+      cacheStatistics_(pathUnder(root, "/proc/spl/kstat/zfs/arcstats")) {}
+
+void MemoryPoolReader::lookUp(ReadBuffer& buffer) {
+    if (blockDevices_.hasChanged()) {
+        disks_.clear();
+        for (const auto& name : listDirectory(blockDirectory_)) {
+            if (name.starts_with("zram") && disks_.size() < diskLimit) {
+                const auto directory = blockDirectory_ + "/" + name;
+                disks_.push_back(
+                    {PersistentFile(directory + "/disksize"), PersistentFile(directory + "/mm_stat")});
+            }
         }
+    }
+    for (auto& disk : disks_) {
         // A disk that was never given a size holds no memory.
-        const auto size = readFile(disks + "/" + name + "/disksize");
-        if (size && parseInteger<std::uint64_t>(*size).value_or(0) > 0) {
-            zramStatistics_.emplace_back(disks + "/" + name + "/mm_stat");
-        }
+        const auto size = disk.size.read(buffer);
+        disk.isInUse = size && parseInteger<std::uint64_t>(*size).value_or(0) > 0;
     }
-    const auto arc = pathUnder(root_, "/proc/spl/kstat/zfs/arcstats");
-    if (isReadable(arc)) {
-        arcStatistics_.emplace(arc);
-    }
+    hasCache_ = isReadable(cacheStatistics_.path());
 }
 
 MemoryPools MemoryPoolReader::read(MonotonicTime now, ReadBuffer& buffer) {
     if (!lookedUp_ || now - *lookedUp_ >= lookUpPeriod) {
         lookedUp_ = now;
-        findPools();
+        lookUp(buffer);
     }
     MemoryPools pools;
-    for (auto& file : zramStatistics_) {
-        const auto text = file.read(buffer);
+    for (auto& disk : disks_) {
+        const auto text = disk.isInUse ? disk.statistics.read(buffer) : std::nullopt;
         const auto bytes = text ? parseZramPool(*text) : std::nullopt;
-        pools.zramPool += std::min(bytes.value_or(0), std::uint64_t{1} << 56);
+        pools.zramPool += std::min(bytes.value_or(0), largestPool);
     }
-    if (arcStatistics_) {
-        const auto text = arcStatistics_->read(buffer);
+    if (hasCache_) {
+        const auto text = cacheStatistics_.read(buffer);
         pools.reclaimableFileCache = (text ? parseReclaimableArc(*text) : std::nullopt).value_or(0);
     }
     return pools;
