@@ -93,7 +93,7 @@ void AppDelegate::togglePopover() {
     if (!popover_) {
         return;
     }
-    if (popover_->isVisible()) {
+    if (popover_->isShown()) {
         popover_->orderOut();
     } else {
         refreshTelemetry();
@@ -160,7 +160,7 @@ void AppDelegate::refreshTelemetry() {
 }
 
 void AppDelegate::updateUIActiveState() {
-    const bool isActive = (popover_ && popover_->isOnScreen()) ||
+    const bool isActive = (popover_ && popover_->isShown()) ||
                           (dashboardWindow_ && dashboardWindow_->isOnScreen()) ||
                           (settingsWindow_ && settingsWindow_->isOnScreen());
     services_.engine.setUIActive(isActive);

@@ -1,11 +1,14 @@
 #include "app/windows/popover_window.h"
 
+#include "app/windows/press_monitor.h"
 #include "app/windows/window_geometry.h"
 #include "app/windows/window_system.h"
+#include "ui/theme/motion.h"
 
 #include <QApplication>
+#include <QCloseEvent>
+#include <QCursor>
 #include <QKeyEvent>
-#include <QScopedValueRollback>
 #include <QScreen>
 
 #include <chrono>
@@ -20,6 +23,8 @@ using namespace std::chrono_literals;
 // Longer than a click with a slow finger, shorter than two deliberate ones.
 constexpr auto clickDuration = 500ms;
 
+constexpr double riseDistance = 4;
+
 QScreen* screenOf(const QRect& anchor) {
     QScreen* screen = anchor.isNull() ? nullptr : QGuiApplication::screenAt(anchor.center());
     return screen != nullptr ? screen : QGuiApplication::primaryScreen();
@@ -32,38 +37,64 @@ PopoverWindow::PopoverWindow(WindowDelegate& delegate, const Clock& clock, Conte
                     Qt::Tool | Qt::WindowStaysOnTopHint),
       clock_(clock) {
     setFixedSize(popoverSize);
+    fade_.setEasingCurve(QEasingCurve::OutCubic);
+    QObject::connect(&fade_, &QVariantAnimation::valueChanged, this,
+                     [this](const QVariant& value) { takeStep(value.toDouble()); });
+    QObject::connect(&fade_, &QVariantAnimation::finished, this, [this] {
+        if (!isShown_) {
+            hide();
+        }
+    });
 }
+
+PopoverWindow::~PopoverWindow() = default;
 
 void PopoverWindow::showRelativeTo(const QRect& anchor) {
     dismissedAt_.reset();
+    isShown_ = true;
     if (const QScreen* screen = screenOf(anchor)) {
-        move(popoverFrame(anchor, popoverSize, screen->geometry(), screen->availableGeometry()).topLeft());
+        restingPlace_ =
+            popoverFrame(anchor, popoverSize, screen->geometry(), screen->availableGeometry()).topLeft();
     }
+    fadeTo(1, motion::duration(motion::popoverOpen));
     makeKeyAndOrderFront(*this);
+    pressMonitor_ = std::make_unique<PressMonitor>([this] { pressedSomewhere(); });
+}
+
+void PopoverWindow::orderOut() {
+    if (!std::exchange(isShown_, false)) {
+        return;
+    }
+    pressMonitor_.reset();
+    const int milliseconds = motion::duration(motion::popoverClose);
+    if (milliseconds > 0) {
+        fadeTo(0, milliseconds);
+    } else {
+        hide();
+    }
+    delegate().popoverDidClose();
 }
 
 bool PopoverWindow::wasJustDismissed() const {
     return dismissedAt_ && clock_.monotonicNow() - *dismissedAt_ < clickDuration;
 }
 
-void PopoverWindow::setVisible(bool visible) {
-    // A window that is being hidden loses the keyboard for that reason, not by the user's click.
-    const QScopedValueRollback guard(isChangingVisibility_, true);
-    SurfaceWindow::setVisible(visible);
+void PopoverWindow::visibilityDidChange() {
+    if (isShown_) {
+        delegate().popoverDidShow();
+    }
 }
 
-void PopoverWindow::visibilityDidChange() {
-    if (isVisible()) {
-        delegate().popoverDidShow();
-    } else {
-        delegate().popoverDidClose();
+void PopoverWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (delegate().windowShouldClose(*this)) {
+        orderOut();
     }
 }
 
 bool PopoverWindow::event(QEvent* event) {
     // Its own menus take the keyboard too, and closing under them would leave them in the air.
-    if (event->type() == QEvent::WindowDeactivate && isVisible() && !isChangingVisibility_ &&
-        QApplication::activePopupWidget() == nullptr) {
+    if (event->type() == QEvent::WindowDeactivate && QApplication::activePopupWidget() == nullptr) {
         dismiss();
     }
     return SurfaceWindow::event(event);
@@ -71,15 +102,43 @@ bool PopoverWindow::event(QEvent* event) {
 
 void PopoverWindow::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Cancel)) {
-        hide();
+        orderOut();
         return;
     }
     SurfaceWindow::keyPressEvent(event);
 }
 
 void PopoverWindow::dismiss() {
-    dismissedAt_ = clock_.monotonicNow();
-    hide();
+    if (isShown_) {
+        dismissedAt_ = clock_.monotonicNow();
+        orderOut();
+    }
+}
+
+void PopoverWindow::pressedSomewhere() {
+    if (QApplication::activePopupWidget() == nullptr && !geometry().contains(QCursor::pos())) {
+        dismiss();
+    }
+}
+
+void PopoverWindow::fadeTo(double opacity, int milliseconds) {
+    fade_.stop();
+    if (milliseconds == 0) {
+        takeStep(opacity);
+        return;
+    }
+    fade_.setDuration(milliseconds);
+    fade_.setStartValue(isVisible() ? windowOpacity() : 1 - opacity);
+    fade_.setEndValue(opacity);
+    fade_.start();
+    takeStep(fade_.startValue().toDouble());
+}
+
+void PopoverWindow::takeStep(double opacity) {
+    setWindowOpacity(opacity);
+    // It rises into its place when it opens, and stays there when it closes.
+    const double distance = isShown_ ? (1 - opacity) * riseDistance : 0;
+    move(restingPlace_ + QPoint(0, qRound(distance)));
 }
 
 }  // namespace kestro

@@ -4,37 +4,52 @@
 #include "core/platform/clock.h"
 
 #include <QRect>
+#include <QVariantAnimation>
 
+#include <memory>
 #include <optional>
 
 namespace kestro {
 
+class PressMonitor;
+
 /// The quick-glance popover: a small window beside the status item that closes when it loses the keyboard,
-/// on Escape, and on a press elsewhere.
+/// on Escape, and on a press elsewhere. It opens and closes with a short fade.
 class PopoverWindow final : public SurfaceWindow {
 public:
     PopoverWindow(WindowDelegate& delegate, const Clock& clock, ContentFactory makeContent);
+    ~PopoverWindow() override;
 
     /// Shows it beside `anchor`, the status item's place on the screen; a null one is unknown.
     void showRelativeTo(const QRect& anchor);
 
-    /// Whether it closed by itself so shortly ago that the click being handled is what closed it. A panel
-    /// reports a click after the press has taken the keyboard away, and that click means "close".
-    bool wasJustDismissed() const;
+    /// Whether it is open; no longer while it fades away.
+    bool isShown() const { return isShown_; }
 
-    void setVisible(bool visible) override;
+    void orderOut() override;
+
+    /// Whether it closed by itself so shortly ago that the click being handled is what closed it. A panel
+    /// reports a click after the press has closed the popover, and that click means "close".
+    bool wasJustDismissed() const;
 
 protected:
     void visibilityDidChange() override;
     bool event(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void dismiss();
+    void pressedSomewhere();
+    void fadeTo(double opacity, int milliseconds);
+    void takeStep(double opacity);
 
     const Clock& clock_;
+    QPoint restingPlace_;
+    QVariantAnimation fade_;
+    std::unique_ptr<PressMonitor> pressMonitor_;
     std::optional<MonotonicTime> dismissedAt_;
-    bool isChangingVisibility_ = false;
+    bool isShown_ = false;
 };
 
 }  // namespace kestro

@@ -24,7 +24,7 @@ public:
     /// Whether it is on the screen: shown and not minimised.
     bool isOnScreen() const { return isVisible() && !isMinimized(); }
 
-    void orderOut() { hide(); }
+    virtual void orderOut() { hide(); }
 
 protected:
     WindowDelegate& delegate() { return delegate_; }

@@ -2,6 +2,7 @@
 
 #include "platform/simulated/simulated_clock.h"
 #include "tests/app/windows/recording_window_delegate.h"
+#include "ui/theme/motion.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -17,6 +18,9 @@ using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 
 struct PopoverWindowTest : ::testing::Test {
+    PopoverWindowTest() { motion::setReduced(true); }
+    ~PopoverWindowTest() override { motion::setReduced(false); }
+
     SimulatedClock clock;
     testing::RecordingWindowDelegate delegate;
     int contentsMade = 0;
@@ -126,6 +130,28 @@ TEST_F(PopoverWindowTest, ForgetsItWhenItIsShownAgain) {
     show();
 
     EXPECT_FALSE(popover.wasJustDismissed());
+}
+
+TEST_F(PopoverWindowTest, CountsAsClosedWhileItFadesAway) {
+    motion::setReduced(false);
+    show();
+
+    popover.orderOut();
+
+    EXPECT_TRUE(popover.isVisible());
+    EXPECT_FALSE(popover.isShown());
+    EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "popoverDidClose"));
+}
+
+TEST_F(PopoverWindowTest, OpensAgainWhileItFadesAway) {
+    motion::setReduced(false);
+    show();
+    popover.orderOut();
+
+    show();
+
+    EXPECT_TRUE(popover.isShown());
+    EXPECT_TRUE(popover.isVisible());
 }
 
 TEST_F(PopoverWindowTest, ClosesWhenTheWindowManagerAsksForIt) {
