@@ -155,7 +155,7 @@ void TelemetryEngine::sampleLightweight() {
 void TelemetryEngine::append(History& history, double value) {
     auto newest = std::exchange(spareHistory_, {});
     newest = history.get();
-    std::ranges::rotate(newest, newest.begin() + 1);
+    std::rotate(newest.begin(), newest.begin() + 1, newest.end());
     newest.back() = value;
     history.swapIn(newest);
     spareHistory_ = std::move(newest);

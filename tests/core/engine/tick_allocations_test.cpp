@@ -1,29 +1,8 @@
+#include "tests/core/engine/allocation_counter.h"
 #include "tests/core/engine/engine_fixture.h"
 
-#include <cstdlib>
-#include <new>
-
-namespace {
-
-thread_local std::int64_t allocations = 0;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* const storage = std::malloc(size != 0 ? size : 1)) {
-        return storage;
-    }
-    throw std::bad_alloc();
-}
-
-void operator delete(void* storage) noexcept {
-    std::free(storage);
-}
-
-void operator delete(void* storage, std::size_t) noexcept {
-    std::free(storage);
-}
+#include <memory>
+#include <string>
 
 namespace kestro {
 namespace {
@@ -40,9 +19,9 @@ protected:
         const auto onMemory =
             engine().memory.subscribe([this](const auto& newest) { seenBytes += newest.usedBytes; });
         mac.advance(10s);
-        const auto before = allocations;
+        const auto before = allocationsOfThisThread();
         mac.advance(100s);
-        return allocations - before;
+        return allocationsOfThisThread() - before;
     }
 
     std::size_t seenFans = 0;
@@ -51,11 +30,11 @@ protected:
 };
 
 TEST_F(TickAllocationsTest, TheCounterCounts) {
-    const auto before = allocations;
+    const auto before = allocationsOfThisThread();
 
     const auto text = std::make_unique<std::string>(100, 'x');
 
-    EXPECT_EQ(allocations - before, 2);
+    EXPECT_EQ(allocationsOfThisThread() - before, 2);
     EXPECT_EQ(text->size(), 100u);
 }
 
