@@ -15,9 +15,9 @@ namespace kestro::testing_support {
 template <std::predicate Condition>
 bool waitUntil(Condition condition, std::chrono::milliseconds deadline = std::chrono::seconds(20)) {
     const QDeadlineTimer limit(deadline);
-    // Ends the wait for events in the end when there are none.
+    // A condition may come true without an event.
     QTimer alarm;
-    alarm.start(std::chrono::milliseconds(50));
+    alarm.start(std::chrono::milliseconds(5));
     while (!condition()) {
         if (limit.hasExpired()) {
             return false;

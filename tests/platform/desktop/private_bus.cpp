@@ -61,10 +61,6 @@ QDBusConnection PrivateBus::connect() {
     return connection;
 }
 
-void PrivateBus::disconnect(const QDBusConnection& connection) {
-    QDBusConnection::disconnectFromBus(connection.name());
-}
-
 void PrivateBus::kill() {
     daemon_.kill();
     daemon_.waitForFinished();

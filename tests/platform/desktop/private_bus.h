@@ -17,11 +17,8 @@ public:
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
 
-    /// A connection of its own each time, closed by `disconnect` or with the bus.
+    /// A connection of its own each time, closed with the bus.
     QDBusConnection connect();
-
-    /// Ends one connection, as the end of its process would.
-    void disconnect(const QDBusConnection& connection);
 
     /// Ends the daemon as a crash would.
     void kill();

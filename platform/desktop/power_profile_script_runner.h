@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "core/platform/script_runner.h"
+#include "platform/desktop/power_profile.h"
+
+namespace kestro {
+
+class PowerProfiles;
+
+/// Carries out the one script that switches the power mode; any other text does nothing, whatever it says.
+/// The service or pkexec asks for the administrator's consent. Any background thread.
+class PowerProfileScriptRunner final : public ScriptRunner {
+public:
+    explicit PowerProfileScriptRunner(PowerProfiles& profiles) : profiles_(profiles) {}
+
+    void execute(const std::string& source) override;
+
+private:
+    PowerProfiles& profiles_;
+};
+
+/// The profile that the script text asks for; nullopt unless it is, byte for byte,
+/// `do shell script "pmset -a powermode N" with administrator privileges` with N being 0, 1 or 2.
+std::optional<PowerProfile> profileOfScript(std::string_view source);
+
+}  // namespace kestro

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/platform/command_runner.h"
+
+namespace kestro {
+
+class PowerProfiles;
+
+/// Answers "/usr/bin/pmset" "-g" in process from the machine's power profile and leaves every other program to
+/// `others`. Any background thread; both references outlive it.
+class SessionCommandRunner final : public CommandRunner {
+public:
+    SessionCommandRunner(PowerProfiles& profiles, CommandRunner& others) : profiles_(profiles), others_(others) {}
+
+    std::optional<CommandOutput> run(const std::string& executable,
+                                     const std::vector<std::string>& arguments) override;
+
+private:
+    PowerProfiles& profiles_;
+    CommandRunner& others_;
+};
+
+}  // namespace kestro
