@@ -1,35 +1,31 @@
 #include "app/status_bar/status_menu_popup.h"
 
-#include <QCoreApplication>
-#include <QKeySequence>
-#include <utility>
+#include "ui/controls/popup_menu.h"
 
 namespace kestro {
 
 namespace {
 
-void fill(QMenu& target, const StatusMenu& menu) {
-    for (const StatusMenuEntry& entry : menu) {
-        if (entry.isSeparator) {
-            target.addSeparator();
+std::vector<MenuEntry> menuEntries(const StatusMenu& menu) {
+    std::vector<MenuEntry> entries;
+    for (const StatusMenuEntry& source : menu) {
+        if (source.isSeparator) {
+            entries.push_back(MenuEntry::separator());
             continue;
         }
-        QString title = entry.title;
-        title.replace(QLatin1Char('&'), QLatin1StringView("&&"));
-        if (!entry.submenu.empty()) {
-            fill(*target.addMenu(title), entry.submenu);
-            continue;
-        }
-        QAction* action = target.addAction(title);
-        action->setEnabled(entry.isEnabled);
-        action->setCheckable(entry.isChecked);
-        action->setChecked(entry.isChecked);
-        QObject::connect(action, &QAction::triggered, [act = entry.action] {
-            if (act) {
-                QMetaObject::invokeMethod(QCoreApplication::instance(), act, Qt::QueuedConnection);
-            }
-        });
+        MenuEntry entry;
+        // What can neither be chosen nor opened names the entries below it.
+        const bool isHeader = !source.isEnabled && source.submenu.empty();
+        entry.kind = isHeader ? MenuEntry::Kind::header : MenuEntry::Kind::action;
+        entry.title = source.title;
+        entry.shortcut = source.shortcut;
+        entry.isEnabled = source.isEnabled;
+        entry.isChecked = source.isChecked;
+        entry.action = source.action;
+        entry.submenu = menuEntries(source.submenu);
+        entries.push_back(std::move(entry));
     }
+    return entries;
 }
 
 }  // namespace
@@ -43,10 +39,9 @@ void StatusMenuPopup::open(const StatusMenu& menu, QPoint position) {
     if (menu.empty()) {
         return;
     }
-    menu_ = new QMenu;
-    menu_->setAttribute(Qt::WA_DeleteOnClose);
-    fill(*menu_, menu);
-    menu_->popup(position);
+    auto* popup = new PopupMenu(menuEntries(menu));
+    menu_ = popup;
+    popup->openAt(position);
 }
 
 }  // namespace kestro

@@ -9,6 +9,7 @@
 #include "app/status_bar/notifier/sni_status_item.h"
 #include "app/status_bar/panel_scheme_monitor.h"
 #include "tests/app/private_bus.h"
+#include "tests/app/status_bar/bound_theme.h"
 #include "tests/app/status_bar/fake_watcher.h"
 
 namespace kestro {
@@ -69,6 +70,7 @@ protected:
         waitUntil([&] { return isDone; });
     }
 
+    BoundTheme theme;
     PrivateBus bus;
     BusClient client;
     BusClient panel;

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <chrono>
+#include <memory>
+#include <vector>
+
+#include "app/status_bar/notifier/host_monitor.h"
+#include "app/status_bar/notifier/sni_status_bar.h"
+#include "app/status_bar/panel_scheme_monitor.h"
+#include "app/status_bar/status_bar.h"
+#include "app/status_bar/strip/strip_status_bar.h"
+
+namespace kestro {
+
+/// The place of the items on this desktop: its panels while one of them hosts status items, the strip
+/// otherwise. Items move along. A panel may take a moment to start or to come back; only when it stays away
+/// longer than the grace period does the strip appear, and at once where there is no bus. Main thread;
+/// outlives its items.
+class DesktopStatusBar : public QObject, public StatusBar {
+    Q_OBJECT
+
+public:
+    static constexpr std::chrono::milliseconds defaultGrace{1000};
+
+    explicit DesktopStatusBar(NotifierEnvironment environment = NotifierEnvironment::current(),
+                              std::chrono::milliseconds grace = defaultGrace);
+    ~DesktopStatusBar() override;
+
+    [[nodiscard]] std::unique_ptr<StatusItem> createItem(const QString& identifier,
+                                                         StatusItemHandlers handlers) override;
+
+    /// True while the items are on the strip.
+    bool isOnStrip() const { return isOnStrip_; }
+
+private:
+    class Item;
+
+    void followHost();
+    void move(bool toStrip);
+    StatusBar& place();
+
+    HostMonitor monitor_;
+    PanelSchemeMonitor scheme_;
+    SniStatusBar panels_;
+    StripStatusBar strip_;
+    std::vector<Item*> items_;
+    QTimer grace_;
+    bool isOnStrip_ = false;
+};
+
+}  // namespace kestro

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+#include "app/status_bar/status_bar.h"
+#include "ui/controls/transition.h"
+#include "ui/controls/view.h"
+
+namespace kestro {
+
+/// One item on the strip: symbol and title, lit under the pointer. A click counts when the button is released
+/// over the item. Figures are not announced; the name always tells the current title. Main thread.
+class StripItemView : public View {
+public:
+    using ClickHandler = std::function<void(StatusClick click, bool controlHeld)>;
+
+    StripItemView(ClickHandler onClick, QWidget* parent);
+
+    /// Shows new content and reserves the room for it: the width grows with the text, up to that of the widest
+    /// title, and does not shrink until the widest title is another one. True if the width changed.
+    bool setContent(const StatusContent& content);
+
+    const StatusContent& content() const { return content_; }
+
+    /// The width that the item needs.
+    int wantedWidth() const { return wantedWidth_; }
+
+    AccessibleInfo accessibleInfo() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    ClickHandler onClick_;
+    StatusContent content_;
+    Transition hover_;
+    int wantedWidth_;
+    Qt::MouseButton pressed_ = Qt::NoButton;
+};
+
+}  // namespace kestro
