@@ -1,15 +1,12 @@
 #include "core/power/keep_awake_manager.h"
 
-#include "core/settings/user_settings.h"
-#include "platform/simulated/simulated_mac.h"
+#include "tests/core/power/keep_awake_fixture.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace kestro {
@@ -20,23 +17,7 @@ using namespace std::chrono_literals;
 constexpr auto display = KeepAwakeTarget::displayAndSystem;
 constexpr auto systemOnly = KeepAwakeTarget::systemOnly;
 
-/// A manager on a simulated machine whose preferences are those of a fresh user.
-struct Fixture {
-    SimulatedMac mac;
-    UserSettings settings{mac.userDefaults};
-    std::unique_ptr<KeepAwakeManager> made = std::make_unique<KeepAwakeManager>(mac.platform(), settings);
-    KeepAwakeManager& manager = *made;
-
-    std::size_t timers() const { return mac.runLoop.timerPeriods().size(); }
-
-    /// The remaining time's text one tick after the wall clock has passed `elapsed` of a period of four hours.
-    std::string remainingAfter(std::chrono::milliseconds elapsed) {
-        manager.activate(KeepAwakeDuration::hours4);
-        mac.clock.setWall(mac.clock.wallNow() + elapsed);
-        mac.advance(1s);
-        return manager.formattedRemainingTime();
-    }
-};
+using Fixture = KeepAwakeFixture;
 
 TEST(KeepAwakeManager, StartsInactive) {
     Fixture f;
@@ -293,109 +274,6 @@ TEST(KeepAwakeManager, OnlyStoresATargetWhileInactive) {
     EXPECT_EQ(f.manager.targetMode.get(), systemOnly);
     EXPECT_EQ(f.mac.userDefaults.writes("kestro.keepAwakeTargetMode"), 1);
     EXPECT_EQ(f.mac.powerAssertions.created(), 0U);
-}
-
-TEST(KeepAwakeManager, StopsAtTheBatteryThreshold) {
-    Fixture f;
-    f.manager.activate(KeepAwakeDuration::indefinite);
-
-    f.manager.checkBatterySafeguard(21, false);
-    EXPECT_TRUE(f.manager.isActive.get());
-    f.manager.checkBatterySafeguard(20, false);
-
-    EXPECT_FALSE(f.manager.isActive.get());
-    EXPECT_EQ(f.mac.assertionsHeld(), 0U);
-}
-
-TEST(KeepAwakeManager, FollowsTheThresholdOfTheSettings) {
-    Fixture f;
-    f.settings.keepAwakeBatteryThreshold.set(50);
-    f.manager.activate(KeepAwakeDuration::indefinite);
-
-    f.manager.checkBatterySafeguard(50, false);
-
-    EXPECT_FALSE(f.manager.isActive.get());
-}
-
-TEST(KeepAwakeManager, NeverStopsWhileCharging) {
-    Fixture f;
-    f.manager.activate(KeepAwakeDuration::indefinite);
-
-    f.manager.checkBatterySafeguard(1, true);
-
-    EXPECT_TRUE(f.manager.isActive.get());
-}
-
-TEST(KeepAwakeManager, NeverStopsWithTheSafeguardOff) {
-    Fixture f;
-    f.settings.keepAwakeAutoDisableOnBattery.set(false);
-    f.manager.activate(KeepAwakeDuration::indefinite);
-
-    f.manager.checkBatterySafeguard(1, false);
-
-    EXPECT_TRUE(f.manager.isActive.get());
-}
-
-TEST(KeepAwakeManager, PublishesNothingForALowBatteryWhileInactive) {
-    Fixture f;
-    int published = 0;
-    const auto subscription = f.manager.isActive.subscribe([&](const bool&) { ++published; });
-
-    f.manager.checkBatterySafeguard(1, false);
-
-    EXPECT_EQ(published, 0);
-}
-
-TEST(KeepAwakeManager, StopsWhenTheSystemTakesTheAssertionAway) {
-    Fixture f;
-    f.manager.activate(KeepAwakeDuration::hours1);
-
-    f.mac.powerAssertions.revoke(f.mac.powerAssertions.created());
-
-    EXPECT_FALSE(f.manager.isActive.get());
-    EXPECT_EQ(f.manager.remainingSeconds.get(), std::nullopt);
-    EXPECT_EQ(f.timers(), 0U);
-}
-
-TEST(KeepAwakeManager, IgnoresTheRevocationOfAnEarlierAssertion) {
-    struct LateRefusal final : PowerAssertions {
-        std::optional<PowerAssertionID> create(const std::string&, std::uint32_t, const std::string&) override {
-            return ++last;
-        }
-        void release(PowerAssertionID) override {}
-        void setRevocationHandler(std::function<void(PowerAssertionID)> newest) override { handler = newest; }
-        std::function<void(PowerAssertionID)> handler;
-        PowerAssertionID last = 0;
-    } assertions;
-    SimulatedMac mac;
-    UserSettings settings(mac.userDefaults);
-    const auto& ports = mac.platform();
-    const Platform platform{ports.clock,       ports.runLoop,        ports.machHost,          ports.systemControl,
-                            ports.processInfo, ports.fileSystem,     ports.networkInterfaces, ports.powerSources,
-                            ports.smc,         ports.hidEventSystem, ports.commandRunner,     ports.scriptRunner,
-                            assertions,        ports.userDefaults,   ports.notifications,     ports.fileEvents};
-    KeepAwakeManager manager(platform, settings);
-    assertions.handler(0);
-    manager.activate(KeepAwakeDuration::indefinite);
-    manager.activate(KeepAwakeDuration::indefinite);
-
-    assertions.handler(1);
-    assertions.handler(0);
-
-    EXPECT_TRUE(manager.isActive.get());
-    assertions.handler(2);
-    EXPECT_FALSE(manager.isActive.get());
-}
-
-TEST(KeepAwakeManager, ReleasesEverythingWhenDestroyed) {
-    Fixture f;
-    f.manager.activate(KeepAwakeDuration::hours1);
-
-    f.made.reset();
-
-    EXPECT_EQ(f.mac.assertionsHeld(), 0U);
-    EXPECT_EQ(f.timers(), 0U);
-    EXPECT_FALSE(f.mac.powerAssertions.hasRevocationHandler());
 }
 
 TEST(KeepAwakeManager, LetsASubscriberStopWhatHasJustStarted) {
