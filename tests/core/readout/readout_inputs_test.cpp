@@ -1,9 +1,26 @@
 #include "core/readout/readout_inputs.h"
 
+#include "core/power/keep_awake_manager.h"
+#include "core/power/power_mode_manager.h"
+#include "core/readout/menubar_readout.h"
+#include "tests/core/cooling/fan_control_fixture.h"
+
 #include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
 
 namespace kestro {
 namespace {
+
+/// Everything that the readout draws on, on a still machine.
+struct Fixture : FanControlFixture {
+    KeepAwakeManager keepAwake{mac.platform(), settings};
+    PowerModeManager powerManager{mac.platform()};
+
+    ReadoutInputs inputs() { return readoutInputs(engine, settings, manager(), keepAwake, powerManager); }
+    std::string title() { return composeReadout(ReadoutLayout::of(settings), inputs()).title; }
+};
 
 TEST(ReadoutInputs, TakesWhatStandsBeforeTheFirstSampleForAbsent) {
     const auto cpu = CPUTelemetry::initial();
@@ -42,6 +59,47 @@ TEST(ReadoutInputs, TakesRecordsWithAReadingForSamples) {
     EXPECT_EQ(sampled(thermal), &thermal);
     EXPECT_EQ(sampled(network), &network);
     EXPECT_EQ(sampled(disk), &disk);
+}
+
+TEST(ReadoutInputs, HaveNoReadingsBeforeTheFirstSample) {
+    Fixture f;
+
+    EXPECT_EQ(f.title(), " RAM -- · 0 RPM");
+}
+
+TEST(ReadoutInputs, ReferToTheEnginesRecords) {
+    Fixture f;
+    f.engine.sampleFull();
+    f.mac.advance(std::chrono::seconds(2));
+    f.engine.sampleFull();
+
+    const auto inputs = f.inputs();
+
+    EXPECT_EQ(inputs.cpu, &f.engine.cpu.get());
+    EXPECT_EQ(inputs.memory, &f.engine.memory.get());
+    EXPECT_EQ(inputs.fans.data(), f.engine.fans.get().data());
+    EXPECT_EQ(inputs.fans.size(), 2U);
+    EXPECT_EQ(inputs.thermal, &f.engine.thermals.get());
+    EXPECT_EQ(inputs.network, &f.engine.network.get());
+    EXPECT_EQ(inputs.power, &f.engine.power.get());
+    EXPECT_EQ(inputs.disk, &f.engine.disk.get());
+}
+
+TEST(ReadoutInputs, FollowTheManagersAndTheLabels) {
+    Fixture f;
+    f.manager().selectProfile(FanProfile::turbo);
+    f.keepAwake.activate(KeepAwakeDuration::minutes15);
+    f.mac.commandRunner.powerMode = 2;
+    f.mac.runPending();
+    f.settings.showMenubarLabels.set(false);
+
+    const auto inputs = f.inputs();
+
+    EXPECT_EQ(inputs.fanProfile, FanProfile::turbo);
+    EXPECT_EQ(inputs.powerMode, SystemPowerMode::highPower);
+    EXPECT_TRUE(inputs.isKeepAwakeActive);
+    EXPECT_EQ(inputs.keepAwakeRemainingSeconds, 900);
+    EXPECT_FALSE(inputs.showLabels);
 }
 
 }  // namespace
