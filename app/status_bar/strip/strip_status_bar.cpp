@@ -27,9 +27,13 @@ public:
     }
 
     void setContent(const StatusContent& content) override {
-        if (content != view_->content() && view_->setContent(content)) {
+        if (content == view_->content()) {
+            return;
+        }
+        if (view_->setContent(content)) {
             window_->arrange();
         }
+        window_->nameAfterItems();
     }
 
     void openMenu(std::optional<QPoint> position) override {

@@ -65,6 +65,11 @@ void StripWindow::arrange() {
     show();
 }
 
+void StripWindow::nameAfterItems() {
+    const QString readout = items_.empty() ? QString() : items_.front()->content().title.text.trimmed();
+    setWindowTitle(readout.isEmpty() ? QStringLiteral("Kestro") : QStringLiteral("Kestro · ") + readout);
+}
+
 void StripWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     isComposited_ = window_compositing::isAvailable();

@@ -29,6 +29,10 @@ public:
     /// Lays the items out again after one of them changed its width.
     void arrange();
 
+    /// Makes the readout of the item at the right end the window's name, for window lists, screen readers and
+    /// scripts.
+    void nameAfterItems();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;

@@ -82,6 +82,16 @@ TEST_F(StripStatusBarTest, ShowsItsItemsAtTheTopRightOfTheScreen) {
     EXPECT_EQ(main->geometry().size(), viewOf("kestro-main")->size());
 }
 
+TEST_F(StripStatusBarTest, IsNamedAfterTheReadoutOfTheFirstItem) {
+    const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
+    const auto extra = bar.createItem(QStringLiteral("kestro-cooling"), {});
+
+    item->setContent(titled(" RAM 42%"));
+    extra->setContent(titled(" 14m"));
+
+    EXPECT_EQ(strip()->windowTitle(), QStringLiteral("Kestro · RAM 42%"));
+}
+
 TEST_F(StripStatusBarTest, GoesAwayWithItsLastItem) {
     auto main = bar.createItem(QStringLiteral("kestro-main"), {});
     auto extra = bar.createItem(QStringLiteral("kestro-cooling"), {});
