@@ -1,0 +1,36 @@
+#pragma once
+
+#include "core/platform/network_interfaces.h"
+#include "platform/linux/interface_source.h"
+#include "platform/linux/interface_traffic.h"
+#include "platform/linux/kernel_files.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kestro {
+
+/// The machine's interfaces with 64-bit counters. Main thread. While the list of interfaces is unchanged, a call
+/// costs one read of /proc/net/dev for the counters of all of them.
+class LinuxNetworkInterfaces final : public NetworkInterfaces {
+public:
+    /// `root` is where the machine's file system is mounted; no `source` stands for the running kernel.
+    explicit LinuxNetworkInterfaces(std::string root = "/", std::unique_ptr<InterfaceSource> source = nullptr);
+
+    std::optional<std::vector<InterfaceEntry>> getifaddrs() override;
+    std::optional<std::string> getnameinfo(const InterfaceAddress& address) override;
+
+private:
+    bool refreshEntries();
+
+    std::string root_;
+    std::unique_ptr<InterfaceSource> source_;
+    ReadBuffer buffer_;
+    PersistentFile counters_;
+    std::vector<InterfaceTraffic> traffic_;
+    std::optional<std::vector<InterfaceEntry>> entries_;  ///< without statistics
+};
+
+}  // namespace kestro

@@ -1,0 +1,130 @@
+#include "platform/linux/linux_network_interfaces.h"
+
+#include "tests/platform/linux/recorded_interfaces.h"
+#include "tests/platform/linux/support.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace kestro {
+namespace {
+
+using test::fixture;
+using test::RecordedInterfaces;
+using test::TemporaryTree;
+using testing::ElementsAre;
+
+class Machine {
+public:
+    explicit Machine(const std::string& root) {
+        auto owned = std::make_unique<RecordedInterfaces>(root);
+        source = owned.get();
+        interfaces = std::make_unique<LinuxNetworkInterfaces>(root, std::move(owned));
+    }
+
+    std::vector<std::string> links() {
+        std::vector<std::string> names;
+        for (const auto& entry : interfaces->getifaddrs().value_or(std::vector<InterfaceEntry>{})) {
+            if (entry.address && entry.address->family == AddressFamily::link) {
+                names.push_back(entry.name);
+            }
+        }
+        return names;
+    }
+
+    std::optional<InterfaceStatistics> statistics(const std::string& name) {
+        for (const auto& entry : interfaces->getifaddrs().value_or(std::vector<InterfaceEntry>{})) {
+            if (entry.name == name && entry.address->family == AddressFamily::link) {
+                return entry.statistics;
+            }
+        }
+        return std::nullopt;
+    }
+
+    RecordedInterfaces* source = nullptr;
+    std::unique_ptr<LinuxNetworkInterfaces> interfaces;
+};
+
+TEST(LinuxNetworkInterfaces, ListsOnlyLinksWithTrafficOfTheirOwn) {
+    EXPECT_THAT(Machine(fixture("pc-coretemp")).links(), ElementsAre("lo", "eno1"));
+    EXPECT_THAT(Machine(fixture("hybrid-laptop")).links(), ElementsAre("lo", "wlp0s20f3"));
+    EXPECT_THAT(Machine(fixture("amd-desktop")).links(), ElementsAre("lo", "enp4s0", "enp5s0"));
+    EXPECT_THAT(Machine(fixture("vm")).links(), ElementsAre("lo", "eth0"));
+    EXPECT_THAT(Machine(fixture("container")).links(), ElementsAre("lo", "eth0"));
+}
+
+TEST(LinuxNetworkInterfaces, KeepsEveryAddressInTheSystemsOrder) {
+    const auto entries = Machine(fixture("amd-desktop")).interfaces->getifaddrs();
+
+    ASSERT_TRUE(entries);
+    std::vector<std::string> names;
+    for (const auto& entry : *entries) {
+        names.push_back(entry.name);
+    }
+    EXPECT_THAT(names, ElementsAre("lo", "enp4s0", "enp5s0", "lo", "bond0", "bond0.30", "virbr0"));
+    EXPECT_EQ(entries->at(4).address->ipv4, (std::array<std::uint8_t, 4>{10, 0, 0, 17}));
+    EXPECT_FALSE(entries->at(4).statistics);
+    EXPECT_EQ(entries->at(1).flags & 0x49U, 0x41U);
+}
+
+TEST(LinuxNetworkInterfaces, CountsPast32Bits) {
+    Machine pc(fixture("pc-coretemp"));
+
+    const auto statistics = pc.statistics("eno1");
+
+    ASSERT_TRUE(statistics);
+    EXPECT_EQ(statistics->receivedBytes, 8123456789012U);
+    EXPECT_EQ(statistics->sentBytes, 512345678901U);
+}
+
+TEST(LinuxNetworkInterfaces, ReadsCountersAnewButTheListOnlyWhenItChanged) {
+    TemporaryTree tree;
+    tree.copyFrom("container");
+    Machine container(tree.root());
+    ASSERT_EQ(container.statistics("eth0")->receivedBytes, 1234567U);
+
+    tree.write("/proc/net/dev", "eth0: 2000000 0 0 0 0 0 0 0 3000000 0 0 0 0 0 0 0\n");
+    EXPECT_EQ(container.statistics("eth0")->receivedBytes, 2000000U);
+    EXPECT_EQ(container.source->lists, 1);
+
+    tree.write("/getifaddrs", "lo 0x49 link\n");
+    container.source->changed = true;
+    EXPECT_THAT(container.links(), ElementsAre("lo"));
+}
+
+TEST(LinuxNetworkInterfaces, HasNoStatisticsWithoutCounters) {
+    TemporaryTree tree;
+    tree.copyFrom("container").remove("/proc/net/dev");
+    Machine container(tree.root());
+
+    EXPECT_THAT(container.links(), ElementsAre("lo", "eth0"));
+    EXPECT_FALSE(container.statistics("eth0"));
+    tree.write("/proc/net/dev", std::string(5000000, 'x'));
+    EXPECT_FALSE(container.statistics("eth0"));
+}
+
+TEST(LinuxNetworkInterfaces, FailsWithTheCallAndRecovers) {
+    TemporaryTree tree;
+    tree.copyFrom("container").rename("/getifaddrs", "/away");
+    Machine container(tree.root());
+    EXPECT_FALSE(container.interfaces->getifaddrs());
+
+    tree.rename("/away", "/getifaddrs");
+
+    EXPECT_TRUE(container.interfaces->getifaddrs());
+}
+
+TEST(LinuxNetworkInterfaces, WritesIpv4AddressesOnly) {
+    LinuxNetworkInterfaces interfaces(fixture("vm"), std::make_unique<RecordedInterfaces>(fixture("vm")));
+
+    EXPECT_EQ(interfaces.getnameinfo({AddressFamily::ipv4, {192, 168, 1, 5}}), "192.168.1.5");
+    EXPECT_FALSE(interfaces.getnameinfo({AddressFamily::link, {}}));
+    EXPECT_FALSE(interfaces.getnameinfo({AddressFamily::other, {}}));
+}
+
+}  // namespace
+}  // namespace kestro
