@@ -64,7 +64,7 @@ std::vector<std::pair<std::uint32_t, std::uint32_t>> readCapacities(const std::s
 
 CoreSet parseCoreList(std::string_view text) {
     CoreSet cores;
-    text = trimmed(text);
+    text = trimmedField(text);
     while (!text.empty()) {
         const auto comma = text.find(',');
         const auto range = text.substr(0, comma);

@@ -7,7 +7,7 @@ namespace {
 
 /// The value of an assignment as the shell would have it, without expansions.
 std::string unquoted(std::string_view value) {
-    value = trimmed(value);
+    value = trimmedField(value);
     const char quote = !value.empty() && (value.front() == '"' || value.front() == '\'') ? value.front() : '\0';
     if (quote != '\0') {
         value.remove_prefix(1);
@@ -26,7 +26,7 @@ std::string unquoted(std::string_view value) {
 }  // namespace
 
 std::optional<VersionNumbers> parseVersionNumbers(std::string_view text) {
-    text = trimmed(text);
+    text = trimmedField(text);
     VersionNumbers version{};
     std::size_t count = 0;
     while (count < version.size()) {
@@ -48,7 +48,7 @@ std::optional<VersionNumbers> parseVersionNumbers(std::string_view text) {
 OsRelease parseOsRelease(std::string_view text) {
     OsRelease release;
     while (!text.empty()) {
-        const auto line = trimmed(takeLine(text));
+        const auto line = trimmedField(takeLine(text));
         const auto equals = line.find('=');
         if (equals == std::string_view::npos) {
             continue;

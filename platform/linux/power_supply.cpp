@@ -211,7 +211,7 @@ bool isPluggedIn(const std::vector<PowerSupply>& supplies, const Batteries& batt
 }  // namespace
 
 PowerSupply::Kind parseSupplyKind(std::string_view type) {
-    type = trimmed(type);
+    type = trimmedField(type);
     if (type == "Battery") {
         return Kind::battery;
     }
@@ -226,7 +226,7 @@ PowerSupply parsePowerSupply(std::string_view uevent) {
         const auto line = takeLine(uevent);
         const auto equals = line.find('=');
         if (line.starts_with(prefix) && equals != std::string_view::npos) {
-            take(supply, line.substr(prefix.size(), equals - prefix.size()), trimmed(line.substr(equals + 1)));
+            take(supply, line.substr(prefix.size(), equals - prefix.size()), trimmedField(line.substr(equals + 1)));
         }
     }
     return supply;

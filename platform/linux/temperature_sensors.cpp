@@ -30,7 +30,7 @@ std::optional<std::string> readLabel(const HwmonChip& chip, std::uint32_t number
 
 bool holds(const std::string& path, std::string_view value) {
     const auto text = readFile(path);
-    return text && trimmed(*text) == value;
+    return text && trimmedField(*text) == value;
 }
 
 /// Whether input `number` measures nothing: it says so, or is one that is commonly left open on mainboards.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/base/text.h"
+
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +16,7 @@ namespace kestro {
 /// return a string, and take any bytes at all. Any thread.
 
 /// `text` without white space, line breaks and zero bytes at both ends.
-std::string_view trimmed(std::string_view text);
+std::string_view trimmedField(std::string_view text);
 
 /// Cuts the first line off `rest` and returns it without its line break; at the end of the text, `rest` is
 /// left empty.
@@ -27,7 +29,7 @@ std::string_view takeField(std::string_view& rest);
 /// out of range included.
 template <typename Integer>
 std::optional<Integer> parseInteger(std::string_view text) {
-    text = trimmed(text);
+    text = trimmedField(text);
     Integer value{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc{} || end != text.data() + text.size()) {
@@ -42,9 +44,6 @@ std::optional<double> parseDecimal(std::string_view text);
 /// Text that may be shown: the first line of `text`, trimmed, its runs of blanks made one. nullopt when
 /// nothing is left, and for more than 256 bytes, control characters or bytes that are not UTF-8.
 std::optional<std::string> displayText(std::string_view text);
-
-/// Whether the bytes are well-formed UTF-8 (RFC 3629: no overlong forms, no surrogates).
-bool isValidUtf8(std::string_view text);
 
 /// ASCII letters made lower case; other bytes are kept.
 std::string lowered(std::string_view text);

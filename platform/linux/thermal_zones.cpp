@@ -38,7 +38,7 @@ std::optional<std::int32_t> parseMillidegrees(std::string_view text) {
 }
 
 std::optional<TripPoint::Kind> parseTripKind(std::string_view text) {
-    text = trimmed(text);
+    text = trimmedField(text);
     if (text == "passive") {
         return TripPoint::Kind::passive;
     }
@@ -65,7 +65,7 @@ std::vector<ThermalZone> readThermalZones(const std::string& root) {
         const auto typeText = readFile(directory + "/type");
         auto type = typeText ? displayText(*typeText) : std::nullopt;
         const auto mode = readFile(directory + "/mode");
-        const bool isDisabled = mode && trimmed(*mode) == "disabled";
+        const bool isDisabled = mode && trimmedField(*mode) == "disabled";
         if (type && !isDisabled && zones.size() < zoneLimit) {
             zones.push_back({directory + "/temp", std::move(*type), readTrips(directory)});
         }
