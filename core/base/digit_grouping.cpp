@@ -55,7 +55,7 @@ std::string groupedDigits(std::int64_t number, const DigitGrouping& grouping) {
     std::size_t position = plain.size();
     std::size_t sizeIndex = 0;
     while (!grouping.separator.empty() && sizeIndex < grouping.sizes.size()) {
-        const int size = grouping.sizes[sizeIndex];
+        const int size = static_cast<unsigned char>(grouping.sizes[sizeIndex]);
         if (size < 1 || size > 126 || position <= firstDigit + static_cast<std::size_t>(size)) {
             break;
         }
