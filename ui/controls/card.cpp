@@ -5,6 +5,7 @@
 #include "ui/theme/hairline.h"
 #include "ui/theme/kestro_theme.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -25,10 +26,19 @@ Card::Card(QWidget* content, QWidget* parent) : QWidget(parent) {
     layout->addWidget(content);
 }
 
-void Card::paintEvent(QPaintEvent*) {
+void Card::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
+    const QColor surface = Ink(KestroTheme::surface).faded(kOpacity).color();
+    constexpr int rounded = static_cast<int>(kRadius);
+    if (rect().adjusted(rounded, rounded, -rounded, -rounded).contains(event->rect())) {
+        // A value within has changed: no corner and no edge is concerned.
+        for (const QRect& changed : event->region()) {
+            painter.fillRect(changed, surface);
+        }
+        return;
+    }
     painter.setRenderHint(QPainter::Antialiasing);
-    paintRounded(painter, rect(), kRadius, Ink(KestroTheme::surface).faded(kOpacity).color());
+    paintRounded(painter, rect(), kRadius, surface);
     kestroHairlineBorder(painter, rect(), kRadius);
 }
 

@@ -107,7 +107,8 @@ void RuledIndexRow::paintEvent(QPaintEvent*) {
         paintBar(painter, snappedToDevice(painter, geometry.rule), content_.progressFraction,
                  Ink::white(kRuleTrackOpacity).color(), content_.progressTint.color());
     } else {
-        paintHairline(painter, geometry.rule.left(), geometry.rule.right(), geometry.rule.top());
+        // In the middle of where the rule would lie.
+        paintHairline(painter, geometry.rule.left(), geometry.rule.right(), geometry.rule.center().y() - 0.25);
     }
 }
 

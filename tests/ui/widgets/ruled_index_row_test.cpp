@@ -70,8 +70,9 @@ TEST_F(RuledIndexRowTest, DrawsAHairlineWithoutAFraction) {
 
     const QImage image = picture(row_);
 
-    EXPECT_EQ(image.pixelColor(50, 29).alpha(), KestroTheme::hairline().alpha());
-    EXPECT_EQ(qAlpha(image.pixel(50, 30)), 0);
+    EXPECT_EQ(image.pixelColor(50, 30).alpha(), KestroTheme::hairline().alpha());
+    EXPECT_EQ(qAlpha(image.pixel(50, 29)), 0);
+    EXPECT_EQ(qAlpha(image.pixel(50, 31)), 0);
 }
 
 TEST_F(RuledIndexRowTest, UsesTheCompactLabelWhenCompact) {
