@@ -1,0 +1,32 @@
+#include "ui/format/format_rate.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kKilobyte = 1024;
+constexpr double kMegabyte = 1024 * kKilobyte;
+constexpr double kGigabyte = 1024 * kMegabyte;
+
+}  // namespace
+
+std::string formatRate(double bytesPerSec) {
+    const double rate = std::isnan(bytesPerSec) ? 0 : bytesPerSec;
+    if (rate >= kMegabyte) {
+        return fmt::format("{:.1f} MB/s", rate / kMegabyte);
+    }
+    if (rate >= kKilobyte) {
+        return fmt::format("{:.0f} KB/s", rate / kKilobyte);
+    }
+    return fmt::format("{:.0f} B/s", rate);
+}
+
+std::string formatGigabytes(double bytes) {
+    return fmt::format("{:.1f} GB", bytes / kGigabyte);
+}
+
+}  // namespace kestro
