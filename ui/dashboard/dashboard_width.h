@@ -15,8 +15,8 @@ inline std::array<const Setting<bool>*, 5> dashboardSectionSwitches(const UserSe
 
 /// How many sections are switched on.
 inline int visibleDashboardSections(const UserSettings& settings) {
-    return static_cast<int>(
-        std::ranges::count_if(dashboardSectionSwitches(settings), [](const auto* section) { return section->get(); }));
+    return static_cast<int>(std::ranges::count_if(dashboardSectionSwitches(settings),
+                                                  [](const auto* section) { return section->get(); }));
 }
 
 /// The width in points that suits this many sections; never less than three need.

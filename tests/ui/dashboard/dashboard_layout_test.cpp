@@ -1,0 +1,178 @@
+#include "ui/dashboard/dashboard_layout.h"
+
+#include "ui/dashboard/dashboard_width.h"
+
+#include <gtest/gtest.h>
+
+namespace kestro {
+namespace {
+
+SectionGrid gridAt(double width, double height, int sections = 5) {
+    const auto frames = sectionFrames({width, height}, sections);
+    return sectionGrid(sectionRowMetrics(width, sections).tier, frames.front().size());
+}
+
+TEST(DashboardWidth, GrowsWithTheSectionsFromThree) {
+    EXPECT_EQ(dashboardWidth(5), 1260);
+    EXPECT_EQ(dashboardWidth(4), 1024);
+    EXPECT_EQ(dashboardWidth(3), 788);
+    EXPECT_EQ(dashboardWidth(2), 788);
+    EXPECT_EQ(dashboardWidth(0), 788);
+}
+
+TEST(SectionRowMetricsTest, IsWideFrom215PerSection) {
+    EXPECT_EQ(sectionRowMetrics(1260, 5), (SectionRowMetrics{18, 20, SectionTier::full}));
+    EXPECT_EQ(sectionRowMetrics(1075, 5), (SectionRowMetrics{18, 20, SectionTier::full}));
+}
+
+TEST(SectionRowMetricsTest, IsCompactBelow215PerSection) {
+    EXPECT_EQ(sectionRowMetrics(1074.9, 5), (SectionRowMetrics{12, 14, SectionTier::compact}));
+    EXPECT_EQ(sectionRowMetrics(1000, 5), (SectionRowMetrics{12, 14, SectionTier::compact}));
+    EXPECT_EQ(sectionRowMetrics(875, 5), (SectionRowMetrics{12, 14, SectionTier::compact}));
+}
+
+TEST(SectionRowMetricsTest, IsTightBelow175PerSection) {
+    EXPECT_EQ(sectionRowMetrics(874.9, 5), (SectionRowMetrics{8, 10, SectionTier::tight}));
+    EXPECT_EQ(sectionRowMetrics(740, 5), (SectionRowMetrics{8, 10, SectionTier::tight}));
+}
+
+TEST(SectionRowMetricsTest, CountsNoSectionAsOne) {
+    EXPECT_EQ(sectionRowMetrics(215, 0), (SectionRowMetrics{18, 20, SectionTier::full}));
+    EXPECT_EQ(sectionRowMetrics(214, 0).tier, SectionTier::compact);
+    EXPECT_TRUE(sectionFrames({788, 480}, 0).empty());
+}
+
+TEST(SectionFramesTest, AreOfEqualWidthBetweenHeaderAndFooter) {
+    const auto frames = sectionFrames({1260, 480}, 5);
+
+    ASSERT_EQ(frames.size(), 5U);
+    EXPECT_DOUBLE_EQ(frames[0].left(), 20);
+    EXPECT_DOUBLE_EQ(frames[0].top(), 58);
+    EXPECT_DOUBLE_EQ(frames[0].width(), 229.6);
+    EXPECT_DOUBLE_EQ(frames[0].height(), 480 - 98);
+    EXPECT_DOUBLE_EQ(frames[1].left(), frames[0].right() + 18);
+    EXPECT_DOUBLE_EQ(frames[4].right(), 1240);
+}
+
+TEST(SectionGridTest, HasTheInnerWidthsOfTheThreeTiers) {
+    EXPECT_NEAR(gridAt(1260, 480).width, 205.6, 0.001);
+    EXPECT_NEAR(gridAt(1000, 480).width, 164.8, 0.001);
+    EXPECT_NEAR(gridAt(740, 420).width, 121.6, 0.001);
+    EXPECT_EQ(gridAt(1260, 480).padding, 12);
+    EXPECT_EQ(gridAt(1000, 480).padding, 10);
+    EXPECT_EQ(gridAt(740, 420).padding, 8);
+}
+
+TEST(SectionGridTest, IsFullAtTheIdealSize) {
+    const SectionGrid grid = gridAt(1260, 480);
+
+    EXPECT_EQ(grid.heroHeight, 112);
+    EXPECT_EQ(grid.rowsTop, 152);
+    EXPECT_EQ(grid.pitch, 28);
+    EXPECT_EQ(grid.detailPitch, 38);
+    EXPECT_FALSE(grid.isDense);
+}
+
+TEST(SectionGridTest, HasHigherRowsWhenCompact) {
+    const SectionGrid grid = gridAt(1000, 480);
+
+    EXPECT_EQ(grid.heroHeight, 92);
+    EXPECT_EQ(grid.rowsTop, 132);
+    EXPECT_EQ(grid.pitch, 30);
+    EXPECT_EQ(grid.detailPitch, 38);
+    EXPECT_FALSE(grid.isDense);
+}
+
+TEST(SectionGridTest, IsDenseWhereTheRowsHaveLessThan196) {
+    const SectionGrid tight = gridAt(740, 420);
+    EXPECT_TRUE(tight.isDense);
+    EXPECT_EQ(tight.pitch, 24);
+    EXPECT_EQ(tight.detailPitch, 30);
+
+    EXPECT_TRUE(gridAt(1260, 469).isDense);
+    EXPECT_FALSE(gridAt(1260, 470).isDense);
+}
+
+TEST(SectionGridTest, HasRowsOfTwentyAtLeast) {
+    const SectionGrid grid = gridAt(1260, 420);
+
+    EXPECT_EQ(grid.pitch, 20);
+    EXPECT_EQ(grid.detailPitch, 30);
+}
+
+TEST(SectionGridTest, GivesTheHeroTwoFifthsOfTheSpareHeight) {
+    const SectionGrid grid = gridAt(1500, 750);
+
+    EXPECT_EQ(grid.heroHeight, 112 + 104);
+    EXPECT_EQ(grid.rowsTop, 256);
+    EXPECT_EQ(grid.pitch, 40);
+    EXPECT_EQ(grid.detailPitch, 46);
+}
+
+TEST(SectionGridTest, GivesTheHero180AtMost) {
+    EXPECT_EQ(gridAt(3840, 2160).heroHeight, 112 + 180);
+}
+
+TEST(SectionGridTest, KeepsSevenRowsWithinTheCardAtAnySize) {
+    for (double width = 740; width <= 3840; width += 31) {
+        for (double height = 420; height <= 2160; height += 37) {
+            for (int sections = 1; sections <= 5; ++sections) {
+                const SectionGrid grid = gridAt(width, height, sections);
+                ASSERT_LE(grid.rowsTop + 7 * grid.pitch, grid.height) << width << "x" << height;
+            }
+        }
+    }
+}
+
+TEST(ProcessListLayoutTest, StartsInLineWithTheRowsOfTheOtherSections) {
+    EXPECT_EQ(processListLayout(gridAt(1260, 480), 6, false).firstRow, 40);
+    EXPECT_EQ(processListLayout(gridAt(1000, 480), 6, false).firstRow, 42);
+    EXPECT_EQ(processListLayout(gridAt(1260, 480), 6, false).headTop, 25);
+}
+
+TEST(ProcessListLayoutTest, StartsAt44WhereNoRowIsNear) {
+    EXPECT_EQ(processListLayout(gridAt(740, 420), 8, false).firstRow, 44);
+}
+
+TEST(ProcessListLayoutTest, NamesTheMachineFromAHeightOf330) {
+    const SectionGrid high = gridAt(1260, 453);
+    const SectionGrid low = gridAt(1260, 452);
+
+    EXPECT_EQ(high.height, 331);
+    EXPECT_TRUE(processListLayout(high, 6, false).hasFoot);
+    EXPECT_FALSE(processListLayout(low, 6, false).hasFoot);
+    EXPECT_EQ(processListLayout(high, 6, false).footTop, 331 - 39);
+}
+
+TEST(ProcessListLayoutTest, SharesTheHeightAmongTheProcesses) {
+    const ProcessListLayout six = processListLayout(gridAt(1260, 480), 6, false);
+    const ProcessListLayout ten = processListLayout(gridAt(1260, 480), 10, false);
+
+    EXPECT_EQ(six.rowHeight, 28);
+    EXPECT_EQ(six.rows, 6);
+    EXPECT_NEAR(ten.rowHeight, 26.2, 0.001);
+    EXPECT_EQ(ten.rows, 10);
+}
+
+TEST(ProcessListLayoutTest, DropsWhatDoesNotFitInRowsOfSeventeen) {
+    const SectionGrid grid = gridAt(1260, 420);
+
+    const ProcessListLayout many = processListLayout(grid, 40, false);
+
+    EXPECT_EQ(many.rowHeight, 17);
+    EXPECT_LT(many.rows, 40);
+    EXPECT_LE(many.firstRow + many.rows * many.rowHeight, grid.height);
+}
+
+TEST(ProcessListLayoutTest, HidesTheLesserColumnWhenTight) {
+    EXPECT_EQ(processListLayout(gridAt(1260, 480), 6, false).cpuWidth, 44);
+    EXPECT_EQ(processListLayout(gridAt(1260, 480), 6, false).memoryWidth, 50);
+    EXPECT_EQ(processListLayout(gridAt(1000, 480), 6, false).cpuWidth, 40);
+    EXPECT_EQ(processListLayout(gridAt(1000, 480), 6, false).memoryWidth, 46);
+    EXPECT_EQ(processListLayout(gridAt(740, 420), 6, false).memoryWidth, 0);
+    EXPECT_EQ(processListLayout(gridAt(740, 420), 6, true).cpuWidth, 0);
+    EXPECT_EQ(processListLayout(gridAt(740, 420), 6, true).memoryWidth, 46);
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,167 @@
+#include "ui/dashboard/activity_section.h"
+
+#include "core/engine/telemetry_engine.h"
+#include "core/settings/user_settings.h"
+#include "ui/controls/button.h"
+#include "ui/controls/words.h"
+#include "ui/theme/hairline.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kHeadLine = 11;
+constexpr int kHeadHit = 22;
+constexpr double kHeadPadding = 4;
+constexpr double kFootLine = 13;
+constexpr int kMostProcesses = 64;
+
+const TextStyle kHead{9, kHeadLine, QFont::Medium, 0, KestroTheme::textSecondary};
+const TextStyle kFoot{9, kFootLine, QFont::Medium, 0, KestroTheme::textSecondary};
+
+}  // namespace
+
+QString shortModel(const QString& model) {
+    const qsizetype bracket = model.lastIndexOf(QStringLiteral(" ("));
+    return bracket > 0 && model.endsWith(QLatin1Char(')')) ? model.left(bracket) : model;
+}
+
+ActivitySection::ActivitySection(const KestroServices& services, QWidget* parent)
+    : DashboardSection(QStringLiteral("waveform.path.ecg"), QStringLiteral("Activity"), {}, parent),
+      services_(services),
+      nameHead_(new TextLabel(QStringLiteral("Process"), this)),
+      cpuHead_(makeHead(QStringLiteral("CPU"), QStringLiteral("Sort by CPU Load"))),
+      memoryHead_(makeHead(QStringLiteral("Memory"), QStringLiteral("Sort by Memory Footprint"))) {
+    nameHead_->setStyle(kHead);
+    for (TextLabel*& line : foot_) {
+        line = new TextLabel(QString(), this);
+        line->setStyle(kFoot);
+    }
+    TextStyle model = kFoot;
+    model.weight = QFont::DemiBold;
+    model.ink = KestroTheme::textPrimary;
+    foot_[0]->setStyle(model);
+    cpuHead_->onClick([this] { sortBy(sortsByMemory() ? false : grid().tier == SectionTier::tight); });
+    memoryHead_->onClick([this] { sortBy(!(sortsByMemory() && grid().tier == SectionTier::tight)); });
+    observe(services_.engine.topProcesses, [this] { showProcesses(); });
+    observe(services_.engine.cpu, [this] { showFoot(); });
+    observe(services_.settings.processSortMetric, [this] { showProcesses(); });
+    observe(services_.settings.processCountLimit, [this] { showProcesses(); });
+}
+
+Button* ActivitySection::makeHead(const QString& text, const QString& help) {
+    auto* head = new Button(ButtonKind::plain, this);
+    head->setText(text);
+    head->setHelp(help);
+    head->setAccessibleName(help);
+    head->setPadding(kHeadPadding);
+    head->setTextStyle(kHead);
+    return head;
+}
+
+void ActivitySection::refresh() {
+    showProcesses();
+    showFoot();
+}
+
+void ActivitySection::showProcesses() {
+    setMeta(QStringLiteral("Top %1").arg(services_.settings.processCountLimit.get()));
+    if (limit() != shownLimit_ || sortsByMemory() != shownByMemory_) {
+        shownLimit_ = limit();
+        shownByMemory_ = sortsByMemory();
+        arrangeAgain();
+    }
+    const std::vector<ProcessInfoItem>& processes = services_.engine.topProcesses.get();
+    const std::uint64_t totalBytes = services_.engine.memory.get().totalBytes;
+    const auto shown = static_cast<size_t>(listLayout(grid()).rows);
+    for (size_t i = 0; i < rows_.size(); ++i) {
+        const bool isShown = i < shown && i < processes.size();
+        if (isShown) {
+            rows_[i]->setContent(processRowContent(processes[i], sortsByMemory(), totalBytes));
+        }
+        rows_[i]->setVisible(isShown);
+    }
+}
+
+void ActivitySection::showFoot() {
+    const TelemetryEngine& engine = services_.engine;
+    const QString model = Words(engine.macModel());
+    foot_[0]->setText(isCompact(grid().tier) ? shortModel(model) : model);
+    foot_[1]->setText(Words(engine.macOSVersion()));
+    foot_[2]->setText(Words(engine.cpu.get().clusterDescription()));
+}
+
+void ActivitySection::sortBy(bool byMemory) {
+    if (byMemory != sortsByMemory()) {
+        services_.settings.processSortMetric.set(byMemory ? ProcessSortMetric::memory : ProcessSortMetric::cpu);
+        services_.engine.refreshProcesses();
+    }
+}
+
+void ActivitySection::arrange(const SectionGrid& grid) {
+    const ProcessListLayout layout = listLayout(grid);
+    arrangeHeads(grid, layout);
+    while (rows_.size() < static_cast<size_t>(layout.rows)) {
+        rows_.push_back(new ProcessRow(this));
+        rows_.back()->hide();
+    }
+    const size_t processes = services_.engine.topProcesses.get().size();
+    for (size_t i = 0; i < rows_.size(); ++i) {
+        const double top = layout.firstRow + layout.rowHeight * static_cast<double>(i);
+        rows_[i]->setColumns(layout.cpuWidth, layout.memoryWidth);
+        rows_[i]->setVisible(i < static_cast<size_t>(layout.rows) && i < processes);
+        place(*rows_[i], QRectF(0, top, grid.width, layout.rowHeight));
+    }
+    for (size_t i = 0; i < foot_.size(); ++i) {
+        foot_[i]->setVisible(layout.hasFoot);
+        place(*foot_[i], QRectF(0, layout.footTop + kFootLine * static_cast<double>(i), grid.width, kFootLine));
+    }
+    if (isVisible()) {
+        showProcesses();
+        showFoot();
+    }
+}
+
+void ActivitySection::arrangeHeads(const SectionGrid& grid, const ProcessListLayout& layout) {
+    double right = grid.width;
+    const double middle = layout.headTop + kHeadLine / 2;
+    const auto placeHead = [&](Button& head, double width, bool isSorting) {
+        TextStyle style = kHead;
+        style.weight = isSorting ? QFont::DemiBold : QFont::Medium;
+        style.ink = isSorting ? KestroTheme::textPrimary : KestroTheme::textSecondary;
+        head.setTextStyle(style);
+        head.setVisible(width > 0);
+        const double hit = std::ceil(textWidth(head.text(), style)) + 2 * kHeadPadding;
+        // The text ends with its column, so the padding hangs over.
+        place(head, QRectF(right + kHeadPadding - hit, middle - kHeadHit / 2.0, hit, kHeadHit));
+        right -= width;
+    };
+    placeHead(*memoryHead_, layout.memoryWidth, sortsByMemory());
+    placeHead(*cpuHead_, layout.cpuWidth, !sortsByMemory());
+    place(*nameHead_, QRectF(0, layout.headTop, std::max(0.0, right), kHeadLine));
+}
+
+void ActivitySection::paintRules(QPainter& painter, const SectionGrid& grid) const {
+    const ProcessListLayout layout = listLayout(grid);
+    if (layout.hasFoot) {
+        paintHairline(painter, 0, grid.width, layout.footRule);
+    }
+}
+
+bool ActivitySection::sortsByMemory() const {
+    return services_.settings.processSortMetric.get() == ProcessSortMetric::memory;
+}
+
+int ActivitySection::limit() const {
+    const std::int64_t wanted = services_.settings.processCountLimit.get();
+    return static_cast<int>(std::clamp<std::int64_t>(wanted, 1, kMostProcesses));
+}
+
+ProcessListLayout ActivitySection::listLayout(const SectionGrid& grid) const {
+    return processListLayout(grid, limit(), sortsByMemory());
+}
+
+}  // namespace kestro

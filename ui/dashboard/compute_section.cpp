@@ -1,0 +1,175 @@
+#include "ui/dashboard/compute_section.h"
+
+#include "core/engine/telemetry_engine.h"
+#include "ui/controls/words.h"
+#include "ui/widgets/whole_number.h"
+
+namespace kestro {
+
+namespace {
+
+constexpr double kFigureHeight = 30;
+constexpr double kHistoryTop = 68;
+constexpr double kShareLabelTop = 1;
+constexpr double kShareValueTop = 14;
+constexpr double kShareLabelLine = 13;
+constexpr double kShareValueLine = 14;
+constexpr double kMatrixGap = 6;
+constexpr double kDenseMatrixGap = 2;
+
+const TextStyle kShareLabel{9, kShareLabelLine, QFont::Medium, 0, KestroTheme::textSecondary};
+const TextStyle kShareValue{10, kShareValueLine, QFont::DemiBold, 0, KestroTheme::textPrimary};
+
+double figureSize(SectionTier tier) {
+    switch (tier) {
+        case SectionTier::full:
+            return 30;
+        case SectionTier::compact:
+            return 26;
+        case SectionTier::tight:
+            break;
+    }
+    return 22;
+}
+
+double shareWidth(SectionTier tier) {
+    switch (tier) {
+        case SectionTier::full:
+            return 43;
+        case SectionTier::compact:
+            return 31;
+        case SectionTier::tight:
+            break;
+    }
+    return 34;
+}
+
+QString shortened(const QString& clusterName) {
+    if (clusterName == QStringLiteral("Performance")) {
+        return QStringLiteral("Perf");
+    }
+    return clusterName == QStringLiteral("Efficiency") ? QStringLiteral("Eff") : clusterName;
+}
+
+QString coresText(std::int64_t count) {
+    return count == 1 ? QStringLiteral("1 core") : QStringLiteral("%1 cores").arg(count);
+}
+
+RuledIndexContent clusterRow(const Words& name, std::int64_t cores, double load, bool compact) {
+    RuledIndexContent content;
+    content.label = name;
+    content.compactLabel = shortened(name);
+    content.value = wholeText(load) + QLatin1Char('%');
+    content.detail = compact ? QString() : coresText(cores);
+    content.progressFraction = load / 100;
+    return content;
+}
+
+QString oneDecimal(double value) {
+    return QString::number(value, 'f', 1);
+}
+
+}  // namespace
+
+std::vector<RuledIndexContent> clusterRows(const CPUTelemetry& cpu, bool compact) {
+    std::vector rows{clusterRow(cpu.cluster0Name, cpu.cluster0Count, cpu.cluster0Usage, compact)};
+    if (cpu.cluster1Count >= 1) {
+        rows.push_back(clusterRow(cpu.cluster1Name, cpu.cluster1Count, cpu.cluster1Usage, compact));
+    }
+    return rows;
+}
+
+ComputeSection::ComputeSection(const KestroServices& services, QWidget* parent)
+    : DashboardSection(QStringLiteral("cpu"), QStringLiteral("Compute"), {}, parent),
+      engine_(services.engine),
+      total_(new DisplayFigure(QStringLiteral("CPU load"), QStringLiteral("%"), this)),
+      shares_{Share{QStringLiteral("User"), QStringLiteral("User")},
+              Share{QStringLiteral("System"), QStringLiteral("Sys")},
+              Share{QStringLiteral("Idle"), QStringLiteral("Idle")}},
+      history_(new SparklineView(KestroTheme::accentCool, 100.0, this)),
+      clusters_{new RuledIndexRow(false, this), new RuledIndexRow(false, this)},
+      matrix_(new CoreMatrixView(false, this)) {
+    for (Share& share : shares_) {
+        share.label = new TextLabel(share.name, this);
+        share.label->setStyle(kShareLabel);
+        share.value = new TextLabel(QString(), this);
+        share.value->setStyle(kShareValue);
+        share.value->setFit(TextFit::value);
+        for (TextLabel* text : {share.label, share.value}) {
+            text->setTextAlignment(Qt::AlignRight);
+        }
+    }
+    history_->setSpoken(QStringLiteral("CPU"), wholeText, QStringLiteral(" percent"));
+    observe(engine_.cpu, [this] { showCPU(); });
+    observe(engine_.cpuHistory, [this] { showHistory(); });
+}
+
+void ComputeSection::refresh() {
+    showCPU();
+    showHistory();
+}
+
+void ComputeSection::showCPU() {
+    const CPUTelemetry& cpu = engine_.cpu.get();
+    setMeta(coresText(cpu.coreCount));
+    total_->setFigure(wholeText(cpu.totalUsage));
+    const std::array usages{cpu.userUsage, cpu.systemUsage, cpu.idleUsage};
+    for (size_t i = 0; i < shares_.size(); ++i) {
+        shares_[i].value->setText(oneDecimal(usages[i]));
+        shares_[i].value->setAccessibleName(
+            QStringLiteral("%1, %2 percent").arg(shares_[i].name, oneDecimal(usages[i])));
+    }
+    const auto rows = clusterRows(cpu, isCompact(grid().tier));
+    for (size_t i = 0; i < rows.size(); ++i) {
+        clusters_[i]->setContent(rows[i]);
+    }
+    matrix_->setCores(cpu.coreLoads);
+    if (rows.size() != shownClusters_) {
+        shownClusters_ = rows.size();
+        arrangeAgain();
+    }
+}
+
+void ComputeSection::showHistory() {
+    history_->setData(engine_.cpuHistory.get());
+}
+
+void ComputeSection::arrange(const SectionGrid& grid) {
+    const auto rows = clusterRows(engine_.cpu.get(), isCompact(grid.tier));
+    total_->setSize(figureSize(grid.tier));
+    const double shares = shareWidth(grid.tier) * (grid.tier == SectionTier::tight ? 2 : 3);
+    place(*total_, QRectF(0, SectionGrid::heroTop, grid.width - shares, kFigureHeight));
+    arrangeShares(grid);
+    constexpr int bleed = SparklineView::kBleed;
+    place(*history_, QRectF(0, kHistoryTop, grid.width, grid.heroBottom() - kHistoryTop)
+                         .adjusted(-bleed, -bleed, bleed, bleed));
+    double top = grid.rowsTop;
+    for (size_t i = 0; i < clusters_.size(); ++i) {
+        const bool isShown = i < rows.size();
+        clusters_[i]->setVisible(isShown);
+        if (isShown) {
+            clusters_[i]->setContent(rows[i]);
+            top = placeRow(*clusters_[i], top, grid);
+        }
+    }
+    top += grid.isDense ? kDenseMatrixGap : kMatrixGap;
+    matrix_->setCompact(isCompact(grid.tier));
+    place(*matrix_, QRectF(0, top, grid.width, std::max(0.0, grid.height - top)));
+}
+
+void ComputeSection::arrangeShares(const SectionGrid& grid) {
+    const bool isTight = grid.tier == SectionTier::tight;
+    const size_t shown = isTight ? 2 : 3;
+    const double width = shareWidth(grid.tier);
+    for (size_t i = 0; i < shares_.size(); ++i) {
+        const Share& share = shares_[i];
+        share.label->setVisible(i < shown);
+        share.value->setVisible(i < shown);
+        share.label->setText(isCompact(grid.tier) ? share.compactName : share.name);
+        const double left = grid.width - width * static_cast<double>(shown - i);
+        place(*share.label, QRectF(left, SectionGrid::heroTop + kShareLabelTop, width, kShareLabelLine));
+        place(*share.value, QRectF(left, SectionGrid::heroTop + kShareValueTop, width, kShareValueLine));
+    }
+}
+
+}  // namespace kestro

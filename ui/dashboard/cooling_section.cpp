@@ -1,0 +1,231 @@
+#include "ui/dashboard/cooling_section.h"
+
+#include "core/cooling/fan_control_manager.h"
+#include "core/engine/telemetry_engine.h"
+#include "core/settings/user_settings.h"
+#include "ui/controls/words.h"
+#include "ui/widgets/whole_number.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kGaugeMinimumTemp = 20;
+constexpr double kGaugeMaximumTemp = 105;
+constexpr double kFanRowHeight = 28;
+constexpr double kLowestFanRow = 20;
+constexpr int kFansInOneColumn = 4;
+constexpr double kColumnGap = 12;
+constexpr double kFootTop = 16;
+constexpr double kFootLine = 14;
+constexpr double kFootSymbol = 9;
+constexpr double kFootGap = 5;
+constexpr double kFootTextGap = 8;
+
+const TextStyle kProfile{9, kFootLine, QFont::DemiBold, 0, KestroTheme::textPrimary};
+const TextStyle kNodes{9, kFootLine, QFont::Medium, 0, KestroTheme::textSecondary};
+
+/// What the names of numbered fans begin with; narrow rows show the rest.
+const QString kFanPrefix = QStringLiteral("Fan ");
+
+QString fanCaption(const FanTelemetry& fan, std::optional<double> target, SectionTier tier) {
+    const QString unit = isCompact(tier) ? QString() : QStringLiteral(" RPM");
+    if (target) {
+        return QStringLiteral("target ") + wholeText(*target) + unit;
+    }
+    return fan.maxRPM > 0 ? QStringLiteral("of ") + wholeText(fan.maxRPM) + unit : QString();
+}
+
+GaugeContent fanGauge(const FanTelemetry& fan, std::optional<double> target, SectionTier tier) {
+    return {Words(fan.name), fanCaption(fan, target, tier), fan.currentRPM,         0,
+            fan.maxRPM,      QStringLiteral("RPM"),         KestroTheme::accentCool};
+}
+
+GaugeContent temperatureGauge(const char* title, const char* subtitle, double celsius, const Ink& ink) {
+    return {Words(title),      Words(subtitle),      celsius, kGaugeMinimumTemp,
+            kGaugeMaximumTemp, QStringLiteral("°C"), ink};
+}
+
+RuledIndexContent fanRow(const FanTelemetry& fan, const QString& speed) {
+    RuledIndexContent content;
+    content.label = Words(fan.name);
+    content.compactLabel = content.label.startsWith(kFanPrefix) ? content.label.mid(kFanPrefix.size()) : QString();
+    content.value = speed;
+    content.progressFraction = fan.maxRPM > 0 ? std::clamp(fan.currentRPM / fan.maxRPM, 0.0, 1.0) : 0;
+    return content;
+}
+
+}  // namespace
+
+std::vector<GaugeContent> coolingGauges(const std::vector<FanTelemetry>& fans, const ThermalTelemetry& thermals,
+                                        const std::vector<double>& targets, SectionTier tier) {
+    if (fans.size() > 2) {
+        return {};
+    }
+    std::vector<GaugeContent> gauges;
+    for (size_t i = 0; i < fans.size(); ++i) {
+        const auto target = i < targets.size() ? std::optional(targets[i]) : std::nullopt;
+        gauges.push_back(fanGauge(fans[i], target, tier));
+    }
+    if (gauges.size() < 2) {
+        gauges.push_back(temperatureGauge("SoC Die", "Die Average", thermals.averageSoCTemp,
+                                          averageTemperatureInk(thermals.averageSoCTemp)));
+    }
+    if (gauges.size() < 2) {
+        gauges.push_back(temperatureGauge("Peak Die", "Hottest Core", thermals.peakDieTemp,
+                                          peakTemperatureInk(thermals.peakDieTemp)));
+    }
+    return gauges;
+}
+
+std::vector<QRectF> fanRowAreas(int fans, double width, double height) {
+    std::vector<QRectF> areas;
+    const int columns = fans > kFansInOneColumn ? 2 : 1;
+    const int wantedRows = (fans + columns - 1) / columns;
+    const int fittingRows = std::max(1, static_cast<int>(height / kLowestFanRow));
+    const int rows = std::min(wantedRows, fittingRows);
+    const double rowHeight = std::floor(std::min(kFanRowHeight, height / rows));
+    const double columnWidth = (width - kColumnGap * (columns - 1)) / columns;
+    const double top = std::floor((height - rowHeight * rows) / 2);
+    for (int i = 0; i < std::min(fans, rows * columns); ++i) {
+        areas.emplace_back((i % columns) * (columnWidth + kColumnGap), top + (i / columns) * rowHeight,
+                           columnWidth, rowHeight);
+    }
+    return areas;
+}
+
+CoolingSection::CoolingSection(const KestroServices& services, QWidget* parent)
+    : DashboardSection(QStringLiteral("fanblades"), QStringLiteral("Cooling"), {}, parent),
+      services_(services),
+      gauges_{new MetricGauge(false, this), new MetricGauge(false, this)},
+      profileSymbol_(new SymbolView(QString(), kFootSymbol, KestroTheme::accentCool, this)),
+      profile_(new TextLabel(QString(), this)),
+      nodes_(new TextLabel(QString(), this)) {
+    for (RuledIndexRow*& row : temperatures_) {
+        row = new RuledIndexRow(false, this);
+    }
+    profile_->setStyle(kProfile);
+    nodes_->setStyle(kNodes);
+    nodes_->setFit(TextFit::value);
+    observe(services_.engine.fans, [this] { showFans(); });
+    observe(services_.engine.thermals, [this] { showTemperatures(); });
+    observe(services_.settings.fanSpeedUnit, [this] { showFans(); });
+    observe(services_.fanManager.currentProfile, [this] { refresh(); });
+    observe(services_.fanManager.evaluatedLeftTargetRPM, [this] { showFans(); });
+    observe(services_.fanManager.evaluatedRightTargetRPM, [this] { showFans(); });
+}
+
+void CoolingSection::refresh() {
+    showFans();
+    showTemperatures();
+    showProfile();
+}
+
+void CoolingSection::showFans() {
+    const size_t fans = services_.engine.fans.get().size();
+    if (fans != shownFans_) {
+        shownFans_ = fans;
+        while (fanRows_.size() < (fans > 2 ? fans : 0)) {
+            fanRows_.push_back(new RuledIndexRow(false, this));
+        }
+        arrangeAgain();
+    }
+    setSymbol(shownFans_ > 0 ? QStringLiteral("fanblades") : QStringLiteral("leaf.fill"));
+    showFanGauges();
+    showFanRows();
+}
+
+void CoolingSection::showFanGauges() {
+    showGauges(gauges_, coolingGauges(services_.engine.fans.get(), services_.engine.thermals.get(), targets(),
+                                      grid().tier));
+}
+
+void CoolingSection::showFanRows() {
+    const std::vector<FanTelemetry>& fans = services_.engine.fans.get();
+    if (fans.size() <= 2) {
+        return;
+    }
+    for (size_t i = 0; i < fans.size(); ++i) {
+        fanRows_[i]->setContent(fanRow(fans[i], Words(services_.engine.formatFanRPM(fans[i].currentRPM))));
+    }
+}
+
+void CoolingSection::showTemperatures() {
+    const ThermalTelemetry& thermals = services_.engine.thermals.get();
+    const auto rows = temperatureRows(thermals, isCompact(grid().tier));
+    for (size_t i = 0; i < rows.size(); ++i) {
+        temperatures_[i]->setContent(rows[i]);
+    }
+    setBadge(Words(thermals.statusSummary()), statusInk(thermals.statusSummary()));
+    nodes_->setText(QStringLiteral("%1 IOHID nodes").arg(thermals.sensorCount));
+    if (shownFans_ < 2) {
+        showFanGauges();
+    }
+}
+
+void CoolingSection::showProfile() {
+    const FanProfile profile = services_.fanManager.currentProfile.get();
+    profileSymbol_->setSymbol(Words(tableRow(profile).iconName));
+    profile_->setText(Words(rawValue(profile)));
+    profile_->setAccessibleName(QStringLiteral("Profile, ") + profile_->text());
+}
+
+void CoolingSection::arrange(const SectionGrid& grid) {
+    arrangeFans(grid);
+    const auto rows = temperatureRows(services_.engine.thermals.get(), isCompact(grid.tier));
+    double top = grid.rowsTop;
+    for (size_t i = 0; i < temperatures_.size(); ++i) {
+        temperatures_[i]->setContent(rows[i]);
+        top = placeRow(*temperatures_[i], top, grid);
+    }
+    arrangeFoot(grid);
+}
+
+void CoolingSection::arrangeFans(const SectionGrid& grid) {
+    const bool hasGauges = shownFans_ <= 2;
+    placeGauges(gauges_, grid);
+    for (MetricGauge* gauge : gauges_) {
+        gauge->setVisible(hasGauges);
+    }
+    const auto areas =
+        hasGauges ? std::vector<QRectF>() : fanRowAreas(static_cast<int>(shownFans_), grid.width, grid.heroHeight);
+    for (size_t i = 0; i < fanRows_.size(); ++i) {
+        fanRows_[i]->setVisible(i < areas.size());
+        if (i < areas.size()) {
+            fanRows_[i]->setCompact(grid.tier == SectionTier::tight);
+            place(*fanRows_[i], areas[i].translated(0, SectionGrid::heroTop));
+        }
+    }
+}
+
+void CoolingSection::arrangeFoot(const SectionGrid& grid) {
+    const bool isTight = grid.tier == SectionTier::tight;
+    const double top = grid.height - kFootTop;
+    const double nodesWidth = std::ceil(textWidth(nodes_->text(), kNodes));
+    profileSymbol_->setVisible(!isTight);
+    profile_->setVisible(!isTight);
+    nodes_->setTextAlignment(isTight ? Qt::AlignLeft : Qt::AlignRight);
+    if (isTight) {
+        place(*nodes_, QRectF(0, top, grid.width, kFootLine));
+        return;
+    }
+    // Room for the widest count, so that a sensor more moves nothing.
+    const double nodesRoom = std::max(nodesWidth, textWidth(QStringLiteral("888 IOHID nodes"), kNodes));
+    place(*nodes_, QRectF(grid.width - nodesRoom, top, nodesRoom, kFootLine));
+    place(*profileSymbol_, QRectF(0, top + (kFootLine - kFootSymbol) / 2, kFootSymbol, kFootSymbol));
+    const double left = kFootSymbol + kFootGap;
+    place(*profile_, QRectF(left, top, grid.width - nodesRoom - kFootTextGap - left, kFootLine));
+}
+
+std::vector<double> CoolingSection::targets() const {
+    const FanControlManager& manager = services_.fanManager;
+    if (manager.currentProfile.get() != FanProfile::custom) {
+        return {};
+    }
+    return {manager.evaluatedLeftTargetRPM.get(), manager.evaluatedRightTargetRPM.get()};
+}
+
+}  // namespace kestro

@@ -1,0 +1,173 @@
+#include "ui/dashboard/dashboard_section.h"
+
+#include "ui/theme/hairline.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kSymbolSize = 11;
+constexpr double kTitleGap = 6;
+
+/// Less room than this between title and remark reads as one text.
+constexpr double kMetaGap = 12;
+constexpr double kDotSize = 6;
+
+const TextStyle kMeta{9, SectionGrid::titleHeight, QFont::Medium, 0, KestroTheme::textSecondary};
+
+}  // namespace
+
+DashboardSection::DashboardSection(const QString& symbol, const QString& title, const QString& tightTitle,
+                                   QWidget* parent)
+    : Card(parent),
+      fullTitle_(title),
+      tightTitle_(tightTitle),
+      symbol_(new SymbolView(symbol, kSymbolSize, KestroTheme::textSecondary, this)),
+      title_(new TextLabel(title, this)),
+      meta_(new TextLabel(QString(), this)),
+      badge_(new Badge(BadgeKind::section, QString(), KestroTheme::accentNominal, this)) {
+    title_->setStyle(text_styles::sectionTitle);
+    meta_->setStyle(kMeta);
+    meta_->setTextAlignment(Qt::AlignRight);
+    meta_->setFit(TextFit::value);
+    meta_->hide();
+    badge_->hide();
+}
+
+void DashboardSection::setTier(SectionTier tier) {
+    if (tier != tier_) {
+        tier_ = tier;
+        arrangeAgain();
+        if (isVisible()) {
+            refresh();
+        }
+    }
+}
+
+SectionGrid DashboardSection::grid() const {
+    return sectionGrid(tier_, size());
+}
+
+void DashboardSection::arrangeAgain() {
+    const SectionGrid now = grid();
+    arrangeTitle(now);
+    arrange(now);
+    update();
+}
+
+void DashboardSection::place(QWidget& child, const QRectF& area) const {
+    const QRectF inCard = area.translated(grid().padding, grid().padding);
+    const QPoint topLeft(qRound(inCard.left()), qRound(inCard.top()));
+    const QPoint end(qRound(inCard.right()), qRound(inCard.bottom()));
+    child.setGeometry(QRect(topLeft, QSize(end.x() - topLeft.x(), end.y() - topLeft.y())));
+}
+
+double DashboardSection::placeRow(RuledIndexRow& row, double top, const SectionGrid& grid) const {
+    const double height = row.content().detail.isEmpty() ? grid.pitch : grid.detailPitch;
+    row.setCompact(isCompact(grid.tier));
+    row.setDense(grid.isDense);
+    place(row, QRectF(0, top, grid.width, height));
+    return top + height;
+}
+
+void DashboardSection::placeGauges(const std::array<MetricGauge*, 2>& gauges, const SectionGrid& grid) const {
+    const double outside = grid.tier == SectionTier::tight ? grid.padding : 0;
+    const double half = (grid.width + 2 * outside) / 2;
+    const double height = gaugeMetrics(isCompact(grid.tier)).height();
+    const double top = SectionGrid::heroTop + (grid.heroHeight - height) / 2;
+    for (size_t i = 0; i < gauges.size(); ++i) {
+        gauges[i]->setCompact(isCompact(grid.tier));
+        place(*gauges[i], QRectF(half * static_cast<double>(i) - outside, top, half, height));
+    }
+}
+
+void DashboardSection::showGauges(const std::array<MetricGauge*, 2>& gauges,
+                                  std::span<const GaugeContent> contents) {
+    double scale = 1;
+    for (size_t i = 0; i < contents.size(); ++i) {
+        gauges[i]->setContent(contents[i]);
+        scale = std::min(scale, gauges[i]->fittingTextScale());
+    }
+    for (MetricGauge* gauge : gauges) {
+        gauge->setTextScale(scale);
+    }
+}
+
+void DashboardSection::setSymbol(const QString& symbol) {
+    symbol_->setSymbol(symbol);
+}
+
+void DashboardSection::setMeta(const QString& text) {
+    if (text != meta_->text()) {
+        meta_->setText(text);
+        arrangeTitle(grid());
+    }
+}
+
+void DashboardSection::setBadge(const QString& text, const Ink& ink) {
+    const bool isWidthChanged = text != badge_->text();
+    badge_->setState(text, ink);
+    badge_->setHelp(tier_ == SectionTier::tight ? text : QString());
+    if (isWidthChanged) {
+        arrangeTitle(grid());
+    }
+}
+
+void DashboardSection::paintRules(QPainter&, const SectionGrid&) const {}
+
+void DashboardSection::paintEvent(QPaintEvent* event) {
+    Card::paintEvent(event);
+    const SectionGrid now = grid();
+    QPainter painter(this);
+    painter.translate(now.padding, now.padding);
+    paintHairline(painter, 0, now.width, SectionGrid::titleRule);
+    paintRules(painter, now);
+}
+
+void DashboardSection::resizeEvent(QResizeEvent* event) {
+    Card::resizeEvent(event);
+    arrangeAgain();
+}
+
+void DashboardSection::showEvent(QShowEvent* event) {
+    Card::showEvent(event);
+    refresh();
+    arrangeAgain();
+}
+
+void DashboardSection::arrangeTitle(const SectionGrid& grid) {
+    const bool isTight = grid.tier == SectionTier::tight;
+    constexpr double height = SectionGrid::titleHeight;
+    title_->setText(isTight && !tightTitle_.isEmpty() ? tightTitle_ : fullTitle_);
+    place(*symbol_, QRectF(0, (height - kSymbolSize) / 2, kSymbolSize, kSymbolSize));
+    const double titleLeft = kSymbolSize + kTitleGap;
+    const double titleWidth = std::ceil(textWidth(title_->text(), title_->style()));
+    const double room = grid.width - titleLeft - titleWidth - kMetaGap;
+    double right = grid.width;
+
+    const bool hasBadge = !badge_->text().isEmpty();
+    if (hasBadge) {
+        badge_->setKind(BadgeKind::section);
+        const bool isWord = !isTight && badge_->sizeHint().width() <= room;
+        badge_->setKind(isWord ? BadgeKind::section : BadgeKind::dot);
+        const QSizeF size = badge_->sizeHint();
+        right -= size.width();
+        place(*badge_, QRectF(QPointF(right, (height - size.height()) / 2), size));
+    }
+    const double metaWidth = std::ceil(textWidth(meta_->text(), kMeta));
+    const bool hasMeta = !hasBadge && !meta_->text().isEmpty() && metaWidth <= room;
+    if (hasMeta) {
+        right -= metaWidth;
+        place(*meta_, QRectF(right, 0, metaWidth, height));
+    }
+    badge_->setVisible(hasBadge);
+    meta_->setVisible(hasMeta);
+    place(*title_, QRectF(titleLeft, 0, std::max(0.0, std::min(titleWidth, right - titleLeft)), height));
+}
+
+}  // namespace kestro

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "core/base/subscription.h"
+#include "ui/controls/badge.h"
+#include "ui/controls/card.h"
+#include "ui/controls/symbol_view.h"
+#include "ui/controls/text_label.h"
+#include "ui/dashboard/dashboard_layout.h"
+#include "ui/kestro_services.h"
+#include "ui/widgets/metric_gauge.h"
+#include "ui/widgets/ruled_index_row.h"
+
+#include <array>
+#include <functional>
+#include <span>
+#include <vector>
+
+namespace kestro {
+
+/// One column of the dashboard: a card with a symbol, a title, a remark at the title's right, and the values of
+/// its part of the machine. A hidden section does no work; when it is shown again it shows what is current.
+class DashboardSection : public Card {
+    Q_OBJECT
+
+public:
+    /// `tightTitle` stands in for `title` where a section is tight.
+    DashboardSection(const QString& symbol, const QString& title, const QString& tightTitle, QWidget* parent);
+
+    void setTier(SectionTier tier);
+
+protected:
+    /// Shows every current value.
+    virtual void refresh() = 0;
+
+    /// Places the content after a change of size, tier, or number of parts.
+    virtual void arrange(const SectionGrid& grid) = 0;
+
+    /// Calls `show` after each assignment of `value` while the section is visible.
+    template <typename Value>
+    void observe(const Value& value, std::function<void()> show) {
+        subscriptions_.push_back(value.subscribe([this, show = std::move(show)](const auto&) {
+            if (isVisible()) {
+                show();
+            }
+        }));
+    }
+
+    SectionGrid grid() const;
+    void arrangeAgain();
+
+    /// Gives a child its area in the grid's coordinates.
+    void place(QWidget& child, const QRectF& area) const;
+
+    /// Places a row at `top` and returns where the next one starts.
+    double placeRow(RuledIndexRow& row, double top, const SectionGrid& grid) const;
+
+    /// Sets two gauges side by side into the hero; tight ones use the card's whole width.
+    void placeGauges(const std::array<MetricGauge*, 2>& gauges, const SectionGrid& grid) const;
+
+    /// Shows up to two contents, both figures at the scale that fits the wider one.
+    static void showGauges(const std::array<MetricGauge*, 2>& gauges, std::span<const GaugeContent> contents);
+
+    void setSymbol(const QString& symbol);
+
+    /// What stands at the right of the title: a text, left out where it does not fit, or a badge.
+    void setMeta(const QString& text);
+    void setBadge(const QString& text, const Ink& ink);
+
+    /// Paints the content's own rules, in the grid's coordinates.
+    virtual void paintRules(QPainter& painter, const SectionGrid& grid) const;
+
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void arrangeTitle(const SectionGrid& grid);
+
+    QString fullTitle_;
+    QString tightTitle_;
+    SectionTier tier_ = SectionTier::full;
+    SymbolView* symbol_;
+    TextLabel* title_;
+    TextLabel* meta_;
+    Badge* badge_;
+    std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,179 @@
+#include "ui/dashboard/dashboard_view.h"
+
+#include "core/settings/user_settings.h"
+#include "ui/controls/button.h"
+#include "ui/controls/surface_paint.h"
+#include "ui/controls/symbol_view.h"
+#include "ui/controls/text_label.h"
+#include "ui/dashboard/activity_section.h"
+#include "ui/dashboard/compute_section.h"
+#include "ui/dashboard/cooling_section.h"
+#include "ui/dashboard/dashboard_width.h"
+#include "ui/dashboard/io_section.h"
+#include "ui/dashboard/memory_section.h"
+#include "ui/decorations/orvanel_watermark.h"
+#include "ui/theme/hairline.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kCornerRadius = 12;
+constexpr QSize kMinimumSize{720, 420};
+constexpr int kIdealHeight = 480;
+constexpr int kControlsTop = 8;
+constexpr int kControlsHeight = 28;
+constexpr int kSymbolSize = 15;
+constexpr int kWordmarkGap = 8;
+constexpr int kButtonGap = 6;
+constexpr double kDot = 5;
+constexpr int kFooterGap = 7;
+
+}  // namespace
+
+DashboardView::DashboardView(const KestroServices& services, const DashboardActions& actions, QWidget* parent)
+    : GlassSurface(services.settings, kCornerRadius, parent),
+      services_(services),
+      actions_(actions),
+      symbol_(new SymbolView(QStringLiteral("gauge.with.needle"), kSymbolSize, KestroTheme::accentCool, this)),
+      wordmark_(new TextLabel(QStringLiteral("KESTRO"), this)),
+      buttons_{
+          makeHeaderButton(QStringLiteral("gearshape"), 11, QStringLiteral("Settings"), actions.onOpenSettings),
+          makeHeaderButton(QStringLiteral("pin.fill"), 11, QString(),
+                           [this] { services_.settings.isPinned.set(!services_.settings.isPinned.get()); }),
+          makeHeaderButton(QStringLiteral("arrow.up.left.and.arrow.down.right"), 10,
+                           QStringLiteral("Toggle Windowed Full Screen"), actions.onToggleFullScreen),
+          makeHeaderButton(QStringLiteral("xmark"), 10, QStringLiteral("Close Dashboard"), actions.onClose)},
+      sections_{new ComputeSection(services, this), new CoolingSection(services, this),
+                new MemorySection(services, this), new IOSection(services, this),
+                new ActivitySection(services, this)},
+      engineName_(new TextLabel(QStringLiteral("SMC ENGINE"), this)),
+      engineDetail_(new TextLabel(QStringLiteral("DIRECT HARDWARE TELEMETRY"), this)),
+      watermark_(new OrvanelWatermark(OrvanelWatermark::Variant::full, this)),
+      refreshed_(new TextLabel(QStringLiteral("Refreshed every 1.0s"), this)) {
+    wordmark_->setStyle(text_styles::wordmarkDashboard);
+    TextStyle engine = text_styles::caption;
+    engine.weight = text_styles::w700;
+    engineName_->setStyle(engine);
+    engineDetail_->setStyle(text_styles::caption);
+    refreshed_->setStyle(text_styles::caption);
+    refreshed_->setTextAlignment(Qt::AlignRight);
+    showPin();
+    subscriptions_.push_back(services.settings.isPinned.subscribe([this](bool) { showPin(); }));
+    for (const Setting<bool>* section : dashboardSectionSwitches(services.settings)) {
+        subscriptions_.push_back(section->subscribe([this](bool) {
+            updateGeometry();
+            arrange();
+        }));
+    }
+    arrange();
+}
+
+QSize DashboardView::sizeHint() const {
+    return {dashboardWidth(visibleDashboardSections(services_.settings)), kIdealHeight};
+}
+
+QSize DashboardView::minimumSizeHint() const {
+    return kMinimumSize;
+}
+
+std::optional<PlacedHalftoneField> DashboardView::halftone() const {
+    return dashboardHalftone(size());
+}
+
+Button* DashboardView::makeHeaderButton(const QString& symbol, double size, const QString& help,
+                                        std::function<void()> action) {
+    auto* button = new Button(ButtonKind::chip, this);
+    button->setSymbol(symbol, size);
+    button->setSquare(kControlsHeight);
+    button->setHelp(help);
+    button->onClick([action = std::move(action)] {
+        if (action) {
+            action();
+        }
+    });
+    return button;
+}
+
+void DashboardView::showPin() {
+    const bool isPinned = services_.settings.isPinned.get();
+    buttons_[1]->setOn(isPinned);
+    buttons_[1]->setHelp(isPinned ? QStringLiteral("Unpin Window") : QStringLiteral("Pin Window on Top"));
+}
+
+void DashboardView::paintEvent(QPaintEvent* event) {
+    GlassSurface::paintEvent(event);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintHairline(painter, 0, width(), kDashboardHeaderHeight);
+    const double footer = height() - kDashboardFooterHeight;
+    paintHairline(painter, 0, width(), footer);
+    const double inset = sectionRowMetrics(width(), visibleDashboardSections(services_.settings)).inset;
+    const QRectF dot(inset, footer + (kDashboardFooterHeight - kDot) / 2, kDot, kDot);
+    paintRounded(painter, dot, kDot / 2, KestroTheme::accentNominal());
+}
+
+void DashboardView::resizeEvent(QResizeEvent* event) {
+    GlassSurface::resizeEvent(event);
+    arrange();
+}
+
+void DashboardView::arrange() {
+    const auto switches = dashboardSectionSwitches(services_.settings);
+    const int count = visibleDashboardSections(services_.settings);
+    const SectionRowMetrics metrics = sectionRowMetrics(width(), count);
+    const auto frames = sectionFrames(size(), count);
+    size_t next = 0;
+    for (size_t i = 0; i < sections_.size(); ++i) {
+        const bool isShown = switches[i]->get();
+        if (isShown) {
+            const QRectF& frame = frames[next++];
+            const int left = qRound(frame.left());
+            sections_[i]->setTier(metrics.tier);
+            sections_[i]->setGeometry(left, qRound(frame.top()), qRound(frame.right()) - left,
+                                      qRound(frame.height()));
+        }
+        sections_[i]->setVisible(isShown);
+    }
+    arrangeHeader(metrics.inset);
+    arrangeFooter(metrics.inset);
+    update();
+}
+
+void DashboardView::arrangeHeader(double inset) {
+    const int left = qRound(inset);
+    symbol_->setGeometry(left, kControlsTop + (kControlsHeight - kSymbolSize) / 2, kSymbolSize, kSymbolSize);
+    wordmark_->setGeometry(left + kSymbolSize + kWordmarkGap, kControlsTop, wordmark_->sizeHint().width() + 2,
+                           kControlsHeight);
+    int right = width() - left;
+    for (auto button = buttons_.rbegin(); button != buttons_.rend(); ++button) {
+        right -= kControlsHeight;
+        (*button)->setGeometry(right, kControlsTop, kControlsHeight, kControlsHeight);
+        right -= kButtonGap;
+    }
+}
+
+void DashboardView::arrangeFooter(double inset) {
+    const int top = height() - qRound(kDashboardFooterHeight);
+    const int line = qRound(kDashboardFooterHeight);
+    const QSize mark = watermark_->sizeHint();
+    const int markLeft = (width() - mark.width()) / 2;
+    watermark_->setGeometry(markLeft, top + (line - mark.height()) / 2, mark.width(), mark.height());
+
+    int left = qRound(inset + kDot) + kFooterGap;
+    for (TextLabel* label : {engineName_, engineDetail_}) {
+        const int room = std::max(0, markLeft - kFooterGap - left);
+        const int width = std::min(label->sizeHint().width(), room);
+        label->setGeometry(left, top, width, line);
+        left += width + kFooterGap;
+    }
+    const int refreshedLeft = markLeft + mark.width() + kFooterGap;
+    refreshed_->setGeometry(refreshedLeft, top, width() - qRound(inset) - refreshedLeft, line);
+}
+
+}  // namespace kestro

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ui/controls/text_style.h"
+#include "ui/controls/view.h"
+
+namespace kestro {
+
+/// One large figure with its unit on the same baseline.
+class DisplayFigure : public View {
+    Q_OBJECT
+
+public:
+    DisplayFigure(const QString& name, const QString& unit, QWidget* parent = nullptr);
+
+    /// Silent when equal.
+    void setFigure(const QString& figure);
+    void setSize(double size);
+
+    AccessibleInfo accessibleInfo() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString name_;
+    QString unit_;
+    QString figure_;
+    double size_ = text_styles::displayFigure.size;
+};
+
+}  // namespace kestro

@@ -1,0 +1,141 @@
+#include "ui/dashboard/io_section.h"
+
+#include "core/engine/telemetry_engine.h"
+#include "core/power/power_mode_manager.h"
+#include "ui/controls/words.h"
+#include "ui/format/format_rate.h"
+#include "ui/widgets/whole_number.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kBlockGap = 10;
+constexpr double kLabelHeight = 14;
+constexpr double kLabelRise = 1;
+constexpr double kArrowSize = 9;
+constexpr double kArrowGap = 4;
+constexpr double kHistoryGap = 2;
+constexpr double kNameGap = 6;
+constexpr double kLowBattery = 20;
+
+QString rateText(double bytesPerSecond) {
+    return Words(formatRate(bytesPerSecond));
+}
+
+RuledIndexContent plainRow(const char* label, const QString& value) {
+    RuledIndexContent content;
+    content.label = Words(label);
+    content.value = value;
+    return content;
+}
+
+RuledIndexContent batteryRow(const PowerTelemetry& power, bool compact) {
+    if (!power.hasBattery) {
+        return plainRow("Battery", QStringLiteral("AC"));
+    }
+    RuledIndexContent content = plainRow("Battery", wholeText(power.percentage) + QLatin1Char('%'));
+    content.detail = compact ? QString() : QString(Words(power.statusDescription()));
+    content.progressFraction = std::clamp(power.percentage / 100, 0.0, 1.0);
+    content.progressTint =
+        power.percentage <= kLowBattery ? KestroTheme::accentCritical : KestroTheme::accentNominal;
+    return content;
+}
+
+}  // namespace
+
+std::array<RuledIndexContent, 5> ioRows(const NetworkTelemetry& network, const PowerTelemetry& power,
+                                        SystemPowerMode mode, const std::string& uptime, bool compact) {
+    return {plainRow("Local IP", Words(network.localIP)), batteryRow(power, compact),
+            plainRow("Condition", Words(power.condition)), plainRow("Power Mode", Words(shortTag(mode))),
+            plainRow("Uptime", Words(uptime))};
+}
+
+IOSection::IOSection(const KestroServices& services, QWidget* parent)
+    : DashboardSection(QStringLiteral("arrow.up.arrow.down"), QStringLiteral("I/O & Power"), QStringLiteral("I/O"),
+                       parent),
+      services_(services),
+      download_(makeDirection(QStringLiteral("arrow.down"), QStringLiteral("Download"), KestroTheme::accentCool)),
+      upload_(makeDirection(QStringLiteral("arrow.up"), QStringLiteral("Upload"), KestroTheme::accentWarning)) {
+    for (RuledIndexRow*& row : rows_) {
+        row = new RuledIndexRow(false, this);
+    }
+    const TelemetryEngine& engine = services_.engine;
+    observe(engine.network, [this] {
+        showRates();
+        showRows();
+    });
+    observe(engine.netDownHistory, [this] { download_.history->setData(services_.engine.netDownHistory.get()); });
+    observe(engine.netUpHistory, [this] { upload_.history->setData(services_.engine.netUpHistory.get()); });
+    observe(engine.power, [this] { showRows(); });
+    observe(services_.powerManager.currentMode, [this] { showRows(); });
+}
+
+IOSection::Direction IOSection::makeDirection(const QString& symbol, const QString& name, const Ink& ink) {
+    Direction direction{new SymbolView(symbol, kArrowSize, ink, this), new TextLabel(name, this),
+                        new TextLabel(QString(), this), new SparklineView(ink, std::nullopt, this)};
+    direction.name->setStyle(text_styles::rowLabel);
+    direction.rate->setStyle(text_styles::rowValue);
+    direction.rate->setFit(TextFit::value);
+    direction.rate->setTextAlignment(Qt::AlignRight);
+    direction.history->setSpoken(name, rateText);
+    return direction;
+}
+
+void IOSection::refresh() {
+    showRates();
+    showRows();
+    download_.history->setData(services_.engine.netDownHistory.get());
+    upload_.history->setData(services_.engine.netUpHistory.get());
+}
+
+void IOSection::showRates() {
+    const NetworkTelemetry& network = services_.engine.network.get();
+    download_.rate->setText(rateText(network.downloadBytesPerSec));
+    upload_.rate->setText(rateText(network.uploadBytesPerSec));
+    setMeta(Words(network.primaryInterface));
+}
+
+void IOSection::showRows() {
+    const TelemetryEngine& engine = services_.engine;
+    const auto rows = ioRows(engine.network.get(), engine.power.get(), services_.powerManager.currentMode.get(),
+                             engine.uptimeString(), isCompact(grid().tier));
+    bool isMoved = false;
+    for (size_t i = 0; i < rows.size(); ++i) {
+        isMoved = isMoved || rows[i].detail.isEmpty() != rows_[i]->content().detail.isEmpty();
+        rows_[i]->setContent(rows[i]);
+    }
+    if (isMoved) {
+        arrangeAgain();
+    }
+}
+
+void IOSection::arrange(const SectionGrid& grid) {
+    const double block = (grid.heroHeight - kBlockGap) / 2;
+    arrangeDirection(download_, QRectF(0, SectionGrid::heroTop, grid.width, block));
+    arrangeDirection(upload_, QRectF(0, grid.heroBottom() - block, grid.width, block));
+    double top = grid.rowsTop;
+    for (RuledIndexRow* row : rows_) {
+        top = placeRow(*row, top, grid);
+    }
+}
+
+void IOSection::arrangeDirection(const Direction& direction, const QRectF& area) const {
+    const double line = area.top() - kLabelRise;
+    const double arrowTop = line + (kLabelHeight - kArrowSize) / 2;
+    place(*direction.arrow, QRectF(area.left(), arrowTop, kArrowSize, kArrowSize));
+    const double textLeft = area.left() + kArrowSize + kArrowGap;
+    const double name =
+        std::min(std::ceil(textWidth(direction.name->text(), text_styles::rowLabel)), area.width() / 2);
+    place(*direction.name, QRectF(textLeft, line, name, kLabelHeight));
+    const double rateLeft = textLeft + name + kNameGap;
+    place(*direction.rate, QRectF(rateLeft, line, area.right() - rateLeft, kLabelHeight));
+    constexpr int bleed = SparklineView::kBleed;
+    place(*direction.history,
+          area.adjusted(0, kLabelHeight + kHistoryGap, 0, 0).adjusted(-bleed, -bleed, bleed, bleed));
+}
+
+}  // namespace kestro

@@ -1,0 +1,106 @@
+#include "ui/dashboard/process_row.h"
+
+#include "ui/controls/surface_paint.h"
+#include "ui/controls/text_painter.h"
+#include "ui/controls/words.h"
+#include "ui/symbols/symbol_painter.h"
+#include "ui/theme/hairline.h"
+#include "ui/widgets/ruled_index_row.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kBytesPerMebibyte = 1048576.0;
+constexpr double kNameGap = 6;
+constexpr double kMark = 8;
+constexpr double kMarkGap = 4;
+constexpr double kTrackOpacity = 0.08;
+
+const TextStyle kName{10, 14, QFont::Medium, 0, KestroTheme::textPrimary};
+
+TextStyle columnStyle(bool isSorting) {
+    return {10, 14, isSorting ? QFont::DemiBold : QFont::Medium, 0,
+            isSorting ? KestroTheme::textPrimary : KestroTheme::textSecondary};
+}
+
+}  // namespace
+
+ProcessRowContent processRowContent(const ProcessInfoItem& process, bool sortsByMemory, std::uint64_t totalBytes) {
+    ProcessRowContent content;
+    content.name = Words(process.name);
+    content.command = Words(process.fullCommand);
+    content.cpu = QString::number(process.cpuPercent, 'f', 1);
+    content.memory = Words(process.memoryString);
+    const double total = static_cast<double>(totalBytes) / kBytesPerMebibyte;
+    const double share = sortsByMemory ? (total > 0 ? process.memoryMB / total : 0) : process.cpuPercent / 100;
+    content.share = share > 0 ? std::min(share, 1.0) : 0;
+    content.isSystem = process.isSystemProcess;
+    content.sortsByMemory = sortsByMemory;
+    return content;
+}
+
+ProcessRow::ProcessRow(QWidget* parent) : View(parent) {}
+
+void ProcessRow::setContent(const ProcessRowContent& content) {
+    if (content != content_) {
+        content_ = content;
+        setHelp(content.command);
+        update();
+    }
+}
+
+void ProcessRow::setColumns(double cpu, double memory) {
+    if (cpu != cpuWidth_ || memory != memoryWidth_) {
+        cpuWidth_ = cpu;
+        memoryWidth_ = memory;
+        update();
+    }
+}
+
+AccessibleInfo ProcessRow::accessibleInfo() const {
+    AccessibleInfo info = View::accessibleInfo();
+    info.name = QStringLiteral("%1, %2 percent, %3").arg(singleLine(content_.name), content_.cpu, content_.memory);
+    if (content_.isSystem) {
+        info.name += QStringLiteral(", system process");
+    }
+    return info;
+}
+
+void ProcessRow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const RuledIndexGeometry geometry = ruledIndexGeometry(size(), false, false);
+    double right = geometry.line.right();
+    const auto column = [&](double width, const QString& text, bool isSorting) {
+        if (width > 0) {
+            drawText(painter, QRectF(right - width, 0, width, geometry.line.height()), text,
+                     columnStyle(isSorting), Qt::AlignRight, TextFit::value);
+            right -= width;
+        }
+    };
+    column(memoryWidth_, content_.memory, content_.sortsByMemory);
+    column(cpuWidth_, content_.cpu, !content_.sortsByMemory);
+    paintName(painter, QRectF(0, 0, std::max(0.0, right - kNameGap), geometry.line.height()));
+    if (!content_.name.isEmpty()) {
+        paintBar(painter, snappedToDevice(painter, geometry.rule), content_.share,
+                 Ink::white(kTrackOpacity).color(), KestroTheme::accentCool());
+    }
+}
+
+void ProcessRow::paintName(QPainter& painter, const QRectF& room) const {
+    drawText(painter, room, content_.name, kName);
+    const double name = textWidth(content_.name, kName);
+    if (!content_.isSystem || name + kMarkGap + kMark > room.width()) {
+        return;
+    }
+    const QRectF mark(name + kMarkGap, (room.height() - kMark) / 2, kMark, kMark);
+    SymbolPainter::paint(painter, QStringLiteral("gearshape"), mark, KestroTheme::textTertiary());
+}
+
+}  // namespace kestro

@@ -1,0 +1,86 @@
+#include "ui/dashboard/temperature_rows.h"
+
+#include "ui/controls/words.h"
+
+#include <algorithm>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kDieScale = 105;
+constexpr double kBatteryScale = 50;
+constexpr double kHotAverage = 85;
+constexpr double kHotPeak = 90;
+constexpr double kWarmPeak = 75;
+constexpr double kWarmBattery = 42;
+
+QString celsiusText(double celsius) {
+    return QString::number(celsius, 'f', 1) + QStringLiteral("°C");
+}
+
+double share(double celsius, double scale) {
+    return std::min(celsius / scale, 1.0);
+}
+
+Ink batteryTemperatureInk(double celsius) {
+    return celsius > kWarmBattery ? KestroTheme::accentWarning : KestroTheme::accentNominal;
+}
+
+RuledIndexContent thermalPressureRow(const std::string& state) {
+    const bool isNominal = state == "Nominal";
+    const Ink ink = isNominal ? KestroTheme::accentNominal : KestroTheme::accentWarning;
+    const double fraction = isNominal ? 0.25 : (state == "Fair" ? 0.5 : 0.9);
+    return {QStringLiteral("Thermal Pressure"),
+            QStringLiteral("Pressure"),
+            Words(state),
+            QStringLiteral("Thermal State"),
+            fraction,
+            ink,
+            ink};
+}
+
+}  // namespace
+
+std::array<RuledIndexContent, 4> temperatureRows(const ThermalTelemetry& thermals, bool compact) {
+    const auto row = [compact](const char* label, const char* compactLabel, const char* detail, double celsius,
+                               double scale, const Ink& ink) {
+        return RuledIndexContent{Words(label),
+                                 Words(compactLabel),
+                                 celsiusText(celsius),
+                                 compact ? QString() : QString(Words(detail)),
+                                 share(celsius, scale),
+                                 ink,
+                                 ink};
+    };
+    return {row("SoC Junction Temp", "SoC Die", "Die Average", thermals.averageSoCTemp, kDieScale,
+                averageTemperatureInk(thermals.averageSoCTemp)),
+            row("Peak Die Temp", "Peak Die", "Hottest Core", thermals.peakDieTemp, kDieScale,
+                peakTemperatureInk(thermals.peakDieTemp)),
+            row("Battery Pack Temp", "Battery", "Cell Pack", thermals.batteryTemp, kBatteryScale,
+                batteryTemperatureInk(thermals.batteryTemp)),
+            thermalPressureRow(thermals.thermalState)};
+}
+
+Ink averageTemperatureInk(double celsius) {
+    return celsius > kHotAverage ? KestroTheme::accentCritical : KestroTheme::accentCool;
+}
+
+Ink peakTemperatureInk(double celsius) {
+    if (celsius > kHotPeak) {
+        return KestroTheme::accentCritical;
+    }
+    return celsius > kWarmPeak ? KestroTheme::accentWarning : KestroTheme::accentCool;
+}
+
+Ink statusInk(std::string_view summary) {
+    if (summary == "Critical") {
+        return KestroTheme::accentCritical;
+    }
+    if (summary == "Elevated") {
+        return KestroTheme::accentWarning;
+    }
+    return summary == "Nominal" ? KestroTheme::accentNominal : KestroTheme::accentCool;
+}
+
+}  // namespace kestro
