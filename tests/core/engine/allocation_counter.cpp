@@ -9,10 +9,15 @@ thread_local std::int64_t allocations = 0;
 
 }  // namespace
 
-// Alone in this file: inlined into their callers, the pair would look mismatched to the compiler.
-void* operator new(std::size_t size) {
+// Alone in this file: inlined into their callers, the operators would look mismatched to the compiler.
+// Complete for what `operator delete` below is given: the sanitizers bring their own form of each.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++allocations;
-    if (void* const storage = std::malloc(size != 0 ? size : 1)) {
+    return std::malloc(size != 0 ? size : 1);
+}
+
+void* operator new(std::size_t size) {
+    if (void* const storage = operator new(size, std::nothrow)) {
         return storage;
     }
     throw std::bad_alloc();
