@@ -93,7 +93,7 @@ bool SimulatedSMCService::callStructMethod(std::uint32_t connection, const SMCRe
     }
 }
 
-void SimulatedSMCService::close(std::uint32_t connection) {
+void SimulatedSMCService::close([[maybe_unused]] std::uint32_t connection) {
     assert(connection == theConnection && openConnections_ > 0);
     --openConnections_;
 }
