@@ -164,6 +164,11 @@ void Button::setInk(const Ink& symbol, const Ink& text) {
     }
 }
 
+void Button::setTrailingInk(const Ink& ink) {
+    trailingInk_ = ink;
+    update();
+}
+
 void Button::setSpread(bool isSpread) {
     isSpread_ = isSpread;
     update();
@@ -216,7 +221,8 @@ void Button::paint(QPainter& painter) {
     }
     drawText(painter, geometry.text, text_, effectiveTextStyle(), Qt::AlignLeft, TextFit::label);
     if (!trailingSymbol_.isEmpty()) {
-        SymbolPainter::paint(painter, trailingSymbol_, geometry.trailingSymbol, symbolInk().color());
+        SymbolPainter::paint(painter, trailingSymbol_, geometry.trailingSymbol,
+                             trailingInk_.value_or(symbolInk()).color());
     }
 }
 

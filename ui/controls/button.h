@@ -56,6 +56,9 @@ public:
     void setInk(const Ink& symbol, const Ink& text);
     void setInk(const Ink& both) { setInk(both, both); }
 
+    /// The colour of the trailing symbol, instead of the leading one's.
+    void setTrailingInk(const Ink& ink);
+
     /// Parts at the left and the trailing symbol at the right, instead of all in the middle.
     void setSpread(bool isSpread);
 
@@ -94,6 +97,7 @@ private:
     std::optional<TextStyle> textStyle_;
     std::optional<Ink> symbolInk_;
     std::optional<Ink> textInk_;
+    std::optional<Ink> trailingInk_;
     std::optional<StateOpacity> onFill_;
 };
 

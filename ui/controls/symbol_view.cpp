@@ -1,7 +1,5 @@
 #include "ui/controls/symbol_view.h"
 
-#include "ui/symbols/symbol_painter.h"
-
 #include <QPainter>
 
 #include <cmath>
@@ -27,6 +25,11 @@ void SymbolView::setInk(const Ink& ink) {
     }
 }
 
+void SymbolView::setWeight(SymbolWeight weight) {
+    weight_ = weight;
+    update();
+}
+
 QSize SymbolView::sizeHint() const {
     const int edge = static_cast<int>(std::ceil(size_));
     return {edge, edge};
@@ -45,7 +48,7 @@ void SymbolView::paintEvent(QPaintEvent*) {
         painter.setOpacity(0.38);
     }
     const QRectF box((width() - size_) / 2, (height() - size_) / 2, size_, size_);
-    SymbolPainter::paint(painter, name_, box, ink_.color());
+    SymbolPainter::paint(painter, name_, box, ink_.color(), weight_);
 }
 
 }  // namespace kestro

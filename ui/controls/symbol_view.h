@@ -2,6 +2,7 @@
 
 #include "ui/controls/ink.h"
 #include "ui/controls/view.h"
+#include "ui/symbols/symbol_painter.h"
 
 namespace kestro {
 
@@ -16,6 +17,7 @@ public:
     /// Silent when equal.
     void setSymbol(const QString& name);
     void setInk(const Ink& ink);
+    void setWeight(SymbolWeight weight);
     const QString& symbol() const { return name_; }
 
     QSize sizeHint() const override;
@@ -28,6 +30,7 @@ private:
     QString name_;
     double size_;
     Ink ink_;
+    SymbolWeight weight_ = SymbolWeight::regular;
 };
 
 }  // namespace kestro

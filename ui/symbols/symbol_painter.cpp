@@ -23,6 +23,7 @@ namespace {
 constexpr int kLargestPixels = 512;
 constexpr double kGrid = 24;
 constexpr double kStroke = 2;
+constexpr double kBoldStroke = 2.5;
 constexpr double kHeaviestStroke = 3;
 constexpr qsizetype kCachedBytes = 512 * 1024;
 
@@ -30,12 +31,13 @@ struct SymbolKey {
     QString name;
     int pixels;
     QRgb color;
+    SymbolWeight weight;
 
     friend bool operator==(const SymbolKey&, const SymbolKey&) = default;
 };
 
 size_t qHash(const SymbolKey& key, size_t seed = 0) {
-    return qHashMulti(seed, key.name, key.pixels, key.color);
+    return qHashMulti(seed, key.name, key.pixels, key.color, static_cast<int>(key.weight));
 }
 
 QString directory() {
@@ -52,21 +54,23 @@ QString fileOf(const QString& name) {
 }
 
 /// A stroke thinner than a device pixel would fade into grey, so small symbols are drawn heavier.
-double strokeWidth(int pixels) {
-    return std::clamp(kGrid / pixels, kStroke, kHeaviestStroke);
+double strokeWidth(int pixels, SymbolWeight weight) {
+    const double stroke = weight == SymbolWeight::bold ? kBoldStroke : kStroke;
+    return std::clamp(kGrid / pixels, stroke, kHeaviestStroke);
 }
 
-QImage render(const QString& name, int pixels, const QColor& color) {
-    QFile file(fileOf(name));
-    if (!SymbolPainter::contains(name) || !file.open(QIODevice::ReadOnly)) {
+QImage render(const SymbolKey& key, const QColor& color) {
+    QFile file(fileOf(key.name));
+    if (!SymbolPainter::contains(key.name) || !file.open(QIODevice::ReadOnly)) {
         return {};
     }
     QByteArray source = file.readAll();
     // The drawing only serves as a mask: any opaque ink will do.
     source.replace("currentColor", "#000000");
-    source.replace("stroke-width=\"2\"", "stroke-width=\"" + QByteArray::number(strokeWidth(pixels)) + "\"");
+    source.replace("stroke-width=\"2\"",
+                   "stroke-width=\"" + QByteArray::number(strokeWidth(key.pixels, key.weight)) + "\"");
     QSvgRenderer drawing(source);
-    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    QImage image(key.pixels, key.pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -91,29 +95,30 @@ bool SymbolPainter::contains(const QString& name) {
     return !name.contains(QLatin1Char('/')) && QFile::exists(fileOf(name));
 }
 
-QImage SymbolPainter::image(const QString& name, int pixels, const QColor& color) {
+QImage SymbolPainter::image(const QString& name, int pixels, const QColor& color, SymbolWeight weight) {
     static QCache<SymbolKey, QImage> cache(kCachedBytes);
     if (pixels <= 0) {
         return {};
     }
-    const SymbolKey key{name, std::min(pixels, kLargestPixels), color.rgba()};
+    const SymbolKey key{name, std::min(pixels, kLargestPixels), color.rgba(), weight};
     if (const QImage* const cached = cache.object(key)) {
         return *cached;
     }
-    const QImage image = render(name, key.pixels, color);
+    const QImage image = render(key, color);
     if (!image.isNull()) {
         cache.insert(key, new QImage(image), image.sizeInBytes());
     }
     return image;
 }
 
-void SymbolPainter::paint(QPainter& painter, const QString& name, const QRectF& square, const QColor& color) {
+void SymbolPainter::paint(QPainter& painter, const QString& name, const QRectF& square, const QColor& color,
+                          SymbolWeight weight) {
     if (square.isEmpty()) {
         return;
     }
     const double scale = deviceScale(painter);
     const int pixels = std::max(1, static_cast<int>(std::lround(square.width() * scale)));
-    QImage symbol = image(name, pixels, color);
+    QImage symbol = image(name, pixels, color, weight);
     if (symbol.isNull()) {
         return;
     }
