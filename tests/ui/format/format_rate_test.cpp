@@ -1,0 +1,38 @@
+#include "ui/format/format_rate.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace kestro {
+namespace {
+
+TEST(FormatRate, ShowsMegabytesFromAMebibyteOn) {
+    EXPECT_EQ(formatRate(1'048'576), "1.0 MB/s");
+    EXPECT_EQ(formatRate(1'258'291), "1.2 MB/s");
+    EXPECT_EQ(formatRate(1'048'576.0 * 1234.56), "1234.6 MB/s");
+}
+
+TEST(FormatRate, ShowsKilobytesFromAKibibyteOn) {
+    EXPECT_EQ(formatRate(1'024), "1 KB/s");
+    EXPECT_EQ(formatRate(245'760), "240 KB/s");
+    EXPECT_EQ(formatRate(1'048'575.9), "1024 KB/s");
+}
+
+TEST(FormatRate, ShowsBytesBelow) {
+    EXPECT_EQ(formatRate(0), "0 B/s");
+    EXPECT_EQ(formatRate(512.4), "512 B/s");
+    EXPECT_EQ(formatRate(1'023.4), "1023 B/s");
+}
+
+TEST(FormatRate, TakesWhatIsNoNumberForNothing) {
+    EXPECT_EQ(formatRate(std::numeric_limits<double>::quiet_NaN()), "0 B/s");
+}
+
+TEST(FormatGigabytes, CountsInPowersOfTwo) {
+    EXPECT_EQ(formatGigabytes(34'359'738'368.0), "32.0 GB");
+    EXPECT_EQ(formatGigabytes(0), "0.0 GB");
+}
+
+}  // namespace
+}  // namespace kestro

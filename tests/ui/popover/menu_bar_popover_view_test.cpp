@@ -1,0 +1,346 @@
+#include "ui/popover/menu_bar_popover_view.h"
+
+#include "tests/support/simulated_services.h"
+#include "ui/controls/menu_button.h"
+#include "ui/popover/readout_line.h"
+#include "ui/theme/kestro_fonts.h"
+#include "ui/theme/motion.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QMenu>
+#include <QPaintEvent>
+
+#include <array>
+
+namespace kestro {
+namespace {
+
+/// Records what the panel is asked to repaint.
+class RecordingPopover : public MenuBarPopoverView {
+public:
+    using MenuBarPopoverView::MenuBarPopoverView;
+    QRegion painted;
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        painted += event->region();
+        MenuBarPopoverView::paintEvent(event);
+    }
+};
+
+class PopoverTest : public testing::Test {
+protected:
+    explicit PopoverTest(const std::function<void(SimulatedMac&)>& arrange = [](SimulatedMac&) {})
+        : services(arrange) {
+        KestroTheme::bind(&services.settings());
+        motion::setReduced(true);
+        services.mac.freeze();
+        services.engine().sampleFull();
+        view = std::make_unique<RecordingPopover>(
+            services.services(), PopoverActions{[this] { calls.append(QStringLiteral("dashboard")); },
+                                                [this] { calls.append(QStringLiteral("settings")); },
+                                                [this] { calls.append(QStringLiteral("quit")); }});
+    }
+    ~PopoverTest() override {
+        view.reset();
+        KestroTheme::bind(nullptr);
+        motion::setReduced(false);
+    }
+
+    void show() {
+        view->show();
+        settle();
+        view->painted = {};
+    }
+
+    static void settle() {
+        QApplication::processEvents();
+        QApplication::sendPostedEvents();
+    }
+
+    void sample() {
+        services.engine().sampleFull();
+        settle();
+    }
+
+    /// What assistive technology reads, from top to bottom as the parts were made.
+    QStringList spoken() const {
+        QStringList names;
+        for (const View* part : view->findChildren<View*>()) {
+            const AccessibleInfo info = part->accessibleInfo();
+            if (part->isVisible() && !info.isDecoration) {
+                names.append(info.name);
+            }
+        }
+        return names;
+    }
+
+    ReadoutLine* line(const QString& beginning) const {
+        for (ReadoutLine* candidate : view->findChildren<ReadoutLine*>()) {
+            if (candidate->accessibleInfo().name.startsWith(beginning)) {
+                return candidate;
+            }
+        }
+        ADD_FAILURE() << "no line " << beginning.toStdString();
+        return nullptr;
+    }
+
+    Button* button(const QString& name) const {
+        for (Button* candidate : view->findChildren<Button*>()) {
+            if (candidate->accessibleInfo().name.startsWith(name)) {
+                return candidate;
+            }
+        }
+        ADD_FAILURE() << "no button " << name.toStdString();
+        return nullptr;
+    }
+
+    void setTemperature(double celsius) {
+        for (SimulatedSensor& sensor : services.mac.hidEventSystem.sensors) {
+            sensor.temperature = celsius;
+        }
+        sample();
+    }
+
+    SimulatedServices services;
+    QStringList calls;
+    std::unique_ptr<RecordingPopover> view;
+};
+
+TEST_F(PopoverTest, SaysEverythingInReadingOrder) {
+    services.engine().setUIActive(true);
+    show();
+
+    const QStringList names = spoken();
+
+    const auto place = [&](const char* beginning) {
+        for (qsizetype i = 0; i < names.size(); ++i) {
+            if (names[i].startsWith(QString::fromUtf8(beginning))) {
+                return i;
+            }
+        }
+        ADD_FAILURE() << "nothing says " << beginning;
+        return qsizetype{-1};
+    };
+    qsizetype before = -1;
+    for (const char* part :
+         {"KESTRO", "Settings", "Open Dashboard", "CPU & Clusters, ", "Performance, ", "Efficiency, ",
+          "Unified Memory, ", "13.4 GB of 32.0 GB", "Dual Fan RPM & Thermals, SoC ", "Left Fan, ", "Right Fan, ",
+          "Peak Die:, ", "Profile: ", "Download, ", "Upload, ", "Storage, ", "Battery, 87%", "Keep Awake",
+          "Quit"}) {
+        const qsizetype here = place(part);
+        EXPECT_GT(here, before) << part;
+        before = here;
+    }
+}
+
+TEST_F(PopoverTest, ChipsAndQuitCallTheirActions) {
+    show();
+
+    button(QStringLiteral("Settings"))->click();
+    button(QStringLiteral("Open Dashboard"))->click();
+    button(QStringLiteral("Quit"))->click();
+
+    EXPECT_EQ(calls,
+              (QStringList{QStringLiteral("settings"), QStringLiteral("dashboard"), QStringLiteral("quit")}));
+    EXPECT_EQ(button(QStringLiteral("Settings"))->help(), QStringLiteral("Settings"));
+    EXPECT_EQ(button(QStringLiteral("Open Dashboard"))->help(), QStringLiteral("Open Full Zero-Scroll Dashboard"));
+}
+
+TEST_F(PopoverTest, CoolingFollowsTheFansAsTheyComeAndGo) {
+    show();
+    services.mac.smc.setFans({});
+    sample();
+    EXPECT_TRUE(line(QStringLiteral("Acoustics & Thermals (Passive)")));
+    EXPECT_EQ(line(QStringLiteral("Fanless"))->label(),
+              QStringLiteral("Fanless Acoustic Architecture · 0.0 dB Silent Dissipation"));
+    EXPECT_EQ(line(QStringLiteral("Fanless"))->symbol(), QStringLiteral("leaf.fill"));
+
+    services.mac.smc.setFans(std::array{1830.0F});
+    sample();
+    EXPECT_TRUE(line(QStringLiteral("Fan RPM & Thermals")));
+
+    services.mac.smc.setFans(std::array{1830.0F, 900.0F, 850.0F, 2000.0F});
+    sample();
+    EXPECT_TRUE(line(QStringLiteral("Dual Fan RPM & Thermals")));
+    EXPECT_THAT(spoken(), testing::Not(testing::Contains(QStringLiteral("Fanless"))));
+    int fans = 0;
+    for (const ReadoutLine* fan : view->findChildren<ReadoutLine*>()) {
+        fans += fan->symbol() == QStringLiteral("fanblades") && !fan->value().startsWith(QStringLiteral("SoC"));
+    }
+    EXPECT_EQ(fans, 4);
+}
+
+TEST_F(PopoverTest, FanSpeedsAndTemperaturesUseTheChosenUnits) {
+    show();
+    services.mac.smc.setFans(std::array{1420.0F, 7820.0F});
+    setTemperature(48);
+    EXPECT_EQ(line(QStringLiteral("Right Fan"))->value(), QStringLiteral("7.8k"));
+    EXPECT_EQ(line(QStringLiteral("Peak Die"))->value(), QStringLiteral("48.0°C"));
+
+    services.settings().fanSpeedUnit.set(FanSpeedUnit::rawRPM);
+    services.settings().temperatureUnit.set(TemperatureUnit::fahrenheit);
+
+    EXPECT_TRUE(line(QStringLiteral("Right Fan"))->value().endsWith(QStringLiteral(" RPM")));
+    EXPECT_EQ(line(QStringLiteral("Peak Die"))->value(), QStringLiteral("118.4°F"));
+    EXPECT_EQ(line(QStringLiteral("Dual Fan"))->value(), QStringLiteral("SoC 118.4°F"));
+}
+
+TEST_F(PopoverTest, TheProcessorsTemperatureIsCriticalAboveEighty) {
+    show();
+    setTemperature(80.0);
+    EXPECT_EQ(line(QStringLiteral("Dual Fan"))->valueInk(), Ink(KestroTheme::textPrimary));
+
+    setTemperature(80.1);
+    EXPECT_EQ(line(QStringLiteral("Dual Fan"))->valueInk(), Ink(KestroTheme::accentCritical));
+}
+
+TEST_F(PopoverTest, ChoosingAProfileStoresItFirstAndThenAppliesIt) {
+    show();
+    QStringList order;
+    const auto stored = services.settings().fanProfile.subscribe([&](FanProfile profile) {
+        const bool isAhead = services.fanManager().currentProfile.get() != profile;
+        order.append(isAhead ? QStringLiteral("stored before applied") : QStringLiteral("stored after"));
+    });
+    const auto applied = services.fanManager().currentProfile.subscribe(
+        [&](FanProfile) { order.append(QStringLiteral("applied")); });
+
+    auto* const profile = view->findChild<MenuButton*>();
+    profile->click();
+    auto* const menu = profile->findChild<QMenu*>();
+    ASSERT_TRUE(menu);
+    ASSERT_EQ(menu->actions().size(), 5);
+    EXPECT_TRUE(menu->actions()[1]->isChecked());
+    menu->actions()[3]->trigger();
+    menu->close();
+    settle();
+
+    EXPECT_EQ(order, (QStringList{QStringLiteral("stored before applied"), QStringLiteral("applied")}));
+    EXPECT_EQ(profile->text(), QStringLiteral("Profile: Turbo"));
+    EXPECT_EQ(services.settings().fanProfile.get(), FanProfile::turbo);
+}
+
+TEST_F(PopoverTest, TheKeepAwakeChipShowsAndTogglesTheState) {
+    show();
+    Button* const chip = button(QStringLiteral("Keep Awake"));
+    EXPECT_FALSE(chip->isOn());
+
+    services.keepAwake().activate(KeepAwakeDuration::minutes15);
+    services.advance(std::chrono::seconds(55));
+    settle();
+    EXPECT_EQ(chip->text(), QStringLiteral("Awake (14m 05s)"));
+    EXPECT_TRUE(chip->isOn());
+    EXPECT_LE(chip->geometry().right(), 316);
+
+    chip->click();
+    EXPECT_EQ(chip->text(), QStringLiteral("Keep Awake"));
+    EXPECT_EQ(services.mac.assertionsHeld(), 0);
+}
+
+TEST_F(PopoverTest, ATickThatChangesNothingRepaintsNothing) {
+    show();
+    sample();
+    view->painted = {};
+
+    sample();
+
+    EXPECT_TRUE(view->painted.isEmpty());
+}
+
+TEST_F(PopoverTest, ATickThatChangesOneValueRepaintsItsRectangleOnly) {
+    show();
+    sample();
+    view->painted = {};
+    services.mac.powerSources.setBattery(86, false);
+
+    sample();
+
+    const QRect battery = line(QStringLiteral("Battery"))->geometry();
+    EXPECT_FALSE(view->painted.isEmpty());
+    EXPECT_TRUE(battery.contains(view->painted.boundingRect()));
+}
+
+TEST_F(PopoverTest, AHiddenViewDoesNoWorkAndIsUpToDateWhenShown) {
+    show();
+    view->hide();
+    const QString before = line(QStringLiteral("Battery"))->label();
+    services.mac.powerSources.setBattery(12, false);
+    sample();
+    EXPECT_EQ(line(QStringLiteral("Battery"))->label(), before);
+
+    show();
+    EXPECT_EQ(line(QStringLiteral("Battery"))->label(), QStringLiteral("12%"));
+}
+
+TEST_F(PopoverTest, TheKeyboardReachesEveryControlInReadingOrder) {
+    show();
+    QStringList reached;
+    const QWidget* control = view.get();
+    for (int i = 0; i < 60; ++i) {
+        control = control->nextInFocusChain();
+        if (control == view.get()) {
+            break;
+        }
+        if (control->focusPolicy() & Qt::TabFocus) {
+            reached.append(static_cast<const Control*>(control)->accessibleInfo().name);
+        }
+    }
+
+    EXPECT_EQ(reached, (QStringList{QStringLiteral("Settings"), QStringLiteral("Open Dashboard"),
+                                    QStringLiteral("Profile: Normal (Auto)"), QStringLiteral("Keep Awake"),
+                                    QStringLiteral("Quit")}));
+}
+
+TEST_F(PopoverTest, EveryControlIsLargeEnoughToHit) {
+    show();
+
+    for (const Control* control : view->findChildren<Control*>()) {
+        const bool isChip = control->accessibleInfo().name == QStringLiteral("Keep Awake");
+        EXPECT_GE(control->height(), isChip ? 20 : 22) << control->accessibleInfo().name.toStdString();
+        EXPECT_GE(control->width(), 22);
+    }
+}
+
+/// Widest glyphs and largest numbers everywhere.
+class CrowdedPopoverTest : public PopoverTest {
+protected:
+    CrowdedPopoverTest()
+        : PopoverTest([](SimulatedMac& mac) {
+              mac.systemControl.texts["hw.perflevel0.name"] = "MMMMMMMMMMMMMMMMMMMMMMMM";
+              mac.systemControl.texts["hw.perflevel1.name"] = "<b>&MMMM</b>";
+              mac.fileSystem.root = {1'048'576, 9'000'000'000, 8'900'000'000};
+              mac.processInfo.memory = 1ULL << 60;
+          }) {}
+};
+
+TEST_F(CrowdedPopoverTest, KeepsEveryPartInsideThePanelAndApart) {
+    services.keepAwake().activate(KeepAwakeDuration::hours4);
+    services.settings().fanSpeedUnit.set(FanSpeedUnit::rawRPM);
+    services.settings().temperatureUnit.set(TemperatureUnit::fahrenheit);
+    services.mac.smc.setFans(std::array{65'000.0F, 65'000.0F, 65'000.0F, 65'000.0F, 65'000.0F, 65'000.0F});
+    show();
+    sample();
+
+    std::vector<const View*> parts;
+    for (const View* part : view->findChildren<View*>(QString(), Qt::FindDirectChildrenOnly)) {
+        const bool isBar = part->inherits("kestro::LoadBar");
+        if (part->isVisible() && !isBar) {
+            parts.push_back(part);
+        }
+    }
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        EXPECT_TRUE(view->rect().contains(parts[i]->geometry())) << parts[i]->accessibleInfo().name.toStdString();
+        for (std::size_t j = i + 1; j < parts.size(); ++j) {
+            EXPECT_FALSE(parts[i]->geometry().intersects(parts[j]->geometry()))
+                << parts[i]->accessibleInfo().name.toStdString() << " / "
+                << parts[j]->accessibleInfo().name.toStdString();
+        }
+    }
+    EXPECT_TRUE(line(QStringLiteral("<b>&MMMM</b>, ")));
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,92 @@
+#include "ui/popover/readout_line.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QPaintEvent>
+
+namespace kestro {
+namespace {
+
+/// Records what its line is asked to repaint.
+class RecordingLine : public ReadoutLine {
+public:
+    using ReadoutLine::ReadoutLine;
+    QRegion painted;
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        painted += event->region();
+        ReadoutLine::paintEvent(event);
+    }
+};
+
+class ReadoutLineTest : public testing::Test {
+protected:
+    ReadoutLineTest() {
+        line.resize(200, 14);
+        line.setSymbol(QStringLiteral("fanblades"), KestroTheme::textPrimary);
+        line.setLabel(QStringLiteral("Left Fan"));
+        line.setValue(QStringLiteral("1.4k"));
+        line.show();
+        settle();
+    }
+
+    void settle() {
+        QApplication::processEvents();
+        QApplication::sendPostedEvents();
+    }
+
+    QRect repainted() {
+        settle();
+        const QRect bounds = line.painted.boundingRect();
+        line.painted = {};
+        return bounds;
+    }
+
+    RecordingLine line{ReadoutLine::Style{
+        9, {10, 14, QFont::Medium, 0, Ink(Qt::gray)}, {11, 14, QFont::DemiBold, 0, Ink(Qt::white)}}};
+};
+
+TEST_F(ReadoutLineTest, RepaintsOnlyTheValueThatChanged) {
+    repainted();
+    line.setValue(QStringLiteral("1.5k"));
+
+    const QRect area = repainted();
+
+    EXPECT_FALSE(area.isEmpty());
+    EXPECT_GE(area.left(), 165);
+}
+
+TEST_F(ReadoutLineTest, RepaintsNothingForAnEqualValue) {
+    repainted();
+    line.setValue(QStringLiteral("1.4k"));
+    line.setLabel(QStringLiteral("Left Fan"));
+    line.setValueInk(Ink(Qt::white));
+    line.setSymbol(QStringLiteral("fanblades"), KestroTheme::textPrimary);
+
+    EXPECT_TRUE(repainted().isEmpty());
+}
+
+TEST_F(ReadoutLineTest, RepaintsTheLabelWhenTheValueTakesItsRoom) {
+    line.setLabel(QStringLiteral("A fan with a very long name indeed"));
+    repainted();
+    line.setValue(QStringLiteral("7,733 RPM"));
+
+    EXPECT_LT(repainted().left(), 60);
+}
+
+TEST_F(ReadoutLineTest, SpeaksItsPrefixLabelAndValue) {
+    line.setSpokenPrefix(QStringLiteral("Cooling"));
+
+    EXPECT_EQ(line.accessibleInfo().name, QStringLiteral("Cooling, Left Fan, 1.4k"));
+}
+
+TEST_F(ReadoutLineTest, SpeaksNothingForAnAbsentPart) {
+    line.setLabel({});
+
+    EXPECT_EQ(line.accessibleInfo().name, QStringLiteral("1.4k"));
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "ui/decorations/glass_surface.h"
+#include "ui/kestro_services.h"
+#include "ui/surface_actions.h"
+
+#include <vector>
+
+namespace kestro {
+
+class Button;
+class LoadBar;
+class MenuButton;
+class ReadoutLine;
+struct MenuEntry;
+
+/// The quick-glance panel under the status item: the present telemetry in one dense column, the fan profile,
+/// the keep-awake state, and the ways out. 330 × 325 points, without scrolling. It keeps nothing of its own:
+/// each published value that changes repaints its own rectangle, and a hidden view does no work. Main thread.
+class MenuBarPopoverView : public GlassSurface {
+public:
+    MenuBarPopoverView(const KestroServices& services, PopoverActions actions, QWidget* parent = nullptr);
+    ~MenuBarPopoverView() override;
+
+    QSize sizeHint() const override;
+
+protected:
+    std::optional<PlacedHalftoneField> halftone() const override;
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void buildHeader();
+    void buildCompute();
+    void buildMemory();
+    void buildCooling();
+    void buildInputOutput();
+    void buildPower();
+    void buildFooter();
+    void subscribe();
+
+    void showCompute();
+    void showMemory();
+    void showFans();
+    void layOutFans(std::size_t fanCount);
+    void showThermals();
+    void showProfile();
+    void showNetwork();
+    void showDisk();
+    void showPower();
+    void showKeepAwake();
+
+    std::vector<MenuEntry> profileMenu() const;
+
+    KestroServices services_;
+    PopoverActions actions_;
+
+    ReadoutLine* total_ = nullptr;
+    ReadoutLine* firstCluster_ = nullptr;
+    ReadoutLine* secondCluster_ = nullptr;
+    LoadBar* firstBar_ = nullptr;
+    LoadBar* secondBar_ = nullptr;
+    ReadoutLine* memory_ = nullptr;
+    ReadoutLine* memoryAmounts_ = nullptr;
+    ReadoutLine* coolingHeading_ = nullptr;
+    std::vector<ReadoutLine*> fanLines_;
+    std::optional<std::size_t> laidOutFans_;
+    ReadoutLine* peak_ = nullptr;
+    MenuButton* profile_ = nullptr;
+    ReadoutLine* download_ = nullptr;
+    ReadoutLine* upload_ = nullptr;
+    ReadoutLine* freeSpace_ = nullptr;
+    ReadoutLine* battery_ = nullptr;
+    Button* keepAwake_ = nullptr;
+    std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace kestro

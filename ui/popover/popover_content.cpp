@@ -1,0 +1,76 @@
+#include "ui/popover/popover_content.h"
+
+#include "ui/format/format_rate.h"
+#include "ui/widgets/whole_number.h"
+
+namespace kestro {
+
+namespace {
+
+constexpr double kCriticalTemperature = 80.0;
+
+QString percentText(double value) {
+    return wholeText(value) + QLatin1Char('%');
+}
+
+QString gigabytesText(std::uint64_t bytes) {
+    return QString::fromStdString(formatGigabytes(static_cast<double>(bytes)));
+}
+
+ClusterContent cluster(const std::string& name, double usage) {
+    return {QString::fromStdString(name), percentText(usage), usage / 100};
+}
+
+/// The reader keeps a second cluster's default count on machines that have none: what counts is whether
+/// there are more cores than the first cluster holds.
+bool hasSecondCluster(const CPUTelemetry& cpu) {
+    return cpu.cluster1Count >= 1 && (cpu.coreCount == 0 || cpu.coreCount > cpu.cluster0Count);
+}
+
+}  // namespace
+
+ComputeContent computeContent(const CPUTelemetry& cpu) {
+    ComputeContent content;
+    content.total = percentText(cpu.totalUsage) + QStringLiteral(" Total");
+    content.first = cluster(cpu.cluster0Name, cpu.cluster0Usage);
+    if (hasSecondCluster(cpu)) {
+        content.second = cluster(cpu.cluster1Name, cpu.cluster1Usage);
+    }
+    return content;
+}
+
+MemoryContent memoryContent(const MemoryTelemetry& memory) {
+    return {percentText(memory.usedPercentage()),
+            gigabytesText(memory.usedBytes) + QStringLiteral(" of ") + gigabytesText(memory.totalBytes)};
+}
+
+CoolingHeading coolingHeading(std::size_t fanCount) {
+    if (fanCount == 0) {
+        return {QStringLiteral("Acoustics & Thermals (Passive)"), QStringLiteral("leaf.fill")};
+    }
+    if (fanCount == 1) {
+        return {QStringLiteral("Fan RPM & Thermals"), QStringLiteral("fanblades")};
+    }
+    return {QStringLiteral("Dual Fan RPM & Thermals"), QStringLiteral("fanblades")};
+}
+
+bool isCriticalTemperature(const ThermalTelemetry& thermals) {
+    return thermals.averageSoCTemp > kCriticalTemperature;
+}
+
+QString freeSpaceText(const DiskTelemetry& disk) {
+    return gigabytesText(disk.freeBytes) + QStringLiteral(" Free");
+}
+
+QString powerSymbol(const PowerTelemetry& power) {
+    if (power.isCharging) {
+        return QStringLiteral("bolt.fill");
+    }
+    return power.isPluggedIn ? QStringLiteral("powerplug.fill") : QStringLiteral("battery.100");
+}
+
+QString batteryText(const PowerTelemetry& power) {
+    return percentText(power.percentage);
+}
+
+}  // namespace kestro

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+#include "core/telemetry/cpu_telemetry.h"
+#include "core/telemetry/disk_telemetry.h"
+#include "core/telemetry/fan_telemetry.h"
+#include "core/telemetry/memory_telemetry.h"
+#include "core/telemetry/network_telemetry.h"
+#include "core/telemetry/power_telemetry.h"
+#include "core/telemetry/thermal_telemetry.h"
+
+namespace kestro {
+
+/// What the blocks of the popover say, made from the records alone. Texts are plain.
+
+/// The load of one core cluster.
+struct ClusterContent {
+    QString label;
+    QString value;
+    double fraction = 0;  ///< 0..1
+
+    friend bool operator==(const ClusterContent&, const ClusterContent&) = default;
+};
+
+struct ComputeContent {
+    QString total;
+    ClusterContent first;
+    std::optional<ClusterContent> second;  ///< absent: the machine has one kind of core
+
+    friend bool operator==(const ComputeContent&, const ComputeContent&) = default;
+};
+
+ComputeContent computeContent(const CPUTelemetry& cpu);
+
+struct MemoryContent {
+    QString percent;
+    QString amounts;
+
+    friend bool operator==(const MemoryContent&, const MemoryContent&) = default;
+};
+
+MemoryContent memoryContent(const MemoryTelemetry& memory);
+
+/// The heading of the cooling block, which depends on the number of fans.
+struct CoolingHeading {
+    QString text;
+    QString symbol;
+
+    friend bool operator==(const CoolingHeading&, const CoolingHeading&) = default;
+};
+
+CoolingHeading coolingHeading(std::size_t fanCount);
+
+/// Whether the temperature of the processor is to be shown as critical: above 80.0 °C.
+bool isCriticalTemperature(const ThermalTelemetry& thermals);
+
+QString freeSpaceText(const DiskTelemetry& disk);
+
+/// The symbol of the power source.
+QString powerSymbol(const PowerTelemetry& power);
+QString batteryText(const PowerTelemetry& power);
+
+}  // namespace kestro

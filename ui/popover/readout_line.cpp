@@ -1,0 +1,122 @@
+#include "ui/popover/readout_line.h"
+
+#include "ui/popover/popover_geometry.h"
+#include "ui/symbols/symbol_painter.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kSymbolColumn = 10;
+constexpr double kTrailingGap = 5;
+constexpr double kValueGap = 4;
+constexpr double kSmallestShrink = 0.8;
+
+}  // namespace
+
+ReadoutLine::ReadoutLine(const Style& style, QWidget* parent)
+    : View(parent), style_(style), symbolInk_(KestroTheme::textSecondary) {}
+
+void ReadoutLine::setSymbol(const QString& name, const Ink& ink) {
+    if (name != symbol_ || ink != symbolInk_) {
+        symbol_ = name;
+        symbolInk_ = ink;
+        update(symbolRect().toAlignedRect());
+    }
+}
+
+void ReadoutLine::setLabel(const QString& label) {
+    if (label == label_) {
+        return;
+    }
+    const double leftBefore = trailingLeft();
+    label_ = label;
+    if (isTrailing_) {
+        const double left = std::min(leftBefore, trailingLeft());
+        update(QRectF(left, 0, width() - left, height()).toAlignedRect());
+    } else {
+        update();
+    }
+}
+
+void ReadoutLine::setValue(const QString& value) {
+    if (value == value_) {
+        return;
+    }
+    const QRectF before = valueRect();
+    const QRectF labelBefore = labelRect();
+    value_ = value;
+    const double labelWidth = textWidth(label_, style_.label);
+    const bool isLabelTight = labelWidth > std::min(labelBefore.width(), labelRect().width());
+    update(isLabelTight ? rect() : before.united(valueRect()).toAlignedRect());
+}
+
+void ReadoutLine::setValueInk(const Ink& ink) {
+    if (ink != style_.value.ink) {
+        style_.value.ink = ink;
+        update(valueRect().toAlignedRect());
+    }
+}
+
+void ReadoutLine::setTrailing(bool isTrailing) {
+    isTrailing_ = isTrailing;
+    update();
+}
+
+AccessibleInfo ReadoutLine::accessibleInfo() const {
+    AccessibleInfo info = View::accessibleInfo();
+    QStringList parts{spokenPrefix_, label_, value_};
+    parts.removeAll(QString());
+    info.name = parts.join(QStringLiteral(", "));
+    return info;
+}
+
+double ReadoutLine::labelLeft() const {
+    return style_.symbolSize > 0 ? popover_geometry::textIndent : 0;
+}
+
+QRectF ReadoutLine::valueRect() const {
+    // Both texts shrink before the label loses letters.
+    const double natural = textWidth(value_, style_.value);
+    const double labelNeeds = kSmallestShrink * textWidth(label_, style_.label) + kValueGap;
+    const double room = std::max(kSmallestShrink * natural, this->width() - labelLeft() - labelNeeds);
+    const double width = std::min({natural, room, static_cast<double>(this->width())});
+    return {this->width() - width, 0, width, static_cast<double>(height())};
+}
+
+double ReadoutLine::trailingLeft() const {
+    const double content = textWidth(label_, style_.label) + style_.symbolSize + kTrailingGap;
+    return std::max(0.0, width() - content);
+}
+
+QRectF ReadoutLine::labelRect() const {
+    if (isTrailing_) {
+        const double left = trailingLeft() + style_.symbolSize + kTrailingGap;
+        return {left, 0, width() - left, static_cast<double>(height())};
+    }
+    const double left = labelLeft();
+    const double right = value_.isEmpty() ? width() : valueRect().left() - kValueGap;
+    return {left, 0, std::max(0.0, right - left), static_cast<double>(height())};
+}
+
+QRectF ReadoutLine::symbolRect() const {
+    const double size = style_.symbolSize;
+    const double left = isTrailing_ ? trailingLeft() : (kSymbolColumn - size) / 2;
+    return {left, (height() - size) / 2, size, size};
+}
+
+void ReadoutLine::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (!symbol_.isEmpty()) {
+        SymbolPainter::paint(painter, symbol_, symbolRect(), symbolInk_.color());
+    }
+    drawText(painter, labelRect(), label_, style_.label, Qt::AlignLeft,
+             isTrailing_ ? TextFit::value : TextFit::label);
+    drawText(painter, valueRect(), value_, style_.value, Qt::AlignRight, TextFit::value);
+}
+
+}  // namespace kestro
