@@ -1,0 +1,60 @@
+#include "shots/scene.h"
+#include "ui/controls/text_painter.h"
+#include "ui/symbols/symbol_painter.h"
+#include "ui/theme/hairline.h"
+
+#include <QPainter>
+
+namespace kestro::shots {
+
+namespace {
+
+constexpr int kColumns = 6;
+constexpr int kCellWidth = 164;
+constexpr int kCellHeight = 92;
+
+/// Every symbol at the sizes in which it is used.
+class SymbolSheet : public QWidget {
+public:
+    SymbolSheet() {
+        const int rows = (static_cast<int>(SymbolPainter::names().size()) + kColumns - 1) / kColumns;
+        resize(20 + kColumns * kCellWidth, 20 + rows * kCellHeight);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.fillRect(rect(), KestroTheme::ground());
+        int index = 0;
+        for (const QString& name : SymbolPainter::names()) {
+            const QPoint topLeft(10 + index % kColumns * kCellWidth, 10 + index / kColumns * kCellHeight);
+            paintCell(painter, QRect(topLeft, QSize(kCellWidth - 8, kCellHeight - 8)), name);
+            ++index;
+        }
+    }
+
+private:
+    static void paintCell(QPainter& painter, const QRect& cell, const QString& name) {
+        kestroHairlineBorder(painter, cell);
+        double x = cell.left() + 8;
+        const double bottom = cell.top() + 58;
+        for (const int size : {48, 16, 12, 10, 9, 8, 7}) {
+            const QColor color = size == 16 ? KestroTheme::accentCool() : KestroTheme::textPrimary();
+            SymbolPainter::paint(painter, name, QRectF(x, bottom - size, size, size), color);
+            x += size + 5;
+        }
+        drawText(painter, QRectF(cell.left() + 8, bottom + 6, cell.width() - 16, 14), name,
+                 text_styles::popoverLabel);
+    }
+};
+
+}  // namespace
+
+std::vector<Scene> symbolScenes() {
+    Scene scene;
+    scene.name = QStringLiteral("symbols");
+    scene.make = [](SimulatedServices&) { return std::make_unique<SymbolSheet>(); };
+    return {scene};
+}
+
+}  // namespace kestro::shots
