@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <algorithm>
+#include <cmath>
 
 #include "ui/symbols/symbol_painter.h"
 #include "ui/theme/kestro_fonts.h"
@@ -83,8 +84,38 @@ QImage glanceIcon(const StatusGlance& glance, int pixels, PanelScheme scheme) {
     return image;
 }
 
-QImage symbolIcon(const QString& name, int pixels, PanelScheme scheme) {
-    return SymbolPainter::image(name, pixels, panelColor(StatusTitleColor::label, scheme));
+QImage symbolIcon(const QString& name, int pixels, double share, PanelScheme scheme) {
+    // The margins are whole pixels, so that the strokes stay sharp.
+    const int margin = static_cast<int>(std::lround(pixels * (1 - share) / 2));
+    const QImage symbol =
+        SymbolPainter::image(name, pixels - 2 * margin, panelColor(StatusTitleColor::label, scheme));
+    if (symbol.isNull()) {
+        return {};
+    }
+    QImage image = emptyIcon(pixels);
+    QPainter painter(&image);
+    painter.drawImage(margin, margin, symbol);
+    return image;
+}
+
+QImage haloed(const QImage& icon, PanelScheme scheme) {
+    constexpr double haloOpacity = 0.3;
+    QImage silhouette = icon.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QPainter tint(&silhouette);
+    tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    tint.fillRect(silhouette.rect(), scheme == PanelScheme::dark ? Qt::black : Qt::white);
+    tint.end();
+
+    QImage image = emptyIcon(icon.width());
+    QPainter painter(&image);
+    painter.setOpacity(haloOpacity);
+    for (const QPoint offset : {QPoint(-1, -1), QPoint(0, -1), QPoint(1, -1), QPoint(-1, 0), QPoint(1, 0),
+                                QPoint(-1, 1), QPoint(0, 1), QPoint(1, 1)}) {
+        painter.drawImage(offset, silhouette);
+    }
+    painter.setOpacity(1);
+    painter.drawImage(0, 0, icon);
+    return image;
 }
 
 }  // namespace kestro

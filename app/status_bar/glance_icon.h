@@ -26,7 +26,11 @@ std::array<GlanceRow, 2> glanceRows(const StatusGlance& glance, int pixels);
 /// The values icon, for hosts that show no title. `pixels` is at least 1.
 QImage glanceIcon(const StatusGlance& glance, int pixels, PanelScheme scheme);
 
-/// A symbol of the set in the panel's text colour, `pixels` × `pixels`. An unknown name gives a null image.
-QImage symbolIcon(const QString& name, int pixels, PanelScheme scheme);
+/// A symbol of the set in the panel's text colour, centred in `pixels` × `pixels`, of which it takes `share`
+/// (0..1) in each direction. An unknown name gives a null image.
+QImage symbolIcon(const QString& name, int pixels, double share, PanelScheme scheme);
+
+/// The icon on a soft edge in the colour of that scheme's panels: invisible there, and a contour on others.
+QImage haloed(const QImage& icon, PanelScheme scheme);
 
 }  // namespace kestro

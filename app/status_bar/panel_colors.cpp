@@ -22,12 +22,12 @@ QColor panelColor(StatusTitleColor role, PanelScheme scheme) {
     return color;
 }
 
-PanelScheme panelScheme(const PanelFacts& facts) {
+PanelLook panelLook(const PanelFacts& facts) {
     // The top bars of these two are black whatever the applications' colours are.
     const bool isAlwaysDark = facts.hostProcess == QLatin1StringView("gnome-shell") ||
                               facts.desktops.contains(QLatin1StringView("Unity"));
     const bool isDark = isAlwaysDark || facts.hostIsDark.value_or(facts.prefersDark.value_or(facts.isPaletteDark));
-    return isDark ? PanelScheme::dark : PanelScheme::light;
+    return {isDark ? PanelScheme::dark : PanelScheme::light, isAlwaysDark || facts.hostIsDark.has_value()};
 }
 
 }  // namespace kestro

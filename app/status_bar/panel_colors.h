@@ -24,8 +24,16 @@ struct PanelFacts {
     bool isPaletteDark = false;       ///< the application palette has a dark window colour
 };
 
-/// The scheme that follows from the facts: panels that are always dark, then the host's own setting, then the
-/// desktop's preference, then the palette.
-PanelScheme panelScheme(const PanelFacts& facts);
+/// A panel's scheme, and whether it is known or only the best guess.
+struct PanelLook {
+    PanelScheme scheme = PanelScheme::dark;
+    bool isKnown = false;
+
+    friend bool operator==(const PanelLook&, const PanelLook&) = default;
+};
+
+/// What follows from the facts. Panels that are always dark and the host's own setting are known; the desktop's
+/// preference, which is about applications, and after it the palette are guesses.
+PanelLook panelLook(const PanelFacts& facts);
 
 }  // namespace kestro

@@ -63,7 +63,7 @@ bool isPaletteDark() {
 }  // namespace
 
 PanelSchemeMonitor::PanelSchemeMonitor(const HostMonitor& monitor) : monitor_(monitor) {
-    scheme_ = panelScheme({monitor.hostProcess(), monitor.environment().desktops, {}, {}, isPaletteDark()});
+    look_ = panelLook({monitor.hostProcess(), monitor.environment().desktops, {}, {}, isPaletteDark()});
     qApp->installEventFilter(this);
     if (!monitor_.connection().isConnected()) {
         return;
@@ -135,13 +135,13 @@ void PanelSchemeMonitor::onPanelSetting(const QString& channel, const QString& p
 }
 
 void PanelSchemeMonitor::update() {
-    const PanelScheme scheme = panelScheme(
+    const PanelLook look = panelLook(
         {monitor_.hostProcess(), monitor_.environment().desktops, prefersDark_, hostIsDark_, isPaletteDark()});
-    if (scheme == scheme_) {
+    if (look == look_) {
         return;
     }
-    scheme_ = scheme;
-    Q_EMIT schemeChanged();
+    look_ = look;
+    Q_EMIT lookChanged();
 }
 
 }  // namespace kestro

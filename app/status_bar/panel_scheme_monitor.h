@@ -21,10 +21,10 @@ public:
     /// `monitor` outlives this object.
     explicit PanelSchemeMonitor(const HostMonitor& monitor);
 
-    PanelScheme scheme() const { return scheme_; }
+    const PanelLook& look() const { return look_; }
 
 Q_SIGNALS:
-    void schemeChanged();
+    void lookChanged();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -42,7 +42,7 @@ private:
     const HostMonitor& monitor_;
     std::optional<bool> prefersDark_;
     std::optional<bool> hostIsDark_;
-    PanelScheme scheme_;
+    PanelLook look_;
 };
 
 }  // namespace kestro

@@ -5,7 +5,6 @@
 #include <QFile>
 #include <utility>
 
-#include "app/status_bar/notifier/presentation.h"
 #include "app/status_bar/notifier/when_answered.h"
 
 namespace kestro {
@@ -143,7 +142,7 @@ void HostMonitor::setState(State state) {
 
 void HostMonitor::setHostProcess(const QString& process) {
     hostProcess_ = process;
-    showsLabels_ = !owner_.isEmpty() && hostShowsLabels(process, environment_.desktops);
+    labels_ = owner_.isEmpty() ? LabelSupport::hidden : labelSupport(process, environment_.desktops);
     Q_EMIT hostIdentified();
 }
 

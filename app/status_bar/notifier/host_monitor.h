@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <functional>
 
+#include "app/status_bar/notifier/presentation.h"
+
 namespace kestro {
 
 /// Where to look for a host of status items.
@@ -27,8 +29,8 @@ struct NotifierEnvironment {
     QDBusConnection connect(const QString& name) const;
 };
 
-/// Follows org.kde.StatusNotifierWatcher on the bus: is there one, has it a host, and does that host show
-/// labels. Asks asynchronously; the state is `unknown` until the first answer. Main thread.
+/// Follows org.kde.StatusNotifierWatcher on the bus: is there one, has it a host, and what does that host
+/// do with labels. Asks asynchronously; the state is `unknown` until the first answer. Main thread.
 class HostMonitor : public QObject {
     Q_OBJECT
 
@@ -43,8 +45,8 @@ public:
 
     State state() const { return state_; }
 
-    /// Whether the present host is known to show labels.
-    bool showsLabels() const { return showsLabels_; }
+    /// What the present host does with labels.
+    LabelSupport labels() const { return labels_; }
 
     /// Name of the process that owns the watcher; empty while unknown.
     const QString& hostProcess() const { return hostProcess_; }
@@ -60,7 +62,7 @@ Q_SIGNALS:
     /// A watcher or a host has come: items have to register (again).
     void hostArrived();
 
-    /// `showsLabels` or `hostProcess` changed.
+    /// `labels` or `hostProcess` changed.
     void hostIdentified();
 
 private Q_SLOTS:
@@ -80,7 +82,7 @@ private:
     State state_ = State::unknown;
     QString owner_;
     QString hostProcess_;
-    bool showsLabels_ = false;
+    LabelSupport labels_ = LabelSupport::hidden;
 };
 
 }  // namespace kestro

@@ -11,11 +11,21 @@ namespace {
 
 constexpr std::array iconSizes{16, 22, 24, 32, 44, 48, 64};
 
+/// A symbol's share of its square beside a label: as tall as the text that panels set.
+constexpr double besideLabel = 0.75;
+
 QImage paintedIcon(const NotifierIcon& icon, int pixels, PanelScheme scheme) {
     if (const auto* glance = std::get_if<StatusGlance>(&icon)) {
         return glanceIcon(*glance, pixels, scheme);
     }
-    return symbolIcon(std::get<QString>(icon), pixels, scheme);
+    const auto& symbol = std::get<NotifierSymbol>(icon);
+    return symbolIcon(symbol.name, pixels, symbol.isBesideLabel ? besideLabel : 1, scheme);
+}
+
+/// Where the panel's scheme is only a guess, the icon gets a halo that keeps it readable on the other one.
+QImage finishedIcon(const NotifierIcon& icon, int pixels, const PanelLook& look) {
+    const QImage image = paintedIcon(icon, pixels, look.scheme);
+    return image.isNull() || look.isKnown ? image : haloed(image, look.scheme);
 }
 
 }  // namespace
@@ -32,12 +42,12 @@ NotifierPixmap notifierPixmap(const QImage& image) {
     return pixmap;
 }
 
-bool IconPixmaps::setIcon(const NotifierIcon& icon, PanelScheme scheme) {
-    if (icon == icon_ && scheme == scheme_) {
+bool IconPixmaps::setIcon(const NotifierIcon& icon, const PanelLook& look) {
+    if (icon == icon_ && look == look_) {
         return false;
     }
     icon_ = icon;
-    scheme_ = scheme;
+    look_ = look;
     painted_.reset();
     return true;
 }
@@ -47,7 +57,7 @@ const NotifierPixmaps& IconPixmaps::pixmaps() {
         painted_.emplace();
         if (!std::holds_alternative<std::monostate>(icon_)) {
             for (const int pixels : iconSizes) {
-                const QImage image = paintedIcon(icon_, pixels, scheme_);
+                const QImage image = finishedIcon(icon_, pixels, look_);
                 if (!image.isNull()) {
                     painted_->append(notifierPixmap(image));
                 }

@@ -13,18 +13,18 @@ namespace kestro {
 NotifierPixmap notifierPixmap(const QImage& image);
 
 /// The pictures of an item's icon in every size that panels ask for, painted only when somebody reads them and
-/// only once for the same icon and scheme. Main thread.
+/// only once for the same icon and look. Main thread.
 class IconPixmaps {
 public:
     /// The icon to show from now on. True if that is another picture than before.
-    bool setIcon(const NotifierIcon& icon, PanelScheme scheme);
+    bool setIcon(const NotifierIcon& icon, const PanelLook& look);
 
     /// From 16 to 64 pixels; empty for no icon.
     const NotifierPixmaps& pixmaps();
 
 private:
     NotifierIcon icon_;
-    PanelScheme scheme_ = PanelScheme::dark;
+    PanelLook look_;
     std::optional<NotifierPixmaps> painted_;
 };
 

@@ -7,31 +7,41 @@ namespace kestro {
 
 namespace {
 
+struct LabelHost {
+    QLatin1StringView name;
+    LabelSupport support;
+};
+
 /// Processes that own the watcher where items are shown with their labels.
-constexpr std::array labelHosts{
-    QLatin1StringView("gnome-shell"),      // with the AppIndicator extension; without it there is no watcher
-    QLatin1StringView("mate-panel"),       //
-    QLatin1StringView("notification-ar"),  // MATE's notification area as a process of its own
-    QLatin1StringView("unity-panel-ser"),  //
-    QLatin1StringView("indicator-appli"),  // Unity's and Budgie's indicator service
-    QLatin1StringView("ayatana-indicat"),  // its successor
-    QLatin1StringView("xapp-sn-watcher"),  // Cinnamon, and XApp applets elsewhere
+constexpr std::array labelProcesses{
+    LabelHost{QLatin1StringView("gnome-shell"),
+              LabelSupport::shown},  // there is a watcher only with AppIndicators
+    LabelHost{QLatin1StringView("mate-panel"), LabelSupport::shownWithoutMargin},
+    LabelHost{QLatin1StringView("notification-ar"), LabelSupport::shownWithoutMargin},  // MATE's notification area
+    LabelHost{QLatin1StringView("unity-panel-ser"), LabelSupport::shown},
+    LabelHost{QLatin1StringView("indicator-appli"), LabelSupport::shown},  // Unity's and Budgie's service
+    LabelHost{QLatin1StringView("ayatana-indicat"), LabelSupport::shown},  // its successor
+    LabelHost{QLatin1StringView("xapp-sn-watcher"), LabelSupport::shown},  // Cinnamon, and XApp applets elsewhere
 };
 
 /// Desktops on which every usual host shows labels.
-constexpr std::array labelDesktops{QLatin1StringView("GNOME"), QLatin1StringView("Unity"),
-                                   QLatin1StringView("MATE"), QLatin1StringView("X-Cinnamon")};
+constexpr std::array labelDesktops{
+    LabelHost{QLatin1StringView("GNOME"), LabelSupport::shown},
+    LabelHost{QLatin1StringView("Unity"), LabelSupport::shown},
+    LabelHost{QLatin1StringView("MATE"), LabelSupport::shownWithoutMargin},
+    LabelHost{QLatin1StringView("X-Cinnamon"), LabelSupport::shown},
+};
 
 const QString productName = QStringLiteral("Kestro");
 const QString defaultSymbol = QStringLiteral("waveform.path.ecg");
 
 }  // namespace
 
-NotifierPresentation notifierPresentation(const StatusContent& content, bool hostShowsLabels) {
+NotifierPresentation notifierPresentation(const StatusContent& content, LabelSupport labels) {
     NotifierPresentation shown;
     shown.label = content.title.text.trimmed();
     shown.labelGuide = content.widestTitle.trimmed();
-    const bool isTextVisible = hostShowsLabels && !shown.label.isEmpty();
+    const bool isTextVisible = labels != LabelSupport::hidden && !shown.label.isEmpty();
 
     shown.title = productName;
     if (content.symbol && !content.symbol->accessibilityDescription.isEmpty()) {
@@ -46,9 +56,13 @@ NotifierPresentation notifierPresentation(const StatusContent& content, bool hos
     if (content.glance && !isTextVisible) {
         shown.icon = *content.glance;
     } else if (content.symbol) {
-        shown.icon = content.symbol->name;
+        shown.icon = NotifierSymbol{content.symbol->name, isTextVisible};
     } else if (!isTextVisible) {
-        shown.icon = defaultSymbol;
+        shown.icon = NotifierSymbol{defaultSymbol, false};
+    }
+    if (isTextVisible && labels == LabelSupport::shownWithoutMargin) {
+        shown.label += QLatin1Char(' ');
+        shown.labelGuide += QLatin1Char(' ');
     }
     return shown;
 }
@@ -58,12 +72,14 @@ QString escapedMarkup(const QString& text) {
     return escaped.replace(QLatin1Char('\n'), QLatin1StringView("<br/>"));
 }
 
-bool hostShowsLabels(const QString& process, const QStringList& desktops) {
+LabelSupport labelSupport(const QString& process, const QStringList& desktops) {
     if (!process.isEmpty()) {
-        return std::ranges::any_of(labelHosts, [&](QLatin1StringView host) { return process == host; });
+        const auto* const host = std::ranges::find(labelProcesses, process, &LabelHost::name);
+        return host == labelProcesses.end() ? LabelSupport::hidden : host->support;
     }
-    return std::ranges::any_of(labelDesktops,
-                               [&](QLatin1StringView desktop) { return desktops.contains(desktop); });
+    const auto* const desktop =
+        std::ranges::find_if(labelDesktops, [&](const LabelHost& known) { return desktops.contains(known.name); });
+    return desktop == labelDesktops.end() ? LabelSupport::hidden : desktop->support;
 }
 
 }  // namespace kestro

@@ -8,8 +8,23 @@
 
 namespace kestro {
 
-/// What an icon shows: nothing, the symbol of that name, or values.
-using NotifierIcon = std::variant<std::monostate, QString, StatusGlance>;
+/// What a host does with the text of an item.
+enum class LabelSupport {
+    hidden,              ///< nothing, or it is not known to do anything
+    shown,               ///< it stands beside the icon
+    shownWithoutMargin,  ///< it stands beside the icon and touches the next item
+};
+
+/// A symbol as an icon. Beside a label it is smaller, as tall as the text.
+struct NotifierSymbol {
+    QString name;
+    bool isBesideLabel = false;
+
+    friend bool operator==(const NotifierSymbol&, const NotifierSymbol&) = default;
+};
+
+/// What an icon shows: nothing, a symbol, or values.
+using NotifierIcon = std::variant<std::monostate, NotifierSymbol, StatusGlance>;
 
 /// What an item tells a host of org.kde.StatusNotifierItem, as plain text (not yet escaped).
 struct NotifierPresentation {
@@ -26,14 +41,14 @@ struct NotifierPresentation {
 
 /// Where the host shows no labels, values replace the symbol and the tooltip carries the whole readout. An
 /// item without text is treated so on every host. There is always an icon where there is no visible text.
-NotifierPresentation notifierPresentation(const StatusContent& content, bool hostShowsLabels);
+NotifierPresentation notifierPresentation(const StatusContent& content, LabelSupport labels);
 
 /// Plain text for a place that is read as markup.
 QString escapedMarkup(const QString& text);
 
-/// True when the host is known to show labels. `process` is the name of the process that owns the watcher, as
-/// the kernel cuts it (15 characters), or empty when it cannot be read; `desktops` are the entries of
-/// XDG_CURRENT_DESKTOP, which decide only then.
-bool hostShowsLabels(const QString& process, const QStringList& desktops);
+/// What the host does with labels. `process` is the name of the process that owns the watcher, as the kernel cuts
+/// it (15 characters), or empty when it cannot be read; `desktops` are the entries of XDG_CURRENT_DESKTOP, which
+/// decide only then. Labels count as hidden wherever they are not known to be shown.
+LabelSupport labelSupport(const QString& process, const QStringList& desktops);
 
 }  // namespace kestro

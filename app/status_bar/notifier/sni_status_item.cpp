@@ -101,15 +101,15 @@ SniStatusItem::SniStatusItem(const QString& identifier, StatusItemHandlers handl
       menu_([this] { return buildMenu(); }) {
     addProperties(identifier);
     addMethods();
-    shown_ = notifierPresentation(content_, monitor_.showsLabels());
-    icon_.setIcon(shown_.icon, scheme_.scheme());
+    shown_ = notifierPresentation(content_, monitor_.labels());
+    icon_.setIcon(shown_.icon, scheme_.look());
     if (connection_.isConnected() && object_.publish(connection_) && menu_.publish(connection_) &&
         connection_.registerService(serviceName_)) {
         registerWithWatcher();
     }
     connect(&monitor_, &HostMonitor::hostArrived, this, &SniStatusItem::registerWithWatcher);
     connect(&monitor_, &HostMonitor::hostIdentified, this, &SniStatusItem::present);
-    connect(&scheme_, &PanelSchemeMonitor::schemeChanged, this, &SniStatusItem::present);
+    connect(&scheme_, &PanelSchemeMonitor::lookChanged, this, &SniStatusItem::present);
 }
 
 SniStatusItem::~SniStatusItem() {
@@ -182,8 +182,7 @@ void SniStatusItem::setContent(const StatusContent& content) {
 }
 
 void SniStatusItem::present() {
-    const NotifierPresentation before =
-        std::exchange(shown_, notifierPresentation(content_, monitor_.showsLabels()));
+    const NotifierPresentation before = std::exchange(shown_, notifierPresentation(content_, monitor_.labels()));
     announce(before);
 }
 
@@ -191,7 +190,7 @@ void SniStatusItem::announce(const NotifierPresentation& before) {
     if (shown_.title != before.title) {
         object_.emitSignal(QStringLiteral("NewTitle"));
     }
-    if (icon_.setIcon(shown_.icon, scheme_.scheme())) {
+    if (icon_.setIcon(shown_.icon, scheme_.look())) {
         object_.emitSignal(QStringLiteral("NewIcon"));
     }
     if (shown_.toolTipTitle != before.toolTipTitle || shown_.toolTipText != before.toolTipText) {

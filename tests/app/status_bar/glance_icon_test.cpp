@@ -68,6 +68,32 @@ TEST(GlanceIcon, FollowsThePanelsScheme) {
     EXPECT_LT(qGray(light.pixel(4, 10)), 60);
 }
 
+TEST(SymbolIcon, IsCentredInItsShareOfTheSquare) {
+    const QString name = QStringLiteral("waveform.path.ecg");
+    const QImage whole = symbolIcon(name, 44, 1, PanelScheme::dark);
+    const QImage inset = symbolIcon(name, 44, 0.5, PanelScheme::dark);
+
+    ASSERT_EQ(whole.size(), QSize(44, 44));
+    ASSERT_EQ(inset.size(), QSize(44, 44));
+    EXPECT_GT(columnOpacity(whole, 5), 0);
+    EXPECT_EQ(columnOpacity(inset, 10), 0);
+    EXPECT_GT(columnOpacity(inset, 14), 0);
+    EXPECT_EQ(columnOpacity(inset, 33), 0);
+}
+
+TEST(Haloed, SurroundsTheIconWithTheColourOfThePanel) {
+    QImage dot(5, 5, QImage::Format_ARGB32_Premultiplied);
+    dot.fill(Qt::transparent);
+    dot.setPixelColor(2, 2, Qt::black);
+
+    const QImage image = haloed(dot, PanelScheme::light);
+
+    EXPECT_EQ(image.pixelColor(2, 2), QColor(Qt::black));
+    EXPECT_GT(image.pixelColor(1, 2).alpha(), 60);
+    EXPECT_EQ(image.pixelColor(1, 2).lightness(), 255);
+    EXPECT_EQ(image.pixelColor(0, 2).alpha(), 0);
+}
+
 TEST(NotifierPixmap, IsInNetworkByteOrderAndNotPremultiplied) {
     QImage image(2, 1, QImage::Format_ARGB32);
     image.setPixel(0, 0, qRgba(0x11, 0x22, 0x33, 0x80));
@@ -83,19 +109,30 @@ TEST(NotifierPixmap, IsInNetworkByteOrderAndNotPremultiplied) {
 TEST(IconPixmaps, TellsWhetherThePictureIsANewOne) {
     IconPixmaps icon;
 
-    EXPECT_TRUE(icon.setIcon(StatusGlance{1, 2}, PanelScheme::dark));
-    EXPECT_FALSE(icon.setIcon(StatusGlance{1, 2}, PanelScheme::dark));
-    EXPECT_TRUE(icon.setIcon(StatusGlance{1, 2}, PanelScheme::light));
-    EXPECT_TRUE(icon.setIcon(QStringLiteral("waveform.path.ecg"), PanelScheme::light));
+    EXPECT_TRUE(icon.setIcon(StatusGlance{1, 2}, PanelLook{PanelScheme::dark, true}));
+    EXPECT_FALSE(icon.setIcon(StatusGlance{1, 2}, PanelLook{PanelScheme::dark, true}));
+    EXPECT_TRUE(icon.setIcon(StatusGlance{1, 2}, PanelLook{PanelScheme::light, true}));
+    EXPECT_TRUE(icon.setIcon(NotifierSymbol{QStringLiteral("waveform.path.ecg"), false},
+                             PanelLook{PanelScheme::light, true}));
     EXPECT_EQ(icon.pixmaps().size(), 7);
-    EXPECT_TRUE(icon.setIcon({}, PanelScheme::light));
+    EXPECT_TRUE(icon.setIcon({}, PanelLook{PanelScheme::light, true}));
     EXPECT_TRUE(icon.pixmaps().isEmpty());
+}
+
+TEST(IconPixmaps, HaveAHaloWhereThePanelIsAGuess) {
+    IconPixmaps known;
+    IconPixmaps guessed;
+
+    known.setIcon(StatusGlance{1, 2}, PanelLook{PanelScheme::dark, true});
+    guessed.setIcon(StatusGlance{1, 2}, PanelLook{PanelScheme::dark, false});
+
+    EXPECT_NE(known.pixmaps(), guessed.pixmaps());
 }
 
 TEST(IconPixmaps, HasNoPictureForAnUnknownSymbol) {
     IconPixmaps icon;
 
-    icon.setIcon(QStringLiteral("no.such.symbol"), PanelScheme::dark);
+    icon.setIcon(NotifierSymbol{QStringLiteral("no.such.symbol"), false}, PanelLook{PanelScheme::dark, true});
 
     EXPECT_TRUE(icon.pixmaps().isEmpty());
 }

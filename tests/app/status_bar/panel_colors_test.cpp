@@ -17,17 +17,18 @@ TEST(PanelColors, AreBrightOnDarkAndDarkOnLightPanels) {
     EXPECT_EQ(panelColor(StatusTitleColor::orange, PanelScheme::light).rgb(), qRgb(179, 94, 0));
 }
 
-TEST(PanelScheme, PrefersTheHostsOwnSettingToTheDesktops) {
-    EXPECT_EQ(panelScheme({{}, {}, false, true, false}), PanelScheme::dark);
-    EXPECT_EQ(panelScheme({{}, {}, true, false, true}), PanelScheme::light);
-    EXPECT_EQ(panelScheme({{}, {}, true, {}, false}), PanelScheme::dark);
-    EXPECT_EQ(panelScheme({{}, {}, {}, {}, true}), PanelScheme::dark);
-    EXPECT_EQ(panelScheme({{}, {}, {}, {}, false}), PanelScheme::light);
+TEST(PanelLook, PrefersTheHostsOwnSettingToTheDesktops) {
+    EXPECT_EQ(panelLook({{}, {}, false, true, false}), (PanelLook{PanelScheme::dark, true}));
+    EXPECT_EQ(panelLook({{}, {}, true, false, true}), (PanelLook{PanelScheme::light, true}));
+    EXPECT_EQ(panelLook({{}, {}, true, {}, false}), (PanelLook{PanelScheme::dark, false}));
+    EXPECT_EQ(panelLook({{}, {}, {}, {}, true}), (PanelLook{PanelScheme::dark, false}));
+    EXPECT_EQ(panelLook({{}, {}, {}, {}, false}), (PanelLook{PanelScheme::light, false}));
 }
 
-TEST(PanelScheme, KnowsThePanelsThatAreAlwaysDark) {
-    EXPECT_EQ(panelScheme({QStringLiteral("gnome-shell"), {}, false, {}, false}), PanelScheme::dark);
-    EXPECT_EQ(panelScheme({{}, {QStringLiteral("Unity")}, false, {}, false}), PanelScheme::dark);
+TEST(PanelLook, KnowsThePanelsThatAreAlwaysDark) {
+    const PanelLook dark{PanelScheme::dark, true};
+    EXPECT_EQ(panelLook({QStringLiteral("gnome-shell"), {}, false, {}, false}), dark);
+    EXPECT_EQ(panelLook({{}, {QStringLiteral("Unity")}, false, {}, false}), dark);
 }
 
 /// The settings portal as far as colours go.
@@ -61,20 +62,20 @@ using PanelSchemeMonitorTest = SniFixture;
 TEST_F(PanelSchemeMonitorTest, FollowsTheColourPreferenceOfTheDesktop) {
     FakePortal portal(panel.connection());
     startMonitors();
-    ASSERT_TRUE(waitUntil([&] { return scheme->scheme() == PanelScheme::dark; }));
+    ASSERT_TRUE(waitUntil([&] { return scheme->look().scheme == PanelScheme::dark; }));
 
     Q_EMIT portal.SettingChanged(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"),
                                  QDBusVariant(2U));
 
-    EXPECT_TRUE(waitUntil([&] { return scheme->scheme() == PanelScheme::light; }));
+    EXPECT_TRUE(waitUntil([&] { return scheme->look().scheme == PanelScheme::light; }));
 }
 
 TEST_F(PanelSchemeMonitorTest, IgnoresOtherSettingsAndValuesOfAnotherType) {
     FakePortal portal(panel.connection());
     startMonitors();
-    ASSERT_TRUE(waitUntil([&] { return scheme->scheme() == PanelScheme::dark; }));
+    ASSERT_TRUE(waitUntil([&] { return scheme->look().scheme == PanelScheme::dark; }));
     int changes = 0;
-    QObject::connect(scheme.get(), &PanelSchemeMonitor::schemeChanged, [&] { ++changes; });
+    QObject::connect(scheme.get(), &PanelSchemeMonitor::lookChanged, [&] { ++changes; });
 
     const QString area = QStringLiteral("org.freedesktop.appearance");
     Q_EMIT portal.SettingChanged(area, QStringLiteral("accent-color"), QDBusVariant(2U));
@@ -83,7 +84,7 @@ TEST_F(PanelSchemeMonitorTest, IgnoresOtherSettingsAndValuesOfAnotherType) {
 
     // The text counts as no preference, so that the scheme changes exactly twice.
     EXPECT_TRUE(waitUntil([&] { return changes == 2; }));
-    EXPECT_EQ(scheme->scheme(), PanelScheme::dark);
+    EXPECT_EQ(scheme->look().scheme, PanelScheme::dark);
 }
 
 }  // namespace

@@ -16,18 +16,18 @@ StatusContent readout() {
 }
 
 TEST(NotifierPresentation, LeavesTheSymbolBesideALabel) {
-    const NotifierPresentation shown = notifierPresentation(readout(), true);
+    const NotifierPresentation shown = notifierPresentation(readout(), LabelSupport::shown);
 
     EXPECT_EQ(shown.title, QStringLiteral("Kestro"));
     EXPECT_EQ(shown.label, QStringLiteral("RAM 42% · 1420 RPM"));
     EXPECT_EQ(shown.labelGuide, QStringLiteral("RAM 100% · 9999 RPM"));
-    EXPECT_EQ(shown.icon, NotifierIcon(QStringLiteral("waveform.path.ecg")));
+    EXPECT_EQ(shown.icon, NotifierIcon(NotifierSymbol{QStringLiteral("waveform.path.ecg"), true}));
     EXPECT_TRUE(shown.toolTipText.isEmpty());
     EXPECT_EQ(shown.accessibleDescription, QStringLiteral("Kestro, RAM 42% · 1420 RPM"));
 }
 
 TEST(NotifierPresentation, PaintsTheValuesWhereNoLabelIsShown) {
-    const NotifierPresentation shown = notifierPresentation(readout(), false);
+    const NotifierPresentation shown = notifierPresentation(readout(), LabelSupport::hidden);
 
     EXPECT_EQ(shown.icon, NotifierIcon(StatusGlance{42, 18}));
     EXPECT_EQ(shown.toolTipText, QStringLiteral("RAM 42%\nCPU 18%"));
@@ -38,7 +38,7 @@ TEST(NotifierPresentation, PaintsTheValuesOnEveryHostWhenThereIsNoText) {
     StatusContent content = readout();
     content.title.text.clear();
 
-    const NotifierPresentation shown = notifierPresentation(content, true);
+    const NotifierPresentation shown = notifierPresentation(content, LabelSupport::shown);
 
     EXPECT_EQ(shown.icon, NotifierIcon(StatusGlance{42, 18}));
     EXPECT_EQ(shown.toolTipText, QStringLiteral("RAM 42%\nCPU 18%"));
@@ -48,7 +48,8 @@ TEST(NotifierPresentation, UsesTheTitleWhereThereIsNoToolTip) {
     StatusContent content = readout();
     content.toolTip.clear();
 
-    EXPECT_EQ(notifierPresentation(content, false).toolTipText, QStringLiteral("RAM 42% · 1420 RPM"));
+    EXPECT_EQ(notifierPresentation(content, LabelSupport::hidden).toolTipText,
+              QStringLiteral("RAM 42% · 1420 RPM"));
 }
 
 TEST(NotifierPresentation, NeedsNoIconBesideALabelButAlwaysOneWithout) {
@@ -56,9 +57,10 @@ TEST(NotifierPresentation, NeedsNoIconBesideALabelButAlwaysOneWithout) {
     content.symbol.reset();
     content.glance.reset();
 
-    EXPECT_EQ(notifierPresentation(content, true).icon, NotifierIcon());
-    EXPECT_EQ(notifierPresentation(content, false).icon, NotifierIcon(QStringLiteral("waveform.path.ecg")));
-    EXPECT_EQ(notifierPresentation(content, true).title, QStringLiteral("Kestro"));
+    EXPECT_EQ(notifierPresentation(content, LabelSupport::shown).icon, NotifierIcon());
+    EXPECT_EQ(notifierPresentation(content, LabelSupport::hidden).icon,
+              NotifierIcon(NotifierSymbol{QStringLiteral("waveform.path.ecg"), false}));
+    EXPECT_EQ(notifierPresentation(content, LabelSupport::shown).title, QStringLiteral("Kestro"));
 }
 
 TEST(NotifierPresentation, EscapesMarkup) {
@@ -66,25 +68,38 @@ TEST(NotifierPresentation, EscapesMarkup) {
               QStringLiteral("&lt;b&gt;a&lt;/b&gt; &amp; &quot;c&quot;<br/>d"));
 }
 
-TEST(HostShowsLabels, ForProcessesThatAreKnownTo) {
-    for (const char* host :
-         {"mate-panel", "gnome-shell", "xapp-sn-watcher", "indicator-appli", "ayatana-indicat"}) {
-        EXPECT_TRUE(hostShowsLabels(QString::fromLatin1(host), {})) << host;
+TEST(NotifierPresentation, KeepsALabelAwayFromTheNextItem) {
+    const NotifierPresentation shown = notifierPresentation(readout(), LabelSupport::shownWithoutMargin);
+    StatusContent symbolOnly = readout();
+    symbolOnly.title.text.clear();
+
+    EXPECT_EQ(shown.label, QStringLiteral("RAM 42% · 1420 RPM "));
+    EXPECT_EQ(shown.labelGuide, QStringLiteral("RAM 100% · 9999 RPM "));
+    EXPECT_TRUE(notifierPresentation(symbolOnly, LabelSupport::shownWithoutMargin).label.isEmpty());
+}
+
+TEST(LabelSupport, IsKnownByTheProcess) {
+    for (const char* host : {"gnome-shell", "xapp-sn-watcher", "indicator-appli", "ayatana-indicat"}) {
+        EXPECT_EQ(labelSupport(QString::fromLatin1(host), {}), LabelSupport::shown) << host;
+    }
+    for (const char* host : {"mate-panel", "notification-ar"}) {
+        EXPECT_EQ(labelSupport(QString::fromLatin1(host), {}), LabelSupport::shownWithoutMargin) << host;
     }
 }
 
-TEST(HostShowsLabels, NotForOthersWhateverTheDesktop) {
+TEST(LabelSupport, IsNotAssumedOfOthersWhateverTheDesktop) {
     for (const char* host :
          {"kded5", "plasmashell", "xfce4-panel", "lxqt-panel", "waybar", "swaybar", "python3"}) {
-        EXPECT_FALSE(hostShowsLabels(QString::fromLatin1(host), {QStringLiteral("GNOME")})) << host;
+        EXPECT_EQ(labelSupport(QString::fromLatin1(host), {QStringLiteral("GNOME")}), LabelSupport::hidden)
+            << host;
     }
 }
 
-TEST(HostShowsLabels, ByTheDesktopWhenTheProcessIsHidden) {
-    EXPECT_TRUE(hostShowsLabels(QString(), {QStringLiteral("ubuntu"), QStringLiteral("GNOME")}));
-    EXPECT_TRUE(hostShowsLabels(QString(), {QStringLiteral("MATE")}));
-    EXPECT_FALSE(hostShowsLabels(QString(), {QStringLiteral("KDE")}));
-    EXPECT_FALSE(hostShowsLabels(QString(), {}));
+TEST(LabelSupport, FollowsTheDesktopWhenTheProcessIsHidden) {
+    EXPECT_EQ(labelSupport(QString(), {QStringLiteral("ubuntu"), QStringLiteral("GNOME")}), LabelSupport::shown);
+    EXPECT_EQ(labelSupport(QString(), {QStringLiteral("MATE")}), LabelSupport::shownWithoutMargin);
+    EXPECT_EQ(labelSupport(QString(), {QStringLiteral("KDE")}), LabelSupport::hidden);
+    EXPECT_EQ(labelSupport(QString(), {}), LabelSupport::hidden);
 }
 
 }  // namespace

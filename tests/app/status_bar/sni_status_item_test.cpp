@@ -150,7 +150,7 @@ TEST_F(SniStatusItemTest, ShowsTheSymbolOnceTheHostIsKnownToShowLabels) {
 
     startWatcher();
 
-    ASSERT_TRUE(waitUntil([&] { return monitor->showsLabels(); }));
+    ASSERT_TRUE(waitUntil([&] { return monitor->labels() != LabelSupport::hidden; }));
     EXPECT_NE(qdbus_cast<NotifierPixmaps>(property(*item, "IconPixmap")), values);
     EXPECT_TRUE(qdbus_cast<NotifierToolTip>(property(*item, "ToolTip")).text.isEmpty());
 }
