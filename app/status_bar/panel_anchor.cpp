@@ -1,5 +1,6 @@
 #include "app/status_bar/panel_anchor.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
 #include <algorithm>
@@ -29,6 +30,24 @@ std::optional<QPoint> pointFromPanel(QPoint devicePoint, const std::vector<Scree
         }
     }
     return std::nullopt;
+}
+
+std::optional<QPoint> clickPoint(std::optional<QPoint> fromPanel, std::optional<QPoint> pointer,
+                                 const std::vector<ScreenFrame>& screens) {
+    constexpr int thickestPanel = 64;
+    if (!fromPanel || !pointer) {
+        return fromPanel ? fromPanel : pointer;
+    }
+    const bool isPointerAtAnEdge = std::ranges::any_of(screens, [&](const ScreenFrame& screen) {
+        const QRect inner = screen.geometry.adjusted(thickestPanel, thickestPanel, -thickestPanel, -thickestPanel);
+        return screen.geometry.contains(*pointer) && !inner.contains(*pointer);
+    });
+    return isPointerAtAnEdge ? pointer : fromPanel;
+}
+
+std::optional<QPoint> currentPointer() {
+    const bool isTold = QGuiApplication::platformName() == QLatin1StringView("xcb");
+    return isTold ? std::optional(QCursor::pos()) : std::nullopt;
 }
 
 QRect panelAnchor(std::optional<QPoint> point, const std::vector<ScreenFrame>& screens) {

@@ -83,6 +83,13 @@ QString nextServiceName() {
         .arg(nextItemNumber());
 }
 
+/// Where the click took place that a host reports with its coordinates.
+std::optional<QPoint> clickPlace(const QVariantList& arguments) {
+    const std::vector<ScreenFrame> screens = currentScreens();
+    const QPoint reported(arguments.at(0).toInt(), arguments.at(1).toInt());
+    return clickPoint(pointFromPanel(reported, screens), currentPointer(), screens);
+}
+
 bool isControlHeld() {
     return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier);
 }
@@ -202,9 +209,8 @@ void SniStatusItem::announce(const NotifierPresentation& before) {
 }
 
 BusReply SniStatusItem::activate(const QVariantList& arguments, StatusClick click) {
-    const std::vector<ScreenFrame> screens = currentScreens();
-    const auto point = pointFromPanel({arguments.at(0).toInt(), arguments.at(1).toInt()}, screens);
-    const QRect anchor = panelAnchor(point, screens);
+    const auto point = clickPlace(arguments);
+    const QRect anchor = panelAnchor(point, currentScreens());
     QMetaObject::invokeMethod(
         this,
         [this, click, point, anchor] {
@@ -222,7 +228,7 @@ BusReply SniStatusItem::activate(const QVariantList& arguments, StatusClick clic
 }
 
 BusReply SniStatusItem::contextMenu(const QVariantList& arguments) {
-    const auto point = pointFromPanel({arguments.at(0).toInt(), arguments.at(1).toInt()}, currentScreens());
+    const auto point = clickPlace(arguments);
     QMetaObject::invokeMethod(
         this, [this, point] { openMenu(point); }, Qt::QueuedConnection);
     return QVariantList{};

@@ -29,6 +29,17 @@ TEST(PanelAnchor, IsNullWithoutAPoint) {
     EXPECT_TRUE(panelAnchor(QPoint(5000, 5000), {topPanel}).isNull());
 }
 
+TEST(ClickPoint, BelievesThePointerWhereItIsAtAPanel) {
+    EXPECT_EQ(clickPoint(QPoint(197, 25), QPoint(1000, 12), {topPanel}), QPoint(1000, 12));
+    EXPECT_EQ(clickPoint(QPoint(197, 25), QPoint(640, 400), {topPanel}), QPoint(197, 25));
+}
+
+TEST(ClickPoint, TakesWhatThereIs) {
+    EXPECT_EQ(clickPoint(std::nullopt, QPoint(640, 400), {topPanel}), QPoint(640, 400));
+    EXPECT_EQ(clickPoint(QPoint(197, 25), std::nullopt, {topPanel}), QPoint(197, 25));
+    EXPECT_FALSE(clickPoint(std::nullopt, std::nullopt, {topPanel}).has_value());
+}
+
 TEST(PointFromPanel, ScalesFromTheOriginOfItsScreen) {
     const ScreenFrame left{{0, 0, 1280, 800}, {0, 0, 1280, 800}, 1};
     const ScreenFrame doubled{{1280, 0, 1280, 800}, {1280, 0, 1280, 800}, 2};
