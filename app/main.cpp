@@ -1,0 +1,127 @@
+#include "app/app_delegate.h"
+#include "app/notification_names.h"
+#include "app/single_instance.h"
+#include "app/status_bar/desktop_status_bar.h"
+#include "core/cooling/fan_control_manager.h"
+#include "core/engine/telemetry_engine.h"
+#include "core/platform/platform.h"
+#include "core/power/keep_awake_manager.h"
+#include "core/power/power_mode_manager.h"
+#include "core/settings/user_settings.h"
+#include "core/telemetry/smc_reader.h"
+#include "platform/desktop/bus_notifications.h"
+#include "platform/desktop/desktop_power_assertions.h"
+#include "platform/desktop/json_user_defaults.h"
+#include "platform/desktop/power_profile_script_runner.h"
+#include "platform/desktop/power_profiles.h"
+#include "platform/desktop/qt_run_loop.h"
+#include "platform/desktop/session_command_runner.h"
+#include "platform/desktop/unix_signal_notifier.h"
+#include "platform/linux/linux_clock.h"
+#include "platform/linux/linux_command_runner.h"
+#include "platform/linux/linux_file_events.h"
+#include "platform/linux/linux_file_system_statistics.h"
+#include "platform/linux/linux_hid_event_system.h"
+#include "platform/linux/linux_mach_host.h"
+#include "platform/linux/linux_network_interfaces.h"
+#include "platform/linux/linux_power_sources.h"
+#include "platform/linux/linux_process_info_service.h"
+#include "platform/linux/linux_smc_service.h"
+#include "platform/linux/linux_system_control.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+
+#include <chrono>
+#include <cstdlib>
+
+namespace {
+
+using namespace kestro;
+using namespace std::chrono_literals;
+
+/// The machine and the session behind the ports.
+struct LinuxDesktop {
+    QDBusConnection sessionBus = QDBusConnection::sessionBus();
+    QDBusConnection systemBus = QDBusConnection::systemBus();
+
+    LinuxClock clock;
+    QtRunLoop runLoop;
+    LinuxMachHost machHost{clock};
+    LinuxSystemControl systemControl{clock};
+    LinuxProcessInfoService processInfo{clock};
+    LinuxFileSystemStatistics fileSystem;
+    LinuxNetworkInterfaces networkInterfaces;
+    LinuxPowerSources powerSources{clock};
+    LinuxSMCService smc{clock};
+    LinuxHIDEventSystem hidEventSystem{clock};
+    PowerProfiles powerProfiles{systemBus};
+    LinuxCommandRunner programs;
+    SessionCommandRunner commandRunner{powerProfiles, programs};
+    PowerProfileScriptRunner scriptRunner{powerProfiles};
+    DesktopPowerAssertions powerAssertions{sessionBus, systemBus};
+    JsonUserDefaults userDefaults{runLoop, JsonUserDefaults::defaultPath()};
+    BusNotifications notifications{sessionBus};
+    LinuxFileEvents fileEvents{runLoop};
+
+    const Platform platform{
+        .clock = clock,
+        .runLoop = runLoop,
+        .machHost = machHost,
+        .systemControl = systemControl,
+        .processInfo = processInfo,
+        .fileSystem = fileSystem,
+        .networkInterfaces = networkInterfaces,
+        .powerSources = powerSources,
+        .smc = smc,
+        .hidEventSystem = hidEventSystem,
+        .commandRunner = commandRunner,
+        .scriptRunner = scriptRunner,
+        .powerAssertions = powerAssertions,
+        .userDefaults = userDefaults,
+        .notifications = notifications,
+        .fileEvents = fileEvents,
+    };
+};
+
+KestroServices sharedServices() {
+    return {TelemetryEngine::shared(), UserSettings::shared(), FanControlManager::shared(),
+            KeepAwakeManager::shared(), PowerModeManager::shared()};
+}
+
+int runFirstInstance(LinuxDesktop& desktop) {
+    DesktopStatusBar statusBar;
+    AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(), statusBar, kestroSurfaces(),
+                         [] { QCoreApplication::quit(); });
+    delegate.applicationDidFinishLaunching();
+    return QCoreApplication::exec();
+}
+
+}  // namespace
+
+int main(int /*argumentCount*/, char** arguments) {
+    // The program takes nothing from its command line, and neither does the toolkit.
+    int ownName = 1;
+    QApplication application(ownName, arguments);
+    QCoreApplication::setApplicationName(QStringLiteral("Kestro"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("kestro"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+
+    LinuxDesktop desktop;
+    Platform::install(desktop.platform);
+    const auto showDashboard = [&desktop] { desktop.notifications.post(notificationNames::showDashboard); };
+    SingleInstance instance(desktop.sessionBus, SingleInstance::currentDisplay(), showDashboard);
+    if (!instance.isFirst()) {
+        instance.callFirst(desktop.notifications);
+        return EXIT_SUCCESS;
+    }
+    const UnixSignalNotifier signals([](int) { QCoreApplication::quit(); });
+    const int result = runFirstInstance(desktop);
+    desktop.userDefaults.flush();
+    // What still runs in the background, such as a switch that waits for somebody's password, must not keep
+    // the process from ending, and what it refers to must not go away under it.
+    if (!desktop.runLoop.finishBackgroundTasks(1s)) {
+        std::_Exit(result);
+    }
+    return result;
+}
