@@ -19,7 +19,8 @@ constexpr const char* kScales[] = {"1", "1.25", "1.5", "2"};
 
 std::vector<Scene> allScenes() {
     std::vector<Scene> scenes;
-    for (const auto& part : {popoverScenes(), decorationScenes(), symbolScenes()}) {
+    for (const auto& part : {popoverScenes(), dashboardScenes(), controlScenes(), widgetScenes(),
+                             decorationScenes(), symbolScenes()}) {
         scenes.insert(scenes.end(), part.begin(), part.end());
     }
     return scenes;

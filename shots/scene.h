@@ -33,8 +33,11 @@ struct Scene {
 };
 
 /// The scenes of each surface; a surface has a file of its own.
+std::vector<Scene> controlScenes();
+std::vector<Scene> dashboardScenes();
 std::vector<Scene> decorationScenes();
 std::vector<Scene> popoverScenes();
 std::vector<Scene> symbolScenes();
+std::vector<Scene> widgetScenes();
 
 }  // namespace kestro::shots
