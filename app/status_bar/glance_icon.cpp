@@ -15,23 +15,33 @@ namespace {
 
 // The icon is drawn on a grid of 22 units.
 constexpr double grid = 22;
-constexpr double rowTops[] = {1, 12};
-constexpr double rowHeight = 9;
 constexpr double barLeft = 1;
 constexpr double barWidth = 2.5;
 constexpr double figureRight = 21.5;
 constexpr double figureWidth = 16;
-constexpr double figureSize = 10.5;
 constexpr double figureTracking = -0.3;
 constexpr double trackOpacity = 0.28;
 
-GlanceRow glanceRow(std::optional<int> percent, double top, double unit) {
+/// Where a row stands and how large its figure is, on the grid.
+struct RowPlace {
+    double top;
+    double height;
+    double figureSize;
+};
+
+constexpr RowPlace upperRow{1, 9, 10.5};
+constexpr RowPlace lowerRow{12, 9, 10.5};
+constexpr RowPlace onlyRow{2, 18, 13};
+
+GlanceRow glanceRow(std::optional<int> percent, const RowPlace& place, double unit) {
     const int value = std::clamp(percent.value_or(0), 0, 100);
-    const double filled = rowHeight * value / 100;
-    return {QRectF(barLeft * unit, top * unit, barWidth * unit, rowHeight * unit),
-            QRectF(barLeft * unit, (top + rowHeight - filled) * unit, barWidth * unit, filled * unit),
-            QRectF((figureRight - figureWidth) * unit, top * unit, figureWidth * unit, rowHeight * unit),
-            percent ? QString::number(value) : QStringLiteral("--")};
+    const double filled = place.height * value / 100;
+    const double top = place.top * unit;
+    const double height = place.height * unit;
+    return {QRectF(barLeft * unit, top, barWidth * unit, height),
+            QRectF(barLeft * unit, top + height - filled * unit, barWidth * unit, filled * unit),
+            QRectF((figureRight - figureWidth) * unit, top, figureWidth * unit, height),
+            percent ? QString::number(value) : QStringLiteral("--"), place.figureSize * unit};
 }
 
 QImage emptyIcon(int pixels) {
@@ -40,7 +50,7 @@ QImage emptyIcon(int pixels) {
     return image;
 }
 
-void paintRow(QPainter& painter, const GlanceRow& row, const QColor& color, const QFont& font, double size) {
+void paintRow(QPainter& painter, const GlanceRow& row, const QColor& color, double unit) {
     QPainterPath bar;
     bar.addRoundedRect(row.bar, row.bar.width() / 2, row.bar.width() / 2);
     QColor track = color;
@@ -50,13 +60,15 @@ void paintRow(QPainter& painter, const GlanceRow& row, const QColor& color, cons
     fill.addRect(row.fill);
     painter.fillPath(bar.intersected(fill), color);
 
+    const QFont font = KestroFonts::font(row.size, QFont::Bold, figureTracking * unit);
     const QFontMetricsF metrics(font);
-    const double shrink = size / font.pixelSize();
+    const double shrink = KestroFonts::sizeFactor(row.size);
     const double width = metrics.horizontalAdvance(row.text) * shrink;
     const double narrow = std::min(1.0, row.figure.width() / std::max(width, 1.0));
     painter.save();
+    // A baseline on a whole pixel keeps the feet of small figures sharp.
     painter.translate(row.figure.right() - width * narrow,
-                      row.figure.center().y() + metrics.capHeight() * shrink / 2);
+                      std::round(row.figure.center().y() + metrics.capHeight() * shrink / 2));
     painter.scale(shrink * narrow, shrink);
     painter.setFont(font);
     painter.setPen(color);
@@ -66,20 +78,21 @@ void paintRow(QPainter& painter, const GlanceRow& row, const QColor& color, cons
 
 }  // namespace
 
-std::array<GlanceRow, 2> glanceRows(const StatusGlance& glance, int pixels) {
+std::vector<GlanceRow> glanceRows(const StatusGlance& glance, int pixels) {
     const double unit = pixels / grid;
-    return {glanceRow(glance.upperPercent, rowTops[0], unit), glanceRow(glance.lowerPercent, rowTops[1], unit)};
+    if (glance.upperPercent.has_value() != glance.lowerPercent.has_value()) {
+        return {glanceRow(glance.upperPercent ? glance.upperPercent : glance.lowerPercent, onlyRow, unit)};
+    }
+    return {glanceRow(glance.upperPercent, upperRow, unit), glanceRow(glance.lowerPercent, lowerRow, unit)};
 }
 
 QImage glanceIcon(const StatusGlance& glance, int pixels, PanelScheme scheme) {
     QImage image = emptyIcon(pixels);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    const double size = figureSize * pixels / grid;
-    const QFont font = KestroFonts::font(size, QFont::Bold, figureTracking * pixels / grid);
     const QColor color = panelColor(StatusTitleColor::label, scheme);
     for (const GlanceRow& row : glanceRows(glance, pixels)) {
-        paintRow(painter, row, color, font, size);
+        paintRow(painter, row, color, pixels / grid);
     }
     return image;
 }

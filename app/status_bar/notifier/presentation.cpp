@@ -53,7 +53,9 @@ NotifierPresentation notifierPresentation(const StatusContent& content, LabelSup
     shown.accessibleDescription =
         shown.label.isEmpty() ? shown.title : shown.title + QLatin1StringView(", ") + shown.label;
 
-    if (content.glance && !isTextVisible) {
+    // Before the first sample there are no values: the symbol tells more than two dashes.
+    const bool hasValues = content.glance && *content.glance != StatusGlance();
+    if (hasValues && !isTextVisible) {
         shown.icon = *content.glance;
     } else if (content.symbol) {
         shown.icon = NotifierSymbol{content.symbol->name, isTextVisible};

@@ -41,12 +41,28 @@ TEST(GlanceIcon, ScalesWithItsSize) {
 }
 
 TEST(GlanceIcon, ClampsItsValuesAndMarksMissingOnes) {
-    const auto rows = glanceRows({250, std::nullopt}, 22);
+    const auto rows = glanceRows({250, -3}, 22);
+    const auto none = glanceRows({}, 22);
 
     EXPECT_EQ(rows[0].text, QStringLiteral("100"));
     EXPECT_EQ(rows[0].fill, rows[0].bar);
-    EXPECT_EQ(rows[1].text, QStringLiteral("--"));
+    EXPECT_EQ(rows[1].text, QStringLiteral("0"));
     EXPECT_DOUBLE_EQ(rows[1].fill.height(), 0);
+    ASSERT_EQ(none.size(), 2U);
+    EXPECT_EQ(none[0].text, QStringLiteral("--"));
+    EXPECT_EQ(none[1].text, QStringLiteral("--"));
+}
+
+TEST(GlanceIcon, GivesASingleValueTheWholeIcon) {
+    const auto memory = glanceRows({42, std::nullopt}, 22);
+    const auto processor = glanceRows({std::nullopt, 18}, 22);
+
+    ASSERT_EQ(memory.size(), 1U);
+    EXPECT_EQ(memory[0].text, QStringLiteral("42"));
+    EXPECT_EQ(memory[0].bar, QRectF(1, 2, 2.5, 18));
+    EXPECT_GT(memory[0].size, glanceRows({42, 18}, 22)[0].size);
+    ASSERT_EQ(processor.size(), 1U);
+    EXPECT_EQ(processor[0].text, QStringLiteral("18"));
 }
 
 TEST(GlanceIcon, StaysInsideItsSquareInEverySize) {

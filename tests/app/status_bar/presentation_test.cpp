@@ -44,6 +44,14 @@ TEST(NotifierPresentation, PaintsTheValuesOnEveryHostWhenThereIsNoText) {
     EXPECT_EQ(shown.toolTipText, QStringLiteral("RAM 42%\nCPU 18%"));
 }
 
+TEST(NotifierPresentation, ShowsTheSymbolUntilThereAreValues) {
+    StatusContent content = readout();
+    content.glance = StatusGlance();
+
+    EXPECT_EQ(notifierPresentation(content, LabelSupport::hidden).icon,
+              NotifierIcon(NotifierSymbol{QStringLiteral("waveform.path.ecg"), false}));
+}
+
 TEST(NotifierPresentation, UsesTheTitleWhereThereIsNoToolTip) {
     StatusContent content = readout();
     content.toolTip.clear();
