@@ -1,0 +1,285 @@
+#include "tests/desktop/desktop_session.h"
+
+#include <QCoreApplication>
+#include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QDirIterator>
+#include <QEventLoop>
+#include <QFile>
+#include <QTimer>
+
+#include <csignal>
+
+#include "tests/desktop/panel_settings.h"
+
+namespace kestro {
+
+namespace {
+
+constexpr int patience = 20'000;
+
+/// The first line that a process prints; empty when it prints none in time.
+QString firstLine(QProcess& process) {
+    while (!process.canReadLine()) {
+        if (!process.waitForReadyRead(patience)) {
+            return {};
+        }
+    }
+    return QString::fromUtf8(process.readLine()).trimmed();
+}
+
+QString nextConnectionName() {
+    static int count = 0;
+    return QStringLiteral("desktop-session-%1").arg(++count);
+}
+
+}  // namespace
+
+bool waitUntil(const std::function<bool()>& condition, int seconds) {
+    constexpr int lookAgain = 10;
+    const QDeadlineTimer deadline(std::chrono::seconds{seconds});
+    QTimer timer;
+    timer.start(lookAgain);
+    while (!condition()) {
+        if (deadline.hasExpired()) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}
+
+DesktopSession::DesktopSession(DesktopPanel panel)
+    : environment_(QProcessEnvironment::systemEnvironment()),
+      panel_(panel),
+      connectionName_(nextConnectionName()) {
+    for (const char* name : {"home", "config", "data", "cache", "runtime"}) {
+        QDir().mkpath(path(QString::fromLatin1(name)));
+    }
+    QFile::setPermissions(path(QStringLiteral("runtime")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    environment_.insert(QStringLiteral("HOME"), path(QStringLiteral("home")));
+    environment_.insert(QStringLiteral("XDG_CONFIG_HOME"), path(QStringLiteral("config")));
+    environment_.insert(QStringLiteral("XDG_DATA_HOME"), path(QStringLiteral("data")));
+    environment_.insert(QStringLiteral("XDG_CACHE_HOME"), path(QStringLiteral("cache")));
+    environment_.insert(QStringLiteral("XDG_RUNTIME_DIR"), path(QStringLiteral("runtime")));
+    environment_.insert(QStringLiteral("XDG_CURRENT_DESKTOP"), panelDesktop(panel));
+    environment_.insert(QStringLiteral("XDG_SESSION_TYPE"), QStringLiteral("x11"));
+    environment_.insert(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("keyfile"));
+    environment_.insert(QStringLiteral("NO_AT_BRIDGE"), QStringLiteral("1"));
+    environment_.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    for (const char* name :
+         {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "XAUTHORITY", "SESSION_MANAGER", "QT_SCALE_FACTOR"}) {
+        environment_.remove(QString::fromLatin1(name));
+    }
+    if (!startDisplay() || !startBus()) {
+        return;
+    }
+    start(QStringLiteral("openbox"), {});
+    if (!waitUntil([this] {
+            return output(QStringLiteral("xprop"),
+                          {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
+                .contains("window id");
+        })) {
+        failure_ = QStringLiteral("openbox does not start");
+        return;
+    }
+    if (panel_ != DesktopPanel::none) {
+        writePanelSettings(panel_, path(QStringLiteral("config")));
+        startPanel();
+    }
+}
+
+DesktopSession::~DesktopSession() {
+    QDBusConnection::disconnectFromBus(connectionName_);
+    for (auto process = processes_.rbegin(); process != processes_.rend(); ++process) {
+        (*process)->kill();
+        (*process)->waitForFinished(patience);
+    }
+    // What the bus or a panel has started carries the session's folder in its environment.
+    for (const qint64 pid : processesOfSession()) {
+        ::kill(static_cast<pid_t>(pid), SIGKILL);
+    }
+}
+
+bool DesktopSession::startDisplay() {
+    QProcess& display =
+        start(QStringLiteral("Xvfb"),
+              {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"), QStringLiteral("0"),
+               QStringLiteral("%1x%2x24").arg(screenSize.width()).arg(screenSize.height()),
+               QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-noreset")});
+    const QString number = firstLine(display);
+    if (number.isEmpty()) {
+        failure_ = QStringLiteral("Xvfb does not start");
+        return false;
+    }
+    environment_.insert(QStringLiteral("DISPLAY"), QLatin1Char(':') + number);
+    return true;
+}
+
+bool DesktopSession::startBus() {
+    QProcess& daemon =
+        start(QStringLiteral("dbus-daemon"),
+              {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
+    const QString address = firstLine(daemon);
+    environment_.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address);
+    if (address.isEmpty() || !QDBusConnection::connectToBus(address, connectionName_).isConnected()) {
+        failure_ = QStringLiteral("dbus-daemon does not start");
+        return false;
+    }
+    return true;
+}
+
+QProcess& DesktopSession::start(const QString& program, const QStringList& arguments) {
+    auto process = std::make_unique<QProcess>();
+    process->setProcessEnvironment(environment_);
+    process->setWorkingDirectory(folder_.path());
+    process->setStandardErrorFile(QProcess::nullDevice());
+    process->start(program, arguments);
+    process->waitForStarted(patience);
+    processes_.push_back(std::move(process));
+    return *processes_.back();
+}
+
+QProcess& DesktopSession::startKestro(const QStringList& variables) {
+    auto process = std::make_unique<QProcess>();
+    QProcessEnvironment environment = environment_;
+    for (const QString& variable : variables) {
+        environment.insert(variable.section(QLatin1Char('='), 0, 0), variable.section(QLatin1Char('='), 1));
+    }
+    process->setProcessEnvironment(environment);
+    process->setWorkingDirectory(folder_.path());
+    process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process->start(QStringLiteral(KESTRO_BINARY_DIR "/kestro"), {});
+    process->waitForStarted(patience);
+    processes_.push_back(std::move(process));
+    return *processes_.back();
+}
+
+void DesktopSession::startPanel() {
+    const QStringList command = panelCommand(panel_);
+    panelProcess_ = &start(command.first(), command.mid(1));
+}
+
+void DesktopSession::killPanel() {
+    // The part that hosts the items can be a process of its own, which the panel only embeds.
+    const QDBusMessage owner =
+        call(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus"),
+             QStringLiteral("GetConnectionUnixProcessID"), {QStringLiteral("org.kde.StatusNotifierWatcher")});
+    if (owner.type() == QDBusMessage::ReplyMessage) {
+        ::kill(static_cast<pid_t>(owner.arguments().at(0).toUInt()), SIGKILL);
+    }
+    if (panelProcess_ != nullptr) {
+        panelProcess_->kill();
+        panelProcess_->waitForFinished(patience);
+        panelProcess_ = nullptr;
+    }
+}
+
+QDBusMessage DesktopSession::call(const QString& service, const QString& path, const QString& interface,
+                                  const QString& method, const QVariantList& arguments) const {
+    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(false);
+    const QDBusPendingCallWatcher pending(bus().asyncCall(message));
+    waitUntil([&] { return pending.isFinished(); });
+    return pending.reply();
+}
+
+QVariant DesktopSession::property(const QString& service, const QString& path, const QString& interface,
+                                  const QString& name) const {
+    const QDBusMessage reply = call(service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
+                                    QStringLiteral("Get"), {interface, name});
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        return {};
+    }
+    return reply.arguments().at(0).value<QDBusVariant>().variant();
+}
+
+QByteArray DesktopSession::output(const QString& program, const QStringList& arguments) const {
+    QProcess process;
+    process.setProcessEnvironment(environment_);
+    process.start(program, arguments);
+    if (!process.waitForFinished(patience) || process.exitStatus() != QProcess::NormalExit) {
+        return {};
+    }
+    return process.readAllStandardOutput();
+}
+
+QImage DesktopSession::screenshot(const QString& name) const {
+    const QString folder = QStringLiteral(KESTRO_BINARY_DIR "/tests/pictures");
+    QDir().mkpath(folder);
+    const QString file = folder + QLatin1Char('/') + name + QStringLiteral(".png");
+    output(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), file});
+    return QImage(file);
+}
+
+void DesktopSession::moveTo(QPoint position) const {
+    output(QStringLiteral("xdotool"),
+           {QStringLiteral("mousemove"), QString::number(position.x()), QString::number(position.y())});
+}
+
+void DesktopSession::click(QPoint position, int button) const {
+    moveTo(position);
+    output(QStringLiteral("xdotool"), {QStringLiteral("click"), QString::number(button)});
+}
+
+void DesktopSession::key(const QString& name) const {
+    output(QStringLiteral("xdotool"), {QStringLiteral("key"), name});
+}
+
+std::optional<QRect> DesktopSession::windowFrame(const QString& title) const {
+    const QByteArray found =
+        output(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                           QStringLiteral("--name"), QLatin1Char('^') + title});
+    const QByteArray window = found.left(found.indexOf('\n'));
+    if (window.isEmpty()) {
+        return std::nullopt;
+    }
+    QRect frame;
+    const QByteArray geometry =
+        output(QStringLiteral("xdotool"),
+               {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), QString::fromLatin1(window)});
+    for (const QByteArray& line : geometry.split('\n')) {
+        const int value = line.mid(line.indexOf('=') + 1).toInt();
+        if (line.startsWith("X=")) {
+            frame.moveLeft(value);
+        } else if (line.startsWith("Y=")) {
+            frame.moveTop(value);
+        } else if (line.startsWith("WIDTH=")) {
+            frame.setWidth(value);
+        } else if (line.startsWith("HEIGHT=")) {
+            frame.setHeight(value);
+        }
+    }
+    return frame;
+}
+
+QStringList DesktopSession::files() const {
+    QStringList found;
+    QDirIterator walk(folder_.path(), QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                      QDirIterator::Subdirectories);
+    while (walk.hasNext()) {
+        found.append(QDir(folder_.path()).relativeFilePath(walk.next()));
+    }
+    found.sort();
+    return found;
+}
+
+std::vector<qint64> DesktopSession::processesOfSession() const {
+    const QByteArray mark = "XDG_RUNTIME_DIR=" + path(QStringLiteral("runtime")).toLocal8Bit() + '\0';
+    std::vector<qint64> found;
+    for (const QString& name : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+        bool isNumber = false;
+        const qint64 pid = name.toLongLong(&isNumber);
+        QFile environment(QStringLiteral("/proc/%1/environ").arg(name));
+        if (isNumber && pid != QCoreApplication::applicationPid() && environment.open(QIODevice::ReadOnly) &&
+            environment.readAll().contains(mark)) {
+            found.push_back(pid);
+        }
+    }
+    return found;
+}
+
+}  // namespace kestro

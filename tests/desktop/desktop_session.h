@@ -1,0 +1,99 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QImage>
+#include <QPoint>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QRect>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QVariantList>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace kestro {
+
+/// The panels that the tests know how to start.
+enum class DesktopPanel { none, mate, xfce, lxqt };
+
+/// Runs the event loop, looking again every few milliseconds, until `condition` holds; false when that takes
+/// more than `seconds`.
+bool waitUntil(const std::function<bool()>& condition, int seconds = 20);
+
+/// A desktop of the test's own: a display, a session bus, a window manager and a panel, with home and
+/// configuration in a folder that is empty at first. Everything ends with this object, by process identifier,
+/// also what the bus started on request.
+class DesktopSession {
+public:
+    explicit DesktopSession(DesktopPanel panel = DesktopPanel::none);
+    ~DesktopSession();
+    DesktopSession(const DesktopSession&) = delete;
+    DesktopSession& operator=(const DesktopSession&) = delete;
+
+    /// Why the session cannot be used; empty when everything runs. Check it first.
+    const QString& failure() const { return failure_; }
+
+    /// Starts Kestro; further variables are added to its environment. Returns the new process.
+    QProcess& startKestro(const QStringList& variables = {});
+
+    /// Starts any other program in the session, for as long as the session lives.
+    QProcess& start(const QString& program, const QStringList& arguments);
+
+    /// Ends the panel's processes as a crash would, without starting them again.
+    void killPanel();
+    void startPanel();
+
+    /// A connection of the test to the session bus.
+    QDBusConnection bus() const { return QDBusConnection(connectionName_); }
+
+    /// Calls and waits for the answer, which may be an error.
+    QDBusMessage call(const QString& service, const QString& path, const QString& interface, const QString& method,
+                      const QVariantList& arguments = {}) const;
+
+    /// The value of a property; invalid when it cannot be read.
+    QVariant property(const QString& service, const QString& path, const QString& interface,
+                      const QString& name) const;
+
+    /// What the screen shows now; also kept as `name`.png beside the test programs, to be looked at.
+    QImage screenshot(const QString& name) const;
+
+    /// A click of the mouse's button 1, 2 or 3.
+    void click(QPoint position, int button = 1) const;
+    void moveTo(QPoint position) const;
+
+    /// Presses and releases a key by its X name, such as "Escape" or "ctrl+w".
+    void key(const QString& name) const;
+
+    /// Frame of the first visible window whose title begins with `title` (a regular expression);
+    /// nothing while there is none.
+    std::optional<QRect> windowFrame(const QString& title) const;
+
+    /// Every file below the session's folder, as relative paths, sorted.
+    QStringList files() const;
+    QString path(const QString& relative) const { return folder_.filePath(relative); }
+
+    /// Runs a program in the session and returns what it printed; empty when it failed.
+    QByteArray output(const QString& program, const QStringList& arguments) const;
+
+    static constexpr QSize screenSize{1280, 800};
+
+private:
+    bool startDisplay();
+    bool startBus();
+    std::vector<qint64> processesOfSession() const;
+
+    QTemporaryDir folder_;
+    QProcessEnvironment environment_;
+    DesktopPanel panel_;
+    QString failure_;
+    QString connectionName_;
+    std::vector<std::unique_ptr<QProcess>> processes_;
+    QProcess* panelProcess_ = nullptr;
+};
+
+}  // namespace kestro

@@ -1,0 +1,219 @@
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QRegularExpression>
+
+#include "tests/desktop/desktop_session.h"
+#include "tests/desktop/status_item_client.h"
+
+namespace kestro {
+namespace {
+
+/// Percent of the memory in use as the kernel reports it now.
+double usedMemoryPercent() {
+    QFile file(QStringLiteral("/proc/meminfo"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return -1;
+    }
+    const QString text = QString::fromLatin1(file.readAll());
+    const auto kilobytes = [&](const char* key) {
+        const QRegularExpression line(QString::fromLatin1(key) + QStringLiteral(":\\s+(\\d+)"));
+        return line.match(text).captured(1).toDouble();
+    };
+    return 100 * (1 - kilobytes("MemAvailable") / kilobytes("MemTotal"));
+}
+
+/// The strip's window is named after its readout, here with the first figures.
+const QString stripTitle = QStringLiteral("Kestro · RAM [0-9]");
+
+/// The memory figure of a readout; nothing before the first sample.
+std::optional<int> memoryFigure(const QString& label) {
+    const auto match = QRegularExpression(QStringLiteral("RAM (\\d+)%")).match(label);
+    return match.hasMatch() ? std::optional(match.captured(1).toInt()) : std::nullopt;
+}
+
+/// True when the item's label shows the memory in use, within two points.
+bool showsMemory(const StatusItemClient& client, const QString& item) {
+    const auto figure = memoryFigure(client.label(item));
+    return figure && std::abs(*figure - usedMemoryPercent()) <= 2;
+}
+
+/// True when the item's icon has the bar of the memory at its left: pixels over most of its height, which no
+/// symbol has there.
+bool hasValuesInIcon(const StatusItemClient& client, const QString& item) {
+    const QImage icon = client.icon(item, 22);
+    if (icon.isNull()) {
+        return false;
+    }
+    int painted = 0;
+    for (int row = 0; row < icon.height(); ++row) {
+        painted += qAlpha(icon.pixel(2, row)) > 40 ? 1 : 0;
+    }
+    return painted >= 16;
+}
+
+/// Waits until the panel's right half looks another way than on `before`.
+bool panelChanged(const DesktopSession& session, const QImage& before, const QString& name) {
+    const QRect half(DesktopSession::screenSize.width() / 2, 0, DesktopSession::screenSize.width() / 2, 24);
+    return waitUntil([&] { return session.screenshot(name).copy(half) != before.copy(half); });
+}
+
+TEST(StatusBarOnMate, ShowsTheReadoutAsALabel) {
+    DesktopSession session(DesktopPanel::mate);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const StatusItemClient client(session);
+
+    session.startKestro();
+    const QString item = client.waitForItem();
+
+    ASSERT_FALSE(item.isEmpty());
+    EXPECT_TRUE(waitUntil([&] { return showsMemory(client, item); })) << client.label(item).toStdString();
+    EXPECT_FALSE(client.property(item, QStringLiteral("XAyatanaLabelGuide")).toString().isEmpty());
+    session.screenshot(QStringLiteral("mate-panel"));
+}
+
+TEST(StatusBarOnMate, SurvivesTheCrashAndRestartOfThePanel) {
+    DesktopSession session(DesktopPanel::mate);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const StatusItemClient client(session);
+    const QProcess& kestro = session.startKestro();
+    ASSERT_FALSE(client.waitForItem().isEmpty());
+    const qint64 before = kestro.processId();
+
+    session.killPanel();
+    ASSERT_TRUE(waitUntil([&] { return client.items().isEmpty(); }));
+    session.startPanel();
+    const QString item = client.waitForItem();
+
+    ASSERT_FALSE(item.isEmpty());
+    EXPECT_TRUE(waitUntil([&] { return showsMemory(client, item); }));
+    EXPECT_EQ(kestro.state(), QProcess::Running);
+    EXPECT_EQ(kestro.processId(), before);
+    session.screenshot(QStringLiteral("mate-panel-restarted"));
+}
+
+TEST(StatusBarOnMate, QuitsThroughItsMenuAndLeavesOnlyThePreferences) {
+    DesktopSession session(DesktopPanel::mate);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const StatusItemClient client(session);
+    ASSERT_TRUE(waitUntil([&] { return client.hasHost(); }));
+    const QStringList before = session.files();
+    const QProcess& kestro = session.startKestro();
+    const QString item = client.waitForItem();
+    ASSERT_FALSE(item.isEmpty());
+    const HostMenuEntry menu = client.menu(item);
+    const HostMenuEntry* quit = menu.find(QStringLiteral("Quit Kestro"));
+    ASSERT_NE(quit, nullptr);
+
+    client.choose(item, quit->id);
+
+    ASSERT_TRUE(waitUntil([&] { return kestro.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(kestro.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(kestro.exitCode(), 0);
+    QStringList left = session.files();
+    for (const QString& file : before) {
+        left.removeAll(file);
+    }
+    left.removeAll(QStringLiteral("config/kestro/preferences.json"));
+    EXPECT_TRUE(left.isEmpty()) << left.join(QStringLiteral(", ")).toStdString();
+}
+
+TEST(StatusBarOnMate, OpensItsMenuUnderARightClick) {
+    DesktopSession session(DesktopPanel::mate);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const StatusItemClient client(session);
+    session.startKestro();
+    const QString item = client.waitForItem();
+    ASSERT_TRUE(waitUntil([&] { return showsMemory(client, item); }));
+    const QPoint place(1060, 12);
+    const QImage before = session.screenshot(QStringLiteral("mate-panel-before-menu"));
+
+    session.click(place, 3);
+
+    // The panel draws the menu itself, below the item.
+    const QRect below(place.x() - 100, 40, 200, 100);
+    EXPECT_TRUE(waitUntil(
+        [&] { return session.screenshot(QStringLiteral("mate-panel-menu")).copy(below) != before.copy(below); }));
+}
+
+/// On panels without labels the values stand in the icon, and the panel shows them.
+void expectValuesInTheIcon(DesktopPanel panel, const QString& picture) {
+    DesktopSession session(panel);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const StatusItemClient client(session);
+    ASSERT_TRUE(waitUntil([&] { return client.hasHost(); }));
+    const QImage empty = session.screenshot(picture);
+
+    session.startKestro();
+    const QString item = client.waitForItem();
+
+    ASSERT_FALSE(item.isEmpty());
+    EXPECT_TRUE(waitUntil([&] { return showsMemory(client, item) && hasValuesInIcon(client, item); }));
+    EXPECT_TRUE(panelChanged(session, empty, picture));
+}
+
+TEST(StatusBarOnXfce, PaintsTheValuesIntoTheIcon) {
+    expectValuesInTheIcon(DesktopPanel::xfce, QStringLiteral("xfce4-panel"));
+}
+
+TEST(StatusBarOnLxqt, PaintsTheValuesIntoTheIcon) {
+    expectValuesInTheIcon(DesktopPanel::lxqt, QStringLiteral("lxqt-panel"));
+}
+
+TEST(StatusBarWithoutAPanel, ShowsTheStripAtTheTopRight) {
+    DesktopSession session;
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+
+    session.startKestro();
+
+    std::optional<QRect> strip;
+    ASSERT_TRUE(waitUntil([&] {
+        strip = session.windowFrame(stripTitle);
+        return strip && strip->width() > 100;
+    }));
+    EXPECT_EQ(strip->top(), 8);
+    EXPECT_EQ(strip->height(), 28);
+    EXPECT_EQ(strip->right() + 1, DesktopSession::screenSize.width() - 10);
+    session.screenshot(QStringLiteral("strip"));
+}
+
+TEST(StatusBarWithoutAPanel, QuitsThroughTheMenuOfTheStrip) {
+    DesktopSession session;
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const QProcess& kestro = session.startKestro();
+    std::optional<QRect> strip;
+    ASSERT_TRUE(waitUntil([&] {
+        strip = session.windowFrame(stripTitle);
+        return strip && strip->width() > 100;
+    }));
+    const QImage before = session.screenshot(QStringLiteral("strip"));
+
+    session.click(strip->center(), 3);
+    const QRect below(strip->center() + QPoint(0, 40), QSize(60, 60));
+    ASSERT_TRUE(waitUntil(
+        [&] { return session.screenshot(QStringLiteral("strip-menu")).copy(below) != before.copy(below); }));
+    // The last entry of the menu quits.
+    session.key(QStringLiteral("Up"));
+    session.key(QStringLiteral("Return"));
+
+    ASSERT_TRUE(waitUntil([&] { return kestro.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(kestro.exitCode(), 0);
+}
+
+TEST(StatusBarWithoutAPanel, MovesToThePanelThatStarts) {
+    DesktopSession session(DesktopPanel::mate);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const StatusItemClient client(session);
+    session.startKestro();
+    ASSERT_FALSE(client.waitForItem().isEmpty());
+    session.killPanel();
+    ASSERT_TRUE(waitUntil([&] { return session.windowFrame(stripTitle).has_value(); }));
+
+    session.startPanel();
+
+    EXPECT_FALSE(client.waitForItem().isEmpty());
+    EXPECT_TRUE(waitUntil([&] { return !session.windowFrame(stripTitle).has_value(); }));
+}
+
+}  // namespace
+}  // namespace kestro
