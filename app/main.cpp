@@ -1,3 +1,4 @@
+#include "app/accessibility_monitor.h"
 #include "app/app_delegate.h"
 #include "app/notification_names.h"
 #include "app/single_instance.h"
@@ -90,6 +91,7 @@ KestroServices sharedServices() {
 }
 
 int runFirstInstance(LinuxDesktop& desktop) {
+    const AccessibilityMonitor accessibility(desktop.sessionBus);
     DesktopStatusBar statusBar;
     AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(), statusBar, kestroSurfaces(),
                          [] { QCoreApplication::quit(); });

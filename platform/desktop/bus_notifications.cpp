@@ -72,7 +72,10 @@ NotificationUserInfo notificationUserInfo(const QDBusMessage& signal) {
     NotificationUserInfo userInfo;
     int entries = 0;
     argument.beginMap();
-    while (!argument.atEnd() && ++entries <= maximumEntries) {
+    while (!argument.atEnd()) {
+        if (++entries > maximumEntries) {
+            return {};
+        }
         QString key;
         QDBusVariant value;
         argument.beginMapEntry();
@@ -83,8 +86,7 @@ NotificationUserInfo notificationUserInfo(const QDBusMessage& signal) {
             userInfo.insert_or_assign(keyBytes.toStdString(), fromVariant(value.variant()));
         }
     }
-    argument.endMap();  // frees what beginMap made
-    return entries <= maximumEntries ? userInfo : NotificationUserInfo();
+    return userInfo;
 }
 
 BusNotifications::BusNotifications(const QDBusConnection& sessionBus) : bus_(sessionBus) {}

@@ -23,7 +23,8 @@ CoreSet readCoreList(const std::string& root, std::string_view path) {
 
 void sortUnique(CoreSet& cores) {
     std::ranges::sort(cores);
-    cores.erase(std::unique(cores.begin(), cores.end()), cores.end());
+    const auto surplus = std::ranges::unique(cores);
+    cores.erase(surplus.begin(), surplus.end());
 }
 
 CoreSet hybridEfficiencyCores(const std::string& root) {

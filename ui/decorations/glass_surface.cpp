@@ -130,10 +130,10 @@ void GlassSurface::paintEvent(QPaintEvent* event) {
     effect_.blendingMode =
         isComposited_ ? VisualEffectBlendingMode::behindWindow : VisualEffectBlendingMode::withinWindow;
     effect_.updateNSView(*glass_);
-    Backdrop wanted = wantedBackdrop();
+    const Backdrop wanted = wantedBackdrop();
     if (!rendered_ || !(*rendered_ == wanted)) {
         image_ = renderBackdrop(wanted);
-        rendered_ = std::make_unique<Backdrop>(std::move(wanted));
+        rendered_ = std::make_unique<Backdrop>(wanted);
         ++renderCount_;
     }
     QPainter painter(this);

@@ -25,7 +25,7 @@ constexpr double kGrid = 24;
 constexpr double kStroke = 2;
 constexpr double kBoldStroke = 2.5;
 constexpr double kHeaviestStroke = 3;
-constexpr qsizetype kCachedBytes = 512 * 1024;
+constexpr qsizetype kCachedBytes = 524'288;
 
 struct SymbolKey {
     QString name;
