@@ -11,7 +11,7 @@ fi
 
 home=$(mktemp -d)
 mkfifo "$home/display"
-Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3<>"$home/display" >/dev/null 2>&1 &
+Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp -noreset 3<>"$home/display" >/dev/null 2>&1 &
 server=$!
 trap 'kill $server 2>/dev/null || true; rm -rf "$home"' EXIT
 read -r number <"$home/display"

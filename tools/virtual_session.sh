@@ -21,7 +21,7 @@ trap stop EXIT
 trap 'exit 130' INT TERM
 
 mkfifo "$home/display"
-Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3<>"$home/display" >/dev/null 2>&1 &
+Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp -noreset 3<>"$home/display" >/dev/null 2>&1 &
 started=("$!")
 read -r number <"$home/display"
 export DISPLAY=":$number" HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_RUNTIME_DIR="$home/run"
@@ -40,7 +40,8 @@ started=("$program" "${started[@]}")
 # Without a panel Kestro shows a strip of its own, whose window carries the readout as its name.
 window=''
 for _ in $(seq 100); do
-    window=$(xwininfo -root -tree 2>/dev/null | awk '/"Kestro · / { print $1; exit }')
+    # awk reads to the end: a broken pipe would end this script.
+    window=$(xwininfo -root -tree 2>/dev/null | awk '/"Kestro: / && !found { found = $1 } END { print found }' || true)
     [ -n "$window" ] && break
     kill -0 "$program" 2>/dev/null || { wait "$program"; exit 1; }
     sleep 0.1
@@ -56,7 +57,7 @@ notify showSettings; picture settings
 echo "Kestro runs on the virtual display $DISPLAY; pictures are in $pictures. Stop with Ctrl+C."
 
 if [ -n "$window" ]; then
-    xprop -id "$window" -spy _NET_WM_NAME | sed -u 's/^_NET_WM_NAME[^=]*= "Kestro · //; s/"$//' &
+    xprop -id "$window" -spy _NET_WM_NAME | sed -u 's/^_NET_WM_NAME[^=]*= "Kestro: //; s/"$//' &
     started=("$!" "${started[@]}")
 fi
 wait "$program"

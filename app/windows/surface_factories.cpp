@@ -1,17 +1,18 @@
 #include "app/windows/surface_factories.h"
 
 #include "app/windows/summary_view.h"
+#include "ui/dashboard/dashboard_view.h"
+#include "ui/popover/menu_bar_popover_view.h"
 
 namespace kestro {
 
 SurfaceFactories kestroSurfaces() {
     return {
-        .popover = [](const KestroServices& services, const PopoverActions&,
-                      QWidget* parent) { return new SummaryView(services, QStringLiteral("KESTRO"), parent); },
-        .dashboard =
-            [](const KestroServices& services, const DashboardActions&, QWidget* parent) {
-                return new SummaryView(services, QStringLiteral("Kestro Studio Dashboard"), parent);
-            },
+        .popover = [](const KestroServices& services, const PopoverActions& actions, QWidget* parent) -> QWidget* {
+            return new MenuBarPopoverView(services, actions, parent);
+        },
+        .dashboard = [](const KestroServices& services, const DashboardActions& actions,
+                        QWidget* parent) -> QWidget* { return new DashboardView(services, actions, parent); },
         .settings =
             [](const KestroServices& services, const SettingsActions&, QWidget* parent) {
                 return new SummaryView(services, QStringLiteral("Kestro Preferences"), parent);

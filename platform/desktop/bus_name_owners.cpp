@@ -41,10 +41,11 @@ QString BusNameOwners::owner(const QString& name) const {
 }
 
 void BusNameOwners::poll() {
-    const auto answered = std::ranges::stable_partition(
-        questions_, [](const Question& question) { return !question.call.isFinished(); });
-    const std::vector<Question> taken(answered.begin(), answered.end());
-    questions_.erase(answered.begin(), answered.end());
+    const auto answered =
+        std::stable_partition(questions_.begin(), questions_.end(),
+                              [](const Question& question) { return !question.call.isFinished(); });
+    const std::vector<Question> taken(answered, questions_.end());
+    questions_.erase(answered, questions_.end());
     for (const auto& question : taken) {
         const QDBusPendingReply<QString> reply = question.call;
         if (!reply.isError()) {

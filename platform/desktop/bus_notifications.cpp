@@ -72,10 +72,7 @@ NotificationUserInfo notificationUserInfo(const QDBusMessage& signal) {
     NotificationUserInfo userInfo;
     int entries = 0;
     argument.beginMap();
-    while (!argument.atEnd()) {
-        if (++entries > maximumEntries) {
-            return {};
-        }
+    while (!argument.atEnd() && ++entries <= maximumEntries) {
         QString key;
         QDBusVariant value;
         argument.beginMapEntry();
@@ -86,7 +83,8 @@ NotificationUserInfo notificationUserInfo(const QDBusMessage& signal) {
             userInfo.insert_or_assign(keyBytes.toStdString(), fromVariant(value.variant()));
         }
     }
-    return userInfo;
+    argument.endMap();  // frees what beginMap made
+    return entries <= maximumEntries ? userInfo : NotificationUserInfo();
 }
 
 BusNotifications::BusNotifications(const QDBusConnection& sessionBus) : bus_(sessionBus) {}

@@ -15,7 +15,7 @@ using PreferenceJson = nlohmann::ordered_json;
 
 /// Bounds of everything that is read or written as preferences: bytes, levels of nesting, values. They are far
 /// above any real file and low enough that a hostile one costs neither time nor stack.
-inline constexpr std::size_t maximumPreferenceBytes = 1024 * 1024;
+inline constexpr std::size_t maximumPreferenceBytes = 1024UL * 1024;
 inline constexpr int maximumPreferenceDepth = 32;
 inline constexpr int maximumPreferenceElements = 10'000;
 

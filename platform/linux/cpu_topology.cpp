@@ -23,8 +23,7 @@ CoreSet readCoreList(const std::string& root, std::string_view path) {
 
 void sortUnique(CoreSet& cores) {
     std::ranges::sort(cores);
-    const auto surplus = std::ranges::unique(cores);
-    cores.erase(surplus.begin(), surplus.end());
+    cores.erase(std::unique(cores.begin(), cores.end()), cores.end());
 }
 
 CoreSet hybridEfficiencyCores(const std::string& root) {

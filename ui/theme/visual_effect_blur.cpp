@@ -6,15 +6,30 @@
 
 #include "ui/theme/kestro_theme.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace kestro {
 
 namespace {
 
 constexpr double kUnlitStrength = 0.5;
 
+// The brightest that an accent may shine in at full opacity: secondary text stays readable in the glow, with a
+// white wallpaper behind it.
+constexpr double kGlowLuminance = 0.2;
+
 QColor withOpacity(QColor color, double opacity) {
     color.setAlphaF(static_cast<float>(opacity));
     return color;
+}
+
+/// Relative luminance, 0..1.
+double luminance(const QColor& color) {
+    const auto linear = [](double channel) {
+        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
 double groundOpacity(VisualEffectMaterial material) {
@@ -50,9 +65,10 @@ void paintShade(QPainter& painter, const QRectF& rect, double strength) {
 void paintTint(QPainter& painter, const QRectF& rect, double strength) {
     constexpr double reach = 1.2;
     const QColor accent = KestroTheme::accentCool();
+    const double glowStrength = strength * std::min(1.0, kGlowLuminance / luminance(accent));
     QRadialGradient glow(QPointF(0, 0), 1);
-    glow.setColorAt(0, withOpacity(accent, 0.10 * strength));
-    glow.setColorAt(0.6, withOpacity(accent, 0.02 * strength));
+    glow.setColorAt(0, withOpacity(accent, 0.10 * glowStrength));
+    glow.setColorAt(0.6, withOpacity(accent, 0.02 * glowStrength));
     QBrush brush(glow);
     QTransform toRect = QTransform::fromTranslate(rect.left(), rect.top());
     toRect.scale(reach * rect.width(), reach * rect.height());

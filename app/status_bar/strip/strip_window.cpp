@@ -66,8 +66,8 @@ void StripWindow::arrange() {
 }
 
 void StripWindow::nameAfterItems() {
-    const QString readout = items_.empty() ? QString() : items_.front()->content().title.text.trimmed();
-    setWindowTitle(readout.isEmpty() ? QStringLiteral("Kestro") : QStringLiteral("Kestro · ") + readout);
+    const QString readout = items_.empty() ? QString() : items_.front()->content().toolTip;
+    setWindowTitle(readout.isEmpty() ? QStringLiteral("Kestro") : readout);
 }
 
 void StripWindow::showEvent(QShowEvent* event) {

@@ -85,11 +85,13 @@ TEST_F(StripStatusBarTest, ShowsItsItemsAtTheTopRightOfTheScreen) {
 TEST_F(StripStatusBarTest, IsNamedAfterTheReadoutOfTheFirstItem) {
     const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
     const auto extra = bar.createItem(QStringLiteral("kestro-cooling"), {});
+    auto content = titled(" RAM 42%");
+    content.toolTip = QStringLiteral("Kestro: RAM 42%");
 
-    item->setContent(titled(" RAM 42%"));
+    item->setContent(content);
     extra->setContent(titled(" 14m"));
 
-    EXPECT_EQ(strip()->windowTitle(), QStringLiteral("Kestro · RAM 42%"));
+    EXPECT_EQ(strip()->windowTitle(), QStringLiteral("Kestro: RAM 42%"));
 }
 
 TEST_F(StripStatusBarTest, GoesAwayWithItsLastItem) {

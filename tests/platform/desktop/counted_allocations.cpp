@@ -15,9 +15,14 @@ std::uint64_t allocationsOfThisThread() {
 
 }  // namespace kestro::testing_support
 
-void* operator new(std::size_t size) {
+// Both forms, so that a sanitizer's allocator never meets memory of the other kind.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++allocations;
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void* operator new(std::size_t size) {
+    if (void* memory = operator new(size, std::nothrow)) {
         return memory;
     }
     throw std::bad_alloc();

@@ -3,38 +3,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <new>
-
-namespace {
-thread_local std::size_t allocationCount = 0;
-
-void* allocate(std::size_t size) {
-    ++allocationCount;
-    if (void* const memory = std::malloc(size == 0 ? 1 : size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return allocate(size);
-}
-void* operator new[](std::size_t size) {
-    return allocate(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t /*size*/) noexcept {
-    std::free(memory);
-}
 
 namespace kestro::test {
 namespace {
@@ -44,10 +12,6 @@ std::filesystem::path inside(const std::string& root, std::string_view path) {
 }
 
 }  // namespace
-
-std::size_t heapAllocations() {
-    return allocationCount;
-}
 
 TemporaryTree::TemporaryTree() {
     std::string pattern = (std::filesystem::temp_directory_path() / "kestro-tree-XXXXXX").string();

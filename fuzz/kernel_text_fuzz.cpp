@@ -1,0 +1,91 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/cpu_topology.h"
+#include "platform/linux/interface_traffic.h"
+#include "platform/linux/machine_identity.h"
+#include "platform/linux/memory_pressure.h"
+#include "platform/linux/os_release.h"
+#include "platform/linux/power_supply.h"
+#include "platform/linux/proc_meminfo.h"
+#include "platform/linux/proc_stat.h"
+#include "platform/linux/proc_swaps.h"
+#include "platform/linux/sensor_names.h"
+#include "platform/linux/text_parsing.h"
+#include "platform/linux/thermal_zones.h"
+
+namespace kestro {
+namespace {
+
+void require(bool holds) {
+    if (!holds) {
+        std::abort();
+    }
+}
+
+void readProcessors(std::string_view text) {
+    std::vector<CoreTicks> cores;
+    parseProcStatCores(text, cores);
+    require(cores.size() <= coreLimit);
+    require(parseCoreList(text).size() <= coreLimit);
+    require(parseBootTime(text).value_or(1) > 0);
+    require(parseUptime(text).value_or(0) >= 0);
+}
+
+void readMemory(std::string_view text) {
+    const MemoryPools pools{parseZramPool(text).value_or(0), parseReclaimableArc(text).value_or(0)};
+    if (const auto info = parseMemoryInfo(text)) {
+        require(info->total > 0 && info->available <= info->total && info->swapFree <= info->swapTotal);
+        pressureLevel(*info);
+        // The wrapped sum of the three shares would be below the largest of them.
+        const auto statistics = virtualMemoryStatistics(*info, pools, 4096);
+        const auto used =
+            std::uint64_t{statistics.activeCount} + statistics.wireCount + statistics.compressorPageCount;
+        require(used <= info->total / 4096 + 1);
+    }
+    if (const auto stall = parsePressureStall(text)) {
+        require(pressureLevel(*stall) >= pressureNormal);
+    }
+    if (const auto usage = parseSwaps(text)) {
+        require(usage->used <= usage->total);
+    }
+}
+
+void readIdentity(std::string_view text) {
+    const auto brand = parseProcessorBrand(text);
+    require(!brand || isValidUtf8(*brand));
+    appleChipName(text);
+    isFirmwareFiller(text);
+    const auto release = parseOsRelease(text);
+    require(!release.name || displayText(*release.name) == release.name);
+    require(!isDieName(nameOutsideDie(text)));
+    const auto shown = displayText(text);
+    require(!shown || (isValidUtf8(*shown) && displayText(*shown) == shown));
+}
+
+void readDevices(std::string_view text) {
+    parseTripKind(text);
+    require(parseMillidegrees(text).value_or(0) <= 300'000);
+    std::vector<InterfaceTraffic> traffic;
+    parseInterfaceTraffic(text, traffic);
+    auto supply = parsePowerSupply(text);
+    supply.kind = PowerSupply::Kind::battery;
+    const auto description = describeBatteries({supply, supply});
+    const auto single = describeBatteries({supply});
+    require(description.has_value() == single.has_value());
+}
+
+}  // namespace
+}  // namespace kestro
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    kestro::readProcessors(text);
+    kestro::readMemory(text);
+    kestro::readIdentity(text);
+    kestro::readDevices(text);
+    return 0;
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QFile>
+#include <QImage>
+#include <QString>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace kestro {
+
+/// How far two pictures are apart to the eye. Both are reduced to a fifth first, so that neither the rastering
+/// of letters nor the rounding of a curve counts, but a part that moved, vanished or changed its colour does.
+struct PictureDifference {
+    double mean = 255;  ///< over all pixels and channels, 0..255
+    int most = 255;     ///< of any pixel's channel
+};
+
+inline QImage reducedPicture(const QImage& picture) {
+    constexpr int kReduction = 5;
+    return picture.convertToFormat(QImage::Format_ARGB32)
+        .scaled(picture.size() / kReduction, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+inline PictureDifference pictureDifference(const QImage& reduced, const QImage& expected) {
+    if (reduced.size() != expected.size()) {
+        return {};
+    }
+    const QImage reference = expected.convertToFormat(QImage::Format_ARGB32);
+    PictureDifference difference{0, 0};
+    for (int y = 0; y < reduced.height(); ++y) {
+        for (int x = 0; x < reduced.width(); ++x) {
+            const QRgb a = reduced.pixel(x, y);
+            const QRgb b = reference.pixel(x, y);
+            for (const int gap : {qRed(a) - qRed(b), qGreen(a) - qGreen(b), qBlue(a) - qBlue(b)}) {
+                difference.mean += std::abs(gap);
+                difference.most = std::max(difference.most, std::abs(gap));
+            }
+        }
+    }
+    difference.mean /= 3.0 * reduced.width() * reduced.height();
+    return difference;
+}
+
+/// Compares with the kept picture of that name. With KESTRO_KEEP_PICTURES set, keeps this one instead.
+inline void expectLikeKeptPicture(const QImage& picture, const QString& name) {
+    const QString path = QStringLiteral(KESTRO_SOURCE_DIR "/tests/ui/pictures/") + name + QStringLiteral(".png");
+    const QImage reduced = reducedPicture(picture);
+    if (qEnvironmentVariableIsSet("KESTRO_KEEP_PICTURES")) {
+        ASSERT_TRUE(reduced.save(path)) << path.toStdString();
+        return;
+    }
+    const QImage kept(path);
+    ASSERT_FALSE(kept.isNull()) << path.toStdString();
+    const PictureDifference difference = pictureDifference(reduced, kept);
+    EXPECT_LT(difference.mean, 0.8) << name.toStdString();
+    EXPECT_LT(difference.most, 24) << name.toStdString();
+}
+
+}  // namespace kestro

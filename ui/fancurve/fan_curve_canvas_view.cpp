@@ -1,0 +1,204 @@
+#include "ui/fancurve/fan_curve_canvas_view.h"
+
+#include "ui/controls/text_painter.h"
+#include "ui/symbols/symbol_painter.h"
+#include "ui/theme/hairline.h"
+#include "ui/widgets/whole_number.h"
+
+#include <fmt/format.h>
+
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kSymbol = 12;
+constexpr double kTargetGap = 6;
+constexpr double kCurveWidth = 2;
+constexpr double kMiterLimit = 10;
+constexpr double kAnchorDiameter = 9;
+constexpr double kPointStroke = 1.5;
+constexpr double kLiveDisc = 18;
+constexpr double kLiveDiameter = 8;
+constexpr double kLabelSize = 9;
+
+const TextStyle& gridStyle() {
+    static const TextStyle style{kLabelSize, 10, text_styles::w600, 0, KestroTheme::textTertiary};
+    return style;
+}
+
+const TextStyle& anchorStyle() {
+    static const TextStyle style{9.5, 12, text_styles::w600, 0, KestroTheme::textPrimary};
+    return style;
+}
+
+QPen curvePen(const QColor& color) {
+    QPen pen(color, kCurveWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    pen.setMiterLimit(kMiterLimit);
+    return pen;
+}
+
+QString degrees(double temperature) {
+    return wholeText(temperature) + QString::fromUtf8("°");
+}
+
+}  // namespace
+
+QString FanCurveReading::liveText() const {
+    // Nonsense from a sensor must not break the line.
+    const double shown = std::isfinite(currentTemp) ? currentTemp : 0;
+    return QString::fromStdString(fmt::format("Live: {:.1f}°C · {} RPM", shown, wholeNumber(currentRPM)));
+}
+
+QString FanCurveReading::targetText() const {
+    return QString::fromStdString(fmt::format("(Target: {} RPM)", wholeNumber(targetRPM)));
+}
+
+QString FanCurveReading::lowLabel() const {
+    return QStringLiteral("T_low (") + degrees(config.lowTemp) + QLatin1Char(')');
+}
+
+QString FanCurveReading::highLabel() const {
+    return QStringLiteral("T_max (") + degrees(config.highTemp) + QLatin1Char(')');
+}
+
+FanCurveCanvasView::FanCurveCanvasView(QWidget* parent) : View(parent) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void FanCurveCanvasView::setReading(const FanCurveReading& reading) {
+    if (reading != reading_) {
+        reading_ = reading;
+        update();
+    }
+}
+
+QSize FanCurveCanvasView::sizeHint() const {
+    return {400, kHeaderHeight + kCanvasHeight};
+}
+
+AccessibleInfo FanCurveCanvasView::accessibleInfo() const {
+    AccessibleInfo info = View::accessibleInfo();
+    info.role = QAccessible::Chart;
+    info.name = QStringLiteral("Response curve, ") + reading_.fanName;
+    info.description = reading_.liveText() + QLatin1Char(' ') + reading_.targetText() + QStringLiteral(", ") +
+                       reading_.lowLabel() + QStringLiteral(", ") + reading_.highLabel();
+    return info;
+}
+
+void FanCurveCanvasView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintHeader(painter);
+    painter.translate(0, kHeaderHeight);
+    const FanCurvePlot plot{QSizeF(width(), height() - kHeaderHeight), reading_.minDisplayTemp,
+                            reading_.maxDisplayTemp, reading_.maxDisplayRPM};
+    paintBands(painter, plot);
+    paintGrid(painter, plot);
+    paintCurve(painter, plot);
+    paintLivePoint(painter, plot);
+    paintAnchors(painter, plot);
+}
+
+void FanCurveCanvasView::paintHeader(QPainter& painter) const {
+    const TextStyle title{10, kHeaderHeight, text_styles::w700, 0.9, KestroTheme::textPrimary};
+    const TextStyle live{11, kHeaderHeight, text_styles::w600, 0, KestroTheme::textPrimary};
+    const TextStyle target{11, kHeaderHeight, text_styles::w500, 0, KestroTheme::textSecondary};
+    const QRectF line(0, 0, width(), kHeaderHeight);
+    SymbolPainter::paint(painter, QStringLiteral("waveform.path.ecg"),
+                         QRectF(0, (kHeaderHeight - kSymbol) / 2, kSymbol, kSymbol), reading_.accentColor.color());
+    drawText(painter, line.adjusted(kSymbol, 0, 0, 0), QStringLiteral(" RESPONSE SPLINE"), title);
+    const double targetWidth = std::ceil(textWidth(reading_.targetText(), target));
+    drawText(painter, line, reading_.targetText(), target, Qt::AlignRight, TextFit::value);
+    drawText(painter, line.adjusted(0, 0, -targetWidth - kTargetGap, 0), reading_.liveText(), live, Qt::AlignRight,
+             TextFit::value);
+}
+
+void FanCurveCanvasView::paintBands(QPainter& painter, const FanCurvePlot& plot) const {
+    const QRectF area = plot.area();
+    painter.fillRect(plot.quietBand() & area, Ink(KestroTheme::accentNominal).faded(0.04).color());
+    painter.fillRect(plot.loudBand() & area, Ink(KestroTheme::accentCritical).faded(0.03).color());
+}
+
+void FanCurveCanvasView::paintGrid(QPainter& painter, const FanCurvePlot& plot) const {
+    constexpr double labelGap = 8;
+    constexpr double labelLift = 5;
+    constexpr double degreeLeft = 10;
+    constexpr double degreeDrop = 5;
+    const QRectF area = plot.area();
+    const double width = hairlineWidth(deviceScale(painter));
+    QPen pen(KestroTheme::hairline(), width);
+    pen.setDashPattern({2 / width, 3 / width});
+    pen.setCapStyle(Qt::FlatCap);
+    for (const double rpm : plot.rpmGrid()) {
+        const double y = plot.y(rpm);
+        painter.setPen(pen);
+        painter.drawLine(QLineF(area.left(), y, area.right(), y));
+        const QRectF label(0, y - labelLift, area.left() - labelGap, gridStyle().lineHeight);
+        drawText(painter, label, rpmGridLabel(rpm), gridStyle(), Qt::AlignRight);
+    }
+    for (const double temperature : plot.temperatureGrid()) {
+        const double x = plot.x(temperature);
+        painter.setPen(pen);
+        painter.drawLine(QLineF(x, area.top(), x, area.bottom()));
+        const QRectF label(x - degreeLeft, area.bottom() + degreeDrop, 2 * degreeLeft, gridStyle().lineHeight);
+        drawText(painter, label, degrees(temperature), gridStyle());
+    }
+}
+
+void FanCurveCanvasView::paintCurve(QPainter& painter, const FanCurvePlot& plot) const {
+    const QRectF area = plot.area();
+    QPainterPath line;
+    const std::vector<QPointF> points = plot.curve(reading_.config);
+    line.moveTo(plot.clamped(points.front()));
+    for (const QPointF& point : points) {
+        line.lineTo(plot.clamped(point));
+    }
+    QPainterPath below = line;
+    below.lineTo(area.bottomRight());
+    below.lineTo(area.bottomLeft());
+    below.closeSubpath();
+    QLinearGradient fill(area.topLeft(), area.bottomLeft());
+    fill.setColorAt(0, reading_.accentColor.faded(0.14).color());
+    fill.setColorAt(1, reading_.accentColor.faded(0.01).color());
+    painter.fillPath(below, fill);
+    painter.strokePath(line, curvePen(reading_.accentColor.color()));
+}
+
+void FanCurveCanvasView::paintAnchors(QPainter& painter, const FanCurvePlot& plot) const {
+    const auto paintAnchor = [&](double temperature, const QString& label, double left, double above) {
+        const double rpm = reading_.config.evaluateRPM(temperature);
+        const QPointF anchor = plot.clamped(plot.point(temperature, rpm));
+        painter.setPen(QPen(Qt::white, kPointStroke));
+        painter.setBrush(KestroTheme::ground());
+        painter.drawEllipse(anchor, kAnchorDiameter / 2, kAnchorDiameter / 2);
+        const QSizeF text(std::ceil(textWidth(label, anchorStyle())), anchorStyle().lineHeight);
+        const AnchorLabel place = anchorLabel(plot.area(), anchor, text, left, above);
+        drawText(painter, place.area, label, anchorStyle(), place.alignment);
+    };
+    paintAnchor(reading_.config.lowTemp, reading_.lowLabel(), 8, 8);
+    paintAnchor(reading_.config.highTemp, reading_.highLabel(), 9, 5);
+}
+
+void FanCurveCanvasView::paintLivePoint(QPainter& painter, const FanCurvePlot& plot) const {
+    constexpr double hairWidth = 0.75;
+    const QRectF area = plot.area();
+    const QPointF live = plot.clamped(plot.point(reading_.currentTemp, reading_.currentRPM));
+    const Ink ink = KestroTheme::accentNominal;
+    painter.setPen(QPen(ink.faded(0.35).color(), hairWidth));
+    painter.drawLine(QLineF(live.x(), area.top(), live.x(), area.bottom()));
+    painter.drawLine(QLineF(area.left(), live.y(), live.x(), live.y()));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink.faded(0.25).color());
+    painter.drawEllipse(live, kLiveDisc / 2, kLiveDisc / 2);
+    painter.setPen(QPen(Qt::white, kPointStroke));
+    painter.setBrush(ink.color());
+    painter.drawEllipse(live, kLiveDiameter / 2, kLiveDiameter / 2);
+}
+
+}  // namespace kestro

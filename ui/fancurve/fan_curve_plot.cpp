@@ -1,0 +1,121 @@
+#include "ui/fancurve/fan_curve_plot.h"
+
+#include "ui/widgets/whole_number.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kPadLeft = 45;
+constexpr double kPadTop = 16;
+constexpr double kPadRight = 20;
+constexpr double kPadBottom = 24;
+constexpr int kCurveSegments = 60;
+constexpr double kQuietRPM = 2500;
+constexpr double kLoudRPM = 3000;
+
+/// Faster than any fan turns; keeps the number of grid lines small for whatever was stored.
+constexpr double kHighestAxis = 100'000;
+
+double share(double value, double start, double end) {
+    return end > start ? (value - start) / (end - start) : 0;
+}
+
+}  // namespace
+
+QRectF FanCurvePlot::area() const {
+    return {kPadLeft, kPadTop, std::max(0.0, size.width() - kPadLeft - kPadRight),
+            std::max(0.0, size.height() - kPadTop - kPadBottom)};
+}
+
+double FanCurvePlot::x(double temperature) const {
+    return kPadLeft + area().width() * share(temperature, minDisplayTemp, maxDisplayTemp);
+}
+
+double FanCurvePlot::y(double rpm) const {
+    return kPadTop + area().height() * (1 - share(rpm, 0, maxDisplayRPM));
+}
+
+QPointF FanCurvePlot::clamped(const QPointF& point) const {
+    const QRectF plot = area();
+    // In this order what is not a number goes to the start of its axis.
+    const auto kept = [](double value, double low, double high, double start) {
+        return value >= low && value <= high ? value : value < low ? low : value > high ? high : start;
+    };
+    return {kept(point.x(), plot.left(), plot.right(), plot.left()),
+            kept(point.y(), plot.top(), plot.bottom(), plot.bottom())};
+}
+
+std::vector<QPointF> FanCurvePlot::curve(const FanCurveConfig& config) const {
+    std::vector<QPointF> points;
+    points.reserve(kCurveSegments + 1);
+    for (int i = 0; i <= kCurveSegments; ++i) {
+        const double temperature = minDisplayTemp + (maxDisplayTemp - minDisplayTemp) * i / kCurveSegments;
+        points.push_back(point(temperature, config.evaluateRPM(temperature)));
+    }
+    return points;
+}
+
+QRectF FanCurvePlot::quietBand() const {
+    const QRectF plot = area();
+    const double height = plot.height() * share(kQuietRPM, 0, maxDisplayRPM);
+    return {plot.left(), plot.bottom() - height, plot.width(), height};
+}
+
+QRectF FanCurvePlot::loudBand() const {
+    const QRectF plot = area();
+    return {plot.left(), plot.top(), plot.width(), plot.height() * share(kLoudRPM, 0, maxDisplayRPM)};
+}
+
+std::vector<double> FanCurvePlot::temperatureGrid() const {
+    constexpr double step = 10;
+    std::vector<double> grid;
+    for (double value = (std::floor(minDisplayTemp / step) + 1) * step; value < maxDisplayTemp; value += step) {
+        grid.push_back(value);
+    }
+    return grid;
+}
+
+std::vector<double> FanCurvePlot::rpmGrid() const {
+    constexpr double lowAxis = 4000;
+    constexpr double middleAxis = 12000;
+    const double step = maxDisplayRPM <= lowAxis ? 1000 : maxDisplayRPM <= middleAxis ? 2000 : 5000;
+    std::vector<double> grid{0};
+    if (maxDisplayRPM <= lowAxis) {
+        grid.push_back(500);
+    }
+    for (double value = step; value <= maxDisplayRPM; value += step) {
+        grid.push_back(value);
+    }
+    return grid;
+}
+
+double maxDisplayRPM(double fanMaximumRPM) {
+    constexpr double fine = 1000;
+    constexpr double coarse = 2000;
+    constexpr double coarseFrom = 4000;
+    if (!(fanMaximumRPM > fine)) {
+        return fine;
+    }
+    const double step = fanMaximumRPM < coarseFrom ? fine : coarse;
+    return std::min(kHighestAxis, std::ceil(fanMaximumRPM / step) * step);
+}
+
+QString rpmGridLabel(double rpm) {
+    constexpr double thousand = 1000;
+    return rpm >= thousand ? wholeText(rpm / thousand) + QLatin1Char('k') : wholeText(rpm);
+}
+
+AnchorLabel anchorLabel(const QRectF& plot, const QPointF& anchor, const QSizeF& text, double left, double above) {
+    const double top = anchor.y() - above - text.height() / 2;
+    const double leftEdge = anchor.x() - left - text.width();
+    if (leftEdge >= plot.left()) {
+        return {{QPointF(leftEdge, top), text}, Qt::AlignRight};
+    }
+    return {{QPointF(anchor.x() + left, top), text}, Qt::AlignLeft};
+}
+
+}  // namespace kestro

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "core/cooling/fan_curve.h"
+
+#include <QPointF>
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+
+#include <vector>
+
+namespace kestro {
+
+/// The chart of a fan curve as pure geometry: what lies where on a canvas of a given size. Lengths in points,
+/// y downward, temperatures in degrees Celsius, speeds in revolutions per minute from 0 at the bottom.
+struct FanCurvePlot {
+    QSizeF size;
+    double minDisplayTemp = 30;
+    double maxDisplayTemp = 100;
+    double maxDisplayRPM = 8000;
+
+    /// What the axes enclose.
+    QRectF area() const;
+
+    /// The position of a temperature or speed, beyond the plot for a value beyond the axes. An axis without
+    /// room puts everything at its start.
+    double x(double temperature) const;
+    double y(double rpm) const;
+    QPointF point(double temperature, double rpm) const { return {x(temperature), y(rpm)}; }
+
+    /// The nearest point of the plot.
+    QPointF clamped(const QPointF& point) const;
+
+    /// The curve as 61 points at equal distances from the left end to the right.
+    std::vector<QPointF> curve(const FanCurveConfig& config) const;
+
+    /// The quiet zone on the bottom of the plot, 2500 RPM high, and the loud one under its top, 3000 RPM
+    /// high. Either may be taller than the plot, to which they are clipped when painted.
+    QRectF quietBand() const;
+    QRectF loudBand() const;
+
+    std::vector<double> temperatureGrid() const;
+    std::vector<double> rpmGrid() const;
+};
+
+/// The top of the vertical axis for a fan: its maximum rounded up to 1000, above 4000 to 2000.
+double maxDisplayRPM(double fanMaximumRPM);
+
+/// "3k" from 1000 on, else the whole number.
+QString rpmGridLabel(double rpm);
+
+/// The position of a label beside its anchor: at the left, or at the right where it would leave the plot.
+struct AnchorLabel {
+    QRectF area;
+    Qt::Alignment alignment;
+};
+
+/// A label of `text` points in size, `left` beside and `above` over the anchor.
+AnchorLabel anchorLabel(const QRectF& plot, const QPointF& anchor, const QSizeF& text, double left, double above);
+
+}  // namespace kestro
