@@ -1,0 +1,154 @@
+#include "ui/settings/cooling_tab.h"
+
+#include "core/cooling/fan_control_manager.h"
+#include "core/engine/telemetry_engine.h"
+#include "ui/controls/composition.h"
+#include "ui/controls/exclusive_group.h"
+#include "ui/settings/fan_curve_studio.h"
+#include "ui/settings/settings_parts.h"
+#include "ui/theme/hairline.h"
+#include "ui/widgets/whole_number.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace kestro {
+
+namespace {
+
+constexpr int kFanRowHeight = 30;
+
+/// A row with a hairline along its top.
+class RuledRow : public QWidget {
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        paintHairline(painter, 0, width(), 0);
+    }
+};
+
+}  // namespace
+
+CoolingTab::CoolingTab(const KestroServices& services) : SettingsPane(services) {
+    add(hardwareCard());
+    add(settings_parts::group("PERFORMANCE MODE", column(Spacing(10), profileButtons(), profileNote()).release()));
+    add(new FanCurveStudio(services));
+}
+
+QWidget* CoolingTab::hardwareCard() {
+    const TextStyle title{12, 17, text_styles::w700, 0.9, KestroTheme::textPrimary};
+    fanList_ = column().release();
+    QWidget* content =
+        column(Insets{12, 10, 12, 0}, text(QString()).style(title).into(hardware_),
+               text(QString()).style(text_styles::settingDescription).into(hardwareLine_), space(9), fanList_)
+            .release();
+    const FanControlManager& manager = services().fanManager;
+    follow([this] { showHardware(); }, manager.fanCount);
+    follow([this] { showFans(); }, services().engine.fans, manager.currentFans);
+    return new Card(content, nullptr);
+}
+
+CoolingTab::FanRow CoolingTab::fanRow() const {
+    constexpr int nameWidth = 72;
+    TextStyle name = text_styles::settingTitle;
+    name.size = 11.5;
+    name.ink = KestroTheme::textSecondary;
+    TextStyle speed = text_styles::settingTitle;
+    speed.weight = text_styles::w600;
+    TextStyle limit = name;
+    limit.size = 11;
+    FanRow fan;
+    fan.widget = new RuledRow;
+    fan.widget->setFixedHeight(kFanRowHeight);
+    auto* layout = new QHBoxLayout(fan.widget);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(row(Spacing(12), symbol("fanblades.fill", 12, KestroTheme::accentCool),
+                          text(QString()).style(name).width(nameWidth).into(fan.name), space(10),
+                          text(QString()).style(speed).into(fan.speed), spacer(),
+                          text(QString()).style(limit).into(fan.limit))
+                          .release());
+    return fan;
+}
+
+void CoolingTab::showHardware() {
+    const auto count = static_cast<std::size_t>(std::max<std::int64_t>(0, services().fanManager.fanCount.get()));
+    hardware_->setText(count == 0 ? QStringLiteral("PASSIVE ACOUSTIC ARCHITECTURE")
+                                  : QStringLiteral("%1 ACTIVE SILICON TURBINES").arg(count));
+    hardwareLine_->setText(count == 0
+                               ? QString::fromUtf8("Fanless MacBook Air Design · 0.0 dB Acoustic Floor")
+                               : QStringLiteral("Independent AppleSMC tachometers with dynamic PWM curves"));
+    while (fanRows_.size() > count) {
+        delete fanRows_.back().widget;
+        fanRows_.pop_back();
+    }
+    while (fanRows_.size() < count) {
+        fanRows_.push_back(fanRow());
+        fanList_->layout()->addWidget(fanRows_.back().widget);
+    }
+    showFans();
+}
+
+void CoolingTab::showFans() {
+    const auto& fans = liveFans(services());
+    for (std::size_t i = 0; i < std::min(fanRows_.size(), fans.size()); ++i) {
+        fanRows_[i].name->setText(QString::fromStdString(fans[i].name));
+        fanRows_[i].speed->setText(wholeText(fans[i].currentRPM) + QStringLiteral(" RPM"));
+        fanRows_[i].limit->setText(QStringLiteral("Safe: ") + wholeText(fans[i].maxRPM));
+    }
+}
+
+QWidget* CoolingTab::profileButtons() {
+    FanControlManager& manager = services().fanManager;
+    QWidget* widget = row(Spacing(8)).release();
+    auto* layout = static_cast<QHBoxLayout*>(widget->layout());
+    std::vector<Button*> buttons;
+    for (const FanProfile profile : allCases<FanProfile>()) {
+        auto* option = new Button(ButtonKind::choice);
+        option->setHeight(34);
+        option->setSymbol(Words(iconName(profile)), 12);
+        option->setText(Words(rawValue(profile)));
+        option->setHelp(Words(description(profile)));
+        option->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        option->onClick([&manager, profile] { manager.setProfile(profile); });
+        layout->addWidget(option, 1);
+        buttons.push_back(option);
+    }
+    auto* options = new ExclusiveGroup({buttons.begin(), buttons.end()}, widget);
+    follow(
+        [buttons, options, &manager] {
+            const auto current = static_cast<std::size_t>(manager.currentProfile.get());
+            for (std::size_t i = 0; i < buttons.size(); ++i) {
+                buttons[i]->setOn(i == current);
+            }
+            options->setChosen(static_cast<int>(current));
+        },
+        manager.currentProfile);
+    return widget;
+}
+
+QWidget* CoolingTab::profileNote() {
+    FanControlManager& manager = services().fanManager;
+    TextLabel* note = nullptr;
+    TextStyle style = text_styles::settingDescription;
+    style.size = 11;
+    auto* engage = new Button(ButtonKind::regular);
+    engage->setText(QStringLiteral("Engage Custom Curves"));
+    engage->onClick([&manager] { manager.setProfile(FanProfile::custom); });
+    QWidget* content = row(Insets{12, 0, 6, 0}, Spacing(10), symbol("info.circle", 12, KestroTheme::accentCool),
+                           text(QString()).style(style).into(note), spacer(), engage)
+                           .release();
+    content->setFixedHeight(38);
+    auto* card = new Card(content, this);  // a widget without a parent would show as a window
+    follow(
+        [card, note, &manager] {
+            const FanProfile profile = manager.currentProfile.get();
+            note->setText(QStringLiteral("Active Profile: ") + QString(Words(rawValue(profile))) +
+                          QStringLiteral(". Modifying curves below engages Custom Curves mode."));
+            card->setHidden(profile == FanProfile::custom);
+        },
+        manager.currentProfile);
+    return card;
+}
+
+}  // namespace kestro

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "ui/settings/settings_pane.h"
+
+#include <vector>
+
+namespace kestro {
+
+class TextLabel;
+
+/// The fans, the choice of cooling, and the studio that edits the fan curves.
+class CoolingTab : public SettingsPane {
+    Q_OBJECT
+
+public:
+    explicit CoolingTab(const KestroServices& services);
+
+private:
+    struct FanRow {
+        QWidget* widget = nullptr;
+        TextLabel* name = nullptr;
+        TextLabel* speed = nullptr;
+        TextLabel* limit = nullptr;
+    };
+
+    QWidget* hardwareCard();
+    FanRow fanRow() const;
+    void showHardware();
+    void showFans();
+    QWidget* profileButtons();
+    QWidget* profileNote();
+
+    TextLabel* hardware_ = nullptr;
+    TextLabel* hardwareLine_ = nullptr;
+    QWidget* fanList_ = nullptr;
+    std::vector<FanRow> fanRows_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,85 @@
+#include "ui/settings/dashboard_tab.h"
+
+#include "core/engine/telemetry_engine.h"
+#include "ui/settings/settings_parts.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kSymbol = 15;
+constexpr int kLabelWidth = 170;
+constexpr int kChoiceHeight = 28;
+constexpr int kChoiceRowHeight = 46;
+constexpr std::array<std::int64_t, 4> kProcessCounts{5, 6, 8, 10};
+
+}  // namespace
+
+DashboardTab::DashboardTab(const KestroServices& services) : SettingsPane(services) {
+    add(settings_parts::group("COLUMN VISIBILITY", columnsCard()));
+    add(settings_parts::group("LIVE ACTIVITY TELEMETRY", activityCard()));
+    SettingRow* pinned = switchRow("Float Dashboard On Top (Pinned)", 40, services.settings.isPinned);
+    pinned->setSymbol(QStringLiteral("pin.fill"), kSymbol);
+    add(settings_parts::group("WINDOW BEHAVIOR", new settings_parts::RowCard({pinned})));
+}
+
+QWidget* DashboardTab::columnsCard() {
+    constexpr int rowHeight = 38;
+    UserSettings& settings = services().settings;
+    struct Column {
+        const char* title;
+        const char* symbol;
+        Setting<bool>& setting;
+    };
+    const std::array columns{
+        Column{"Compute & Silicon Core Topology", "cpu", settings.showCompute},
+        Column{"Cooling & Thermal Architecture", "fanblades", settings.showCooling},
+        Column{"Unified Memory & APFS Storage", "memorychip", settings.showMemory},
+        Column{"Network Bandwidth & Power Delivery", "arrow.up.arrow.down", settings.showNetwork},
+        Column{"Live Activity & Top Consumers Space", "waveform.path.ecg", settings.showTopProcesses},
+    };
+    std::vector<QWidget*> rows;
+    for (const Column& column : columns) {
+        SettingRow* row = switchRow(column.title, rowHeight, column.setting);
+        row->setSymbol(Words(column.symbol), kSymbol);
+        rows.push_back(row);
+    }
+    return new settings_parts::RowCard(rows);
+}
+
+QWidget* DashboardTab::activityCard() {
+    UserSettings& settings = services().settings;
+    const auto row = [](const char* label, QWidget* control) {
+        return settings_parts::labelledRow(label, kLabelWidth, control, kChoiceRowHeight);
+    };
+    return new settings_parts::RowCard({
+        row("Default Metric:", choice("Default Metric:", kChoiceHeight, settings.processSortMetric,
+                                      [this] { services().engine.refreshProcesses(); })),
+        row("Processes Displayed:", processCountChoice()),
+        row("Temperature Units:", choice("Temperature Units:", kChoiceHeight, settings.temperatureUnit)),
+    });
+}
+
+SegmentedChoice* DashboardTab::processCountChoice() {
+    Setting<std::int64_t>& limit = services().settings.processCountLimit;
+    std::vector<Segment> segments;
+    for (const std::int64_t count : kProcessCounts) {
+        segments.push_back({QStringLiteral("Top %1").arg(count), QString()});
+    }
+    auto* control = new SegmentedChoice(std::move(segments), kChoiceHeight);
+    control->setAccessibleName(QStringLiteral("Processes Displayed:"));
+    control->onChosen([&limit](int index) { limit.set(kProcessCounts[static_cast<std::size_t>(index)]); });
+    follow(
+        [control, &limit] {
+            const auto found = std::ranges::find(kProcessCounts, limit.get());
+            control->setChosen(found == kProcessCounts.end() ? -1
+                                                             : static_cast<int>(found - kProcessCounts.begin()));
+        },
+        limit);
+    return control;
+}
+
+}  // namespace kestro

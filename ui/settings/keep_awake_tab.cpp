@@ -1,0 +1,173 @@
+#include "ui/settings/keep_awake_tab.h"
+
+#include "core/power/keep_awake_manager.h"
+#include "ui/controls/composition.h"
+#include "ui/controls/exclusive_group.h"
+#include "ui/controls/surface_paint.h"
+#include "ui/settings/settings_parts.h"
+#include "ui/symbols/symbol_painter.h"
+#include "ui/theme/hairline.h"
+#include "ui/widgets/whole_number.h"
+
+#include <QPainter>
+
+#include <array>
+
+namespace kestro {
+
+namespace {
+
+constexpr SliderRange kCutoffRange{5, 50, 5};
+constexpr int kCutoffLabelWidth = 110;
+
+/// The cup in its circle, lit while something is kept awake.
+class CupDisc : public View {
+public:
+    static constexpr int kDiameter = 42;
+    static constexpr double kSymbol = 20;
+
+    explicit CupDisc(const KeepAwakeManager& manager) : manager_(manager) { setFixedSize(kDiameter, kDiameter); }
+
+    AccessibleInfo accessibleInfo() const override {
+        AccessibleInfo info;
+        info.isDecoration = true;
+        return info;
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const Ink ink = manager_.isActive.get() ? KestroTheme::accentWarning : KestroTheme::textSecondary;
+        const QRectF disc = rect();
+        const double radius = disc.width() / 2;
+        paintRounded(painter, disc, radius, ink.faded(0.15).color());
+        kestroHairlineBorder(painter, disc, radius, ink.faded(0.35).color());
+        const double inset = (kDiameter - kSymbol) / 2;
+        SymbolPainter::paint(painter, QStringLiteral("cup.and.saucer.fill"),
+                             disc.adjusted(inset, inset, -inset, -inset), ink.color());
+    }
+
+private:
+    const KeepAwakeManager& manager_;
+};
+
+struct Scope {
+    KeepAwakeTarget target;
+    const char* description;
+};
+
+constexpr std::array kScopes{
+    Scope{
+        KeepAwakeTarget::systemOnly,
+        "Allows screen to turn off normally while preserving background renders, network transfers, and compute"},
+    Scope{KeepAwakeTarget::displayAndSystem, "Prevents both display dimming/sleep and core system hibernation"},
+};
+
+}  // namespace
+
+KeepAwakeTab::KeepAwakeTab(const KestroServices& services) : SettingsPane(services) {
+    add(statusCard());
+    add(settings_parts::group("SLEEP PREVENTION SCOPE", scopeCard()));
+    add(settings_parts::group("DEFAULT SESSION DURATION",
+                              choice("Default Session Duration", 34, services.settings.defaultKeepAwakeDuration)));
+    add(settings_parts::group("BATTERY AUTO-PROTECTION", batteryCard()));
+}
+
+QWidget* KeepAwakeTab::statusCard() {
+    constexpr int height = 76;
+    constexpr int padding = 16;
+    const TextStyle heading{12, 17, text_styles::w700, 0.9, KestroTheme::textPrimary};
+    const KeepAwakeManager& manager = services().keepAwake;
+    cup_ = new CupDisc(manager);
+    button_ = new Button(ButtonKind::regular);
+    button_->setHeight(30);
+    button_->setFixedWidth(124);
+    button_->onClick([this] {
+        if (services().keepAwake.isActive.get()) {
+            services().keepAwake.deactivate();
+        } else {
+            services().keepAwake.activate(services().settings.defaultKeepAwakeDuration.get());
+        }
+    });
+    QWidget* content =
+        row(Insets{padding, 0, padding, 0}, cup_, space(14),
+            column(text(QString()).style(heading).into(heading_),
+                   row(Spacing(10), text(QString()).style(text_styles::settingTitle).into(line_),
+                       text(QString()).style(text_styles::settingTitle).secondary().into(scope_), spacer())),
+            spacer(), button_)
+            .release();
+    content->setFixedHeight(height);
+    follow([this] { showStatus(); }, manager.isActive, manager.remainingSeconds, manager.targetMode);
+    return new Card(content, nullptr);
+}
+
+void KeepAwakeTab::showStatus() {
+    const KeepAwakeManager& manager = services().keepAwake;
+    const bool isActive = manager.isActive.get();
+    heading_->setText(isActive ? QStringLiteral("KEEP-AWAKE ACTIVE") : QStringLiteral("KEEP-AWAKE INACTIVE"));
+    heading_->setInk(isActive ? KestroTheme::accentWarning : KestroTheme::textPrimary);
+    line_->setText(isActive
+                       ? QStringLiteral("Remaining: ") + QString::fromStdString(manager.formattedRemainingTime())
+                       : QStringLiteral("Sleep timer follows macOS Energy Saver preferences"));
+    line_->setInk(isActive ? KestroTheme::textPrimary : KestroTheme::textSecondary);
+    scope_->setText(isActive ? QString(Words(rawValue(manager.targetMode.get()))) : QString());
+    button_->setText(isActive ? QStringLiteral("Deactivate") : QStringLiteral("Activate Now"));
+    button_->setKind(isActive ? ButtonKind::regular : ButtonKind::prominent);
+    cup_->update();
+}
+
+QWidget* KeepAwakeTab::scopeCard() {
+    constexpr int rowHeight = 52;
+    std::vector<QWidget*> widgets;
+    std::vector<Control*> controls;
+    std::vector<SettingRow*> rows;
+    for (const Scope& scope : kScopes) {
+        auto* option = new SettingRow(RowMark::radio, Words(rawValue(scope.target)), rowHeight);
+        option->setDescription(Words(scope.description));
+        option->onToggled([this, target = scope.target](bool) { services().keepAwake.setTargetMode(target); });
+        widgets.push_back(option);
+        controls.push_back(option);
+        rows.push_back(option);
+    }
+    auto* card = new settings_parts::RowCard(widgets);
+    auto* options = new ExclusiveGroup(controls, card);
+    const auto& target = services().keepAwake.targetMode;
+    follow(
+        [rows, options, &target] {
+            for (std::size_t i = 0; i < kScopes.size(); ++i) {
+                const bool isChosen = kScopes[i].target == target.get();
+                rows[i]->setOn(isChosen);
+                if (isChosen) {
+                    options->setChosen(static_cast<int>(i));
+                }
+            }
+        },
+        target);
+    return card;
+}
+
+QWidget* KeepAwakeTab::batteryCard() {
+    SettingRow* protection = switchRow("Deactivate When Battery Falls Below Threshold", 48,
+                                       services().settings.keepAwakeAutoDisableOnBattery);
+    protection->setDescription(QStringLiteral("Prevents unintended battery drain when MacBook is unplugged"));
+    Setting<double>& threshold = services().settings.keepAwakeBatteryThreshold;
+    const auto percent = [](double value) { return wholeText(value) + QLatin1Char('%'); };
+    auto* slider = new Slider(kCutoffRange);
+    slider->setAccessibleName(QStringLiteral("Cutoff Level:"));
+    slider->setValueText(percent);
+    slider->onChanged([&threshold](double value) { threshold.set(value); });
+    TextLabel* value = settings_parts::sliderValue();
+    value->setFixedWidth(58);
+    QWidget* cutoff =
+        settings_parts::labelledRow("Cutoff Level:", kCutoffLabelWidth, row(slider, value).release(), 44);
+    follow(
+        [slider, value, percent, &threshold] {
+            slider->setValue(threshold.get());
+            value->setText(percent(threshold.get()));
+        },
+        threshold);
+    return new settings_parts::RowCard({protection, cutoff});
+}
+
+}  // namespace kestro

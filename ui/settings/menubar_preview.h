@@ -1,0 +1,37 @@
+#pragma once
+
+#include "core/readout/menubar_readout.h"
+#include "ui/controls/view.h"
+#include "ui/kestro_services.h"
+
+namespace kestro {
+
+/// A piece of the status bar with the readout as it looks now, composed as the status item does it, and with
+/// the extras that are shown, at their places left of it.
+class MenubarPreview : public View {
+    Q_OBJECT
+
+public:
+    static constexpr int kHeight = 48;
+
+    explicit MenubarPreview(const KestroServices& services, QWidget* parent = nullptr);
+
+    /// Composes again; repaints when something has changed.
+    void refresh();
+    const Readout& readout() const { return readout_; }
+
+    AccessibleInfo accessibleInfo() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    KestroServices services_;
+    Readout readout_;
+    QString keepAwakeText_;
+    QString fanText_;
+    bool showsKeepAwake_ = false;
+    bool showsFan_ = false;
+};
+
+}  // namespace kestro

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "core/settings/menubar_modules.h"
+#include "ui/settings/settings_pane.h"
+
+#include <vector>
+
+namespace kestro {
+
+class ModuleRow;
+
+/// What the status bar shows: the readout's modules and how they are joined, the extras, and how often.
+class MenubarTab : public SettingsPane {
+    Q_OBJECT
+
+public:
+    explicit MenubarTab(const KestroServices& services);
+
+private:
+    QWidget* liveSimulatedMenubar();
+    QWidget* extrasCard();
+    QWidget* modulesGroup();
+    QWidget* modulesCard();
+    QWidget* delimiterAndLabels();
+    QWidget* profileGroup();
+    void setModules(MenubarModules modules);
+    void showModules();
+
+    std::vector<ModuleRow*> rows_;
+};
+
+}  // namespace kestro

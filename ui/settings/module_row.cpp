@@ -1,0 +1,115 @@
+#include "ui/settings/module_row.h"
+
+#include "ui/controls/button.h"
+#include "ui/controls/text_label.h"
+#include "ui/controls/words.h"
+
+#include <QKeyEvent>
+
+namespace kestro {
+
+namespace {
+
+constexpr int kChip = 22;
+constexpr int kChipGap = 3;
+constexpr int kRightInset = 9;
+constexpr int kPlaceWidth = 22;
+constexpr int kSampleWidth = 120;
+constexpr int kSampleGap = 8;
+constexpr double kTitleSize = 11.5;
+
+TextStyle moduleTitle(bool isShown) {
+    TextStyle style = text_styles::settingTitle;
+    style.size = kTitleSize;
+    style.ink = isShown ? KestroTheme::textPrimary : KestroTheme::textSecondary;
+    return style;
+}
+
+}  // namespace
+
+ModuleRow::ModuleRow(MenubarModuleType module, QWidget* parent)
+    : SettingRow(RowMark::check, Words(displayName(module)), kRowHeight, parent),
+      module_(module),
+      sample_(new TextLabel(Words(previewSample(module)), this)),
+      place_(new TextLabel(QString(), this)),
+      up_(makeChip(QStringLiteral("chevron.up"), QStringLiteral("up"))),
+      down_(makeChip(QStringLiteral("chevron.down"), QStringLiteral("down"))) {
+    setSymbol(Words(iconName(module)), 13);
+    setTrailingRoom(kRightInset + 2 * kChip + kChipGap + kPlaceWidth);
+    sample_->setStyle(text_styles::settingDescription);
+    sample_->setTextAlignment(Qt::AlignRight);
+    place_->setStyle({11, 14, text_styles::w600, 0, KestroTheme::accentCool});
+    place_->setTextAlignment(Qt::AlignHCenter);
+    for (TextLabel* label : {sample_, place_}) {
+        label->setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+}
+
+Button* ModuleRow::makeChip(const QString& symbol, const QString& direction) {
+    auto* chip = new Button(ButtonKind::chip, this);
+    chip->setSymbol(symbol, 9);
+    chip->setSquare(kChip);
+    chip->setAccessibleName(QStringLiteral("Move ") + QString(Words(displayName(module_))) + QLatin1Char(' ') +
+                            direction);
+    return chip;
+}
+
+void ModuleRow::setPlace(std::optional<std::size_t> place, std::size_t count) {
+    shownAt_ = place;
+    setOn(place.has_value());
+    setTitleStyle(moduleTitle(place.has_value()));
+    place_->setText(place ? QString::number(*place + 1) : QString());
+    up_->setEnabled(place && *place > 0);
+    down_->setEnabled(place && *place + 1 < count);
+}
+
+void ModuleRow::onMoveUp(std::function<void()> action) {
+    up_->onClick(std::move(action));
+}
+
+void ModuleRow::onMoveDown(std::function<void()> action) {
+    down_->onClick(std::move(action));
+}
+
+AccessibleInfo ModuleRow::accessibleInfo() const {
+    AccessibleInfo info = SettingRow::accessibleInfo();
+    info.name =
+        QString(Words(displayName(module_))) +
+        (shownAt_ ? QStringLiteral(", shown, position %1").arg(*shownAt_ + 1) : QStringLiteral(", hidden"));
+    return info;
+}
+
+void ModuleRow::resizeEvent(QResizeEvent* event) {
+    SettingRow::resizeEvent(event);
+    const int top = (height() - kChip) / 2;
+    int right = width() - kRightInset - kChip;
+    down_->setGeometry(right, top, kChip, kChip);
+    right -= kChipGap + kChip;
+    up_->setGeometry(right, top, kChip, kChip);
+    const auto place = [&](TextLabel& label, int width) {
+        const int lineHeight = label.sizeHint().height();
+        right -= width;
+        label.setGeometry(right, (height() - lineHeight) / 2, width, lineHeight);
+    };
+    place(*place_, kPlaceWidth + kSampleGap / 2);
+    right -= kSampleGap;
+    place(*sample_, kSampleWidth);
+}
+
+bool ModuleRow::hitTest(const QPoint& position) const {
+    return rect().contains(position) && position.x() < up_->x();
+}
+
+void ModuleRow::keyPressEvent(QKeyEvent* event) {
+    const bool isUp = event->key() == Qt::Key_Up;
+    if (event->modifiers().testFlag(Qt::AltModifier) && (isUp || event->key() == Qt::Key_Down)) {
+        Button& chip = isUp ? *up_ : *down_;
+        if (chip.isEnabled()) {
+            chip.click();
+        }
+        return;
+    }
+    SettingRow::keyPressEvent(event);
+}
+
+}  // namespace kestro

@@ -1,0 +1,135 @@
+#include "ui/settings/power_tab.h"
+
+#include "core/engine/telemetry_engine.h"
+#include "core/power/power_mode_manager.h"
+#include "ui/controls/badge.h"
+#include "ui/controls/composition.h"
+#include "ui/controls/exclusive_group.h"
+#include "ui/settings/settings_parts.h"
+#include "ui/widgets/whole_number.h"
+
+#include <fmt/format.h>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kLowBattery = 20;
+
+/// A power mode; the one in force has a badge before its mark.
+class PowerModeRow : public SettingRow {
+public:
+    explicit PowerModeRow(SystemPowerMode mode)
+        : SettingRow(RowMark::chosen, Words(rawValue(mode)), 52),
+          badge_(new Badge(BadgeKind::settings, QStringLiteral("ACTIVE"), KestroTheme::accentCool, this)) {
+        setSymbol(Words(iconName(mode)), 16);
+        setDescription(Words(description(mode)));
+        setTrailingRoom(badge_->sizeHint().width() + settings_parts::kInset);
+        badge_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+    void setActive(bool isActive) {
+        setOn(isActive);
+        badge_->setVisible(isActive);
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        SettingRow::resizeEvent(event);
+        constexpr int markRoom = settings_parts::kInset + 16 + 14;
+        const QSize size = badge_->sizeHint();
+        badge_->setGeometry(width() - markRoom - size.width(), (height() - size.height()) / 2, size.width(),
+                            size.height());
+    }
+
+private:
+    Badge* badge_;
+};
+
+Ink batteryInk(const PowerTelemetry& power) {
+    if (!power.hasBattery) {
+        return KestroTheme::textSecondary;
+    }
+    return power.percentage <= kLowBattery && !power.isCharging ? KestroTheme::accentCritical
+                                                                : KestroTheme::accentNominal;
+}
+
+QString batterySymbol(const PowerTelemetry& power) {
+    if (power.isCharging) {
+        return QStringLiteral("bolt.fill");
+    }
+    return power.hasBattery && !power.isPluggedIn ? QStringLiteral("battery.100")
+                                                  : QStringLiteral("powerplug.fill");
+}
+
+}  // namespace
+
+QString batteryLine(const PowerTelemetry& power) {
+    constexpr std::int64_t percentScale = 100;
+    std::string line = power.statusDescription();
+    if (power.hasBattery && power.maxCapacity > percentScale) {
+        line += fmt::format(" · {} / {} mAh", power.currentCapacity, power.maxCapacity);
+    }
+    return QString::fromStdString(line);
+}
+
+PowerTab::PowerTab(const KestroServices& services) : SettingsPane(services) {
+    add(batteryCard());
+    add(settings_parts::group("SYSTEM POWER DELIVERY MODES", modesCard()));
+}
+
+QWidget* PowerTab::batteryCard() {
+    constexpr int height = 84;
+    constexpr int padding = 18;
+    const TextStyle figure{34, 40, text_styles::w600, -0.6, KestroTheme::textPrimary};
+    TextStyle health = text_styles::settingTitle;
+    health.weight = text_styles::w600;
+    QWidget* content = row(Insets{padding, 0, padding, 0}, text(QString()).style(figure).into(level_), space(20),
+                           symbol("battery.100", 26).into(symbol_), spacer(),
+                           column(Spacing(3), text(QString()).style(health).align(Qt::AlignRight).into(health_),
+                                  text(QString())
+                                      .style({11, 14, text_styles::w500, 0, KestroTheme::textSecondary})
+                                      .align(Qt::AlignRight)
+                                      .into(line_)))
+                           .release();
+    content->setFixedHeight(height);
+    follow([this] { showBattery(); }, services().engine.power);
+    return new Card(content, nullptr);
+}
+
+void PowerTab::showBattery() {
+    const PowerTelemetry& power = services().engine.power.get();
+    level_->setText(wholeText(power.percentage) + QLatin1Char('%'));
+    symbol_->setSymbol(batterySymbol(power));
+    symbol_->setInk(batteryInk(power));
+    health_->setText(QStringLiteral("Health Condition: ") + QString::fromStdString(power.condition));
+    line_->setText(batteryLine(power));
+}
+
+QWidget* PowerTab::modesCard() {
+    PowerModeManager& manager = services().powerManager;
+    std::vector<QWidget*> widgets;
+    std::vector<Control*> controls;
+    std::vector<PowerModeRow*> rows;
+    for (const SystemPowerMode mode : allCases<SystemPowerMode>()) {
+        auto* option = new PowerModeRow(mode);
+        option->onToggled([&manager, mode](bool) { manager.setPowerMode(mode); });
+        widgets.push_back(option);
+        controls.push_back(option);
+        rows.push_back(option);
+    }
+    auto* card = new settings_parts::RowCard(widgets);
+    auto* options = new ExclusiveGroup(controls, card);
+    follow(
+        [rows, options, &manager] {
+            const auto current = static_cast<std::size_t>(manager.currentMode.get());
+            for (std::size_t i = 0; i < rows.size(); ++i) {
+                rows[i]->setActive(i == current);
+            }
+            options->setChosen(static_cast<int>(current));
+        },
+        manager.currentMode);
+    return card;
+}
+
+}  // namespace kestro

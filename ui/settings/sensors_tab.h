@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ui/settings/settings_pane.h"
+
+#include <array>
+
+namespace kestro {
+
+class Badge;
+class TextLabel;
+
+/// The interfaces that the figures come from.
+class SensorsTab : public SettingsPane {
+    Q_OBJECT
+
+public:
+    explicit SensorsTab(const KestroServices& services);
+
+private:
+    struct SensorRow {
+        QWidget* widget = nullptr;
+        TextLabel* value = nullptr;
+        Badge* badge = nullptr;
+    };
+
+    SensorRow sensorRow(const Words& symbol, const Words& name, const Words& value, const Words& badge) const;
+    void followHardware(const SensorRow& controller, const SensorRow& sensors, const SensorRow& processor,
+                        const SensorRow& power);
+};
+
+}  // namespace kestro

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "core/base/enumeration.h"
+#include "core/settings/user_settings.h"
+#include "ui/controls/segmented_choice.h"
+#include "ui/controls/setting_row.h"
+#include "ui/controls/slider.h"
+#include "ui/controls/words.h"
+#include "ui/kestro_services.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <utility>
+#include <vector>
+
+class QVBoxLayout;
+
+namespace kestro {
+
+/// A column of settings that follows what it shows: a change made anywhere is seen at once. While hidden it
+/// does nothing and catches up when it is shown. Main thread.
+class SettingsPane : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit SettingsPane(const KestroServices& services, QWidget* parent = nullptr);
+
+protected:
+    const KestroServices& services() const { return services_; }
+    QVBoxLayout& stack() { return *stack_; }
+
+    /// Adds a group at the foot of the column.
+    void add(QWidget* group);
+
+    /// Calls `show` now, and whenever one of `values` has been assigned.
+    template <typename... Values>
+    void follow(std::function<void()> show, const Values&... values) {
+        show();
+        const std::size_t index = followers_.size();
+        followers_.push_back({std::move(show), false});
+        (subscriptions_.push_back(values.subscribe([this, index](const auto&) { changed(index); })), ...);
+    }
+
+    /// A switch row that is bound to a setting both ways.
+    SettingRow* switchRow(const Words& title, int height, Setting<bool>& setting);
+
+    /// A segmented choice of all cases by their stored form, bound to a setting both ways. `changed` runs
+    /// after the user's choice has been stored.
+    template <ClosedEnumeration E>
+    SegmentedChoice* choice(const Words& name, int height, Setting<E>& setting,
+                            std::function<void()> changed = {}) {
+        std::vector<Segment> segments;
+        for (const E value : allCases<E>()) {
+            segments.push_back({Words(rawValue(value)), QString()});
+        }
+        return choiceOf(name, height, std::move(segments), setting, std::move(changed));
+    }
+
+    /// The same with other texts, one per case in their order.
+    template <ClosedEnumeration E>
+    SegmentedChoice* choiceOf(const Words& name, int height, std::vector<Segment> segments, Setting<E>& setting,
+                              std::function<void()> changed = {}) {
+        auto* control = new SegmentedChoice(std::move(segments), height);
+        control->setAccessibleName(name);
+        control->onChosen([&setting, changed = std::move(changed)](int index) {
+            setting.set(static_cast<E>(index));
+            if (changed) {
+                changed();
+            }
+        });
+        follow([control, &setting] { control->setChosen(static_cast<int>(setting.get())); }, setting);
+        return control;
+    }
+
+    void showEvent(QShowEvent* event) override;
+
+private:
+    struct Follower {
+        std::function<void()> show;
+        bool isStale;
+    };
+
+    void changed(std::size_t follower);
+
+    KestroServices services_;
+    QVBoxLayout* stack_;
+    std::vector<Follower> followers_;
+    std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace kestro

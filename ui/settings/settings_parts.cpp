@@ -1,0 +1,103 @@
+#include "ui/settings/settings_parts.h"
+
+#include "ui/controls/composition.h"
+#include "ui/controls/surface_paint.h"
+#include "ui/theme/hairline.h"
+
+#include <QPainter>
+
+namespace kestro::settings_parts {
+
+namespace {
+
+constexpr int kHeadingGap = 7;
+constexpr int kHeadingIndent = 2;
+constexpr int kColumnGap = 16;
+constexpr int kBlockPadding = 10;
+
+void arrange(QWidget& parent, const std::vector<QWidget*>& rows, Qt::Orientation orientation) {
+    const bool isColumn = orientation == Qt::Vertical;
+    auto* layout = new QBoxLayout(isColumn ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, &parent);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    for (QWidget* row : rows) {
+        layout->addWidget(row, isColumn ? 0 : 1);
+    }
+}
+
+void paintHairlinesBetween(QPainter& painter, const QWidget& parent, const std::vector<QWidget*>& rows,
+                           Qt::Orientation orientation) {
+    for (std::size_t i = 1; i < rows.size(); ++i) {
+        if (orientation == Qt::Vertical) {
+            paintHairline(painter, kInset, parent.width() - kInset, rows[i]->y());
+        } else {
+            paintVerticalHairline(painter, rows[i]->x(), kBlockPadding, parent.height() - kBlockPadding);
+        }
+    }
+}
+
+}  // namespace
+
+RowCard::RowCard(const std::vector<QWidget*>& rows, Qt::Orientation orientation)
+    : rows_(rows), orientation_(orientation) {
+    arrange(*this, rows, orientation);
+}
+
+void RowCard::paintEvent(QPaintEvent* event) {
+    Card::paintEvent(event);
+    QPainter painter(this);
+    paintHairlinesBetween(painter, *this, rows_, orientation_);
+}
+
+RowStack::RowStack(std::vector<QWidget*> rows) : rows_(std::move(rows)) {
+    arrange(*this, rows_, Qt::Vertical);
+}
+
+void RowStack::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    paintHairlinesBetween(painter, *this, rows_, Qt::Vertical);
+}
+
+QWidget* group(const Words& heading, QWidget* content) {
+    return column(row(Insets{kHeadingIndent, 0, 0, 0}, groupHeading(heading), spacer()), space(kHeadingGap),
+                  content)
+        .release();
+}
+
+QWidget* sideBySide(QWidget* left, QWidget* right) {
+    auto* widget = new QWidget;
+    auto* layout = new QHBoxLayout(widget);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(kColumnGap);
+    layout->addWidget(left, 1, Qt::AlignTop);
+    layout->addWidget(right, 1, Qt::AlignTop);
+    return widget;
+}
+
+QWidget* labelledRow(const Words& label, int labelWidth, QWidget* control, int height) {
+    QWidget* widget =
+        row(Insets{kInset, 0, kInset, 0}, text(label).style(text_styles::settingTitle).width(labelWidth), control)
+            .release();
+    widget->setFixedHeight(height);
+    return widget;
+}
+
+TextLabel* sliderValue() {
+    TextStyle style = text_styles::settingTitle;
+    style.weight = text_styles::w600;
+    return text(QString()).style(style).value().release();
+}
+
+SliderBlock sliderBlock(const Words& label, const SliderRange& range, const Words& description) {
+    SliderBlock block;
+    block.value = sliderValue();
+    block.slider = new Slider(range);
+    block.slider->setAccessibleName(label);
+    block.widget = column(Insets{kInset, kBlockPadding, kInset, kBlockPadding},
+                          row(text(label).style(text_styles::settingTitle), spacer(), block.value), space(1),
+                          block.slider, text(description).style(text_styles::settingDescription))
+                       .release();
+    return block;
+}
+
+}  // namespace kestro::settings_parts

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "ui/controls/card.h"
+#include "ui/controls/slider.h"
+#include "ui/controls/text_label.h"
+#include "ui/controls/words.h"
+
+#include <vector>
+
+namespace kestro {
+
+/// The parts that the tabs of the settings are put together from.
+namespace settings_parts {
+
+inline constexpr int kInset = 12;
+
+/// A card of rows, one below the other or side by side, with hairlines between them.
+class RowCard : public Card {
+    Q_OBJECT
+
+public:
+    explicit RowCard(const std::vector<QWidget*>& rows, Qt::Orientation orientation = Qt::Vertical);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    std::vector<QWidget*> rows_;
+    Qt::Orientation orientation_;
+};
+
+/// Rows one below the other, as in a card but without one.
+class RowStack : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit RowStack(std::vector<QWidget*> rows);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    std::vector<QWidget*> rows_;
+};
+
+/// A heading in capitals over what it names.
+QWidget* group(const Words& heading, QWidget* content);
+
+/// Two of equal width, 16 apart.
+QWidget* sideBySide(QWidget* left, QWidget* right);
+
+/// A row of `height` with a label in a column of `labelWidth` and a control beside it.
+QWidget* labelledRow(const Words& label, int labelWidth, QWidget* control, int height);
+
+/// A slider under its label and value, over what it does.
+struct SliderBlock {
+    QWidget* widget = nullptr;
+    TextLabel* value = nullptr;
+    Slider* slider = nullptr;
+};
+SliderBlock sliderBlock(const Words& label, const SliderRange& range, const Words& description);
+
+/// The value that a slider sets.
+TextLabel* sliderValue();
+
+}  // namespace settings_parts
+
+}  // namespace kestro

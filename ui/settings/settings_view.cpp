@@ -1,0 +1,150 @@
+#include "ui/settings/settings_view.h"
+
+#include "core/settings/user_settings.h"
+#include "ui/controls/composition.h"
+#include "ui/controls/scroll_area.h"
+#include "ui/controls/tab_strip.h"
+#include "ui/settings/appearance_tab.h"
+#include "ui/settings/cooling_tab.h"
+#include "ui/settings/dashboard_tab.h"
+#include "ui/settings/keep_awake_tab.h"
+#include "ui/settings/menubar_tab.h"
+#include "ui/settings/power_tab.h"
+#include "ui/settings/sensors_tab.h"
+#include "ui/theme/hairline.h"
+
+#include <QPainter>
+#include <QShortcut>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kCornerRadius = 12;
+constexpr int kInset = 20;
+constexpr int kHeaderTop = 10;
+constexpr int kHeaderHeight = 28;
+constexpr int kStripTop = 48;
+constexpr int kHairlineTop = 100;
+constexpr int kContentTop = 101;
+constexpr int kContentMargin = 16;
+
+SettingsPane* makePane(SettingsTab tab, const KestroServices& services) {
+    switch (tab) {
+        case SettingsTab::menubar:
+            break;
+        case SettingsTab::keepAwake:
+            return new KeepAwakeTab(services);
+        case SettingsTab::cooling:
+            return new CoolingTab(services);
+        case SettingsTab::power:
+            return new PowerTab(services);
+        case SettingsTab::dashboard:
+            return new DashboardTab(services);
+        case SettingsTab::appearance:
+            return new AppearanceTab(services);
+        case SettingsTab::sensors:
+            return new SensorsTab(services);
+    }
+    return new MenubarTab(services);
+}
+
+std::vector<Tab> tabs() {
+    std::vector<Tab> tabs;
+    for (const SettingsTab tab : allCases<SettingsTab>()) {
+        tabs.push_back({Words(rawValue(tab)), Words(icon(tab))});
+    }
+    return tabs;
+}
+
+}  // namespace
+
+SettingsView::SettingsView(const KestroServices& services, const SettingsActions& actions, QWidget* parent)
+    : GlassSurface(services.settings, kCornerRadius, parent), services_(services) {
+    makeHeader(actions);
+    strip_ = new TabStrip(tabs(), this);
+    strip_->onChosen(
+        [this](int index) { services_.settings.selectedSettingsTab.set(static_cast<SettingsTab>(index)); });
+    const auto shortcut = [this](const QKeySequence& keys, int distance) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, [this, distance] { step(distance); });
+    };
+    shortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab), 1);
+    shortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab), -1);
+    subscriptions_.push_back(
+        services.settings.selectedSettingsTab.subscribe([this](SettingsTab) { showSelectedTab(); }));
+    // A palette change shows at the next redraw of each view, and the tabs are not redrawn with the glass.
+    subscriptions_.push_back(services.settings.themePalette.subscribe([this](ThemePalette) {
+        for (QWidget* view : findChildren<QWidget*>()) {
+            view->update();
+        }
+    }));
+    resize(sizeHint());
+}
+
+QWidget* SettingsView::content(SettingsTab tab) const {
+    const ScrollArea* area = areas_[static_cast<std::size_t>(tab)];
+    return area == nullptr ? nullptr : area->widget();
+}
+
+void SettingsView::makeHeader(const SettingsActions& actions) {
+    header_ = row(symbol("gauge.with.needle", 15, KestroTheme::accentCool), space(8),
+                  text("Kestro Preferences").style(text_styles::windowTitle), spacer(),
+                  chip(symbol("xmark", 10)).square(kHeaderHeight).help("Close").onClick(actions.onClose))
+                  .release();
+    header_->setParent(this);
+}
+
+void SettingsView::resizeEvent(QResizeEvent* event) {
+    GlassSurface::resizeEvent(event);
+    header_->setGeometry(kInset, kHeaderTop, width() - 2 * kInset, kHeaderHeight);
+    strip_->setGeometry(kInset, kStripTop, width() - 2 * kInset, TabStrip::kHeight);
+    for (ScrollArea* area : areas_) {
+        if (area != nullptr) {
+            area->setGeometry(0, kContentTop, width(), height() - kContentTop);
+        }
+    }
+}
+
+void SettingsView::showEvent(QShowEvent* event) {
+    GlassSurface::showEvent(event);
+    showSelectedTab();
+}
+
+void SettingsView::paintEvent(QPaintEvent* event) {
+    GlassSurface::paintEvent(event);
+    QPainter painter(this);
+    paintHairline(painter, 0, width(), kHairlineTop);
+}
+
+void SettingsView::showSelectedTab() {
+    if (!isVisible()) {
+        return;
+    }
+    const SettingsTab selected = services_.settings.selectedSettingsTab.get();
+    const auto index = static_cast<std::size_t>(selected);
+    strip_->setChosen(static_cast<int>(index));
+    if (areas_[index] == nullptr) {
+        areas_[index] = makeTab(selected);
+    }
+    for (std::size_t i = 0; i < areas_.size(); ++i) {
+        if (areas_[i] != nullptr) {
+            areas_[i]->setVisible(i == index);
+        }
+    }
+}
+
+void SettingsView::step(int distance) {
+    const int count = static_cast<int>(areas_.size());
+    const int current = static_cast<int>(services_.settings.selectedSettingsTab.get());
+    services_.settings.selectedSettingsTab.set(static_cast<SettingsTab>((current + distance + count) % count));
+}
+
+ScrollArea* SettingsView::makeTab(SettingsTab tab) {
+    SettingsPane* pane = makePane(tab, services_);
+    pane->layout()->setContentsMargins(kInset, kContentMargin, kInset, kContentMargin);
+    auto* area = new ScrollArea(pane, this);
+    area->setGeometry(0, kContentTop, width(), height() - kContentTop);
+    return area;
+}
+
+}  // namespace kestro

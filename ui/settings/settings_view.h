@@ -1,0 +1,48 @@
+#pragma once
+
+#include "core/settings/settings_enumerations.h"
+#include "ui/decorations/glass_surface.h"
+#include "ui/kestro_services.h"
+#include "ui/surface_actions.h"
+
+#include <array>
+
+namespace kestro {
+
+class ScrollArea;
+class TabStrip;
+class TextLabel;
+
+/// The content of the settings window: a header, a strip of tabs, and the selected tab, which scrolls under
+/// them. Which tab is selected is itself a setting. A tab is made when it is first selected. Control and Tab
+/// go to the next tab.
+class SettingsView : public GlassSurface {
+    Q_OBJECT
+
+public:
+    SettingsView(const KestroServices& services, const SettingsActions& actions, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override { return {860, 750}; }
+
+    /// The tab's content; null as long as it has not been selected.
+    QWidget* content(SettingsTab tab) const;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void makeHeader(const SettingsActions& actions);
+    void showSelectedTab();
+    void step(int distance);
+    ScrollArea* makeTab(SettingsTab tab);
+
+    KestroServices services_;
+    QWidget* header_ = nullptr;
+    TabStrip* strip_ = nullptr;
+    std::array<ScrollArea*, EnumerationTable<SettingsTab>::rows.size()> areas_{};
+    std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace kestro
