@@ -8,6 +8,7 @@
 #include <QDirIterator>
 #include <QEventLoop>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include <csignal>
@@ -229,31 +230,27 @@ void DesktopSession::key(const QString& name) const {
     output(QStringLiteral("xdotool"), {QStringLiteral("key"), name});
 }
 
-std::optional<QRect> DesktopSession::windowFrame(const QString& title) const {
-    const QByteArray found =
+std::vector<DesktopWindow> DesktopSession::windows() const {
+    std::vector<DesktopWindow> found;
+    const QByteArray identifiers =
         output(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                           QStringLiteral("--name"), QLatin1Char('^') + title});
-    const QByteArray window = found.left(found.indexOf('\n'));
-    if (window.isEmpty()) {
-        return std::nullopt;
-    }
-    QRect frame;
-    const QByteArray geometry =
-        output(QStringLiteral("xdotool"),
-               {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), QString::fromLatin1(window)});
-    for (const QByteArray& line : geometry.split('\n')) {
-        const int value = line.mid(line.indexOf('=') + 1).toInt();
-        if (line.startsWith("X=")) {
-            frame.moveLeft(value);
-        } else if (line.startsWith("Y=")) {
-            frame.moveTop(value);
-        } else if (line.startsWith("WIDTH=")) {
-            frame.setWidth(value);
-        } else if (line.startsWith("HEIGHT=")) {
-            frame.setHeight(value);
+                                           QStringLiteral("--class"), QStringLiteral("^kestro$")});
+    for (const QByteArray& identifier : identifiers.split('\n')) {
+        if (identifier.isEmpty()) {
+            continue;
         }
+        const QString window = QString::fromLatin1(identifier);
+        const QByteArray title = output(QStringLiteral("xdotool"), {QStringLiteral("getwindowname"), window});
+        const QByteArray geometry = output(
+            QStringLiteral("xdotool"), {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
+        const auto value = [&](const char* name) {
+            const QRegularExpression line(QString::fromLatin1(name) + QStringLiteral("=(-?\\d+)"));
+            return line.match(QString::fromLatin1(geometry)).captured(1).toInt();
+        };
+        found.push_back(
+            {QString::fromUtf8(title).trimmed(), QRect(value("X"), value("Y"), value("WIDTH"), value("HEIGHT"))});
     }
-    return frame;
+    return found;
 }
 
 QStringList DesktopSession::files() const {

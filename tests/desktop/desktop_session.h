@@ -21,6 +21,12 @@ namespace kestro {
 /// The panels that the tests know how to start.
 enum class DesktopPanel { none, mate, xfce, lxqt };
 
+/// A window on the screen.
+struct DesktopWindow {
+    QString title;
+    QRect frame;
+};
+
 /// Runs the event loop, looking again every few milliseconds, until `condition` holds; false when that takes
 /// more than `seconds`.
 bool waitUntil(const std::function<bool()>& condition, int seconds = 20);
@@ -69,9 +75,8 @@ public:
     /// Presses and releases a key by its X name, such as "Escape" or "ctrl+w".
     void key(const QString& name) const;
 
-    /// Frame of the first visible window whose title begins with `title` (a regular expression);
-    /// nothing while there is none.
-    std::optional<QRect> windowFrame(const QString& title) const;
+    /// Kestro's visible windows.
+    std::vector<DesktopWindow> windows() const;
 
     /// Every file below the session's folder, as relative paths, sorted.
     QStringList files() const;
