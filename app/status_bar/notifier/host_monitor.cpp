@@ -66,14 +66,15 @@ HostMonitor::HostMonitor(NotifierEnvironment environment)
                         QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
                         SLOT(onDisconnected()));
 
-    whenAnswered(connection_.asyncCall(busCall(QStringLiteral("GetNameOwner"), watcherService())), this,
-                 [this](const QDBusMessage& reply) {
-                     // A change of owner that came first is newer than this answer.
-                     if (owner_.isEmpty() && state_ == State::unknown) {
-                         onOwnerChanged(isReply(reply, QLatin1StringView("s")) ? reply.arguments().at(0).toString()
-                                                                               : QString());
-                     }
-                 });
+    whenAnswered(
+        connection_.asyncCall(busCall(QStringLiteral("GetNameOwner"), watcherService())), this,
+        [this](const QDBusMessage& reply) {
+            // A change of owner that came first is newer than this answer. Items made up to now have
+            // found this owner themselves.
+            if (owner_.isEmpty() && state_ == State::unknown) {
+                setOwner(isReply(reply, QLatin1StringView("s")) ? reply.arguments().at(0).toString() : QString());
+            }
+        });
 }
 
 HostMonitor::~HostMonitor() {
@@ -81,6 +82,13 @@ HostMonitor::~HostMonitor() {
 }
 
 void HostMonitor::onOwnerChanged(const QString& owner) {
+    setOwner(owner);
+    if (!owner.isEmpty()) {
+        Q_EMIT hostArrived();
+    }
+}
+
+void HostMonitor::setOwner(const QString& owner) {
     owner_ = owner;
     if (owner.isEmpty()) {
         setHostProcess({});
@@ -88,7 +96,6 @@ void HostMonitor::onOwnerChanged(const QString& owner) {
         return;
     }
     identify(owner);
-    Q_EMIT hostArrived();
     askForHost();
 }
 

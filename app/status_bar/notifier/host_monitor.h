@@ -72,6 +72,7 @@ private Q_SLOTS:
 
 private:
     void onOwnerChanged(const QString& owner);
+    void setOwner(const QString& owner);
     void identify(const QString& owner);
     void setState(State state);
     void setHostProcess(const QString& process);

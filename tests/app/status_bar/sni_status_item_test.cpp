@@ -49,6 +49,17 @@ TEST_F(SniStatusItemTest, RegistersUnderANameOfItsOwn) {
     }));
 }
 
+TEST_F(SniStatusItemTest, RegistersOnlyOnceWithTheSamePanel) {
+    startWatcher();
+    startMonitors();
+    const auto item = makeItem();
+
+    ASSERT_TRUE(waitUntil([&] { return monitor->state() == HostMonitor::State::present; }));
+    settle(*item);
+
+    EXPECT_EQ(watcher->registrations, QStringList{item->serviceName()});
+}
+
 TEST_F(SniStatusItemTest, AnswersEveryProperty) {
     startWatcher();
     startMonitors();
