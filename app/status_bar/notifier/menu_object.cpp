@@ -88,7 +88,7 @@ MenuObject::MenuObject(std::function<StatusMenu()> buildMenu)
     addMethod("GetLayout", "iias", &MenuObject::getLayout);
     addMethod("GetGroupProperties", "aias", &MenuObject::getGroupProperties);
     addMethod("GetProperty", "is", &MenuObject::getProperty);
-    addMethod("Event", "isvu", &MenuObject::event);
+    addMethod("Event", "isvu", &MenuObject::receiveEvent);
     addMethod("EventGroup", "a(isvu)", &MenuObject::eventGroup);
     addMethod("AboutToShow", "i", &MenuObject::aboutToShow);
     addMethod("AboutToShowGroup", "ai", &MenuObject::aboutToShowGroup);
@@ -143,7 +143,7 @@ BusReply MenuObject::getProperty(const QVariantList& arguments) {
     return QVariantList{QVariant::fromValue(QDBusVariant(entry->properties.value(name)))};
 }
 
-BusReply MenuObject::event(const QVariantList& arguments) {
+BusReply MenuObject::receiveEvent(const QVariantList& arguments) {
     if (!handle(arguments.at(0).toInt(), arguments.at(1).toString())) {
         return unknownEntry();
     }

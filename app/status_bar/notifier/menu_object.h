@@ -28,7 +28,7 @@ private:
     BusReply getLayout(const QVariantList& arguments);
     BusReply getGroupProperties(const QVariantList& arguments);
     BusReply getProperty(const QVariantList& arguments);
-    BusReply event(const QVariantList& arguments);
+    BusReply receiveEvent(const QVariantList& arguments);
     BusReply eventGroup(const QVariantList& arguments);
     BusReply aboutToShow(const QVariantList& arguments);
     BusReply aboutToShowGroup(const QVariantList& arguments);
