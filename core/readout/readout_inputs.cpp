@@ -9,7 +9,7 @@
 namespace kestro {
 
 const CPUTelemetry* sampled(const CPUTelemetry& cpu) {
-    return cpu.coreLoads.empty() ? nullptr : &cpu;
+    return cpu == CPUTelemetry::initial() ? nullptr : &cpu;
 }
 
 const MemoryTelemetry* sampled(const MemoryTelemetry& memory) {

@@ -38,10 +38,12 @@ struct ReadoutInputs {
     bool showLabels = true;
 };
 
-/// The record when it holds a sample, null while it holds what stands there before the first one, or when the
-/// source gave nothing. A load is known once cores have been measured, from the second sample on; memory and
-/// disk once they have a size; temperatures once a sensor exists; the network once there is an interface or an
-/// address. No battery and no sample yet read the same, so the power record always counts.
+/// The record when it holds a reading, null while there is none. The processor is absent only before the first
+/// sample: that one reads idle, as does every failing call, and an idle processor is shown as such. The others
+/// are absent as well while their source gives nothing, because what would then be shown is invented: memory
+/// and disk without a size, temperatures without a sensor (the record holds the presumed ones), the network
+/// without an interface or an address. No battery and no sample yet read the same, so the power record always
+/// counts.
 const CPUTelemetry* sampled(const CPUTelemetry& cpu);
 const MemoryTelemetry* sampled(const MemoryTelemetry& memory);
 const ThermalTelemetry* sampled(const ThermalTelemetry& thermal);

@@ -19,6 +19,9 @@ struct Fixture : FanControlFixture {
     PowerModeManager powerManager{mac.platform()};
 
     ReadoutInputs inputs() { return readoutInputs(engine, settings, manager(), keepAwake, powerManager); }
+    void showProcessorModules() {
+        settings.activeMenubarModules.set({MenubarModuleType::cpuUsage, MenubarModuleType::cpuClusters});
+    }
     std::string title() { return composeReadout(ReadoutLayout::of(settings), inputs()).title; }
 };
 
@@ -36,13 +39,31 @@ TEST(ReadoutInputs, TakesWhatStandsBeforeTheFirstSampleForAbsent) {
     EXPECT_EQ(sampled(disk), nullptr);
 }
 
-TEST(ReadoutInputs, TakesALoadForKnownOnceCoresWereMeasured) {
+TEST(ReadoutInputs, TakesALoadForKnownOnceAReadingWasTaken) {
     auto cpu = CPUTelemetry::initial();
     cpu.coreCount = 4;
-    EXPECT_EQ(sampled(cpu), nullptr);
 
-    cpu.coreLoads.resize(4);
     EXPECT_EQ(sampled(cpu), &cpu);
+}
+
+TEST(ReadoutInputs, ShowAnIdleProcessorAfterTheFirstReading) {
+    Fixture f;
+    f.showProcessorModules();
+    EXPECT_EQ(f.title(), "CPU -- · P:-- E:--");
+
+    f.engine.sampleFull();
+
+    EXPECT_EQ(f.title(), "CPU 0% · P:0% E:0%");
+}
+
+TEST(ReadoutInputs, ShowAnIdleProcessorAfterACallThatFailed) {
+    Fixture f;
+    f.showProcessorModules();
+    f.mac.machHost.processorInfoFailure.always();
+
+    f.engine.sampleFull();
+
+    EXPECT_EQ(f.title(), "CPU 0% · P:0% E:0%");
 }
 
 TEST(ReadoutInputs, TakesRecordsWithAReadingForSamples) {
