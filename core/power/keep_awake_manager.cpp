@@ -84,6 +84,9 @@ void KeepAwakeManager::deactivate() {
     timer_.reset();
     expirationDate_.reset();
     remainingSeconds.set(std::nullopt);
+    if (assertionID_ != 0) {
+        return;  // a subscriber has started a new period, and that one stands
+    }
     isActive.set(false);
 }
 

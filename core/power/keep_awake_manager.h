@@ -17,7 +17,8 @@ struct Platform;
 
 /// Keeps the machine, and if wished the display, from idle sleep by holding one power assertion, counts a
 /// timed period down, and ends it when the time runs out, when the user says so, when the battery is low, or
-/// when the system takes the assertion away. Main thread only.
+/// when the system takes the assertion away. Main thread only. Must not be destroyed from inside one of its own
+/// notifications.
 class KeepAwakeManager {
 public:
     KeepAwakeManager(const Platform& platform, UserSettings& settings);

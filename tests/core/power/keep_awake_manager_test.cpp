@@ -292,6 +292,24 @@ TEST(KeepAwakeManager, LetsASubscriberStopWhatHasJustStarted) {
     EXPECT_EQ(f.timers(), 0U);
 }
 
+TEST(KeepAwakeManager, LetsASubscriberStartAgainWhatHasJustStopped) {
+    Fixture f;
+    f.manager.activate(KeepAwakeDuration::hours1);
+    const auto subscription = f.manager.remainingSeconds.subscribe([&](const std::optional<double>& remaining) {
+        if (!remaining) {
+            f.manager.activate(KeepAwakeDuration::minutes15);
+        }
+    });
+
+    f.manager.deactivate();
+
+    EXPECT_TRUE(f.manager.isActive.get());
+    EXPECT_EQ(f.manager.currentDuration.get(), KeepAwakeDuration::minutes15);
+    EXPECT_EQ(f.manager.remainingSeconds.get(), 900.0);
+    EXPECT_EQ(f.mac.assertionsHeld(), 1U);
+    EXPECT_EQ(f.timers(), 1U);
+}
+
 TEST(KeepAwakeManager, WritesTheRemainingTimeInMinutesAndSeconds) {
     Fixture f;
 
