@@ -107,6 +107,7 @@ void TelemetryEngine::restartTimer() {
 }
 
 void TelemetryEngine::sampleFull() {
+    const auto sample = ++newestSample_;
     // The spare records are taken out while they are filled: a subscriber may ask for a sample of its own.
     auto newFans = std::exchange(spareFans_, {});
     readers_.smc.readFans(newFans);
@@ -118,25 +119,37 @@ void TelemetryEngine::sampleFull() {
     auto newNetwork = readers_.network.read();
     auto newPower = readers_.power.read();
 
-    fans.swapIn(newFans);
-    memory.set(std::move(newMemory));
-    thermals.set(std::move(newThermals));
-    cpu.swapIn(newCPU);
-    disk.set(std::move(newDisk));
-    network.set(std::move(newNetwork));
-    power.set(std::move(newPower));
+    const auto isNewest = [this, sample] { return sample == newestSample_; };
+    const auto publish = [isNewest](auto& property, auto& reading) {
+        if (isNewest()) {
+            property.swapIn(reading);
+        }
+    };
+    publish(fans, newFans);
+    publish(memory, newMemory);
+    publish(thermals, newThermals);
+    publish(cpu, newCPU);
+    publish(disk, newDisk);
+    publish(network, newNetwork);
+    publish(power, newPower);
     spareFans_ = std::move(newFans);
     spareCPU_ = std::move(newCPU);
 
-    append(cpuHistory, cpu.get().totalUsage);
-    append(netDownHistory, network.get().downloadBytesPerSec);
-    append(netUpHistory, network.get().uploadBytesPerSec);
-    if (settings_.showTopProcesses.get()) {
+    const auto enter = [this, isNewest](History& history, double value) {
+        if (isNewest()) {
+            append(history, value);
+        }
+    };
+    enter(cpuHistory, cpu.get().totalUsage);
+    enter(netDownHistory, network.get().downloadBytesPerSec);
+    enter(netUpHistory, network.get().uploadBytesPerSec);
+    if (isNewest() && settings_.showTopProcesses.get()) {
         refreshProcesses();
     }
 }
 
 void TelemetryEngine::sampleLightweight() {
+    ++newestSample_;
     auto newFans = std::exchange(spareFans_, {});
     readers_.smc.readFans(newFans);
     fans.swapIn(newFans);

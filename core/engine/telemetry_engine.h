@@ -47,6 +47,7 @@ struct TelemetryReaders {
 /// Drives the readers on a timer and keeps their latest results. While a window shows, each tick samples
 /// every source; otherwise only what the status bar can display. Main thread only, but for the process
 /// listing, which runs in the background and is assigned back on the main thread.
+/// Must not be destroyed from inside one of its own notifications.
 class TelemetryEngine {
 public:
     /// Starts the timer; takes no sample.
@@ -79,7 +80,8 @@ public:
     /// an equal value does nothing.
     void setUIActive(bool active);
 
-    /// Takes and publishes one sample of every source.
+    /// Takes and publishes one sample of every source. When a subscriber has a newer sample taken meanwhile,
+    /// the rest of the older one is neither published nor entered in the histories.
     void sampleFull();
 
     /// Starts one background listing of the top processes; the one that finishes last is kept.
@@ -123,6 +125,7 @@ private:
     CPUTelemetry spareCPU_;
     std::vector<double> spareHistory_;
 
+    std::uint64_t newestSample_ = 0;
     std::unique_ptr<RunLoopTimer> timer_;
     Lifetime lifetime_;
 };

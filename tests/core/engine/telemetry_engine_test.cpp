@@ -443,6 +443,58 @@ TEST_F(TelemetryEngineTest, ASubscriberMayAskForASampleOfItsOwn) {
     EXPECT_EQ(engine().cpuHistory.get().size(), 30u);
 }
 
+TEST_F(TelemetryEngineTest, NothingOlderIsPublishedAfterASampleThatASubscriberAskedFor) {
+    mac.freeze();
+    engine().sampleFull();
+    const auto coreTicks = [&](std::uint32_t busy) {
+        for (std::size_t core = 0; core < mac.machHost.cores.size(); ++core) {
+            mac.machHost.addTicks(core, {busy, 0, 100 - busy, 0});
+        }
+    };
+    bool asked = false;
+    const auto onFans = engine().fans.subscribe([&](const auto&) {
+        if (!std::exchange(asked, true)) {
+            coreTicks(70);
+            mac.fileSystem.root.blocks += 1000;
+            engine().sampleFull();
+        }
+    });
+    std::vector<double> usages;
+    std::vector<std::uint64_t> sizes;
+    std::vector<double> entered;
+    const auto onCPU = engine().cpu.subscribe([&](const auto& newest) { usages.push_back(newest.totalUsage); });
+    const auto onDisk = engine().disk.subscribe([&](const auto& newest) { sizes.push_back(newest.totalBytes); });
+    const auto onHistory =
+        engine().cpuHistory.subscribe([&](const auto& newest) { entered.push_back(newest.back()); });
+    coreTicks(30);
+
+    engine().sampleFull();
+
+    EXPECT_EQ(usages, std::vector<double>{70});
+    EXPECT_EQ(sizes, std::vector<std::uint64_t>{mac.fileSystem.root.blocks * 4096});
+    EXPECT_EQ(entered, std::vector<double>{70});
+}
+
+TEST_F(TelemetryEngineTest, TheNewestReadingEndsTheHistoryWhenTheLastPropertyAsksForASample) {
+    mac.freeze();
+    engine().sampleFull();
+    bool asked = false;
+    const auto onPower = engine().power.subscribe([&](const auto&) {
+        if (!std::exchange(asked, true)) {
+            for (std::size_t core = 0; core < mac.machHost.cores.size(); ++core) {
+                mac.machHost.addTicks(core, {70, 0, 30, 0});
+            }
+            engine().sampleFull();
+        }
+    });
+    watch(engine().cpuHistory, "cpuHistory");
+
+    engine().sampleFull();
+
+    EXPECT_EQ(published, std::vector<std::string>{"cpuHistory"});
+    EXPECT_EQ(engine().cpuHistory.get().back(), 70);
+}
+
 TEST_F(TelemetryEngineTest, ASubscriberMayRestartTheTimerInsideATick) {
     int ticks = 0;
     const auto subscription = engine().memory.subscribe([&](const auto&) {
