@@ -19,7 +19,8 @@ struct Platform;
 
 /// Holds the cooling choice, the two fan curves and the speeds that they ask for. The speeds are computed
 /// once a second while the profile is `custom`, and only displayed: nothing is ever written to the hardware.
-/// Fan 0 is the left fan, fan 1 the right one. Main thread only.
+/// Fan 0 is the left fan, fan 1 the right one. Main thread only. Must not be destroyed from inside one
+/// of its own notifications.
 class FanControlManager {
 public:
     FanControlManager(const Platform& platform, UserSettings& settings, TelemetryEngine& engine, SMCReader& smc);

@@ -44,7 +44,8 @@ private:
 
 /// Every preference of the program, read once at construction and written through on every assignment. A
 /// missing or unreadable stored value yields the default and is left as it is. No value is clamped.
-/// Main thread only; lives as long as the process.
+/// Main thread only; lives as long as the process, and must not be destroyed from inside one of its own
+/// notifications.
 class UserSettings {
 public:
     explicit UserSettings(UserDefaults& defaults);
@@ -54,7 +55,8 @@ public:
     /// The process-wide store on the current platform, made at first use.
     static UserSettings& shared();
 
-    /// Called before any preference changes.
+    /// Called before any preference changes. The announcement of a change that is made inside another
+    /// announcement is delivered after that one, when the inner change has already been made.
     Subscription subscribeWillChange(std::function<void()> callback) const {
         return willChange_.subscribe(std::move(callback));
     }
