@@ -150,6 +150,18 @@ TEST(FanControlManager, DrivesEachCurveByItsOwnSensorEvenWhenLinked) {
     EXPECT_NE(f.manager().evaluatedLeftTargetRPM.get(), f.manager().evaluatedRightTargetRPM.get());
 }
 
+TEST(FanControlManager, DrivesACurveAsAt32DegreesWhileTheBatterySensorReadsZero) {
+    Fixture f;
+    auto left = linear(30, 40, 0, 0);
+    left.sensorSource = SensorSource::batteryPack;
+    f.settings.leftFanCurve.set(left);
+    f.setTemperatures(70, 0);
+
+    f.manager().setProfile(FanProfile::custom);
+
+    EXPECT_DOUBLE_EQ(f.manager().evaluatedLeftTargetRPM.get(), 1200 + 6100 * 0.2);
+}
+
 TEST(FanControlManager, EvaluatesBothCurvesOnAMachineWithOneFan) {
     Fixture f({1420});
     f.setTemperatures(66, 30);

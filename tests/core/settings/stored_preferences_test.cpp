@@ -69,6 +69,17 @@ TEST(UserSettings, FallsBackOnDamagedChoices) {
     }
 }
 
+TEST(UserSettings, FallsBackOnKeepAwakeLabelsThatItDoesNotKnow) {
+    Fixture fixture;
+    fixture.defaults.storeData("kestro.keepAwakeTargetMode", "\"Display Only\"");
+    fixture.defaults.storeData("kestro.defaultKeepAwakeDuration", "\"3 Hours\"");
+
+    EXPECT_EQ(fixture.settings().keepAwakeTargetMode.get(), KeepAwakeTarget::displayAndSystem);
+    EXPECT_EQ(fixture.settings().defaultKeepAwakeDuration.get(), KeepAwakeDuration::indefinite);
+    EXPECT_EQ(fixture.defaults.dataText("kestro.keepAwakeTargetMode"), "\"Display Only\"");
+    EXPECT_EQ(fixture.defaults.dataText("kestro.defaultKeepAwakeDuration"), "\"3 Hours\"");
+}
+
 TEST(UserSettings, TakesATextForNoData) {
     Fixture fixture;
     fixture.defaults.store("kestro.themePalette", std::string("\"Thermal Infrared\""));

@@ -185,7 +185,7 @@ TEST_F(DesktopPowerAssertionsTest, AnOlderLogindIsAskedForTheModeThatItKnows) {
     logind->answer(QStringLiteral("Inhibit"), [this](const QDBusMessage& call) {
         return call.arguments().at(3) == QStringLiteral("block")
                    ? call.createReply(QVariant::fromValue(pipe.writeEnd()))
-                   : call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("Invalid mode specification"));
+                   : call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("The mode is not known here"));
     });
 
     EXPECT_TRUE(create(systemOnly).has_value());
