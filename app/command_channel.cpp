@@ -81,14 +81,21 @@ CommandChannel::CommandChannel(FileEvents& fileEvents, CommandTarget& target)
 void CommandChannel::fileWasWritten() {
     const std::string file(path);
     const auto bytes = fileEvents_.read(file);
-    const std::string word = bytes ? commandWord(*bytes) : std::string();
-    if (word.empty()) {
+    if (!bytes) {
+        return;
+    }
+    // More may stand behind what a full read returns, so the word in it cannot be told.
+    const bool isTooLong = bytes->size() >= FileEvents::longestRead;
+    const std::string word = commandWord(*bytes);
+    if (word.empty() && !isTooLong) {
         return;
     }
     // Emptied before the command is performed: it is consumed once, whatever happens next. Emptying is a
     // write too, whose event finds a blank file.
     fileEvents_.truncate(file);
-    performCommand(word, target_);
+    if (!isTooLong) {
+        performCommand(word, target_);
+    }
 }
 
 }  // namespace kestro

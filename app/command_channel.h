@@ -44,8 +44,9 @@ bool performCommand(std::string_view word, CommandTarget& target);
 std::string commandWord(std::string_view bytes);
 
 /// The watched file through which any process of the user controls this one: each write of one command word
-/// performs it and empties the file. Unknown words are consumed as well, without a message. When the file
-/// cannot be watched there is no channel. Main thread; lives as long as the application.
+/// performs it and empties the file. Unknown words are consumed as well, without a message, and so is a file
+/// that fills a whole read, whatever it begins with. When the file cannot be watched there is no channel. Main
+/// thread; lives as long as the application.
 class CommandChannel {
 public:
     static constexpr std::string_view path = "/tmp/.kestro_cmd";

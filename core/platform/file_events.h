@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -20,6 +21,9 @@ class FileEvents {
 public:
     using Handler = std::function<void()>;
 
+    /// The most bytes that one `read` returns.
+    static constexpr std::size_t longestRead = 4096;
+
     virtual ~FileEvents() = default;
 
     /// Creates an empty file, writable by this user only, unless something exists at the path already.
@@ -30,7 +34,7 @@ public:
     [[nodiscard]] virtual std::unique_ptr<FileEventSource> watchWrites(const std::string& path,
                                                                        Handler handler) = 0;
 
-    /// The file's bytes, at most the first 4096. nullopt: it cannot be read or is not to be trusted.
+    /// The file's bytes, at most the first `longestRead`. nullopt: it cannot be read or is not to be trusted.
     virtual std::optional<std::string> read(const std::string& path) = 0;
 
     /// Empties the file; failures are ignored.

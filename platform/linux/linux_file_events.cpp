@@ -22,8 +22,6 @@ namespace kestro {
 
 namespace {
 
-constexpr std::size_t longestRead = 4096;
-
 /// Follows one path through writes, replacement and deletion. While the file is there only the file is
 /// watched; the directory, where strangers may be busy, only while the file is missing or not to be trusted.
 class PathWatch {

@@ -53,11 +53,10 @@ std::unique_ptr<FileEventSource> SimulatedFileEvents::watchWrites(const std::str
 }
 
 std::optional<std::string> SimulatedFileEvents::read(const std::string& path) {
-    constexpr std::size_t mostBytes = 4096;
     if (readFailure.strikes() || !files_.contains(path)) {
         return std::nullopt;
     }
-    return files_[path].substr(0, mostBytes);
+    return files_[path].substr(0, longestRead);
 }
 
 void SimulatedFileEvents::truncate(const std::string& path) {

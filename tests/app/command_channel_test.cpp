@@ -153,6 +153,30 @@ TEST_F(CommandChannelTest, ConsumesAnUnknownWordWithoutDoingAnything) {
     EXPECT_EQ(mac.fileEvents.contents(file), "");
 }
 
+TEST_F(CommandChannelTest, ConsumesAFileThatIsTooLongWithoutDoingAnything) {
+    const CommandChannel channel(mac.fileEvents, target);
+
+    for (const std::string& tail : {std::string("text"), std::string("\xff")}) {
+        write("popover" + std::string(FileEvents::longestRead, ' ') + tail);
+
+        EXPECT_EQ(mac.fileEvents.contents(file), "");
+    }
+    write(std::string(FileEvents::longestRead + 1, '\xff'));
+
+    EXPECT_EQ(mac.fileEvents.contents(file), "");
+}
+
+TEST_F(CommandChannelTest, PerformsAWordInFrontOfManyBlanks) {
+    const CommandChannel channel(mac.fileEvents, target);
+    EXPECT_CALL(target, togglePopover());
+    std::string text = "popover";
+    text.resize(FileEvents::longestRead - 1, ' ');
+
+    write(text);
+
+    EXPECT_EQ(mac.fileEvents.contents(file), "");
+}
+
 TEST_F(CommandChannelTest, LeavesABlankFileAsItIs) {
     const CommandChannel channel(mac.fileEvents, target);
 
