@@ -1,7 +1,5 @@
 #include "app/app_delegate.h"
 
-#include "app/menus/cooling_menu.h"
-#include "app/status_items/keep_awake_state.h"
 #include "app/windows/dashboard_window.h"
 #include "core/cooling/fan_control_manager.h"
 #include "core/power/keep_awake_manager.h"
@@ -21,13 +19,12 @@ void AppDelegate::showContextMenu() {
 }
 
 StatusMenu AppDelegate::contextMenu() {
-    const FanProfile profile = services_.fanManager.currentProfile.get();
     const MainMenuState state{
         .isPinned = services_.settings.isPinned.get(),
-        .activeDuration = activeDuration(services_.keepAwake),
+        .isKeepAwakeActive = services_.keepAwake.isActive.get(),
+        .currentDuration = services_.keepAwake.currentDuration.get(),
         .remainingTime = QString::fromStdString(services_.keepAwake.formattedRemainingTime()),
-        .fanProfile = profile,
-        .activePreset = presetInEffect(profile, services_.fanManager.activePreset.get()),
+        .fanProfile = services_.fanManager.currentProfile.get(),
         .powerMode = services_.powerManager.currentMode.get(),
     };
     return mainMenu(state, *this);

@@ -3,6 +3,7 @@
 #include "app/menus/menu_rows.h"
 #include "app/menus/shortcuts.h"
 
+#include <optional>
 #include <utility>
 
 namespace kestro {
@@ -10,7 +11,7 @@ namespace kestro {
 namespace {
 
 StatusMenuEntry keepAwakeEntry(const MainMenuState& state, MainMenuActions& actions) {
-    const QString title = state.activeDuration
+    const QString title = state.isKeepAwakeActive
                               ? QStringLiteral("Deactivate Keep-Awake (") + state.remainingTime + QLatin1Char(')')
                               : QStringLiteral("Activate Indefinitely");
     return menuCommand(title, [&actions] { actions.toggleKeepAwakeAction(); });
@@ -21,9 +22,8 @@ StatusMenu fanRows(const MainMenuState& state, MainMenuActions& actions) {
         state.fanProfile, [&actions](FanProfile profile) { actions.selectFanProfile(profile); });
     rows.push_back(StatusMenuEntry::separator());
     rows.push_back(StatusMenuEntry::header(QStringLiteral("Curve Presets")));
-    appendRows(rows, choiceRows<CurvePreset>(state.activePreset, [&actions](CurvePreset preset) {
-                   actions.selectCurvePreset(preset);
-               }));
+    appendRows(rows, choiceRows<CurvePreset>(
+                         std::nullopt, [&actions](CurvePreset preset) { actions.selectCurvePreset(preset); }));
     return rows;
 }
 
@@ -51,7 +51,7 @@ StatusMenu mainMenu(const MainMenuState& state, MainMenuActions& actions) {
     };
     menu.push_back(
         menuSubmenu(QStringLiteral("Keep Awake"),
-                    choiceRows<KeepAwakeDuration>(state.activeDuration, [&actions](KeepAwakeDuration duration) {
+                    choiceRows<KeepAwakeDuration>(state.currentDuration, [&actions](KeepAwakeDuration duration) {
                         actions.selectKeepAwakeDuration(duration);
                     })));
     menu.push_back(menuSubmenu(QStringLiteral("Fan Performance"), fanRows(state, actions)));

@@ -7,8 +7,6 @@
 
 #include <QString>
 
-#include <optional>
-
 namespace kestro {
 
 /// What the main item's menu can make the application do. Main thread.
@@ -32,10 +30,10 @@ public:
 /// What the main item's menu shows.
 struct MainMenuState {
     bool isPinned = false;
-    std::optional<KeepAwakeDuration> activeDuration;  ///< absent: keep-awake is off
+    bool isKeepAwakeActive = false;
+    KeepAwakeDuration currentDuration = KeepAwakeDuration::indefinite;  ///< while off, the last one
     QString remainingTime;
     FanProfile fanProfile = FanProfile::normal;
-    std::optional<CurvePreset> activePreset;  ///< absent: none in effect
     SystemPowerMode powerMode = SystemPowerMode::balanced;
 };
 

@@ -204,7 +204,7 @@ TEST_F(AppDelegateMenu, ShowsThePresentState) {
     EXPECT_NE(testing::findEntry(menu, QStringLiteral("Deactivate Keep-Awake (30m 00s)")), nullptr);
     EXPECT_TRUE(testing::findEntry(menu, QStringLiteral("30 Minutes"))->isChecked);
     EXPECT_TRUE(testing::findEntry(menu, QStringLiteral("Custom Curves"))->isChecked);
-    EXPECT_TRUE(testing::findEntry(menu, QStringLiteral("Quiet Studio"))->isChecked);
+    EXPECT_FALSE(testing::findEntry(menu, QStringLiteral("Quiet Studio"))->isChecked);
     EXPECT_TRUE(testing::findEntry(menu, QStringLiteral("Balanced (Automatic)"))->isChecked);
 }
 

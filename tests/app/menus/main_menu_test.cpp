@@ -55,7 +55,7 @@ TEST_F(MainMenu, OffersToUnpinAPinnedWindow) {
 }
 
 TEST_F(MainMenu, NamesTheRemainingTimeWhileKeepAwakeIsOn) {
-    state.activeDuration = KeepAwakeDuration::minutes15;
+    state.isKeepAwakeActive = true;
     state.remainingTime = QStringLiteral("14m 05s");
 
     const auto lines = linesOf(menu());
@@ -64,28 +64,30 @@ TEST_F(MainMenu, NamesTheRemainingTimeWhileKeepAwakeIsOn) {
 }
 
 TEST_F(MainMenu, ChecksTheRunningDuration) {
-    state.activeDuration = KeepAwakeDuration::hours1;
+    state.isKeepAwakeActive = true;
+    state.currentDuration = KeepAwakeDuration::hours1;
 
     const auto lines = linesOf(findEntry(menu(), QStringLiteral("Keep Awake"))->submenu);
 
     EXPECT_THAT(lines, ElementsAre("Indefinitely", "15 Minutes", "30 Minutes", "* 1 Hour", "2 Hours", "4 Hours"));
 }
 
-TEST_F(MainMenu, ChecksNoDurationWhileKeepAwakeIsOff) {
+TEST_F(MainMenu, ChecksTheCurrentDurationWhileKeepAwakeIsOffToo) {
+    state.currentDuration = KeepAwakeDuration::minutes30;
+
     const auto lines = linesOf(findEntry(menu(), QStringLiteral("Keep Awake"))->submenu);
 
-    EXPECT_THAT(lines, ElementsAre("Indefinitely", "15 Minutes", "30 Minutes", "1 Hour", "2 Hours", "4 Hours"));
+    EXPECT_THAT(lines, ElementsAre("Indefinitely", "15 Minutes", "* 30 Minutes", "1 Hour", "2 Hours", "4 Hours"));
 }
 
-TEST_F(MainMenu, ListsProfilesThenPresets) {
+TEST_F(MainMenu, ChecksTheProfileAndListsThePresetsPlain) {
     state.fanProfile = FanProfile::custom;
-    state.activePreset = CurvePreset::quietStudio;
 
     const auto lines = linesOf(findEntry(menu(), QStringLiteral("Fan Performance"))->submenu);
 
     EXPECT_THAT(
         lines, ElementsAre("Silent", "Normal (Auto)", "Cool", "Turbo", "* Custom Curves", "---", "(Curve Presets)",
-                           "* Quiet Studio", "Balanced Studio", "Aggressive Cooling", "Linear Standard"));
+                           "Quiet Studio", "Balanced Studio", "Aggressive Cooling", "Linear Standard"));
 }
 
 TEST_F(MainMenu, ChecksThePowerMode) {
