@@ -60,15 +60,21 @@ void SurfaceWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) {
         return;
     }
-    const QPoint position = event->position().toPoint();
-    pressedAt_ = backgroundPressed(position) ? std::nullopt : std::optional(position);
+    const bool isTaken = backgroundPressed(event->position().toPoint());
+    pressedAt_ = isTaken ? std::nullopt : std::optional(event->globalPosition().toPoint());
+}
+
+void SurfaceWindow::mouseDoubleClickEvent(QMouseEvent*) {
+    // Its second press starts no drag: the window may be on its way elsewhere.
+    pressedAt_.reset();
 }
 
 void SurfaceWindow::mouseMoveEvent(QMouseEvent* event) {
     if (!pressedAt_ || !event->buttons().testFlag(Qt::LeftButton) || isFullScreen()) {
         return;
     }
-    const QPoint distance = event->position().toPoint() - *pressedAt_;
+    // On the screen, not in the window, which may move under a resting pointer.
+    const QPoint distance = event->globalPosition().toPoint() - *pressedAt_;
     // A drag, not a press: the window manager takes the pointer away, and a double click needs it.
     if (distance.manhattanLength() < QApplication::startDragDistance()) {
         return;
@@ -77,6 +83,7 @@ void SurfaceWindow::mouseMoveEvent(QMouseEvent* event) {
         pressedAt_.reset();
     } else {
         move(pos() + distance);
+        pressedAt_ = event->globalPosition().toPoint();
     }
 }
 

@@ -41,6 +41,7 @@ protected:
     void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
@@ -48,7 +49,7 @@ private:
     WindowDelegate& delegate_;
     ContentFactory makeContent_;
     QWidget* content_ = nullptr;
-    std::optional<QPoint> pressedAt_;  ///< where a drag of the background may have begun
+    std::optional<QPoint> pressedAt_;  ///< on the screen: where a drag may have begun
 };
 
 }  // namespace kestro

@@ -36,6 +36,11 @@ struct DashboardWindowTest : ::testing::Test {
         delegate.events.clear();
     }
 
+    void sendMouse(QEvent::Type type, QPoint position, Qt::MouseButtons buttons = Qt::LeftButton) {
+        QMouseEvent event(type, position, window.mapToGlobal(position), Qt::LeftButton, buttons, Qt::NoModifier);
+        QApplication::sendEvent(&window, &event);
+    }
+
     void doubleClick(QPoint position) {
         QMouseEvent event(QEvent::MouseButtonDblClick, position, window.mapToGlobal(position), Qt::LeftButton,
                           Qt::LeftButton, Qt::NoModifier);
@@ -152,6 +157,40 @@ TEST_F(DashboardWindowTest, DoesNotZoomByDoubleClicksElsewhere) {
     doubleClick({788 - 148, 20});
 
     EXPECT_EQ(window.geometry(), before);
+}
+
+TEST_F(DashboardWindowTest, MovesWithADragOfItsBackground) {
+    show();
+    window.move(10, 20);
+
+    sendMouse(QEvent::MouseButtonPress, {300, 200});
+    sendMouse(QEvent::MouseMove, {340, 230});
+
+    EXPECT_EQ(window.pos(), QPoint(50, 50));
+}
+
+TEST_F(DashboardWindowTest, DoesNotMoveWithATremblingClick) {
+    show();
+    const QPoint before = window.pos();
+
+    sendMouse(QEvent::MouseButtonPress, {300, 200});
+    sendMouse(QEvent::MouseMove, {301, 201});
+    sendMouse(QEvent::MouseButtonRelease, {301, 201}, Qt::NoButton);
+    sendMouse(QEvent::MouseMove, {400, 300}, Qt::NoButton);
+
+    EXPECT_EQ(window.pos(), before);
+}
+
+TEST_F(DashboardWindowTest, DoesNotMoveAfterADoubleClick) {
+    show();
+    const QPoint before = window.pos();
+
+    sendMouse(QEvent::MouseButtonPress, {300, 200});
+    sendMouse(QEvent::MouseButtonRelease, {300, 200}, Qt::NoButton);
+    sendMouse(QEvent::MouseButtonDblClick, {300, 200});
+    sendMouse(QEvent::MouseMove, {400, 300});
+
+    EXPECT_EQ(window.pos(), before);
 }
 
 TEST_F(DashboardWindowTest, PassesTheDoubleClickOn) {
