@@ -99,9 +99,18 @@ int runFirstInstance(LinuxDesktop& desktop) {
     return QCoreApplication::exec();
 }
 
+/// Keeps out what this program has no use for and would pay for in memory: the desktop's widget theme (every
+/// surface paints itself, in the fonts and colours of the settings) and the input method (there is nothing to
+/// type into).
+void prepareToolkit() {
+    QGuiApplication::setDesktopSettingsAware(false);
+    qputenv("QT_IM_MODULE", "none");
+}
+
 }  // namespace
 
 int main(int /*argumentCount*/, char** arguments) {
+    prepareToolkit();
     // The program takes nothing from its command line, and neither does the toolkit.
     int ownName = 1;
     QApplication application(ownName, arguments);
