@@ -1,6 +1,7 @@
 #include "ui/controls/popup_menu.h"
 
 #include "ui/controls/menu_style.h"
+#include "ui/controls/surface_paint.h"
 #include "ui/controls/text_painter.h"
 
 #include <QAction>
@@ -50,6 +51,16 @@ PopupMenu::PopupMenu(const std::vector<MenuEntry>& entries, QWidget* parent) : Q
 void PopupMenu::openAt(const QPoint& position) {
     connect(this, &QMenu::aboutToHide, this, &QObject::deleteLater);
     popup(position);
+}
+
+void PopupMenu::showEvent(QShowEvent* event) {
+    QMenu::showEvent(event);
+    shapePopup(*this, MenuStyle::kCornerRadius);
+}
+
+void PopupMenu::resizeEvent(QResizeEvent* event) {
+    QMenu::resizeEvent(event);
+    shapePopup(*this, MenuStyle::kCornerRadius);
 }
 
 void PopupMenu::add(const MenuEntry& entry) {

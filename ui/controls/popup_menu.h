@@ -36,6 +36,10 @@ public:
     /// entry's action runs after that.
     void openAt(const QPoint& position);
 
+protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void add(const MenuEntry& entry);
 };

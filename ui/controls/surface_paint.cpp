@@ -2,10 +2,13 @@
 
 #include "ui/theme/hairline.h"
 #include "ui/theme/kestro_theme.h"
+#include "ui/theme/window_compositing.h"
 
+#include <QBitmap>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -42,6 +45,21 @@ void paintPopupGlass(QPainter& painter, const QRectF& rect, double radius) {
     painter.setBrush(light);
     painter.drawRoundedRect(rect, radius, radius);
     kestroHairlineBorder(painter, rect, radius, KestroTheme::hairlineStrong());
+}
+
+void shapePopup(QWidget& popup, double radius) {
+    if (window_compositing::isAvailable()) {
+        popup.clearMask();
+        return;
+    }
+    QBitmap shape(popup.size());
+    shape.clear();
+    QPainter painter(&shape);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(popup.rect(), radius, radius);
+    painter.end();
+    popup.setMask(shape);
 }
 
 void paintBar(QPainter& painter, const QRectF& track, double fraction, const QColor& trackColor,

@@ -4,6 +4,7 @@
 
 class QColor;
 class QPainter;
+class QWidget;
 
 namespace kestro {
 
@@ -18,6 +19,10 @@ void paintVerticalHairline(QPainter& painter, double x, double top, double botto
 
 /// The ground of menus and tooltips: opaque enough to be read over anything, lit from above, rim last.
 void paintPopupGlass(QPainter& painter, const QRectF& rect, double radius);
+
+/// Cuts the corners off a popup whose window system does not blend windows; elsewhere the corners are simply
+/// not painted.
+void shapePopup(QWidget& popup, double radius);
 
 /// A track with a filled part of `fraction` (clamped to 0..1), both with round ends.
 void paintBar(QPainter& painter, const QRectF& track, double fraction, const QColor& trackColor,

@@ -21,6 +21,7 @@ namespace {
 
 constexpr int kPaddingX = 8;
 constexpr int kPaddingY = 4;
+constexpr double kRadius = 5;
 constexpr int kPointerGap = 18;
 
 const TextStyle kText{10.5, 14, QFont::Medium, 0, KestroTheme::textPrimary};
@@ -107,7 +108,7 @@ QSize Tooltip::sizeHint() const {
 void Tooltip::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintPopupGlass(painter, rect(), 5);
+    paintPopupGlass(painter, rect(), kRadius);
     QRectF line(kPaddingX, kPaddingY, width() - 2 * kPaddingX, kText.lineHeight);
     for (const QString& text : lines_) {
         drawText(painter, line, text, kText);
@@ -143,6 +144,7 @@ void Tooltip::appear() {
         screen = owner_->screen();
     }
     setGeometry(placed(sizeHint(), QCursor::pos(), screen->geometry()));
+    shapePopup(*this, kRadius);
     show();
 }
 

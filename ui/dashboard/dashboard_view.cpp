@@ -123,6 +123,24 @@ void DashboardView::resizeEvent(QResizeEvent* event) {
     arrange();
 }
 
+void DashboardView::showEvent(QShowEvent* event) {
+    GlassSurface::showEvent(event);
+    window()->installEventFilter(this);
+    followWindowState();
+}
+
+bool DashboardView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::WindowStateChange) {
+        followWindowState();
+    }
+    return GlassSurface::eventFilter(watched, event);
+}
+
+void DashboardView::followWindowState() {
+    // A window that fills the screen has nothing beyond its corners.
+    setCornerRadius(window()->isFullScreen() ? 0 : kCornerRadius);
+}
+
 void DashboardView::arrange() {
     const auto switches = dashboardSectionSwitches(services_.settings);
     const int count = visibleDashboardSections(services_.settings);

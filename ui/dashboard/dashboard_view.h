@@ -32,11 +32,14 @@ protected:
     std::optional<PlacedHalftoneField> halftone() const override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     Button* makeHeaderButton(const QString& symbol, double size, const QString& help,
                              std::function<void()> action);
     void showPin();
+    void followWindowState();
     void arrange();
     void arrangeHeader(double inset);
     void arrangeFooter(double inset);

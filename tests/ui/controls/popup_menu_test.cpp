@@ -3,6 +3,7 @@
 #include "tests/ui/controls/view_test.h"
 #include "ui/controls/menu_button.h"
 #include "ui/controls/menu_style.h"
+#include "ui/theme/window_compositing.h"
 
 #include <QPointer>
 
@@ -80,6 +81,22 @@ TEST_F(PopupMenuTest, MakesRoomForTheShortcut) {
     withShortcut.shortcut = QStringLiteral("Ctrl+Meta+F");
 
     EXPECT_GT(PopupMenu({withShortcut}).sizeHint().width(), PopupMenu({plain}).sizeHint().width() + 28);
+}
+
+TEST_F(PopupMenuTest, CutsItsCornersOffWhereWindowsAreNotBlended) {
+    PopupMenu menu({entry("Silent"), entry("Cool")});
+    menu.ensurePolished();
+
+    window_compositing::setOverride(false);
+    menu.popup({10, 10});
+    EXPECT_FALSE(menu.mask().contains(QPoint(0, 0)));
+    EXPECT_TRUE(menu.mask().contains(menu.rect().center()));
+    menu.hide();
+    window_compositing::setOverride(true);
+    menu.popup({10, 10});
+
+    EXPECT_TRUE(menu.mask().isEmpty());
+    window_compositing::setOverride(std::nullopt);
 }
 
 class MenuButtonTest : public ViewTest {

@@ -128,6 +128,23 @@ TEST_F(DashboardViewTest, FollowsTheSectionSwitchesAtOnce) {
     EXPECT_LT(section<ComputeSection>().geometry().right(), section<MemorySection>().x());
 }
 
+TEST_F(DashboardViewTest, HasSquareCornersInFullScreen) {
+    make();
+    show(1260, 480);
+    const auto corner = [this] { return qAlpha(view_->grab().toImage().pixel(1, 1)); };
+    const int rounded = corner();
+
+    view_->setWindowState(Qt::WindowFullScreen);
+    QApplication::processEvents();
+    const int square = corner();
+    view_->setWindowState(Qt::WindowNoState);
+    QApplication::processEvents();
+
+    EXPECT_EQ(rounded, 0);
+    EXPECT_GT(square, 0);
+    EXPECT_EQ(corner(), 0);
+}
+
 TEST_F(DashboardViewTest, ShowsAnEmptyRowWithoutSections) {
     make();
     UserSettings& settings = machine_->settings();
