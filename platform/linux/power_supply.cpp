@@ -226,7 +226,8 @@ PowerSupply parsePowerSupply(std::string_view uevent) {
         const auto line = takeLine(uevent);
         const auto equals = line.find('=');
         if (line.starts_with(prefix) && equals != std::string_view::npos) {
-            take(supply, line.substr(prefix.size(), equals - prefix.size()), trimmedField(line.substr(equals + 1)));
+            take(supply, line.substr(prefix.size(), equals - prefix.size()),
+                 trimmedField(line.substr(equals + 1)));
         }
     }
     return supply;

@@ -91,8 +91,9 @@ std::vector<QRectF> fanRowAreas(int fans, double width, double height) {
     const double columnWidth = (width - kColumnGap * (columns - 1)) / columns;
     const double top = std::floor((height - rowHeight * rows) / 2);
     for (int i = 0; i < std::min(fans, rows * columns); ++i) {
-        areas.emplace_back((i % columns) * (columnWidth + kColumnGap), top + (i / columns) * rowHeight,
-                           columnWidth, rowHeight);
+        const int row = i / columns;
+        areas.emplace_back((i % columns) * (columnWidth + kColumnGap), top + row * rowHeight, columnWidth,
+                           rowHeight);
     }
     return areas;
 }

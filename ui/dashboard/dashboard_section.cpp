@@ -16,7 +16,6 @@ constexpr double kTitleGap = 6;
 
 /// Less room than this between title and remark reads as one text.
 constexpr double kMetaGap = 12;
-constexpr double kDotSize = 6;
 
 const TextStyle kMeta{9, SectionGrid::titleHeight, QFont::Medium, 0, KestroTheme::textSecondary};
 
