@@ -37,22 +37,18 @@ public:
     /// Watches the file, or waits for it where it is missing. False: it is there but not to be trusted, or
     /// the kernel has no watch left.
     bool arm() {
-        const auto file = openTrusted(path_, O_RDONLY);
-        if (file.trust == FileTrust::trusted) {
-            // Through the descriptor: the path may name another file by now.
-            const auto opened = fmt::format("/proc/self/fd/{}", file.descriptor.get());
-            fileWatch_ = inotify_add_watch(inotify_.get(), opened.c_str(),
-                                           IN_MODIFY | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF);
-            if (fileWatch_ >= 0) {
-                forget(directoryWatch_);
-                return true;
-            }
-        }
-        if (directoryWatch_ < 0) {
+        auto trust = watchFile();
+        if (fileWatch_ < 0 && directoryWatch_ < 0) {
             directoryWatch_ = inotify_add_watch(inotify_.get(), directory_.c_str(),
                                                 IN_CREATE | IN_MOVED_TO | IN_ATTRIB | IN_ONLYDIR);
+            // Again: the file may have come before the directory was watched.
+            trust = watchFile();
         }
-        return file.trust == FileTrust::missing && directoryWatch_ >= 0;
+        if (fileWatch_ >= 0) {
+            forget(directoryWatch_);
+            return true;
+        }
+        return trust == FileTrust::missing && directoryWatch_ >= 0;
     }
 
     /// Takes in everything that happened. True: the file was written to, or another one took its place.
@@ -83,6 +79,17 @@ public:
     }
 
 private:
+    FileTrust watchFile() {
+        const auto file = openTrusted(path_, O_RDONLY);
+        if (file.trust == FileTrust::trusted) {
+            // Through the descriptor: the path may name another file by now.
+            const auto opened = fmt::format("/proc/self/fd/{}", file.descriptor.get());
+            fileWatch_ = inotify_add_watch(inotify_.get(), opened.c_str(),
+                                           IN_MODIFY | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF);
+        }
+        return file.trust;
+    }
+
     /// True: the path now names a file that was not watched before.
     bool follow() {
         const auto before = std::exchange(fileWatch_, -1);
