@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::chrono::milliseconds writeInterval = std::chrono::seconds(1);
 
+// A handler of exit can reach nothing but statics.
+JsonUserDefaults* flushedAtExit = nullptr;
+
 /// The value of a variable that names a directory; empty unless it is an absolute path.
 std::string directoryVariable(const char* name) {
     const char* value = std::getenv(name);
@@ -33,6 +36,9 @@ JsonUserDefaults::JsonUserDefaults(RunLoop& runLoop, const std::string& path)
     : runLoop_(runLoop), file_(std::make_shared<PreferencesFile>(path)), values_(file_->load()) {}
 
 JsonUserDefaults::~JsonUserDefaults() {
+    if (flushedAtExit == this) {
+        flushedAtExit = nullptr;
+    }
     flush();
 }
 
@@ -66,6 +72,15 @@ void JsonUserDefaults::flush() {
     if (!pending_.empty() && file_->store(pending_, ++lastSequence_)) {
         pending_.clear();
     }
+}
+
+void JsonUserDefaults::flushAtExit() {
+    [[maybe_unused]] static const int registered = std::atexit([] {
+        if (flushedAtExit != nullptr) {
+            flushedAtExit->flush();
+        }
+    });
+    flushedAtExit = this;
 }
 
 void JsonUserDefaults::writePending() {

@@ -37,6 +37,10 @@ public:
     /// Writes what has not reached the disk yet, now. Returns when it is there or was refused.
     void flush();
 
+    /// Flushes when the process calls `exit` while this object lives, as the toolkit does when the display server
+    /// goes away at logout. One object at a time.
+    void flushAtExit();
+
 private:
     void writePending();
     void finishWriting(std::uint64_t sequence, bool stored);

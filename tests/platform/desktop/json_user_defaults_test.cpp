@@ -436,6 +436,28 @@ TEST_F(JsonUserDefaultsTest, IsSavedWhenASignalEndsTheProcess) {
     }
 }
 
+TEST_F(JsonUserDefaultsTest, IsSavedWhenTheToolkitExits) {
+    // The child runs this test anew, in a directory of its own: the variable names the parent's.
+    constexpr auto variable = "KESTRO_TEST_PREFERENCES";
+    if (qEnvironmentVariableIsEmpty(variable)) {
+        qputenv(variable, path.c_str());
+    }
+    const std::string shared = qgetenv(variable).toStdString();
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+
+    EXPECT_EXIT(
+        {
+            JsonUserDefaults defaults(runLoop, shared);
+            defaults.flushAtExit();
+            defaults.set("kestro.isPinned", true);
+            std::exit(7);
+        },
+        testing::ExitedWithCode(7), "");
+
+    qunsetenv(variable);
+    EXPECT_EQ(stored("kestro.isPinned"), PreferenceValue(true));
+}
+
 TEST(UnixSignalNotifier, LeavesIgnoredSignalsIgnoredAndPutsTheOthersBack) {
     const auto former = std::signal(SIGHUP, SIG_IGN);
     struct sigaction action {};

@@ -1,0 +1,29 @@
+#include "platform/linux/interface_source.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace kestro {
+namespace {
+
+TEST(KernelInterfaceSource, ListsTheLoopbackInterfaceAtLinkLevelWithoutStatistics) {
+    KernelInterfaceSource source;
+
+    const auto entries = source.list();
+
+    ASSERT_TRUE(entries);
+    const auto loopback = std::ranges::find_if(*entries, [](const InterfaceEntry& entry) {
+        return (entry.flags & interfaceLoopback) != 0 && entry.address &&
+               entry.address->family == AddressFamily::link;
+    });
+    ASSERT_NE(loopback, entries->end());
+    EXPECT_FALSE(loopback->statistics);
+}
+
+TEST(KernelInterfaceSource, CountsAsChangedAtFirst) {
+    EXPECT_TRUE(KernelInterfaceSource().hasChanged());
+}
+
+}  // namespace
+}  // namespace kestro
