@@ -90,11 +90,16 @@ KestroServices sharedServices() {
             KeepAwakeManager::shared(), PowerModeManager::shared()};
 }
 
+/// Not `quit`, which asks every window first: the dashboard refuses to close.
+void terminate() {
+    QCoreApplication::exit(EXIT_SUCCESS);
+}
+
 int runFirstInstance(LinuxDesktop& desktop) {
     const AccessibilityMonitor accessibility(desktop.sessionBus);
     DesktopStatusBar statusBar;
     AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(), statusBar, kestroSurfaces(),
-                         [] { QCoreApplication::quit(); });
+                         terminate);
     delegate.applicationDidFinishLaunching();
     return QCoreApplication::exec();
 }
@@ -126,7 +131,8 @@ int main(int /*argumentCount*/, char** arguments) {
         instance.callFirst(desktop.notifications);
         return EXIT_SUCCESS;
     }
-    const UnixSignalNotifier signals([](int) { QCoreApplication::quit(); });
+    desktop.userDefaults.flushAtExit();
+    const UnixSignalNotifier signals([](int) { terminate(); });
     const int result = runFirstInstance(desktop);
     desktop.userDefaults.flush();
     // What still runs in the background, such as a switch that waits for somebody's password, must not keep

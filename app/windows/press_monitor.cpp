@@ -1,20 +1,18 @@
 #include "app/windows/press_monitor.h"
 
-#include <QGuiApplication>
+#include "ui/theme/x11_display.h"
+
 #include <QSocketNotifier>
 
 #include <xcb/xinput.h>
 
-#include <cstdlib>
 #include <utility>
 
 namespace kestro {
 
 namespace {
 
-struct FreeReply {
-    void operator()(void* reply) const { std::free(reply); }
-};
+using x11_display::Reply;
 
 struct Disconnect {
     void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
@@ -27,7 +25,7 @@ constexpr std::uint32_t lastRealButton = 3;
 
 bool hasRawEvents(xcb_connection_t* display) {
     const auto cookie = xcb_input_xi_query_version(display, 2, 2);
-    const std::unique_ptr<xcb_input_xi_query_version_reply_t, FreeReply> reply(
+    const Reply<xcb_input_xi_query_version_reply_t> reply(
         xcb_input_xi_query_version_reply(display, cookie, nullptr));
     // From 2.1 on raw events arrive while another program holds a grab, too.
     return reply && (reply->major_version > 2 || (reply->major_version == 2 && reply->minor_version >= 1));
@@ -59,7 +57,7 @@ private:
     void readEvents() {
         bool isPressed = false;
         while (xcb_generic_event_t* event = xcb_poll_for_event(display_.get())) {
-            const std::unique_ptr<xcb_generic_event_t, FreeReply> owned(event);
+            const Reply<xcb_generic_event_t> owned(event);
             isPressed = isPressed || isPress(*event);
         }
         if (xcb_connection_has_error(display_.get()) != 0) {
@@ -86,7 +84,7 @@ private:
 };
 
 PressMonitor::PressMonitor(std::function<void()> onPress) {
-    if (qGuiApp->nativeInterface<QNativeInterface::QX11Application>() == nullptr) {
+    if (x11_display::connection() == nullptr) {
         return;
     }
     Display display(xcb_connect(nullptr, nullptr));

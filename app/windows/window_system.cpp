@@ -1,34 +1,16 @@
 #include "app/windows/window_system.h"
 
+#include "ui/theme/x11_display.h"
+
 #include <QGuiApplication>
 #include <QWidget>
 #include <QWindow>
 
-#include <xcb/xcb.h>
-
-#include <cstdlib>
-#include <cstring>
-#include <memory>
+#include <cstdint>
 
 namespace kestro {
 
 namespace {
-
-struct FreeReply {
-    void operator()(void* reply) const { std::free(reply); }
-};
-
-xcb_connection_t* xcbConnection() {
-    const auto* application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return application != nullptr ? application->connection() : nullptr;
-}
-
-xcb_atom_t internedAtom(xcb_connection_t* connection, const char* name) {
-    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-    const std::unique_ptr<xcb_intern_atom_reply_t, FreeReply> reply(
-        xcb_intern_atom_reply(connection, cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
 
 /// Asks the window manager to activate a window, with the source indication of a pager. A click in a panel
 /// reaches this process over the bus, without the time of an X event, and a request with the source of a
@@ -39,7 +21,7 @@ void requestActivationAsPager(xcb_connection_t* connection, xcb_window_t window)
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 32;
     event.window = window;
-    event.type = internedAtom(connection, "_NET_ACTIVE_WINDOW");
+    event.type = x11_display::atom(connection, "_NET_ACTIVE_WINDOW");
     event.data.data32[0] = sourcePager;
     event.data.data32[1] = XCB_CURRENT_TIME;
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
@@ -57,7 +39,7 @@ void makeKeyAndOrderFront(QWidget& window) {
     window.show();
     window.raise();
     window.activateWindow();
-    if (xcb_connection_t* connection = xcbConnection()) {
+    if (xcb_connection_t* connection = x11_display::connection()) {
         requestActivationAsPager(connection, static_cast<xcb_window_t>(window.winId()));
     }
 }

@@ -247,10 +247,33 @@ std::vector<DesktopWindow> DesktopSession::windows() const {
             const QRegularExpression line(QString::fromLatin1(name) + QStringLiteral("=(-?\\d+)"));
             return line.match(QString::fromLatin1(geometry)).captured(1).toInt();
         };
-        found.push_back(
-            {QString::fromUtf8(title).trimmed(), QRect(value("X"), value("Y"), value("WIDTH"), value("HEIGHT"))});
+        found.push_back({window, QString::fromUtf8(title).trimmed(),
+                         QRect(value("X"), value("Y"), value("WIDTH"), value("HEIGHT"))});
     }
     return found;
+}
+
+std::optional<DesktopWindow> DesktopSession::strip() const {
+    static const QRegularExpression figure(QStringLiteral("\\d%"));
+    for (const DesktopWindow& window : windows()) {
+        if (window.frame.height() == 28 && figure.match(window.title).hasMatch()) {
+            return window;
+        }
+    }
+    return std::nullopt;
+}
+
+QString DesktopSession::windowProperty(const DesktopWindow& window, const QString& name) const {
+    const QByteArray line = output(QStringLiteral("xprop"), {QStringLiteral("-id"), window.identifier, name});
+    return QString::fromUtf8(line.mid(line.indexOf('=') + 1)).trimmed();
+}
+
+void DesktopSession::writePreferences(const QByteArray& json) const {
+    QDir().mkpath(path(QStringLiteral("config/kestro")));
+    QFile file(path(QStringLiteral("config/kestro/preferences.json")));
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(json);
+    }
 }
 
 QStringList DesktopSession::files() const {

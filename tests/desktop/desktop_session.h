@@ -23,6 +23,7 @@ enum class DesktopPanel { none, mate, xfce, lxqt };
 
 /// A window on the screen.
 struct DesktopWindow {
+    QString identifier;  ///< of the X window, in decimal
     QString title;
     QRect frame;
 };
@@ -75,8 +76,17 @@ public:
     /// Presses and releases a key by its X name, such as "Escape" or "ctrl+w".
     void key(const QString& name) const;
 
+    /// The value of an X11 property of a window, as xprop prints it.
+    QString windowProperty(const DesktopWindow& window, const QString& name) const;
+
     /// Kestro's visible windows.
     std::vector<DesktopWindow> windows() const;
+
+    /// The strip; nothing while there is none, or none with figures yet.
+    std::optional<DesktopWindow> strip() const;
+
+    /// Gives Kestro preferences to start with.
+    void writePreferences(const QByteArray& json) const;
 
     /// Every file below the session's folder, as relative paths, sorted.
     QStringList files() const;

@@ -23,15 +23,14 @@ double usedMemoryPercent() {
     return 100 * (1 - kilobytes("MemAvailable") / kilobytes("MemTotal"));
 }
 
-/// Where the strip is; nothing while there is none, or none with figures yet.
-std::optional<QRect> stripFrame(const DesktopSession& session) {
-    static const QRegularExpression figure(QStringLiteral("\\d%"));
-    for (const DesktopWindow& window : session.windows()) {
-        if (window.frame.height() == 28 && figure.match(window.title).hasMatch()) {
-            return window.frame;
-        }
-    }
-    return std::nullopt;
+/// Waits for the strip; an empty window when it does not come.
+DesktopWindow waitForStrip(const DesktopSession& session) {
+    std::optional<DesktopWindow> found;
+    waitUntil([&] {
+        found = session.strip();
+        return found.has_value();
+    });
+    return found.value_or(DesktopWindow());
 }
 
 /// The memory figure of a readout; nothing before the first sample.
@@ -173,30 +172,37 @@ TEST(StatusBarWithoutAPanel, ShowsTheStripAtTheTopRight) {
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
 
     session.startKestro();
+    const DesktopWindow window = waitForStrip(session);
 
-    std::optional<QRect> strip;
-    ASSERT_TRUE(waitUntil([&] {
-        strip = stripFrame(session);
-        return strip.has_value();
-    }));
-    EXPECT_EQ(strip->top(), 8);
-    EXPECT_EQ(strip->right() + 1, DesktopSession::screenSize.width() - 10);
+    EXPECT_GT(window.frame.width(), 100);
+    EXPECT_EQ(window.frame.top(), 8);
+    EXPECT_EQ(window.frame.right() + 1, DesktopSession::screenSize.width() - 10);
     session.screenshot(QStringLiteral("strip"));
+}
+
+TEST(StatusBarWithoutAPanel, KeepsTheStripOnEveryWorkspaceAsADock) {
+    DesktopSession session;
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    session.startKestro();
+    const DesktopWindow window = waitForStrip(session);
+
+    session.output(QStringLiteral("xdotool"), {QStringLiteral("set_desktop"), QStringLiteral("1")});
+
+    EXPECT_EQ(session.windowProperty(window, QStringLiteral("_NET_WM_WINDOW_TYPE")),
+              QStringLiteral("_NET_WM_WINDOW_TYPE_DOCK"));
+    EXPECT_EQ(session.windowProperty(window, QStringLiteral("_NET_WM_DESKTOP")), QStringLiteral("4294967295"));
+    EXPECT_TRUE(session.strip().has_value());
 }
 
 TEST(StatusBarWithoutAPanel, QuitsThroughTheMenuOfTheStrip) {
     DesktopSession session;
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
     const QProcess& kestro = session.startKestro();
-    std::optional<QRect> strip;
-    ASSERT_TRUE(waitUntil([&] {
-        strip = stripFrame(session);
-        return strip.has_value();
-    }));
+    const QPoint center = waitForStrip(session).frame.center();
     const QImage before = session.screenshot(QStringLiteral("strip"));
 
-    session.click(strip->center(), 3);
-    const QRect below(strip->center() + QPoint(0, 40), QSize(60, 60));
+    session.click(center, 3);
+    const QRect below(center + QPoint(0, 40), QSize(60, 60));
     ASSERT_TRUE(waitUntil(
         [&] { return session.screenshot(QStringLiteral("strip-menu")).copy(below) != before.copy(below); }));
     // The last entry of the menu quits.
@@ -214,12 +220,56 @@ TEST(StatusBarWithoutAPanel, MovesToThePanelThatStarts) {
     session.startKestro();
     ASSERT_FALSE(client.waitForItem().isEmpty());
     session.killPanel();
-    ASSERT_TRUE(waitUntil([&] { return stripFrame(session).has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return session.strip().has_value(); }));
 
     session.startPanel();
 
     EXPECT_FALSE(client.waitForItem().isEmpty());
-    EXPECT_TRUE(waitUntil([&] { return !stripFrame(session).has_value(); }));
+    EXPECT_TRUE(waitUntil([&] { return !session.strip().has_value(); }));
+}
+
+TEST(CoolingItemOnMate, ActsOnTheEntriesOfItsMenu) {
+    DesktopSession session(DesktopPanel::mate);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    session.writePreferences(R"({"kestro.showDedicatedFanItem": true})");
+    const StatusItemClient client(session);
+    session.startKestro();
+    const QString cooling = client.waitForItem(QStringLiteral("kestro-cooling"));
+    ASSERT_FALSE(cooling.isEmpty());
+    EXPECT_EQ(client.label(cooling).trimmed(), QStringLiteral("NORMAL (AUTO)"));
+    const HostMenuEntry menu = client.menu(cooling);
+    const HostMenuEntry* turbo = menu.find(QStringLiteral("Turbo"));
+    ASSERT_NE(turbo, nullptr);
+
+    client.choose(cooling, turbo->id);
+
+    EXPECT_TRUE(waitUntil([&] { return client.label(cooling).trimmed() == QStringLiteral("TURBO"); }))
+        << client.label(cooling).toStdString();
+    const HostMenuEntry after = client.menu(cooling);
+    ASSERT_NE(after.find(QStringLiteral("Turbo")), nullptr);
+    EXPECT_TRUE(after.find(QStringLiteral("Turbo"))->isChecked());
+    EXPECT_FALSE(after.find(QStringLiteral("Silent"))->isChecked());
+    session.screenshot(QStringLiteral("mate-panel-extras"));
+}
+
+TEST(CoolingItemOnMate, OpensItsMenuUnderALeftClick) {
+    DesktopSession session(DesktopPanel::mate);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    session.writePreferences(R"({"kestro.showDedicatedFanItem": true, "kestro.showDedicatedKeepAwakeItem": false,
+                                 "kestro.activeMenubarModules": {"json": ["appIcon"]}})");
+    const StatusItemClient client(session);
+    session.startKestro();
+    ASSERT_FALSE(client.waitForItem(QStringLiteral("kestro-cooling")).isEmpty());
+    // The cooling item's text stands left of the main item's icon and the clock.
+    const QPoint place(1030, 12);
+    const QImage before = session.screenshot(QStringLiteral("mate-panel-cooling"));
+
+    session.click(place, 1);
+
+    const QRect below(place.x() - 40, 40, 100, 200);
+    EXPECT_TRUE(waitUntil([&] {
+        return session.screenshot(QStringLiteral("mate-panel-cooling-menu")).copy(below) != before.copy(below);
+    }));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "ui/controls/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
 #include "ui/theme/hairline.h"
+#include "ui/theme/window_compositing.h"
 
 #include <QAction>
 #include <QApplication>
@@ -210,6 +211,14 @@ int MenuStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
             return 1;
         case SH_Menu_Scrollable:
             return 1;
+        case SH_Menu_Mask:
+            // Where nothing blends windows, the corners outside the glass would be black.
+            if (auto* const mask = qstyleoption_cast<QStyleHintReturnMask*>(returnData);
+                mask != nullptr && !window_compositing::isAvailable()) {
+                mask->region = roundedRegion(option->rect, kCornerRadius);
+                return 1;
+            }
+            return 0;
         default:
             return QProxyStyle::styleHint(hint, option, widget, returnData);
     }

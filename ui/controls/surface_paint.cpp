@@ -20,6 +20,15 @@ void paintRounded(QPainter& painter, const QRectF& rect, double radius, const QC
     painter.drawRoundedRect(rect, radius, radius);
 }
 
+QRegion roundedRegion(const QRect& rect, double radius) {
+    QBitmap shape(rect.size());
+    shape.clear();
+    QPainter painter(&shape);
+    paintRounded(painter, QRectF(QPointF(), rect.size()), radius, Qt::color1);
+    painter.end();
+    return QRegion(shape).translated(rect.topLeft());
+}
+
 void paintOutline(QPainter& painter, const QRectF& rect, double radius, const QColor& color, double width) {
     const double inset = width / 2;
     const double lineRadius = std::max(0.0, radius - inset);

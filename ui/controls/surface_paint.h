@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRectF>
+#include <QRegion>
 
 class QColor;
 class QPainter;
@@ -10,6 +11,9 @@ namespace kestro {
 
 /// Fills a rounded rectangle.
 void paintRounded(QPainter& painter, const QRectF& rect, double radius, const QColor& fill);
+
+/// The pixels of a rounded rectangle, as the shape of a window that cannot be translucent at its corners.
+QRegion roundedRegion(const QRect& rect, double radius);
 
 /// Outlines a rounded rectangle by a line of `width` that lies inside it.
 void paintOutline(QPainter& painter, const QRectF& rect, double radius, const QColor& color, double width);

@@ -1,13 +1,11 @@
 #include "ui/theme/window_compositing.h"
-
-#include <xcb/xcb.h>
+#include "ui/theme/x11_display.h"
 
 #include <QGuiApplication>
 #include <QWindow>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,26 +14,6 @@ namespace kestro::window_compositing {
 namespace {
 
 std::optional<bool> overridden;
-
-struct FreeReply {
-    void operator()(void* reply) const { std::free(reply); }
-};
-
-template <typename T>
-using Reply = std::unique_ptr<T, FreeReply>;
-
-xcb_connection_t* connection() {
-    const auto* const x11 = qApp ? qApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->connection() : nullptr;
-}
-
-/// XCB_ATOM_NONE when nobody has ever used the name and `onlyIfExists` is set, or when the server is gone.
-xcb_atom_t atom(xcb_connection_t* x11, const std::string& name, bool onlyIfExists) {
-    const auto cookie =
-        xcb_intern_atom(x11, std::uint8_t{onlyIfExists}, static_cast<std::uint16_t>(name.size()), name.c_str());
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x11, cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
 
 int screenNumber() {
     char* host = nullptr;
@@ -54,15 +32,16 @@ bool isAvailable() {
     if (overridden) {
         return *overridden;
     }
-    xcb_connection_t* const x11 = connection();
+    xcb_connection_t* const x11 = x11_display::connection();
     if (!x11) {
         return true;
     }
-    const xcb_atom_t manager = atom(x11, "_NET_WM_CM_S" + std::to_string(screenNumber()), true);
+    const xcb_atom_t manager = x11_display::atom(x11, "_NET_WM_CM_S" + std::to_string(screenNumber()),
+                                                 x11_display::AtomCreation::onlyIfKnown);
     if (manager == XCB_ATOM_NONE) {
         return false;
     }
-    const Reply<xcb_get_selection_owner_reply_t> reply(
+    const x11_display::Reply<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(x11, xcb_get_selection_owner(x11, manager), nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
@@ -72,12 +51,13 @@ void setOverride(std::optional<bool> available) {
 }
 
 void requestBlurBehind(QWindow& window, const QRegion& region) {
-    xcb_connection_t* const x11 = connection();
+    xcb_connection_t* const x11 = x11_display::connection();
     if (!x11) {
         return;
     }
     // Only a window manager that knows the property has made its name.
-    const xcb_atom_t property = atom(x11, "_KDE_NET_WM_BLUR_BEHIND_REGION", true);
+    const xcb_atom_t property =
+        x11_display::atom(x11, "_KDE_NET_WM_BLUR_BEHIND_REGION", x11_display::AtomCreation::onlyIfKnown);
     if (property == XCB_ATOM_NONE) {
         return;
     }

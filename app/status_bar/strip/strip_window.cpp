@@ -1,11 +1,11 @@
 #include "app/status_bar/strip/strip_window.h"
 
-#include <QBitmap>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
 #include <algorithm>
 
+#include "app/status_bar/strip/dock_window.h"
 #include "app/status_bar/strip/strip_item_view.h"
 #include "app/status_bar/strip/strip_layout.h"
 #include "core/settings/user_settings.h"
@@ -22,9 +22,9 @@ StripWindow::StripWindow()
     setAccessibleName(QStringLiteral("Kestro"));
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TranslucentBackground);
-    // A dock without a strut: above the windows, on every workspace, in no task list, and in nobody's way.
-    setAttribute(Qt::WA_X11NetWmWindowTypeDock);
     setAttribute(Qt::WA_QuitOnClose, false);
+    // A dock without a strut: above the windows, on every workspace, in no task list, and in nobody's way.
+    makeDock(*this);
     palette_ = KestroTheme::settings().themePalette.subscribe([this](const auto&) { update(); });
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &StripWindow::followPrimaryScreen);
     followPrimaryScreen();
@@ -82,12 +82,7 @@ void StripWindow::shapeCorners() {
         clearMask();
         return;
     }
-    QBitmap shape(size());
-    shape.clear();
-    QPainter painter(&shape);
-    paintRounded(painter, rect(), strip_layout::cornerRadius, Qt::color1);
-    painter.end();
-    setMask(shape);
+    setMask(roundedRegion(rect(), strip_layout::cornerRadius));
 }
 
 void StripWindow::followPrimaryScreen() {

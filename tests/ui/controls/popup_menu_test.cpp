@@ -30,6 +30,20 @@ TEST_F(PopupMenuTest, HasRowsOfTwentyFourAndSeparatorsOfNine) {
     EXPECT_EQ(menu.sizeHint().height(), 4 + 24 + 9 + 24 + 4);
 }
 
+TEST_F(PopupMenuTest, HasItsCornersCutOffOnlyWhereNothingBlendsWindows) {
+    const auto shape = [](bool isBlended) {
+        window_compositing::setOverride(isBlended);
+        PopupMenu menu({entry("Silent"), entry("Cool")});
+        menu.popup(QPoint());
+        window_compositing::setOverride(std::nullopt);
+        return menu.mask();
+    };
+
+    EXPECT_FALSE(shape(false).contains(QPoint(0, 0)));
+    EXPECT_TRUE(shape(false).contains(QPoint(8, 0)));
+    EXPECT_TRUE(shape(true).isEmpty());
+}
+
 TEST_F(PopupMenuTest, ShowsAmpersandsAndTabsAsPlainText) {
     PopupMenu menu({entry("R&D\tx")});
 

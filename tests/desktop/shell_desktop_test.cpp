@@ -1,0 +1,263 @@
+#include "tests/desktop/shell_fixture.h"
+#include "tests/desktop/status_item_client.h"
+
+#include <QDir>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+
+namespace kestro {
+namespace {
+
+using ShellOnTheDesktop = ShellFixture;
+
+/// In the middle of the test's screen, as it first shows.
+constexpr QRect centredDashboard(10, 160, 1260, 480);
+
+TEST_F(ShellOnTheDesktop, OpensResizesAndHidesTheDashboardByCommands) {
+    launch();
+
+    command("dashboard");
+    EXPECT_EQ(settledFrame(dashboard, centredDashboard), centredDashboard);
+    session.screenshot(QStringLiteral("shell-dashboard"));
+
+    command("dashboard-shrink\n");
+    EXPECT_EQ(settledFrame(dashboard, {10, 180, 800, 460}), QRect(10, 180, 800, 460));
+
+    // Too tall for this screen: the bottom-left corner gives way so that the title band stays on it.
+    command("dashboard-resize");
+    EXPECT_EQ(settledFrame(dashboard, {10, 0, 1500, 750}), QRect(10, 0, 1500, 750));
+
+    command("hide");
+    EXPECT_TRUE(disappears(dashboard));
+
+    command("dashboard");
+    EXPECT_EQ(settledFrame(dashboard, {10, 0, 1500, 750}), QRect(10, 0, 1500, 750));
+}
+
+TEST_F(ShellOnTheDesktop, ConsumesUnknownWordsAndRefusesLongOnes) {
+    launch();
+
+    command("Dashboard");
+    command("popover\nhide");
+    command("settings");
+
+    EXPECT_TRUE(appears(settings));
+    EXPECT_FALSE(frame(dashboard));
+    EXPECT_FALSE(frame(popover));
+}
+
+TEST_F(ShellOnTheDesktop, OpensTheSettingsAtATabAndSavesIt) {
+    launch();
+
+    command("settings-cooling");
+    ASSERT_TRUE(appears(settings));
+    EXPECT_EQ(frame(settings)->size(), QSize(860, 750));
+    EXPECT_TRUE(waitUntil([&] { return preferences().contains(QStringLiteral("Cooling & Fans")); }));
+
+    session.key(QStringLiteral("ctrl+w"));
+    EXPECT_TRUE(disappears(settings));
+
+    notify(QStringLiteral("showSettings"), QStringLiteral("Keep-Awake"));
+    EXPECT_TRUE(appears(settings));
+    EXPECT_TRUE(waitUntil([&] { return preferences().contains(QStringLiteral("\"Keep-Awake\"")); }));
+}
+
+TEST_F(ShellOnTheDesktop, OpensThePopoverAndClosesItByEscapeAndByAPressElsewhere) {
+    launch();
+
+    notify(QStringLiteral("togglePopover"));
+    ASSERT_TRUE(appears(popover));
+    EXPECT_EQ(frame(popover)->size(), QSize(330, 325));
+    session.screenshot(QStringLiteral("shell-popover"));
+    session.key(QStringLiteral("Escape"));
+    EXPECT_TRUE(disappears(popover));
+
+    command("popover");
+    ASSERT_TRUE(appears(popover));
+    session.click({300, 600});
+    EXPECT_TRUE(disappears(popover));
+}
+
+TEST_F(ShellOnTheDesktop, TogglesThePopoverByClicksOnItsItem) {
+    launch();
+    // The readout is the last item of the strip.
+    const QRect strip = session.strip()->frame;
+    const QPoint item(strip.right() - 40, strip.center().y());
+
+    session.click(item);
+    ASSERT_TRUE(appears(popover));
+    session.click(item);
+    EXPECT_TRUE(disappears(popover));
+
+    QThread::msleep(600);
+    session.click(item);
+    EXPECT_TRUE(appears(popover));
+}
+
+TEST_F(ShellOnTheDesktop, ZoomsByDoubleClicksOnTheTitleBand) {
+    launch();
+    command("dashboard-shrink");
+    const QRect before(10, 180, 800, 460);
+    ASSERT_EQ(settledFrame(dashboard, before), before);
+    const QRect screen(QPoint(), DesktopSession::screenSize);
+
+    doubleClick(before.topLeft() + QPoint(300, 20));
+    EXPECT_EQ(settledFrame(dashboard, screen), screen);
+
+    doubleClick({300, 20});
+    EXPECT_EQ(settledFrame(dashboard, before), before);
+}
+
+TEST_F(ShellOnTheDesktop, EntersAndLeavesFullScreen) {
+    launch();
+
+    command("dashboard-fullscreen");
+    EXPECT_TRUE(waitUntil([&] { return hasState(dashboard, "_NET_WM_STATE_FULLSCREEN"); }));
+    session.key(QStringLiteral("F11"));
+    EXPECT_TRUE(waitUntil([&] { return !hasState(dashboard, "_NET_WM_STATE_FULLSCREEN"); }));
+    EXPECT_EQ(settledFrame(dashboard, centredDashboard), centredDashboard);
+}
+
+TEST_F(ShellOnTheDesktop, PinsTheWindowThatStands) {
+    launch();
+    command("dashboard");
+    ASSERT_TRUE(appears(dashboard));
+    const QString before = window(dashboard)->identifier;
+
+    session.key(QStringLiteral("ctrl+p"));
+    EXPECT_TRUE(waitUntil([&] { return hasState(dashboard, "_NET_WM_STATE_ABOVE"); }));
+    EXPECT_EQ(window(dashboard)->identifier, before);
+
+    session.key(QStringLiteral("ctrl+p"));
+    EXPECT_TRUE(waitUntil([&] { return !hasState(dashboard, "_NET_WM_STATE_ABOVE"); }));
+    EXPECT_EQ(window(dashboard)->identifier, before);
+}
+
+TEST_F(ShellOnTheDesktop, MovesByItsBackgroundAndResizesByItsEdge) {
+    launch();
+    command("dashboard-shrink");
+    const QRect before(10, 180, 800, 460);
+    ASSERT_EQ(settledFrame(dashboard, before), before);
+
+    drag(before.topLeft() + QPoint(300, 25), before.topLeft() + QPoint(400, 85));
+    EXPECT_TRUE(waitUntil([&] { return frame(dashboard)->topLeft() != before.topLeft(); }));
+    const QRect moved = *frame(dashboard);
+    EXPECT_EQ(moved.size(), before.size());
+
+    const QPoint edge(moved.right() - 1, moved.center().y());
+    drag(edge, edge + QPoint(80, 0));
+    EXPECT_TRUE(waitUntil([&] { return frame(dashboard)->width() > moved.width(); }));
+    EXPECT_EQ(frame(dashboard)->topLeft(), moved.topLeft());
+}
+
+TEST_F(ShellOnTheDesktop, EndsOnASignalAlthoughTheDashboardShows) {
+    launch();
+    command("dashboard");
+    ASSERT_TRUE(appears(dashboard));
+
+    ::kill(static_cast<pid_t>(kestro->processId()), SIGTERM);
+
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(kestro->exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(kestro->exitCode(), 0);
+}
+
+TEST_F(ShellOnTheDesktop, ShowsTheDashboardForASecondStart) {
+    launch();
+
+    const QProcess& second = session.startKestro();
+
+    EXPECT_TRUE(waitUntil([&] { return second.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(second.exitCode(), 0);
+    EXPECT_TRUE(appears(dashboard));
+    EXPECT_EQ(kestro->state(), QProcess::Running);
+}
+
+TEST_F(ShellOnTheDesktop, WorksWithoutABusAndKnowsASecondStart) {
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const QStringList noBus{QStringLiteral("DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent")};
+    kestro = &session.startKestro(noBus);
+    ASSERT_TRUE(waitUntil([&] { return session.strip().has_value(); }));
+
+    const QProcess& second = session.startKestro(noBus);
+
+    EXPECT_TRUE(waitUntil([&] { return second.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(second.exitCode(), 0);
+    EXPECT_TRUE(appears(dashboard));
+}
+
+TEST_F(ShellOnTheDesktop, LosesNoWindowAndNoDescriptorInManyWords) {
+    launch();
+    const auto openDescriptors = [&] {
+        return QDir(QStringLiteral("/proc/%1/fd").arg(kestro->processId()))
+            .entryList(QDir::System | QDir::Files)
+            .size();
+    };
+    for (const char* word : {"popover", "dashboard", "settings", "hide", "popover"}) {
+        command(word);
+    }
+    ASSERT_TRUE(appears(settings));
+    const auto before = openDescriptors();
+
+    for (int round = 0; round < 50; ++round) {
+        for (const char* word : {"popover", "dashboard", "settings", "hide", "popover"}) {
+            command(word);
+        }
+    }
+    command("dashboard");
+
+    EXPECT_TRUE(appears(dashboard));
+    EXPECT_TRUE(appears(settings));
+    EXPECT_TRUE(disappears(popover));
+    EXPECT_LE(openDescriptors(), before + 4);
+}
+
+struct ShellOnMate : ShellFixture {
+    ShellOnMate() : ShellFixture(DesktopPanel::mate) {}
+};
+
+TEST_F(ShellOnMate, OpensThePopoverUnderTheItemAndClosesItWithASecondClick) {
+    launch();
+    const QPoint item(1060, 12);
+
+    session.click(item);
+    ASSERT_TRUE(appears(popover));
+    const QRect place = *frame(popover);
+    EXPECT_GE(place.top(), 24);
+    EXPECT_LE(place.top(), 40);
+    EXPECT_LE(std::abs(place.center().x() - item.x()), 330);
+    session.screenshot(QStringLiteral("shell-popover-mate"));
+
+    session.click(item);
+    EXPECT_TRUE(disappears(popover));
+}
+
+TEST_F(ShellOnMate, ActsOnMenuEntriesFiredOverTheBus) {
+    launch();
+    const StatusItemClient client(session);
+    const QString item = client.waitForItem();
+    const auto choose = [&](const char* title) {
+        const HostMenuEntry menu = client.menu(item);
+        const HostMenuEntry* entry = menu.find(QString::fromUtf8(title));
+        ASSERT_NE(entry, nullptr) << title;
+        client.choose(item, entry->id);
+    };
+
+    choose("Full Studio Dashboard");
+    EXPECT_TRUE(appears(dashboard));
+    choose("Full Studio Dashboard");
+    EXPECT_TRUE(disappears(dashboard));
+    choose("Settings...");
+    EXPECT_TRUE(appears(settings));
+    choose("Turbo");
+    EXPECT_TRUE(waitUntil([&] { return client.menu(item).find(QStringLiteral("Turbo"))->isChecked(); }));
+    choose("Quit Kestro");
+    EXPECT_TRUE(ends());
+}
+
+}  // namespace
+}  // namespace kestro

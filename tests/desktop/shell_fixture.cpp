@@ -1,0 +1,146 @@
+#include "tests/desktop/shell_fixture.h"
+
+#include "tests/desktop/status_item_client.h"
+
+#include <QDBusVariant>
+#include <QFile>
+#include <QThread>
+#include <QVariantMap>
+
+#include <unistd.h>
+
+namespace kestro {
+
+namespace {
+
+const QString sharedCommandFile = QStringLiteral("/tmp/.kestro_cmd");
+
+/// Runs its second argument where its first one stands in the place of the shared command file. A user who is
+/// not root needs a namespace to mount in, and another one to be himself again.
+QStringList privately(const QString& commandFile) {
+    const QString bind = QStringLiteral("mount --bind \"$0\" %1 && ").arg(sharedCommandFile);
+    const QString program = QStringLiteral(KESTRO_BINARY_DIR "/kestro");
+    if (geteuid() == 0) {
+        return {QStringLiteral("--mount"),
+                QStringLiteral("sh"),
+                QStringLiteral("-c"),
+                bind + QStringLiteral("exec \"$1\""),
+                commandFile,
+                program};
+    }
+    const QString asMyself =
+        QStringLiteral("exec unshare --user --map-user=%1 --map-group=%2 \"$1\"").arg(geteuid()).arg(getegid());
+    return {QStringLiteral("--map-root-user"),
+            QStringLiteral("--mount"),
+            QStringLiteral("sh"),
+            QStringLiteral("-c"),
+            bind + asMyself,
+            commandFile,
+            program};
+}
+
+}  // namespace
+
+ShellFixture::ShellFixture(DesktopPanel panel) : session(panel), panel_(panel) {
+    QFile file(commandFile());
+    if (file.open(QIODevice::WriteOnly)) {
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    }
+    QFile place(sharedCommandFile);
+    if (!place.exists() && place.open(QIODevice::WriteOnly)) {
+        place.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    }
+}
+
+void ShellFixture::launch() {
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    kestro = &session.start(QStringLiteral("unshare"), privately(commandFile()));
+    if (panel_ == DesktopPanel::none) {
+        ASSERT_TRUE(waitUntil([&] { return session.strip().has_value(); }));
+    } else {
+        const StatusItemClient client(session);
+        const QString item = client.waitForItem();
+        ASSERT_TRUE(waitUntil([&] { return client.label(item).contains(QLatin1Char('%')); }));
+    }
+}
+
+void ShellFixture::command(const QByteArray& word) {
+    QFile file(commandFile());
+    ASSERT_TRUE(waitUntil([&] { return file.size() == 0; })) << "the word before is not consumed";
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(word);
+}
+
+void ShellFixture::notify(const QString& member, const QString& tab) {
+    QDBusMessage signal =
+        QDBusMessage::createSignal(QStringLiteral("/kestro/notify"), QStringLiteral("kestro.notify"), member);
+    if (!tab.isEmpty()) {
+        signal << QVariantMap{{QStringLiteral("tab"), tab}};
+    }
+    session.bus().send(signal);
+}
+
+std::optional<DesktopWindow> ShellFixture::window(const QString& title) const {
+    for (const DesktopWindow& window : session.windows()) {
+        if (window.title == title) {
+            return window;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<QRect> ShellFixture::frame(const QString& title) const {
+    const auto found = window(title);
+    return found ? std::optional(found->frame) : std::nullopt;
+}
+
+bool ShellFixture::appears(const QString& title) const {
+    return waitUntil([&] { return window(title).has_value(); });
+}
+
+bool ShellFixture::disappears(const QString& title) const {
+    return waitUntil([&] { return !window(title).has_value(); });
+}
+
+QRect ShellFixture::settledFrame(const QString& title, const QRect& expected) const {
+    waitUntil([&] { return frame(title) == expected; }, 5);
+    return frame(title).value_or(QRect());
+}
+
+bool ShellFixture::hasState(const QString& title, const QByteArray& state) const {
+    const auto found = window(title);
+    return found &&
+           session.windowProperty(*found, QStringLiteral("_NET_WM_STATE")).contains(QString::fromLatin1(state));
+}
+
+void ShellFixture::doubleClick(QPoint position) const {
+    session.moveTo(position);
+    session.output(QStringLiteral("xdotool"),
+                   {QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"),
+                    QStringLiteral("--delay"), QStringLiteral("60"), QStringLiteral("1")});
+}
+
+void ShellFixture::drag(QPoint from, QPoint to) const {
+    const auto xdotool = [this](const QStringList& arguments) {
+        session.output(QStringLiteral("xdotool"), arguments);
+        // The window manager takes the pointer over between two steps.
+        QThread::msleep(150);
+    };
+    session.moveTo(from);
+    xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
+    for (const QPoint& step : {from + (to - from) / 2, to}) {
+        xdotool({QStringLiteral("mousemove"), QString::number(step.x()), QString::number(step.y())});
+    }
+    xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+}
+
+bool ShellFixture::ends() {
+    return waitUntil([&] { return kestro->state() == QProcess::NotRunning; });
+}
+
+QString ShellFixture::preferences() const {
+    QFile file(session.path(QStringLiteral("config/kestro/preferences.json")));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+}  // namespace kestro

@@ -1,0 +1,23 @@
+#include "ui/theme/x11_display.h"
+
+#include <QGuiApplication>
+
+#include <cstdint>
+
+namespace kestro::x11_display {
+
+xcb_connection_t* connection() {
+    const auto* const application =
+        qGuiApp != nullptr ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return application != nullptr ? application->connection() : nullptr;
+}
+
+xcb_atom_t atom(xcb_connection_t* connection, std::string_view name, AtomCreation creation) {
+    const std::uint8_t onlyIfKnown = creation == AtomCreation::onlyIfKnown ? 1 : 0;
+    const auto cookie =
+        xcb_intern_atom(connection, onlyIfKnown, static_cast<std::uint16_t>(name.size()), name.data());
+    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+}  // namespace kestro::x11_display
