@@ -177,6 +177,7 @@ void Button::setSpread(bool isSpread) {
 void Button::setOn(bool isOn) {
     if (on_ != isOn) {
         on_ = isOn;
+        announceChecked();
         updateGeometry();
         update();
     }

@@ -29,6 +29,7 @@ OptionTile::OptionTile(const QString& label, int pictureHeight, Picture picture,
 void OptionTile::setChosen(bool isChosen) {
     if (isChosen != isChosen_) {
         isChosen_ = isChosen;
+        announceChecked();
         update();
     }
 }

@@ -67,6 +67,7 @@ void SegmentedChoice::setChosen(int index) {
     }
     const bool slides = isVisible() && chosen_ >= 0 && valid >= 0;
     chosen_ = valid;
+    announceValue();
     if (slides) {
         mark_.moveTo(valid, motion::slide);
     } else {

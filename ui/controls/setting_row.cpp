@@ -111,6 +111,7 @@ void SettingRow::setOn(bool isOn) {
         return;
     }
     isOn_ = isOn;
+    announceChecked();
     if (mark_ == RowMark::toggle && isVisible()) {
         knob_.moveTo(isOn ? 1 : 0, motion::slide);
     } else {

@@ -60,6 +60,7 @@ void Slider::setValue(double value) {
     const double nearest = range_.nearest(value);
     if (nearest != value_) {
         value_ = nearest;
+        announceValue();
         moveFocusRing();
         update();
     }

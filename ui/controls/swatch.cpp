@@ -24,6 +24,7 @@ Swatch::Swatch(const QString& label, const QColor& color, QWidget* parent)
 void Swatch::setChosen(bool isChosen) {
     if (isChosen != isChosen_) {
         isChosen_ = isChosen;
+        announceChecked();
         update();
     }
 }

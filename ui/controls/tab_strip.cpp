@@ -44,6 +44,7 @@ void TabStrip::setChosen(int index) {
         return;
     }
     chosen_ = index;
+    announceValue();
     moveFocusRing();
     update();
 }
@@ -60,6 +61,7 @@ QRectF TabStrip::focusArea() const {
 AccessibleInfo TabStrip::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
     info.role = QAccessible::PageTabList;
+    info.value = tabs_.empty() ? QString() : tabs_[static_cast<size_t>(chosen_)].label;
     return info;
 }
 

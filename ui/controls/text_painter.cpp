@@ -177,6 +177,11 @@ QString singleLine(const QString& text) {
 
 const ShapedText& shapeText(const QString& text, const TextStyle& style, double scale) {
     static QHash<ShapeKey, ShapedText> cache;
+    static QString family;
+    if (family != KestroFonts::family()) {
+        family = KestroFonts::family();
+        cache.clear();
+    }
     const QString line = displayed(text, style);
     const ShapeKey key{line, style.size, style.tracking, style.weight, scale >= kUnhintedScale};
     if (const auto found = cache.constFind(key); found != cache.constEnd()) {
@@ -198,6 +203,11 @@ FittedText fitText(const QString& text, const TextStyle& style, double width, Te
         return {text, 1};
     }
     static QHash<FitKey, FittedText> cache;
+    static QString family;
+    if (family != KestroFonts::family()) {
+        family = KestroFonts::family();
+        cache.clear();
+    }
     const FitKey key{{displayed(text, style), style.size, style.tracking, style.weight, false}, width, fit};
     if (const auto found = cache.constFind(key); found != cache.constEnd()) {
         return found.value();

@@ -16,6 +16,7 @@ void ToggleSwitch::setOn(bool isOn) {
         return;
     }
     isOn_ = isOn;
+    announceChecked();
     if (isVisible()) {
         knob_.moveTo(isOn ? 1 : 0, motion::slide);
     } else {

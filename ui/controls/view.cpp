@@ -22,6 +22,19 @@ AccessibleInfo View::accessibleInfo() const {
     return info;
 }
 
+void View::announceChecked() {
+    QAccessible::State changed;
+    changed.checked = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
+void View::announceValue() {
+    const AccessibleInfo info = accessibleInfo();
+    QAccessibleValueChangeEvent event(this, info.range ? QVariant(info.range->value) : QVariant(info.value));
+    QAccessible::updateAccessibility(&event);
+}
+
 bool View::event(QEvent* event) {
     if (!help_.isEmpty()) {
         Tooltip::follow(*this, help_, *event);

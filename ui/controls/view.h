@@ -50,6 +50,10 @@ public:
     virtual std::vector<AccessibleInfo> accessibleParts() const { return {}; }
 
 protected:
+    /// Tells assistive technology that the view was checked or unchecked, or that its value is another one.
+    void announceChecked();
+    void announceValue();
+
     bool event(QEvent* event) override;
 
 private:

@@ -1,5 +1,6 @@
 #include "ui/controls/text_painter.h"
 #include "tests/ui/controls/view_test.h"
+#include "ui/theme/kestro_fonts.h"
 
 namespace kestro {
 namespace {
@@ -95,6 +96,17 @@ TEST_F(TextPainter, SetsCapitals) {
 
     EXPECT_DOUBLE_EQ(textWidth(QStringLiteral("Compute"), capitals),
                      textWidth(QStringLiteral("COMPUTE"), capitals));
+}
+
+TEST_F(TextPainter, FollowsAChangeOfTheFont) {
+    const double before = textWidth(QStringLiteral("Performance"), text_styles::rowLabel);
+
+    KestroFonts::setFamily(QStringLiteral("DejaVu Sans Mono"));
+    const double other = textWidth(QStringLiteral("Performance"), text_styles::rowLabel);
+    KestroFonts::setFamily(QString());
+
+    EXPECT_NE(other, before);
+    EXPECT_DOUBLE_EQ(textWidth(QStringLiteral("Performance"), text_styles::rowLabel), before);
 }
 
 TEST_F(TextPainter, PaintsWithinItsBox) {
