@@ -1,8 +1,8 @@
 #include "app/windows/surface_factories.h"
 
-#include "app/windows/summary_view.h"
 #include "ui/dashboard/dashboard_view.h"
 #include "ui/popover/menu_bar_popover_view.h"
+#include "ui/settings/settings_view.h"
 
 namespace kestro {
 
@@ -13,10 +13,8 @@ SurfaceFactories kestroSurfaces() {
         },
         .dashboard = [](const KestroServices& services, const DashboardActions& actions,
                         QWidget* parent) -> QWidget* { return new DashboardView(services, actions, parent); },
-        .settings =
-            [](const KestroServices& services, const SettingsActions&, QWidget* parent) {
-                return new SummaryView(services, QStringLiteral("Kestro Preferences"), parent);
-            },
+        .settings = [](const KestroServices& services, const SettingsActions& actions,
+                       QWidget* parent) -> QWidget* { return new SettingsView(services, actions, parent); },
     };
 }
 

@@ -1,0 +1,154 @@
+#include "tests/ui/settings/settings_view_test.h"
+
+#include "core/settings/menubar_modules.h"
+#include "ui/settings/menubar_preview.h"
+#include "ui/settings/module_row.h"
+
+namespace kestro {
+namespace {
+
+class MenubarTabTest : public SettingsViewFixture {
+protected:
+    MenubarTabTest() { open(SettingsTab::menubar); }
+
+    ModuleRow& module(MenubarModuleType type) {
+        return find<ModuleRow>([type](const ModuleRow& option) { return option.module() == type; },
+                               QStringLiteral("module"));
+    }
+
+    MenubarPreview& preview() { return *view_->findChild<MenubarPreview*>(); }
+    MenubarModules modules() { return settings().activeMenubarModules.get(); }
+    void setModules(MenubarModules list) { settings().activeMenubarModules.set(std::move(list)); }
+};
+
+TEST_F(MenubarTabTest, HasItsGroupsInOrder) {
+    for (const char* text :
+         {"LIVE MENU BAR PREVIEW", "DEDICATED MENU BAR EXTRAS", "ACTIVE TELEMETRY MODULES",
+          "Select items to display & arrange order", "SEPARATOR DELIMITER", "MODULE LABELS",
+          "REFRESH & ENERGY PROFILE",
+          "Eco mode uses 3.0s idle intervals for zero battery impact. High Precision samples at "
+          "2Hz."}) {
+        EXPECT_TRUE(shows(text)) << text;
+    }
+}
+
+TEST_F(MenubarTabTest, PreviewsWhatTheStatusItemComposes) {
+    const auto expected = [this] {
+        return composeReadout(ReadoutLayout::of(settings()),
+                              readoutInputs(machine_->engine(), settings(), fans(), machine_->keepAwake(),
+                                            machine_->powerManager()));
+    };
+    setModules({MenubarModuleType::memory, MenubarModuleType::cpuUsage});
+    EXPECT_EQ(preview().readout(), expected());
+    const Readout before = preview().readout();
+
+    settings().menubarDelimiter.set(MenubarDelimiter::slash);
+    settings().showMenubarLabels.set(false);
+
+    EXPECT_EQ(preview().readout(), expected());
+    EXPECT_NE(preview().readout(), before);
+}
+
+TEST_F(MenubarTabTest, BindsTheExtrasBothWays) {
+    SettingRow& keepAwake = row("Dedicated Keep-Awake Status Bar Extra");
+    SettingRow& cooling = row("Dedicated Cooling & Power Status Bar Extra");
+    const bool before = settings().showDedicatedKeepAwakeItem.get();
+
+    click(keepAwake);
+    press(cooling, Qt::Key_Space);
+
+    EXPECT_EQ(settings().showDedicatedKeepAwakeItem.get(), !before);
+    EXPECT_EQ(std::get<bool>(stored().values.at("kestro.showDedicatedKeepAwakeItem")), !before);
+    EXPECT_EQ(settings().showDedicatedFanItem.get(), cooling.isOn());
+    settings().showDedicatedKeepAwakeItem.set(before);
+    EXPECT_EQ(keepAwake.isOn(), before);
+}
+
+TEST_F(MenubarTabTest, ShowsAndHidesAModule) {
+    setModules({MenubarModuleType::memory});
+
+    click(module(MenubarModuleType::battery));
+    EXPECT_EQ(modules(), (MenubarModules{MenubarModuleType::memory, MenubarModuleType::battery}));
+    EXPECT_TRUE(module(MenubarModuleType::battery).isOn());
+
+    click(module(MenubarModuleType::memory));
+    EXPECT_EQ(modules(), (MenubarModules{MenubarModuleType::battery}));
+    EXPECT_FALSE(module(MenubarModuleType::memory).isOn());
+}
+
+TEST_F(MenubarTabTest, KeepsTheLastModule) {
+    setModules({MenubarModuleType::memory});
+
+    click(module(MenubarModuleType::memory));
+
+    EXPECT_EQ(modules(), (MenubarModules{MenubarModuleType::memory}));
+    EXPECT_TRUE(module(MenubarModuleType::memory).isOn());
+}
+
+TEST_F(MenubarTabTest, MovesAModuleByItsChipsAndByKeys) {
+    setModules({MenubarModuleType::memory, MenubarModuleType::cpuUsage, MenubarModuleType::battery});
+
+    click(module(MenubarModuleType::cpuUsage).upButton());
+    EXPECT_EQ(modules().front(), MenubarModuleType::cpuUsage);
+    click(module(MenubarModuleType::cpuUsage).downButton());
+    EXPECT_EQ(modules().front(), MenubarModuleType::memory);
+    press(module(MenubarModuleType::battery), Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(modules()[1], MenubarModuleType::battery);
+    press(module(MenubarModuleType::memory), Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(modules()[1], MenubarModuleType::memory);
+}
+
+TEST_F(MenubarTabTest, MovesNothingBeyondTheEnds) {
+    const MenubarModules list{MenubarModuleType::memory, MenubarModuleType::cpuUsage};
+    setModules(list);
+
+    click(module(MenubarModuleType::memory).upButton());
+    press(module(MenubarModuleType::memory), Qt::Key_Up, Qt::AltModifier);
+    click(module(MenubarModuleType::cpuUsage).downButton());
+    click(module(MenubarModuleType::diskSpace).upButton());
+
+    EXPECT_EQ(modules(), list);
+    EXPECT_FALSE(module(MenubarModuleType::memory).upButton().isEnabled());
+    EXPECT_TRUE(module(MenubarModuleType::memory).downButton().isEnabled());
+    EXPECT_FALSE(module(MenubarModuleType::diskSpace).downButton().isEnabled());
+}
+
+TEST_F(MenubarTabTest, SpeaksAModulesPlace) {
+    setModules({MenubarModuleType::cpuUsage, MenubarModuleType::memory});
+
+    EXPECT_EQ(module(MenubarModuleType::memory).accessibleInfo().name,
+              QStringLiteral("Unified Memory, shown, position 2"));
+    EXPECT_EQ(module(MenubarModuleType::network).accessibleInfo().name,
+              QStringLiteral("Network Throughput, hidden"));
+}
+
+TEST_F(MenubarTabTest, BindsDelimiterAndLabelsBothWays) {
+    SegmentedChoice& delimiter = segments("Separator Delimiter");
+
+    clickSegment(delimiter, 1, 4);
+    click(row("Show Metric Prefixes (e.g. RAM, CPU)"));
+
+    EXPECT_EQ(settings().menubarDelimiter.get(), MenubarDelimiter::pipe);
+    EXPECT_EQ(settings().showMenubarLabels.get(), row("Show Metric Prefixes (e.g. RAM, CPU)").isOn());
+    settings().menubarDelimiter.set(MenubarDelimiter::space);
+    EXPECT_EQ(delimiter.chosen(), 3);
+    settings().showMenubarLabels.set(true);
+    EXPECT_TRUE(row("Show Metric Prefixes (e.g. RAM, CPU)").isOn());
+}
+
+TEST_F(MenubarTabTest, RestartsTheTimerWithTheProfile) {
+    SegmentedChoice& profile = segments("Refresh & Energy Profile");
+    int samples = 0;
+    const auto subscription = machine_->engine().cpu.subscribe([&samples](const CPUTelemetry&) { ++samples; });
+
+    clickSegment(profile, 2, 3);
+    machine_->advance(std::chrono::milliseconds(1100));
+
+    EXPECT_EQ(settings().pollingProfile.get(), PollingProfile::highPrecision);
+    EXPECT_EQ(samples, 2);
+    settings().pollingProfile.set(PollingProfile::eco);
+    EXPECT_EQ(profile.chosen(), 0);
+}
+
+}  // namespace
+}  // namespace kestro

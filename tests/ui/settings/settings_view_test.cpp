@@ -1,0 +1,144 @@
+#include "tests/ui/settings/settings_view_test.h"
+
+#include "ui/controls/badge.h"
+#include "ui/controls/tab_strip.h"
+
+#include <QKeySequence>
+#include <QShortcut>
+
+namespace kestro {
+namespace {
+
+class SettingsViewTest : public SettingsViewFixture {
+protected:
+    TabStrip& strip() { return *view_->findChild<TabStrip*>(); }
+};
+
+TEST_F(SettingsViewTest, ShowsTheStoredTabAndMakesNoOther) {
+    open(SettingsTab::power);
+
+    EXPECT_EQ(strip().chosen(), 3);
+    EXPECT_NE(view_->content(SettingsTab::power), nullptr);
+    EXPECT_EQ(view_->content(SettingsTab::menubar), nullptr);
+    EXPECT_EQ(view_->content(SettingsTab::cooling), nullptr);
+}
+
+TEST_F(SettingsViewTest, StoresTheTabThatIsChosen) {
+    open(SettingsTab::menubar);
+
+    press(strip(), Qt::Key_Right);
+
+    EXPECT_EQ(settings().selectedSettingsTab.get(), SettingsTab::keepAwake);
+    EXPECT_EQ(restarted().selectedSettingsTab.get(), SettingsTab::keepAwake);
+    EXPECT_TRUE(view_->content(SettingsTab::keepAwake)->isVisible());
+    EXPECT_FALSE(view_->content(SettingsTab::menubar)->isVisible());
+}
+
+TEST_F(SettingsViewTest, FollowsATabThatIsSetFromOutside) {
+    open(SettingsTab::menubar);
+
+    settings().selectedSettingsTab.set(SettingsTab::sensors);
+
+    EXPECT_EQ(strip().chosen(), 6);
+    EXPECT_TRUE(view_->content(SettingsTab::sensors)->isVisible());
+}
+
+TEST_F(SettingsViewTest, ShowsTheTabThatWasSetWhileHidden) {
+    open(SettingsTab::menubar);
+    view_->hide();
+    settings().selectedSettingsTab.set(SettingsTab::dashboard);
+    EXPECT_EQ(view_->content(SettingsTab::dashboard), nullptr);
+
+    view_->show();
+
+    EXPECT_TRUE(view_->content(SettingsTab::dashboard)->isVisible());
+}
+
+TEST_F(SettingsViewTest, GoesRoundTheTabsWithControlAndTab) {
+    open(SettingsTab::sensors);
+    const auto trigger = [this](const QKeySequence& keys) {
+        for (QShortcut* shortcut : view_->findChildren<QShortcut*>()) {
+            if (shortcut->key() == keys) {
+                Q_EMIT shortcut->activated();
+            }
+        }
+    };
+
+    trigger(QKeySequence(Qt::CTRL | Qt::Key_Tab));
+    const SettingsTab next = settings().selectedSettingsTab.get();
+    trigger(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab));
+
+    EXPECT_EQ(next, SettingsTab::menubar);
+    EXPECT_EQ(settings().selectedSettingsTab.get(), SettingsTab::sensors);
+}
+
+TEST_F(SettingsViewTest, ClosesByItsChip) {
+    open(SettingsTab::menubar);
+
+    click(button("Close"));
+
+    EXPECT_EQ(closed_, 1);
+}
+
+TEST_F(SettingsViewTest, DoesNothingWhileHiddenAndCatchesUp) {
+    open(SettingsTab::sensors);
+    view_->hide();
+    machine_->mac.powerSources.setBattery(40, true);
+    machine_->advance(std::chrono::seconds(5));
+    const auto* value = [this]() -> const TextLabel* {
+        for (const TextLabel* label : view_->findChildren<TextLabel*>()) {
+            if (label->text() == QStringLiteral("4h 12m remaining")) {
+                return label;
+            }
+        }
+        return nullptr;
+    }();
+    ASSERT_NE(value, nullptr);
+
+    view_->show();
+
+    EXPECT_EQ(value->text(), QStringLiteral("Charging (40%)"));
+}
+
+TEST_F(SettingsViewTest, NamesEveryInterfaceOnTheSensorsTab) {
+    open(SettingsTab::sensors);
+
+    for (const char* text : {"AUTHENTIC HARDWARE INTERFACES", "Hardware Platform", "AppleSMC Interface",
+                             "Direct IOServiceOpen (Client 0)", "IOHIDEventSystemClient", "Host Processor Info",
+                             "Mach VM Subsystem", "64-bit Statistics + Swap Usage", "IOPowerSources"}) {
+        EXPECT_TRUE(shows(text)) << text;
+    }
+    std::vector<QString> badges;
+    for (const Badge* badge : view_->findChildren<Badge*>()) {
+        badges.push_back(badge->text());
+    }
+    EXPECT_EQ(badges,
+              (std::vector<QString>{QStringLiteral("Silicon Verified"), QStringLiteral("2 Active Turbines"),
+                                    QStringLiteral("Active"), QStringLiteral("Active"), QStringLiteral("Active"),
+                                    QStringLiteral("IOPM Verified")}));
+}
+
+TEST_F(SettingsViewTest, SumsUpMachinesWithOneFanAndWithNone) {
+    const auto badgeWith = [this](std::span<const float> speeds) {
+        open(SettingsTab::sensors, [speeds](SimulatedMac& mac) { mac.smc.setFans(speeds); });
+        return view_->findChildren<Badge*>().at(1)->text();
+    };
+
+    EXPECT_EQ(badgeWith(std::array{1420.0F}), QStringLiteral("1 Active Turbine"));
+    EXPECT_EQ(badgeWith({}), QStringLiteral("Passive Thermal Dissipation"));
+}
+
+TEST_F(SettingsViewTest, CountsCoresAndSensors) {
+    open(SettingsTab::sensors);
+    const auto& cpu = machine_->engine().cpu.get();
+    const std::string cores =
+        std::to_string(cpu.coreCount) + " Total Silicon Cores (" + cpu.clusterDescription() + ")";
+    const std::string nodes =
+        std::to_string(machine_->engine().thermals.get().sensorCount) + " Silicon Thermal Nodes";
+
+    EXPECT_TRUE(shows(cores.c_str()));
+    EXPECT_TRUE(shows(nodes.c_str()));
+}
+
+}  // namespace
+}  // namespace kestro
