@@ -1,4 +1,5 @@
 #include "shots/scene.h"
+#include "ui/theme/kestro_fonts.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/motion.h"
 #include "ui/theme/window_compositing.h"
@@ -15,11 +16,22 @@
 namespace kestro::shots {
 namespace {
 
-constexpr const char* kScales[] = {"1", "1.25", "1.5", "2"};
+/// The toolkit knows one scale for each process, and texts are shaped once, so each run has its own process.
+struct Run {
+    const char* scale;
+    const char* family;  ///< empty: the font that the program chooses
+};
+
+constexpr Run kRuns[] = {{"1", ""}, {"1.25", ""}, {"1.5", ""}, {"2", ""}, {"1", "DejaVu Sans"}};
+
+bool belongsTo(const Scene& scene, const QString& scale, const QString& family) {
+    const bool isFractional = scale.contains(QLatin1Char('.'));
+    return (!isFractional || scene.atFractionalScales) && (family.isEmpty() || scene.inOtherFonts);
+}
 
 std::vector<Scene> allScenes() {
     std::vector<Scene> scenes;
-    for (const auto& part : {popoverScenes(), dashboardScenes(), controlScenes(), widgetScenes(),
+    for (const auto& part : {popoverScenes(), settingsScenes(), dashboardScenes(), controlScenes(), widgetScenes(),
                              decorationScenes(), symbolScenes()}) {
         scenes.insert(scenes.end(), part.begin(), part.end());
     }
@@ -65,15 +77,19 @@ QImage picture(const Scene& scene) {
     return image;
 }
 
-int renderAll(const QDir& folder, const QString& scale) {
-    const bool isFractional = scale.contains(QLatin1Char('.'));
+int renderAll(const QDir& folder, const QString& scale, const QString& family) {
     motion::setReduced(true);
     window_compositing::setOverride(true);
+    KestroFonts::setFamily(family);
+    QString suffix = QLatin1Char('@') + scale + QStringLiteral("x.png");
+    if (!family.isEmpty()) {
+        suffix.prepend(QLatin1Char('-') + family.toLower().replace(QLatin1Char(' '), QLatin1Char('-')));
+    }
     for (const Scene& scene : allScenes()) {
-        if (isFractional && !scene.atFractionalScales) {
+        if (!belongsTo(scene, scale, family)) {
             continue;
         }
-        const QString path = folder.filePath(scene.name + QLatin1Char('@') + scale + QStringLiteral("x.png"));
+        const QString path = folder.filePath(scene.name + suffix);
         if (!picture(scene).save(path)) {
             std::fprintf(stderr, "kestro_shots: cannot write %s\n", qPrintable(path));
             return 1;
@@ -82,15 +98,14 @@ int renderAll(const QDir& folder, const QString& scale) {
     return 0;
 }
 
-/// A scale belongs to the process, so each one has its own.
-int renderAtEveryScale(const QString& program, const QString& folder) {
-    for (const char* scale : kScales) {
+int renderEverything(const QString& program, const QString& folder) {
+    for (const Run& run : kRuns) {
         QProcess child;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::fromUtf8(scale));
+        environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::fromUtf8(run.scale));
         child.setProcessEnvironment(environment);
         child.setProcessChannelMode(QProcess::ForwardedChannels);
-        child.start(program, {folder, QString::fromUtf8(scale)});
+        child.start(program, {folder, QString::fromUtf8(run.scale), QString::fromUtf8(run.family)});
         child.waitForFinished(-1);
         if (child.exitStatus() != QProcess::NormalExit || child.exitCode() != 0) {
             return 1;
@@ -111,8 +126,8 @@ int main(int argc, char** argv) {
         std::fputs("usage: kestro_shots DIR\n", stderr);
         return 2;
     }
-    if (arguments.size() == 3) {
-        return kestro::shots::renderAll(QDir(arguments[1]), arguments[2]);
+    if (arguments.size() == 4) {
+        return kestro::shots::renderAll(QDir(arguments[1]), arguments[2], arguments[3]);
     }
-    return kestro::shots::renderAtEveryScale(arguments[0], arguments[1]);
+    return kestro::shots::renderEverything(arguments[0], arguments[1]);
 }

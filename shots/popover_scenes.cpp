@@ -75,6 +75,7 @@ void addFans(std::vector<Scene>& scenes) {
         Scene fans = machineScene(QStringLiteral("fans-") + QString::number(count),
                                   [speeds = inventories[count]](SimulatedMac& mac) { mac.smc.setFans(speeds); });
         fans.atFractionalScales = count == 2;
+        fans.inOtherFonts = count == 0;
         scenes.push_back(std::move(fans));
     }
 }
@@ -106,6 +107,7 @@ void addStates(std::vector<Scene>& scenes) {
         services.advance(std::chrono::seconds(55));
     };
     awake.atFractionalScales = true;
+    awake.inOtherFonts = true;
     scenes.push_back(std::move(awake));
 
     Scene endless = scene(QStringLiteral("awake-endless"));
@@ -125,6 +127,7 @@ void addStates(std::vector<Scene>& scenes) {
         mac.smc.setFans(speeds);
     };
     fahrenheit.atFractionalScales = true;
+    fahrenheit.inOtherFonts = true;
     scenes.push_back(std::move(fahrenheit));
 }
 

@@ -30,6 +30,9 @@ struct Scene {
 
     /// Besides scales 1 and 2 also at 1.25 and 1.5.
     bool atFractionalScales = false;
+
+    /// Also in the wider font that stands in where none of the preferred ones is installed.
+    bool inOtherFonts = false;
 };
 
 /// The scenes of each surface; a surface has a file of its own.
@@ -37,6 +40,7 @@ std::vector<Scene> controlScenes();
 std::vector<Scene> dashboardScenes();
 std::vector<Scene> decorationScenes();
 std::vector<Scene> popoverScenes();
+std::vector<Scene> settingsScenes();
 std::vector<Scene> symbolScenes();
 std::vector<Scene> widgetScenes();
 

@@ -48,5 +48,13 @@ TEST(SymbolNames, EveryNameInTheSourcesHasADrawing) {
     }
 }
 
+TEST(SymbolNames, EveryDrawingHasAUser) {
+    const QSet<QString> texts = symbolLikeTexts();
+
+    for (const QString& name : SymbolPainter::names()) {
+        EXPECT_TRUE(texts.contains(name)) << name.toStdString();
+    }
+}
+
 }  // namespace
 }  // namespace kestro
