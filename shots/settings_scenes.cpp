@@ -1,5 +1,11 @@
 #include "shots/scene.h"
+#include "shots/sheet.h"
+#include "ui/controls/card.h"
+#include "ui/controls/words.h"
+#include "ui/fancurve/fan_curve_canvas_view.h"
 #include "ui/settings/settings_view.h"
+
+#include <QVBoxLayout>
 
 namespace kestro::shots {
 
@@ -50,6 +56,88 @@ void addCooling(std::vector<Scene>& scenes) {
     scenes.push_back(std::move(fanless));
 }
 
+/// A machine without a battery.
+Scene acScene() {
+    Scene scene = tabScene(QStringLiteral("power-ac"), SettingsTab::power);
+    scene.arrange = [](SimulatedMac& mac) { mac.powerSources.removeBattery(); };
+    return scene;
+}
+
+void addPalettes(std::vector<Scene>& scenes) {
+    for (const ThemePalette palette : allCases<ThemePalette>()) {
+        const QString name = QString(Words(rawValue(palette))).section(QLatin1Char(' '), -1).toLower();
+        const auto paint = [palette](SimulatedServices& services) {
+            services.settings().themePalette.set(palette);
+            services.settings().showDedicatedFanItem.set(true);
+        };
+        scenes.push_back(tallScene(QStringLiteral("cooling-") + name, paint));
+        scenes.push_back(tabScene(QStringLiteral("menubar-") + name, SettingsTab::menubar, paint));
+        scenes.push_back(tabScene(QStringLiteral("appearance-") + name, SettingsTab::appearance, paint));
+    }
+}
+
+FanCurveReading reading(const FanCurveConfig& config, double temperature, double rpm) {
+    FanCurveReading reading;
+    reading.config = config;
+    reading.currentTemp = temperature;
+    reading.currentRPM = rpm;
+    reading.targetRPM = config.evaluateRPM(temperature);
+    reading.fanName = QStringLiteral("Left Fan");
+    reading.maxDisplayRPM = maxDisplayRPM(config.maxRPM);
+    return reading;
+}
+
+/// Every preset, every shape, and what lies at the edges of the chart.
+std::vector<FanCurveReading> readings() {
+    std::vector<FanCurveReading> made;
+    for (const CurvePreset preset : allCases<CurvePreset>()) {
+        made.push_back(reading(applyTo(preset, 1250, 7300), 52.4, 1420));
+    }
+    for (const CurveShape shape : allCases<CurveShape>()) {
+        FanCurveConfig config;
+        config.curveShape = shape;
+        made.push_back(reading(config, 71.8, 4310));
+    }
+    FanCurveConfig fixed;
+    fixed.isFixedRPM = true;
+    fixed.fixedRPM = 3200;
+    made.push_back(reading(fixed, 44, 3190));
+    FanCurveConfig slow;
+    slow.minRPM = 0;
+    slow.maxRPM = 1900;
+    slow.lowTemp = 32;
+    slow.highTemp = 100;
+    made.push_back(reading(slow, 21, 0));
+    FanCurveConfig fast;
+    fast.maxRPM = 14000;
+    fast.acousticCeilingEnabled = true;
+    fast.acousticCeilingRPM = 9000;
+    made.push_back(reading(fast, 118, 13900));
+    return made;
+}
+
+Scene chartScene() {
+    Scene scene;
+    scene.name = QStringLiteral("fan-curves");
+    scene.make = [](SimulatedServices&) {
+        constexpr int width = 804;
+        constexpr int height = 252;
+        constexpr int gap = 12;
+        const auto shown = readings();
+        const int rows = static_cast<int>((shown.size() + 1) / 2);
+        auto sheet = std::make_unique<Sheet>(QSize(2 * width + 3 * gap, rows * (height + gap) + gap));
+        for (int i = 0; i < static_cast<int>(shown.size()); ++i) {
+            auto* chart = new FanCurveCanvasView;
+            chart->setReading(shown[static_cast<std::size_t>(i)]);
+            auto* card = new Card(chart, nullptr);
+            card->layout()->setContentsMargins(12, 10, 12, 6);
+            sheet->place(card, QRect(gap + i % 2 * (width + gap), gap + i / 2 * (height + gap), width, height));
+        }
+        return sheet;
+    };
+    return scene;
+}
+
 }  // namespace
 
 std::vector<Scene> settingsScenes() {
@@ -63,13 +151,14 @@ std::vector<Scene> settingsScenes() {
         tabScene(QStringLiteral("keepawake-active"), SettingsTab::keepAwake,
                  [](SimulatedServices& services) { services.keepAwake().activate(KeepAwakeDuration::minutes15); }),
         tabScene(QStringLiteral("power"), SettingsTab::power),
+        acScene(),
         tabScene(QStringLiteral("dashboard"), SettingsTab::dashboard),
         tabScene(QStringLiteral("appearance"), SettingsTab::appearance),
-        tabScene(QStringLiteral("appearance-lilac"), SettingsTab::appearance,
-                 [](SimulatedServices& services) { services.settings().themePalette.set(ThemePalette::lilac); }),
         tabScene(QStringLiteral("sensors"), SettingsTab::sensors),
     };
     addCooling(scenes);
+    addPalettes(scenes);
+    scenes.push_back(chartScene());
     return scenes;
 }
 

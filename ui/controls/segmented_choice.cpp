@@ -154,7 +154,8 @@ void SegmentedChoice::paintSegment(QPainter& painter, int index, const QRectF& a
         drawText(painter, room, segment.text, style, Qt::AlignHCenter);
         return;
     }
-    const TextStyle& detail = text_styles::segment;
+    TextStyle detail = text_styles::segment;
+    detail.ink = style.ink;
     const double detailWidth = textWidth(segment.detail, detail);
     const double textRoom = std::max(0.0, room.width() - kDetailGap - detailWidth);
     const double text = std::min(textWidth(segment.text, style), textRoom);

@@ -171,14 +171,20 @@ void FanCurveCanvasView::paintCurve(QPainter& painter, const FanCurvePlot& plot)
 }
 
 void FanCurveCanvasView::paintAnchors(QPainter& painter, const FanCurvePlot& plot) const {
+    constexpr double half = kLiveDisc / 2;
+    const QPointF live = plot.clamped(plot.point(reading_.currentTemp, reading_.currentRPM));
+    const QRectF liveArea(live - QPointF(half, half), QSizeF(kLiveDisc, kLiveDisc));
     const auto paintAnchor = [&](double temperature, const QString& label, double left, double above) {
         const double rpm = reading_.config.evaluateRPM(temperature);
         const QPointF anchor = plot.clamped(plot.point(temperature, rpm));
         painter.setPen(QPen(Qt::white, kPointStroke));
         painter.setBrush(KestroTheme::ground());
         painter.drawEllipse(anchor, kAnchorDiameter / 2, kAnchorDiameter / 2);
-        const QSizeF text(std::ceil(textWidth(label, anchorStyle())), anchorStyle().lineHeight);
-        const AnchorLabel place = anchorLabel(plot.area(), anchor, text, left, above);
+        const ShapedText& shaped = shapeText(label, anchorStyle());
+        const double lineHeight = anchorStyle().lineHeight;
+        const AnchorText text{QSizeF(std::ceil(shaped.width), lineHeight),
+                              baselineOffset(lineHeight, shaped.ascent, shaped.descent), left, above};
+        const AnchorLabel place = anchorLabel(plot.area(), anchor, text, liveArea);
         drawText(painter, place.area, label, anchorStyle(), place.alignment);
     };
     paintAnchor(reading_.config.lowTemp, reading_.lowLabel(), 8, 8);

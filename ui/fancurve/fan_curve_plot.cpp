@@ -109,13 +109,22 @@ QString rpmGridLabel(double rpm) {
     return rpm >= thousand ? wholeText(rpm / thousand) + QLatin1Char('k') : wholeText(rpm);
 }
 
-AnchorLabel anchorLabel(const QRectF& plot, const QPointF& anchor, const QSizeF& text, double left, double above) {
-    const double top = anchor.y() - above - text.height() / 2;
-    const double leftEdge = anchor.x() - left - text.width();
-    if (leftEdge >= plot.left()) {
-        return {{QPointF(leftEdge, top), text}, Qt::AlignRight};
+AnchorLabel anchorLabel(const QRectF& plot, const QPointF& anchor, const AnchorText& text, const QRectF& live) {
+    constexpr double drop = 6;
+    const double top = anchor.y() - text.above - text.baseline;
+    const QRectF before(QPointF(anchor.x() - text.left - text.size.width(), top), text.size);
+    const QRectF after(QPointF(anchor.x() + text.left, top), text.size);
+    if (before.left() < plot.left()) {
+        return {after, Qt::AlignLeft};
     }
-    return {{QPointF(anchor.x() + left, top), text}, Qt::AlignLeft};
+    if (before.intersects(live)) {
+        // To the right the curve only rises, so that below it is room.
+        const QRectF below = after.translated(0, anchor.y() + drop - top);
+        if (plot.contains(below) && !below.intersects(live)) {
+            return {below, Qt::AlignLeft};
+        }
+    }
+    return {before, Qt::AlignRight};
 }
 
 }  // namespace kestro

@@ -49,13 +49,23 @@ double maxDisplayRPM(double fanMaximumRPM);
 /// "3k" from 1000 on, else the whole number.
 QString rpmGridLabel(double rpm);
 
-/// The position of a label beside its anchor: at the left, or at the right where it would leave the plot.
+/// The text beside an anchor: its size, how far below its top the baseline runs, and how far that is left of
+/// and above the anchor.
+struct AnchorText {
+    QSizeF size;
+    double baseline = 0;
+    double left = 0;
+    double above = 0;
+};
+
+/// The position of a label beside its anchor.
 struct AnchorLabel {
     QRectF area;
     Qt::Alignment alignment;
 };
 
-/// A label of `text` points in size, `left` beside and `above` over the anchor.
-AnchorLabel anchorLabel(const QRectF& plot, const QPointF& anchor, const QSizeF& text, double left, double above);
+/// Places a label at the left of its anchor; at the right where it would leave the plot there, and at the
+/// right below the anchor where it would cover the `live` point.
+AnchorLabel anchorLabel(const QRectF& plot, const QPointF& anchor, const AnchorText& text, const QRectF& live);
 
 }  // namespace kestro

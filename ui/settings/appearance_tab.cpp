@@ -15,7 +15,7 @@ namespace kestro {
 namespace {
 
 constexpr int kTileGap = 12;
-constexpr int kIntensityLabelWidth = 138;
+constexpr int kIntensityLabelWidth = 150;
 
 }  // namespace
 
@@ -28,7 +28,7 @@ AppearanceTab::AppearanceTab(const KestroServices& services) : SettingsPane(serv
 QWidget* AppearanceTab::paletteCard() {
     constexpr int height = 92;
     Setting<ThemePalette>& setting = services().settings.themePalette;
-    QWidget* content = row().release();
+    QWidget* content = row(Insets{settings_parts::kInset, 0, settings_parts::kInset, 0}).release();
     auto* layout = static_cast<QHBoxLayout*>(content->layout());
     std::vector<Swatch*> swatches;
     for (const ThemePalette palette : allCases<ThemePalette>()) {
@@ -75,7 +75,7 @@ QWidget* AppearanceTab::tiles(const Words& name, int height, Setting<E>& setting
             options->setChosen(static_cast<int>(chosen));
         },
         setting);
-    return column(Insets{settings_parts::kInset, 8, settings_parts::kInset, 6}, Spacing(8),
+    return column(Insets{settings_parts::kInset, 9, settings_parts::kInset, 6}, Spacing(9),
                   text(name).style(text_styles::settingTitle), line)
         .release();
 }

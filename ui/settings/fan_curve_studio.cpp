@@ -62,15 +62,15 @@ FanCurveStudio::FanCurveStudio(const KestroServices& services) : SettingsPane(se
     add(fanSelector());
     add(presets());
     add(chart());
-    stack().addSpacing(groupGap);
+    addRoom(groupGap);
     constexpr std::array shapes{CurveShape::stepped, CurveShape::linear, CurveShape::sCurve};
     add(settings_parts::sideBySide(
         settings_parts::group("DRIVING TEMPERATURE SENSOR",
                               options(allCases<SensorSource>(), &FanCurveConfig::sensorSource)),
         settings_parts::group("RESPONSE CURVE GEOMETRY", options(shapes, &FanCurveConfig::curveShape))));
-    stack().addSpacing(groupGap);
+    addRoom(groupGap);
     add(settings_parts::group("THERMAL THRESHOLD ANCHORS", thresholds()));
-    stack().addSpacing(groupGap);
+    addRoom(groupGap);
     add(settings_parts::group("ACOUSTIC SMOOTHING & HYSTERESIS",
                               new settings_parts::RowCard({smoothing(), ceiling()}, Qt::Horizontal)));
 }
@@ -137,7 +137,7 @@ QWidget* FanCurveStudio::fanSelector() {
 
 QWidget* FanCurveStudio::presets() {
     FanControlManager& manager = services().fanManager;
-    auto* widget = row(Spacing(8), space(2), groupHeading("PRESETS:")).release();
+    auto* widget = row(Spacing(8), space(2), groupHeading("PRESETS:"), space(4)).release();
     auto* layout = static_cast<QHBoxLayout*>(widget->layout());
     std::vector<Button*> buttons;
     for (const CurvePreset preset : allCases<CurvePreset>()) {

@@ -19,7 +19,7 @@ namespace kestro {
 namespace {
 
 void paintWallpaper(QPainter& painter, const QRectF& area) {
-    QLinearGradient sky(area.topLeft(), area.topRight());
+    QLinearGradient sky(area.topLeft(), area.bottomRight());
     sky.setColorAt(0, QColor(0x4a, 0x5f, 0x82));
     sky.setColorAt(0.35, QColor(0x6b, 0x5a, 0x78));
     sky.setColorAt(0.6, QColor(0xb0, 0x8a, 0x52));

@@ -74,7 +74,9 @@ QWidget* MenubarTab::modulesCard() {
         }
     }
     follow([this] { showModules(); }, modules);
-    return new settings_parts::RowCard(columns, Qt::Horizontal);
+    auto* card = new settings_parts::RowCard(columns, Qt::Horizontal);
+    card->setDividerInset(0);
+    return card;
 }
 
 void MenubarTab::setModules(MenubarModules modules) {

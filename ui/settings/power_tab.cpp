@@ -10,6 +10,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace kestro {
 
 namespace {
@@ -73,6 +75,15 @@ QString batteryLine(const PowerTelemetry& power) {
     return QString::fromStdString(line);
 }
 
+std::vector<SystemPowerMode> offeredPowerModes(bool supportsHighPowerMode) {
+    const auto& all = allCases<SystemPowerMode>();
+    std::vector<SystemPowerMode> modes(all.begin(), all.end());
+    if (!supportsHighPowerMode) {
+        std::erase(modes, SystemPowerMode::highPower);
+    }
+    return modes;
+}
+
 PowerTab::PowerTab(const KestroServices& services) : SettingsPane(services) {
     add(batteryCard());
     add(settings_parts::group("SYSTEM POWER DELIVERY MODES", modesCard()));
@@ -84,7 +95,7 @@ QWidget* PowerTab::batteryCard() {
     const TextStyle figure{34, 40, text_styles::w600, -0.6, KestroTheme::textPrimary};
     TextStyle health = text_styles::settingTitle;
     health.weight = text_styles::w600;
-    QWidget* content = row(Insets{padding, 0, padding, 0}, text(QString()).style(figure).into(level_), space(20),
+    QWidget* content = row(Insets{padding, 0, padding, 0}, text(QString()).style(figure).into(level_), space(18),
                            symbol("battery.100", 26).into(symbol_), spacer(),
                            column(Spacing(3), text(QString()).style(health).align(Qt::AlignRight).into(health_),
                                   text(QString())
@@ -99,10 +110,12 @@ QWidget* PowerTab::batteryCard() {
 
 void PowerTab::showBattery() {
     const PowerTelemetry& power = services().engine.power.get();
-    level_->setText(wholeText(power.percentage) + QLatin1Char('%'));
+    // Without a battery there is neither a level nor a health to tell.
+    level_->setText(power.hasBattery ? wholeText(power.percentage) + QLatin1Char('%') : QStringLiteral("AC"));
     symbol_->setSymbol(batterySymbol(power));
     symbol_->setInk(batteryInk(power));
     health_->setText(QStringLiteral("Health Condition: ") + QString::fromStdString(power.condition));
+    health_->setVisible(power.hasBattery);
     line_->setText(batteryLine(power));
 }
 
@@ -111,7 +124,8 @@ QWidget* PowerTab::modesCard() {
     std::vector<QWidget*> widgets;
     std::vector<Control*> controls;
     std::vector<PowerModeRow*> rows;
-    for (const SystemPowerMode mode : allCases<SystemPowerMode>()) {
+    const auto modes = offeredPowerModes(manager.supportsHighPowerMode.get());
+    for (const SystemPowerMode mode : modes) {
         auto* option = new PowerModeRow(mode);
         option->onToggled([&manager, mode](bool) { manager.setPowerMode(mode); });
         widgets.push_back(option);
@@ -121,12 +135,12 @@ QWidget* PowerTab::modesCard() {
     auto* card = new settings_parts::RowCard(widgets);
     auto* options = new ExclusiveGroup(controls, card);
     follow(
-        [rows, options, &manager] {
-            const auto current = static_cast<std::size_t>(manager.currentMode.get());
+        [modes, rows, options, &manager] {
+            const SystemPowerMode current = manager.currentMode.get();
             for (std::size_t i = 0; i < rows.size(); ++i) {
-                rows[i]->setActive(i == current);
+                rows[i]->setActive(modes[i] == current);
             }
-            options->setChosen(static_cast<int>(current));
+            options->setChosen(static_cast<int>(std::ranges::find(modes, current) - modes.begin()));
         },
         manager.currentMode);
     return card;

@@ -14,11 +14,15 @@ SettingsPane::SettingsPane(const KestroServices& services, QWidget* parent)
     : QWidget(parent), services_(services), stack_(new QVBoxLayout(this)) {
     stack_->setContentsMargins(0, 0, 0, 0);
     stack_->setSpacing(kGroupGap);
-    stack_->setAlignment(Qt::AlignTop);
+    stack_->addStretch(1);  // groups keep their height in a column that is taller
 }
 
 void SettingsPane::add(QWidget* group) {
-    stack_->addWidget(group);
+    stack_->insertWidget(stack_->count() - 1, group);
+}
+
+void SettingsPane::addRoom(int height) {
+    stack_->insertSpacing(stack_->count() - 1, height);
 }
 
 SettingRow* SettingsPane::switchRow(const Words& title, int height, Setting<bool>& setting) {

@@ -30,8 +30,9 @@ protected:
     const KestroServices& services() const { return services_; }
     QVBoxLayout& stack() { return *stack_; }
 
-    /// Adds a group at the foot of the column.
+    /// Adds a group at the foot of the column, or more room before the next one.
     void add(QWidget* group);
+    void addRoom(int height);
 
     /// Calls `show` now, and whenever one of `values` has been assigned.
     template <typename... Values>

@@ -26,12 +26,12 @@ void arrange(QWidget& parent, const std::vector<QWidget*>& rows, Qt::Orientation
 }
 
 void paintHairlinesBetween(QPainter& painter, const QWidget& parent, const std::vector<QWidget*>& rows,
-                           Qt::Orientation orientation) {
+                           Qt::Orientation orientation, int dividerInset) {
     for (std::size_t i = 1; i < rows.size(); ++i) {
         if (orientation == Qt::Vertical) {
             paintHairline(painter, kInset, parent.width() - kInset, rows[i]->y());
         } else {
-            paintVerticalHairline(painter, rows[i]->x(), kBlockPadding, parent.height() - kBlockPadding);
+            paintVerticalHairline(painter, rows[i]->x(), dividerInset, parent.height() - dividerInset);
         }
     }
 }
@@ -46,7 +46,7 @@ RowCard::RowCard(const std::vector<QWidget*>& rows, Qt::Orientation orientation)
 void RowCard::paintEvent(QPaintEvent* event) {
     Card::paintEvent(event);
     QPainter painter(this);
-    paintHairlinesBetween(painter, *this, rows_, orientation_);
+    paintHairlinesBetween(painter, *this, rows_, orientation_, dividerInset_);
 }
 
 RowStack::RowStack(std::vector<QWidget*> rows) : rows_(std::move(rows)) {
@@ -55,7 +55,7 @@ RowStack::RowStack(std::vector<QWidget*> rows) : rows_(std::move(rows)) {
 
 void RowStack::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    paintHairlinesBetween(painter, *this, rows_, Qt::Vertical);
+    paintHairlinesBetween(painter, *this, rows_, Qt::Vertical, 0);
 }
 
 QWidget* group(const Words& heading, QWidget* content) {
@@ -95,7 +95,7 @@ SliderBlock sliderBlock(const Words& label, const SliderRange& range, const Word
     block.slider->setAccessibleName(label);
     block.widget = column(Insets{kInset, kBlockPadding, kInset, kBlockPadding},
                           row(text(label).style(text_styles::settingTitle), spacer(), block.value), space(1),
-                          block.slider, text(description).style(text_styles::settingDescription))
+                          block.slider, text(description).style(text_styles::settingDescription), spacer())
                        .release();
     return block;
 }

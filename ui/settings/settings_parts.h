@@ -21,12 +21,16 @@ class RowCard : public Card {
 public:
     explicit RowCard(const std::vector<QWidget*>& rows, Qt::Orientation orientation = Qt::Vertical);
 
+    /// How far a hairline between rows side by side stays from the card's edges.
+    void setDividerInset(int inset) { dividerInset_ = inset; }
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     std::vector<QWidget*> rows_;
     Qt::Orientation orientation_;
+    int dividerInset_ = 10;
 };
 
 /// Rows one below the other, as in a card but without one.

@@ -113,13 +113,28 @@ TEST(FanCurvePlotTest, ShortensThousands) {
 TEST(FanCurvePlotTest, FlipsALabelThatWouldLeaveThePlot) {
     const QRectF area = plot().area();
 
-    const AnchorLabel inside = anchorLabel(area, {200, 100}, {60, 12}, 8, 8);
-    const AnchorLabel flipped = anchorLabel(area, {60, 100}, {60, 12}, 8, 8);
+    const AnchorText text{{60, 12}, 9, 8, 8};
 
-    EXPECT_EQ(inside.area, QRectF(132, 86, 60, 12));
+    const AnchorLabel inside = anchorLabel(area, {200, 100}, text, {});
+    const AnchorLabel flipped = anchorLabel(area, {60, 100}, text, {});
+
+    EXPECT_EQ(inside.area, QRectF(132, 83, 60, 12));
     EXPECT_EQ(inside.alignment, Qt::AlignRight);
     EXPECT_EQ(flipped.area.left(), 68);
     EXPECT_EQ(flipped.alignment, Qt::AlignLeft);
+}
+
+TEST(FanCurvePlotTest, KeepsALabelOffTheLivePoint) {
+    const QRectF area = plot().area();
+    const AnchorText text{{60, 12}, 9, 8, 8};
+    const QRectF live(150, 80, 18, 18);
+
+    const AnchorLabel below = anchorLabel(area, {200, 100}, text, live);
+    const AnchorLabel noRoomBelow = anchorLabel(area, {200, 190}, text, live.translated(0, 90));
+
+    EXPECT_EQ(below.area, QRectF(208, 106, 60, 12));
+    EXPECT_EQ(below.alignment, Qt::AlignLeft);
+    EXPECT_EQ(noRoomBelow.area, QRectF(132, 173, 60, 12));
 }
 
 using FanCurveCanvasViewTest = ViewTest;
