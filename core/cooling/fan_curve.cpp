@@ -1,5 +1,7 @@
 #include "core/cooling/fan_curve.h"
 
+#include "core/base/json_text.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -9,7 +11,9 @@ namespace kestro {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+// Fields are written in their order. Reading keeps none: a lookup then costs little, however many there are.
+using OrderedJson = nlohmann::ordered_json;
+using Json = nlohmann::json;
 
 /// The share of the span at position `t` between the two temperatures, both 0..1.
 double shapedFraction(CurveShape shape, double t) {
@@ -45,18 +49,18 @@ void forEachField(Config& config, Visit visit) {
     visit("acousticCeilingRPM", config.acousticCeilingRPM);
 }
 
-bool store(Json& json, bool flag) {
+bool store(OrderedJson& json, bool flag) {
     json = flag;
     return true;
 }
 
-bool store(Json& json, double number) {
+bool store(OrderedJson& json, double number) {
     json = number;
     return std::isfinite(number);
 }
 
 template <ClosedEnumeration E>
-bool store(Json& json, E value) {
+bool store(OrderedJson& json, E value) {
     json = std::string(rawValue(value));
     return true;
 }
@@ -124,7 +128,7 @@ FanCurveConfig applyTo(CurvePreset preset, double minRPM, double maxRPM) {
 }
 
 std::optional<std::string> encodeFanCurve(const FanCurveConfig& config) {
-    Json json = Json::object();
+    auto json = OrderedJson::object();
     bool representable = true;
     forEachField(config, [&](const char* name, const auto& field) {
         representable = store(json[name], field) && representable;
@@ -133,7 +137,7 @@ std::optional<std::string> encodeFanCurve(const FanCurveConfig& config) {
 }
 
 std::optional<FanCurveConfig> decodeFanCurve(std::string_view text) {
-    const auto json = Json::parse(text, nullptr, false);
+    const auto json = parsedJson(text);
     if (!json.is_object()) {
         return std::nullopt;
     }

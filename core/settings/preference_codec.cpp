@@ -1,8 +1,11 @@
 #include "core/settings/preference_codec.h"
 
+#include "core/base/json_text.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cmath>
+#include <limits>
 #include <variant>
 
 namespace kestro {
@@ -11,6 +14,10 @@ namespace {
 
 using Json = nlohmann::json;
 
+std::string_view textOf(const PreferenceData& data) {
+    return {reinterpret_cast<const char*>(data.data()), data.size()};
+}
+
 PreferenceData bytesOf(std::string_view text) {
     return {text.begin(), text.end()};
 }
@@ -18,7 +25,7 @@ PreferenceData bytesOf(std::string_view text) {
 /// The blob's JSON; a discarded value when it is none, or when `stored` is not a blob.
 Json jsonOf(const PreferenceValue& stored) {
     const auto* data = std::get_if<PreferenceData>(&stored);
-    return data ? Json::parse(*data, nullptr, false) : Json(Json::value_t::discarded);
+    return data ? parsedJson(textOf(*data)) : Json(Json::value_t::discarded);
 }
 
 }  // namespace
@@ -45,7 +52,9 @@ std::optional<double> PreferenceCodec<double>::decode(const PreferenceValue& sto
         return *number;
     }
     const auto* integer = std::get_if<std::int64_t>(&stored);
-    return integer ? std::optional(static_cast<double>(*integer)) : std::nullopt;
+    constexpr std::int64_t largestExact = std::int64_t{1} << std::numeric_limits<double>::digits;
+    const bool isExact = integer && *integer >= -largestExact && *integer <= largestExact;
+    return isExact ? std::optional(static_cast<double>(*integer)) : std::nullopt;
 }
 
 std::optional<PreferenceValue> PreferenceCodec<std::vector<MenubarModuleType>>::encode(
@@ -82,7 +91,7 @@ std::optional<PreferenceValue> PreferenceCodec<FanCurveConfig>::encode(const Fan
 
 std::optional<FanCurveConfig> PreferenceCodec<FanCurveConfig>::decode(const PreferenceValue& stored) {
     const auto* data = std::get_if<PreferenceData>(&stored);
-    return data ? decodeFanCurve(std::string(data->begin(), data->end())) : std::nullopt;
+    return data ? decodeFanCurve(textOf(*data)) : std::nullopt;
 }
 
 PreferenceValue jsonStringData(std::string_view text) {

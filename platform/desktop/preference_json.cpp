@@ -1,11 +1,13 @@
 #include "platform/desktop/preference_json.h"
 
+#include "core/base/json_text.h"
+#include "core/base/text.h"
+
 #include <cmath>
 #include <limits>
 #include <utility>
 
 #include <QByteArray>
-#include <QStringDecoder>
 
 namespace kestro {
 
@@ -15,12 +17,6 @@ constexpr auto jsonMember = "json";
 constexpr auto dataMember = "data";
 constexpr auto doubleMember = "double";
 constexpr auto textMember = "text";
-
-bool isUtf8(const std::string& text) {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString decoded = decoder.decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
-    return decoded.isEmpty() || !decoder.hasError();
-}
 
 template <typename Bytes>
 std::string toBase64(const Bytes& bytes) {
@@ -54,7 +50,8 @@ struct Encoder {
     }
 
     PreferenceJson operator()(const std::string& value) const {
-        return isUtf8(value) ? PreferenceJson(value) : PreferenceJson::object({{textMember, toBase64(value)}});
+        return isValidUtf8(value) ? PreferenceJson(value)
+                                  : PreferenceJson::object({{textMember, toBase64(value)}});
     }
 
     PreferenceJson operator()(const PreferenceData& value) const {
@@ -133,7 +130,7 @@ std::optional<PreferenceJson> parsePreferenceJson(std::string_view text) {
     if (!isBoundedPreferenceText(text)) {
         return std::nullopt;
     }
-    auto parsed = PreferenceJson::parse(text, nullptr, false);
+    auto parsed = parsedJson<PreferenceJson>(text);
     return parsed.is_discarded() ? std::nullopt : std::optional(std::move(parsed));
 }
 

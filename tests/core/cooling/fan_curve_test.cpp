@@ -335,6 +335,17 @@ TEST(FanCurveJson, RefusesWhatIsNoObject) {
         EXPECT_EQ(decodeFanCurve(text), std::nullopt) << text;
     }
     EXPECT_EQ(decodeFanCurve(stored + "x"), std::nullopt);
+    EXPECT_EQ(decodeFanCurve(stored + '\0'), std::nullopt);
+}
+
+TEST(FanCurveJson, ReadsPastAnyNumberOfOtherFields) {
+    // A reading that looked through all fields for each of them would take minutes.
+    std::string others;
+    for (int field = 0; field < 100'000; ++field) {
+        others += "\"" + std::to_string(field) + "\":0,";
+    }
+
+    EXPECT_TRUE(decodeFanCurve(withReplaced("{", "{" + others)));
 }
 
 TEST(FanCurveJson, CannotHoldFiguresThatAreNotFinite) {

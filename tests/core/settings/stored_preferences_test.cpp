@@ -69,6 +69,17 @@ TEST(UserSettings, FallsBackOnDamagedChoices) {
     }
 }
 
+TEST(UserSettings, FallsBackOnDataThatGoesOnAfterAZeroByte) {
+    constexpr std::string_view choice("\"Thermal Infrared\"\0x", 20);
+    constexpr std::string_view list("[]\0", 3);
+    Fixture fixture;
+    fixture.defaults.storeData("kestro.themePalette", choice);
+    fixture.defaults.storeData("kestro.activeMenubarModules", list);
+
+    EXPECT_EQ(fixture.settings().themePalette.get(), ThemePalette::cryogenic);
+    EXPECT_EQ(fixture.settings().activeMenubarModules.get().size(), 3U);
+}
+
 TEST(UserSettings, FallsBackOnKeepAwakeLabelsThatItDoesNotKnow) {
     Fixture fixture;
     fixture.defaults.storeData("kestro.keepAwakeTargetMode", "\"Display Only\"");
@@ -136,6 +147,19 @@ TEST(UserSettings, AcceptsIntegersForDoubles) {
 
     EXPECT_EQ(fixture.settings().customFanRPM.get(), 4200.0);
     EXPECT_EQ(fixture.settings().rampSmoothingSeconds.get(), 1.5);
+}
+
+TEST(UserSettings, RefusesIntegersThatNoDoubleHolds) {
+    constexpr std::int64_t largestExact = std::int64_t{1} << 53;
+    Fixture exact;
+    exact.defaults.store("kestro.customFanRPM", -largestExact);
+    Fixture inexact;
+    inexact.defaults.store("kestro.customFanRPM", largestExact + 1);
+    inexact.defaults.store("kestro.temperatureDeadband", std::numeric_limits<std::int64_t>::min());
+
+    EXPECT_EQ(exact.settings().customFanRPM.get(), -0x1p53);
+    EXPECT_EQ(inexact.settings().customFanRPM.get(), 3500.0);
+    EXPECT_EQ(inexact.settings().temperatureDeadband.get(), 2.0);
 }
 
 TEST(UserSettings, RefusesFlagsAndTextsForDoubles) {

@@ -108,6 +108,7 @@ TEST(PreferenceJson, RefusesWhatIsNoJson) {
     for (const auto* text : {"", "{", "nul", "1e999", "\"\xff\"", "{\"a\":1,}", "1 2"}) {
         EXPECT_EQ(parsePreferenceJson(text), std::nullopt) << text;
     }
+    EXPECT_EQ(parsePreferenceJson(std::string_view("{}\0{}", 5)), std::nullopt) << "a zero byte";
 }
 
 }  // namespace
