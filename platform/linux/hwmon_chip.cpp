@@ -12,7 +12,7 @@ namespace kestro {
 namespace {
 
 constexpr std::size_t chipLimit = 256;
-constexpr std::size_t inputLimit = 64;
+constexpr std::size_t inputLimit = 128;
 
 struct KnownChip {
     std::string_view prefix;
@@ -97,12 +97,12 @@ std::vector<std::uint32_t> listInputs(const HwmonChip& chip, std::string_view ki
             continue;
         }
         const auto digits = std::string_view(name).substr(kind.size(), name.size() - kind.size() - suffix.size());
-        const auto number = parseInteger<std::uint32_t>(digits);
-        if (number && numbers.size() < inputLimit) {
+        if (const auto number = parseInteger<std::uint32_t>(digits)) {
             numbers.push_back(*number);
         }
     }
     std::ranges::sort(numbers);
+    numbers.resize(std::min(numbers.size(), inputLimit));
     return numbers;
 }
 

@@ -36,7 +36,7 @@ struct HwmonChip {
 /// depend on the numbers that the kernel gave out.
 std::vector<HwmonChip> listHwmonChips(const std::string& root);
 
-/// The numbers N of the chip's attributes "<kind>N_input", ascending; at most 64.
+/// The numbers N of the chip's attributes "<kind>N_input", ascending; of more than 128 the lowest.
 std::vector<std::uint32_t> listInputs(const HwmonChip& chip, std::string_view kind);
 
 /// Tells whether a device sleeps. Reading the sensors of a sleeping graphics card wakes it up and costs the

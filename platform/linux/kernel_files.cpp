@@ -129,21 +129,19 @@ std::optional<std::string_view> PersistentFile::readBeginning(ReadBuffer& buffer
     return readWith(buffer, [&](int descriptor) { return buffer.readBeginning(descriptor, byteCount); });
 }
 
-std::uint64_t DirectoryWatch::fingerprint() {
+std::uint64_t DirectoryWatch::fingerprint() const {
     constexpr std::uint64_t offsetBasis = 14695981039346656037ULL;
     constexpr std::uint64_t prime = 1099511628211ULL;
-    if (!directory_.isOpen()) {
-        directory_ = Descriptor(::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    }
-    if (!directory_.isOpen() || ::lseek(directory_.get(), 0, SEEK_SET) != 0) {
-        directory_.close();
+    // Opened each time: a descriptor that is kept goes on showing a directory that was removed and made anew.
+    const Descriptor directory(::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!directory.isOpen()) {
         return 0;
     }
     // FNV-1a over each entry, summed, so that the order in which the kernel lists them does not matter.
     std::uint64_t sum = offsetBasis;
     alignas(dirent64) std::array<char, 8192> buffer;
     for (;;) {
-        const auto count = ::getdents64(directory_.get(), buffer.data(), buffer.size());
+        const auto count = ::getdents64(directory.get(), buffer.data(), buffer.size());
         if (count <= 0) {
             return sum;
         }

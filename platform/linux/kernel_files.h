@@ -76,14 +76,13 @@ public:
     explicit DirectoryWatch(std::string path) : path_(std::move(path)) {}
 
     /// Whether an entry was added, removed, renamed or replaced since the last call; true at the first one. A
-    /// directory that is missing counts as empty.
+    /// directory that comes or goes counts as changed.
     bool hasChanged();
 
 private:
-    std::uint64_t fingerprint();
+    std::uint64_t fingerprint() const;
 
     std::string path_;
-    Descriptor directory_;
     std::optional<std::uint64_t> last_;
 };
 

@@ -73,6 +73,20 @@ TEST(ListInputs, ListsTheNumbersOfOneKindAscending) {
     EXPECT_EQ(listInputs(chip, "temp"), (std::vector<std::uint32_t>{1}));
 }
 
+TEST(ListInputs, TakesTheLowestNumbersOfAChipWithHundreds) {
+    TemporaryTree tree;
+    for (int number = 1; number <= 300; ++number) {
+        tree.write("/chip/temp" + std::to_string(number) + "_input", "1");
+    }
+    const HwmonChip chip{.directory = tree.root() + "/chip", .device = {}, .name = {}};
+
+    const auto numbers = listInputs(chip, "temp");
+
+    ASSERT_EQ(numbers.size(), 128U);
+    EXPECT_EQ(numbers.front(), 1U);
+    EXPECT_EQ(numbers.back(), 128U);
+}
+
 TEST(SleepGate, KnowsASleepingGraphicsCard) {
     TemporaryTree tree;
     tree.write("/chip/device/power/runtime_status", "suspended\n");
@@ -101,6 +115,21 @@ TEST(DirectoryWatch, NoticesEntriesThatComeGoOrAreReplaced) {
     EXPECT_TRUE(watch.hasChanged());
     tree.write("/list/b", "content does not matter");
     EXPECT_FALSE(watch.hasChanged());
+}
+
+TEST(DirectoryWatch, FollowsADirectoryThatIsMadeAnew) {
+    TemporaryTree tree;
+    tree.write("/list/a", "");
+    DirectoryWatch watch(tree.root() + "/list");
+    watch.hasChanged();
+
+    tree.remove("/list");
+    EXPECT_TRUE(watch.hasChanged());
+    EXPECT_FALSE(watch.hasChanged());
+    tree.write("/list/b", "");
+    EXPECT_TRUE(watch.hasChanged());
+    tree.write("/list/c", "");
+    EXPECT_TRUE(watch.hasChanged());
 }
 
 TEST(DirectoryWatch, AllocatesNothing) {
