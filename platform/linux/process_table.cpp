@@ -12,6 +12,7 @@
 #include <ctime>
 #include <iterator>
 
+#include "platform/linux/descriptor.h"
 #include "platform/linux/process_stat.h"
 #include "platform/linux/valid_text.h"
 
@@ -43,6 +44,20 @@ bool isProcessDirectory(const char* name) {
     return name[0] >= '1' && name[0] <= '9';
 }
 
+/// The kernel's name in the place of a path. It is none: of "kworker/0:1" the last component would say little, so
+/// its slashes become U+2215, which looks the same. A name of blanks alone would leave a row without a command.
+std::string nameAsCommand(std::string_view name) {
+    if (name.find_first_not_of(' ') == std::string_view::npos) {
+        return "?";
+    }
+    std::string text = validText(name);
+    constexpr std::string_view divisionSlash = "\u2215";
+    for (auto at = text.find('/'); at != std::string::npos; at = text.find('/', at)) {
+        text.replace(at, 1, divisionSlash);
+    }
+    return text;
+}
+
 }  // namespace
 
 double ProcessTable::bootClock() {
@@ -61,6 +76,28 @@ ProcessTable::~ProcessTable() {
     }
 }
 
+bool ProcessTable::read(const char* directoryName, Process& process) const {
+    std::array<char, NAME_MAX + 8> path;
+    *fmt::format_to_n(path.data(), path.size() - 1, "{}/stat", directoryName).out = '\0';
+    const Descriptor file(openat(procDescriptor_, path.data(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (!file.isOpen()) {
+        return false;
+    }
+    std::array<char, 2048> text;
+    const auto length = ::read(file.get(), text.data(), text.size());
+    const auto stat =
+        length > 0 ? parseProcessStat({text.data(), static_cast<std::size_t>(length)}) : std::nullopt;
+    if (!stat) {
+        return false;
+    }
+    process.pid = stat->pid;
+    process.startTicks = stat->startTicks;
+    process.processorTicks = stat->processorTicks;
+    process.residentPages = stat->residentPages;
+    process.name.assign(stat->name);
+    return true;
+}
+
 void ProcessTable::scan() {
     processCount_ = 0;
     const int listing =
@@ -73,33 +110,16 @@ void ProcessTable::scan() {
         return;
     }
 
-    std::array<char, 2048> text;
     while (const dirent* entry = readdir(directory)) {
         if (!isProcessDirectory(entry->d_name)) {
-            continue;
-        }
-        std::array<char, NAME_MAX + 8> path;
-        *fmt::format_to_n(path.data(), path.size() - 1, "{}/stat", entry->d_name).out = '\0';
-        const int file = openat(procDescriptor_, path.data(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-        if (file < 0) {
-            continue;
-        }
-        const auto length = read(file, text.data(), text.size());
-        close(file);
-        const auto stat =
-            length > 0 ? parseProcessStat({text.data(), static_cast<std::size_t>(length)}) : std::nullopt;
-        if (!stat) {
             continue;
         }
         if (processCount_ == processes_.size()) {
             processes_.emplace_back();
         }
-        auto& process = processes_[processCount_++];
-        process.pid = stat->pid;
-        process.startTicks = stat->startTicks;
-        process.processorTicks = stat->processorTicks;
-        process.residentPages = stat->residentPages;
-        process.name.assign(stat->name);
+        if (read(entry->d_name, processes_[processCount_])) {
+            ++processCount_;
+        }
     }
     closedir(directory);
 
@@ -119,7 +139,10 @@ void ProcessTable::measure(double now) {
         }
         const bool known = earlier < baselineCount_ && baseline_[earlier].pid == process.pid &&
                            baseline_[earlier].startTicks == process.startTicks && baselineTime_ >= 0;
-        const double seconds = known ? elapsed : now - static_cast<double>(process.startTicks) / ticksPerSecond();
+        // A start is known to a tick: what began within the last one would come out at any figure.
+        const double age = now - static_cast<double>(process.startTicks) / ticksPerSecond();
+        const double life = age < 0 ? 0 : std::max(age, 1 / ticksPerSecond());
+        const double seconds = known ? elapsed : life;
         const auto before = known ? baseline_[earlier].processorTicks : 0;
         const auto ticks = process.processorTicks > before ? process.processorTicks - before : 0;
         process.processorPercent = seconds > 0 ? static_cast<double>(ticks) / ticksPerSecond() / seconds * 100 : 0;
@@ -131,13 +154,13 @@ std::string ProcessTable::command(const Process& process) const {
     *fmt::format_to_n(path.data(), path.size() - 1, "{}/exe", process.pid).out = '\0';
     std::array<char, PATH_MAX> target;
     const auto length = readlinkat(procDescriptor_, path.data(), target.data(), target.size());
-    std::string_view text = process.name;
-    if (length > 0) {
-        text = {target.data(), static_cast<std::size_t>(length)};
-        constexpr std::string_view deleted = " (deleted)";
-        if (text.ends_with(deleted)) {
-            text.remove_suffix(deleted.size());
-        }
+    if (length <= 0) {
+        return nameAsCommand(process.name);
+    }
+    std::string_view text(target.data(), static_cast<std::size_t>(length));
+    constexpr std::string_view deleted = " (deleted)";
+    if (text.ends_with(deleted)) {
+        text.remove_suffix(deleted.size());
     }
     return validText(text);
 }

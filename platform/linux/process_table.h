@@ -28,7 +28,8 @@ public:
 
     /// A header line, then at most `rowLimit` lines of pid, CPU percent of one core, memory percent, resident
     /// KiB and command, the greatest first. The command is the executable's path where it can be read and the
-    /// kernel's name otherwise, always valid UTF-8 without control characters.
+    /// kernel's name otherwise, always valid UTF-8 without control characters and never empty. Only a path holds
+    /// slashes; those of a kernel's name become U+2215.
     std::string list(Order order);
 
     /// Several times what the longest list of the program shows.
@@ -48,6 +49,7 @@ private:
     };
 
     void scan();
+    bool read(const char* directoryName, Process& process) const;
     void measure(double now);
     std::string command(const Process& process) const;
 

@@ -140,7 +140,34 @@ TEST_F(ProcessTableTest, ShowsTheExecutableAndOtherwiseTheKernelsName) {
     const auto found = rows(ProcessTable::Order::residentMemory);
 
     EXPECT_TRUE(found[0].ends_with(" /opt/My Browser/browser")) << found[0];
-    EXPECT_TRUE(found[1].ends_with(" kworker/0:1-ev (x)")) << found[1];
+    EXPECT_TRUE(found[1].ends_with(" kworker\u22150:1-ev (x)")) << found[1];
+}
+
+TEST_F(ProcessTableTest, AProcessCannotHideBehindItsName) {
+    process(10, "", 1, 300);
+    process(11, "   ", 1, 200);
+    process(12, "x/ps", 1, 100);
+
+    const auto found = rows(ProcessTable::Order::residentMemory);
+
+    ASSERT_EQ(found.size(), 3u);
+    EXPECT_TRUE(found[0].ends_with(" ?")) << found[0];
+    EXPECT_TRUE(found[1].ends_with(" ?")) << found[1];
+    EXPECT_TRUE(found[2].ends_with(" x\u2215ps")) << found[2];
+}
+
+TEST_F(ProcessTableTest, AProcessOfAMomentIsMeasuredOverOneTick) {
+    const double tick = 1.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
+    process(10, "young", tick, 100, 1000);
+    now = 1000 + tick / 100;
+
+    EXPECT_EQ(field(rows(ProcessTable::Order::processor)[0], 1), "100.0");
+}
+
+TEST_F(ProcessTableTest, AProcessThatIsYetToStartReadsAsIdle) {
+    process(10, "future", 5, 100, 2000);
+
+    EXPECT_EQ(field(rows(ProcessTable::Order::processor)[0], 1), "0.0");
 }
 
 TEST_F(ProcessTableTest, AHostileNameStaysOneLineOfText) {
