@@ -135,14 +135,9 @@ void TelemetryEngine::sampleFull() {
     spareFans_ = std::move(newFans);
     spareCPU_ = std::move(newCPU);
 
-    const auto enter = [this, isNewest](History& history, double value) {
-        if (isNewest()) {
-            append(history, value);
-        }
-    };
-    enter(cpuHistory, cpu.get().totalUsage);
-    enter(netDownHistory, network.get().downloadBytesPerSec);
-    enter(netUpHistory, network.get().uploadBytesPerSec);
+    if (isNewest()) {
+        enterHistories({cpu.get().totalUsage, network.get().downloadBytesPerSec, network.get().uploadBytesPerSec});
+    }
     if (isNewest() && settings_.showTopProcesses.get()) {
         refreshProcesses();
     }
@@ -163,6 +158,21 @@ void TelemetryEngine::sampleLightweight() {
         cpu.swapIn(newCPU);
         spareCPU_ = std::move(newCPU);
     }
+}
+
+void TelemetryEngine::enterHistories(const HistoryEntry& newest) {
+    pendingEntries_.push_back(newest);
+    if (std::exchange(isEnteringHistories_, true)) {
+        return;  // a subscriber of a history has this sample taken: the older one's entry is completed first
+    }
+    for (std::size_t next = 0; next < pendingEntries_.size(); ++next) {
+        const HistoryEntry entry = pendingEntries_[next];
+        append(cpuHistory, entry.totalUsage);
+        append(netDownHistory, entry.downloadBytesPerSec);
+        append(netUpHistory, entry.uploadBytesPerSec);
+    }
+    pendingEntries_.clear();
+    isEnteringHistories_ = false;
 }
 
 void TelemetryEngine::append(History& history, double value) {

@@ -110,7 +110,15 @@ public:
 private:
     using History = Published<std::vector<double>, TelemetryEngine>;
 
+    /// What one sample adds to the three histories, which stay in step with one another.
+    struct HistoryEntry {
+        double totalUsage;
+        double downloadBytesPerSec;
+        double uploadBytesPerSec;
+    };
+
     void sampleLightweight();
+    void enterHistories(const HistoryEntry& newest);
     void append(History& history, double value);
 
     const Platform& platform_;
@@ -124,6 +132,8 @@ private:
     std::vector<FanTelemetry> spareFans_;
     CPUTelemetry spareCPU_;
     std::vector<double> spareHistory_;
+    std::vector<HistoryEntry> pendingEntries_;
+    bool isEnteringHistories_ = false;
 
     std::uint64_t newestSample_ = 0;
     std::unique_ptr<RunLoopTimer> timer_;

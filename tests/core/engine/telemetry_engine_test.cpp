@@ -495,6 +495,25 @@ TEST_F(TelemetryEngineTest, TheNewestReadingEndsTheHistoryWhenTheLastPropertyAsk
     EXPECT_EQ(engine().cpuHistory.get().back(), 70);
 }
 
+TEST_F(TelemetryEngineTest, TheHistoriesStayInStepWhenASubscriberOfTheFirstAsksForASample) {
+    mac.freeze();
+    engine().sampleFull();
+    bool asked = false;
+    const auto onHistory = engine().cpuHistory.subscribe([&](const auto&) {
+        if (!std::exchange(asked, true)) {
+            engine().sampleFull();
+        }
+    });
+    watch(engine().cpuHistory, "cpuHistory");
+    watch(engine().netDownHistory, "netDownHistory");
+    watch(engine().netUpHistory, "netUpHistory");
+
+    engine().sampleFull();
+
+    EXPECT_EQ(published, (std::vector<std::string>{"cpuHistory", "netDownHistory", "netUpHistory", "cpuHistory",
+                                                   "netDownHistory", "netUpHistory"}));
+}
+
 TEST_F(TelemetryEngineTest, ASubscriberMayRestartTheTimerInsideATick) {
     int ticks = 0;
     const auto subscription = engine().memory.subscribe([&](const auto&) {
