@@ -1,5 +1,6 @@
 #include "app/app_delegate.h"
 
+#include "app/application_icon.h"
 #include "app/notification_names.h"
 #include "app/status_items/fan_control_status_item.h"
 #include "app/status_items/keep_awake_status_item.h"
@@ -33,6 +34,7 @@ AppDelegate::AppDelegate(const Platform& platform, const KestroServices& service
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
+    loadApplicationIcon(applicationIconFile());
     setupStatusItem();
     updateStatusItemText();
     keepAwakeItem_ =

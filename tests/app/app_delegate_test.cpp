@@ -22,6 +22,16 @@ TEST_F(AppDelegateLaunch, CreatesTheMainItemFirst) {
                                          QStringLiteral("kestro-cooling")));
 }
 
+TEST_F(AppDelegateLaunch, LoadsTheApplicationIconBeforeAnyItemIsMade) {
+    QGuiApplication::setWindowIcon(QIcon());
+    bool hadIcon = false;
+    bar.onCreate = [&] { hadIcon = !QGuiApplication::windowIcon().isNull(); };
+
+    launch();
+
+    EXPECT_TRUE(hadIcon);
+}
+
 TEST_F(AppDelegateLaunch, ComposesTheFirstReadoutBeforeAnySample) {
     launch();
 

@@ -3,6 +3,7 @@
 #include "app/status_bar/status_bar.h"
 
 #include <cassert>
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -22,6 +23,9 @@ public:
 
     std::unique_ptr<StatusItem> createItem(const QString& identifier, StatusItemHandlers handlers) override {
         assert(!items.contains(identifier));
+        if (onCreate) {
+            onCreate();
+        }
         items[identifier].handlers = std::move(handlers);
         created.push_back(identifier);
         return std::make_unique<Handle>(*this, identifier);
@@ -42,7 +46,8 @@ public:
     }
 
     std::map<QString, Item> items;
-    std::vector<QString> created;  ///< in order, those that are gone included
+    std::function<void()> onCreate;  ///< called before each item is made, when set
+    std::vector<QString> created;    ///< in order, those that are gone included
 
 private:
     class Handle final : public StatusItem {
