@@ -15,6 +15,9 @@ using namespace std::chrono_literals;
 
 constexpr auto lastEcho = motion::window + 400ms;
 
+/// After this a window manager has answered the last step.
+constexpr auto settlingTime = 120ms;
+
 bool isBetween(int value, int one, int other) {
     return value >= std::min(one, other) && value <= std::max(one, other);
 }
@@ -25,10 +28,14 @@ FrameAnimation::FrameAnimation(QWidget& window) : window_(window) {
     animation_.setEasingCurve(QEasingCurve::InOutCubic);
     QObject::connect(&animation_, &QVariantAnimation::valueChanged, &window_,
                      [this](const QVariant& value) { window_.setGeometry(value.toRect()); });
+    settling_.setSingleShot(true);
+    QObject::connect(&animation_, &QVariantAnimation::finished, &window_,
+                     [this] { settling_.start(settlingTime); });
+    QObject::connect(&settling_, &QTimer::timeout, &window_, [this] { settle(); });
 }
 
 void FrameAnimation::start(const QRect& target) {
-    animation_.stop();
+    stop();
     from_ = window_.size();
     to_ = target.size();
     sinceStart_.start();
@@ -41,6 +48,18 @@ void FrameAnimation::start(const QRect& target) {
     animation_.setStartValue(window_.geometry());
     animation_.setEndValue(target);
     animation_.start();
+}
+
+void FrameAnimation::stop() {
+    animation_.stop();
+    settling_.stop();
+}
+
+void FrameAnimation::settle() {
+    const QRect target = animation_.endValue().toRect();
+    if (window_.size() == target.size()) {
+        window_.setGeometry(target);
+    }
 }
 
 bool FrameAnimation::explains(const QSize& size) const {

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QRect>
+#include <QTimer>
 #include <QVariantAnimation>
 
 class QWidget;
@@ -14,19 +15,23 @@ class FrameAnimation {
 public:
     explicit FrameAnimation(QWidget& window);
 
-    /// Starts towards `target`; a motion under way turns towards it.
+    /// Starts towards `target`; a motion under way turns towards it. A window manager that pushed the window
+    /// aside while it grew is asked once more, at the end, for the place.
     void start(const QRect& target);
 
     /// Ends where the window is now.
-    void stop() { animation_.stop(); }
+    void stop();
 
     /// Whether the window may take `size` because of the motion that was started last: sizes on its way
     /// come back from the window system a little after it has ended.
     bool explains(const QSize& size) const;
 
 private:
+    void settle();
+
     QWidget& window_;
     QVariantAnimation animation_;
+    QTimer settling_;
     QSize from_;
     QSize to_;
     QElapsedTimer sinceStart_;

@@ -56,6 +56,9 @@ void PopoverWindow::showRelativeTo(const QRect& anchor) {
         restingPlace_ =
             popoverFrame(anchor, popoverSize, screen->geometry(), screen->availableGeometry()).topLeft();
     }
+    if (!isVisible()) {
+        keepOutOfTaskBars(*this);
+    }
     fadeTo(1, motion::duration(motion::popoverOpen));
     makeKeyAndOrderFront(*this);
     pressMonitor_ = std::make_unique<PressMonitor>([this] { pressedSomewhere(); });

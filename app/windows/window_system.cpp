@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <array>
 #include <cstdint>
 
 namespace kestro {
@@ -42,6 +43,19 @@ void makeKeyAndOrderFront(QWidget& window) {
     if (xcb_connection_t* connection = x11_display::connection()) {
         requestActivationAsPager(connection, static_cast<xcb_window_t>(window.winId()));
     }
+}
+
+void keepOutOfTaskBars(QWidget& window) {
+    xcb_connection_t* const connection = x11_display::connection();
+    if (connection == nullptr) {
+        return;
+    }
+    const std::array states{x11_display::atom(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
+                            x11_display::atom(connection, "_NET_WM_STATE_SKIP_PAGER")};
+    constexpr std::uint8_t bits = 32;
+    xcb_change_property(connection, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window.winId()),
+                        x11_display::atom(connection, "_NET_WM_STATE"), XCB_ATOM_ATOM, bits, states.size(),
+                        states.data());
 }
 
 void setFloatingLevel(QWidget& window, bool isFloating) {

@@ -10,6 +10,10 @@ namespace kestro {
 /// the compositor decides: it follows the activation token that the panel passed on with the click, if any.
 void makeKeyAndOrderFront(QWidget& window);
 
+/// Has a window that is about to be shown left out of task bars and pagers, as _NET_WM_STATE_SKIP_TASKBAR on
+/// X11, where the window manager forgets it when the window is hidden. Elsewhere it does nothing.
+void keepOutOfTaskBars(QWidget& window);
+
 /// Keeps a window above the normal ones, or no longer, without creating it anew: as _NET_WM_STATE_ABOVE on
 /// X11. Wayland has no such state; there the window keeps its place.
 void setFloatingLevel(QWidget& window, bool isFloating);

@@ -22,6 +22,9 @@ TEST_F(ShellOnTheDesktop, OpensResizesAndHidesTheDashboardByCommands) {
 
     command("dashboard");
     EXPECT_EQ(settledFrame(dashboard, centredDashboard), centredDashboard);
+    EXPECT_TRUE(session.windowProperty(*window(dashboard), QStringLiteral("_NET_WM_ICON"))
+                    .contains(QStringLiteral("Icon (32 x 32)")));
+    EXPECT_FALSE(hasState(dashboard, "_NET_WM_STATE_SKIP_TASKBAR"));
     session.screenshot(QStringLiteral("shell-dashboard"));
 
     command("dashboard-shrink\n");
@@ -72,12 +75,14 @@ TEST_F(ShellOnTheDesktop, OpensThePopoverAndClosesItByEscapeAndByAPressElsewhere
     notify(QStringLiteral("togglePopover"));
     ASSERT_TRUE(appears(popover));
     EXPECT_EQ(frame(popover)->size(), QSize(330, 325));
+    EXPECT_TRUE(hasState(popover, "_NET_WM_STATE_SKIP_TASKBAR"));
     session.screenshot(QStringLiteral("shell-popover"));
     session.key(QStringLiteral("Escape"));
     EXPECT_TRUE(disappears(popover));
 
     command("popover");
     ASSERT_TRUE(appears(popover));
+    EXPECT_TRUE(hasState(popover, "_NET_WM_STATE_SKIP_TASKBAR"));
     session.click({300, 600});
     EXPECT_TRUE(disappears(popover));
 }
