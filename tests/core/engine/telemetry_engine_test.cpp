@@ -493,6 +493,7 @@ TEST_F(TelemetryEngineTest, TheNewestReadingEndsTheHistoryWhenTheLastPropertyAsk
 
     EXPECT_EQ(published, std::vector<std::string>{"cpuHistory"});
     EXPECT_EQ(engine().cpuHistory.get().back(), 70);
+    EXPECT_EQ(mac.runLoop.startedBackgroundTasks(TaskPriority::userInitiated), 2) << "one listing for each sample";
 }
 
 TEST_F(TelemetryEngineTest, TheHistoriesStayInStepWhenASubscriberOfTheFirstAsksForASample) {

@@ -311,6 +311,16 @@ TEST_F(CPUReaderTest, KeepsTheDefaultsForWhatTheHardwareDoesNotSay) {
     EXPECT_EQ(record.cluster1Name, "Efficiency");
 }
 
+TEST_F(CPUReaderTest, BelievesInClustersOfASingleCore) {
+    mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 1;
+    mac.systemControl.integers["hw.perflevel1.physicalcpu"] = 1;
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_EQ(record.cluster0Count, 1);
+    EXPECT_EQ(record.cluster1Count, 1);
+}
+
 TEST_F(CPUReaderTest, KeepsTheDefaultsForAnswersWithoutMeaning) {
     mac.systemControl.integers["hw.perflevel0.physicalcpu"] = -3;
     mac.systemControl.integers["hw.perflevel1.physicalcpu"] = 0;

@@ -32,8 +32,8 @@ TEST_F(ThermalReaderTest, AsksForTemperatureSensorsOnly) {
 
 TEST_F(ThermalReaderTest, AveragesTheDieAndTheBatterySensors) {
     const auto record = readWith({{"PMU TDIE1", 60.0},
-                                  {"SOC MTR", 50.0},
-                                  {"cpu package", 40.0},
+                                  {"SOC MTR", 44.0},
+                                  {"cpu package", 46.0},
                                   {"Gas Gauge BATTERY", 30.0},
                                   {"battery 2", 34.0}});
 
