@@ -15,9 +15,12 @@
 #include <QTimer>
 #include <chrono>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +29,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 using kestro::bench::printHeader;
 using kestro::bench::printRow;
 
@@ -74,29 +78,61 @@ private:
     }
 };
 
-struct Usage {
-    double processorNanoseconds = 0;  ///< of all threads, from schedstat
-    double wakeUps = 0;               ///< voluntary context switches of all threads
-};
+/// Processor time and wake-ups of a process over some time. To be updated about once a second: what a thread
+/// that has ended did since the last update is known of its processor time only.
+class UsageMeter {
+public:
+    explicit UsageMeter(qint64 pid) : pid_(pid) {
+        clock_getcpuclockid(static_cast<pid_t>(pid), &clock_);
+        before_ = processorNanoseconds();
+        switches_ = switchesByThread();
+        elapsed_.start();
+    }
 
-Usage usageOf(qint64 pid) {
-    Usage usage;
-    std::error_code ignored;
-    for (const auto& task : fs::directory_iterator(fmt::format("/proc/{}/task", pid), ignored)) {
-        double nanoseconds = 0;
-        std::ifstream(task.path() / "schedstat") >> nanoseconds;
-        usage.processorNanoseconds += nanoseconds;
-        std::ifstream status(task.path() / "status");
-        for (std::string word; status >> word;) {
-            if (word == "voluntary_ctxt_switches:") {
-                double switches = 0;
-                status >> switches;
-                usage.wakeUps += switches;
+    void update() {
+        auto now = switchesByThread();
+        for (const auto& [thread, count] : now) {
+            const auto known = switches_.find(thread);
+            wakeUps_ += count - (known != switches_.end() ? known->second : 0);
+        }
+        switches_ = std::move(now);
+    }
+
+    /// Of one core.
+    double processorPercent() const { return (processorNanoseconds() - before_) / 1e9 / seconds() * 100; }
+    /// Voluntary context switches of all threads.
+    double wakeUpsPerSecond() const { return wakeUps_ / seconds(); }
+
+private:
+    double seconds() const { return static_cast<double>(elapsed_.nsecsElapsed()) / 1e9; }
+
+    double processorNanoseconds() const {
+        timespec time{};
+        clock_gettime(clock_, &time);
+        return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
+    }
+
+    std::map<std::string, double> switchesByThread() const {
+        std::map<std::string, double> found;
+        std::error_code ignored;
+        for (const auto& task : fs::directory_iterator(fmt::format("/proc/{}/task", pid_), ignored)) {
+            std::ifstream status(task.path() / "status");
+            for (std::string word; status >> word;) {
+                if (word == "voluntary_ctxt_switches:") {
+                    status >> found[task.path().filename()];
+                }
             }
         }
+        return found;
     }
-    return usage;
-}
+
+    qint64 pid_;
+    clockid_t clock_{};
+    double before_ = 0;
+    double wakeUps_ = 0;
+    std::map<std::string, double> switches_;
+    QElapsedTimer elapsed_;
+};
 
 /// A line of the process's smaps_rollup in megabytes.
 double memoryOf(qint64 pid, const std::string& line) {
@@ -117,10 +153,10 @@ void runFor(std::chrono::milliseconds time) {
     loop.exec();
 }
 
-void notify(const char* member) {
+void notify(const char* member, const char* tab = nullptr) {
     auto signal = QDBusMessage::createSignal(QStringLiteral("/kestro/notify"), QStringLiteral("kestro.notify"),
                                              QLatin1String(member));
-    signal << QVariantMap();
+    signal << (tab != nullptr ? QVariantMap{{QStringLiteral("tab"), QLatin1String(tab)}} : QVariantMap());
     QDBusConnection::sessionBus().send(signal);
 }
 
@@ -133,63 +169,108 @@ struct Budget {
 };
 
 void measureState(qint64 pid, const std::string& name, std::chrono::seconds time, const Budget& budget) {
-    const auto before = usageOf(pid);
-    QElapsedTimer elapsed;
-    elapsed.start();
-    runFor(time);
-    const auto after = usageOf(pid);
-    const double seconds = static_cast<double>(elapsed.nsecsElapsed()) / 1e9;
-    const double percent = (after.processorNanoseconds - before.processorNanoseconds) / 1e9 / seconds * 100;
-    printRow(name + ": processor", fmt::format("{:.3f} %", percent), "", "", budget.processor);
-    printRow(name + ": wake-ups", fmt::format("{:.2f} /s", (after.wakeUps - before.wakeUps) / seconds), "", "",
-             budget.wakeUps);
+    UsageMeter meter(pid);
+    for (auto second = 0s; second < time; ++second) {
+        runFor(1s);
+        meter.update();
+    }
+    printRow(name + ": processor", fmt::format("{:.3f} %", meter.processorPercent()), "", "", budget.processor);
+    printRow(name + ": wake-ups", fmt::format("{:.2f} /s", meter.wakeUpsPerSecond()), "", "", budget.wakeUps);
     printRow(name + ": resident", fmt::format("{:.1f} MB", memoryOf(pid, "Rss:")), "", "", budget.resident);
     printRow(name + ": private dirty", fmt::format("{:.1f} MB", memoryOf(pid, "Private_Dirty:")), "", "",
              budget.privateDirty);
 }
 
-/// Starts the program again and again; the last one is left running. False: no item was registered.
-bool measureStart(QProcess& kestro, const QString& program, Watcher& watcher) {
-    std::vector<double> milliseconds;
-    for (int round = 0; round < 6; ++round) {
-        if (kestro.state() != QProcess::NotRunning) {
-            kestro.terminate();
-            kestro.waitForFinished(10000);
-        }
+/// Kestro itself, with the preferences of one measurement.
+class Program {
+public:
+    Program(QString path, Watcher& watcher) : path_(std::move(path)), watcher_(watcher) {
+        process_.setStandardInputFile(QProcess::nullDevice());
+    }
+
+    /// Ends the one that runs, and starts another one. Returns the milliseconds until it registered an item;
+    /// nothing when it did not.
+    std::optional<double> start(const QByteArray& preferences = "{}") {
+        end();
+        const fs::path folder = fs::path(qgetenv("XDG_CONFIG_HOME").toStdString()) / "kestro";
+        fs::create_directories(folder);
+        std::ofstream(folder / "preferences.json") << preferences.toStdString();
         QEventLoop registered;
         // A message of the process before can still be waiting.
-        watcher.onRegister = [&](const QString& item) {
-            if (item.contains(QStringLiteral("-%1-").arg(kestro.processId()))) {
+        watcher_.onRegister = [&](const QString& item) {
+            if (item.contains(QStringLiteral("-%1-").arg(process_.processId()))) {
                 registered.quit();
             }
         };
-        QTimer::singleShot(std::chrono::seconds(20), &registered, [&] { registered.exit(1); });
+        QTimer::singleShot(20s, &registered, [&] { registered.exit(1); });
         QElapsedTimer elapsed;
         elapsed.start();
-        kestro.start(program, {});
-        if (registered.exec() != 0) {
-            return false;
-        }
-        if (round > 0) {  // the first start reads the program from the disk
-            milliseconds.push_back(static_cast<double>(elapsed.nsecsElapsed()) / 1e6);
+        process_.start(path_, {});
+        const bool isRegistered = registered.exec() == 0;
+        watcher_.onRegister = nullptr;
+        return isRegistered ? std::optional(static_cast<double>(elapsed.nsecsElapsed()) / 1e6) : std::nullopt;
+    }
+
+    void end() {
+        if (process_.state() != QProcess::NotRunning) {
+            process_.terminate();
+            process_.waitForFinished(10000);
         }
     }
-    watcher.onRegister = nullptr;
+
+    qint64 pid() const { return process_.processId(); }
+
+private:
+    QString path_;
+    Watcher& watcher_;
+    QProcess process_;
+};
+
+/// Presses a key in the window that has the focus.
+void press(const char* key) {
+    QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("key"), QString::fromLatin1(key)});
+}
+
+const Budget idleBudget{"0.05 %", "2 /s", "", ""};
+
+bool measureStart(Program& kestro) {
+    kestro.start();  // reads the program from the disk
+    std::vector<double> milliseconds;
+    for (int round = 0; round < 7; ++round) {
+        const auto time = kestro.start();
+        if (!time) {
+            return false;
+        }
+        milliseconds.push_back(*time);
+    }
     printRow("start to the registered item", fmt::format("{:.0f} ms", kestro::bench::median(milliseconds)), "", "",
              "150 ms");
     return true;
+}
+
+/// A surface, and the idle state after it.
+void measureSurface(const Program& kestro, const std::string& name, const std::function<void()>& open,
+                    const std::function<void()>& close, std::chrono::seconds time, const Budget& budget) {
+    runFor(2s);
+    open();
+    runFor(3s);
+    measureState(kestro.pid(), name + " open", time, budget);
+    close();
+    runFor(5s);
+    measureState(kestro.pid(), name + " closed again", time, idleBudget);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
-    if (argc < 2) {
-        fmt::print(stderr, "process_bench KESTRO [IDLE_SECONDS]\n");
+    if (argc < 2 || !qEnvironmentVariableIsSet("XDG_CONFIG_HOME")) {
+        fmt::print(stderr,
+                   "process_bench KESTRO [IDLE_SECONDS], with an XDG_CONFIG_HOME that may be written to\n");
         return 2;
     }
     const std::chrono::seconds idleTime(argc > 2 ? std::max(1, std::atoi(argv[2])) : 60);
-    const auto openTime = std::min(idleTime, std::chrono::seconds(20));
+    const auto openTime = std::min<std::chrono::seconds>(idleTime, 20s);
 
     Watcher watcher;
     auto bus = QDBusConnection::sessionBus();
@@ -200,25 +281,33 @@ int main(int argc, char** argv) {
     }
 
     printHeader("Whole process");
-    QProcess kestro;
-    kestro.setStandardInputFile(QProcess::nullDevice());
-    if (!measureStart(kestro, QString::fromLocal8Bit(argv[1]), watcher)) {
+    Program kestro(QString::fromLocal8Bit(argv[1]), watcher);
+    if (!measureStart(kestro)) {
         fmt::print(stderr, "process_bench: no item was registered\n");
         return 1;
     }
+    const auto closeWindow = [] { press("ctrl+w"); };
 
-    const auto pid = kestro.processId();
-    runFor(std::chrono::seconds(5));
-    measureState(pid, fmt::format("idle, readout only, {} s", idleTime.count()), idleTime,
+    runFor(5s);
+    measureState(kestro.pid(), fmt::format("idle, readout only, {} s", idleTime.count()), idleTime,
                  {"0.05 %", "2 /s", "30 MB", "5 MB"});
-    notify("togglePopover");
-    runFor(std::chrono::seconds(3));
-    measureState(pid, "popover open", openTime, {"1 %", "", "45 MB", ""});
-    notify("togglePopover");
-    runFor(std::chrono::seconds(5));
-    measureState(pid, "popover closed again", openTime, {"0.05 %", "2 /s", "", ""});
+    const auto togglePopover = [] { notify("togglePopover"); };
+    measureSurface(kestro, "popover", togglePopover, togglePopover, openTime, {"1 %", "", "45 MB", ""});
 
-    kestro.terminate();
-    kestro.waitForFinished(10000);
-    return kestro.exitCode();
+    kestro.start();
+    measureSurface(kestro, "settings", [] { notify("showSettings", "Cooling & Fans"); }, closeWindow, openTime,
+                   {"1 %", "", "65 MB", ""});
+
+    kestro.start(R"({"kestro.processCountLimit": 10})");
+    measureSurface(kestro, "dashboard", [] { notify("showDashboard"); }, closeWindow, openTime,
+                   {"", "", "60 MB", ""});
+
+    kestro.start(
+        R"json({"kestro.processCountLimit": 10, "kestro.pollingProfile": "High Precision (1.0s / 0.5s)"})json");
+    runFor(2s);
+    notify("showDashboard");
+    runFor(3s);
+    measureState(kestro.pid(), "dashboard open, high precision", openTime, {"2 %", "", "60 MB", ""});
+    kestro.end();
+    return 0;
 }
