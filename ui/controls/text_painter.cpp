@@ -17,6 +17,9 @@ namespace {
 
 constexpr double kSmallestShrink = 0.8;
 constexpr double kSmallestSize = 7;
+
+/// What the sum of a row's widths may be off without anybody seeing it.
+constexpr double kHair = 0.01;
 constexpr double kUnhintedScale = 1.5;
 constexpr qsizetype kLongestText = 512;
 constexpr qsizetype kCachedTexts = 1024;
@@ -151,7 +154,7 @@ FittedText fitAfresh(const QString& text, const TextStyle& style, double natural
         return {text, std::max(readable, wanted)};
     }
     const double scale = std::max({kSmallestShrink, readable, wanted});
-    if (natural * scale <= width) {
+    if (natural * scale <= width + kHair) {
         return {text, scale};
     }
     TextStyle smaller = style;
@@ -219,7 +222,8 @@ FittedText fitText(const QString& text, const TextStyle& style, double width, Te
 }
 
 double baselineOffset(double lineHeight, double ascent, double descent) {
-    return (lineHeight - (ascent + descent)) / 2 + ascent;
+    const double above = std::round(ascent);
+    return std::floor((lineHeight - above - std::round(descent)) / 2) + above;
 }
 
 void drawText(QPainter& painter, const QRectF& box, const QString& text, const TextStyle& style,

@@ -44,7 +44,8 @@ double textWidth(const QString& text, const TextStyle& style);
 /// Shrinks and elides as `fit` says, for a box of `width`.
 FittedText fitText(const QString& text, const TextStyle& style, double width, TextFit fit);
 
-/// The distance from the top of a line box of `lineHeight` to the baseline of text centred in it.
+/// The distance from the top of a line box of `lineHeight` to the baseline of text centred in it: whole points,
+/// so that a text sits alike in its line at every scale of the screen.
 double baselineOffset(double lineHeight, double ascent, double descent);
 
 /// Paints one line into `box`, vertically centred, aligned by the horizontal flag of `alignment`, with the

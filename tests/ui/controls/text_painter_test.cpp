@@ -42,6 +42,13 @@ TEST_F(TextPainter, ElidesALabelAtTheRightAtFourFifthsOfItsSize) {
     EXPECT_LE(textWidth(fitted.text, smaller), 60);
 }
 
+TEST_F(TextPainter, KeepsALabelWholeThatFitsToAHair) {
+    const double room = textWidth(kLong, text_styles::rowLabel) * 0.8;
+
+    EXPECT_EQ(fitText(kLong, text_styles::rowLabel, room - 1e-9, TextFit::label).text, kLong);
+    EXPECT_NE(fitText(kLong, text_styles::rowLabel, room - 0.1, TextFit::label).text, kLong);
+}
+
 TEST_F(TextPainter, NeverElidesAValue) {
     const FittedText fitted =
         fitText(QStringLiteral("192.168.100.200"), text_styles::rowValue, 30, TextFit::value);
@@ -89,6 +96,13 @@ TEST_F(TextPainter, KeepsAPairOfSurrogatesTogetherWhenEliding) {
 TEST_F(TextPainter, CentresTheTextInItsLine) {
     EXPECT_DOUBLE_EQ(baselineOffset(14, 9, 3), 10);
     EXPECT_DOUBLE_EQ(baselineOffset(12, 9, 3), 9);
+}
+
+TEST_F(TextPainter, SetsTheBaselineInWholePointsAtEveryScale) {
+    EXPECT_DOUBLE_EQ(baselineOffset(12, 8.72, 2.17), 9);
+    EXPECT_DOUBLE_EQ(baselineOffset(14, 8.72, 2.17), 10);
+    EXPECT_DOUBLE_EQ(baselineOffset(14, 9.69, 2.41), 11);
+    EXPECT_DOUBLE_EQ(baselineOffset(30, 29.06, 7.24), 26);
 }
 
 TEST_F(TextPainter, SetsCapitals) {
