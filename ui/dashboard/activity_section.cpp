@@ -4,6 +4,7 @@
 #include "core/settings/user_settings.h"
 #include "ui/controls/button.h"
 #include "ui/controls/words.h"
+#include "ui/format/core_clusters.h"
 #include "ui/theme/hairline.h"
 
 #include <algorithm>
@@ -91,7 +92,7 @@ void ActivitySection::showFoot() {
     const QString model = Words(engine.macModel());
     foot_[0]->setText(isCompact(grid().tier) ? shortModel(model) : model);
     foot_[1]->setText(Words(engine.macOSVersion()));
-    foot_[2]->setText(Words(engine.cpu.get().clusterDescription()));
+    foot_[2]->setText(Words(presentClusters(engine.cpu.get())));
 }
 
 void ActivitySection::sortBy(bool byMemory) {

@@ -2,6 +2,7 @@
 
 #include "core/engine/telemetry_engine.h"
 #include "ui/controls/words.h"
+#include "ui/format/core_clusters.h"
 #include "ui/widgets/whole_number.h"
 
 namespace kestro {
@@ -73,7 +74,7 @@ QString oneDecimal(double value) {
 
 std::vector<RuledIndexContent> clusterRows(const CPUTelemetry& cpu, bool compact) {
     std::vector rows{clusterRow(cpu.cluster0Name, cpu.cluster0Count, cpu.cluster0Usage, compact)};
-    if (cpu.cluster1Count >= 1) {
+    if (hasSecondCluster(cpu)) {
         rows.push_back(clusterRow(cpu.cluster1Name, cpu.cluster1Count, cpu.cluster1Usage, compact));
     }
     return rows;

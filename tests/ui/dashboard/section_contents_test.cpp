@@ -187,11 +187,15 @@ TEST(ClusterRows, TakeTheirNamesFromTheRecord) {
     EXPECT_TRUE(clusterRows(cpu, true)[0].detail.isEmpty());
 }
 
-TEST(ClusterRows, LeaveAnEmptyClusterOut) {
-    CPUTelemetry cpu = CPUTelemetry::initial();
-    cpu.cluster1Count = 0;
+TEST(ClusterRows, LeaveAClusterOutThatTheMachineDoesNotHave) {
+    CPUTelemetry empty = CPUTelemetry::initial();
+    empty.cluster1Count = 0;
+    CPUTelemetry uniform = CPUTelemetry::initial();
+    uniform.cluster0Count = 4;
+    uniform.coreCount = 4;
 
-    EXPECT_EQ(clusterRows(cpu, false).size(), 1U);
+    EXPECT_EQ(clusterRows(empty, false).size(), 1U);
+    EXPECT_EQ(clusterRows(uniform, false).size(), 1U);
 }
 
 MemoryTelemetry memory() {
