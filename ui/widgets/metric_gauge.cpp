@@ -92,9 +92,19 @@ void MetricGauge::setCompact(bool isCompact) {
 }
 
 double MetricGauge::fittingTextScale() const {
-    const double width = textWidth(wholeText(content_.value), valueStyle(isCompact_, 1)) + kUnitGap +
-                         textWidth(content_.unit, unitStyle(isCompact_, 1));
+    const double width = figureWidth(shownUnit());
     return std::clamp(gaugeMetrics(isCompact_).innerWidth() / width, kSmallestScale, 1.0);
+}
+
+QString MetricGauge::shownUnit() const {
+    const GaugeMetrics& metrics = gaugeMetrics(isCompact_);
+    const bool touchesRing = figureWidth(content_.unit) * kSmallestScale > metrics.frame - 2 * metrics.lineWidth;
+    return touchesRing ? QString() : content_.unit;
+}
+
+double MetricGauge::figureWidth(const QString& unit) const {
+    const double value = textWidth(wholeText(content_.value), valueStyle(isCompact_, 1));
+    return unit.isEmpty() ? value : value + kUnitGap + textWidth(unit, unitStyle(isCompact_, 1));
 }
 
 void MetricGauge::setTextScale(double scale) {
@@ -112,11 +122,14 @@ QSize MetricGauge::sizeHint() const {
 AccessibleInfo MetricGauge::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
     const QString value = wholeText(content_.value);
-    if (content_.unit == QStringLiteral("%")) {
-        info.name = QStringLiteral("%1, %2 percent, %3").arg(content_.title, value, content_.subtitle);
-    } else {
-        info.name =
-            QStringLiteral("%1, %2 %3 of %4").arg(content_.title, value, content_.unit, wholeText(content_.max));
+    const bool isPercent = content_.unit == QStringLiteral("%");
+    info.name = QStringLiteral("%1, %2 %3")
+                    .arg(content_.title, value, isPercent ? QStringLiteral("percent") : content_.unit);
+    if (!isPercent && content_.max > content_.minVal) {
+        info.name += QStringLiteral(" of ") + wholeText(content_.max);
+    }
+    if (!content_.subtitle.isEmpty() && !content_.subtitle.startsWith(QStringLiteral("of "))) {
+        info.name += QStringLiteral(", ") + content_.subtitle;
     }
     return info;
 }
@@ -149,22 +162,23 @@ void MetricGauge::paintRing(QPainter& painter) const {
 
 void MetricGauge::paintFigure(QPainter& painter) const {
     const QString figure = wholeText(content_.value);
+    const QString unitText = shownUnit();
     const TextStyle value = valueStyle(isCompact_, textScale_);
-    TextStyle unit = unitStyle(isCompact_, textScale_);
+    const TextStyle unit = unitStyle(isCompact_, textScale_);
     const double valueWidth = textWidth(figure, value);
-    const double unitWidth = textWidth(content_.unit, unit);
-    const double total = valueWidth + kUnitGap + unitWidth;
+    const double unitWidth = textWidth(unitText, unit);
+    const double total = unitText.isEmpty() ? valueWidth : valueWidth + kUnitGap + unitWidth;
     const QPointF centre = frame().center();
     const QRectF line(centre.x() - total / 2, centre.y() - value.lineHeight / 2, valueWidth + 1, value.lineHeight);
     drawText(painter, line, figure, value, Qt::AlignLeft, TextFit::value);
     // On one baseline with the figure, so its box hangs lower by the difference of the centred baselines.
     const ShapedText figureShape = shapeText(figure, value);
-    const ShapedText unitShape = shapeText(content_.unit, unit);
+    const ShapedText unitShape = shapeText(unitText, unit);
     const double drop = baselineOffset(value.lineHeight, figureShape.ascent, figureShape.descent) -
                         baselineOffset(unit.lineHeight, unitShape.ascent, unitShape.descent);
     drawText(painter,
              QRectF(line.left() + valueWidth + kUnitGap, line.top() + drop, unitWidth + 1, unit.lineHeight),
-             content_.unit, unit, Qt::AlignLeft, TextFit::value);
+             unitText, unit, Qt::AlignLeft, TextFit::value);
 }
 
 void MetricGauge::paintCaptions(QPainter& painter) const {

@@ -69,6 +69,10 @@ protected:
 
 private:
     QRectF frame() const;
+
+    /// The unit, unless it would touch the ring even at the smallest scale: then the captions have to say it.
+    QString shownUnit() const;
+    double figureWidth(const QString& unit) const;
     void paintRing(QPainter& painter) const;
     void paintFigure(QPainter& painter) const;
     void paintCaptions(QPainter& painter) const;

@@ -94,6 +94,30 @@ TEST_F(MetricGaugeTest, SpeaksPercentAsAWord) {
     EXPECT_EQ(spoken(), QStringLiteral("Memory, 42 percent, 13.4 of 32.0 GB"));
 }
 
+TEST_F(MetricGaugeTest, SpeaksNoMaximumOfAnEmptyRangeAndTheTargetOfACurve) {
+    GaugeContent unknown = fan(1420);
+    unknown.max = 0;
+    unknown.subtitle = QStringLiteral("target 2100 RPM");
+    gauge_.setContent(unknown);
+
+    EXPECT_EQ(spoken(), QStringLiteral("Left Fan, 1420 RPM, target 2100 RPM"));
+}
+
+TEST_F(MetricGaugeTest, LeavesTheUnitOutWhereItWouldTouchTheRing) {
+    gauge_.setCompact(true);
+    gauge_.setContent(fan(12'000));
+    GaugeContent bare = fan(12'000);
+    bare.unit.clear();
+
+    const QImage shown = picture(gauge_);
+    const QString name = spoken();
+    gauge_.setContent(bare);
+
+    EXPECT_EQ(shown, picture(gauge_));
+    EXPECT_GT(gauge_.fittingTextScale(), 0.9);
+    EXPECT_EQ(name, QStringLiteral("Left Fan, 12000 RPM of 7300"));
+}
+
 TEST_F(MetricGaugeTest, PaintsOnlyTheTrackForAnEmptyRange) {
     GaugeContent empty = fan(1420);
     empty.max = 0;
