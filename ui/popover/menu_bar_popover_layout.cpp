@@ -31,11 +31,7 @@ const TextStyle& headingValue() {
     return style;
 }
 
-/// Three columns leave no room for the large figures of one or two.
-ReadoutLine::Style fanLine(std::size_t fanCount) {
-    if (fanCount > 4) {
-        return {9, sized(text_styles::popoverLabel, 8, text_styles::w500), text_styles::popoverValue};
-    }
+ReadoutLine::Style fanLine() {
     return {9, text_styles::popoverLabel, sized(text_styles::popoverValue, 11, w600)};
 }
 
@@ -165,7 +161,7 @@ void MenuBarPopoverView::layOutFans(std::size_t fanCount) {
     fanLines_.clear();
     const CoolingBlock block = coolingBlock(fanCount);
     for (const QRect& area : block.fans) {
-        auto* const fan = placed(new ReadoutLine(fanLine(fanCount), this), area);
+        auto* const fan = placed(new ReadoutLine(fanLine(), this), area);
         fan->setSymbol(heading.symbol, fanCount == 0 ? KestroTheme::accentNominal : KestroTheme::textSecondary);
         fan->stackUnder(peak_);
         fan->show();

@@ -132,7 +132,10 @@ void MenuBarPopoverView::showFans() {
         return;
     }
     for (std::size_t i = 0; i < fanLines_.size(); ++i) {
-        fanLines_[i]->setLabel(Words(fans[i].name));
+        const QString full = Words(fans[i].name);
+        const QString label = fanLabel(full, fans.size());
+        fanLines_[i]->setLabel(label);
+        fanLines_[i]->setSpokenPrefix(label == full ? QString() : QStringLiteral("Fan"));
         fanLines_[i]->setValue(Words(services_.engine.formatFanRPM(fans[i].currentRPM)));
     }
 }

@@ -1,5 +1,6 @@
 #include "ui/popover/popover_content.h"
 
+#include "ui/format/core_clusters.h"
 #include "ui/format/format_rate.h"
 #include "ui/widgets/whole_number.h"
 
@@ -8,6 +9,7 @@ namespace kestro {
 namespace {
 
 constexpr double kCriticalTemperature = 80.0;
+constexpr std::size_t kFansInThreeColumns = 5;
 
 QString percentText(double value) {
     return wholeText(value) + QLatin1Char('%');
@@ -19,12 +21,6 @@ QString gigabytesText(std::uint64_t bytes) {
 
 ClusterContent cluster(const std::string& name, double usage) {
     return {QString::fromStdString(name), percentText(usage), usage / 100};
-}
-
-/// The reader keeps a second cluster's default count on machines that have none: what counts is whether
-/// there are more cores than the first cluster holds.
-bool hasSecondCluster(const CPUTelemetry& cpu) {
-    return cpu.cluster1Count >= 1 && (cpu.coreCount == 0 || cpu.coreCount > cpu.cluster0Count);
 }
 
 }  // namespace
@@ -52,6 +48,11 @@ CoolingHeading coolingHeading(std::size_t fanCount) {
         return {QStringLiteral("Fan RPM & Thermals"), QStringLiteral("fanblades")};
     }
     return {QStringLiteral("Dual Fan RPM & Thermals"), QStringLiteral("fanblades")};
+}
+
+QString fanLabel(const QString& name, std::size_t fanCount) {
+    const QString word = QStringLiteral("Fan ");
+    return fanCount >= kFansInThreeColumns && name.startsWith(word) ? name.mid(word.size()) : name;
 }
 
 bool isCriticalTemperature(const ThermalTelemetry& thermals) {

@@ -55,6 +55,9 @@ struct CoolingHeading {
 
 CoolingHeading coolingHeading(std::size_t fanCount);
 
+/// What stands beside the symbol of a fan. Three columns have no room for the word before a number: "#5".
+QString fanLabel(const QString& name, std::size_t fanCount);
+
 /// Whether the temperature of the processor is to be shown as critical: above 80.0 °C.
 bool isCriticalTemperature(const ThermalTelemetry& thermals);
 

@@ -62,6 +62,12 @@ TEST(CoolingHeading, DependsOnTheNumberOfFans) {
     EXPECT_EQ(coolingHeading(6), (CoolingHeading{QStringLiteral("Dual Fan RPM & Thermals"), fanblades}));
 }
 
+TEST(FanLabel, LosesItsWordInThreeColumnsOnly) {
+    EXPECT_EQ(fanLabel(QStringLiteral("Fan #4"), 4), QStringLiteral("Fan #4"));
+    EXPECT_EQ(fanLabel(QStringLiteral("Fan #5"), 5), QStringLiteral("#5"));
+    EXPECT_EQ(fanLabel(QStringLiteral("Left Fan"), 6), QStringLiteral("Left Fan"));
+}
+
 TEST(IsCriticalTemperature, BeginsStrictlyAboveEightyDegreesCelsius) {
     ThermalTelemetry thermals = ThermalTelemetry::initial();
     thermals.averageSoCTemp = 80.0;
