@@ -21,6 +21,9 @@ namespace {
 
 constexpr int patience = 20'000;
 
+const QString sessionBusVariable = QStringLiteral("DBUS_SESSION_BUS_ADDRESS");
+const QString systemBusVariable = QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS");
+
 /// The first line that a process prints; empty when it prints none in time.
 QString firstLine(QProcess& process) {
     while (!process.canReadLine()) {
@@ -74,7 +77,7 @@ DesktopSession::DesktopSession(DesktopPanel panel)
          {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "XAUTHORITY", "SESSION_MANAGER", "QT_SCALE_FACTOR"}) {
         environment_.remove(QString::fromLatin1(name));
     }
-    if (!startDisplay() || !startBus()) {
+    if (!startDisplay() || !startBuses()) {
         return;
     }
     start(QStringLiteral("openbox"), {});
@@ -94,6 +97,9 @@ DesktopSession::DesktopSession(DesktopPanel panel)
 
 DesktopSession::~DesktopSession() {
     QDBusConnection::disconnectFromBus(connectionName_);
+    for (const QString& name : furtherConnections_) {
+        QDBusConnection::disconnectFromBus(name);
+    }
     for (auto process = processes_.rbegin(); process != processes_.rend(); ++process) {
         (*process)->kill();
         (*process)->waitForFinished(patience);
@@ -119,17 +125,32 @@ bool DesktopSession::startDisplay() {
     return true;
 }
 
-bool DesktopSession::startBus() {
+QString DesktopSession::startBus() {
     QProcess& daemon =
         start(QStringLiteral("dbus-daemon"),
               {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-    const QString address = firstLine(daemon);
-    environment_.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address);
-    if (address.isEmpty() || !QDBusConnection::connectToBus(address, connectionName_).isConnected()) {
+    return firstLine(daemon);
+}
+
+bool DesktopSession::startBuses() {
+    const QString sessionAddress = startBus();
+    environment_.insert(sessionBusVariable, sessionAddress);
+    // Not the machine's own, whose services would answer.
+    const QString systemAddress = startBus();
+    environment_.insert(systemBusVariable, systemAddress);
+    if (sessionAddress.isEmpty() || systemAddress.isEmpty() ||
+        !QDBusConnection::connectToBus(sessionAddress, connectionName_).isConnected()) {
         failure_ = QStringLiteral("dbus-daemon does not start");
         return false;
     }
     return true;
+}
+
+QDBusConnection DesktopSession::connect(Bus bus) {
+    furtherConnections_.append(nextConnectionName());
+    return QDBusConnection::connectToBus(
+        environment_.value(bus == Bus::session ? sessionBusVariable : systemBusVariable),
+        furtherConnections_.last());
 }
 
 QProcess& DesktopSession::start(const QString& program, const QStringList& arguments) {

@@ -32,7 +32,7 @@ struct DesktopWindow {
 /// more than `seconds`.
 bool waitUntil(const std::function<bool()>& condition, int seconds = 20);
 
-/// A desktop of the test's own: a display, a session bus, a window manager and a panel, with home and
+/// A desktop of the test's own: a display, a session and a system bus, a window manager and a panel, with home and
 /// configuration in a folder that is empty at first. Everything ends with this object, by process identifier,
 /// also what the bus started on request.
 class DesktopSession {
@@ -57,6 +57,11 @@ public:
 
     /// A connection of the test to the session bus.
     QDBusConnection bus() const { return QDBusConnection(connectionName_); }
+
+    enum class Bus { session, system };
+
+    /// One more connection, for a service of the test's own; closed with the session.
+    QDBusConnection connect(Bus bus);
 
     /// Calls and waits for the answer, which may be an error.
     QDBusMessage call(const QString& service, const QString& path, const QString& interface, const QString& method,
@@ -99,7 +104,8 @@ public:
 
 private:
     bool startDisplay();
-    bool startBus();
+    bool startBuses();
+    QString startBus();
     std::vector<qint64> processesOfSession() const;
 
     QTemporaryDir folder_;
@@ -107,6 +113,7 @@ private:
     DesktopPanel panel_;
     QString failure_;
     QString connectionName_;
+    QStringList furtherConnections_;
     std::vector<std::unique_ptr<QProcess>> processes_;
     QProcess* panelProcess_ = nullptr;
 };

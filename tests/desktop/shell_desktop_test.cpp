@@ -2,12 +2,14 @@
 #include "tests/desktop/status_item_client.h"
 
 #include <QDir>
+#include <QFile>
 #include <QThread>
 
 #include <gtest/gtest.h>
 
 #include <csignal>
 #include <cstdlib>
+#include <vector>
 
 namespace kestro {
 namespace {
@@ -64,9 +66,33 @@ TEST_F(ShellOnTheDesktop, OpensTheSettingsAtATabAndSavesIt) {
     session.key(QStringLiteral("ctrl+w"));
     EXPECT_TRUE(disappears(settings));
 
-    notify(QStringLiteral("showSettings"), QStringLiteral("Keep-Awake"));
+    notify(QStringLiteral("showSettings"), atTab(QStringLiteral("Keep-Awake")));
     EXPECT_TRUE(appears(settings));
     EXPECT_TRUE(waitUntil([&] { return preferences().contains(QStringLiteral("\"Keep-Awake\"")); }));
+}
+
+TEST_F(ShellOnTheDesktop, TakesSignalsOfAnyFormAndOnlyTheTabsThatItKnows) {
+    launch();
+    command("settings-power");
+    ASSERT_TRUE(appears(settings));
+    const auto isShownAgainBy = [&](const std::vector<QVariantList>& calls) {
+        session.key(QStringLiteral("ctrl+w"));
+        EXPECT_TRUE(disappears(settings));
+        for (const QVariantList& arguments : calls) {
+            notify(QStringLiteral("showSettings"), arguments);
+        }
+        return appears(settings);
+    };
+
+    EXPECT_TRUE(isShownAgainBy({{}}));
+    EXPECT_TRUE(isShownAgainBy({atTab(5),
+                                atTab(QStringLiteral("keepAwake")),
+                                {QStringLiteral("tab"), QStringLiteral("Keep-Awake")},
+                                atTab(QString(1 << 20, QLatin1Char('K')))}));
+    EXPECT_TRUE(waitUntil([&] { return preferences().contains(QStringLiteral("Power & Energy")); }));
+
+    notify(QStringLiteral("showDashboard"), {QStringLiteral("unexpected")});
+    EXPECT_TRUE(appears(dashboard));
 }
 
 TEST_F(ShellOnTheDesktop, OpensThePopoverAndClosesItByEscapeAndByAPressElsewhere) {
@@ -212,6 +238,12 @@ TEST_F(ShellOnTheDesktop, LosesNoWindowAndNoDescriptorInManyWords) {
         for (const char* word : {"popover", "dashboard", "settings", "hide", "popover"}) {
             command(word);
         }
+    }
+    // As fast as they can be written: what counts is what stands there when the file is read.
+    for (int count = 0; count < 1000; ++count) {
+        QFile file(commandFile());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(count % 2 == 0 ? "dashboard" : "hide");
     }
     command("dashboard");
 

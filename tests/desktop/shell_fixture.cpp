@@ -3,6 +3,7 @@
 #include "tests/desktop/status_item_client.h"
 
 #include <QDBusVariant>
+#include <QDir>
 #include <QFile>
 #include <QThread>
 #include <QVariantMap>
@@ -13,19 +14,23 @@ namespace kestro {
 
 namespace {
 
-const QString sharedCommandFile = QStringLiteral("/tmp/.kestro_cmd");
+/// Runs its second argument with its first one, a folder, in the place of /tmp, where the command file lies that
+/// other programs of this machine watch as well. What else is in /tmp can be found in it under the same names.
+constexpr auto withItsOwnTmp = R"(
+mkdir -p "$0/old" && mount --bind /tmp "$0/old" || exit 1
+for entry in /tmp/* /tmp/.X11-unix; do ln -sf "old/${entry#/tmp/}" "$0/${entry#/tmp/}"; done
+mount --rbind "$0" /tmp && )";
 
-/// Runs its second argument where its first one stands in the place of the shared command file. A user who is
-/// not root needs a namespace to mount in, and another one to be himself again.
-QStringList privately(const QString& commandFile) {
-    const QString bind = QStringLiteral("mount --bind \"$0\" %1 && ").arg(sharedCommandFile);
+/// A user who is not root needs a namespace to mount in, and another one to be himself again.
+QStringList privately(const QString& tmp) {
     const QString program = QStringLiteral(KESTRO_BINARY_DIR "/kestro");
+    const QString script = QString::fromUtf8(withItsOwnTmp);
     if (geteuid() == 0) {
         return {QStringLiteral("--mount"),
                 QStringLiteral("sh"),
                 QStringLiteral("-c"),
-                bind + QStringLiteral("exec \"$1\""),
-                commandFile,
+                script + QStringLiteral("exec \"$1\""),
+                tmp,
                 program};
     }
     const QString asMyself =
@@ -34,27 +39,20 @@ QStringList privately(const QString& commandFile) {
             QStringLiteral("--mount"),
             QStringLiteral("sh"),
             QStringLiteral("-c"),
-            bind + asMyself,
-            commandFile,
+            script + asMyself,
+            tmp,
             program};
 }
 
 }  // namespace
 
 ShellFixture::ShellFixture(DesktopPanel panel) : session(panel), panel_(panel) {
-    QFile file(commandFile());
-    if (file.open(QIODevice::WriteOnly)) {
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    }
-    QFile place(sharedCommandFile);
-    if (!place.exists() && place.open(QIODevice::WriteOnly)) {
-        place.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    }
+    QDir().mkpath(session.path(QStringLiteral("tmp")));
 }
 
 void ShellFixture::launch() {
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
-    kestro = &session.start(QStringLiteral("unshare"), privately(commandFile()));
+    kestro = &session.start(QStringLiteral("unshare"), privately(session.path(QStringLiteral("tmp"))));
     if (panel_ == DesktopPanel::none) {
         ASSERT_TRUE(waitUntil([&] { return session.strip().has_value(); }));
     } else {
@@ -71,13 +69,15 @@ void ShellFixture::command(const QByteArray& word) {
     file.write(word);
 }
 
-void ShellFixture::notify(const QString& member, const QString& tab) {
+void ShellFixture::notify(const QString& member, const QVariantList& arguments) {
     QDBusMessage signal =
         QDBusMessage::createSignal(QStringLiteral("/kestro/notify"), QStringLiteral("kestro.notify"), member);
-    if (!tab.isEmpty()) {
-        signal << QVariantMap{{QStringLiteral("tab"), tab}};
-    }
+    signal.setArguments(arguments);
     session.bus().send(signal);
+}
+
+QVariantList ShellFixture::atTab(const QVariant& tab) {
+    return {QVariantMap{{QStringLiteral("tab"), tab}}};
 }
 
 std::optional<DesktopWindow> ShellFixture::window(const QString& title) const {

@@ -24,7 +24,10 @@ protected:
     void command(const QByteArray& word);
 
     /// Posts a notification as any process of the session can.
-    void notify(const QString& member, const QString& tab = {});
+    void notify(const QString& member, const QVariantList& arguments = {});
+
+    /// The argument that names a settings tab.
+    static QVariantList atTab(const QVariant& tab);
 
     /// The visible window with exactly that title; nothing while there is none.
     std::optional<DesktopWindow> window(const QString& title) const;
@@ -53,12 +56,13 @@ protected:
     const QString dashboard = QStringLiteral("Kestro Studio Dashboard");
     const QString settings = QStringLiteral("Kestro Preferences");
 
+    /// Where the program's /tmp/.kestro_cmd lies for the test.
+    QString commandFile() const { return session.path(QStringLiteral("tmp/.kestro_cmd")); }
+
     DesktopSession session;
     QProcess* kestro = nullptr;
 
 private:
-    QString commandFile() const { return session.path(QStringLiteral("commands")); }
-
     DesktopPanel panel_;
 };
 

@@ -2,15 +2,11 @@
 
 #include "tests/platform/desktop/event_waiting.h"
 #include "tests/platform/desktop/fake_service.h"
+#include "tests/platform/desktop/lock_pipe.h"
 #include "tests/platform/desktop/private_bus.h"
 
-#include <QDBusUnixFileDescriptor>
-
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <memory>
@@ -23,6 +19,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 using testing_support::FakeService;
+using testing_support::LockPipe;
 using testing_support::PrivateBus;
 using testing_support::waitUntil;
 
@@ -30,32 +27,6 @@ constexpr auto display = "PreventUserIdleDisplaySleep";
 constexpr auto systemOnly = "PreventUserIdleSystemSleep";
 constexpr auto title = "Kestro Keep-Awake Active";
 constexpr auto requestPath = "/org/freedesktop/portal/desktop/request/1_7/kestro1";
-
-/// The write end goes to whoever asks for a lock; the read end tells when nobody holds it any more.
-class LockPipe {
-public:
-    LockPipe() { EXPECT_EQ(::pipe2(ends_, O_CLOEXEC), 0); }
-    ~LockPipe() {
-        ::close(ends_[0]);
-        closeWriteEnd();
-    }
-
-    QDBusUnixFileDescriptor writeEnd() const { return QDBusUnixFileDescriptor(ends_[1]); }
-
-    void closeWriteEnd() {
-        if (ends_[1] >= 0) {
-            ::close(std::exchange(ends_[1], -1));
-        }
-    }
-
-    bool isHeldBySomebody() const {
-        pollfd look{ends_[0], POLLIN, 0};
-        return ::poll(&look, 1, 0) == 0;
-    }
-
-private:
-    int ends_[2] = {-1, -1};
-};
 
 class DesktopPowerAssertionsTest : public testing::Test {
 protected:

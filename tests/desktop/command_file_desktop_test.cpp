@@ -1,0 +1,139 @@
+#include "tests/desktop/shell_fixture.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <functional>
+#include <vector>
+
+namespace kestro {
+namespace {
+
+struct CommandFileOnTheDesktop : ShellFixture {
+    /// Puts a file with that content in the place of the command file, in one step.
+    void place(const QByteArray& content, mode_t mode = S_IRUSR | S_IWUSR,
+               const std::function<void(const QString&)>& change = {}) const {
+        const QString other = session.path(QStringLiteral("tmp/other"));
+        QFile file(other);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        ASSERT_EQ(::chmod(QFile::encodeName(other).constData(), mode), 0);
+        if (change) {
+            change(other);
+        }
+        ASSERT_EQ(::rename(QFile::encodeName(other).constData(), path().constData()), 0);
+    }
+
+    /// The channel works: a word in a new file is obeyed, and none before it has shown the dashboard.
+    void expectTheNextWordIsObeyed() {
+        remove();
+        place("settings");
+        EXPECT_TRUE(appears(settings));
+        EXPECT_FALSE(frame(dashboard));
+        EXPECT_EQ(kestro->state(), QProcess::Running);
+        session.key(QStringLiteral("ctrl+w"));
+        EXPECT_TRUE(disappears(settings));
+    }
+
+    void remove() const {
+        if (QFileInfo(commandFile()).isDir()) {
+            ASSERT_TRUE(QDir().rmdir(commandFile()));
+        } else {
+            ::unlink(path().constData());
+        }
+    }
+
+    bool saves(const char* text) const {
+        return waitUntil([&] { return preferences().contains(QString::fromUtf8(text)); });
+    }
+
+    QByteArray path() const { return QFile::encodeName(commandFile()); }
+};
+
+TEST_F(CommandFileOnTheDesktop, IsMadeForThisUserAloneAndObeysTheWordsThatChangePreferences) {
+    launch();
+    const QFileInfo file(commandFile());
+    EXPECT_EQ(file.permissions() & ~(QFile::ReadUser | QFile::WriteUser), QFile::ReadOwner | QFile::WriteOwner);
+    EXPECT_EQ(file.size(), 0);
+
+    const struct {
+        std::vector<const char*> words;
+        std::vector<const char*> saved;
+    } cases[] = {
+        {{"settings-sensors", "toggle-fan-link"}, {"\"Sensors\"", "\"kestro.isFansLinked\": false"}},
+        {{"settings-dashboard", "select-fan-1"}, {"\"Dashboard\"", "\"kestro.selectedFanIndex\": 1"}},
+        {{"settings-power", "select-fan-0"}, {"\"Power & Energy\"", "\"kestro.selectedFanIndex\": 0"}},
+        {{"settings-keepawake", "preset-quiet"}, {"\"Keep-Awake\"", "\"Custom Curves\""}},
+        {{"settings-menubar"}, {"\"Menu Bar\""}},
+    };
+    for (const auto& [words, saved] : cases) {
+        for (const char* word : words) {
+            command(QByteArray(word) + '\n');
+        }
+        for (const char* text : saved) {
+            EXPECT_TRUE(saves(text)) << text << " in " << preferences().toStdString();
+        }
+    }
+    EXPECT_TRUE(appears(settings));
+}
+
+TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnythingWithoutHarm) {
+    launch();
+
+    remove();
+    ASSERT_EQ(::mkfifo(path().constData(), S_IRUSR | S_IWUSR), 0);
+    const int pipe = ::open(path().constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    EXPECT_EQ(::write(pipe, "dashboard", 9), 9);
+    expectTheNextWordIsObeyed();
+    ::close(pipe);
+
+    QFile target(session.path(QStringLiteral("tmp/target")));
+    ASSERT_TRUE(target.open(QIODevice::WriteOnly));
+    target.write("dashboard");
+    target.close();
+    remove();
+    ASSERT_EQ(::symlink("target", path().constData()), 0);
+    expectTheNextWordIsObeyed();
+    EXPECT_EQ(target.size(), 9);
+
+    remove();
+    ASSERT_TRUE(QDir().mkdir(commandFile()));
+    expectTheNextWordIsObeyed();
+
+    place("dashboard", S_IRUSR | S_IWUSR | S_IWOTH);
+    expectTheNextWordIsObeyed();
+
+    if (geteuid() == 0) {
+        constexpr uid_t nobody = 65534;
+        place("dashboard", S_IRUSR | S_IWUSR, [](const QString& file) {
+            EXPECT_EQ(::chown(QFile::encodeName(file).constData(), nobody, nobody), 0);
+        });
+        expectTheNextWordIsObeyed();
+    }
+}
+
+TEST_F(CommandFileOnTheDesktop, MayHoldAnythingWithoutHarm) {
+    launch();
+
+    place(QByteArray("dashboard\n").repeated(500'000));
+    EXPECT_TRUE(waitUntil([&] { return QFileInfo(commandFile()).size() == 0; }));
+    expectTheNextWordIsObeyed();
+
+    const QByteArray binary("dashboard\0\xff\xfe\x80", 13);
+    place(binary);
+    expectTheNextWordIsObeyed();
+
+    place("  \n\t ");
+    expectTheNextWordIsObeyed();
+}
+
+}  // namespace
+}  // namespace kestro

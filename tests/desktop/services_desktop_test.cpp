@@ -1,0 +1,323 @@
+#include "tests/desktop/shell_fixture.h"
+#include "tests/desktop/status_item_client.h"
+#include "tests/platform/desktop/fake_service.h"
+#include "tests/platform/desktop/lock_pipe.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
+#include <QDBusVariant>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace kestro {
+namespace {
+
+using testing_support::FakeService;
+using testing_support::LockPipe;
+using Bus = DesktopSession::Bus;
+
+/// A service that keeps the session awake, and how it is asked.
+struct AwakeService {
+    const char* name;
+    Bus bus;
+    const char* acquire;
+    const char* release;  ///< nullptr: the lock is a descriptor
+};
+
+constexpr AwakeService gnome{"org.gnome.SessionManager", Bus::session,
+                             R"(Inhibit("Kestro", 0u, "Kestro Keep-Awake Active", 8u))", "Uninhibit(7u)"};
+constexpr AwakeService kde{"org.kde.Solid.PowerManagement.PolicyAgent", Bus::session,
+                           R"(AddInhibition(4u, "Kestro", "Kestro Keep-Awake Active"))", "ReleaseInhibition(7u)"};
+constexpr AwakeService freedesktop{"org.freedesktop.PowerManagement", Bus::session,
+                                   R"(Inhibit("Kestro", "Kestro Keep-Awake Active"))", "UnInhibit(7u)"};
+constexpr AwakeService portal{"org.freedesktop.portal.Desktop", Bus::session,
+                              R"(Inhibit("", 8u, {reason: "Kestro Keep-Awake Active"}))", "Close()"};
+constexpr AwakeService screenSaver{"org.freedesktop.ScreenSaver", Bus::session,
+                                   R"(Inhibit("Kestro", "Kestro Keep-Awake Active"))", "UnInhibit(7u)"};
+constexpr AwakeService logind{"org.freedesktop.login1", Bus::system,
+                              R"(Inhibit("idle", "Kestro", "Kestro Keep-Awake Active", "block"))", nullptr};
+
+/// One of these services on its bus: it grants every wish and remembers who holds the lock.
+class GrantingService {
+public:
+    GrantingService(DesktopSession& session, const AwakeService& service)
+        : service_(service),
+          fake_(std::make_unique<FakeService>(session.connect(service.bus), QString::fromUtf8(service.name))) {
+        const auto grant = [this](const QDBusMessage& call) {
+            {
+                const std::lock_guard lock(mutex_);
+                holder_ = call.service();
+            }
+            if (service_.release == nullptr) {
+                return call.createReply(QVariant::fromValue(pipe_->writeEnd()));
+            }
+            if (&service_ == &portal) {
+                return call.createReply(QVariant::fromValue(
+                    QDBusObjectPath(QStringLiteral("/org/freedesktop/portal/desktop/request/1_7/kestro1"))));
+            }
+            return call.createReply(7U);
+        };
+        fake_->answer(QStringLiteral("Inhibit"), grant);
+        fake_->answer(QStringLiteral("AddInhibition"), grant);
+    }
+
+    FakeService& fake() { return *fake_; }
+
+    std::ptrdiff_t count(const std::string& call) const {
+        const auto calls = fake_->calls();
+        return std::ranges::count(calls, call);
+    }
+
+    bool isAcquired(std::ptrdiff_t times = 1) const {
+        return waitUntil([&] { return count(service_.acquire) == times; });
+    }
+
+    bool isReleased(std::ptrdiff_t times = 1) {
+        if (service_.release == nullptr) {
+            pipe_->closeWriteEnd();
+            return waitUntil([&] { return !pipe_->isHeldBySomebody(); });
+        }
+        return waitUntil([&] { return count(service_.release) == times; });
+    }
+
+    /// Whether the connection that asked last is on the bus: when it is not, a service drops its locks.
+    bool isHolderThere() const {
+        const std::lock_guard lock(mutex_);
+        return fake_->connection().interface()->isServiceRegistered(holder_);
+    }
+
+private:
+    const AwakeService& service_;
+    std::unique_ptr<LockPipe> pipe_ = std::make_unique<LockPipe>();
+    mutable std::mutex mutex_;
+    QString holder_;
+    std::unique_ptr<FakeService> fake_;  // last: its thread uses the others
+};
+
+struct ServicesOnTheDesktop : ShellFixture {
+    ServicesOnTheDesktop() : ShellFixture(DesktopPanel::mate) {}
+
+    std::optional<HostMenuEntry> entry(const QString& title, const QString& item) const {
+        const HostMenuEntry menu = client.menu(client.waitForItem(item));
+        const HostMenuEntry* found = menu.find(title);
+        return found != nullptr ? std::optional(*found) : std::nullopt;
+    }
+
+    bool offers(const QString& title) const {
+        return waitUntil([&] { return entry(title, mainItem).has_value(); });
+    }
+
+    bool checks(const QString& title) const {
+        return waitUntil([&] {
+            const auto found = entry(title, mainItem);
+            return found && found->isChecked();
+        });
+    }
+
+    void choose(const QString& title, const QString& item) const {
+        const auto found = entry(title, item);
+        ASSERT_TRUE(found) << title.toStdString();
+        client.choose(client.waitForItem(item), found->id);
+    }
+
+    void choose(const QString& title) const { choose(title, mainItem); }
+
+    void expectEndBy(int signal) {
+        ::kill(static_cast<pid_t>(kestro->processId()), signal);
+        ASSERT_TRUE(ends());
+    }
+
+    const QString mainItem = QStringLiteral("kestro-main");
+    const QString keepAwakeItem = QStringLiteral("kestro-keep-awake");
+    const QString activate = QStringLiteral("Activate Indefinitely");
+    const QString deactivate = QStringLiteral("Deactivate Keep-Awake (Active (∞))");
+    const StatusItemClient client{session};
+};
+
+TEST_F(ServicesOnTheDesktop, KeepAwakeGoesThroughEachServiceAndComesBackWithIt) {
+    launch();
+
+    for (const AwakeService* service : {&gnome, &kde, &freedesktop, &portal, &screenSaver, &logind}) {
+        SCOPED_TRACE(service->name);
+        GrantingService granting(session, *service);
+
+        choose(activate);
+        EXPECT_TRUE(granting.isAcquired());
+        EXPECT_TRUE(offers(deactivate));
+
+        granting.fake().vanish();
+        granting.fake().appear();
+        EXPECT_TRUE(granting.isAcquired(2));
+        EXPECT_TRUE(offers(deactivate));
+
+        choose(deactivate);
+        EXPECT_TRUE(offers(activate));
+        EXPECT_TRUE(
+            waitUntil([&] { return service->release == nullptr || granting.count(service->release) > 0; }));
+        EXPECT_TRUE(service->release != nullptr || granting.isReleased());
+        EXPECT_TRUE(granting.isHolderThere());
+    }
+}
+
+TEST_F(ServicesOnTheDesktop, KeepAwakeStaysOffWithoutAnyService) {
+    launch();
+
+    choose(activate);
+
+    EXPECT_TRUE(offers(activate));
+    EXPECT_FALSE(entry(deactivate, mainItem));
+}
+
+TEST_F(ServicesOnTheDesktop, KeepAwakeAsksAnewForTheSystemAlone) {
+    launch();
+    {
+        GrantingService granting(session, gnome);
+        choose(activate);
+        ASSERT_TRUE(granting.isAcquired());
+
+        choose(QStringLiteral("System Only (Display May Sleep)"), keepAwakeItem);
+
+        EXPECT_TRUE(granting.isReleased());
+        EXPECT_TRUE(waitUntil(
+            [&] { return granting.count(R"(Inhibit("Kestro", 0u, "Kestro Keep-Awake Active", 4u))") == 1; }));
+    }
+
+    // The session manager has gone: the one who is left is asked in its own words.
+    const GrantingService system(session, logind);
+
+    EXPECT_TRUE(waitUntil([&] {
+        return system.count(R"(Inhibit("sleep", "Kestro", "Kestro Keep-Awake Active", "block-weak"))") == 1;
+    }));
+    EXPECT_TRUE(offers(deactivate));
+}
+
+TEST_F(ServicesOnTheDesktop, KeepAwakeEndsWithTheProcessHoweverItEnds) {
+    GrantingService manager(session, gnome);
+    launch();
+    choose(activate);
+    ASSERT_TRUE(manager.isAcquired());
+    expectEndBy(SIGTERM);
+    EXPECT_EQ(kestro->exitCode(), 0);
+    EXPECT_TRUE(manager.isReleased());
+    EXPECT_TRUE(waitUntil([&] { return !manager.isHolderThere(); }));
+
+    launch();
+    choose(activate);
+    ASSERT_TRUE(manager.isAcquired(2));
+    EXPECT_TRUE(manager.isHolderThere());
+    expectEndBy(SIGKILL);
+    EXPECT_TRUE(waitUntil([&] { return !manager.isHolderThere(); }));
+
+    manager.fake().vanish();
+    GrantingService system(session, logind);
+    launch();
+    choose(activate);
+    ASSERT_TRUE(system.isAcquired());
+    expectEndBy(SIGKILL);
+    EXPECT_TRUE(system.isReleased());
+}
+
+const QString low = QStringLiteral("Low Power");
+const QString balanced = QStringLiteral("Balanced (Automatic)");
+const QString high = QStringLiteral("High Power");
+
+/// A power-profiles daemon under one of its names.
+class ProfilesDaemon {
+public:
+    ProfilesDaemon(DesktopSession& session, const QString& name) : fake_(session.connect(Bus::system), name) {
+        fake_.answer(QStringLiteral("Get"), [this](const QDBusMessage& call) {
+            const std::lock_guard lock(mutex_);
+            ++reads_;
+            return call.createReply(QVariant::fromValue(QDBusVariant(active_)));
+        });
+        fake_.answer(QStringLiteral("Set"), [this](const QDBusMessage& call) {
+            const std::lock_guard lock(mutex_);
+            wishes_.append(call.arguments().at(2).value<QDBusVariant>().variant().toString());
+            active_ = reverts_ ? active_ : wishes_.last();
+            readsBeforeWish_ = reads_;
+            return call.createReply();
+        });
+    }
+
+    /// From now on every wish is accepted and undone at once.
+    void revert() {
+        const std::lock_guard lock(mutex_);
+        reverts_ = true;
+    }
+
+    QStringList wishes() const {
+        const std::lock_guard lock(mutex_);
+        return wishes_;
+    }
+
+    bool isReadAfterTheLastWish() const {
+        const std::lock_guard lock(mutex_);
+        return reads_ > readsBeforeWish_;
+    }
+
+private:
+    mutable std::mutex mutex_;
+    QString active_ = QStringLiteral("power-saver");
+    QStringList wishes_;
+    bool reverts_ = false;
+    int reads_ = 0;
+    int readsBeforeWish_ = 0;
+    FakeService fake_;  // last: its thread uses the others
+};
+
+TEST_F(ServicesOnTheDesktop, ThePowerModeFollowsTheDaemonUnderEitherName) {
+    launch();
+    EXPECT_TRUE(checks(balanced));
+    choose(high);  // nobody is there to ask
+
+    for (const char* name : {"org.freedesktop.UPower.PowerProfiles", "net.hadess.PowerProfiles"}) {
+        SCOPED_TRACE(name);
+        EXPECT_TRUE(checks(balanced));
+        ProfilesDaemon daemon(session, QString::fromUtf8(name));
+        EXPECT_TRUE(checks(low));
+
+        choose(high);
+        EXPECT_TRUE(checks(high));
+        EXPECT_EQ(daemon.wishes(), QStringList{QStringLiteral("performance")});
+
+        daemon.revert();
+        choose(balanced);
+        EXPECT_TRUE(waitUntil([&] { return daemon.wishes().size() == 2 && daemon.isReadAfterTheLastWish(); }));
+        EXPECT_TRUE(checks(high));
+        EXPECT_FALSE(entry(balanced, mainItem)->isChecked());
+    }
+    EXPECT_TRUE(checks(balanced));
+}
+
+TEST_F(ServicesOnTheDesktop, ThePowerModeIsSwitchedInAnIndependentDaemon) {
+    const QString name = QStringLiteral("net.hadess.PowerProfiles");
+    session.start(QStringLiteral("/usr/bin/python3"),
+                  {QStringLiteral("-m"), QStringLiteral("dbusmock"), QStringLiteral("--template"),
+                   QStringLiteral("power_profiles_daemon")});
+    QDBusConnection bus = session.connect(Bus::system);
+    const auto active = [&] {
+        auto question = QDBusMessage::createMethodCall(name, QStringLiteral("/net/hadess/PowerProfiles"),
+                                                       QStringLiteral("org.freedesktop.DBus.Properties"),
+                                                       QStringLiteral("Get"));
+        question << name << QStringLiteral("ActiveProfile");
+        const auto arguments = bus.call(question).arguments();
+        return arguments.isEmpty() ? QString() : arguments.first().value<QDBusVariant>().variant().toString();
+    };
+    ASSERT_TRUE(waitUntil([&] { return active() == QStringLiteral("balanced"); }));
+    launch();
+
+    choose(low);
+
+    EXPECT_TRUE(checks(low));
+    EXPECT_EQ(active(), QStringLiteral("power-saver"));
+}
+
+}  // namespace
+}  // namespace kestro

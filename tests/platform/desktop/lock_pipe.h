@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QDBusUnixFileDescriptor>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <utility>
+
+namespace kestro::testing_support {
+
+/// The write end goes to whoever asks for a lock; the read end tells when nobody holds it any more.
+class LockPipe {
+public:
+    LockPipe() { EXPECT_EQ(::pipe2(ends_, O_CLOEXEC), 0); }
+    ~LockPipe() {
+        ::close(ends_[0]);
+        closeWriteEnd();
+    }
+
+    QDBusUnixFileDescriptor writeEnd() const { return QDBusUnixFileDescriptor(ends_[1]); }
+
+    void closeWriteEnd() {
+        if (ends_[1] >= 0) {
+            ::close(std::exchange(ends_[1], -1));
+        }
+    }
+
+    bool isHeldBySomebody() const {
+        pollfd look{ends_[0], POLLIN, 0};
+        return ::poll(&look, 1, 0) == 0;
+    }
+
+private:
+    int ends_[2] = {-1, -1};
+};
+
+}  // namespace kestro::testing_support
