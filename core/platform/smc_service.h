@@ -1,15 +1,11 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 
-namespace kestro {
+#include "core/platform/smc_record.h"
 
-/// The parameter record of the controller's user client, 80 bytes in both directions, little-endian.
-/// The reader of fan speeds documents its fields.
-using SMCRecord = std::array<std::uint8_t, 80>;
+namespace kestro {
 
 /// The user client of the system management controller, "AppleSMC". Read-only by construction: the only
 /// commands in use are 9 (read key information) and 5 (read key bytes). Any thread, one call at a time.

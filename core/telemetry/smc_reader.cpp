@@ -13,53 +13,23 @@ namespace kestro {
 
 namespace {
 
-// The parameter record: key at 0, size of the value at 28, its type at 32, command at 42, value at 48. The
-// other fields stay 0.
-constexpr std::size_t keyOffset = 0;
-constexpr std::size_t sizeOffset = 28;
-constexpr std::size_t typeOffset = 32;
-constexpr std::size_t commandOffset = 42;
-constexpr std::size_t bytesOffset = 48;
-constexpr std::uint8_t readBytes = 5;
-constexpr std::uint8_t readKeyInformation = 9;
-
 // A count beyond what its one byte can hold is damage, not fans.
 constexpr double mostFans = 255;
 
-/// A text packed big-endian into a code; of a longer text the last four bytes remain.
-constexpr std::uint32_t code(std::string_view text) {
-    std::uint32_t packed = 0;
-    for (const char character : text) {
-        packed = packed * 256 + static_cast<std::uint8_t>(character);
-    }
-    return packed;
-}
-
-std::uint32_t read32(const SMCRecord& record, std::size_t offset) {
-    return record[offset] | std::uint32_t{record[offset + 1]} << 8 | std::uint32_t{record[offset + 2]} << 16 |
-           std::uint32_t{record[offset + 3]} << 24;
-}
-
-void write32(SMCRecord& record, std::size_t offset, std::uint32_t value) {
-    for (std::size_t byte = 0; byte < 4; ++byte) {
-        record[offset + byte] = static_cast<std::uint8_t>(value >> (8 * byte));
-    }
-}
-
 std::optional<double> decode(std::uint32_t type, const SMCRecord& record) {
-    const unsigned b0 = record[bytesOffset];
-    const unsigned b1 = record[bytesOffset + 1];
+    const unsigned b0 = record[smc::bytesOffset];
+    const unsigned b1 = record[smc::bytesOffset + 1];
     switch (type) {
-        case code("ui8 "):
+        case smc::code("ui8 "):
             return b0;
-        case code("ui16"):
+        case smc::code("ui16"):
             return b0 * 256 + b1;
-        case code("flt "):
-            return std::bit_cast<float>(read32(record, bytesOffset));
-        case code("fpe2"):
+        case smc::code("flt "):
+            return std::bit_cast<float>(smc::read32(record, smc::bytesOffset));
+        case smc::code("fpe2"):
             // The two bits of the fraction are dropped on purpose.
             return b0 * 64 + b1 / 4;
-        case code("sp78"):
+        case smc::code("sp78"):
             // Unsigned on purpose: a negative reading comes out near 256.
             return (b0 * 256 + b1) / 256.0;
         default:
@@ -110,14 +80,14 @@ std::optional<double> SMCReader::readValue(std::string_view key) {
     }
     SMCRecord input{};
     SMCRecord output{};
-    write32(input, keyOffset, code(key));
-    input[commandOffset] = readKeyInformation;
+    smc::write32(input, smc::keyOffset, smc::code(key));
+    input[smc::commandOffset] = smc::readInformationCommand;
     if (!service_.callStructMethod(conn_, input, output)) {
         return std::nullopt;
     }
-    const std::uint32_t type = read32(output, typeOffset);
-    write32(input, sizeOffset, read32(output, sizeOffset));
-    input[commandOffset] = readBytes;
+    const std::uint32_t type = smc::read32(output, smc::typeOffset);
+    smc::write32(input, smc::sizeOffset, smc::read32(output, smc::sizeOffset));
+    input[smc::commandOffset] = smc::readBytesCommand;
     output.fill(0);
     if (!service_.callStructMethod(conn_, input, output)) {
         return std::nullopt;

@@ -10,42 +10,11 @@ namespace {
 
 constexpr std::uint32_t handle = 1;
 
-// Offsets and commands of the user client's parameter record.
-constexpr std::size_t keyOffset = 0;
-constexpr std::size_t sizeOffset = 28;
-constexpr std::size_t typeOffset = 32;
-constexpr std::size_t commandOffset = 42;
-constexpr std::size_t bytesOffset = 48;
-constexpr std::uint8_t readBytes = 5;
-constexpr std::uint8_t readInformation = 9;
-
-constexpr std::uint32_t packed(std::string_view text) {
-    std::uint32_t code = 0;
-    for (const char character : text) {
-        code = code << 8 | static_cast<unsigned char>(character);
-    }
-    return code;
-}
-
-constexpr auto fanCountKey = packed("FNum");
-constexpr auto actual = static_cast<std::uint16_t>(packed("Ac"));
-constexpr auto minimum = static_cast<std::uint16_t>(packed("Mn"));
-constexpr auto maximum = static_cast<std::uint16_t>(packed("Mx"));
-constexpr auto target = static_cast<std::uint16_t>(packed("Tg"));
-
-std::uint32_t load(const SMCRecord& record, std::size_t offset) {
-    std::uint32_t value = 0;
-    for (std::size_t index = 4; index-- > 0;) {
-        value = value << 8 | record[offset + index];
-    }
-    return value;
-}
-
-void store(SMCRecord& record, std::size_t offset, std::uint32_t value) {
-    for (std::size_t index = 0; index < 4; ++index) {
-        record[offset + index] = static_cast<std::uint8_t>(value >> (8 * index));
-    }
-}
+constexpr auto fanCountKey = smc::code("FNum");
+constexpr auto actual = static_cast<std::uint16_t>(smc::code("Ac"));
+constexpr auto minimum = static_cast<std::uint16_t>(smc::code("Mn"));
+constexpr auto maximum = static_cast<std::uint16_t>(smc::code("Mx"));
+constexpr auto target = static_cast<std::uint16_t>(smc::code("Tg"));
 
 bool isDigit(std::uint32_t character) {
     return character >= '0' && character <= '9';
@@ -112,10 +81,10 @@ bool LinuxSMCService::callStructMethod(std::uint32_t connection, const SMCRecord
         return false;
     }
     output.fill(0);
-    const auto key = load(input, keyOffset);
-    const auto command = input[commandOffset];
+    const auto key = smc::read32(input, smc::keyOffset);
+    const auto command = input[smc::commandOffset];
     const bool isCount = key == fanCountKey;
-    if (isCount && command == readInformation) {
+    if (isCount && command == smc::readInformationCommand) {
         fans_.refresh(clock_.monotonicNow());
     }
     const auto fan = isCount ? std::nullopt : fanKey(key);
@@ -123,22 +92,22 @@ bool LinuxSMCService::callStructMethod(std::uint32_t connection, const SMCRecord
         return false;
     }
     const std::uint32_t size = isCount ? 1 : 4;
-    store(output, keyOffset, key);
-    if (command == readInformation) {
-        store(output, sizeOffset, size);
-        store(output, typeOffset, packed(isCount ? "ui8 " : "flt "));
+    smc::write32(output, smc::keyOffset, key);
+    if (command == smc::readInformationCommand) {
+        smc::write32(output, smc::sizeOffset, size);
+        smc::write32(output, smc::typeOffset, smc::code(isCount ? "ui8 " : "flt "));
         return true;
     }
-    if (command != readBytes || load(input, sizeOffset) != size) {
+    if (command != smc::readBytesCommand || smc::read32(input, smc::sizeOffset) != size) {
         return false;
     }
     if (isCount) {
-        output[bytesOffset] = static_cast<std::uint8_t>(fans_.count());
+        output[smc::bytesOffset] = static_cast<std::uint8_t>(fans_.count());
         return true;
     }
     const auto figure = readFigure(*fan);
     if (figure) {
-        store(output, bytesOffset, std::bit_cast<std::uint32_t>(static_cast<float>(*figure)));
+        smc::write32(output, smc::bytesOffset, std::bit_cast<std::uint32_t>(static_cast<float>(*figure)));
     }
     return figure.has_value();
 }

@@ -14,37 +14,7 @@ namespace kestro {
 namespace {
 
 constexpr std::uint32_t theConnection = 0x1707;
-constexpr std::size_t keyOffset = 0;
-constexpr std::size_t sizeOffset = 28;
-constexpr std::size_t typeOffset = 32;
-constexpr std::size_t resultOffset = 40;
-constexpr std::size_t commandOffset = 42;
-constexpr std::size_t bytesOffset = 48;
 constexpr std::uint8_t keyNotFound = 132;
-constexpr std::uint8_t readBytesCommand = 5;
-constexpr std::uint8_t readInformationCommand = 9;
-
-std::uint32_t code(std::string_view text) {
-    std::uint32_t packed = 0;
-    for (const char character : text) {
-        packed = packed * 256 + static_cast<std::uint8_t>(character);
-    }
-    return packed;
-}
-
-std::uint32_t read32(const SMCRecord& record, std::size_t offset) {
-    std::uint32_t value = 0;
-    for (std::size_t byte = 4; byte-- > 0;) {
-        value = value * 256 + record[offset + byte];
-    }
-    return value;
-}
-
-void write32(SMCRecord& record, std::size_t offset, std::uint32_t value) {
-    for (std::size_t byte = 0; byte < 4; ++byte) {
-        record[offset + byte] = static_cast<std::uint8_t>(value >> (8 * byte));
-    }
-}
 
 bool isZero(const SMCRecord& record) {
     return record == SMCRecord{};
@@ -53,10 +23,10 @@ bool isZero(const SMCRecord& record) {
 /// Nothing but the key, the command and, for a read of bytes, the size may be set.
 bool isWellFormed(const SMCRecord& input) {
     SMCRecord rest = input;
-    write32(rest, keyOffset, 0);
-    rest[commandOffset] = 0;
-    if (input[commandOffset] == readBytesCommand) {
-        write32(rest, sizeOffset, 0);
+    smc::write32(rest, smc::keyOffset, 0);
+    rest[smc::commandOffset] = 0;
+    if (input[smc::commandOffset] == smc::readBytesCommand) {
+        smc::write32(rest, smc::sizeOffset, 0);
     }
     return isZero(rest);
 }
@@ -82,11 +52,11 @@ bool SimulatedSMCService::callStructMethod(std::uint32_t connection, const SMCRe
         ++malformedRecords_;
         return false;
     }
-    switch (input[commandOffset]) {
-        case readInformationCommand:
-            return readInformation(read32(input, keyOffset), output);
-        case readBytesCommand:
-            return readBytes(read32(input, keyOffset), read32(input, sizeOffset), output);
+    switch (input[smc::commandOffset]) {
+        case smc::readInformationCommand:
+            return readInformation(smc::read32(input, smc::keyOffset), output);
+        case smc::readBytesCommand:
+            return readBytes(smc::read32(input, smc::keyOffset), smc::read32(input, smc::sizeOffset), output);
         default:
             ++malformedRecords_;
             return false;
@@ -116,26 +86,26 @@ void SimulatedSMCService::setFloat(std::string_view key, float value) {
 
 void SimulatedSMCService::setFpe2(std::string_view key, double value) {
     setUi16(key, static_cast<std::uint16_t>(std::lround(value * 4)));
-    keys_[code(key)].type = code("fpe2");
+    keys_[smc::code(key)].type = smc::code("fpe2");
 }
 
 void SimulatedSMCService::setSp78(std::string_view key, double value) {
     setUi16(key, static_cast<std::uint16_t>(std::lround(value * 256)));
-    keys_[code(key)].type = code("sp78");
+    keys_[smc::code(key)].type = smc::code("sp78");
 }
 
 void SimulatedSMCService::setRaw(std::string_view key, std::string_view type,
                                  std::span<const std::uint8_t> bytes) {
     assert(key.size() == 4 && type.size() == 4 && bytes.size() <= 32);
     Key entry;
-    entry.type = code(type);
+    entry.type = smc::code(type);
     entry.size = static_cast<std::uint32_t>(bytes.size());
     std::ranges::copy(bytes, entry.bytes.begin());
-    keys_[code(key)] = entry;
+    keys_[smc::code(key)] = entry;
 }
 
 void SimulatedSMCService::remove(std::string_view key) {
-    keys_.erase(code(key));
+    keys_.erase(smc::code(key));
 }
 
 void SimulatedSMCService::setFans(std::span<const float> speeds) {
@@ -144,7 +114,7 @@ void SimulatedSMCService::setFans(std::span<const float> speeds) {
     for (std::size_t fan = 0; fan < speeds.size(); ++fan) {
         const std::string prefix = fmt::format("F{}", fan);
         setFloat(prefix + "Ac", speeds[fan]);
-        keys_[code(prefix + "Ac")].wobble = 24;
+        keys_[smc::code(prefix + "Ac")].wobble = 24;
         setFloat(prefix + "Mn", 1200);
         setFloat(prefix + "Mx", 7300);
         setFloat(prefix + "Tg", speeds[fan]);
@@ -158,11 +128,11 @@ bool SimulatedSMCService::readInformation(std::uint32_t key, SMCRecord& output) 
     }
     const auto found = keys_.find(key);
     if (found == keys_.end()) {
-        output[resultOffset] = keyNotFound;
+        output[smc::resultOffset] = keyNotFound;
         return answersMissingKeys;
     }
-    write32(output, sizeOffset, found->second.size);
-    write32(output, typeOffset, found->second.type);
+    smc::write32(output, smc::sizeOffset, found->second.size);
+    smc::write32(output, smc::typeOffset, found->second.type);
     return true;
 }
 
@@ -173,7 +143,7 @@ bool SimulatedSMCService::readBytes(std::uint32_t key, std::uint32_t size, SMCRe
     }
     const auto found = keys_.find(key);
     if (found == keys_.end()) {
-        output[resultOffset] = keyNotFound;
+        output[smc::resultOffset] = keyNotFound;
         return answersMissingKeys;
     }
     const Key& entry = found->second;
@@ -181,12 +151,12 @@ bool SimulatedSMCService::readBytes(std::uint32_t key, std::uint32_t size, SMCRe
         ++malformedRecords_;
         return false;
     }
-    std::ranges::copy(entry.bytes, output.begin() + bytesOffset);
+    std::ranges::copy(entry.bytes, output.begin() + smc::bytesOffset);
     if (entry.wobble > 0) {
         float value = 0;
         std::memcpy(&value, entry.bytes.data(), sizeof value);
         value += static_cast<float>(entry.wobble * pattern_.wave(key));
-        std::memcpy(output.data() + bytesOffset, &value, sizeof value);
+        std::memcpy(output.data() + smc::bytesOffset, &value, sizeof value);
     }
     return true;
 }
