@@ -5,10 +5,10 @@
 
 namespace kestro {
 
-namespace {
-
-/// Length of the well-formed sequence at the start of `bytes`, which is not empty; 0: there is none.
-std::size_t sequenceLength(std::string_view bytes) {
+std::size_t utf8SequenceLength(std::string_view bytes) {
+    if (bytes.empty()) {
+        return 0;
+    }
     const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
     const unsigned char lead = byteAt(0);
     if (lead < 0x80) {
@@ -35,8 +35,6 @@ std::size_t sequenceLength(std::string_view bytes) {
     return length;
 }
 
-}  // namespace
-
 std::string_view trimmed(std::string_view text) {
     const auto first = text.find_first_not_of(whiteSpace);
     if (first == std::string_view::npos) {
@@ -54,7 +52,7 @@ std::string_view takePiece(std::string_view& text) {
 
 bool isValidUtf8(std::string_view bytes) {
     while (!bytes.empty()) {
-        const auto length = sequenceLength(bytes);
+        const auto length = utf8SequenceLength(bytes);
         if (length == 0) {
             return false;
         }

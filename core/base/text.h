@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace kestro {
@@ -13,7 +14,11 @@ std::string_view trimmed(std::string_view text);
 /// Cuts the first piece between white space off `text` and returns it; empty when there is none left.
 std::string_view takePiece(std::string_view& text);
 
-/// Whether `bytes` are well-formed UTF-8: no overlong forms, no surrogates, nothing beyond U+10FFFF.
+/// How many bytes the well-formed UTF-8 sequence at the start of `bytes` has: no overlong form, no surrogate,
+/// nothing beyond U+10FFFF. 0: there is none.
+std::size_t utf8SequenceLength(std::string_view bytes);
+
+/// Whether `bytes` are well-formed UTF-8 to their end.
 bool isValidUtf8(std::string_view bytes);
 
 }  // namespace kestro
