@@ -3,6 +3,8 @@
 #include "tests/platform/linux/support.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace kestro {
 namespace {
@@ -51,6 +53,27 @@ TEST(PersistentFile, ReadsNoDirectory) {
 
     EXPECT_FALSE(file.read(buffer));
     EXPECT_FALSE(file.isGone());
+}
+
+TEST(PersistentFile, NeitherWaitsForAPipeNorFollowsLinksForEver) {
+    TemporaryTree tree;
+    const auto pipe = tree.root() + "/pipe";
+    const auto loop = tree.root() + "/loop";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    ASSERT_EQ(::symlink(loop.c_str(), loop.c_str()), 0);
+    ReadBuffer buffer;
+
+    EXPECT_FALSE(PersistentFile(pipe).read(buffer));
+    EXPECT_FALSE(PersistentFile(loop).read(buffer));
+    EXPECT_FALSE(readFile(pipe));
+    EXPECT_TRUE(listDirectory(loop).empty());
+}
+
+TEST(PersistentFile, TakesAnEndlessDeviceForTooLarge) {
+    ReadBuffer buffer(10000);
+
+    EXPECT_FALSE(PersistentFile("/dev/zero").read(buffer));
+    EXPECT_FALSE(readFile("/dev/zero"));
 }
 
 TEST(PersistentFile, AllocatesNothingOnceItsBufferHasGrown) {

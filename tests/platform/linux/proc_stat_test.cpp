@@ -63,6 +63,8 @@ TEST(ParseProcStatCores, IsBoundedByTheLargestNumberOfCores) {
 
     EXPECT_TRUE(parseProcStatCores(text, cores));
     EXPECT_EQ(cores.size(), coreLimit);
+    parseProcStatCores("cpu8191 1 2 3 4\ncpu8192 1 2 3 4\nintr 5\n", cores);
+    EXPECT_EQ(cores, (std::vector{CoreTicks{coreLimit - 1, 1, 3, 4, 2}}));
 }
 
 TEST(ParseBootTime, ReadsTheLineWhereverItIs) {
