@@ -154,7 +154,7 @@ struct FanCurveConfig {
         return config;
     }
 
-    /// The speed for a temperature. A temperature or a bound that is not a number gives `minRPM`.
+    /// The speed for a temperature. What is not a number gives `minRPM`, but never from `highTemp` on.
     double evaluateRPM(double temperature) const;
 
     friend bool operator==(const FanCurveConfig&, const FanCurveConfig&) = default;

@@ -248,9 +248,14 @@ TEST(FanCurveConfig, FallsToTheMinimumOnWhatIsNotANumber) {
         auto noCeiling = curve(shape);
         noCeiling.acousticCeilingEnabled = true;
         noCeiling.acousticCeilingRPM = notANumber;
+        auto noFixed = curve(shape);
+        noFixed.isFixedRPM = true;
+        noFixed.fixedRPM = notANumber;
 
         EXPECT_EQ(curve(shape).evaluateRPM(notANumber), 1000);
         EXPECT_EQ(noLow.evaluateRPM(60), 1000);
+        EXPECT_EQ(noLow.evaluateRPM(noLow.highTemp), noLow.maxRPM);
+        EXPECT_EQ(noFixed.evaluateRPM(60), 1000);
         EXPECT_EQ(noHigh.evaluateRPM(60), 1000);
         EXPECT_EQ(noMaximum.evaluateRPM(60), 1000);
         EXPECT_EQ(noCeiling.evaluateRPM(60), 1000);
