@@ -70,10 +70,13 @@ InterfaceFacts readInterfaceFacts(const std::string& root, const std::string& na
 }
 
 std::vector<bool> repeatsTraffic(const std::vector<InterfaceFacts>& interfaces) {
-    const auto hasOwn = [](const InterfaceFacts& facts) { return facts.isHardware || facts.isLoopback; };
     const auto isHardwareName = [&interfaces](const std::string& name) {
         const auto found = std::ranges::find(interfaces, name, &InterfaceFacts::name);
         return found != interfaces.end() && found->isHardware;
+    };
+    // Ports of a switch chip and paravirtual cards have a device and yet ride on the card that moves the data.
+    const auto hasOwn = [&](const InterfaceFacts& facts) {
+        return facts.isLoopback || (facts.isHardware && std::ranges::none_of(facts.lowerNames, isHardwareName));
     };
     const auto isCarried = [&](const InterfaceFacts& facts) {
         return facts.isBridgePort || (facts.isBridge ? std::ranges::any_of(facts.lowerNames, isHardwareName)

@@ -24,10 +24,11 @@ InterfaceFacts readInterfaceFacts(const std::string& root, const std::string& na
 
 /// For each interface, whether it only repeats the traffic of another one and must not be counted as well.
 ///
-/// Hardware and the loopback interface never do. Whatever rides on another interface does (bonds, VLANs, bridges
-/// above hardware), as do the members of a bridge. What is left has no hardware below it and repeats whatever
-/// hardware is up (bridges of containers, tun, WireGuard); without any, the first of these groups that is up
-/// counts: a container's veth and other plain interfaces, then bridges, then tunnels.
+/// Hardware that does not ride on other hardware and the loopback interface never do. Whatever rides on another
+/// interface does (bonds, VLANs, bridges above hardware), as do the members of a bridge. What is left has no
+/// hardware below it and repeats whatever hardware is up (bridges of containers, tun, WireGuard); without any, the
+/// first of these groups that is up counts: a container's veth and other plain interfaces, then bridges, then
+/// tunnels.
 std::vector<bool> repeatsTraffic(const std::vector<InterfaceFacts>& interfaces);
 
 }  // namespace kestro

@@ -98,6 +98,15 @@ TEST(RepeatsTraffic, CountsAHardwareInterfaceThatIsABridgesPort) {
     EXPECT_EQ(counted({wired, bridge("br0", {"eth0", "vnet0"}), port("vnet0")}), (Names{"eth0"}));
 }
 
+TEST(RepeatsTraffic, CountsHardwareThatOtherHardwareRidesOnOnce) {
+    auto synthetic = hardware("eth0");
+    synthetic.lowerNames = {"enP1s1"};
+    auto alone = hardware("eth1");
+    alone.lowerNames = {"gone"};
+
+    EXPECT_EQ(counted({synthetic, hardware("enP1s1"), alone}), (Names{"enP1s1", "eth1"}));
+}
+
 TEST(RepeatsTraffic, CountsAContainersOnlyVeth) {
     EXPECT_EQ(counted({loopback(), plain("eth0")}), (Names{"lo", "eth0"}));
 }
