@@ -32,4 +32,16 @@ MenubarModules moveModuleDown(MenubarModules modules, MenubarModuleType module) 
     return modules;
 }
 
+MenubarModules placeModule(MenubarModules modules, MenubarModuleType module, MenubarModuleType target) {
+    const auto found = std::ranges::find(modules, target);
+    if (module == target || found == modules.end()) {
+        return modules;
+    }
+    const auto place = found - modules.begin();
+    std::erase(modules, module);
+    const auto last = static_cast<std::ptrdiff_t>(modules.size());
+    modules.insert(modules.begin() + std::min(place, last), module);
+    return modules;
+}
+
 }  // namespace kestro

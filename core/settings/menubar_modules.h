@@ -19,4 +19,8 @@ MenubarModules moveModuleUp(MenubarModules modules, MenubarModuleType module);
 /// Swaps a module with the one after it; the last one and one that is not listed stay.
 MenubarModules moveModuleDown(MenubarModules modules, MenubarModuleType module);
 
+/// Gives a module the place of `target`, which makes room; one that is not listed is put in. Nothing happens
+/// when `target` is not listed or is the module itself.
+MenubarModules placeModule(MenubarModules modules, MenubarModuleType module, MenubarModuleType target);
+
 }  // namespace kestro

@@ -154,6 +154,10 @@ void Control::changeEvent(QEvent* event) {
     View::changeEvent(event);
 }
 
+void Control::cancelPress() {
+    press_.moveTo(0, motion::press);
+}
+
 void Control::moveFocusRing() {
     if (showsFocus_) {
         FocusRing::showOn(*this);

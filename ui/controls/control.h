@@ -67,6 +67,9 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
     void changeEvent(QEvent* event) override;
 
+    /// Ends a press without a click, as when the pointer begins to drag.
+    void cancelPress();
+
     /// To be called when focusArea has changed.
     void moveFocusRing();
 

@@ -34,8 +34,14 @@ public:
     void setFades(const EdgeFades& fades) {
         if (fades != fades_) {
             fades_ = fades;
-            setEnabled(fades != EdgeFades{});
-            update();
+            changed();
+        }
+    }
+
+    void setOpacity(double opacity) {
+        if (opacity != opacity_) {
+            opacity_ = opacity;
+            changed();
         }
     }
 
@@ -60,11 +66,18 @@ protected:
             fade(height, height - fades_.bottom);
         }
         mask.end();
+        painter->setOpacity(opacity_);
         painter->drawPixmap(offset, picture);
     }
 
 private:
+    void changed() {
+        setEnabled(fades_ != EdgeFades{} || opacity_ < 1);
+        update();
+    }
+
     EdgeFades fades_;
+    double opacity_ = 1;
 };
 
 }  // namespace
@@ -133,6 +146,10 @@ ScrollArea::ScrollArea(QWidget* content, QWidget* parent) : QScrollArea(parent) 
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ScrollArea::follow);
     connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &ScrollArea::follow);
     follow();
+}
+
+void ScrollArea::setContentOpacity(double opacity) {
+    static_cast<FadeEffect*>(viewport()->graphicsEffect())->setOpacity(opacity);
 }
 
 void ScrollArea::resizeEvent(QResizeEvent* event) {

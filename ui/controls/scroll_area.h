@@ -30,6 +30,9 @@ public:
     /// Takes `content` over.
     explicit ScrollArea(QWidget* content, QWidget* parent = nullptr);
 
+    /// How much of the content shows, 0..1: an area that comes or goes.
+    void setContentOpacity(double opacity);
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
 

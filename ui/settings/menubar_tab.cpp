@@ -63,20 +63,30 @@ QWidget* MenubarTab::modulesCard() {
     std::vector<QWidget*> columns;
     std::vector<QWidget*> column;
     for (const MenubarModuleType module : allCases<MenubarModuleType>()) {
-        auto* option = new ModuleRow(module);
-        option->onToggled([this, module, &modules](bool) { setModules(toggleModule(modules.get(), module)); });
-        option->onMoveUp([this, module, &modules] { setModules(moveModuleUp(modules.get(), module)); });
-        option->onMoveDown([this, module, &modules] { setModules(moveModuleDown(modules.get(), module)); });
-        rows_.push_back(option);
-        column.push_back(option);
+        rows_.push_back(moduleRow(module));
+        column.push_back(rows_.back());
         if (column.size() == columnLength) {
             columns.push_back(new settings_parts::RowStack(std::exchange(column, {})));
         }
     }
+    drag_.onDropped([this, &modules](MenubarModuleType module, MenubarModuleType target) {
+        setModules(placeModule(modules.get(), module, target));
+    });
     follow([this] { showModules(); }, modules);
     auto* card = new settings_parts::RowCard(columns, Qt::Horizontal);
     card->setDividerInset(0);
     return card;
+}
+
+ModuleRow* MenubarTab::moduleRow(MenubarModuleType module) {
+    Setting<std::vector<MenubarModuleType>>& modules = services().settings.activeMenubarModules;
+    auto* option = new ModuleRow(module);
+    option->onToggled([this, module, &modules](bool) { setModules(toggleModule(modules.get(), module)); });
+    option->onMoveUp([this, module, &modules] { setModules(moveModuleUp(modules.get(), module)); });
+    option->onMoveDown([this, module, &modules] { setModules(moveModuleDown(modules.get(), module)); });
+    option->onDragged([this, option](const QPoint& position) { drag_.moveTo(*option, position); });
+    option->onDragEnded([this, option](bool isDropped) { drag_.end(*option, isDropped); });
+    return option;
 }
 
 void MenubarTab::setModules(MenubarModules modules) {

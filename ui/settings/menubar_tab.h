@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/settings/menubar_modules.h"
+#include "ui/settings/module_drag.h"
 #include "ui/settings/settings_pane.h"
 
 #include <vector>
@@ -21,12 +22,14 @@ private:
     QWidget* extrasCard();
     QWidget* modulesGroup();
     QWidget* modulesCard();
+    ModuleRow* moduleRow(MenubarModuleType module);
     QWidget* delimiterAndLabels();
     QWidget* profileGroup();
     void setModules(MenubarModules modules);
     void showModules();
 
     std::vector<ModuleRow*> rows_;
+    ModuleDrag drag_{*this, rows_};
 };
 
 }  // namespace kestro

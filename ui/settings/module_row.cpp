@@ -1,10 +1,16 @@
 #include "ui/settings/module_row.h"
 
 #include "ui/controls/button.h"
+#include "ui/controls/surface_paint.h"
 #include "ui/controls/text_label.h"
 #include "ui/controls/words.h"
+#include "ui/theme/hairline.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyleHints>
 
 namespace kestro {
 
@@ -17,6 +23,9 @@ constexpr int kPlaceWidth = 22;
 constexpr int kSampleWidth = 120;
 constexpr int kSampleGap = 8;
 constexpr double kTitleSize = 11.5;
+constexpr double kTargetRadius = 6;
+constexpr double kTargetFill = 0.16;
+constexpr double kTargetBorder = 0.55;
 
 TextStyle moduleTitle(bool isShown) {
     TextStyle style = text_styles::settingTitle;
@@ -100,7 +109,81 @@ bool ModuleRow::hitTest(const QPoint& position) const {
     return rect().contains(position) && position.x() < up_->x();
 }
 
+void ModuleRow::setDropTarget(bool isTarget) {
+    isDropTarget_ = isTarget;
+    update();
+}
+
+void ModuleRow::mousePressEvent(QMouseEvent* event) {
+    SettingRow::mousePressEvent(event);
+    if (event->isAccepted()) {
+        grip_ = event->pos();
+    }
+}
+
+void ModuleRow::mouseMoveEvent(QMouseEvent* event) {
+    if (!grip_ || !event->buttons().testFlag(Qt::LeftButton)) {
+        return;
+    }
+    const int threshold = QGuiApplication::styleHints()->startDragDistance();
+    if (!isDragged_ && (event->pos() - *grip_).manhattanLength() >= threshold) {
+        isDragged_ = true;
+        cancelPress();
+        setCursor(Qt::ClosedHandCursor);
+        if (onDragged_) {
+            onDragged_(mapToGlobal(*grip_));
+        }
+        update();
+    }
+    if (!isDragged_) {
+        SettingRow::mouseMoveEvent(event);
+    } else if (onDragged_) {
+        onDragged_(event->globalPosition().toPoint());
+    }
+}
+
+void ModuleRow::mouseReleaseEvent(QMouseEvent* event) {
+    const bool wasDragged = isDragged_;
+    grip_.reset();
+    endDrag(true);
+    if (!wasDragged) {
+        SettingRow::mouseReleaseEvent(event);
+    }
+}
+
+void ModuleRow::hideEvent(QHideEvent* event) {
+    grip_.reset();
+    endDrag(false);
+    SettingRow::hideEvent(event);
+}
+
+void ModuleRow::endDrag(bool isDropped) {
+    if (std::exchange(isDragged_, false)) {
+        unsetCursor();
+        update();
+        if (onDragEnded_) {
+            onDragEnded_(isDropped);
+        }
+    }
+}
+
+void ModuleRow::paint(QPainter& painter) {
+    if (isDropTarget_) {
+        const QRectF area = QRectF(rect()).adjusted(4, 1, -4, -1);
+        const Ink accent = KestroTheme::accentCool;
+        paintRounded(painter, area, kTargetRadius, accent.faded(kTargetFill).color());
+        kestroHairlineBorder(painter, area, kTargetRadius, accent.faded(kTargetBorder).color());
+    }
+    painter.setOpacity(isDragged_ ? kDisabledOpacity : 1);
+    SettingRow::paint(painter);
+}
+
 void ModuleRow::keyPressEvent(QKeyEvent* event) {
+    if (isDragged_ && event->key() == Qt::Key_Escape) {
+        grip_.reset();
+        endDrag(false);
+        return;
+    }
     const bool isUp = event->key() == Qt::Key_Up;
     if (event->modifiers().testFlag(Qt::AltModifier) && (isUp || event->key() == Qt::Key_Down)) {
         Button& chip = isUp ? *up_ : *down_;

@@ -12,7 +12,7 @@ class Button;
 class TextLabel;
 
 /// A module of the readout: whether it shows, a sample of it, its place in the list, and chips that move it.
-/// Alt with the arrows up and down moves it as well.
+/// Alt with the arrows up and down moves it as well, and it can be dragged; Escape gives the drag up.
 class ModuleRow : public SettingRow {
     Q_OBJECT
 
@@ -29,6 +29,14 @@ public:
     void onMoveUp(std::function<void()> action);
     void onMoveDown(std::function<void()> action);
 
+    /// Called with the pointer's place on the screen while the row is dragged, and when the drag has ended.
+    void onDragged(std::function<void(const QPoint&)> action) { onDragged_ = std::move(action); }
+    void onDragEnded(std::function<void(bool isDropped)> action) { onDragEnded_ = std::move(action); }
+
+    /// Marks the row as the one whose place a dragged row would take.
+    void setDropTarget(bool isTarget);
+    bool isDropTarget() const { return isDropTarget_; }
+
     Button& upButton() { return *up_; }
     Button& downButton() { return *down_; }
 
@@ -37,11 +45,17 @@ public:
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void paint(QPainter& painter) override;
 
     /// The chips, pressed while they are disabled, do not toggle the row.
     bool hitTest(const QPoint& position) const override;
 
 private:
+    void endDrag(bool isDropped);
     Button* makeChip(const QString& symbol, const QString& direction);
 
     MenubarModuleType module_;
@@ -50,6 +64,11 @@ private:
     Button* up_;
     Button* down_;
     std::optional<std::size_t> shownAt_;
+    std::optional<QPoint> grip_;  ///< where the button went down, while it may become a drag
+    bool isDragged_ = false;
+    bool isDropTarget_ = false;
+    std::function<void(const QPoint&)> onDragged_;
+    std::function<void(bool)> onDragEnded_;
 };
 
 }  // namespace kestro

@@ -12,9 +12,13 @@
 #include "ui/settings/power_tab.h"
 #include "ui/settings/sensors_tab.h"
 #include "ui/theme/hairline.h"
+#include "ui/theme/motion.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QShortcut>
+
+#include <utility>
 
 namespace kestro {
 
@@ -126,10 +130,36 @@ void SettingsView::showSelectedTab() {
     if (areas_[index] == nullptr) {
         areas_[index] = makeTab(selected);
     }
+    if (shown_ != index) {
+        exchangeTabs(index);
+    }
+}
+
+void SettingsView::exchangeTabs(std::size_t coming) {
+    leaving_ = std::exchange(shown_, coming);
+    const QWidget* focus = QApplication::focusWidget();
+    if (leaving_ && focus != nullptr && areas_[*leaving_]->isAncestorOf(focus)) {
+        strip_->setFocus(Qt::OtherFocusReason);
+    }
+    areas_[coming]->show();
+    areas_[coming]->raise();
+    fade_.reset(leaving_ ? 0 : 1);
+    showFade();
+    fade_.moveTo(1, motion::tab);
+}
+
+void SettingsView::showFade() {
+    const double progress = fade_.value();
+    if (progress >= 1) {
+        leaving_.reset();
+    }
     for (std::size_t i = 0; i < areas_.size(); ++i) {
-        if (areas_[i] != nullptr) {
-            areas_[i]->setVisible(i == index);
+        if (areas_[i] == nullptr) {
+            continue;
         }
+        const bool isLeaving = i == leaving_;
+        areas_[i]->setContentOpacity(isLeaving ? 1 - progress : i == shown_ ? progress : 1);
+        areas_[i]->setVisible(i == shown_ || isLeaving);
     }
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "core/settings/settings_enumerations.h"
+#include "ui/controls/transition.h"
 #include "ui/decorations/glass_surface.h"
 #include "ui/kestro_services.h"
 #include "ui/surface_actions.h"
 
 #include <array>
+#include <optional>
 
 namespace kestro {
 
@@ -14,8 +16,8 @@ class TabStrip;
 class TextLabel;
 
 /// The content of the settings window: a header, a strip of tabs, and the selected tab, which scrolls under
-/// them. Which tab is selected is itself a setting. A tab is made when it is first selected. Control and Tab
-/// go to the next tab.
+/// them. Which tab is selected is itself a setting. A tab is made when it is first selected and fades into the
+/// place of the one before. Control and Tab go to the next tab.
 class SettingsView : public GlassSurface {
     Q_OBJECT
 
@@ -35,6 +37,8 @@ protected:
 private:
     void makeHeader(const SettingsActions& actions);
     void showSelectedTab();
+    void exchangeTabs(std::size_t coming);
+    void showFade();
     void step(int distance);
     ScrollArea* makeTab(SettingsTab tab);
 
@@ -42,6 +46,9 @@ private:
     QWidget* header_ = nullptr;
     TabStrip* strip_ = nullptr;
     std::array<ScrollArea*, EnumerationTable<SettingsTab>::rows.size()> areas_{};
+    std::optional<std::size_t> shown_;
+    std::optional<std::size_t> leaving_;  ///< while it fades away
+    Transition fade_{1, [this] { showFade(); }};
     std::vector<Subscription> subscriptions_;
 };
 

@@ -49,5 +49,24 @@ TEST(MenubarModules, MoveDownLeavesTheLastAndTheUnlisted) {
     EXPECT_EQ(moveModuleDown({}, disk), MenubarModules{});
 }
 
+TEST(MenubarModules, PlaceGivesAModuleThePlaceOfAnother) {
+    EXPECT_EQ(placeModule({icon, memory, fans, disk}, icon, fans), (MenubarModules{memory, fans, icon, disk}));
+    EXPECT_EQ(placeModule({icon, memory, fans, disk}, disk, memory), (MenubarModules{icon, disk, memory, fans}));
+}
+
+TEST(MenubarModules, PlacePutsInAModuleThatIsNotListed) {
+    EXPECT_EQ(placeModule({icon, memory}, disk, icon), (MenubarModules{disk, icon, memory}));
+}
+
+TEST(MenubarModules, PlaceNeedsAnotherListedModule) {
+    EXPECT_EQ(placeModule({icon, memory}, memory, memory), (MenubarModules{icon, memory}));
+    EXPECT_EQ(placeModule({icon, memory}, memory, disk), (MenubarModules{icon, memory}));
+    EXPECT_EQ(placeModule({}, memory, disk), MenubarModules{});
+}
+
+TEST(MenubarModules, PlaceTakesRepetitionsTogether) {
+    EXPECT_EQ(placeModule({memory, memory, icon}, memory, icon), (MenubarModules{icon, memory}));
+}
+
 }  // namespace
 }  // namespace kestro

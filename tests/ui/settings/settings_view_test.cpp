@@ -3,6 +3,7 @@
 #include "ui/controls/badge.h"
 #include "ui/controls/tab_strip.h"
 
+#include <QElapsedTimer>
 #include <QKeySequence>
 #include <QShortcut>
 
@@ -70,6 +71,40 @@ TEST_F(SettingsViewTest, GoesRoundTheTabsWithControlAndTab) {
 
     EXPECT_EQ(next, SettingsTab::menubar);
     EXPECT_EQ(settings().selectedSettingsTab.get(), SettingsTab::sensors);
+}
+
+TEST_F(SettingsViewTest, FadesOneTabIntoTheNext) {
+    open(SettingsTab::menubar);
+    motion::setReduced(false);
+    QWidget* before = view_->content(SettingsTab::menubar);
+
+    settings().selectedSettingsTab.set(SettingsTab::power);
+    EXPECT_TRUE(before->isVisible());
+    EXPECT_TRUE(view_->content(SettingsTab::power)->isVisible());
+
+    settings().selectedSettingsTab.set(SettingsTab::sensors);
+    EXPECT_FALSE(before->isVisible());
+    EXPECT_TRUE(view_->content(SettingsTab::power)->isVisible());
+
+    QElapsedTimer timer;
+    timer.start();
+    while (view_->content(SettingsTab::power)->isVisible() && timer.elapsed() < 5000) {
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    }
+    EXPECT_FALSE(view_->content(SettingsTab::power)->isVisible());
+    EXPECT_TRUE(view_->content(SettingsTab::sensors)->isVisible());
+}
+
+TEST_F(SettingsViewTest, KeepsTheFocusWhenTheTabThatHasItGoes) {
+    open(SettingsTab::dashboard);
+    view_->activateWindow();
+    QApplication::processEvents();
+    row("Compute & Silicon Core Topology").setFocus();
+    ASSERT_EQ(view_->focusWidget(), &row("Compute & Silicon Core Topology"));
+
+    settings().selectedSettingsTab.set(SettingsTab::power);
+
+    EXPECT_EQ(view_->focusWidget(), &strip());
 }
 
 TEST_F(SettingsViewTest, ClosesByItsChip) {

@@ -1,0 +1,96 @@
+#include "ui/settings/module_drag.h"
+
+#include "ui/controls/surface_paint.h"
+#include "ui/settings/module_row.h"
+#include "ui/theme/hairline.h"
+#include "ui/theme/kestro_theme.h"
+
+#include <QPainter>
+#include <QPixmap>
+
+#include <algorithm>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kRadius = 6;
+constexpr double kOpacity = 0.93;
+
+/// The dragged row as it looked when it was lifted.
+class RowPicture : public View {
+public:
+    RowPicture(ModuleRow& row, QWidget& canvas) : View(&canvas), picture_(row.grab()) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        resize(row.size());
+    }
+
+    AccessibleInfo accessibleInfo() const override {
+        AccessibleInfo info;
+        info.isDecoration = true;
+        return info;
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        paintRounded(painter, rect(), kRadius, Ink(KestroTheme::ground).faded(kOpacity).color());
+        kestroHairlineBorder(painter, rect(), kRadius, KestroTheme::hairlineStrong());
+        painter.drawPixmap(0, 0, picture_);
+    }
+
+private:
+    QPixmap picture_;
+};
+
+}  // namespace
+
+ModuleDrag::ModuleDrag(QWidget& canvas, const std::vector<ModuleRow*>& rows) : canvas_(canvas), rows_(rows) {}
+
+void ModuleDrag::moveTo(ModuleRow& row, const QPoint& globalPosition) {
+    if (picture_ == nullptr) {
+        picture_ = new RowPicture(row, canvas_);
+        grip_ = row.mapFromGlobal(globalPosition);
+        picture_->show();
+    }
+    picture_->move(canvas_.mapFromGlobal(globalPosition) - grip_);
+    ModuleRow* under = rowAt(globalPosition);
+    mark(under != &row && under != nullptr && under->isOn() ? under : nullptr);
+}
+
+void ModuleDrag::end(ModuleRow& row, bool isDropped) {
+    const ModuleRow* target = target_;
+    mark(nullptr);
+    if (picture_ != nullptr) {
+        // The list may just be hiding its children one by one.
+        picture_->hide();
+        picture_->deleteLater();
+        picture_ = nullptr;
+    }
+    if (isDropped && target != nullptr && onDropped_) {
+        onDropped_(row.module(), target->module());
+    }
+}
+
+ModuleRow* ModuleDrag::rowAt(const QPoint& globalPosition) const {
+    const auto found = std::ranges::find_if(rows_, [&globalPosition](const ModuleRow* row) {
+        return row->rect().contains(row->mapFromGlobal(globalPosition));
+    });
+    return found == rows_.end() ? nullptr : *found;
+}
+
+void ModuleDrag::mark(ModuleRow* target) {
+    if (target == target_) {
+        return;
+    }
+    if (target_ != nullptr) {
+        target_->setDropTarget(false);
+    }
+    target_ = target;
+    if (target_ != nullptr) {
+        target_->setDropTarget(true);
+    }
+}
+
+}  // namespace kestro

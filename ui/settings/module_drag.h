@@ -1,0 +1,47 @@
+#pragma once
+
+#include "core/settings/menubar_enumerations.h"
+
+#include <QPoint>
+#include <QPointer>
+
+#include <functional>
+#include <vector>
+
+class QWidget;
+
+namespace kestro {
+
+class ModuleRow;
+
+/// Rearranges the shown modules by the mouse: a picture of the dragged row follows the pointer, and the row
+/// whose place it would take is marked. Only places of shown modules can be taken. Main thread.
+class ModuleDrag {
+public:
+    /// `canvas` is what the picture moves over; it and the rows outlive the drag.
+    ModuleDrag(QWidget& canvas, const std::vector<ModuleRow*>& rows);
+
+    /// Called with the dragged module and the one whose place it takes.
+    void onDropped(std::function<void(MenubarModuleType, MenubarModuleType)> action) {
+        onDropped_ = std::move(action);
+    }
+
+    /// The pointer moved over the screen while it held the row.
+    void moveTo(ModuleRow& row, const QPoint& globalPosition);
+
+    /// The row was let go where it is, or the drag was given up.
+    void end(ModuleRow& row, bool isDropped);
+
+private:
+    ModuleRow* rowAt(const QPoint& globalPosition) const;
+    void mark(ModuleRow* target);
+
+    QWidget& canvas_;
+    const std::vector<ModuleRow*>& rows_;
+    QPointer<QWidget> picture_;
+    QPoint grip_;
+    ModuleRow* target_ = nullptr;
+    std::function<void(MenubarModuleType, MenubarModuleType)> onDropped_;
+};
+
+}  // namespace kestro
