@@ -35,10 +35,13 @@ TEST(ParseCoreList, IsBoundedForAbsurdRanges) {
 TEST(EfficiencyCores, AreThoseOfTheLowestCapacity) {
     EXPECT_EQ(efficiencyCores({{0, 459}, {1, 459}, {2, 1024}, {3, 1024}}), (CoreSet{0, 1}));
     EXPECT_EQ(efficiencyCores({{0, 1024}, {1, 870}, {2, 320}, {3, 325}}), (CoreSet{2, 3}));
+    EXPECT_EQ(efficiencyCores({{0, 100}, {1, 110}, {2, 111}, {3, 1000}}), (CoreSet{0, 1}));
+    EXPECT_EQ(efficiencyCores({{0, 899}, {1, 1000}}), (CoreSet{0}));
 }
 
 TEST(EfficiencyCores, AreNoneAmongCoresThatHardlyDiffer) {
     EXPECT_EQ(efficiencyCores({{0, 1024}, {1, 1009}, {2, 1024}}), CoreSet{});
+    EXPECT_EQ(efficiencyCores({{0, 900}, {1, 1000}}), CoreSet{});
     EXPECT_EQ(efficiencyCores({{0, 1024}}), CoreSet{});
     EXPECT_EQ(efficiencyCores({}), CoreSet{});
 }

@@ -223,6 +223,18 @@ TEST(LinuxMachHost, NoticesARamDiskThatIsSetUpLater) {
     EXPECT_EQ(host.hostStatistics64()->compressorPageCount, 2U);
 }
 
+TEST(LinuxMachHost, RamDisksOfAbsurdSizesFillWhatIsUsedAndNoMore) {
+    ManualClock clock;
+    TemporaryTree tree;
+    tree.copyFrom("vm");
+    for (const std::string disk : {"/sys/block/zram0", "/sys/block/zram1"}) {
+        tree.write(disk + "/disksize", "1073741824\n").write(disk + "/mm_stat", "9 9 9223372036854775808 0\n");
+    }
+    LinuxMachHost host(clock, tree.root(), 4096);
+
+    EXPECT_EQ(host.hostStatistics64()->compressorPageCount, 287272U / 4);
+}
+
 TEST(LinuxMachHost, LeavesTheZfsCacheAvailable) {
     ManualClock clock;
     TemporaryTree tree;

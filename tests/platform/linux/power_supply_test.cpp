@@ -71,6 +71,18 @@ TEST(ParsePowerSupply, LeavesOutWhatIsMalformed) {
     EXPECT_EQ(parsePowerSupply("").kind, Kind::other);
 }
 
+TEST(ParsePowerSupply, TakesNoAmountThatNoBatteryHolds) {
+    const auto largest =
+        parsePowerSupply("POWER_SUPPLY_ENERGY_NOW=9999999999\nPOWER_SUPPLY_POWER_NOW=-9999999999\n");
+    const auto absurd =
+        parsePowerSupply("POWER_SUPPLY_ENERGY_NOW=10000000000\nPOWER_SUPPLY_POWER_NOW=-10000000000\n");
+
+    EXPECT_EQ(largest.energyNow, 9'999'999'999);
+    EXPECT_EQ(largest.powerNow, 9'999'999'999);
+    EXPECT_FALSE(absurd.energyNow);
+    EXPECT_FALSE(absurd.powerNow);
+}
+
 TEST(ParseSupplyKind, TakesMainsUsbAndWirelessForChargers) {
     EXPECT_EQ(parseSupplyKind("Battery\n"), Kind::battery);
     EXPECT_EQ(parseSupplyKind("Mains\n"), Kind::charger);

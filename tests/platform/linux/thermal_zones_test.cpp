@@ -67,5 +67,18 @@ TEST(ReadThermalZones, SortsByNumberAndLeavesOutDisabledAndUnreadableOnes) {
     EXPECT_EQ(zones[1].type, "ten");
 }
 
+TEST(ReadThermalZones, TakesTheFirstOfHundreds) {
+    test::TemporaryTree tree;
+    for (int number = 0; number < 200; ++number) {
+        const auto zone = std::to_string(number);
+        tree.write("/sys/class/thermal/thermal_zone" + zone + "/type", zone);
+    }
+
+    const auto zones = readThermalZones(tree.root());
+
+    ASSERT_EQ(zones.size(), 128U);
+    EXPECT_EQ(zones.back().type, "127");
+}
+
 }  // namespace
 }  // namespace kestro
