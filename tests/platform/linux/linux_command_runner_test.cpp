@@ -1,13 +1,17 @@
 #include "platform/linux/linux_command_runner.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <signal.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <string>
 #include <thread>
 
+#include "platform/linux/descriptor.h"
 #include "tests/platform/linux/temporary_directory.h"
 
 namespace kestro {
@@ -59,7 +63,7 @@ TEST(LinuxCommandRunner, DrainsBothPipesWithoutDeadlock) {
 }
 
 TEST(LinuxCommandRunner, StopsAProgramThatFloodsItsOutput) {
-    const auto output = shell("cat /dev/zero", {100'000, 60s});
+    const auto output = shell("cat /dev/zero", {100'000, 24h});
 
     ASSERT_TRUE(output);
     EXPECT_EQ(output->standardOutput.size(), 100'000u);
@@ -90,10 +94,19 @@ TEST(LinuxCommandRunner, StopsAProgramThatClosesItsOutputAndStays) {
 }
 
 TEST(LinuxCommandRunner, StopsADescendantThatKeepsThePipeOpen) {
-    const auto output = shell("tail -f /dev/null & printf early", {1000, 200ms});
+    // Every process of the script holds the writing end of this pipe, which hangs up with the last of them.
+    const TemporaryDirectory folder;
+    const std::string pipe = folder / "alive";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const Descriptor held(open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+
+    const auto output = shell("exec 3>" + pipe + "; sleep 600 & printf early", {1000, 200ms});
 
     ASSERT_TRUE(output);
     EXPECT_EQ(output->standardOutput, "early");
+    pollfd end{held.get(), POLLIN, 0};
+    EXPECT_EQ(poll(&end, 1, 10'000), 1);
+    EXPECT_NE(end.revents & POLLHUP, 0);
 }
 
 TEST(LinuxCommandRunner, LeaksNoDescriptorAndGivesNoneAway) {
