@@ -4,6 +4,7 @@
 #include "bench/paired.h"
 #include "tests/support/simulated_services.h"
 #include "ui/popover/menu_bar_popover_view.h"
+#include "ui/settings/settings_view.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/motion.h"
 
@@ -82,6 +83,64 @@ void measurePopover() {
     KestroTheme::bind(nullptr);
 }
 
+std::unique_ptr<SettingsView> makeSettings(SimulatedServices& services) {
+    return std::make_unique<SettingsView>(services.services(), SettingsActions{});
+}
+
+/// The cooling tab, which has the most to build and the chart to keep current.
+void measureSettings() {
+    SimulatedServices services;
+    KestroTheme::bind(&services.settings());
+    services.settle();
+    Setting<SettingsTab>& tab = services.settings().selectedSettingsTab;
+    tab.set(SettingsTab::cooling);
+    const auto view = makeSettings(services);
+    view->show();
+    deliver();
+    const Work blit = blitOf(view->size());
+
+    std::vector<double> repaints;
+    for (int tick = 0; tick < 100; ++tick) {
+        services.advance(1s);
+        repaints.push_back(cost(deliver));
+    }
+    printRow("settings: repaint after a tick", fmt::format("{:.1f} us", median(repaints) / 1000), "", "", "10 ms");
+
+    FanCurveConfig curve = services.fanManager().leftCurve.get();
+    printPair("settings: one step of a slider",
+              measure(
+                  [&] {
+                      curve.lowTemp = curve.lowTemp < 60 ? curve.lowTemp + 1 : 30;
+                      services.fanManager().updateCurve(0, curve);
+                      deliver();
+                  },
+                  blit, 100),
+              "16 ms");
+    const auto change = [&] {
+        tab.set(tab.get() == SettingsTab::cooling ? SettingsTab::menubar : SettingsTab::cooling);
+        deliver();
+    };
+    change();
+    printPair("settings: another tab", measure(change, blit, 100), "16 ms");
+
+    services.mac.freeze();
+    services.advance(3s);
+    deliver();
+    printPair("settings: tick that changes nothing", measure(deliver, blit, 100), "");
+
+    tab.set(SettingsTab::cooling);
+    printPair("settings: made, shown and painted",
+              measure(
+                  [&] {
+                      const auto fresh = makeSettings(services);
+                      fresh->show();
+                      deliver();
+                  },
+                  blit, 30),
+              "120 ms");
+    KestroTheme::bind(nullptr);
+}
+
 }  // namespace
 }  // namespace kestro::bench
 
@@ -91,4 +150,5 @@ int main(int argc, char** argv) {
     kestro::motion::setReduced(true);
     kestro::bench::printHeader("Surfaces");
     kestro::bench::measurePopover();
+    kestro::bench::measureSettings();
 }
