@@ -4,7 +4,8 @@
 #include "ui/controls/ink.h"
 #include "ui/controls/surface_paint.h"
 
-#include <QGraphicsEffect>
+#include <QGraphicsOpacityEffect>
+#include <QImage>
 #include <QLinearGradient>
 #include <QMouseEvent>
 #include <QPainter>
@@ -25,62 +26,49 @@ constexpr int kThumbHitWidth = 14;
 constexpr double kRestOpacity = 0.16;
 constexpr double kHoverOpacity = 0.28;
 
-/// Lets what is scrolled out of sight vanish gradually. The glass behind shows through, so the fade is a mask
-/// of the content, not a paint over it.
-class FadeEffect : public QGraphicsEffect {
+}  // namespace
+
+/// Lets what is scrolled out of sight vanish into the surface behind. It lies over one edge of the content, so
+/// that a change elsewhere repaints no more than itself.
+class EdgeFade : public QWidget {
 public:
-    using QGraphicsEffect::QGraphicsEffect;
-
-    void setFades(const EdgeFades& fades) {
-        if (fades != fades_) {
-            fades_ = fades;
-            changed();
-        }
-    }
-
-    void setOpacity(double opacity) {
-        if (opacity != opacity_) {
-            opacity_ = opacity;
-            changed();
-        }
+    EdgeFade(Qt::Edge edge, QWidget* parent) : QWidget(parent), edge_(edge) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
     }
 
 protected:
-    void draw(QPainter* painter) override {
-        QPoint offset;
-        QPixmap picture = sourcePixmap(Qt::LogicalCoordinates, &offset, NoPad);
-        const double height = picture.height() / picture.devicePixelRatio();
-        const double width = picture.width() / picture.devicePixelRatio();
-        QPainter mask(&picture);
-        mask.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-        const auto fade = [&](double from, double to) {
-            QLinearGradient gradient(0, from, 0, to);
-            gradient.setColorAt(0, Qt::transparent);
-            gradient.setColorAt(1, Qt::black);
-            mask.fillRect(QRectF(0, std::min(from, to), width, std::abs(to - from)), gradient);
-        };
-        if (fades_.top > 0) {
-            fade(0, fades_.top);
-        }
-        if (fades_.bottom > 0) {
-            fade(height, height - fades_.bottom);
-        }
-        mask.end();
-        painter->setOpacity(opacity_);
-        painter->drawPixmap(offset, picture);
+    void paintEvent(QPaintEvent*) override {
+        QLinearGradient gradient(0, 0, 0, height());
+        gradient.setColorAt(edge_ == Qt::TopEdge ? 0 : 1, Qt::black);
+        gradient.setColorAt(edge_ == Qt::TopEdge ? 1 : 0, Qt::transparent);
+        const QImage behind = surfaceBehind(gradient);
+        // Content and surface are mixed as though the content had been masked before it was painted.
+        QPainter painter(this);
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+        painter.fillRect(rect(), gradient);
+        painter.setCompositionMode(QPainter::CompositionMode_Plus);
+        painter.drawImage(0, 0, behind);
     }
 
 private:
-    void changed() {
-        setEnabled(fades_ != EdgeFades{} || opacity_ < 1);
-        update();
+    /// What the area stands on, as strong as `mask` is opaque.
+    QImage surfaceBehind(const QBrush& mask) const {
+        const double scale = devicePixelRatioF();
+        QImage image((QSizeF(size()) * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(scale);
+        image.fill(Qt::transparent);
+        if (QWidget* surface = parentWidget()->parentWidget()) {
+            const QRect place(mapTo(surface, QPoint()), size());
+            surface->render(&image, QPoint(), QRegion(place), QWidget::RenderFlags());
+        }
+        QPainter painter(&image);
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+        painter.fillRect(rect(), mask);
+        return image;
     }
 
-    EdgeFades fades_;
-    double opacity_ = 1;
+    Qt::Edge edge_;
 };
-
-}  // namespace
 
 /// The thumb over the content's right margin. Dragging it scrolls.
 class ScrollThumb : public QWidget {
@@ -140,8 +128,11 @@ ScrollArea::ScrollArea(QWidget* content, QWidget* parent) : QScrollArea(parent) 
     setWidget(content);
     content->setAutoFillBackground(false);
     FocusRing::setHost(*content);
-    viewport()->setGraphicsEffect(new FadeEffect(viewport()));
-    viewport()->graphicsEffect()->setEnabled(false);
+    opacity_ = new QGraphicsOpacityEffect(viewport());
+    opacity_->setEnabled(false);
+    viewport()->setGraphicsEffect(opacity_);
+    topFade_ = new EdgeFade(Qt::TopEdge, this);
+    bottomFade_ = new EdgeFade(Qt::BottomEdge, this);
     thumb_ = new ScrollThumb(*verticalScrollBar(), this);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ScrollArea::follow);
     connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &ScrollArea::follow);
@@ -149,7 +140,8 @@ ScrollArea::ScrollArea(QWidget* content, QWidget* parent) : QScrollArea(parent) 
 }
 
 void ScrollArea::setContentOpacity(double opacity) {
-    static_cast<FadeEffect*>(viewport()->graphicsEffect())->setOpacity(opacity);
+    opacity_->setOpacity(opacity);
+    opacity_->setEnabled(opacity < 1);
 }
 
 void ScrollArea::resizeEvent(QResizeEvent* event) {
@@ -160,7 +152,13 @@ void ScrollArea::resizeEvent(QResizeEvent* event) {
 
 void ScrollArea::follow() {
     const QScrollBar& bar = *verticalScrollBar();
-    static_cast<FadeEffect*>(viewport()->graphicsEffect())->setFades(edgeFades(bar.value(), bar.maximum()));
+    const EdgeFades fades = edgeFades(bar.value(), bar.maximum());
+    const auto show = [this](EdgeFade& fade, double y, double height) {
+        fade.setGeometry(QRectF(0, y, width(), height).toRect());
+        fade.setVisible(height > 0);
+    };
+    show(*topFade_, 0, fades.top);
+    show(*bottomFade_, height() - fades.bottom, fades.bottom);
     thumb_->setVisible(bar.maximum() > 0);
     thumb_->update();
 }

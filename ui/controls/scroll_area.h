@@ -2,8 +2,11 @@
 
 #include <QScrollArea>
 
+class QGraphicsOpacityEffect;
+
 namespace kestro {
 
+class EdgeFade;
 class ScrollThumb;
 
 /// How much of a scrolled view's edges fade, in points; 0: not at all.
@@ -22,7 +25,7 @@ EdgeFades edgeFades(int position, int maximum);
 QRectF scrollThumb(double width, double viewHeight, int position, int maximum);
 
 /// Content that scrolls vertically when it is taller than the area: without frame or track, with a thin thumb
-/// and fading edges. Takes the width of the area.
+/// and edges that fade into what its parent paints. Takes the width of the area.
 class ScrollArea : public QScrollArea {
     Q_OBJECT
 
@@ -39,6 +42,9 @@ protected:
 private:
     void follow();
 
+    QGraphicsOpacityEffect* opacity_;
+    EdgeFade* topFade_;
+    EdgeFade* bottomFade_;
     ScrollThumb* thumb_;
 };
 

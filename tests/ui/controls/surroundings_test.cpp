@@ -147,6 +147,78 @@ TEST_F(SurroundingsTest, ScrollAreaScrollsContentThatIsTaller) {
     EXPECT_EQ(content->width(), 300);
 }
 
+/// Paints itself all over in one colour.
+class Filled : public QWidget {
+public:
+    explicit Filled(const QColor& color, QWidget* parent = nullptr) : QWidget(parent), color_(color) {}
+
+protected:
+    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), color_); }
+
+private:
+    QColor color_;
+};
+
+TEST_F(SurroundingsTest, ScrollAreaFadesItsContentIntoTheSurfaceBehind) {
+    Filled surface(QColor(255, 0, 0, 240));
+    surface.resize(300, 400);
+    auto* content = new Filled(Qt::blue);
+    content->setFixedHeight(900);
+    ScrollArea area(content, &surface);
+    area.resize(300, 400);
+    surface.show();
+    QApplication::processEvents();
+    const auto column = [&surface](int y) { return picture(surface).pixelColor(100, y); };
+
+    EXPECT_EQ(column(0), QColor(Qt::blue));
+    EXPECT_EQ(column(381), QColor(Qt::blue));
+    EXPECT_NEAR(column(391).blue(), 128, 8);
+    EXPECT_NEAR(column(399).alpha(), 240, 2);
+    EXPECT_LT(column(399).blue(), 12);
+    area.verticalScrollBar()->setValue(500);
+    EXPECT_LT(column(0).blue(), 14);
+    EXPECT_EQ(column(399), QColor(Qt::blue));
+}
+
+TEST_F(SurroundingsTest, ScrollAreaRepaintsNoMoreThanWhatChanges) {
+    Filled surface(Qt::red);
+    surface.resize(300, 400);
+    auto* content = new QWidget;
+    content->setFixedHeight(900);
+    Filled changing(Qt::blue, content);
+    changing.setGeometry(0, 100, 300, 20);
+    Filled other(Qt::green, content);
+    other.setGeometry(0, 200, 300, 20);
+    ScrollArea area(content, &surface);
+    area.resize(300, 400);
+    surface.show();
+    QApplication::processEvents();
+    PaintCounter paints(other);
+
+    changing.update();
+    QApplication::processEvents();
+
+    EXPECT_EQ(paints.count, 0);
+    changing.setParent(nullptr);
+    other.setParent(nullptr);
+}
+
+TEST_F(SurroundingsTest, ScrollAreaShowsItsContentAsStrongAsAsked) {
+    Filled surface(Qt::red);
+    surface.resize(300, 400);
+    ScrollArea area(new Filled(Qt::blue), &surface);
+    area.resize(300, 400);
+    surface.show();
+    QApplication::processEvents();
+    const auto middle = [&surface] { return picture(surface).pixelColor(100, 200); };
+
+    area.setContentOpacity(0.5);
+    EXPECT_NEAR(middle().blue(), 128, 3);
+    EXPECT_NEAR(middle().red(), 127, 3);
+    area.setContentOpacity(1);
+    EXPECT_EQ(middle(), QColor(Qt::blue));
+}
+
 TEST_F(SurroundingsTest, BarKeepsAShortFillWithinItsTrack) {
     QImage image(40, 4, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
