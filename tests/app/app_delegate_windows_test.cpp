@@ -338,7 +338,7 @@ TEST_F(AppDelegateShortcuts, WorkInTheDashboard) {
     EXPECT_TRUE(isSettingsShown());
     press(window, "F11");
     EXPECT_TRUE(window.isFullScreen());
-    press(window, "Ctrl+Shift+F");
+    press(window, "Ctrl+Meta+F");
     EXPECT_FALSE(window.isFullScreen());
     press(window, "Ctrl+D");
     EXPECT_FALSE(window.isVisible());

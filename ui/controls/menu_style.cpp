@@ -31,6 +31,7 @@ constexpr int kTextX = 30;
 constexpr int kSymbolSize = 12;
 constexpr int kSymbolRoom = 20;
 constexpr int kRightMargin = 10;
+constexpr int kTitleMargin = 46;
 constexpr int kShortcutGap = 28;
 constexpr double kRowRadius = 5;
 constexpr double kSeparatorInset = 10;
@@ -175,18 +176,18 @@ QSize MenuStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
         // A size without a width would count as hidden.
         return {1, kSeparatorHeight};
     }
-    QString text = item->text;
-    text.replace(QStringLiteral("&&"), QStringLiteral("&"));
-    const qsizetype tab = text.lastIndexOf(QLatin1Char('\t'));
+    QString title = item->text;
+    title.replace(QStringLiteral("&&"), QStringLiteral("&"));
+    return {rowWidth(title, {}, symbolRoom(widget) > 0) - 2 * kPadding, kRowHeight};
+}
+
+int MenuStyle::rowWidth(const QString& title, const QString& shortcut, bool hasSymbols) {
     TextStyle widest = kTitle;
     widest.weight = QFont::DemiBold;
-    double width = kTextX - kPadding + symbolRoom(widget) + textWidth(text.left(tab), widest) + kRightMargin;
-    if (tab >= 0) {
-        width += kShortcutGap + textWidth(text.mid(tab + 1), kShortcut);
-    } else if (item->menuItemType == QStyleOptionMenuItem::SubMenu) {
-        width += kShortcutGap;
-    }
-    return {static_cast<int>(std::ceil(width)), kRowHeight};
+    const double end = shortcut.isEmpty()
+                           ? kTitleMargin
+                           : kShortcutGap + textWidth(shortcut, kShortcut) + kRightMargin + kPadding;
+    return static_cast<int>(std::ceil(kTextX + (hasSymbols ? kSymbolRoom : 0) + textWidth(title, widest) + end));
 }
 
 int MenuStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {

@@ -19,6 +19,9 @@ public:
 
     static constexpr double kCornerRadius = 8;
 
+    /// How wide a menu must be for an entry, from edge to edge. A shortcut needs room beside its own title only.
+    static int rowWidth(const QString& title, const QString& shortcut, bool hasSymbols);
+
     /// The one instance; it dies with the application.
     static MenuStyle& shared();
 

@@ -6,6 +6,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QScreen>
 #include <QTimer>
 
 #include <algorithm>
@@ -14,10 +15,23 @@ namespace kestro {
 
 namespace {
 
+constexpr int kScreenMargin = 8;
+
 /// A title that QAction does not read as a mnemonic or a shortcut.
 QString escaped(const QString& title) {
     QString text = singleLine(title);
     return text.replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
+
+/// The start of a menu as close to `wanted` as it does not touch the right edge of the screen.
+QPoint awayFromTheEdge(const QPoint& wanted, int width) {
+    const QScreen* screen = QGuiApplication::screenAt(wanted);
+    if (screen == nullptr) {
+        return wanted;
+    }
+    const QRect available = screen->availableGeometry();
+    const int last = available.x() + available.width() - kScreenMargin - width;
+    return {std::max(available.x(), std::min(wanted.x(), last)), wanted.y()};
 }
 
 }  // namespace
@@ -41,16 +55,20 @@ PopupMenu::PopupMenu(const std::vector<MenuEntry>& entries, QWidget* parent) : Q
     setWindowFlag(Qt::FramelessWindowHint);
     setWindowFlag(Qt::NoDropShadowWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
-    setProperty(MenuStyle::kSymbolProperty,
-                std::ranges::any_of(entries, [](const MenuEntry& entry) { return !entry.symbol.isEmpty(); }));
+    const bool hasSymbols =
+        std::ranges::any_of(entries, [](const MenuEntry& entry) { return !entry.symbol.isEmpty(); });
+    setProperty(MenuStyle::kSymbolProperty, hasSymbols);
+    int width = 0;
     for (const MenuEntry& entry : entries) {
         add(entry);
+        width = std::max(width, MenuStyle::rowWidth(singleLine(entry.title), entry.shortcut, hasSymbols));
     }
+    setMinimumWidth(width);
 }
 
 void PopupMenu::openAt(const QPoint& position) {
     connect(this, &QMenu::aboutToHide, this, &QObject::deleteLater);
-    popup(position);
+    popup(awayFromTheEdge(position, sizeHint().width()));
 }
 
 void PopupMenu::showEvent(QShowEvent* event) {
@@ -71,7 +89,7 @@ void PopupMenu::add(const MenuEntry& entry) {
     const QString title = escaped(entry.title);
     QAction* action = nullptr;
     if (entry.submenu.empty()) {
-        action = addAction(entry.shortcut.isEmpty() ? title : title + QLatin1Char('\t') + entry.shortcut);
+        action = addAction(title);
     } else {
         auto* submenu = new PopupMenu(entry.submenu, this);
         submenu->setTitle(title);

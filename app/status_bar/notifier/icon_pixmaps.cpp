@@ -11,15 +11,15 @@ namespace {
 
 constexpr std::array iconSizes{16, 22, 24, 32, 44, 48, 64};
 
-/// A symbol's share of its square beside a label: as tall as the text that panels set.
-constexpr double besideLabel = 0.75;
+/// A symbol's share of its square among labels: as tall as the text that panels set.
+constexpr double amongLabels = 0.75;
 
 QImage paintedIcon(const NotifierIcon& icon, int pixels, PanelScheme scheme) {
     if (const auto* glance = std::get_if<StatusGlance>(&icon)) {
         return glanceIcon(*glance, pixels, scheme);
     }
     const auto& symbol = std::get<NotifierSymbol>(icon);
-    return symbolIcon(symbol.name, pixels, symbol.isBesideLabel ? besideLabel : 1, scheme);
+    return symbolIcon(symbol.name, pixels, symbol.isAmongLabels ? amongLabels : 1, scheme);
 }
 
 /// Where the panel's scheme is only a guess, the icon gets a halo that keeps it readable on the other one.

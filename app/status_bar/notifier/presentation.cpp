@@ -58,9 +58,9 @@ NotifierPresentation notifierPresentation(const StatusContent& content, LabelSup
     if (hasValues && !isTextVisible) {
         shown.icon = *content.glance;
     } else if (content.symbol) {
-        shown.icon = NotifierSymbol{content.symbol->name, isTextVisible};
+        shown.icon = NotifierSymbol{content.symbol->name, labels != LabelSupport::hidden};
     } else if (!isTextVisible) {
-        shown.icon = NotifierSymbol{defaultSymbol, false};
+        shown.icon = NotifierSymbol{defaultSymbol, labels != LabelSupport::hidden};
     }
     if (isTextVisible && labels == LabelSupport::shownWithoutMargin) {
         shown.label += QLatin1Char(' ');

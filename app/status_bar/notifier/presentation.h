@@ -15,10 +15,10 @@ enum class LabelSupport {
     shownWithoutMargin,  ///< it stands beside the icon and touches the next item
 };
 
-/// A symbol as an icon. Beside a label it is smaller, as tall as the text.
+/// A symbol as an icon. Among labels it is smaller, as tall as the text of its own or of the items beside it.
 struct NotifierSymbol {
     QString name;
-    bool isBesideLabel = false;
+    bool isAmongLabels = false;
 
     friend bool operator==(const NotifierSymbol&, const NotifierSymbol&) = default;
 };

@@ -41,7 +41,7 @@ TEST_F(MainMenu, ListsItsFourteenRowsInOrder) {
 
     EXPECT_THAT(lines,
                 ElementsAre("(Kestro Telemetry)", "---", "Quick Glance Popover", "Full Studio Dashboard [Ctrl+D]",
-                            "Toggle Full Screen [Ctrl+Shift+F]", "Settings... [Ctrl+,]",
+                            "Toggle Full Screen [Ctrl+Meta+F]", "Settings... [Ctrl+,]",
                             "Pin Window on Top [Ctrl+P]", "---", "Activate Indefinitely", "---", "Keep Awake >",
                             "Fan Performance >", "Power Delivery Mode >", "Quit Kestro [Ctrl+Q]"));
 }

@@ -71,6 +71,17 @@ TEST(NotifierPresentation, NeedsNoIconBesideALabelButAlwaysOneWithout) {
     EXPECT_EQ(notifierPresentation(content, LabelSupport::shown).title, QStringLiteral("Kestro"));
 }
 
+TEST(NotifierPresentation, KeepsASymbolWithoutTextAsTallAsItsNeighbours) {
+    StatusContent content = readout();
+    content.title.text.clear();
+    content.glance.reset();
+    const QString symbol = content.symbol->name;
+
+    EXPECT_EQ(notifierPresentation(content, LabelSupport::shown).icon, NotifierIcon(NotifierSymbol{symbol, true}));
+    EXPECT_EQ(notifierPresentation(content, LabelSupport::hidden).icon,
+              NotifierIcon(NotifierSymbol{symbol, false}));
+}
+
 TEST(NotifierPresentation, EscapesMarkup) {
     EXPECT_EQ(escapedMarkup(QStringLiteral("<b>a</b> & \"c\"\nd")),
               QStringLiteral("&lt;b&gt;a&lt;/b&gt; &amp; &quot;c&quot;<br/>d"));

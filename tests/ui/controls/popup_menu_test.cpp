@@ -97,6 +97,32 @@ TEST_F(PopupMenuTest, MakesRoomForTheShortcut) {
     EXPECT_GT(PopupMenu({withShortcut}).sizeHint().width(), PopupMenu({plain}).sizeHint().width() + 28);
 }
 
+TEST_F(PopupMenuTest, GivesAShortcutRoomBesideItsOwnTitleOnly) {
+    MenuEntry longTitle = entry("Deactivate Keep-Awake (14m 05s)");
+    MenuEntry withShortcut = entry("Settings...");
+    withShortcut.shortcut = QStringLiteral("Ctrl+,");
+
+    EXPECT_EQ(PopupMenu({longTitle, withShortcut}).sizeHint().width(), PopupMenu({longTitle}).sizeHint().width());
+}
+
+TEST_F(PopupMenuTest, SaysItsTitleWithoutTheShortcut) {
+    MenuEntry withShortcut = entry("Settings...");
+    withShortcut.shortcut = QStringLiteral("Ctrl+,");
+
+    EXPECT_EQ(PopupMenu({withShortcut}).actions()[0]->text(), QStringLiteral("Settings..."));
+}
+
+TEST_F(PopupMenuTest, OpensAwayFromTheRightEdgeOfTheScreen) {
+    auto* menu = new PopupMenu({entry("Silent")});
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+
+    menu->openAt({screen.right() - 20, 40});
+
+    EXPECT_EQ(menu->geometry().right(), screen.right() - 8);
+    EXPECT_EQ(menu->y(), 40);
+    menu->close();
+}
+
 TEST_F(PopupMenuTest, CutsItsCornersOffWhereWindowsAreNotBlended) {
     PopupMenu menu({entry("Silent"), entry("Cool")});
     menu.ensurePolished();
