@@ -18,8 +18,10 @@ namespace kestro {
 /// if any, as one argument of type a{sv}. A shell posts one with
 ///
 ///     gdbus emit --session --object-path /kestro/notify --signal kestro.notify.togglePopover
-///     gdbus emit --session --object-path /kestro/notify --signal kestro.notify.showSettings "{'tab':
-///     <'Keep-Awake'>}" busctl --user emit /kestro/notify kestro.notify showSettings 'a{sv}' 1 tab s Keep-Awake
+///
+/// or, with user info, with
+///
+///     busctl --user emit /kestro/notify kestro.notify showSettings 'a{sv}' 1 tab s Keep-Awake
 ///
 /// Signals of any sender are taken, this process included. Nothing in them is trusted: an argument of another
 /// type, or with more than 64 entries, is taken as no user info, a value that is not a text of at most 4096

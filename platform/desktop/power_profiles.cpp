@@ -70,14 +70,21 @@ PowerProfiles::~PowerProfiles() {
 std::string PowerProfiles::pmsetReport() {
     std::optional<PowerProfile> profile;
     bool hasDaemon = false;
+    bool isUnclear = false;
     {
         std::unique_lock lock(mutex_);
         changed_.wait_for(lock, timing_.firstAnswer, [this] { return shared_.isKnown || shared_.isClosed; });
         profile = shared_.active;
         hasDaemon = shared_.hasDaemon;
+        isUnclear = hasDaemon && !profile && shared_.isKnown && !shared_.isClosed;
     }
     if (!hasDaemon) {
         profile = platformProfile_.read();
+    }
+    if (isUnclear) {
+        // One that had just started may have answered before it could; the next report has what it says now.
+        QMetaObject::invokeMethod(
+            this, [this] { readActiveProfile(); }, Qt::QueuedConnection);
     }
     return "System-wide power settings:\nCurrently in use:\n" +
            (profile ? fmt::format(" {:<20} {}\n", "powermode", static_cast<int>(*profile)) : std::string());

@@ -125,18 +125,20 @@ bool DesktopSession::startDisplay() {
     return true;
 }
 
-QString DesktopSession::startBus() {
+QString DesktopSession::startBus(const QString& socket) {
+    // In the session's folder, where nothing of it is left when the daemon is killed.
     QProcess& daemon =
         start(QStringLiteral("dbus-daemon"),
-              {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
+              {QStringLiteral("--session"), QStringLiteral("--nofork"),
+               QStringLiteral("--address=unix:path=") + path(socket), QStringLiteral("--print-address")});
     return firstLine(daemon);
 }
 
 bool DesktopSession::startBuses() {
-    const QString sessionAddress = startBus();
+    const QString sessionAddress = startBus(QStringLiteral("session-bus"));
     environment_.insert(sessionBusVariable, sessionAddress);
     // Not the machine's own, whose services would answer.
-    const QString systemAddress = startBus();
+    const QString systemAddress = startBus(QStringLiteral("system-bus"));
     environment_.insert(systemBusVariable, systemAddress);
     if (sessionAddress.isEmpty() || systemAddress.isEmpty() ||
         !QDBusConnection::connectToBus(sessionAddress, connectionName_).isConnected()) {

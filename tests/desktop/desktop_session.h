@@ -105,7 +105,7 @@ public:
 private:
     bool startDisplay();
     bool startBuses();
-    QString startBus();
+    QString startBus(const QString& socket);
     std::vector<qint64> processesOfSession() const;
 
     QTemporaryDir folder_;

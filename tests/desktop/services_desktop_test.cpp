@@ -47,25 +47,11 @@ constexpr AwakeService logind{"org.freedesktop.login1", Bus::system,
 /// One of these services on its bus: it grants every wish and remembers who holds the lock.
 class GrantingService {
 public:
-    GrantingService(DesktopSession& session, const AwakeService& service)
-        : service_(service),
-          fake_(std::make_unique<FakeService>(session.connect(service.bus), QString::fromUtf8(service.name))) {
-        const auto grant = [this](const QDBusMessage& call) {
-            {
-                const std::lock_guard lock(mutex_);
-                holder_ = call.service();
-            }
-            if (service_.release == nullptr) {
-                return call.createReply(QVariant::fromValue(pipe_->writeEnd()));
-            }
-            if (&service_ == &portal) {
-                return call.createReply(QVariant::fromValue(
-                    QDBusObjectPath(QStringLiteral("/org/freedesktop/portal/desktop/request/1_7/kestro1"))));
-            }
-            return call.createReply(7U);
-        };
-        fake_->answer(QStringLiteral("Inhibit"), grant);
-        fake_->answer(QStringLiteral("AddInhibition"), grant);
+    GrantingService(DesktopSession& session, const AwakeService& service) : service_(service) {
+        const auto answer = [this](const QDBusMessage& call) { return grant(call); };
+        fake_ = std::make_unique<FakeService>(
+            session.connect(service.bus), QString::fromUtf8(service.name),
+            FakeService::Answers{{QStringLiteral("Inhibit"), answer}, {QStringLiteral("AddInhibition"), answer}});
     }
 
     FakeService& fake() { return *fake_; }
@@ -81,8 +67,8 @@ public:
 
     bool isReleased(std::ptrdiff_t times = 1) {
         if (service_.release == nullptr) {
-            pipe_->closeWriteEnd();
-            return waitUntil([&] { return !pipe_->isHeldBySomebody(); });
+            pipe_.closeWriteEnd();
+            return waitUntil([&] { return !pipe_.isHeldBySomebody(); });
         }
         return waitUntil([&] { return count(service_.release) == times; });
     }
@@ -94,8 +80,21 @@ public:
     }
 
 private:
+    QDBusMessage grant(const QDBusMessage& call) {
+        const std::lock_guard lock(mutex_);
+        holder_ = call.service();
+        if (service_.release == nullptr) {
+            return call.createReply(QVariant::fromValue(pipe_.writeEnd()));
+        }
+        if (&service_ == &portal) {
+            return call.createReply(QVariant::fromValue(
+                QDBusObjectPath(QStringLiteral("/org/freedesktop/portal/desktop/request/1_7/kestro1"))));
+        }
+        return call.createReply(7U);
+    }
+
     const AwakeService& service_;
-    std::unique_ptr<LockPipe> pipe_ = std::make_unique<LockPipe>();
+    LockPipe pipe_;
     mutable std::mutex mutex_;
     QString holder_;
     std::unique_ptr<FakeService> fake_;  // last: its thread uses the others
@@ -231,20 +230,10 @@ const QString high = QStringLiteral("High Power");
 /// A power-profiles daemon under one of its names.
 class ProfilesDaemon {
 public:
-    ProfilesDaemon(DesktopSession& session, const QString& name) : fake_(session.connect(Bus::system), name) {
-        fake_.answer(QStringLiteral("Get"), [this](const QDBusMessage& call) {
-            const std::lock_guard lock(mutex_);
-            ++reads_;
-            return call.createReply(QVariant::fromValue(QDBusVariant(active_)));
-        });
-        fake_.answer(QStringLiteral("Set"), [this](const QDBusMessage& call) {
-            const std::lock_guard lock(mutex_);
-            wishes_.append(call.arguments().at(2).value<QDBusVariant>().variant().toString());
-            active_ = reverts_ ? active_ : wishes_.last();
-            readsBeforeWish_ = reads_;
-            return call.createReply();
-        });
-    }
+    ProfilesDaemon(DesktopSession& session, const QString& name)
+        : fake_(session.connect(Bus::system), name,
+                {{QStringLiteral("Get"), [this](const QDBusMessage& call) { return get(call); }},
+                 {QStringLiteral("Set"), [this](const QDBusMessage& call) { return set(call); }}}) {}
 
     /// From now on every wish is accepted and undone at once.
     void revert() {
@@ -263,6 +252,20 @@ public:
     }
 
 private:
+    QDBusMessage get(const QDBusMessage& call) {
+        const std::lock_guard lock(mutex_);
+        ++reads_;
+        return call.createReply(QVariant::fromValue(QDBusVariant(active_)));
+    }
+
+    QDBusMessage set(const QDBusMessage& call) {
+        const std::lock_guard lock(mutex_);
+        wishes_.append(call.arguments().at(2).value<QDBusVariant>().variant().toString());
+        active_ = reverts_ ? active_ : wishes_.last();
+        readsBeforeWish_ = reads_;
+        return call.createReply();
+    }
+
     mutable std::mutex mutex_;
     QString active_ = QStringLiteral("power-saver");
     QStringList wishes_;

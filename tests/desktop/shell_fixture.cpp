@@ -15,11 +15,12 @@ namespace kestro {
 namespace {
 
 /// Runs its second argument with its first one, a folder, in the place of /tmp, where the command file lies that
-/// other programs of this machine watch as well. What else is in /tmp can be found in it under the same names.
-constexpr auto withItsOwnTmp = R"(
-mkdir -p "$0/old" && mount --bind /tmp "$0/old" || exit 1
-for entry in /tmp/* /tmp/.X11-unix; do ln -sf "old/${entry#/tmp/}" "$0/${entry#/tmp/}"; done
-mount --rbind "$0" /tmp && )";
+/// other programs of this machine watch as well. The session's folder and the display are found in it under the
+/// same names.
+constexpr auto withItsOwnTmp = R"sh(
+cd "$0" && mkdir -p old && mount --bind /tmp old || exit 1
+ln -sfn "old/$(basename "$(dirname "$0")")" old/.X11-unix .
+mount --rbind "$0" /tmp && )sh";
 
 /// A user who is not root needs a namespace to mount in, and another one to be himself again.
 QStringList privately(const QString& tmp) {

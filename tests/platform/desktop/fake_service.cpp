@@ -6,7 +6,6 @@
 #include <QStringList>
 #include <QVariantMap>
 
-#include <map>
 #include <stdexcept>
 #include <utility>
 
@@ -76,17 +75,18 @@ public:
     }
 
     mutable std::mutex mutex;
-    std::map<QString, Answer> answers;
+    Answers answers;
     std::vector<std::string> calls;
     std::vector<std::pair<QDBusMessage, QDBusConnection>> held;
     bool holding = false;
 };
 
-FakeService::FakeService(const QDBusConnection& connection, const QString& name)
+FakeService::FakeService(const QDBusConnection& connection, const QString& name, Answers answers)
     : connection_(connection), name_(name), object_(new Object) {
     if (!connection_.registerVirtualObject(QStringLiteral("/"), object_, QDBusConnection::SubPath)) {
         throw std::runtime_error("cannot register the fake service's object");
     }
+    object_->answers = std::move(answers);
     object_->moveToThread(&thread_);
     thread_.start();
     appear();

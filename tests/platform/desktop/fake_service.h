@@ -7,6 +7,7 @@
 #include <QThread>
 
 #include <functional>
+#include <map>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -19,7 +20,10 @@ class FakeService {
 public:
     using Answer = std::function<QDBusMessage(const QDBusMessage& call)>;
 
-    FakeService(const QDBusConnection& connection, const QString& name);
+    using Answers = std::map<QString, Answer>;
+
+    /// With `answers` the service knows from its first moment on the bus how to answer those members.
+    FakeService(const QDBusConnection& connection, const QString& name, Answers answers = {});
     ~FakeService();
     FakeService(const FakeService&) = delete;
     FakeService& operator=(const FakeService&) = delete;

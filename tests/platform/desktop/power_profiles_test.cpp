@@ -41,16 +41,18 @@ std::string reportOf(char mode) {
 /// A daemon whose profile is a variable.
 class FakeDaemon {
 public:
-    FakeDaemon(const QDBusConnection& connection, const QString& name) : name_(name), service(connection, name) {
-        service.answer(QStringLiteral("Get"), [this](const QDBusMessage& call) {
-            return call.createReply(QVariant::fromValue(QDBusVariant(profile())));
-        });
-        service.answer(QStringLiteral("Set"), [this](const QDBusMessage& call) {
-            wasInteractive = call.isInteractiveAuthorizationAllowed();
-            setProfile(call.arguments().at(2).value<QDBusVariant>().variant());
-            return call.createReply();
-        });
-    }
+    FakeDaemon(const QDBusConnection& connection, const QString& name)
+        : name_(name),
+          service(connection, name,
+                  {{QStringLiteral("Get"),
+                    [this](const QDBusMessage& call) {
+                        return call.createReply(QVariant::fromValue(QDBusVariant(profile())));
+                    }},
+                   {QStringLiteral("Set"), [this](const QDBusMessage& call) {
+                        wasInteractive = call.isInteractiveAuthorizationAllowed();
+                        setProfile(call.arguments().at(2).value<QDBusVariant>().variant());
+                        return call.createReply();
+                    }}}) {}
 
     QVariant profile() const {
         const std::lock_guard lock(mutex_);
@@ -170,6 +172,18 @@ TEST_F(PowerProfilesTest, ReadingAsksTheDaemonOnce) {
 
     EXPECT_THAT(daemon.service.calls(),
                 ElementsAre("Get(\"org.freedesktop.UPower.PowerProfiles\", \"ActiveProfile\")"));
+}
+
+TEST_F(PowerProfilesTest, ADaemonThatRefusedIsAskedAgainByTheNextReading) {
+    FakeDaemon daemon(bus.connect(), newName);
+    daemon.service.refuse(QStringLiteral("Get"));
+    EXPECT_EQ(report(), header);
+
+    daemon.service.answer(QStringLiteral("Get"), [](const QDBusMessage& call) {
+        return call.createReply(QVariant::fromValue(QDBusVariant(QStringLiteral("performance"))));
+    });
+
+    EXPECT_TRUE(reports(reportOf('2')));
 }
 
 TEST_F(PowerProfilesTest, FollowWhatTheDaemonAnnounces) {
