@@ -3,8 +3,11 @@
 #include "ui/controls/card.h"
 #include "ui/controls/words.h"
 #include "ui/fancurve/fan_curve_canvas_view.h"
+#include "ui/settings/module_row.h"
 #include "ui/settings/settings_view.h"
 
+#include <QApplication>
+#include <QMouseEvent>
 #include <QVBoxLayout>
 
 namespace kestro::shots {
@@ -54,6 +57,28 @@ void addCooling(std::vector<Scene>& scenes) {
     Scene fanless = tabScene(QStringLiteral("cooling-fanless"), SettingsTab::cooling);
     fanless.arrange = [](SimulatedMac& mac) { mac.smc.setFans({}); };
     scenes.push_back(std::move(fanless));
+}
+
+/// Every module on, which is more than the bar has room for, and one of them on its way to another place.
+Scene crowdedScene() {
+    Scene scene =
+        tabScene(QStringLiteral("menubar-crowded"), SettingsTab::menubar, [](SimulatedServices& services) {
+            const auto& all = allCases<MenubarModuleType>();
+            services.settings().activeMenubarModules.set({all.begin(), all.end()});
+            services.settings().showDedicatedFanItem.set(true);
+            services.keepAwake().activate(KeepAwakeDuration::hours4);
+        });
+    scene.work = [](QWidget& view) {
+        const auto rows = view.findChildren<ModuleRow*>();
+        const auto send = [&rows](QEvent::Type type, const QPoint& position) {
+            QMouseEvent event(type, position, rows[0]->mapToGlobal(position), Qt::LeftButton, Qt::LeftButton,
+                              Qt::NoModifier);
+            QApplication::sendEvent(rows[0], &event);
+        };
+        send(QEvent::MouseButtonPress, {60, 14});
+        send(QEvent::MouseMove, {74, 14 + 3 * ModuleRow::kRowHeight});
+    };
+    return scene;
 }
 
 /// A machine without a battery.
@@ -152,6 +177,7 @@ std::vector<Scene> settingsScenes() {
                  [](SimulatedServices& services) { services.keepAwake().activate(KeepAwakeDuration::minutes15); }),
         tabScene(QStringLiteral("power"), SettingsTab::power),
         acScene(),
+        crowdedScene(),
         tabScene(QStringLiteral("dashboard"), SettingsTab::dashboard),
         tabScene(QStringLiteral("appearance"), SettingsTab::appearance),
         tabScene(QStringLiteral("sensors"), SettingsTab::sensors),

@@ -10,7 +10,9 @@
 
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace kestro {
 
@@ -24,25 +26,44 @@ constexpr double kSymbolGap = 4;
 constexpr double kExtraSymbol = 13;
 const QColor kKeepAwakeOrange = QColor::fromRgbF(1.0F, 0.62F, 0.04F);
 
-/// Paints an item with its right edge at `right`; returns its left edge.
-double paintItem(QPainter& painter, double right, double middle, const QString& symbol, double symbolSize,
-                 const QString& text, const TextStyle& style) {
-    double left = right;
-    if (!text.isEmpty()) {
-        const double width = std::ceil(textWidth(text, style));
-        left -= width;
-        drawText(painter, QRectF(left, middle - kBarHeight / 2, width, kBarHeight), text, style, Qt::AlignLeft,
-                 TextFit::value);
-    }
-    if (!symbol.isEmpty()) {
-        left -= symbolSize + (text.isEmpty() ? 0 : kSymbolGap);
-        SymbolPainter::paint(painter, symbol, QRectF(left, middle - symbolSize / 2, symbolSize, symbolSize),
+/// A symbol and a text beside it; either may be absent.
+struct Item {
+    QString symbol;
+    double symbolSize = 0;
+    QString text;
+    TextStyle style;
+
+    double textLeft() const { return symbol.isEmpty() ? 0 : symbolSize + (text.isEmpty() ? 0 : kSymbolGap); }
+    double width() const { return textLeft() + std::ceil(textWidth(text, style)); }
+};
+
+void paintItem(QPainter& painter, const QRectF& area, const Item& item) {
+    if (!item.symbol.isEmpty()) {
+        const double top = area.center().y() - item.symbolSize / 2;
+        SymbolPainter::paint(painter, item.symbol, QRectF(area.left(), top, item.symbolSize, item.symbolSize),
                              KestroTheme::textPrimary());
     }
-    return left;
+    drawText(painter, area.adjusted(item.textLeft(), 0, 0, 0), item.text, item.style);
 }
 
 }  // namespace
+
+std::vector<QRectF> previewItems(const QRectF& bar, std::vector<double> widths) {
+    std::vector<QRectF> areas(widths.size());
+    if (widths.empty()) {
+        return areas;
+    }
+    const double gaps = kItemGap * static_cast<double>(widths.size() - 1);
+    const double others = std::accumulate(widths.begin(), widths.end() - 1, 0.0);
+    const double room = bar.width() - 2 * kBarPadding - gaps - others;
+    widths.back() = std::min(widths.back(), std::max(0.0, room));
+    double right = bar.right() - kBarPadding;
+    for (std::size_t i = widths.size(); i-- > 0;) {
+        areas[i] = QRectF(right - widths[i], bar.top(), widths[i], bar.height());
+        right = areas[i].left() - kItemGap;
+    }
+    return areas;
+}
 
 MenubarPreview::MenubarPreview(const KestroServices& services, QWidget* parent)
     : View(parent), services_(services) {
@@ -82,19 +103,25 @@ void MenubarPreview::paintEvent(QPaintEvent*) {
     const QRectF bar(kInset, (height() - kBarHeight) / 2, width() - 2 * kInset, kBarHeight);
     paintRounded(painter, bar, 4, Ink(QColor(Qt::black)).faded(0.5).color());
     painter.setClipRect(bar);
-    const double middle = bar.center().y();
-    const ReadoutSymbol symbol = readout_.symbol.value_or(ReadoutSymbol{{}, {}, 0});
-    double right = paintItem(painter, bar.right() - kBarPadding, middle, Words(symbol.name), symbol.pointSize,
-                             QString::fromStdString(readout_.title).trimmed(), text);
-    if (showsFan_) {
-        right = paintItem(painter, right - kItemGap, middle, QStringLiteral("fanblades"), kExtraSymbol, fanText_,
-                          cooling);
-    }
+    std::vector<Item> items;
     if (showsKeepAwake_) {
         const bool isActive = services_.keepAwake.isActive.get();
-        paintItem(painter, right - kItemGap, middle,
-                  isActive ? QStringLiteral("cup.and.saucer.fill") : QStringLiteral("cup.and.saucer"),
-                  kExtraSymbol, keepAwakeText_, awake);
+        items.push_back({isActive ? QStringLiteral("cup.and.saucer.fill") : QStringLiteral("cup.and.saucer"),
+                         kExtraSymbol, keepAwakeText_, awake});
+    }
+    if (showsFan_) {
+        items.push_back({QStringLiteral("fanblades"), kExtraSymbol, fanText_, cooling});
+    }
+    const ReadoutSymbol symbol = readout_.symbol.value_or(ReadoutSymbol{{}, {}, 0});
+    items.push_back({Words(symbol.name), static_cast<double>(symbol.pointSize),
+                     QString::fromStdString(readout_.title).trimmed(), text});
+    std::vector<double> widths;
+    for (const Item& item : items) {
+        widths.push_back(item.width());
+    }
+    const std::vector<QRectF> areas = previewItems(bar, std::move(widths));
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        paintItem(painter, areas[i], items[i]);
     }
 }
 

@@ -15,12 +15,14 @@ namespace kestro {
 namespace {
 
 constexpr double kRadius = 6;
-constexpr double kOpacity = 0.93;
 
 /// The dragged row as it looked when it was lifted.
 class RowPicture : public View {
 public:
-    RowPicture(ModuleRow& row, QWidget& canvas) : View(&canvas), picture_(row.grab()) {
+    RowPicture(ModuleRow& row, QWidget& canvas) : View(&canvas), picture_(row.size() * row.devicePixelRatioF()) {
+        picture_.setDevicePixelRatio(row.devicePixelRatioF());
+        picture_.fill(Qt::transparent);
+        row.render(&picture_, QPoint(), QRegion(), QWidget::DrawChildren);
         setAttribute(Qt::WA_TransparentForMouseEvents);
         resize(row.size());
     }
@@ -35,7 +37,7 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        paintRounded(painter, rect(), kRadius, Ink(KestroTheme::ground).faded(kOpacity).color());
+        paintRounded(painter, rect(), kRadius, KestroTheme::ground());
         kestroHairlineBorder(painter, rect(), kRadius, KestroTheme::hairlineStrong());
         painter.drawPixmap(0, 0, picture_);
     }

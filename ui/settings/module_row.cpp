@@ -96,9 +96,8 @@ void ModuleRow::resizeEvent(QResizeEvent* event) {
     right -= kChipGap + kChip;
     up_->setGeometry(right, top, kChip, kChip);
     const auto place = [&](TextLabel& label, int width) {
-        const int lineHeight = label.sizeHint().height();
         right -= width;
-        label.setGeometry(right, (height() - lineHeight) / 2, width, lineHeight);
+        label.setGeometry(right, 0, width, height());
     };
     place(*place_, kPlaceWidth + kSampleGap / 2);
     right -= kSampleGap;
@@ -127,12 +126,12 @@ void ModuleRow::mouseMoveEvent(QMouseEvent* event) {
     }
     const int threshold = QGuiApplication::styleHints()->startDragDistance();
     if (!isDragged_ && (event->pos() - *grip_).manhattanLength() >= threshold) {
-        isDragged_ = true;
         cancelPress();
         setCursor(Qt::ClosedHandCursor);
         if (onDragged_) {
-            onDragged_(mapToGlobal(*grip_));
+            onDragged_(mapToGlobal(*grip_));  // while the row still looks as it rests
         }
+        isDragged_ = true;
         update();
     }
     if (!isDragged_) {

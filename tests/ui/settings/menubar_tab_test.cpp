@@ -49,6 +49,28 @@ TEST_F(MenubarTabTest, PreviewsWhatTheStatusItemComposes) {
     EXPECT_NE(preview().readout(), before);
 }
 
+TEST(PreviewItemsTest, StandAtTheRightEndOfTheBar) {
+    const QRectF bar(12, 11, 796, 26);
+
+    const auto areas = previewItems(bar, {40, 90, 200});
+
+    ASSERT_EQ(areas.size(), 3U);
+    EXPECT_EQ(areas[2], QRectF(598, 11, 200, 26));
+    EXPECT_EQ(areas[1], QRectF(492, 11, 90, 26));
+    EXPECT_EQ(areas[0], QRectF(436, 11, 40, 26));
+}
+
+TEST(PreviewItemsTest, CutTheReadoutToWhatTheExtrasLeave) {
+    const QRectF bar(12, 11, 796, 26);
+
+    const auto areas = previewItems(bar, {40, 90, 2000});
+
+    EXPECT_EQ(areas[0].left(), 22);
+    EXPECT_EQ(areas[0].width(), 40);
+    EXPECT_EQ(areas[2].right(), 798);
+    EXPECT_EQ(areas[2].left(), areas[1].right() + 16);
+}
+
 TEST_F(MenubarTabTest, BindsTheExtrasBothWays) {
     SettingRow& keepAwake = row("Dedicated Keep-Awake Status Bar Extra");
     SettingRow& cooling = row("Dedicated Cooling & Power Status Bar Extra");
