@@ -175,11 +175,15 @@ TEST_F(ServicesOnTheDesktop, KeepAwakeStaysOffWithoutAnyService) {
 }
 
 TEST_F(ServicesOnTheDesktop, KeepAwakeAsksAnewForTheSystemAlone) {
+    session.writePreferences(R"({"kestro.showDedicatedFanItem": true})");
     launch();
     {
         GrantingService granting(session, gnome);
-        choose(activate);
+        choose(QStringLiteral("15 Minutes"), keepAwakeItem);
         ASSERT_TRUE(granting.isAcquired());
+        EXPECT_TRUE(waitUntil(
+            [&] { return client.label(client.waitForItem(keepAwakeItem)).trimmed() == QStringLiteral("14m"); }));
+        session.screenshot(QStringLiteral("mate-panel-three-items"));
 
         choose(QStringLiteral("System Only (Display May Sleep)"), keepAwakeItem);
 
@@ -194,7 +198,7 @@ TEST_F(ServicesOnTheDesktop, KeepAwakeAsksAnewForTheSystemAlone) {
     EXPECT_TRUE(waitUntil([&] {
         return system.count(R"(Inhibit("sleep", "Kestro", "Kestro Keep-Awake Active", "block-weak"))") == 1;
     }));
-    EXPECT_TRUE(offers(deactivate));
+    EXPECT_FALSE(entry(activate, mainItem));
 }
 
 TEST_F(ServicesOnTheDesktop, KeepAwakeEndsWithTheProcessHoweverItEnds) {
