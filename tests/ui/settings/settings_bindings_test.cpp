@@ -6,8 +6,6 @@
 #include "ui/controls/tab_strip.h"
 #include "ui/settings/module_row.h"
 
-#include <ranges>
-
 namespace kestro {
 namespace {
 
@@ -133,8 +131,9 @@ TEST_F(SettingsBindingsTest, ChoosesEveryTab) {
     open(SettingsTab::menubar);
     auto& strip = *view_->findChild<TabStrip*>();
     const auto areas = tabAreas(strip.size(), 7);
+    press(strip, Qt::Key_End);
 
-    for (const SettingsTab tab : allCases<SettingsTab>() | std::views::reverse) {
+    for (const SettingsTab tab : allCases<SettingsTab>()) {
         const QPointF at = areas[static_cast<std::size_t>(tab)].center();
         send(strip, QEvent::MouseButtonPress, at, Qt::LeftButton);
         send(strip, QEvent::MouseButtonRelease, at, Qt::NoButton);
