@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kestro {
 
@@ -48,10 +49,26 @@ ProcessRowContent processRowContent(const ProcessInfoItem& process, bool sortsBy
 ProcessRow::ProcessRow(QWidget* parent) : View(parent) {}
 
 void ProcessRow::setContent(const ProcessRowContent& content) {
-    if (content != content_) {
-        content_ = content;
-        setHelp(content.command);
+    if (content == content_) {
+        return;
+    }
+    const ProcessRowContent before = std::exchange(content_, content);
+    setHelp(content.command);
+    if (content.name != before.name || content.isSystem != before.isSystem ||
+        content.sortsByMemory != before.sortsByMemory) {
         update();
+        return;
+    }
+    const RuledIndexGeometry geometry = ruledIndexGeometry(size(), false, false);
+    const double line = geometry.line.height();
+    if (content.memory != before.memory) {
+        update(QRectF(width() - memoryWidth_, 0, memoryWidth_, line).toAlignedRect());
+    }
+    if (content.cpu != before.cpu) {
+        update(QRectF(width() - memoryWidth_ - cpuWidth_, 0, cpuWidth_, line).toAlignedRect());
+    }
+    if (content.share != before.share) {
+        update(geometry.rule.toAlignedRect());
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace kestro {
 
@@ -21,6 +22,9 @@ constexpr double kTrackOpacity = 0.14;
 constexpr double kMiterLimit = 10;
 constexpr double kUnitGap = 2;
 constexpr double kSmallestScale = 0.8;
+
+/// A quarter of a device pixel is the least change that antialiasing shows.
+constexpr double kVisiblePixels = 0.25;
 
 constexpr GaugeMetrics kFull{82, 8, 16, 9, 11, 9, 73, 14, 12};
 constexpr GaugeMetrics kCompact{64, 6, 14, 8, 10, 8, 57, 13, 11};
@@ -68,13 +72,16 @@ const GaugeMetrics& gaugeMetrics(bool isCompact) {
 MetricGauge::MetricGauge(bool isCompact, QWidget* parent) : View(parent), isCompact_(isCompact) {}
 
 void MetricGauge::setContent(const GaugeContent& content) {
-    const auto arcEnd = [](const GaugeContent& c) { return gaugeArcEnd(c.value, c.minVal, c.max); };
-    const bool isRingChanged = arcEnd(content) != arcEnd(content_) ||
-                               wholeNumber(content.value) != wholeNumber(content_.value) ||
+    const double end = gaugeArcEnd(content.value, content.minVal, content.max);
+    const double circumference = std::numbers::pi * gaugeMetrics(isCompact_).frame * devicePixelRatioF();
+    const bool isArcMoved = std::abs(end - drawnEnd_) * circumference >= kVisiblePixels ||
+                            (end > kArcStart) != (drawnEnd_ > kArcStart);
+    const bool isRingChanged = isArcMoved || wholeNumber(content.value) != wholeNumber(content_.value) ||
                                content.unit != content_.unit || content.tintColor != content_.tintColor;
     const bool areCaptionsChanged = content.title != content_.title || content.subtitle != content_.subtitle;
     content_ = content;
     if (isRingChanged) {
+        drawnEnd_ = end;
         update(frame().toAlignedRect());
     }
     if (areCaptionsChanged) {

@@ -51,7 +51,7 @@ class MetricGauge : public View {
 public:
     explicit MetricGauge(bool isCompact, QWidget* parent = nullptr);
 
-    /// Silent when equal; otherwise repaints the ring or the captions, whichever changed.
+    /// Silent when nothing visible changed; otherwise repaints the ring or the captions, whichever did.
     void setContent(const GaugeContent& content);
     const GaugeContent& content() const { return content_; }
 
@@ -80,6 +80,7 @@ private:
     GaugeContent content_;
     bool isCompact_;
     double textScale_ = 1;
+    double drawnEnd_ = 0;  ///< the arc's end at the last repaint of the ring that was asked for
 };
 
 }  // namespace kestro

@@ -49,20 +49,26 @@ void RuledIndexRow::setContent(const RuledIndexContent& content) {
         return;
     }
     const bool isDetailMoved = content.detail.isEmpty() != content_.detail.isEmpty();
-    const bool areTextsChanged = content.label != content_.label ||
-                                 content.compactLabel != content_.compactLabel ||
-                                 content.value != content_.value || content.valueTint != content_.valueTint ||
-                                 content.detail != content_.detail;
+    const bool areLabelsChanged = content.label != content_.label ||
+                                  content.compactLabel != content_.compactLabel ||
+                                  content.detail != content_.detail;
+    const bool isValueChanged = content.value != content_.value || content.valueTint != content_.valueTint;
     const bool isRuleChanged =
         content.progressFraction != content_.progressFraction || content.progressTint != content_.progressTint;
+    const QRectF valueBefore = valueArea();
     content_ = content;
     if (isDetailMoved) {
         update();
         return;
     }
     const RuledIndexGeometry geometry = geometryNow();
-    if (areTextsChanged) {
+    if (areLabelsChanged) {
         update(geometry.line.united(geometry.detail).toAlignedRect());
+    } else if (isValueChanged) {
+        const QRectF values = valueBefore.united(valueArea());
+        const double labelRoom = values.left() - kValueGap;
+        const bool isLabelTight = textWidth(shownLabel(), text_styles::rowLabel) > labelRoom;
+        update((isLabelTight ? geometry.line : values).toAlignedRect());
     }
     if (isRuleChanged) {
         update(geometry.rule.toAlignedRect());
@@ -98,9 +104,8 @@ void RuledIndexRow::paintEvent(QPaintEvent*) {
     const RuledIndexGeometry geometry = geometryNow();
     TextStyle value = text_styles::rowValue;
     value.ink = content_.valueTint;
-    const double valueWidth = std::min(std::ceil(textWidth(content_.value, value)), geometry.line.width());
     drawText(painter, geometry.line, content_.value, value, Qt::AlignRight, TextFit::value);
-    drawText(painter, geometry.line.adjusted(0, 0, -valueWidth - kValueGap, 0), shownLabel(),
+    drawText(painter, geometry.line.adjusted(0, 0, -valueArea().width() - kValueGap, 0), shownLabel(),
              text_styles::rowLabel);
     drawText(painter, geometry.detail, content_.detail, text_styles::rowDetail);
     if (content_.progressFraction > 0) {
@@ -114,6 +119,13 @@ void RuledIndexRow::paintEvent(QPaintEvent*) {
 
 RuledIndexGeometry RuledIndexRow::geometryNow() const {
     return ruledIndexGeometry(size(), !content_.detail.isEmpty(), isDense_);
+}
+
+QRectF RuledIndexRow::valueArea() const {
+    const double width = std::ceil(textWidth(content_.value, text_styles::rowValue));
+    QRectF area = geometryNow().line;
+    area.setLeft(std::max(area.left(), area.right() - width));
+    return area;
 }
 
 const QString& RuledIndexRow::shownLabel() const {

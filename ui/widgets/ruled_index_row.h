@@ -51,6 +51,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// What the value takes up of its line.
+    QRectF valueArea() const;
     RuledIndexGeometry geometryNow() const;
     const QString& shownLabel() const;
 

@@ -10,6 +10,7 @@
 #include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QWidget>
 
@@ -83,6 +84,21 @@ public:
 protected:
     bool eventFilter(QObject*, QEvent* event) override {
         count += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
+/// Gathers what a widget repaints.
+class PaintedRegion : public QObject {
+public:
+    explicit PaintedRegion(QWidget& widget) { widget.installEventFilter(this); }
+    QRegion painted;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            painted += static_cast<QPaintEvent*>(event)->region();
+        }
         return false;
     }
 };

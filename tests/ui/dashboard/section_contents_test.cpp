@@ -304,6 +304,28 @@ TEST(ProcessRowContents, ShareOneCoreOrTheMemory) {
     EXPECT_TRUE(byCPU.isSystem);
 }
 
+using ProcessRowTest = ViewTest;
+
+TEST_F(ProcessRowTest, RepaintsOnlyTheColumnThatChanged) {
+    ProcessRow row;
+    row.setGeometry(300, 300, 205, 28);
+    row.setColumns(44, 50);
+    ProcessRowContent content;
+    content.name = QStringLiteral("clang");
+    content.cpu = QStringLiteral("38.2");
+    content.memory = QStringLiteral("412 MB");
+    row.setContent(content);
+    row.show();
+    QApplication::processEvents();
+    PaintedRegion paints(row);
+
+    content.cpu = QStringLiteral("38.4");
+    row.setContent(content);
+    QApplication::processEvents();
+
+    EXPECT_EQ(paints.painted.boundingRect(), QRect(205 - 94, 0, 44, 14));
+}
+
 TEST(ProcessRowContents, NeverShareMoreThanAll) {
     const ProcessInfoItem busy{7, "busy", "busy", 780, 99999, "97.7 GB", false};
 

@@ -157,10 +157,31 @@ TEST_F(MetricGaugeTest, RepaintsNothingForAnEqualContent) {
     gauge_.setContent(fan(1420));
     QApplication::processEvents();
     EXPECT_EQ(paints.count, 0);
+    gauge_.setContent(fan(1420.2));
+    QApplication::processEvents();
+    EXPECT_EQ(paints.count, 0) << "less than a pixel shows";
     gauge_.setContent(fan(1500));
     QApplication::processEvents();
 
     EXPECT_EQ(paints.count, 1);
+}
+
+TEST_F(MetricGaugeTest, FollowsASlowDrift) {
+    GaugeContent drifting = fan(0);
+    drifting.max = 1;
+    gauge_.setContent(drifting);
+    gauge_.show();
+    QApplication::processEvents();
+    PaintCounter paints(gauge_);
+
+    for (int step = 1; step <= 100; ++step) {
+        drifting.value = step * 0.0009;
+        gauge_.setContent(drifting);
+        QApplication::processEvents();
+    }
+
+    EXPECT_GT(paints.count, 10);
+    EXPECT_LT(paints.count, 90);
 }
 
 }  // namespace

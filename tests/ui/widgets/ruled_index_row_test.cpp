@@ -101,6 +101,38 @@ TEST_F(RuledIndexRowTest, RepaintsNothingForAnEqualContent) {
     EXPECT_EQ(paints.count, 1);
 }
 
+TEST_F(RuledIndexRowTest, RepaintsOnlyTheValueThatChanged) {
+    row_.setContent(temperature());
+    row_.show();
+    QApplication::processEvents();
+    PaintedRegion paints(row_);
+    RuledIndexContent warmer = temperature();
+    warmer.value = QStringLiteral("52.5°C");
+
+    row_.setContent(warmer);
+    QApplication::processEvents();
+
+    const QRect area = paints.painted.boundingRect();
+    EXPECT_EQ(area.right(), row_.width() - 1);
+    EXPECT_GT(area.left(), row_.width() - 60);
+    EXPECT_LE(area.bottom(), 14);
+}
+
+TEST_F(RuledIndexRowTest, RepaintsTheLabelWhereTheValueTakesItsRoom) {
+    row_.resize(110, 38);
+    row_.setContent(temperature());
+    row_.show();
+    QApplication::processEvents();
+    PaintedRegion paints(row_);
+    RuledIndexContent hotter = temperature();
+    hotter.value = QStringLiteral("102.5°C");
+
+    row_.setContent(hotter);
+    QApplication::processEvents();
+
+    EXPECT_EQ(paints.painted.boundingRect().left(), 0);
+}
+
 TEST_F(RuledIndexRowTest, LoadBarRepaintsOnlyVisibleChanges) {
     LoadBar bar;
     bar.setGeometry(300, 300, 200, 4);
