@@ -3,6 +3,7 @@
 
 #include "bench/paired.h"
 #include "tests/support/simulated_services.h"
+#include "ui/dashboard/dashboard_view.h"
 #include "ui/popover/menu_bar_popover_view.h"
 #include "ui/settings/settings_view.h"
 #include "ui/theme/kestro_theme.h"
@@ -11,8 +12,10 @@
 #include <QApplication>
 #include <QImage>
 #include <QPainter>
+#include <QProcess>
 
 #include <memory>
+#include <string_view>
 
 namespace kestro::bench {
 namespace {
@@ -41,6 +44,33 @@ Work blitOf(QSize size) {
     };
 }
 
+std::string microseconds(double nanoseconds) {
+    return fmt::format("{:.1f} us", nanoseconds / 1000);
+}
+
+/// Sampling is not part of a repaint: it comes before what is measured.
+double repaintAfterTick(SimulatedServices& services) {
+    std::vector<double> repaints;
+    for (int tick = 0; tick < 200; ++tick) {
+        services.advance(1s);
+        repaints.push_back(cost(deliver));
+    }
+    return median(repaints);
+}
+
+double showAgain(QWidget& view) {
+    std::vector<double> shows;
+    for (int round = 0; round < 50; ++round) {
+        view.hide();
+        deliver();
+        shows.push_back(cost([&view] {
+            view.show();
+            deliver();
+        }));
+    }
+    return median(shows);
+}
+
 void measurePopover() {
     SimulatedServices services;
     KestroTheme::bind(&services.settings());
@@ -50,13 +80,7 @@ void measurePopover() {
     deliver();
     const Work blit = blitOf(view->size());
 
-    // Sampling is not part of a repaint: what changes is prepared while nobody looks.
-    std::vector<double> repaints;
-    for (int tick = 0; tick < 200; ++tick) {
-        services.advance(1s);
-        repaints.push_back(cost(deliver));
-    }
-    printRow("popover: repaint after a tick", fmt::format("{:.1f} us", median(repaints) / 1000), "", "", "2 ms");
+    printRow("popover: repaint after a tick", microseconds(repaintAfterTick(services)), "", "", "2 ms");
 
     printPair("popover: repaint of everything",
               measure(
@@ -80,6 +104,34 @@ void measurePopover() {
                   },
                   blit, 50),
               "60 ms");
+    printRow("popover: shown again and painted", microseconds(showAgain(*view)), "", "", "60 ms");
+    KestroTheme::bind(nullptr);
+}
+
+/// With ten processes at the width of all five sections, at the scale that the toolkit runs at.
+void measureDashboard(bool isFine) {
+    SimulatedServices services;
+    KestroTheme::bind(&services.settings());
+    services.settings().processCountLimit.set(10);
+    services.settle();
+    DashboardView view(services.services(), DashboardActions{});
+    view.resize(1260, 480);
+    view.show();
+    deliver();
+    const Work blit = blitOf(view.size() * view.devicePixelRatioF());
+    const Work repaint = [&] {
+        view.update();
+        deliver();
+    };
+    const std::string scale = isFine ? ", scale 2" : "";
+
+    printPair("dashboard: repaint of everything" + scale, measure(repaint, blit, 200), isFine ? "16 ms" : "6 ms");
+    printRow("dashboard: repaint after a tick" + scale, microseconds(repaintAfterTick(services)), "", "", "3 ms");
+    printRow("dashboard: shown and painted" + scale, microseconds(showAgain(view)), "", "", "80 ms");
+    services.mac.freeze();
+    services.advance(3s);
+    deliver();
+    printPair("dashboard: tick that changes nothing" + scale, measure(deliver, blit, 200), "");
     KestroTheme::bind(nullptr);
 }
 
@@ -145,10 +197,19 @@ void measureSettings() {
 }  // namespace kestro::bench
 
 int main(int argc, char** argv) {
+    const bool isFine = argc > 1 && std::string_view(argv[1]) == "--fine";
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_SCALE_FACTOR", isFine ? "2" : "1");
     QApplication application(argc, argv);
     kestro::motion::setReduced(true);
+    if (isFine) {
+        kestro::bench::measureDashboard(true);
+        return 0;
+    }
     kestro::bench::printHeader("Surfaces");
     kestro::bench::measurePopover();
     kestro::bench::measureSettings();
+    kestro::bench::measureDashboard(false);
+    // The toolkit knows one scale for each process.
+    return QProcess::execute(QApplication::applicationFilePath(), {QStringLiteral("--fine")});
 }
