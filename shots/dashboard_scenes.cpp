@@ -105,6 +105,15 @@ void addStates(std::vector<Scene>& scenes) {
     };
     scenes.push_back(std::move(hot));
 
+    for (const auto& [word, state] : {std::pair("fair", 1), std::pair("serious", 2), std::pair("critical", 3)}) {
+        Scene thermal = scene(QStringLiteral("thermal-") + QString::fromUtf8(word), QSize(1000, 480));
+        thermal.arrange = [state = state](SimulatedMac& mac) {
+            mac.processInfo.state = state;
+            mac.powerSources.removeBattery();
+        };
+        scenes.push_back(std::move(thermal));
+    }
+
     Scene extremes = scene(QStringLiteral("long-names"), QSize(740, 420));
     extremes.arrange = [](SimulatedMac& mac) {
         for (SimulatedProcess& process : mac.commandRunner.processes) {

@@ -32,7 +32,7 @@ bool belongsTo(const Scene& scene, const QString& scale, const QString& family) 
 std::vector<Scene> allScenes() {
     std::vector<Scene> scenes;
     for (const auto& part : {popoverScenes(), settingsScenes(), dashboardScenes(), controlScenes(), widgetScenes(),
-                             decorationScenes(), symbolScenes()}) {
+                             decorationScenes(), statusScenes(), symbolScenes()}) {
         scenes.insert(scenes.end(), part.begin(), part.end());
     }
     return scenes;

@@ -41,6 +41,7 @@ std::vector<Scene> dashboardScenes();
 std::vector<Scene> decorationScenes();
 std::vector<Scene> popoverScenes();
 std::vector<Scene> settingsScenes();
+std::vector<Scene> statusScenes();
 std::vector<Scene> symbolScenes();
 std::vector<Scene> widgetScenes();
 
