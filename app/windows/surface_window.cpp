@@ -1,5 +1,7 @@
 #include "app/windows/surface_window.h"
 
+#include "ui/controls/view_accessible.h"
+
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMouseEvent>
@@ -12,6 +14,8 @@ namespace kestro {
 SurfaceWindow::SurfaceWindow(WindowDelegate& delegate, ContentFactory makeContent, const QString& title,
                              Qt::WindowFlags type)
     : QWidget(nullptr, type | Qt::FramelessWindowHint), delegate_(delegate), makeContent_(std::move(makeContent)) {
+    // Before anything asks what this window is: the answer is kept.
+    installViewAccessibility();
     setWindowTitle(title);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);

@@ -74,6 +74,7 @@ AccessibleInfo TextLabel::accessibleInfo() const {
     if (info.name.isEmpty()) {
         info.name = text_;
     }
+    info.isDecoration = isDecoration_;
     return info;
 }
 

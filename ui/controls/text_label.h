@@ -28,6 +28,9 @@ public:
     /// Keeps the label's width at that of `widest`, so that changing figures move nothing.
     void reserveWidth(const QString& widest);
 
+    /// Hides the label from assistive technology, where the value beside it speaks for both.
+    void setDecoration(bool isDecoration) { isDecoration_ = isDecoration; }
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     AccessibleInfo accessibleInfo() const override;
@@ -41,6 +44,7 @@ private:
     TextStyle style_;
     Qt::Alignment alignment_ = Qt::AlignLeft;
     TextFit fit_ = TextFit::label;
+    bool isDecoration_ = false;
 };
 
 }  // namespace kestro

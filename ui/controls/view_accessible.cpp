@@ -205,9 +205,21 @@ private:
     mutable QList<QAccessible::Id> parts_;
 };
 
-QAccessibleInterface* makeInterface(const QString&, QObject* object) {
-    auto* view = qobject_cast<View*>(object);
-    return view ? new ViewAccessible(*view) : nullptr;
+/// The toolkit has no meaning for a plain widget: here it is a window, or with a name a group of what it holds.
+QAccessibleInterface* makePlainInterface(QWidget& widget) {
+    if (widget.isWindow()) {
+        return new QAccessibleWidget(&widget, QAccessible::Window);
+    }
+    return widget.accessibleName().isEmpty() ? nullptr : new QAccessibleWidget(&widget, QAccessible::Grouping);
+}
+
+QAccessibleInterface* makeInterface(const QString& type, QObject* object) {
+    if (auto* view = qobject_cast<View*>(object)) {
+        return new ViewAccessible(*view);
+    }
+    auto* widget = qobject_cast<QWidget*>(object);
+    const bool isPlain = type == QLatin1StringView(QWidget::staticMetaObject.className());
+    return widget && isPlain ? makePlainInterface(*widget) : nullptr;
 }
 
 }  // namespace

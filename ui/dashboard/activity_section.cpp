@@ -134,6 +134,7 @@ void ActivitySection::arrangeHeads(const SectionGrid& grid, const ProcessListLay
         style.weight = isSorting ? QFont::DemiBold : QFont::Medium;
         style.ink = isSorting ? KestroTheme::textPrimary : KestroTheme::textSecondary;
         head.setTextStyle(style);
+        head.setAccessibleDescription(isSorting ? QStringLiteral("The list is sorted by this") : QString());
         head.setVisible(width > 0);
         const double hit = std::ceil(textWidth(head.text(), style)) + 2 * kHeadPadding;
         // The text ends with its column, so the padding hangs over.

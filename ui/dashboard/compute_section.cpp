@@ -93,6 +93,7 @@ ComputeSection::ComputeSection(const KestroServices& services, QWidget* parent)
     for (Share& share : shares_) {
         share.label = new TextLabel(share.name, this);
         share.label->setStyle(kShareLabel);
+        share.label->setDecoration(true);
         share.value = new TextLabel(QString(), this);
         share.value->setStyle(kShareValue);
         share.value->setFit(TextFit::value);

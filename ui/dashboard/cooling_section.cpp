@@ -160,7 +160,7 @@ void CoolingSection::showTemperatures() {
     for (size_t i = 0; i < rows.size(); ++i) {
         temperatures_[i]->setContent(rows[i]);
     }
-    setBadge(Words(thermals.statusSummary()), statusInk(thermals.statusSummary()));
+    setBadge(Words(thermals.statusSummary()), statusInk(thermals.statusSummary()), QStringLiteral("Temperatures"));
     nodes_->setText(QStringLiteral("%1 IOHID nodes").arg(thermals.sensorCount));
     if (shownFans_ < 2) {
         showFanGauges();

@@ -30,7 +30,9 @@ DashboardSection::DashboardSection(const QString& symbol, const QString& title, 
       title_(new TextLabel(title, this)),
       meta_(new TextLabel(QString(), this)),
       badge_(new Badge(BadgeKind::section, QString(), KestroTheme::accentNominal, this)) {
+    setAccessibleName(title);
     title_->setStyle(text_styles::sectionTitle);
+    title_->setDecoration(true);
     meta_->setStyle(kMeta);
     meta_->setTextAlignment(Qt::AlignRight);
     meta_->setFit(TextFit::value);
@@ -101,16 +103,18 @@ void DashboardSection::setSymbol(const QString& symbol) {
     symbol_->setSymbol(symbol);
 }
 
-void DashboardSection::setMeta(const QString& text) {
+void DashboardSection::setMeta(const QString& text, const QString& meaning) {
     if (text != meta_->text()) {
         meta_->setText(text);
+        meta_->setAccessibleName(meaning.isEmpty() ? text : meaning + QStringLiteral(", ") + text);
         arrangeTitle(grid());
     }
 }
 
-void DashboardSection::setBadge(const QString& text, const Ink& ink) {
+void DashboardSection::setBadge(const QString& text, const Ink& ink, const QString& meaning) {
     const bool isWidthChanged = text != badge_->text();
     badge_->setState(text, ink);
+    badge_->setAccessibleName(meaning + QStringLiteral(", ") + text);
     badge_->setHelp(tier_ == SectionTier::tight ? text : QString());
     if (isWidthChanged) {
         arrangeTitle(grid());

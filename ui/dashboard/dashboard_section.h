@@ -62,9 +62,10 @@ protected:
 
     void setSymbol(const QString& symbol);
 
-    /// What stands at the right of the title: a text, left out where it does not fit, or a badge.
-    void setMeta(const QString& text);
-    void setBadge(const QString& text, const Ink& ink);
+    /// What stands at the right of the title: a text, left out where it does not fit, or a badge. `meaning` is
+    /// spoken before it.
+    void setMeta(const QString& text, const QString& meaning = {});
+    void setBadge(const QString& text, const Ink& ink, const QString& meaning);
 
     /// Paints the content's own rules, in the grid's coordinates.
     virtual void paintRules(QPainter& painter, const SectionGrid& grid) const;

@@ -78,6 +78,7 @@ IOSection::Direction IOSection::makeDirection(const QString& symbol, const QStri
     Direction direction{new SymbolView(symbol, kArrowSize, ink, this), new TextLabel(name, this),
                         new TextLabel(QString(), this), new SparklineView(ink, std::nullopt, this)};
     direction.name->setStyle(text_styles::rowLabel);
+    direction.name->setDecoration(true);
     direction.rate->setStyle(text_styles::rowValue);
     direction.rate->setFit(TextFit::value);
     direction.rate->setTextAlignment(Qt::AlignRight);
@@ -92,11 +93,17 @@ void IOSection::refresh() {
     upload_.history->setData(services_.engine.netUpHistory.get());
 }
 
+void IOSection::showRate(const Direction& direction, double bytesPerSecond) {
+    const QString rate = rateText(bytesPerSecond);
+    direction.rate->setText(rate);
+    direction.rate->setAccessibleName(direction.name->text() + QStringLiteral(", ") + rate);
+}
+
 void IOSection::showRates() {
     const NetworkTelemetry& network = services_.engine.network.get();
-    download_.rate->setText(rateText(network.downloadBytesPerSec));
-    upload_.rate->setText(rateText(network.uploadBytesPerSec));
-    setMeta(Words(network.primaryInterface));
+    showRate(download_, network.downloadBytesPerSec);
+    showRate(upload_, network.uploadBytesPerSec);
+    setMeta(Words(network.primaryInterface), QStringLiteral("Interface"));
 }
 
 void IOSection::showRows() {

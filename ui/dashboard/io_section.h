@@ -36,6 +36,7 @@ private:
     };
 
     Direction makeDirection(const QString& symbol, const QString& name, const Ink& ink);
+    static void showRate(const Direction& direction, double bytesPerSecond);
     void showRates();
     void showRows();
     void arrangeDirection(const Direction& direction, const QRectF& area) const;

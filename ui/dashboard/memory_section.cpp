@@ -113,7 +113,7 @@ void MemorySection::refresh() {
     for (size_t i = 0; i < rows.size(); ++i) {
         rows_[i]->setContent(rows[i]);
     }
-    setBadge(Words(memory.pressureLevel), pressureInk(memory.pressureLevel));
+    setBadge(Words(memory.pressureLevel), pressureInk(memory.pressureLevel), QStringLiteral("Memory pressure"));
 }
 
 void MemorySection::arrange(const SectionGrid& grid) {

@@ -54,7 +54,7 @@ void paintMark(QPainter& painter, const QPointF& shift, QColor color, double opa
 
 }  // namespace
 
-OrvanelWatermark::OrvanelWatermark(Variant variant, QWidget* parent) : QWidget(parent), variant_(variant) {
+OrvanelWatermark::OrvanelWatermark(Variant variant, QWidget* parent) : View(parent), variant_(variant) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     setFixedSize(sizeHint());
@@ -63,6 +63,12 @@ OrvanelWatermark::OrvanelWatermark(Variant variant, QWidget* parent) : QWidget(p
 QSize OrvanelWatermark::sizeHint() const {
     const QSizeF size = markSize(variant_);
     return {static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
+}
+
+AccessibleInfo OrvanelWatermark::accessibleInfo() const {
+    AccessibleInfo info;
+    info.isDecoration = true;
+    return info;
 }
 
 QSizeF OrvanelWatermark::markSize(Variant variant) {

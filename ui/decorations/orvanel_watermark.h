@@ -1,8 +1,9 @@
 #pragma once
 
+#include "ui/controls/view.h"
+
 #include <QSizeF>
 #include <QString>
-#include <QWidget>
 
 class QPainter;
 
@@ -10,13 +11,16 @@ namespace kestro {
 
 /// The maker's mark: a printer's registration mark, its inks slightly out of register, and the word "ORVANEL".
 /// It takes no input and is no part of what assistive technology reads. Main thread.
-class OrvanelWatermark : public QWidget {
+class OrvanelWatermark : public View {
+    Q_OBJECT
+
 public:
     enum class Variant { full, compact };
 
     explicit OrvanelWatermark(Variant variant, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
+    AccessibleInfo accessibleInfo() const override;
 
     /// What the mark and the word need, in points.
     static QSizeF markSize(Variant variant);

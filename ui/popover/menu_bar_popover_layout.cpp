@@ -92,6 +92,7 @@ void MenuBarPopoverView::buildMemory() {
     memory_ = placed(new ReadoutLine({0, text_styles::blockHeading, headingValue()}, this), line(107, 121));
     memory_->setLabel(QStringLiteral("Unified Memory"));
     memoryAmounts_ = placed(new ReadoutLine(plainLine(), this), line(122, 134));
+    memoryAmounts_->setSpokenPrefix(QStringLiteral("Used"));
 }
 
 void MenuBarPopoverView::buildCooling() {

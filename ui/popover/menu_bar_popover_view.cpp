@@ -36,6 +36,7 @@ QString symbolOf(FanProfile profile) {
 MenuBarPopoverView::MenuBarPopoverView(const KestroServices& services, PopoverActions actions, QWidget* parent)
     : GlassSurface(services.settings, kCornerRadius, parent), services_(services), actions_(std::move(actions)) {
     setFixedSize(popover_geometry::size);
+    setAccessibleName(QStringLiteral("Quick Glance Popover"));
     // The panel itself takes the focus, so that the first press of Tab reaches the first control.
     setFocusPolicy(Qt::ClickFocus);
     // In reading order, which is also the order of the Tab key.

@@ -69,7 +69,8 @@ void ReadoutLine::setTrailing(bool isTrailing) {
 
 AccessibleInfo ReadoutLine::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
-    QStringList parts{spokenPrefix_, label_, value_};
+    const QString label = label_.endsWith(QLatin1Char(':')) ? label_.chopped(1) : label_;
+    QStringList parts{spokenPrefix_, label, value_};
     parts.removeAll(QString());
     info.name = parts.join(QStringLiteral(", "));
     return info;

@@ -250,6 +250,53 @@ TEST_F(DashboardViewTest, SpeaksItsValues) {
     EXPECT_TRUE(speaks("Battery, 87%, 4h 12m remaining"));
     EXPECT_TRUE(speaks("clang, "));
     EXPECT_TRUE(speaks("Profile, Normal (Auto)"));
+    EXPECT_TRUE(speaks("Temperatures, Cool"));
+    EXPECT_TRUE(speaks("Memory pressure, Normal"));
+    EXPECT_TRUE(speaks("Interface, en0"));
+    EXPECT_TRUE(speaks("Download, "));
+}
+
+TEST_F(DashboardViewTest, GroupsItsValuesBySectionAndSaysEachOnce) {
+    make([](SimulatedMac& mac) { mac.freeze(); });
+    show(1260, 480);
+
+    for (DashboardSection* one : view_->findChildren<DashboardSection*>()) {
+        QAccessibleInterface* group = QAccessible::queryAccessibleInterface(one);
+        EXPECT_EQ(group->role(), QAccessible::Grouping);
+        std::vector<QString> names;
+        for (int i = 0; i < group->childCount(); ++i) {
+            QAccessibleInterface* child = group->child(i);
+            if (!child->state().invisible) {
+                names.push_back(child->text(QAccessible::Name));
+                EXPECT_FALSE(names.back().isEmpty()) << group->text(QAccessible::Name).toStdString();
+            }
+        }
+        std::ranges::sort(names);
+        EXPECT_EQ(std::ranges::adjacent_find(names), names.end()) << group->text(QAccessible::Name).toStdString();
+        EXPECT_FALSE(std::ranges::binary_search(names, QStringLiteral("Download")));
+        EXPECT_FALSE(std::ranges::binary_search(names, QStringLiteral("User")));
+    }
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&section<IOSection>())->text(QAccessible::Name),
+              QStringLiteral("I/O & Power"));
+}
+
+TEST_F(DashboardViewTest, SaysByWhichColumnTheListIsSorted) {
+    make();
+    show(1260, 480);
+    const auto sorting = [this] {
+        QStringList found;
+        for (Button* head : section<ActivitySection>().findChildren<Button*>()) {
+            const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(head);
+            if (spoken->text(QAccessible::Description) == QStringLiteral("The list is sorted by this")) {
+                found.append(head->text());
+            }
+        }
+        return found;
+    };
+
+    EXPECT_EQ(sorting(), QStringList{QStringLiteral("CPU")});
+    machine_->settings().processSortMetric.set(ProcessSortMetric::memory);
+    EXPECT_EQ(sorting(), QStringList{QStringLiteral("Memory")});
 }
 
 }  // namespace

@@ -63,6 +63,13 @@ TEST(OrvanelWatermark, TakesNoInputAndNoFocus) {
     EXPECT_EQ(watermark.focusPolicy(), Qt::NoFocus);
 }
 
+TEST(OrvanelWatermark, IsHiddenFromAssistiveTechnology) {
+    OrvanelWatermark watermark(OrvanelWatermark::Variant::compact);
+    watermark.show();
+
+    EXPECT_TRUE(QAccessible::queryAccessibleInterface(&watermark)->state().invisible);
+}
+
 TEST(OrvanelWatermark, PaintsInsideItsSizeWithTheCompactFormSmaller) {
     const QSizeF size = OrvanelWatermark::markSize(OrvanelWatermark::Variant::full);
     QImage image(120, 40, QImage::Format_ARGB32_Premultiplied);

@@ -128,9 +128,9 @@ TEST_F(PopoverTest, SaysEverythingInReadingOrder) {
     qsizetype before = -1;
     for (const char* part :
          {"KESTRO", "Settings", "Open Dashboard", "CPU & Clusters, ", "Performance, ", "Efficiency, ",
-          "Unified Memory, ", "13.4 GB of 32.0 GB", "Dual Fan RPM & Thermals, SoC ", "Left Fan, ", "Right Fan, ",
-          "Peak Die:, ", "Profile: ", "Download, ", "Upload, ", "Storage, ", "Battery, 87%", "Keep Awake",
-          "Quit"}) {
+          "Unified Memory, ", "Used, 13.4 GB of 32.0 GB", "Dual Fan RPM & Thermals, SoC ", "Left Fan, ",
+          "Right Fan, ", "Peak Die, ", "Profile: ", "Download, ", "Upload, ", "Storage, ", "Battery, 87%",
+          "Keep Awake", "Quit"}) {
         const qsizetype here = place(part);
         EXPECT_GT(here, before) << part;
         before = here;

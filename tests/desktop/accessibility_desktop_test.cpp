@@ -1,0 +1,188 @@
+#include "tests/desktop/accessibility_client.h"
+#include "tests/desktop/shell_fixture.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace kestro {
+namespace {
+
+/// What a screen reader says of a window, by the beginnings of the names.
+using Starts = std::vector<QString>;
+
+class AccessibilityOnTheDesktop : public ShellFixture {
+protected:
+    AccessibilityOnTheDesktop() : reader(session) {}
+
+    /// What the window with that title holds and shows.
+    std::vector<SpokenObject> shownIn(const QString& title) const {
+        std::vector<SpokenObject> shown;
+        const auto program = reader.program();
+        for (const SpokenObject& window : program ? program->children : std::vector<SpokenObject>()) {
+            for (const SpokenObject* object : window.all()) {
+                if (window.name == title && object->isShowing) {
+                    shown.push_back(*object);
+                }
+            }
+        }
+        return shown;
+    }
+
+    /// The beginnings that no shown object's name has.
+    static QStringList missing(const std::vector<SpokenObject>& shown, const Starts& starts) {
+        QStringList absent;
+        for (const QString& start : starts) {
+            if (std::ranges::none_of(shown,
+                                     [&](const SpokenObject& object) { return object.name.startsWith(start); })) {
+                absent.append(start);
+            }
+        }
+        return absent;
+    }
+
+    /// Everything that is shown is named, and that is among it.
+    void expectNamed(const QString& title, const Starts& starts) {
+        std::vector<SpokenObject> shown;
+        waitUntil([&] {
+            shown = shownIn(title);
+            return missing(shown, starts).isEmpty();
+        });
+        EXPECT_EQ(missing(shown, starts).join(QStringLiteral("| ")).toStdString(), "");
+        for (const SpokenObject& object : shown) {
+            const bool isContainer = object.role == QStringLiteral("filler") && !object.isFocusable;
+            EXPECT_TRUE(isContainer || !object.name.isEmpty())
+                << object.role.toStdString() << " at " << object.path.toStdString();
+        }
+        ASSERT_FALSE(shown.empty());
+        EXPECT_EQ(shown.front().role.toStdString(), "frame");
+    }
+
+    std::optional<SpokenObject> slider() const {
+        for (const SpokenObject& object : shownIn(settings)) {
+            if (object.role == QStringLiteral("slider")) {
+                return object;
+            }
+        }
+        return std::nullopt;
+    }
+
+    bool hears(const QString& path, const char* detail, bool isOn) const {
+        return waitUntil([&] {
+            return std::ranges::any_of(reader.heard(), [&](const ChangeAnnouncement& heard) {
+                return heard.path == path && heard.detail == QString::fromLatin1(detail) && heard.isOn == isOn;
+            });
+        });
+    }
+
+    AccessibilityClient reader;
+};
+
+Starts startsOf(std::initializer_list<const char*> texts) {
+    Starts starts;
+    for (const char* text : texts) {
+        starts.push_back(QString::fromUtf8(text));
+    }
+    return starts;
+}
+
+TEST_F(AccessibilityOnTheDesktop, NamesEveryValueAndControlOfThePopover) {
+    ASSERT_TRUE(reader.isConnected());
+    launch();
+    notify(QStringLiteral("togglePopover"));
+    ASSERT_TRUE(appears(popover));
+
+    expectNamed(popover, startsOf({"Quick Glance Popover", "Settings", "Open Dashboard", "CPU & Clusters, ",
+                                   "Performance, ", "Unified Memory, ", "Used, ", "Peak Die, ", "Profile: ",
+                                   "Download, ", "Upload, ", "Storage, ", "Battery, ", "Keep Awake", "Quit"}));
+}
+
+TEST_F(AccessibilityOnTheDesktop, NamesEveryValueAndControlOfTheDashboard) {
+    ASSERT_TRUE(reader.isConnected());
+    launch();
+    notify(QStringLiteral("showDashboard"));
+    ASSERT_TRUE(appears(dashboard));
+
+    expectNamed(dashboard, startsOf({"Settings",
+                                     "Pin Window on Top",
+                                     "Toggle Windowed Full Screen",
+                                     "Close Dashboard",
+                                     "Compute",
+                                     "CPU load, ",
+                                     "CPU history, now ",
+                                     "User, ",
+                                     "System, ",
+                                     "Idle, ",
+                                     "Performance, ",
+                                     "Core loads",
+                                     "Core 0, ",
+                                     "Cooling",
+                                     "Temperatures, ",
+                                     "SoC Junction Temp, ",
+                                     "Peak Die Temp, ",
+                                     "Battery Pack Temp, ",
+                                     "Thermal Pressure, ",
+                                     "Profile, ",
+                                     "Memory",
+                                     "Memory pressure, ",
+                                     "Storage, ",
+                                     "Active, ",
+                                     "Wired, ",
+                                     "Compressed, ",
+                                     "Inactive, ",
+                                     "Free, ",
+                                     "Swap, ",
+                                     "I/O & Power",
+                                     "Interface, ",
+                                     "Download, ",
+                                     "Download history, ",
+                                     "Upload, ",
+                                     "Upload history, ",
+                                     "Local IP, ",
+                                     "Battery, ",
+                                     "Condition, ",
+                                     "Power Mode, ",
+                                     "Uptime, ",
+                                     "Activity",
+                                     "Sort by CPU Load",
+                                     "Sort by Memory",
+                                     "Refreshed every 1.0s"}));
+}
+
+TEST_F(AccessibilityOnTheDesktop, TellsThatAChipWasToggled) {
+    ASSERT_TRUE(reader.isConnected());
+    launch();
+    notify(QStringLiteral("showDashboard"));
+    expectNamed(dashboard, startsOf({"Pin Window on Top"}));
+    const auto program = reader.program();
+    const SpokenObject* pin = program->find(QStringLiteral("Pin Window on Top"));
+    ASSERT_NE(pin, nullptr);
+    EXPECT_FALSE(pin->isChecked);
+    reader.listen();
+
+    reader.press(*pin);
+
+    EXPECT_TRUE(hears(pin->path, "checked", true));
+    EXPECT_TRUE(waitUntil([&] { return hasState(dashboard, "_NET_WM_STATE_ABOVE"); }));
+    const auto after = reader.program();
+    ASSERT_NE(after->find(QStringLiteral("Unpin Window")), nullptr);
+    EXPECT_TRUE(after->find(QStringLiteral("Unpin Window"))->isChecked);
+}
+
+TEST_F(AccessibilityOnTheDesktop, TellsThatASliderWasMoved) {
+    ASSERT_TRUE(reader.isConnected());
+    launch();
+    notify(QStringLiteral("showSettings"), atTab(QStringLiteral("Keep-Awake")));
+    ASSERT_TRUE(waitUntil([&] { return slider().has_value(); }));
+    const SpokenObject moved = *slider();
+    reader.listen();
+
+    reader.setValue(moved, 35);
+
+    EXPECT_TRUE(hears(moved.path, "accessible-value", false));
+    EXPECT_TRUE(waitUntil([&] { return preferences().contains(QStringLiteral("35")); }));
+}
+
+}  // namespace
+}  // namespace kestro
