@@ -103,10 +103,10 @@ QWidget* contextMenu(bool isSubmenuOpen) {
 }
 
 std::unique_ptr<QWidget> statusSheet(SimulatedServices& services) {
-    auto sheet = std::make_unique<Sheet>(QSize(760, 240));
+    auto sheet = std::make_unique<Sheet>(QSize(860, 240));
     sheet->place(strip(services), QPoint(20, 20));
-    sheet->place(new TrayPanel(PanelScheme::dark), QRect(20, 70, 360, 64));
-    sheet->place(new TrayPanel(PanelScheme::light), QRect(390, 70, 360, 64));
+    sheet->place(new TrayPanel(PanelScheme::dark), QRect(20, 70, 400, 64));
+    sheet->place(new TrayPanel(PanelScheme::light), QRect(440, 70, 400, 64));
     services.settings().activeMenubarModules.set({MenubarModuleType::cpuClusters, MenubarModuleType::thermal,
                                                   MenubarModuleType::network, MenubarModuleType::battery});
     services.settings().menubarDelimiter.set(MenubarDelimiter::pipe);
@@ -118,9 +118,9 @@ std::unique_ptr<QWidget> statusSheet(SimulatedServices& services) {
 }
 
 std::unique_ptr<QWidget> menuSheet(SimulatedServices&) {
-    auto sheet = std::make_unique<Sheet>(QSize(620, 400));
+    auto sheet = std::make_unique<Sheet>(QSize(700, 400));
     sheet->place(contextMenu(false), QPoint(24, 24));
-    sheet->place(contextMenu(true), QPoint(330, 24));
+    sheet->place(contextMenu(true), QPoint(366, 24));
     return sheet;
 }
 
