@@ -83,6 +83,13 @@ void AppDelegate::bindTelemetry() {
     follow(services_.keepAwake.remainingSeconds);
     // It announces a change before the value changes; the update runs in a later turn.
     retain(services_.settings.subscribeWillChange([this] { statusItemUpdate_.request(); }));
+    // A fan can show up after the start: a header that never turned is not known to be one.
+    retain(engine.fans.subscribe([this, known = services_.fanManager.fanCount.get()](const auto& fans) mutable {
+        const auto count = static_cast<std::int64_t>(fans.size());
+        if (std::exchange(known, count) != count) {
+            services_.fanManager.refreshHardware();
+        }
+    }));
     retain(engine.power.subscribe([this](const PowerTelemetry& power) {
         services_.keepAwake.checkBatterySafeguard(power.percentage, power.isCharging);
     }));

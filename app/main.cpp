@@ -126,6 +126,9 @@ int main(int /*argumentCount*/, char** arguments) {
     LinuxDesktop desktop;
     Platform::install(desktop.platform);
     const auto showDashboard = [&desktop] { desktop.notifications.post(notificationNames::showDashboard); };
+    // Heard of before the name is taken: what a second start asks for meanwhile waits in the queue.
+    const Subscription earlyCalls =
+        desktop.notifications.observe(notificationNames::showDashboard, [](const NotificationUserInfo&) {});
     SingleInstance instance(desktop.sessionBus, SingleInstance::currentDisplay(), showDashboard);
     if (!instance.isFirst()) {
         instance.callFirst(desktop.notifications);
@@ -135,6 +138,8 @@ int main(int /*argumentCount*/, char** arguments) {
     const UnixSignalNotifier signals([](int) { terminate(); });
     const int result = runFirstInstance(desktop);
     desktop.userDefaults.flush();
+    // A start from now on is not a second one, and finds the preferences complete.
+    instance.release();
     // What still runs in the background, such as a switch that waits for somebody's password, must not keep
     // the process from ending, and what it refers to must not go away under it.
     if (!desktop.runLoop.finishBackgroundTasks(1s)) {

@@ -68,10 +68,7 @@ SingleInstance::SingleInstance(const QDBusConnection& bus, const QString& displa
 }
 
 SingleInstance::~SingleInstance() {
-    notifier_.reset();
-    if (socket_ >= 0) {
-        close(socket_);
-    }
+    release();
 }
 
 QString SingleInstance::currentDisplay() {
@@ -85,6 +82,16 @@ void SingleInstance::callFirst(DistributedNotifications& notifications) {
     notifications.post(notificationNames::showDashboard);
     // An answer of the bus to a later message proves that it has taken the earlier one.
     bus_.interface()->isServiceRegistered(QLatin1StringView(busName));
+}
+
+void SingleInstance::release() {
+    notifier_.reset();
+    if (socket_ >= 0) {
+        close(std::exchange(socket_, -1));
+    }
+    if (std::exchange(isFirst_, false) && bus_.isConnected()) {
+        bus_.interface()->unregisterService(QLatin1StringView(busName));
+    }
 }
 
 bool SingleInstance::claimBusName() {

@@ -30,6 +30,9 @@ public:
     /// Asks the first process to show its dashboard; returns when the request is on its way.
     void callFirst(DistributedNotifications& notifications);
 
+    /// Lets another process be the first one from here on.
+    void release();
+
     /// Names the display of this process for the constructor.
     static QString currentDisplay();
 

@@ -53,25 +53,26 @@ void KestroDashboardWindow::toggleWindowedFullScreen() {
     if (available.isNull()) {
         return;
     }
-    const WindowedZoom zoom = windowedZoom(geometry(), preZoomFrame_, available);
+    const WindowedZoom zoom = windowedZoom(frameAnimation_.frame(), preZoomFrame_, available);
     preZoomFrame_ = zoom.preZoomFrame;
     setFrame(zoom.frame);
 }
 
 void KestroDashboardWindow::toggleFullScreen() {
-    frameAnimation_.stop();
+    // What is left after full screen is the frame that the window was on its way to.
+    frameAnimation_.finish();
     setWindowState(windowState() ^ Qt::WindowFullScreen);
 }
 
 void KestroDashboardWindow::resizeKeepingOrigin(QSize size) {
     if (!isFullScreen()) {
-        setFrame(resizedKeepingBottomLeft(geometry(), size, availableArea()));
+        setFrame(resizedKeepingBottomLeft(frameAnimation_.frame(), size, availableArea()));
     }
 }
 
 void KestroDashboardWindow::fitWidth(int optimalWidth) {
-    const QRect frame = automaticDashboardFrame(geometry(), optimalWidth, availableArea());
-    if (frame != geometry()) {
+    const QRect frame = automaticDashboardFrame(frameAnimation_.frame(), optimalWidth, availableArea());
+    if (frame != frameAnimation_.frame()) {
         isFittingWidth_ = true;
         frameAnimation_.start(frame);
     }
@@ -87,6 +88,8 @@ void KestroDashboardWindow::ensureReachable() {
 }
 
 bool KestroDashboardWindow::backgroundPressed(QPoint position) {
+    // From here on the frame is the user's.
+    frameAnimation_.stop();
     const Qt::Edges edges = isFullScreen() ? Qt::Edges() : resizeEdges(position, size());
     return edges != Qt::Edges() && windowHandle()->startSystemResize(edges);
 }

@@ -55,6 +55,17 @@ void FrameAnimation::stop() {
     settling_.stop();
 }
 
+void FrameAnimation::finish() {
+    const QRect target = frame();
+    stop();
+    window_.setGeometry(target);
+}
+
+QRect FrameAnimation::frame() const {
+    const bool isMoving = animation_.state() == QAbstractAnimation::Running;
+    return isMoving ? animation_.endValue().toRect() : window_.geometry();
+}
+
 void FrameAnimation::settle() {
     const QRect target = animation_.endValue().toRect();
     if (window_.size() == target.size()) {

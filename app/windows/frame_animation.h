@@ -22,6 +22,12 @@ public:
     /// Ends where the window is now.
     void stop();
 
+    /// Ends at the target.
+    void finish();
+
+    /// Where the window is, or will be at the end of a motion under way.
+    QRect frame() const;
+
     /// Whether the window may take `size` because of the motion that was started last: sizes on its way
     /// come back from the window system a little after it has ended.
     bool explains(const QSize& size) const;

@@ -34,21 +34,20 @@ public:
 
     int descriptor() const { return inotify_.get(); }
 
-    /// Watches the file, or waits for it where it is missing. False: it is there but not to be trusted, or
-    /// the kernel has no watch left.
+    /// Watches the file, or waits for one to be trusted where there is none. False: its directory is missing,
+    /// or the kernel has no watch left.
     bool arm() {
-        auto trust = watchFile();
+        watchFile();
         if (fileWatch_ < 0 && directoryWatch_ < 0) {
             directoryWatch_ = inotify_add_watch(inotify_.get(), directory_.c_str(),
                                                 IN_CREATE | IN_MOVED_TO | IN_ATTRIB | IN_ONLYDIR);
             // Again: the file may have come before the directory was watched.
-            trust = watchFile();
+            watchFile();
         }
         if (fileWatch_ >= 0) {
             forget(directoryWatch_);
-            return true;
         }
-        return trust == FileTrust::missing && directoryWatch_ >= 0;
+        return fileWatch_ >= 0 || directoryWatch_ >= 0;
     }
 
     /// Takes in everything that happened. True: the file was written to, or another one took its place.
@@ -79,15 +78,14 @@ public:
     }
 
 private:
-    FileTrust watchFile() {
+    void watchFile() {
         const auto file = openTrusted(path_, O_RDONLY);
-        if (file.trust == FileTrust::trusted) {
+        if (file.isOpen()) {
             // Through the descriptor: the path may name another file by now.
-            const auto opened = fmt::format("/proc/self/fd/{}", file.descriptor.get());
+            const auto opened = fmt::format("/proc/self/fd/{}", file.get());
             fileWatch_ = inotify_add_watch(inotify_.get(), opened.c_str(),
                                            IN_MODIFY | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF);
         }
-        return file.trust;
     }
 
     /// True: the path now names a file that was not watched before.
@@ -196,13 +194,13 @@ std::unique_ptr<FileEventSource> LinuxFileEvents::watchWrites(const std::string&
 
 std::optional<std::string> LinuxFileEvents::read(const std::string& path) {
     const auto file = openTrusted(path, O_RDONLY);
-    if (file.trust != FileTrust::trusted) {
+    if (!file.isOpen()) {
         return std::nullopt;
     }
     std::string bytes(longestRead, '\0');
     std::size_t length = 0;
     while (length < bytes.size()) {
-        const auto count = ::read(file.descriptor.get(), bytes.data() + length, bytes.size() - length);
+        const auto count = ::read(file.get(), bytes.data() + length, bytes.size() - length);
         if (count < 0 && errno == EINTR) {
             continue;
         }
@@ -220,9 +218,9 @@ std::optional<std::string> LinuxFileEvents::read(const std::string& path) {
 
 void LinuxFileEvents::truncate(const std::string& path) {
     const auto file = openTrusted(path, O_WRONLY);
-    if (file.trust == FileTrust::trusted) {
+    if (file.isOpen()) {
         // A failure is of no consequence: the word has been read.
-        [[maybe_unused]] const int result = ftruncate(file.descriptor.get(), 0);
+        [[maybe_unused]] const int result = ftruncate(file.get(), 0);
     }
 }
 

@@ -110,6 +110,19 @@ TEST_F(AppDelegateReadout, FollowsTheManagers) {
     EXPECT_EQ(shown().title.text, QStringLiteral("🔥 TURBO · ⚡ AUTO · ☕ ON"));
 }
 
+TEST_F(AppDelegateReadout, FollowsAFanThatShowsUpLate) {
+    const float one[] = {1400};
+    const float two[] = {1400, 1450};
+    mac.smc.setFans(one);
+    fanManager.refreshHardware();
+    launch();
+
+    mac.smc.setFans(two);
+    mac.advance(4s);
+
+    EXPECT_EQ(fanManager.fanCount.get(), 2);
+}
+
 TEST_F(AppDelegateReadout, IsComposedOnceForATick) {
     launch();
     mac.advance(2s);

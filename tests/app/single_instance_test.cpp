@@ -53,6 +53,15 @@ TEST_F(SingleInstanceTest, IsFirstAgainWhenTheOtherHasEnded) {
     EXPECT_TRUE(start(display).isFirst());
 }
 
+TEST_F(SingleInstanceTest, LetsAnotherBeFirstOnceItIsReleased) {
+    SingleInstance first = start(display);
+
+    first.release();
+
+    EXPECT_FALSE(first.isFirst());
+    EXPECT_TRUE(start(display).isFirst());
+}
+
 TEST_F(SingleInstanceTest, LeavesOtherDisplaysAlone) {
     const SingleInstance first = start(display);
 

@@ -175,7 +175,8 @@ BusReply MenuObject::aboutToShow(const QVariantList& arguments) {
     if (tree_.find(id) == nullptr) {
         return unknownEntry();
     }
-    return QVariantList{false};
+    // Some hosts announce the submenus only.
+    return QVariantList{rebuild()};
 }
 
 BusReply MenuObject::aboutToShowGroup(const QVariantList& arguments) {
@@ -219,6 +220,11 @@ bool MenuObject::handle(int id, const QString& event) {
     const MenuTree::Entry* entry = tree_.find(id);
     if (entry == nullptr) {
         return false;
+    }
+    if (event == QLatin1StringView("opened") && id == 0) {
+        // Some hosts tell of an opening by this event only; the answer to it goes first.
+        QMetaObject::invokeMethod(
+            this, [this] { rebuild(); }, Qt::QueuedConnection);
     }
     if (event == QLatin1StringView("clicked") && entry->isEnabled && entry->action) {
         // An action may open a window, end the process or destroy this very menu: the host's answer goes first.

@@ -91,6 +91,16 @@ TEST_F(MenuObjectTest, IsBuiltOnceForReadingAndAfreshForEveryOpening) {
     EXPECT_EQ(built, 3);
 }
 
+TEST_F(MenuObjectTest, IsBuiltAfreshAlsoForHostsThatTellOfAnOpeningInAnotherWay) {
+    const int submenu = child(layout(), 2).id;
+
+    menuCall(*item, "AboutToShow", {submenu});
+    EXPECT_EQ(built, 2);
+
+    event(0, "opened");
+    EXPECT_TRUE(waitUntil([&] { return built == 3; }));
+}
+
 TEST_F(MenuObjectTest, ActsOnAChosenEntryAndShowsItsNewState) {
     const MenuLayoutNode root = layout();
     const int second = child(child(root, 2), 1).id;

@@ -149,6 +149,35 @@ TEST_F(DashboardWindowTest, ZoomsAndReturnsAndZoomsAgainByDoubleClicksOnItsTitle
     EXPECT_EQ(window.geometry(), available);
 }
 
+TEST_F(DashboardWindowTest, RemembersItsFrameThroughAZoomThatIsTakenBackHalfWay) {
+    show();
+    const QRect before = window.geometry();
+    motion::setReduced(false);
+
+    window.toggleWindowedFullScreen();
+    EXPECT_EQ(window.preZoomFrame(), before);
+    window.toggleWindowedFullScreen();
+    EXPECT_EQ(window.preZoomFrame(), std::nullopt);
+    window.toggleFullScreen();
+    window.toggleFullScreen();
+
+    EXPECT_EQ(window.geometry(), before);
+}
+
+TEST_F(DashboardWindowTest, LeavesTheFrameToTheUserOnceTheWindowIsPressed) {
+    show();
+    window.setGeometry(10, 300, 740, 420);
+    motion::setReduced(false);
+
+    window.resizeKeepingOrigin({800, 460});
+    sendMouse(QEvent::MouseButtonPress, {300, 200});
+    const QRect pressed = window.geometry();
+    window.toggleFullScreen();
+    window.toggleFullScreen();
+
+    EXPECT_EQ(window.geometry(), pressed);
+}
+
 TEST_F(DashboardWindowTest, DoesNotZoomByDoubleClicksElsewhere) {
     show();
     const QRect before = window.geometry();

@@ -59,6 +59,18 @@ protected:
 
     void write(const std::string& text) { directory.write("command", text); }
 
+    /// What stands in the file's place gives way to a proper file: the first thing that is told of.
+    void expectOnlyTheReplacementIsSeen() {
+        directory.write("new", "replacement");
+        chmod((directory / "new").c_str(), 0600);
+        rename((directory / "new").c_str(), path.c_str());
+        while (seen.find("replacement") == std::string::npos) {
+            ASSERT_TRUE(loop.runNext());
+        }
+        EXPECT_EQ(seen.find("replacement"), 0u) << seen;
+        unlink(path.c_str());
+    }
+
     TemporaryDirectory directory;
     const std::string path = directory / "command";
     QueueLoop loop;
@@ -70,6 +82,12 @@ mode_t modeOf(const std::string& path) {
     struct stat status {};
     stat(path.c_str(), &status);
     return status.st_mode & 07777;
+}
+
+off_t fileSize(const std::string& path) {
+    struct stat status {};
+    stat(path.c_str(), &status);
+    return status.st_size;
 }
 
 TEST_F(LinuxFileEventsTest, CreatesAFileThatOnlyThisUserMayUse) {
@@ -163,56 +181,88 @@ TEST_F(LinuxFileEventsTest, RefusesALink) {
     directory.write("target", "secret");
     symlink((directory / "target").c_str(), path.c_str());
 
-    EXPECT_EQ(watch(), nullptr);
+    const auto source = watch();
+
     EXPECT_EQ(events.read(path), std::nullopt);
     events.truncate(path);
     EXPECT_EQ(events.read(directory / "target"), "secret");
+    directory.write("target", "more secret");
+    expectOnlyTheReplacementIsSeen();
 }
 
 TEST_F(LinuxFileEventsTest, RefusesAFileWithASecondName) {
     write("mine");
     link(path.c_str(), (directory / "second").c_str());
 
-    EXPECT_EQ(watch(), nullptr);
+    const auto source = watch();
+
     EXPECT_EQ(events.read(path), std::nullopt);
     events.truncate(path);
-    unlink((directory / "second").c_str());
-    EXPECT_EQ(events.read(path), "mine");
+    EXPECT_EQ(fileSize(directory / "second"), 4);
+    write("theirs");
+    expectOnlyTheReplacementIsSeen();
 }
 
 TEST_F(LinuxFileEventsTest, RefusesAFifoWithoutBlocking) {
     unlink(path.c_str());
     mkfifo(path.c_str(), 0600);
 
-    EXPECT_EQ(watch(), nullptr);
+    const auto source = watch();
+
     EXPECT_EQ(events.read(path), std::nullopt);
     events.truncate(path);
+    expectOnlyTheReplacementIsSeen();
 }
 
 TEST_F(LinuxFileEventsTest, RefusesADirectory) {
     unlink(path.c_str());
     mkdir(path.c_str(), 0700);
 
-    EXPECT_EQ(watch(), nullptr);
+    const auto source = watch();
+
     EXPECT_EQ(events.read(path), std::nullopt);
+    rmdir(path.c_str());
+    expectOnlyTheReplacementIsSeen();
 }
 
 TEST_F(LinuxFileEventsTest, RefusesAFileThatOthersMayWriteTo) {
     for (const mode_t mode : {0620, 0602, 0666}) {
+        SCOPED_TRACE(mode);
+        events.createIfMissing(path);
         chmod(path.c_str(), mode);
-        EXPECT_EQ(watch(), nullptr) << mode;
-        EXPECT_EQ(events.read(path), std::nullopt) << mode;
+
+        const auto source = watch();
+
+        write("theirs");
+        EXPECT_EQ(events.read(path), std::nullopt);
+        expectOnlyTheReplacementIsSeen();
+        seen.clear();
     }
 }
 
 TEST_F(LinuxFileEventsTest, RefusesAFileOfAnotherUser) {
     if (geteuid() == 0) {
         chown(path.c_str(), 65534, 65534);
-        EXPECT_EQ(watch(), nullptr);
+
+        const auto source = watch();
+
+        write("theirs");
         EXPECT_EQ(events.read(path), std::nullopt);
+        expectOnlyTheReplacementIsSeen();
     } else {
-        EXPECT_EQ(events.watchWrites("/etc/hostname", [] {}), nullptr);
         EXPECT_EQ(events.read("/etc/hostname"), std::nullopt);
+    }
+}
+
+TEST_F(LinuxFileEventsTest, TrustsAFileOnceNobodyElseMayWriteToIt) {
+    chmod(path.c_str(), 0666);
+    const auto source = watch();
+
+    chmod(path.c_str(), 0600);
+    write("word");
+
+    while (seen.find("word") == std::string::npos) {
+        ASSERT_TRUE(loop.runNext());
     }
 }
 
