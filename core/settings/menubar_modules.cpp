@@ -1,8 +1,22 @@
 #include "core/settings/menubar_modules.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kestro {
+
+namespace {
+
+/// Without the later repetitions of a module: two equal neighbours would only be swapped with each other.
+MenubarModules listedOnce(MenubarModules modules, MenubarModuleType module) {
+    const auto found = std::ranges::find(modules, module);
+    if (found != modules.end()) {
+        modules.erase(std::remove(found + 1, modules.end(), module), modules.end());
+    }
+    return modules;
+}
+
+}  // namespace
 
 MenubarModules toggleModule(MenubarModules modules, MenubarModuleType module) {
     if (std::ranges::find(modules, module) == modules.end()) {
@@ -17,6 +31,7 @@ MenubarModules toggleModule(MenubarModules modules, MenubarModuleType module) {
 }
 
 MenubarModules moveModuleUp(MenubarModules modules, MenubarModuleType module) {
+    modules = listedOnce(std::move(modules), module);
     const auto found = std::ranges::find(modules, module);
     if (found != modules.end() && found != modules.begin()) {
         std::iter_swap(found, found - 1);
@@ -25,6 +40,7 @@ MenubarModules moveModuleUp(MenubarModules modules, MenubarModuleType module) {
 }
 
 MenubarModules moveModuleDown(MenubarModules modules, MenubarModuleType module) {
+    modules = listedOnce(std::move(modules), module);
     const auto found = std::ranges::find(modules, module);
     if (found != modules.end() && found + 1 != modules.end()) {
         std::iter_swap(found, found + 1);

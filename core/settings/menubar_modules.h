@@ -13,10 +13,12 @@ using MenubarModules = std::vector<MenubarModuleType>;
 /// left is never removed.
 MenubarModules toggleModule(MenubarModules modules, MenubarModuleType module);
 
-/// Swaps a module with the one before it; the first one and one that is not listed stay.
+/// Swaps a module with the one before it, without its later repetitions; the first one and one that is not
+/// listed stay.
 MenubarModules moveModuleUp(MenubarModules modules, MenubarModuleType module);
 
-/// Swaps a module with the one after it; the last one and one that is not listed stay.
+/// Swaps a module with the one after it, without its later repetitions; the last one and one that is not
+/// listed stay.
 MenubarModules moveModuleDown(MenubarModules modules, MenubarModuleType module);
 
 /// Gives a module the place of `target`, which makes room; one that is not listed is put in. Nothing happens

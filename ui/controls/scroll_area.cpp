@@ -1,9 +1,11 @@
 #include "ui/controls/scroll_area.h"
 
+#include "ui/controls/control.h"
 #include "ui/controls/focus_ring.h"
 #include "ui/controls/ink.h"
 #include "ui/controls/surface_paint.h"
 
+#include <QApplication>
 #include <QGraphicsOpacityEffect>
 #include <QImage>
 #include <QLinearGradient>
@@ -25,6 +27,9 @@ constexpr double kShortestThumb = 32;
 constexpr int kThumbHitWidth = 14;
 constexpr double kRestOpacity = 0.16;
 constexpr double kHoverOpacity = 0.28;
+
+/// What is focused stays clear of the fades, with its ring.
+constexpr int kFocusMargin = 24;
 
 }  // namespace
 
@@ -136,6 +141,7 @@ ScrollArea::ScrollArea(QWidget* content, QWidget* parent) : QScrollArea(parent) 
     thumb_ = new ScrollThumb(*verticalScrollBar(), this);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ScrollArea::follow);
     connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &ScrollArea::follow);
+    connect(qApp, &QApplication::focusChanged, this, &ScrollArea::reveal);
     follow();
 }
 
@@ -148,6 +154,15 @@ void ScrollArea::resizeEvent(QResizeEvent* event) {
     QScrollArea::resizeEvent(event);
     thumb_->setGeometry(width() - kThumbHitWidth, 0, kThumbHitWidth, height());
     follow();
+}
+
+void ScrollArea::reveal(const QWidget* before, QWidget* focused) {
+    // Coming back to the window leaves it as it was left; the pointer focuses only what it sees.
+    auto* control = qobject_cast<Control*>(focused);
+    const bool isFromKeyboard = before != nullptr && control != nullptr && control->showsFocus();
+    if (isFromKeyboard && isVisible() && widget()->isAncestorOf(control)) {
+        ensureWidgetVisible(control, 0, kFocusMargin);
+    }
 }
 
 void ScrollArea::follow() {

@@ -25,7 +25,8 @@ EdgeFades edgeFades(int position, int maximum);
 QRectF scrollThumb(double width, double viewHeight, int position, int maximum);
 
 /// Content that scrolls vertically when it is taller than the area: without frame or track, with a thin thumb
-/// and edges that fade into what its parent paints. Takes the width of the area.
+/// and edges that fade into what its parent paints. Takes the width of the area. Scrolls to what the keyboard
+/// focuses.
 class ScrollArea : public QScrollArea {
     Q_OBJECT
 
@@ -41,6 +42,7 @@ protected:
 
 private:
     void follow();
+    void reveal(const QWidget* before, QWidget* focused);
 
     QGraphicsOpacityEffect* opacity_;
     EdgeFade* topFade_;

@@ -31,12 +31,26 @@ double SliderRange::nearest(double value) const {
     if (!(maximum > minimum) || std::isnan(value)) {
         return minimum;
     }
-    const double within = std::clamp(value, minimum, maximum);
+    const double inside = within(value);
     if (step <= 0) {
-        return within;
+        return inside;
     }
-    const double stepped = std::min(minimum + std::round((within - minimum) / step) * step, maximum);
-    return maximum - within < std::abs(within - stepped) ? maximum : stepped;
+    const double onStep = std::min(minimum + std::round((inside - minimum) / step) * step, maximum);
+    return maximum - inside < std::abs(inside - onStep) ? maximum : onStep;
+}
+
+double SliderRange::within(double value) const {
+    return maximum > minimum && !std::isnan(value) ? std::clamp(value, minimum, maximum) : minimum;
+}
+
+double SliderRange::stepped(double value, int steps) const {
+    if (step <= 0) {
+        return within(value);
+    }
+    constexpr double tolerance = 1e-9;  // a sum of steps is rarely exact
+    const double place = (within(value) - minimum) / step;
+    const double from = steps > 0 ? std::floor(place + tolerance) : std::ceil(place - tolerance);
+    return within(minimum + (from + steps) * step);
 }
 
 double SliderRange::fraction(double value) const {
@@ -52,14 +66,15 @@ double sliderValueAt(const SliderRange& range, double x, double width) {
     return range.nearest(range.minimum + (x - kKnobRoom) / travel * (range.maximum - range.minimum));
 }
 
-Slider::Slider(const SliderRange& range, QWidget* parent) : Control(parent), range_(range), value_(range.minimum) {
+Slider::Slider(const SliderRange& range, QWidget* parent)
+    : Control(parent), range_(range), shown_(range.minimum), value_(range.minimum) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 void Slider::setValue(double value) {
-    const double nearest = range_.nearest(value);
-    if (nearest != value_) {
-        value_ = nearest;
+    if (value != shown_) {
+        shown_ = value;
+        value_ = range_.within(value);
         announceValue();
         moveFocusRing();
         update();
@@ -69,7 +84,7 @@ void Slider::setValue(double value) {
 void Slider::setRange(const SliderRange& range) {
     if (range != range_) {
         range_ = range;
-        value_ = range_.nearest(value_);
+        value_ = range_.within(shown_);
         moveFocusRing();
         update();
     }
@@ -94,7 +109,7 @@ double Slider::focusRadius() const {
 AccessibleInfo Slider::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
     info.role = QAccessible::Slider;
-    info.value = valueText_ ? valueText_(value_) : QString::number(value_);
+    info.value = valueText_ ? valueText_(shown_) : QString::number(shown_);
     auto* self = const_cast<Slider*>(this);
     info.range = AccessibleRange{value_, range_.minimum, range_.maximum, range_.step,
                                  [self](double value) { self->choose(value); }};
@@ -130,17 +145,17 @@ void Slider::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Left:
         case Qt::Key_Down:
-            choose(value_ - range_.step);
+            choose(range_.stepped(value_, -1));
             break;
         case Qt::Key_Right:
         case Qt::Key_Up:
-            choose(value_ + range_.step);
+            choose(range_.stepped(value_, 1));
             break;
         case Qt::Key_PageDown:
-            choose(value_ - kPageSteps * range_.step);
+            choose(range_.stepped(value_, -kPageSteps));
             break;
         case Qt::Key_PageUp:
-            choose(value_ + kPageSteps * range_.step);
+            choose(range_.stepped(value_, kPageSteps));
             break;
         case Qt::Key_Home:
             choose(range_.minimum);
@@ -156,9 +171,12 @@ void Slider::keyPressEvent(QKeyEvent* event) {
 }
 
 void Slider::choose(double value) {
-    const double before = value_;
-    setValue(value);
-    if (value_ != before && onChanged_) {
+    const double chosen = range_.nearest(value);
+    if (chosen == shown_) {
+        return;
+    }
+    setValue(chosen);
+    if (onChanged_) {
         onChanged_(value_);
     }
 }

@@ -14,6 +14,13 @@ struct SliderRange {
     /// room has only its minimum.
     double nearest(double value) const;
 
+    /// `value` brought between the ends, off the steps as it may be.
+    double within(double value) const;
+
+    /// The value `steps` further, or back where negative; from between two steps the nearer of them in that
+    /// direction is the first. Never beyond an end.
+    double stepped(double value, int steps) const;
+
     /// The position of a value, 0..1.
     double fraction(double value) const;
 
@@ -34,11 +41,14 @@ public:
 
     explicit Slider(const SliderRange& range, QWidget* parent = nullptr);
 
-    /// Shows a value without telling anybody, brought into the range. Silent when equal.
+    /// Shows a value without telling anybody. One beyond the range has the knob at that end and is spoken as
+    /// it is; the user can still set the end itself. Silent when equal.
     void setValue(double value);
+
+    /// Where the knob is: the shown value, within the range.
     double value() const { return value_; }
 
-    /// The value that is shown is brought into the new range.
+    /// The knob moves to where the shown value is in the new range.
     void setRange(const SliderRange& range);
     const SliderRange& range() const { return range_; }
 
@@ -65,6 +75,7 @@ private:
     QRectF knob() const;
 
     SliderRange range_;
+    double shown_;  ///< as it was set, even beyond the range
     double value_;
     std::function<void(double)> onChanged_;
     std::function<QString(double)> valueText_;

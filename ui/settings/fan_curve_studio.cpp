@@ -55,6 +55,15 @@ const std::vector<FanTelemetry>& liveFans(const KestroServices& services) {
     return measured.empty() ? services.fanManager.currentFans.get() : measured;
 }
 
+bool isInForce(CurvePreset preset, const FanCurveConfig& config) {
+    const FanCurveConfig made = applyTo(preset, config.minRPM, config.maxRPM);
+    const bool hasItsCeiling =
+        config.acousticCeilingEnabled == made.acousticCeilingEnabled &&
+        (!made.acousticCeilingEnabled || config.acousticCeilingRPM == made.acousticCeilingRPM);
+    return hasItsCeiling && config.sensorSource == made.sensorSource && config.curveShape == made.curveShape &&
+           config.lowTemp == made.lowTemp && config.highTemp == made.highTemp;
+}
+
 FanCurveStudio::FanCurveStudio(const KestroServices& services) : SettingsPane(services) {
     stack().setSpacing(kStudioGap);
     constexpr int groupGap = 6;
@@ -79,6 +88,9 @@ template <typename Change>
 void FanCurveStudio::edit(Change change) {
     FanCurveConfig config = activeEditingConfig(services());
     change(config);
+    if (config == activeEditingConfig(services())) {
+        return;  // what is chosen already is no edit: the preset stays in force
+    }
     services().fanManager.updateCurve(editedFan(services()), config);
 }
 
@@ -95,6 +107,7 @@ QWidget* FanCurveStudio::heading() {
     bold.weight = text_styles::w600;
     TextLabel* state = nullptr;
     auto* link = new ToggleSwitch;
+    link->setAccessibleName(QStringLiteral("Fans Linked"));
     link->onToggled([&manager](bool) { manager.toggleLinking(); });
     QWidget* widget =
         row(Insets{2, 0, 0, 0},
@@ -106,9 +119,7 @@ QWidget* FanCurveStudio::heading() {
     follow(
         [state, link, &manager] {
             const bool isLinked = manager.isLinked.get();
-            const QString words = isLinked ? QStringLiteral("Fans Linked") : QStringLiteral("Independent Fans");
-            state->setText(words);
-            link->setAccessibleName(words);
+            state->setText(isLinked ? QStringLiteral("Fans Linked") : QStringLiteral("Independent Fans"));
             link->setOn(isLinked);
         },
         manager.isLinked);
@@ -149,14 +160,17 @@ QWidget* FanCurveStudio::presets() {
         layout->addWidget(option, 1);
         buttons.push_back(option);
     }
+    // At the start a preset counts as active before anybody has compared it with the curves that were kept.
     follow(
-        [buttons, &manager] {
+        [this, buttons, &manager] {
             const auto active = manager.activePreset.get();
+            const bool isLit = active && isInForce(*active, activeEditingConfig(services()));
             for (std::size_t i = 0; i < buttons.size(); ++i) {
-                buttons[i]->setOn(active && static_cast<std::size_t>(*active) == i);
+                buttons[i]->setOn(isLit && static_cast<std::size_t>(*active) == i);
             }
         },
-        manager.activePreset);
+        manager.activePreset, manager.leftCurve, manager.rightCurve, manager.isLinked,
+        services().settings.selectedFanIndex);
     return widget;
 }
 

@@ -22,6 +22,9 @@ const FanCurveConfig& activeEditingConfig(const KestroServices& services);
 /// The fans as last measured; as listed by the fan control manager before the first sample.
 const std::vector<FanTelemetry>& liveFans(const KestroServices& services);
 
+/// Whether a curve is what a preset makes of it: sensor, shape, both temperatures and the ceiling.
+bool isInForce(CurvePreset preset, const FanCurveConfig& config);
+
 /// Chooses a fan and edits its curve over a live chart. Every edit goes through the fan control manager, which
 /// links the fans and engages the custom curves.
 class FanCurveStudio : public SettingsPane {

@@ -64,12 +64,21 @@ Button* ModuleRow::makeChip(const QString& symbol, const QString& direction) {
 }
 
 void ModuleRow::setPlace(std::optional<std::size_t> place, std::size_t count) {
+    const bool isNews = place != shownAt_ && (hasFocus() || up_->hasFocus() || down_->hasFocus());
     shownAt_ = place;
     setOn(place.has_value());
     setTitleStyle(moduleTitle(place.has_value()));
     place_->setText(place ? QString::number(*place + 1) : QString());
     up_->setEnabled(place && *place > 0);
     down_->setEnabled(place && *place + 1 < count);
+    if (isNews) {
+        announceName();
+    }
+}
+
+void ModuleRow::announceName() {
+    QAccessibleEvent event(this, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&event);
 }
 
 void ModuleRow::onMoveUp(std::function<void()> action) {
@@ -114,6 +123,10 @@ void ModuleRow::setDropTarget(bool isTarget) {
 }
 
 void ModuleRow::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::RightButton && isDragged_) {
+        giveUpDrag();
+        return;
+    }
     SettingRow::mousePressEvent(event);
     if (event->isAccepted()) {
         grip_ = event->pos();
@@ -142,6 +155,12 @@ void ModuleRow::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void ModuleRow::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        if (event->button() == Qt::RightButton) {
+            giveUpDrag();
+        }
+        return;
+    }
     const bool wasDragged = isDragged_;
     grip_.reset();
     endDrag(true);
@@ -151,9 +170,13 @@ void ModuleRow::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void ModuleRow::hideEvent(QHideEvent* event) {
+    giveUpDrag();
+    SettingRow::hideEvent(event);
+}
+
+void ModuleRow::giveUpDrag() {
     grip_.reset();
     endDrag(false);
-    SettingRow::hideEvent(event);
 }
 
 void ModuleRow::endDrag(bool isDropped) {
@@ -179,8 +202,7 @@ void ModuleRow::paint(QPainter& painter) {
 
 void ModuleRow::keyPressEvent(QKeyEvent* event) {
     if (isDragged_ && event->key() == Qt::Key_Escape) {
-        grip_.reset();
-        endDrag(false);
+        giveUpDrag();
         return;
     }
     const bool isUp = event->key() == Qt::Key_Up;

@@ -12,7 +12,8 @@ class Button;
 class TextLabel;
 
 /// A module of the readout: whether it shows, a sample of it, its place in the list, and chips that move it.
-/// Alt with the arrows up and down moves it as well, and it can be dragged; Escape gives the drag up.
+/// Alt with the arrows up and down moves it as well, and it can be dragged; Escape and the right button give the
+/// drag up.
 class ModuleRow : public SettingRow {
     Q_OBJECT
 
@@ -43,6 +44,9 @@ public:
     AccessibleInfo accessibleInfo() const override;
 
 protected:
+    /// Tells assistive technology that the row, which has the focus, is spoken otherwise now.
+    virtual void announceName();
+
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -56,6 +60,7 @@ protected:
 
 private:
     void endDrag(bool isDropped);
+    void giveUpDrag();
     Button* makeChip(const QString& symbol, const QString& direction);
 
     MenubarModuleType module_;

@@ -133,7 +133,8 @@ QWidget* PowerTab::modesCard() {
         rows.push_back(option);
     }
     auto* card = new settings_parts::RowCard(widgets);
-    auto* options = new ExclusiveGroup(controls, card);
+    // Each choice asks the system, which may ask for a password: not for every row that is passed.
+    auto* options = new ExclusiveGroup(controls, card, GroupArrows::moveFocus);
     follow(
         [modes, rows, options, &manager] {
             const SystemPowerMode current = manager.currentMode.get();

@@ -49,6 +49,12 @@ TEST(MenubarModules, MoveDownLeavesTheLastAndTheUnlisted) {
     EXPECT_EQ(moveModuleDown({}, disk), MenubarModules{});
 }
 
+TEST(MenubarModules, MovesPastRepetitionsOfAModule) {
+    EXPECT_EQ(moveModuleDown({memory, memory, disk}, memory), (MenubarModules{disk, memory}));
+    EXPECT_EQ(moveModuleUp({disk, memory, memory}, memory), (MenubarModules{memory, disk}));
+    EXPECT_EQ(moveModuleDown({memory, disk, memory, fans}, memory), (MenubarModules{disk, memory, fans}));
+}
+
 TEST(MenubarModules, PlaceGivesAModuleThePlaceOfAnother) {
     EXPECT_EQ(placeModule({icon, memory, fans, disk}, icon, fans), (MenubarModules{memory, fans, icon, disk}));
     EXPECT_EQ(placeModule({icon, memory, fans, disk}, disk, memory), (MenubarModules{icon, disk, memory, fans}));

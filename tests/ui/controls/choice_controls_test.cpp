@@ -36,6 +36,18 @@ TEST(SliderRangeTest, ReachesAMaximumThatNoStepMeets) {
     EXPECT_EQ(rpm.nearest(7290), 7300);
 }
 
+TEST(SliderRangeTest, StepsFromBetweenTwoStepsToTheNextOne) {
+    const SliderRange rpm{1350, 7300, 100};
+
+    EXPECT_EQ(rpm.stepped(6000, 1), 6050);
+    EXPECT_EQ(rpm.stepped(6000, -1), 5950);
+    EXPECT_EQ(rpm.stepped(6050, 1), 6150);
+    EXPECT_EQ(rpm.stepped(6000, 5), 6450);
+    EXPECT_EQ(rpm.stepped(7300, -1), 7250);
+    EXPECT_EQ(rpm.stepped(7250, 1), 7300);
+    EXPECT_EQ((SliderRange{0, 10, 0.1}.stepped(0.1 + 0.2, 1)), 0.4);
+}
+
 TEST(SliderRangeTest, HasOnlyItsMinimumWithoutRoom) {
     const SliderRange empty{10, 10, 1};
 
@@ -135,6 +147,32 @@ TEST_F(SliderTest, TellsNothingWhenSet) {
 
     EXPECT_TRUE(told_.empty());
     EXPECT_EQ(slider_.value(), 30);
+}
+
+TEST_F(SliderTest, ShowsAValueBetweenTwoStepsAsItIs) {
+    slider_.setRange({1350, 7300, 100});
+    slider_.setValue(6000);
+
+    EXPECT_EQ(slider_.value(), 6000);
+    EXPECT_EQ(slider_.accessibleInfo().value, QStringLiteral("6000"));
+    EXPECT_EQ(slider_.focusArea().center().x(), sliderKnobX(slider_.range(), 6000, slider_.width()));
+    press(slider_, Qt::Key_Right);
+    slider_.setValue(6000);
+    press(slider_, Qt::Key_Left);
+    EXPECT_EQ(told_, (std::vector<double>{6050, 5950}));
+}
+
+TEST_F(SliderTest, SetsTheEndThatAValueLiesBeyond) {
+    slider_.setValueText([](double value) { return QString::number(value) + QLatin1Char('%'); });
+    slider_.setValue(80);
+    EXPECT_EQ(slider_.value(), 50);
+    EXPECT_EQ(slider_.accessibleInfo().value, QStringLiteral("80%"));
+
+    press(slider_, Qt::Key_End);
+    press(slider_, Qt::Key_End);
+
+    EXPECT_EQ(told_, (std::vector<double>{50}));
+    EXPECT_EQ(slider_.accessibleInfo().value, QStringLiteral("50%"));
 }
 
 TEST_F(SliderTest, SpeaksAndIsSetByAssistiveTechnology) {

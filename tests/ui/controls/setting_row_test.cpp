@@ -3,6 +3,8 @@
 #include "tests/ui/controls/view_test.h"
 #include "ui/controls/exclusive_group.h"
 
+#include <utility>
+
 namespace kestro {
 namespace {
 
@@ -127,6 +129,42 @@ TEST_F(ExclusiveGroupTest, ChoosesTheNeighbourWithTheArrows) {
     press(*rows_[2], Qt::Key_Up);
 
     EXPECT_EQ(asked_, (std::vector{1, 2, 1}));
+}
+
+TEST_F(ExclusiveGroupTest, OnlyMovesTheFocusWhereAChoiceCosts) {
+    ExclusiveGroup group({rows_.begin(), rows_.end()}, nullptr, GroupArrows::moveFocus);
+    delete std::exchange(group_, nullptr);
+    window_.activateWindow();
+    QApplication::processEvents();
+    rows_[0]->setFocus(Qt::TabFocusReason);
+
+    press(*rows_[0], Qt::Key_Down);
+    press(*rows_[1], Qt::Key_Down);
+    EXPECT_EQ(window_.focusWidget(), rows_[2]);
+    EXPECT_TRUE(rows_[2]->showsFocus());
+    EXPECT_TRUE(asked_.empty());
+
+    press(*rows_[2], Qt::Key_Space);
+    EXPECT_EQ(asked_, (std::vector{2}));
+}
+
+TEST_F(ExclusiveGroupTest, HasItsStopWhereTheFocusIsAndThenAtTheChosenOneAgain) {
+    ExclusiveGroup group({rows_.begin(), rows_.end()}, nullptr, GroupArrows::moveFocus);
+    delete std::exchange(group_, nullptr);
+    group.setChosen(1);
+    SettingRow elsewhere(RowMark::check, QStringLiteral("Elsewhere"), 46, &window_);
+    elsewhere.show();
+    window_.activateWindow();
+    QApplication::processEvents();
+    rows_[1]->setFocus(Qt::TabFocusReason);
+
+    press(*rows_[1], Qt::Key_Up);
+    EXPECT_TRUE(rows_[0]->focusPolicy() & Qt::TabFocus);
+    EXPECT_FALSE(rows_[1]->focusPolicy() & Qt::TabFocus);
+
+    elsewhere.setFocus(Qt::TabFocusReason);
+    EXPECT_FALSE(rows_[0]->focusPolicy() & Qt::TabFocus);
+    EXPECT_TRUE(rows_[1]->focusPolicy() & Qt::TabFocus);
 }
 
 }  // namespace

@@ -82,14 +82,18 @@ TEST_F(CoolingTabTest, EngagesCustomCurvesAndHidesTheNote) {
 
 TEST_F(CoolingTabTest, LinksAndUnlinksTheFans) {
     openWithTwoFans();
-    const bool wasLinked = fans().isLinked.get();
+    ASSERT_TRUE(fans().isLinked.get());
+    ToggleSwitch& link = toggle("Fans Linked");
 
-    click(toggle(wasLinked ? "Fans Linked" : "Independent Fans"));
+    click(link);
+    EXPECT_FALSE(fans().isLinked.get());
+    EXPECT_TRUE(shows("Independent Fans"));
+    EXPECT_EQ(link.accessibleInfo().name, QStringLiteral("Fans Linked"));
+    EXPECT_EQ(link.accessibleInfo().checked, false);
 
-    EXPECT_EQ(fans().isLinked.get(), !wasLinked);
-    EXPECT_TRUE(shows(wasLinked ? "Independent Fans" : "Fans Linked"));
     fans().toggleLinking();
-    EXPECT_TRUE(shows(wasLinked ? "Fans Linked" : "Independent Fans"));
+    EXPECT_TRUE(shows("Fans Linked"));
+    EXPECT_EQ(link.accessibleInfo().checked, true);
 }
 
 TEST_F(CoolingTabTest, EditsTheLeftCurveWhileTheFansAreLinked) {
@@ -146,6 +150,75 @@ TEST_F(CoolingTabTest, AppliesPresetsAndShowsTheOneInForce) {
     EXPECT_FALSE(button("Aggressive Cooling").isOn());
 }
 
+TEST_F(CoolingTabTest, LightsTheBalancedPresetForANewUser) {
+    openWithTwoFans();
+
+    EXPECT_TRUE(button("Balanced Studio").isOn());
+    EXPECT_FALSE(button("Quiet Studio").isOn());
+}
+
+TEST_F(CoolingTabTest, LightsNoPresetThatTheKeptCurvesAreNot) {
+    open(SettingsTab::cooling, [](SimulatedMac& mac) {
+        mac.smc.setFans(std::array{1420.0F, 1512.0F});
+        FanCurveConfig kept;
+        kept.sensorSource = SensorSource::peakDie;
+        UserSettings(mac.userDefaults).leftFanCurve.set(kept);
+    });
+    ASSERT_EQ(fans().activePreset.get(), CurvePreset::balancedEveryday);
+    ASSERT_EQ(fans().leftCurve.get().sensorSource, SensorSource::peakDie);
+
+    EXPECT_FALSE(button("Balanced Studio").isOn());
+    click(button("Balanced Studio"));
+    EXPECT_TRUE(button("Balanced Studio").isOn());
+}
+
+TEST_F(CoolingTabTest, LightsThePresetOfTheFanThatIsEdited) {
+    open(SettingsTab::cooling, [](SimulatedMac& mac) {
+        mac.smc.setFans(std::array{1420.0F, 1512.0F});
+        UserSettings kept(mac.userDefaults);
+        kept.isFansLinked.set(false);
+        FanCurveConfig right = FanCurveConfig::rightDefault();
+        right.highTemp = 90;
+        kept.rightFanCurve.set(right);
+    });
+    EXPECT_TRUE(button("Balanced Studio").isOn());
+
+    settings().selectedFanIndex.set(1);
+
+    EXPECT_FALSE(button("Balanced Studio").isOn());
+}
+
+TEST(IsInForceTest, ComparesWhatAPresetDecides) {
+    const FanCurveConfig quiet = applyTo(CurvePreset::quietStudio, 1350, 7300);
+    const auto without = [&quiet](auto change) {
+        FanCurveConfig other = quiet;
+        change(other);
+        return isInForce(CurvePreset::quietStudio, other);
+    };
+
+    EXPECT_TRUE(isInForce(CurvePreset::quietStudio, quiet));
+    EXPECT_TRUE(isInForce(CurvePreset::balancedEveryday, FanCurveConfig::leftDefault()));
+    EXPECT_FALSE(isInForce(CurvePreset::balancedEveryday, quiet));
+    EXPECT_FALSE(without([](auto& other) { other.sensorSource = SensorSource::peakDie; }));
+    EXPECT_FALSE(without([](auto& other) { other.curveShape = CurveShape::linear; }));
+    EXPECT_FALSE(without([](auto& other) { other.lowTemp = 54; }));
+    EXPECT_FALSE(without([](auto& other) { other.highTemp = 91; }));
+    EXPECT_FALSE(without([](auto& other) { other.acousticCeilingRPM = 5100; }));
+    EXPECT_FALSE(without([](auto& other) { other.acousticCeilingEnabled = false; }));
+}
+
+TEST_F(CoolingTabTest, TakesNothingForAnEditThatChoosesWhatIsChosen) {
+    openWithTwoFans();
+    click(button("Aggressive Cooling"));
+    fans().setProfile(FanProfile::turbo);
+
+    press(row("Peak Silicon Die"), Qt::Key_Space);
+    click(row("Linear Proportional"));
+
+    EXPECT_EQ(fans().activePreset.get(), CurvePreset::aggressiveTurbo);
+    EXPECT_EQ(fans().currentProfile.get(), FanProfile::turbo);
+}
+
 TEST_F(CoolingTabTest, MovesTheThresholdsWithinRangesThatCannotCross) {
     openWithTwoFans();
     Slider& low = slider("Baseline Idle Temp (T_low):");
@@ -191,6 +264,22 @@ TEST_F(CoolingTabTest, CapsTheSpeedOnlyWhileTheCeilingIsOn) {
     EXPECT_EQ(curve.acousticCeilingRPM, curve.minRPM + 100);
     EXPECT_EQ(ceiling.range(), (SliderRange{curve.minRPM, curve.maxRPM, 100}));
     EXPECT_FALSE(shows("Unconstrained turbine ceiling (Full 100% capacity)"));
+}
+
+TEST_F(CoolingTabTest, ShowsTheCeilingThatIsKept) {
+    openWithTwoFans();
+    FanCurveConfig curve = fans().leftCurve.get();
+    curve.minRPM = 1350;
+    curve.acousticCeilingEnabled = true;
+    curve.acousticCeilingRPM = 6000;
+    fans().updateCurve(0, curve);
+    Slider& ceiling = slider("Acoustic Ceiling Cap:");
+
+    EXPECT_EQ(ceiling.value(), 6000);
+    EXPECT_EQ(ceiling.accessibleInfo().value, QStringLiteral("6000 RPM"));
+    EXPECT_TRUE(shows("6000 RPM"));
+    press(ceiling, Qt::Key_Right);
+    EXPECT_EQ(fans().leftCurve.get().acousticCeilingRPM, 6050);
 }
 
 TEST_F(CoolingTabTest, DrawsTheEditedCurveAndFollowsTheEngine) {

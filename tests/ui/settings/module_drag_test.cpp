@@ -45,6 +45,14 @@ protected:
         drop(module(from), module(to));
     }
 
+    /// Another button, while the left one is held.
+    static void sendButton(QWidget& row, QEvent::Type type, Qt::MouseButton button) {
+        const auto held =
+            type == QEvent::MouseButtonPress ? Qt::LeftButton | button : Qt::MouseButtons(Qt::LeftButton);
+        QMouseEvent event(type, grip(row), row.mapToGlobal(grip(row)), button, held, Qt::NoModifier);
+        QApplication::sendEvent(&row, &event);
+    }
+
     std::vector<MenubarModuleType> marked() {
         std::vector<MenubarModuleType> found;
         for (const ModuleRow* option : view_->findChildren<ModuleRow*>()) {
@@ -119,6 +127,31 @@ TEST_F(ModuleDragTest, IsGivenUpByEscape) {
 
     EXPECT_EQ(modules().get(), before);
     EXPECT_TRUE(marked().empty());
+}
+
+TEST_F(ModuleDragTest, IsGivenUpByTheRightButton) {
+    const MenubarModules before = modules().get();
+
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        lift(module(icon), module(fanSpeed));
+        sendButton(module(icon), type, Qt::RightButton);
+        EXPECT_TRUE(marked().empty());
+        drop(module(icon), module(fanSpeed));
+    }
+
+    EXPECT_EQ(modules().get(), before);
+    EXPECT_TRUE(module(icon).isOn());
+}
+
+TEST_F(ModuleDragTest, GoesOnWhileOtherButtonsArePressed) {
+    lift(module(icon), module(fanSpeed));
+    sendButton(module(icon), QEvent::MouseButtonPress, Qt::MiddleButton);
+    sendButton(module(icon), QEvent::MouseButtonRelease, Qt::MiddleButton);
+    EXPECT_EQ(marked(), (std::vector{fanSpeed}));
+
+    drop(module(icon), module(fanSpeed));
+
+    EXPECT_EQ(modules().get(), (MenubarModules{memory, fanSpeed, icon, battery}));
 }
 
 TEST_F(ModuleDragTest, IsGivenUpWhenTheTabGoes) {

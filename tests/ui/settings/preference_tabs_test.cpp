@@ -69,6 +69,17 @@ TEST_F(KeepAwakeTabTest, BindsDurationAndBatteryProtectionBothWays) {
     EXPECT_EQ(cutoff.value(), 25);
 }
 
+TEST_F(KeepAwakeTabTest, BringsACutoffBeyondTheSliderToItsEnd) {
+    open(SettingsTab::keepAwake);
+    settings().keepAwakeBatteryThreshold.set(80);
+    EXPECT_TRUE(shows("80%"));
+
+    press(slider("Cutoff Level:"), Qt::Key_End);
+
+    EXPECT_EQ(settings().keepAwakeBatteryThreshold.get(), 50);
+    EXPECT_TRUE(shows("50%"));
+}
+
 using PowerTabTest = SettingsViewFixture;
 
 TEST_F(PowerTabTest, AsksForAModeAndShowsTheOneInForce) {
@@ -87,6 +98,24 @@ TEST_F(PowerTabTest, AsksForAModeAndShowsTheOneInForce) {
         badges += badge->isVisible() && badge->text() == QStringLiteral("ACTIVE");
     }
     EXPECT_EQ(badges, 1);
+}
+
+TEST_F(PowerTabTest, AsksTheSystemForNoModeThatTheArrowsPass) {
+    open(SettingsTab::power);
+    view_->activateWindow();
+    QApplication::processEvents();
+    row("Balanced (Automatic)").setFocus(Qt::TabFocusReason);
+
+    press(row("Balanced (Automatic)"), Qt::Key_Up);
+    machine_->mac.runPending();
+    machine_->advance(std::chrono::seconds(6));
+    EXPECT_EQ(view_->focusWidget(), &row("Low Power"));
+    EXPECT_EQ(machine_->powerManager().currentMode.get(), SystemPowerMode::balanced);
+
+    press(row("Low Power"), Qt::Key_Space);
+    machine_->mac.runPending();
+    machine_->advance(std::chrono::seconds(6));
+    EXPECT_EQ(machine_->powerManager().currentMode.get(), SystemPowerMode::lowPower);
 }
 
 TEST_F(PowerTabTest, ShowsTheBattery) {

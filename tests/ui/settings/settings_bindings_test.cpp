@@ -225,7 +225,7 @@ TEST_F(SettingsBindingsTest, BindsTheProfilesAndTheLink) {
     expectKept(settings().fanProfile, FanProfile::custom);
     press(named<ToggleSwitch>("Fans Linked"), Qt::Key_Space);
     EXPECT_FALSE(restarted().isFansLinked.get());
-    click(named<ToggleSwitch>("Independent Fans"));
+    click(named<ToggleSwitch>("Fans Linked"));
     EXPECT_TRUE(restarted().isFansLinked.get());
     SegmentedChoice& fan = segments("Fan");
     press(fan, Qt::Key_End);
@@ -262,6 +262,7 @@ TEST_F(SettingsBindingsTest, AppliesEveryPreset) {
 TEST_F(SettingsBindingsTest, EditsSensorAndShape) {
     openWithTwoFans();
     const auto edit = [this](auto field, const auto& cases) {
+        click(row(std::string(rawValue(cases[1])).c_str()));  // another than the one in force, which is no edit
         for (const auto value : cases) {
             const std::string label(rawValue(value));
             click(row(label.c_str()));
@@ -322,7 +323,7 @@ TEST_F(SettingsBindingsTest, AsksForEveryPowerMode) {
         EXPECT_EQ(machine_->powerManager().currentMode.get(), mode);
         EXPECT_TRUE(option.isOn());
     }
-    press(row("High Power"), Qt::Key_Up);
+    press(row("Balanced (Automatic)"), Qt::Key_Return);
     settle();
     EXPECT_EQ(machine_->powerManager().currentMode.get(), SystemPowerMode::balanced);
     press(row("Low Power"), Qt::Key_Space);

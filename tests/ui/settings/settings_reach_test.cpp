@@ -1,9 +1,31 @@
 #include "tests/ui/settings/settings_view_test.h"
 
+#include "ui/controls/scroll_area.h"
+#include "ui/controls/tab_strip.h"
+
+#include <QScrollBar>
+
 namespace kestro {
 namespace {
 
-using SettingsReachTest = SettingsViewFixture;
+class SettingsReachTest : public SettingsViewFixture {
+protected:
+    /// The cooling tab in a window too low for it, and its scroll bar.
+    QScrollBar& openLow() {
+        open(SettingsTab::cooling);
+        view_->resize(860, 420);
+        view_->activateWindow();
+        QApplication::processEvents();
+        for (const ScrollArea* area : view_->findChildren<ScrollArea*>()) {
+            if (area->isVisible()) {
+                return *area->verticalScrollBar();
+            }
+        }
+        throw std::runtime_error("nothing scrolls");
+    }
+
+    static bool isInSight(const QWidget& widget) { return widget.visibleRegion() == QRegion(widget.rect()); }
+};
 
 /// Where Tab goes from `widget`: the next that takes the focus by it.
 QWidget* afterTab(QWidget* widget) {
@@ -51,6 +73,41 @@ TEST_F(SettingsReachTest, NamesWhatCanBeReached) {
             EXPECT_FALSE(control->accessibleInfo().name.isEmpty()) << rawValue(tab);
         }
     }
+}
+
+TEST_F(SettingsReachTest, ScrollsToWhatTabFocusesFromOutside) {
+    QScrollBar& bar = openLow();
+    auto& strip = *view_->findChild<TabStrip*>();
+    strip.setFocus(Qt::TabFocusReason);
+    bar.setValue(bar.maximum());
+
+    press(strip, Qt::Key_Tab);
+
+    ASSERT_NE(view_->focusWidget(), &strip);
+    EXPECT_TRUE(isInSight(*view_->focusWidget()));
+    EXPECT_LT(bar.value(), bar.maximum());
+}
+
+TEST_F(SettingsReachTest, ScrollsToWhatTheArrowsFocus) {
+    QScrollBar& bar = openLow();
+    SettingRow& chosen = row("Average SoC Temp");
+    chosen.setFocus(Qt::TabFocusReason);
+    bar.setValue(chosen.mapTo(view_->content(SettingsTab::cooling), QPoint()).y() + 46 - view_->height() + 90);
+
+    press(chosen, Qt::Key_Down);
+
+    EXPECT_EQ(view_->focusWidget(), &row("Peak Silicon Die"));
+    EXPECT_TRUE(isInSight(row("Peak Silicon Die")));
+}
+
+TEST_F(SettingsReachTest, ScrollsNotForThePointer) {
+    QScrollBar& bar = openLow();
+    view_->findChild<TabStrip*>()->setFocus(Qt::TabFocusReason);
+    bar.setValue(bar.maximum());
+
+    button("Turbo").setFocus(Qt::MouseFocusReason);
+
+    EXPECT_EQ(bar.value(), bar.maximum());
 }
 
 }  // namespace
