@@ -5,9 +5,7 @@
 #include "ui/theme/hairline.h"
 #include "ui/theme/motion.h"
 
-#include <QHoverEvent>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -55,25 +53,25 @@ std::vector<QRectF> segmentAreas(const QSizeF& size, int count) {
 }
 
 SegmentedChoice::SegmentedChoice(std::vector<Segment> segments, int height, QWidget* parent)
-    : Control(parent), segments_(std::move(segments)), height_(height), mark_(0, [this] { update(); }) {
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    : ChoiceBar(-1, Trigger::release, parent),
+      segments_(std::move(segments)),
+      height_(height),
+      mark_(0, [this] { update(); }) {
     setMouseTracking(true);
 }
 
 void SegmentedChoice::setChosen(int index) {
     const int valid = index >= 0 && index < static_cast<int>(segments_.size()) ? index : -1;
-    if (valid == chosen_) {
+    if (valid == chosen()) {
         return;
     }
-    const bool slides = isVisible() && chosen_ >= 0 && valid >= 0;
-    chosen_ = valid;
-    announceValue();
+    const bool slides = isVisible() && chosen() >= 0 && valid >= 0;
+    take(valid);
     if (slides) {
         mark_.moveTo(valid, motion::slide);
     } else {
         mark_.reset(std::max(0, valid));
     }
-    update();
 }
 
 void SegmentedChoice::setSegments(std::vector<Segment> segments) {
@@ -100,19 +98,19 @@ QSize SegmentedChoice::minimumSizeHint() const {
 AccessibleInfo SegmentedChoice::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
     info.role = QAccessible::Grouping;
-    info.value = chosen_ >= 0 ? segments_[static_cast<size_t>(chosen_)].text : QString();
+    info.value = chosen() >= 0 ? segments_[static_cast<size_t>(chosen())].text : QString();
     return info;
 }
 
 std::vector<AccessibleInfo> SegmentedChoice::accessibleParts() const {
     std::vector<AccessibleInfo> parts;
-    const auto areas = segmentAreas(size(), static_cast<int>(segments_.size()));
+    const auto areas = this->areas();
     for (size_t i = 0; i < segments_.size(); ++i) {
         AccessibleInfo part;
         part.role = QAccessible::RadioButton;
         part.name = segments_[i].text;
         part.description = segments_[i].detail;
-        part.checked = static_cast<int>(i) == chosen_;
+        part.checked = static_cast<int>(i) == chosen();
         part.area = areas[i].toAlignedRect();
         part.press = [self = const_cast<SegmentedChoice*>(this), i] { self->choose(static_cast<int>(i)); };
         parts.push_back(std::move(part));
@@ -124,8 +122,8 @@ void SegmentedChoice::paint(QPainter& painter) {
     const QRectF frame = rect();
     paintRounded(painter, frame, kFrameRadius, Ink::white(kFrameOpacity).color());
     kestroHairlineBorder(painter, frame, kFrameRadius, KestroTheme::hairline());
-    const auto areas = segmentAreas(size(), static_cast<int>(segments_.size()));
-    if (chosen_ >= 0) {
+    const auto areas = this->areas();
+    if (chosen() >= 0) {
         const QRectF& first = areas.front();
         const QRectF mark = first.translated(mark_.value() * (first.width() + kGap), 0);
         paintRounded(painter, mark, kSegmentRadius, Ink::white(kMarkOpacity).color());
@@ -137,11 +135,11 @@ void SegmentedChoice::paint(QPainter& painter) {
 }
 
 void SegmentedChoice::paintSegment(QPainter& painter, int index, const QRectF& area) const {
-    const bool isChosen = index == chosen_;
-    const bool isHovered = index == hovered_ && !isChosen;
+    const bool isChosen = index == chosen();
+    const bool isHovered = index == hovered() && !isChosen;
     if (isHovered) {
         const double fill =
-            pressed_ == index ? StateOpacity{0, 0.05, 0.03}.at(hovering(), pressing()) : 0.05 * hovering();
+            pressed() == index ? StateOpacity{0, 0.05, 0.03}.at(hovering(), pressing()) : 0.05 * hovering();
         paintRounded(painter, area, kSegmentRadius, Ink::white(fill).color());
     }
     const Segment& segment = segments_[static_cast<size_t>(index)];
@@ -165,67 +163,22 @@ void SegmentedChoice::paintSegment(QPainter& painter, int index, const QRectF& a
              detail, Qt::AlignLeft, TextFit::value);
 }
 
-bool SegmentedChoice::event(QEvent* event) {
-    if (event->type() == QEvent::HoverMove || event->type() == QEvent::HoverEnter) {
-        const int index = indexAt(static_cast<QHoverEvent*>(event)->position());
-        if (index != hovered_) {
-            hovered_ = index;
-            update();
-        }
-    }
-    return Control::event(event);
-}
-
-void SegmentedChoice::mousePressEvent(QMouseEvent* event) {
-    pressed_ = indexAt(event->position());
-    Control::mousePressEvent(event);
-}
-
-void SegmentedChoice::mouseReleaseEvent(QMouseEvent* event) {
-    Control::mouseReleaseEvent(event);
-    const int released = indexAt(event->position());
-    if (event->button() == Qt::LeftButton && released >= 0 && released == pressed_) {
-        choose(released);
-    }
-    pressed_ = -1;
-}
-
 void SegmentedChoice::keyPressEvent(QKeyEvent* event) {
-    const int last = static_cast<int>(segments_.size()) - 1;
     switch (event->key()) {
-        case Qt::Key_Left:
         case Qt::Key_Up:
-            choose(std::max(0, chosen_ - 1));
+            chooseNext(-1);
             break;
-        case Qt::Key_Right:
         case Qt::Key_Down:
-            choose(std::min(last, chosen_ + 1));
-            break;
-        case Qt::Key_Home:
-            choose(0);
-            break;
-        case Qt::Key_End:
-            choose(last);
+            chooseNext(1);
             break;
         default:
-            event->ignore();
-            return;
-    }
-    showFocus();
-}
-
-void SegmentedChoice::choose(int index) {
-    const int before = chosen_;
-    setChosen(index);
-    if (chosen_ != before && onChosen_) {
-        onChosen_(chosen_);
+            ChoiceBar::keyPressEvent(event);
+            break;
     }
 }
 
-int SegmentedChoice::indexAt(const QPointF& position) const {
-    const auto areas = segmentAreas(size(), static_cast<int>(segments_.size()));
-    const auto found = std::ranges::find_if(areas, [&](const QRectF& area) { return area.contains(position); });
-    return found == areas.end() ? -1 : static_cast<int>(found - areas.begin());
+std::vector<QRectF> SegmentedChoice::areas() const {
+    return segmentAreas(size(), static_cast<int>(segments_.size()));
 }
 
 }  // namespace kestro

@@ -5,9 +5,6 @@
 #include "ui/symbols/symbol_painter.h"
 #include "ui/theme/hairline.h"
 
-#include <QHoverEvent>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -35,18 +32,14 @@ std::vector<QRectF> tabAreas(const QSizeF& size, int count) {
     return areas;
 }
 
-TabStrip::TabStrip(std::vector<Tab> tabs, QWidget* parent) : Control(parent), tabs_(std::move(tabs)) {
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-}
+TabStrip::TabStrip(std::vector<Tab> tabs, QWidget* parent)
+    : ChoiceBar(0, Trigger::press, parent), tabs_(std::move(tabs)) {}
 
 void TabStrip::setChosen(int index) {
-    if (index == chosen_ || index < 0 || index >= static_cast<int>(tabs_.size())) {
+    if (index == chosen() || index < 0 || index >= static_cast<int>(tabs_.size())) {
         return;
     }
-    chosen_ = index;
-    announceValue();
-    moveFocusRing();
-    update();
+    take(index);
 }
 
 QSize TabStrip::sizeHint() const {
@@ -54,25 +47,25 @@ QSize TabStrip::sizeHint() const {
 }
 
 QRectF TabStrip::focusArea() const {
-    const auto areas = tabAreas(size(), static_cast<int>(tabs_.size()));
-    return areas.empty() ? QRectF(rect()) : areas[static_cast<size_t>(chosen_)];
+    const auto areas = this->areas();
+    return areas.empty() ? QRectF(rect()) : areas[static_cast<size_t>(chosen())];
 }
 
 AccessibleInfo TabStrip::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
     info.role = QAccessible::PageTabList;
-    info.value = tabs_.empty() ? QString() : tabs_[static_cast<size_t>(chosen_)].label;
+    info.value = tabs_.empty() ? QString() : tabs_[static_cast<size_t>(chosen())].label;
     return info;
 }
 
 std::vector<AccessibleInfo> TabStrip::accessibleParts() const {
     std::vector<AccessibleInfo> parts;
-    const auto areas = tabAreas(size(), static_cast<int>(tabs_.size()));
+    const auto areas = this->areas();
     for (size_t i = 0; i < tabs_.size(); ++i) {
         AccessibleInfo part;
         part.role = QAccessible::PageTab;
         part.name = tabs_[i].label;
-        part.selected = static_cast<int>(i) == chosen_;
+        part.selected = static_cast<int>(i) == chosen();
         part.area = areas[i].toAlignedRect();
         part.press = [self = const_cast<TabStrip*>(this), i] { self->choose(static_cast<int>(i)); };
         parts.push_back(std::move(part));
@@ -81,7 +74,7 @@ std::vector<AccessibleInfo> TabStrip::accessibleParts() const {
 }
 
 void TabStrip::paint(QPainter& painter) {
-    const auto areas = tabAreas(size(), static_cast<int>(tabs_.size()));
+    const auto areas = this->areas();
     for (int i = 0; i < static_cast<int>(areas.size()); ++i) {
         paintTab(painter, i, areas[static_cast<size_t>(i)]);
     }
@@ -89,8 +82,8 @@ void TabStrip::paint(QPainter& painter) {
 
 void TabStrip::paintTab(QPainter& painter, int index, const QRectF& area) const {
     const Tab& tab = tabs_[static_cast<size_t>(index)];
-    const bool isChosen = index == chosen_;
-    const bool isHovered = index == hovered_ && !isChosen;
+    const bool isChosen = index == chosen();
+    const bool isHovered = index == hovered() && !isChosen;
     TextStyle style = text_styles::tabLabel;
     QColor symbol = KestroTheme::textSecondary();
     if (isChosen) {
@@ -108,58 +101,8 @@ void TabStrip::paintTab(QPainter& painter, int index, const QRectF& area) const 
              Qt::AlignHCenter);
 }
 
-bool TabStrip::event(QEvent* event) {
-    if (event->type() == QEvent::HoverMove || event->type() == QEvent::HoverEnter) {
-        const int index = indexAt(static_cast<QHoverEvent*>(event)->position());
-        if (index != hovered_) {
-            hovered_ = index;
-            update();
-        }
-    }
-    return Control::event(event);
-}
-
-void TabStrip::mousePressEvent(QMouseEvent* event) {
-    Control::mousePressEvent(event);
-    if (event->button() == Qt::LeftButton) {
-        choose(indexAt(event->position()));
-    }
-}
-
-void TabStrip::keyPressEvent(QKeyEvent* event) {
-    const int last = static_cast<int>(tabs_.size()) - 1;
-    switch (event->key()) {
-        case Qt::Key_Left:
-            choose(chosen_ - 1);
-            break;
-        case Qt::Key_Right:
-            choose(chosen_ + 1);
-            break;
-        case Qt::Key_Home:
-            choose(0);
-            break;
-        case Qt::Key_End:
-            choose(last);
-            break;
-        default:
-            event->ignore();
-            return;
-    }
-    showFocus();
-}
-
-void TabStrip::choose(int index) {
-    const int before = chosen_;
-    setChosen(index);
-    if (chosen_ != before && onChosen_) {
-        onChosen_(chosen_);
-    }
-}
-
-int TabStrip::indexAt(const QPointF& position) const {
-    const auto areas = tabAreas(size(), static_cast<int>(tabs_.size()));
-    const auto found = std::ranges::find_if(areas, [&](const QRectF& area) { return area.contains(position); });
-    return found == areas.end() ? -1 : static_cast<int>(found - areas.begin());
+std::vector<QRectF> TabStrip::areas() const {
+    return tabAreas(size(), static_cast<int>(tabs_.size()));
 }
 
 }  // namespace kestro

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/controls/control.h"
+#include "ui/controls/choice_bar.h"
 
 namespace kestro {
 
@@ -13,8 +13,8 @@ struct Tab {
 /// The areas of `count` equal tabs with gaps of 4 in a strip of `size`.
 std::vector<QRectF> tabAreas(const QSizeF& size, int count);
 
-/// Tabs side by side, a symbol over a label each. One stop of the Tab key; the arrows, Home and End choose.
-class TabStrip : public Control {
+/// Tabs side by side, a symbol over a label each.
+class TabStrip : public ChoiceBar {
     Q_OBJECT
 
 public:
@@ -22,12 +22,8 @@ public:
 
     explicit TabStrip(std::vector<Tab> tabs, QWidget* parent = nullptr);
 
-    /// Shows a tab as chosen without telling anybody; an unknown index changes nothing. Silent when equal.
-    void setChosen(int index);
-    int chosen() const { return chosen_; }
-
-    /// Called with the index after the user has chosen another tab.
-    void onChosen(std::function<void(int)> action) { onChosen_ = std::move(action); }
+    /// An unknown index changes nothing.
+    void setChosen(int index) override;
 
     QSize sizeHint() const override;
     QRectF focusArea() const override;
@@ -36,19 +32,12 @@ public:
 
 protected:
     void paint(QPainter& painter) override;
-    bool event(QEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
+    std::vector<QRectF> areas() const override;
 
 private:
-    void choose(int index);
-    int indexAt(const QPointF& position) const;
     void paintTab(QPainter& painter, int index, const QRectF& area) const;
 
     std::vector<Tab> tabs_;
-    int chosen_ = 0;
-    int hovered_ = -1;
-    std::function<void(int)> onChosen_;
 };
 
 }  // namespace kestro

@@ -3,6 +3,7 @@
 #include "ui/controls/indicators.h"
 #include "ui/controls/segmented_choice.h"
 #include "ui/controls/slider.h"
+#include "ui/controls/tab_strip.h"
 #include "ui/controls/toggle_switch.h"
 
 #include <limits>
@@ -237,6 +238,42 @@ TEST_F(SegmentedChoiceTest, SpeaksEachSegment) {
     EXPECT_EQ(spoken->indexOfChild(spoken->child(2)), 2);
     EXPECT_EQ(spoken->child(1)->parent(), spoken);
     EXPECT_EQ(spoken->child(3), nullptr);
+}
+
+TEST_F(SegmentedChoiceTest, IsChosenByTheVerticalArrowsToo) {
+    press(choice_, Qt::Key_Down);
+    press(choice_, Qt::Key_Up);
+    press(choice_, Qt::Key_Up);
+
+    EXPECT_EQ(told_, (std::vector{2, 1, 0}));
+}
+
+TEST_F(SegmentedChoiceTest, WaitsForTheButtonToBeLetGoOnTheSameSegment) {
+    send(choice_, QEvent::MouseButtonPress, {290, 14}, Qt::LeftButton);
+    EXPECT_TRUE(told_.empty());
+    send(choice_, QEvent::MouseButtonRelease, {10, 14}, Qt::NoButton);
+
+    EXPECT_TRUE(told_.empty());
+}
+
+using TabStripTest = ViewTest;
+
+TEST_F(TabStripTest, IsChosenAsTheButtonGoesDownAndByTheArrows) {
+    TabStrip strip(
+        {{QStringLiteral("Menu Bar"), {}}, {QStringLiteral("Power"), {}}, {QStringLiteral("Sensors"), {}}});
+    strip.resize(300, TabStrip::kHeight);
+    std::vector<int> told;
+    strip.onChosen([&told](int index) { told.push_back(index); });
+
+    send(strip, QEvent::MouseButtonPress, {290, 20}, Qt::LeftButton);
+    send(strip, QEvent::MouseButtonRelease, {290, 20}, Qt::NoButton);
+    press(strip, Qt::Key_Right);
+    press(strip, Qt::Key_Left);
+    press(strip, Qt::Key_Up);
+    press(strip, Qt::Key_Home);
+    press(strip, Qt::Key_End);
+
+    EXPECT_EQ(told, (std::vector{2, 1, 0, 2}));
 }
 
 }  // namespace
