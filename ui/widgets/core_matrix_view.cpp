@@ -104,12 +104,13 @@ CoreMatrixLayout coreMatrixLayout(int cores, const QSizeF& area, bool isCompact)
 CoreMatrixView::CoreMatrixView(bool isCompact, QWidget* parent) : View(parent), isCompact_(isCompact) {}
 
 void CoreMatrixView::setCores(const std::vector<CoreLoad>& cores) {
-    if (cores.size() != cores_.size()) {
+    const CoreMatrixLayout layout = layoutNow();
+    // Without cores or without room there are no cells.
+    if (cores.size() != cores_.size() || layout.columns == 0) {
         cores_ = cores;
         update();
         return;
     }
-    const CoreMatrixLayout layout = layoutNow();
     for (size_t i = 0; i < cores.size(); ++i) {
         if (!looksSame(cores[i], cores_[i], layout.cellWidth * devicePixelRatioF())) {
             cores_[i] = cores[i];

@@ -98,6 +98,25 @@ TEST_P(DashboardLayoutSweep, OverlapsNothingAtAnySizeAndSectionCount) {
     }
 }
 
+TEST_P(DashboardLayoutSweep, PaintsInAWindowBelowItsMinimum) {
+    makeMachine(GetParam());
+    show(1260, 480);
+    for (const QSize& size : {QSize(1260, 300), QSize(400, 200), QSize(1260, 96), QSize(40, 40), QSize(1, 1)}) {
+        SCOPED_TRACE(testing::Message() << size.width() << "x" << size.height());
+        view_->resize(size);
+        for (const double load : {12.0, 71.0}) {
+            machine_->mac.machHost.coreLoads.assign(static_cast<size_t>(GetParam().cores), load);
+            machine_->advance(std::chrono::milliseconds(1100));
+
+            const QImage image = view_->grab().toImage();
+
+            ASSERT_EQ(view_->size(), size);
+            EXPECT_EQ(image.deviceIndependentSize().toSize(), size);
+            EXPECT_GT(qAlpha(image.pixel(image.width() / 2, image.height() / 2)), 0);
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Machines, DashboardLayoutSweep,
                          testing::Values(Machine{"laptop", 12, 2, true, 6, false},
                                          Machine{"smallest", 1, 0, false, 0, false},

@@ -94,6 +94,18 @@ TEST_F(CoreMatrixViewTest, SurvivesAChangeOfTheNumberOfCores) {
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&view_)->childCount(), 2);
 }
 
+TEST_F(CoreMatrixViewTest, TakesNewLoadsWithoutRoomToShowThem) {
+    view_.setGeometry(300, 300, 204, 0);
+    view_.setCores(cores(12, 17));
+
+    view_.setCores(cores(12, 83));
+    view_.resize(204, 118);
+
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&view_);
+    ASSERT_EQ(spoken->childCount(), 12);
+    EXPECT_EQ(spoken->child(3)->text(QAccessible::Name), QStringLiteral("Core 3, 83 percent"));
+}
+
 TEST_F(CoreMatrixViewTest, PaintsABusyCoreInTheCriticalColour) {
     auto busy = cores(1, 90);
     view_.setCores(busy);
