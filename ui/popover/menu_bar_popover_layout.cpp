@@ -18,6 +18,11 @@ namespace {
 using namespace popover_geometry;
 using text_styles::w600;
 
+/// The bar of a cluster, between its label and its value.
+constexpr int kClusterBarLeft = 84;
+constexpr int kClusterBarWidth = 198;
+constexpr int kClusterLabelGap = 4;
+
 constexpr StateOpacity kAwakeFill{0.12, 0.22, 0.10};
 
 TextStyle sized(TextStyle style, double size, QFont::Weight weight) {
@@ -37,6 +42,12 @@ ReadoutLine::Style fanLine() {
 
 ReadoutLine::Style plainLine() {
     return {0, text_styles::popoverLabel, text_styles::popoverValue};
+}
+
+ReadoutLine::Style clusterLine() {
+    ReadoutLine::Style style = plainLine();
+    style.labelRoom = kClusterBarLeft - kClusterLabelGap - left;
+    return style;
 }
 
 /// A line whose text is the value itself, after a symbol.
@@ -81,8 +92,9 @@ void MenuBarPopoverView::buildCompute() {
     total_ = placed(new ReadoutLine({0, heading, headingValue()}, this), line(47, 61));
     total_->setLabel(QStringLiteral("CPU & Clusters"));
     const auto addCluster = [this](int top, ReadoutLine*& text, LoadBar*& bar) {
-        text = placed(new ReadoutLine(plainLine(), this), line(top, top + 12));
-        bar = placed(new LoadBar(KestroTheme::accentCool, this), QRect(84, top + 4, 198, LoadBar::kHeight));
+        text = placed(new ReadoutLine(clusterLine(), this), line(top, top + 12));
+        bar = placed(new LoadBar(KestroTheme::accentCool, this),
+                     QRect(kClusterBarLeft, top + 4, kClusterBarWidth, LoadBar::kHeight));
     };
     addCluster(65, firstCluster_, firstBar_);
     addCluster(80, secondCluster_, secondBar_);

@@ -50,9 +50,9 @@ void ReadoutLine::setValue(const QString& value) {
     const QRectF before = valueRect();
     const QRectF labelBefore = labelRect();
     value_ = value;
-    const double labelWidth = textWidth(label_, style_.label);
-    const bool isLabelTight = labelWidth > std::min(labelBefore.width(), labelRect().width());
-    update(isLabelTight ? rect() : before.united(valueRect()).toAlignedRect());
+    const QRectF labelNow = labelRect();
+    const bool isLabelTight = labelWidth() > std::min(labelBefore.width(), labelNow.width());
+    update(isLabelTight && labelNow != labelBefore ? rect() : before.united(valueRect()).toAlignedRect());
 }
 
 void ReadoutLine::setValueInk(const Ink& ink) {
@@ -80,10 +80,14 @@ double ReadoutLine::labelLeft() const {
     return style_.symbolSize > 0 ? popover_geometry::textIndent : 0;
 }
 
+double ReadoutLine::labelWidth() const {
+    return std::min(textWidth(label_, style_.label), style_.labelRoom);
+}
+
 QRectF ReadoutLine::valueRect() const {
     // Both texts shrink before the label loses letters.
     const double natural = textWidth(value_, style_.value);
-    const double labelNeeds = kSmallestShrink * textWidth(label_, style_.label) + kValueGap;
+    const double labelNeeds = kSmallestShrink * labelWidth() + kValueGap;
     const double room = std::max(kSmallestShrink * natural, this->width() - labelLeft() - labelNeeds);
     const double width = std::min({natural, room, static_cast<double>(this->width())});
     return {this->width() - width, 0, width, static_cast<double>(height())};
@@ -101,7 +105,7 @@ QRectF ReadoutLine::labelRect() const {
     }
     const double left = labelLeft();
     const double right = value_.isEmpty() ? width() : valueRect().left() - kValueGap;
-    return {left, 0, std::max(0.0, right - left), static_cast<double>(height())};
+    return {left, 0, std::clamp(right - left, 0.0, style_.labelRoom), static_cast<double>(height())};
 }
 
 QRectF ReadoutLine::symbolRect() const {

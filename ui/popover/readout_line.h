@@ -3,6 +3,8 @@
 #include "ui/controls/text_painter.h"
 #include "ui/controls/view.h"
 
+#include <limits>
+
 namespace kestro {
 
 /// One line of the popover: a symbol in its column, a label after it, and a value at the right end. A changed
@@ -16,6 +18,9 @@ public:
         double symbolSize = 0;
         TextStyle label;
         TextStyle value;
+
+        /// The widest the label may be, where something else stands between it and the value.
+        double labelRoom = std::numeric_limits<double>::infinity();
     };
 
     explicit ReadoutLine(const Style& style, QWidget* parent = nullptr);
@@ -43,6 +48,7 @@ protected:
 
 private:
     double labelLeft() const;
+    double labelWidth() const;
     QRectF valueRect() const;
     QRectF labelRect() const;
     QRectF symbolRect() const;

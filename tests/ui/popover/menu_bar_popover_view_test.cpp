@@ -5,6 +5,7 @@
 #include "ui/popover/readout_line.h"
 #include "ui/theme/kestro_fonts.h"
 #include "ui/theme/motion.h"
+#include "ui/widgets/load_bar.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -340,6 +341,38 @@ TEST_F(CrowdedPopoverTest, KeepsEveryPartInsideThePanelAndApart) {
         }
     }
     EXPECT_TRUE(line(QStringLiteral("<b>&MMMM</b>, ")));
+}
+
+/// What a part paints by itself, in the panel's coordinates.
+QRegion inkOf(QWidget& part) {
+    QImage image(part.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    part.render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
+    QRegion ink;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qAlpha(image.pixel(x, y)) > 0) {
+                ink += QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return ink.translated(part.pos());
+}
+
+TEST_F(CrowdedPopoverTest, KeepsTheLabelsAndValuesOfTheClustersOffTheirBars) {
+    services.mac.machHost.coreLoads.assign(services.mac.machHost.coreLoads.size(), 100);
+    show();
+    sample();
+
+    const auto bars = view->findChildren<LoadBar*>();
+    ASSERT_EQ(bars.size(), 2);
+    for (ReadoutLine* const cluster : {line(QStringLiteral("MMMM")), line(QStringLiteral("<b>&MMMM</b>"))}) {
+        const QRegion ink = inkOf(*cluster);
+        EXPECT_FALSE(ink.isEmpty());
+        for (const LoadBar* bar : bars) {
+            EXPECT_FALSE(ink.intersects(bar->geometry())) << cluster->label().toStdString();
+        }
+    }
 }
 
 }  // namespace

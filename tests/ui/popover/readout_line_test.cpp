@@ -76,6 +76,23 @@ TEST_F(ReadoutLineTest, RepaintsTheLabelWhenTheValueTakesItsRoom) {
     EXPECT_LT(repainted().left(), 60);
 }
 
+TEST_F(ReadoutLineTest, RepaintsOnlyTheValueBesideALabelThatFillsItsRoom) {
+    const TextStyle style{9, 14, QFont::Medium, 0, Ink(Qt::gray)};
+    RecordingLine limited{ReadoutLine::Style{0, style, style, 60}};
+    limited.resize(300, 14);
+    limited.setLabel(QStringLiteral("A cluster with a very long name indeed"));
+    limited.setValue(QStringLiteral("12%"));
+    limited.show();
+    settle();
+    limited.painted = {};
+
+    limited.setValue(QStringLiteral("14%"));
+    settle();
+
+    EXPECT_FALSE(limited.painted.isEmpty());
+    EXPECT_GT(limited.painted.boundingRect().left(), 60);
+}
+
 TEST_F(ReadoutLineTest, SpeaksItsPrefixLabelAndValue) {
     line.setSpokenPrefix(QStringLiteral("Cooling"));
 
