@@ -69,7 +69,7 @@ void ActivitySection::refresh() {
 }
 
 void ActivitySection::showProcesses() {
-    setMeta(QStringLiteral("Top %1").arg(services_.settings.processCountLimit.get()));
+    setMeta(QStringLiteral("Top %1").arg(limit()));
     if (limit() != shownLimit_ || sortsByMemory() != shownByMemory_) {
         shownLimit_ = limit();
         shownByMemory_ = sortsByMemory();

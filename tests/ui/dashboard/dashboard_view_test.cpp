@@ -218,14 +218,20 @@ TEST_F(DashboardViewTest, ShowsAsManyProcessesAsAskedFor) {
     EXPECT_EQ(visible, 10);
 }
 
-TEST_F(DashboardViewTest, SurvivesAnyStoredProcessCount) {
-    for (const std::int64_t count : {std::int64_t{-5}, std::int64_t{0}, std::int64_t{1'000'000'000'000}}) {
+TEST_F(DashboardViewTest, SpeaksOfAsManyProcessesAsItCanShowWhateverIsStored) {
+    const std::pair<std::int64_t, const char*> cases[] = {
+        {-5, "Top 1"}, {0, "Top 1"}, {6, "Top 6"}, {1'000'000'000'000, "Top 64"}};
+    for (const auto& [count, meta] : cases) {
         make();
         machine_->settings().processCountLimit.set(count);
-        show(740, 420);
-    }
+        show(1260, 480);
 
-    SUCCEED();
+        QStringList texts;
+        for (const TextLabel* label : section<ActivitySection>().findChildren<TextLabel*>()) {
+            texts.append(label->text());
+        }
+        EXPECT_EQ(texts.filter(QStringLiteral("Top ")), QStringList{QString::fromUtf8(meta)}) << count;
+    }
 }
 
 TEST_F(DashboardViewTest, SpeaksItsValues) {
