@@ -4,6 +4,8 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
 namespace kestro {
 
 namespace {
@@ -41,6 +43,11 @@ void DisplayFigure::paintEvent(QPaintEvent*) {
     TextStyle figure = text_styles::displayFigure;
     figure.size = size_;
     const QRectF line = rect();
+    const double unitWidth = textWidth(unit_, text_styles::displayUnit);
+    const double room = std::max(0.0, line.width() - unitWidth - kUnitGap);
+    const double scale = fitText(figure_, figure, room, TextFit::value).scale;
+    figure.size *= scale;
+    figure.tracking *= scale;
     drawText(painter, line, figure_, figure, Qt::AlignLeft, TextFit::value);
     // Both boxes are centred in the line; the unit's is lowered until the baselines meet.
     const ShapedText figureShape = shapeText(figure_, figure);

@@ -68,7 +68,8 @@ double measureFigures(const QFont& font) {
         narrowest = std::min(narrowest, width);
         widest = std::max(widest, width);
     }
-    return widest - narrowest < kEqualWidths ? 0 : widest;
+    // The metrics of a single character leave its tracking out.
+    return widest - narrowest < kEqualWidths ? 0 : widest + font.letterSpacing();
 }
 
 }  // namespace

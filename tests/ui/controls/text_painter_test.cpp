@@ -16,6 +16,19 @@ TEST_F(TextPainter, GivesAllFiguresTheSameWidth) {
     EXPECT_DOUBLE_EQ(textWidth(QStringLiteral("11.1%"), style), textWidth(QStringLiteral("90.4%"), style));
 }
 
+TEST_F(TextPainter, TracksFiguresAsItTracksLetters) {
+    TextStyle untracked = text_styles::displayFigure;
+    untracked.tracking = 0;
+    for (const char* text : {"1", "100", "88", "12.5", "GB", "1000 GB"}) {
+        const QString figure = QString::fromUtf8(text);
+        const auto gaps = static_cast<double>(figure.size() - 1);
+
+        const double tracked = textWidth(figure, text_styles::displayFigure);
+
+        EXPECT_NEAR(tracked, textWidth(figure, untracked) - 0.6 * gaps, 0.1) << text;
+    }
+}
+
 TEST_F(TextPainter, LeavesATextThatFitsAlone) {
     const FittedText fitted = fitText(QStringLiteral("Memory"), text_styles::rowLabel, 200, TextFit::label);
 
