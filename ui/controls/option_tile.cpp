@@ -61,8 +61,9 @@ void OptionTile::paint(QPainter& painter) {
     if (isChosen_) {
         paintOutline(painter, area, kRadius, KestroTheme::accentCool(), 1);
     } else {
-        const double opacity = StateOpacity{0.08, 0.14, 0.14}.at(hovering(), pressing());
-        kestroHairlineBorder(painter, area, kRadius, Ink::white(opacity).color());
+        const double rest = KestroTheme::hairline().alphaF();
+        const double raised = KestroTheme::hairlineStrong().alphaF();
+        kestroHairlineBorder(painter, area, kRadius, Ink::white(opacity({rest, raised, raised})).color());
     }
     paintLabel(painter);
 }

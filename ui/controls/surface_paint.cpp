@@ -56,6 +56,13 @@ void paintPopupGlass(QPainter& painter, const QRectF& rect, double radius) {
     kestroHairlineBorder(painter, rect, radius, KestroTheme::hairlineStrong());
 }
 
+void paintHudGlass(QPainter& painter, const QRectF& rect, double radius) {
+    constexpr double shade = 0.42;
+    paintRounded(painter, rect, radius, KestroTheme::ground());
+    paintRounded(painter, rect, radius, QColor::fromRgbF(0, 0, 0, static_cast<float>(shade)));
+    kestroHairlineBorder(painter, rect, radius, KestroTheme::hairlineStrong());
+}
+
 void shapePopup(QWidget& popup, double radius) {
     if (window_compositing::isAvailable()) {
         popup.clearMask();

@@ -21,8 +21,11 @@ void paintOutline(QPainter& painter, const QRectF& rect, double radius, const QC
 /// A vertical hairline with its left edge at `x`.
 void paintVerticalHairline(QPainter& painter, double x, double top, double bottom);
 
-/// The ground of menus and tooltips: opaque enough to be read over anything, lit from above, rim last.
+/// The ground of menus: opaque enough to be read over anything, lit from above, rim last.
 void paintPopupGlass(QPainter& painter, const QRectF& rect, double radius);
+
+/// The ground of tooltips: as opaque, but the darkest of the glasses and flat.
+void paintHudGlass(QPainter& painter, const QRectF& rect, double radius);
 
 /// Cuts the corners off a popup whose window system does not blend windows; elsewhere the corners are simply
 /// not painted.

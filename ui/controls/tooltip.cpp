@@ -66,6 +66,24 @@ void Tooltip::follow(QWidget& owner, const QString& help, const QEvent& event) {
     }
 }
 
+void Tooltip::change(const QWidget& owner, const QString& help) {
+    if (!shared || shared->owner_ != &owner) {
+        return;
+    }
+    if (help.isEmpty()) {
+        shared->disappear();
+        return;
+    }
+    shared->setText(help);
+    if (shared->isVisible()) {
+        shared->settle();
+    }
+}
+
+Tooltip* Tooltip::current() {
+    return shared;
+}
+
 QStringList Tooltip::wrapped(const QString& text, double width) {
     QStringList lines;
     QTextLayout layout(singleLine(text), KestroFonts::font(kText.size, kText.weight, kText.tracking));
@@ -108,7 +126,7 @@ QSize Tooltip::sizeHint() const {
 void Tooltip::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintPopupGlass(painter, rect(), kRadius);
+    paintHudGlass(painter, rect(), kRadius);
     QRectF line(kPaddingX, kPaddingY, width() - 2 * kPaddingX, kText.lineHeight);
     for (const QString& text : lines_) {
         drawText(painter, line, text, kText);
@@ -118,6 +136,12 @@ void Tooltip::paintEvent(QPaintEvent*) {
 
 void Tooltip::timerEvent(QTimerEvent* event) {
     if (event->timerId() == wait_.timerId()) {
+        endWait();
+    }
+}
+
+void Tooltip::endWait() {
+    if (wait_.isActive()) {
         wait_.stop();
         appear();
     }
@@ -139,13 +163,19 @@ void Tooltip::appear() {
     if (!owner_ || !owner_->isVisible() || !owner_->underMouse()) {
         return;
     }
-    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
+    pointer_ = QCursor::pos();
+    settle();
+    show();
+}
+
+void Tooltip::settle() {
+    const QScreen* screen = QGuiApplication::screenAt(pointer_);
     if (!screen) {
         screen = owner_->screen();
     }
-    setGeometry(placed(sizeHint(), QCursor::pos(), screen->geometry()));
+    setGeometry(placed(sizeHint(), pointer_, screen->geometry()));
     shapePopup(*this, kRadius);
-    show();
+    update();
 }
 
 void Tooltip::disappear() {

@@ -21,6 +21,12 @@ public:
     /// Follows an event of `owner` whose help is `help`: starts the wait, or ends the tooltip.
     static void follow(QWidget& owner, const QString& help, const QEvent& event);
 
+    /// The help of `owner` is another one now: an open or waiting tooltip of it shows that, or ends without one.
+    static void change(const QWidget& owner, const QString& help);
+
+    /// The program's own tooltip; null before it was first needed.
+    static Tooltip* current();
+
     /// Breaks a text into lines that are at most `width` wide, at most kMostLines; a longer text ends in "…".
     static QStringList wrapped(const QString& text, double width);
 
@@ -29,6 +35,13 @@ public:
 
     /// A tooltip that shows `text`; for pictures and tests. The program's own one appears through `follow`.
     explicit Tooltip(const QString& text);
+
+    bool isWaiting() const { return wait_.isActive(); }
+
+    /// Ends the wait, as its time does: the tooltip appears if the pointer still rests on the view.
+    void endWait();
+
+    const QStringList& lines() const { return lines_; }
 
     QSize sizeHint() const override;
 
@@ -42,9 +55,13 @@ private:
     void appear();
     void disappear();
 
+    /// Takes the place and shape that the text needs below the pointer.
+    void settle();
+
     QStringList lines_;
     QPointer<QWidget> owner_;
     QBasicTimer wait_;
+    QPoint pointer_;  ///< where it rested when the tooltip appeared
 };
 
 }  // namespace kestro

@@ -12,7 +12,10 @@ View::View(QWidget* parent) : QWidget(parent) {
 }
 
 void View::setHelp(const QString& help) {
-    help_ = help;
+    if (help != help_) {
+        help_ = help;
+        Tooltip::change(*this, help);
+    }
 }
 
 AccessibleInfo View::accessibleInfo() const {

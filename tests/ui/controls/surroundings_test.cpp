@@ -135,6 +135,21 @@ TEST_F(SurroundingsTest, TileClipsItsPictureToItsOutline) {
     EXPECT_EQ(tile.sizeHint().height(), 86 + 26);
 }
 
+TEST_F(SurroundingsTest, TileOutlinesItselfMoreWithHighContrast) {
+    OptionTile tile(QStringLiteral("Header Band"), 86, [](QPainter&, const QRectF&) {});
+    tile.resize(tile.sizeHint());
+    const auto border = [&tile] { return qAlpha(picture(tile).pixel(90, 0)); };
+    EXPECT_EQ(border(), KestroTheme::hairline().alpha());
+
+    KestroTheme::setHighContrast(true);
+    const int raised = border();
+    const int strong = KestroTheme::hairlineStrong().alpha();
+    KestroTheme::setHighContrast(false);
+
+    EXPECT_EQ(raised, strong);
+    EXPECT_NE(raised, border());
+}
+
 TEST_F(SurroundingsTest, ScrollAreaScrollsContentThatIsTaller) {
     auto* content = new QWidget;
     content->setFixedHeight(900);
