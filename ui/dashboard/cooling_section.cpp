@@ -149,7 +149,11 @@ void CoolingSection::showFanRows() {
     if (fans.size() <= 2) {
         return;
     }
+    const std::vector<double> asked = targets();
     for (size_t i = 0; i < fans.size(); ++i) {
+        const auto target = i < asked.size() ? std::optional(asked[i]) : std::nullopt;
+        // A row has no room for it beside the speed.
+        fanRows_[i]->setHelp(target ? fanCaption(fans[i], target, SectionTier::full) : QString());
         fanRows_[i]->setContent(fanRow(fans[i], Words(services_.engine.formatFanRPM(fans[i].currentRPM))));
     }
 }

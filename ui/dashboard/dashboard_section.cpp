@@ -50,6 +50,13 @@ void DashboardSection::setTier(SectionTier tier) {
     }
 }
 
+void DashboardSection::catchUp() {
+    if (isOnScreen()) {
+        refresh();
+        arrangeAgain();
+    }
+}
+
 SectionGrid DashboardSection::grid() const {
     return sectionGrid(tier_, size());
 }
@@ -139,8 +146,7 @@ void DashboardSection::resizeEvent(QResizeEvent* event) {
 
 void DashboardSection::showEvent(QShowEvent* event) {
     Card::showEvent(event);
-    refresh();
-    arrangeAgain();
+    catchUp();
 }
 
 void DashboardSection::arrangeTitle(const SectionGrid& grid) {

@@ -18,7 +18,8 @@
 namespace kestro {
 
 /// One column of the dashboard: a card with a symbol, a title, a remark at the title's right, and the values of
-/// its part of the machine. A hidden section does no work; when it is shown again it shows what is current.
+/// its part of the machine. A section that is hidden or in a minimised window does no work; when it is shown
+/// again it shows what is current.
 class DashboardSection : public Card {
     Q_OBJECT
 
@@ -28,6 +29,9 @@ public:
 
     void setTier(SectionTier tier);
 
+    /// Shows what is current after its window was restored.
+    void catchUp();
+
 protected:
     /// Shows every current value.
     virtual void refresh() = 0;
@@ -35,11 +39,14 @@ protected:
     /// Places the content after a change of size, tier, or number of parts.
     virtual void arrange(const SectionGrid& grid) = 0;
 
-    /// Calls `show` after each assignment of `value` while the section is visible.
+    /// Whether anybody can see the section.
+    bool isOnScreen() const { return isVisible() && !window()->isMinimized(); }
+
+    /// Calls `show` after each assignment of `value` while the section is on the screen.
     template <typename Value>
     void observe(const Value& value, std::function<void()> show) {
         subscriptions_.push_back(value.subscribe([this, show = std::move(show)](const auto&) {
-            if (isVisible()) {
+            if (isOnScreen()) {
                 show();
             }
         }));

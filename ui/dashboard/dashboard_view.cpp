@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kestro {
 
@@ -139,6 +140,12 @@ bool DashboardView::eventFilter(QObject* watched, QEvent* event) {
 void DashboardView::followWindowState() {
     // A window that fills the screen has nothing beyond its corners.
     setCornerRadius(window()->isFullScreen() ? 0 : kCornerRadius);
+    const bool wasMinimized = std::exchange(isMinimized_, window()->isMinimized());
+    if (wasMinimized && !isMinimized_) {
+        for (DashboardSection* section : sections_) {
+            section->catchUp();
+        }
+    }
 }
 
 void DashboardView::arrange() {

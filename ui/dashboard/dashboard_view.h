@@ -54,6 +54,7 @@ private:
     TextLabel* engineDetail_;
     OrvanelWatermark* watermark_;
     TextLabel* refreshed_;
+    bool isMinimized_ = false;
     std::vector<Subscription> subscriptions_;
 };
 

@@ -5,6 +5,8 @@
 
 #include <QPaintEvent>
 
+#include <array>
+
 namespace kestro {
 namespace {
 
@@ -121,6 +123,45 @@ TEST_F(DashboardViewTest, DoesNoWorkWhileHidden) {
     view_->show();
 
     EXPECT_EQ(rowValue(QStringLiteral("Battery")), QStringLiteral("15%"));
+}
+
+TEST_F(DashboardViewTest, DoesNoWorkWhileMinimisedAndCatchesUpWhenRestored) {
+    make();
+    show(1260, 480);
+    view_->setWindowState(Qt::WindowMinimized);
+    QApplication::processEvents();
+    ASSERT_TRUE(view_->isMinimized());
+    const QString before = rowValue(QStringLiteral("Battery"));
+
+    machine_->mac.powerSources.setBattery(15, true);
+    machine_->advance(std::chrono::seconds(3));
+    EXPECT_EQ(rowValue(QStringLiteral("Battery")), before);
+    view_->setWindowState(Qt::WindowNoState);
+    QApplication::processEvents();
+
+    EXPECT_EQ(rowValue(QStringLiteral("Battery")), QStringLiteral("15%"));
+}
+
+TEST_F(DashboardViewTest, TellsTheTargetsOfTheCurvesWithMoreThanTwoFans) {
+    make([](SimulatedMac& mac) { mac.smc.setFans(std::array{1000.0F, 1100.0F, 1200.0F}); });
+    show(1260, 480);
+    const auto helps = [this] {
+        QStringList texts;
+        for (const RuledIndexRow* row : section<CoolingSection>().findChildren<RuledIndexRow*>()) {
+            texts.append(row->help());
+        }
+        return texts.filter(QStringLiteral("target"));
+    };
+    EXPECT_TRUE(helps().isEmpty());
+
+    machine_->fanManager().selectProfile(FanProfile::custom);
+    machine_->advance(std::chrono::seconds(3));
+
+    const auto target = [](double rpm) { return QStringLiteral("target %1 RPM").arg(static_cast<int>(rpm)); };
+    EXPECT_EQ(helps(), (QStringList{target(machine_->fanManager().evaluatedLeftTargetRPM.get()),
+                                    target(machine_->fanManager().evaluatedRightTargetRPM.get())}));
+    machine_->fanManager().selectProfile(FanProfile::normal);
+    EXPECT_TRUE(helps().isEmpty());
 }
 
 TEST_F(DashboardViewTest, RepaintsOnlyTheValueThatChanged) {
