@@ -4,6 +4,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTimerEvent>
 #include <QWindow>
 #include <cmath>
 
@@ -32,6 +33,9 @@ struct GlassSurface::Backdrop {
 };
 
 namespace {
+
+/// Between two looks at whether windows are composited: nobody tells, and hardly ever it changes.
+constexpr int kCompositingCheckMilliseconds = 5000;
 
 QPainterPath outline(const QSize& size, double radius) {
     QPainterPath path;
@@ -150,10 +154,12 @@ void GlassSurface::paintEvent(QPaintEvent* event) {
 void GlassSurface::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     applyToWindow();
+    compositingCheck_.start(kCompositingCheckMilliseconds, Qt::VeryCoarseTimer, this);
 }
 
 void GlassSurface::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
+    compositingCheck_.stop();
     rendered_.reset();
     image_ = {};
 }
@@ -166,6 +172,15 @@ void GlassSurface::resizeEvent(QResizeEvent* event) {
 void GlassSurface::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::ActivationChange) {
+        applyToWindow();
+        update();
+    }
+}
+
+void GlassSurface::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != compositingCheck_.timerId()) {
+        QWidget::timerEvent(event);
+    } else if (window_compositing::isAvailable() != isComposited_) {
         applyToWindow();
         update();
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBasicTimer>
 #include <QImage>
 #include <QWidget>
 #include <memory>
@@ -17,7 +18,8 @@ class UserSettings;
 /// The pane that a popover or a window consists of: glass, ink, edge fade and rim, with its content on top as
 /// child widgets. It fills its window, makes it translucent where windows are composited (asking for blur
 /// behind it), and opaque with shaped corners elsewhere. The backdrop is rendered once per size, scale and
-/// settings, so that a redraw costs one blit, and is given up while hidden. Follows the settings live.
+/// settings, so that a redraw costs one blit, and is given up while hidden. Follows the settings live, and
+/// within seconds a compositing manager that starts or ends while the surface is shown.
 class GlassSurface : public QWidget {
 public:
     /// `cornerRadius` in points. Works as a top-level widget or as the only child that fills one.
@@ -44,6 +46,7 @@ protected:
     void hideEvent(QHideEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
     struct Backdrop;
@@ -59,6 +62,7 @@ private:
     std::unique_ptr<Backdrop> rendered_;
     QImage image_;
     bool isComposited_ = true;
+    QBasicTimer compositingCheck_;
     int renderCount_ = 0;
     std::vector<Subscription> subscriptions_;
 };

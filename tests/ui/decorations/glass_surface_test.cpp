@@ -5,7 +5,9 @@
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/window_compositing.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QTimerEvent>
 
 #include <gtest/gtest.h>
 
@@ -75,6 +77,32 @@ TEST_F(GlassSurfaceTest, IsOpaqueWithShapedCornersElsewhere) {
     EXPECT_FALSE(surface.mask().contains(QPoint(0, 0)));
     EXPECT_TRUE(surface.mask().contains(QPoint(12, 0)));
     EXPECT_TRUE(surface.mask().contains(QPoint(165, 160)));
+}
+
+TEST_F(GlassSurfaceTest, FollowsACompositingManagerThatEndsAndStartsWhileShown) {
+    window_compositing::setOverride(true);
+    picture();
+    const auto timers = QAbstractEventDispatcher::instance()->registeredTimers(&surface);
+    ASSERT_EQ(timers.size(), 1);
+    EXPECT_GE(timers[0].interval, 2000);
+    const auto lookAgain = [&] {
+        QTimerEvent event(timers[0].timerId);
+        QCoreApplication::sendEvent(&surface, &event);
+        return qAlpha(grabbed().pixel(165, 160));
+    };
+
+    window_compositing::setOverride(false);
+    EXPECT_EQ(lookAgain(), 255);
+    EXPECT_FALSE(surface.mask().isEmpty());
+    window_compositing::setOverride(true);
+    EXPECT_LT(lookAgain(), 255);
+    EXPECT_TRUE(surface.mask().isEmpty());
+
+    const int before = surface.renderCount();
+    lookAgain();
+    EXPECT_EQ(surface.renderCount(), before) << "nothing changed";
+    surface.hide();
+    EXPECT_TRUE(QAbstractEventDispatcher::instance()->registeredTimers(&surface).isEmpty());
 }
 
 TEST_F(GlassSurfaceTest, IsRenderedOnceForUnchangedInputs) {

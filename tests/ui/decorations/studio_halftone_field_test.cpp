@@ -179,5 +179,28 @@ TEST(HalftoneFields, PatternsSelectTheirShapes) {
     EXPECT_EQ(dashboardHalftone({740, 420}).area, QRectF(0, 0, 370, 58));
 }
 
+TEST(HalftoneFields, HaveTheirWholeValues) {
+    using enum HalftonePatternStyle;
+    const QSizeF tile(240, 86);
+
+    EXPECT_EQ(popoverHalftone(band),
+              (PlacedHalftoneField{{HalftoneShape::band, 1814, 64, 0.55, 0.8, 5, 0, 0}, QRectF(0, 0, 200, 40)}));
+    EXPECT_EQ(popoverHalftone(plume),
+              (PlacedHalftoneField{{HalftoneShape::corner, 777, 64, 0.32, 0.7, 8, 1, 1}, QRectF(0, 0, 330, 325)}));
+    EXPECT_EQ(
+        popoverHalftone(ambient),
+        (PlacedHalftoneField{{HalftoneShape::aura, 2225, 64, 0.28, 0.7, 7, 0.5, 0.5}, QRectF(0, 0, 330, 325)}));
+    EXPECT_EQ(
+        dashboardHalftone({1260, 480}),
+        (PlacedHalftoneField{{HalftoneShape::band, 1347, 100, 0.55, 0.8, 6.5, 0, 0}, QRectF(0, 0, 420, 58)}));
+    EXPECT_EQ(tileHalftone(band, tile),
+              (PlacedHalftoneField{{HalftoneShape::band, 1618, 64, 0.6, 0.8, 5, 0, 0}, QRectF(0, 0, 200, 40)}));
+    EXPECT_EQ(tileHalftone(plume, tile), (PlacedHalftoneField{{HalftoneShape::corner, 1618, 64, 0.6, 0.8, 6, 1, 1},
+                                                              QRectF(90, -64, 150, 150)}));
+    EXPECT_EQ(tileHalftone(ambient, tile),
+              (PlacedHalftoneField{{HalftoneShape::aura, 1618, 64, 0.6, 0.8, 5.5, 0.5, 0.5},
+                                   QRectF(55, -22, 130, 130)}));
+}
+
 }  // namespace
 }  // namespace kestro
