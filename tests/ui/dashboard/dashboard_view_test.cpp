@@ -2,10 +2,12 @@
 
 #include "tests/ui/dashboard/dashboard_fixture.h"
 #include "ui/dashboard/process_row.h"
+#include "ui/widgets/core_matrix_view.h"
 
 #include <QPaintEvent>
 
 #include <array>
+#include <cstdlib>
 
 namespace kestro {
 namespace {
@@ -272,6 +274,54 @@ TEST_F(DashboardViewTest, SpeaksOfAsManyProcessesAsItCanShowWhateverIsStored) {
             texts.append(label->text());
         }
         EXPECT_EQ(texts.filter(QStringLiteral("Top ")), QStringList{QString::fromUtf8(meta)}) << count;
+    }
+}
+
+TEST_F(DashboardViewTest, RecoloursAccentsAndGroundButNoFixedColourWithThePalette) {
+    make([](SimulatedMac& mac) { mac.machHost.coreLoads.assign(mac.machHost.coreLoads.size(), 60); });
+    UserSettings& settings = machine_->settings();
+    settings.themePalette.set(ThemePalette::cryogenic);
+    settings.glassMaterial.set(GlassMaterialStyle::hudContrast);
+    settings.halftoneIntensity.set(HalftoneIntensity::off);
+    show(1260, 480);
+    const QWidget& cores = *section<ComputeSection>().findChild<CoreMatrixView*>();
+    const QPoint bar = cores.mapTo(view_.get(), QPoint(2, 0));
+    // How many pixels of an area are nearly of a colour.
+    const auto count = [](const QImage& image, const QRect& area, const QColor& color) {
+        int found = 0;
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x) {
+                const QColor pixel = image.pixelColor(x, y);
+                found += std::abs(pixel.red() - color.red()) + std::abs(pixel.green() - color.green()) +
+                             std::abs(pixel.blue() - color.blue()) <
+                         12;
+            }
+        }
+        return found;
+    };
+    const auto shot = [this] {
+        QApplication::processEvents();
+        return view_->grab().toImage().convertToFormat(QImage::Format_ARGB32);
+    };
+    const QRect matrix(bar, QSize(cores.width() - 2, cores.height()));
+    const QRect wordmark(40, 8, 120, 28);
+    const QRect dot(20, view_->height() - 28, 8, 28);
+    const QPoint empty(view_->width() / 2, 20);
+
+    const QImage before = shot();
+    settings.themePalette.set(ThemePalette::lilac);
+    const QImage after = shot();
+
+    const QColor cool = primaryColor(ThemePalette::cryogenic);
+    const QColor lilac = primaryColor(ThemePalette::lilac);
+    EXPECT_GT(count(before, matrix, cool), 20);
+    EXPECT_EQ(count(before, matrix, lilac), 0);
+    EXPECT_EQ(count(after, matrix, cool), 0);
+    EXPECT_GT(count(after, matrix, lilac), 20);
+    EXPECT_NE(before.pixelColor(empty), after.pixelColor(empty));
+    for (const QImage& image : {before, after}) {
+        EXPECT_GT(count(image, wordmark, KestroTheme::textPrimary()), 20) << "text";
+        EXPECT_GT(count(image, dot, KestroTheme::accentNominal()), 4) << "the mark of a running engine";
     }
 }
 
