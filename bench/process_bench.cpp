@@ -303,7 +303,7 @@ int main(int argc, char** argv) {
                    {"", "", "60 MB", ""});
 
     kestro.start(
-        R"json({"kestro.processCountLimit": 10, "kestro.pollingProfile": "High Precision (1.0s / 0.5s)"})json");
+        R"json({"kestro.processCountLimit": 10, "kestro.pollingProfile": {"json": "High Precision (1.0s / 0.5s)"}})json");
     runFor(2s);
     notify("showDashboard");
     runFor(3s);
