@@ -9,12 +9,14 @@
 #include "app/windows/popover_window.h"
 #include "app/windows/settings_window.h"
 #include "core/cooling/fan_control_manager.h"
+#include "core/engine/idle_sampling.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/platform/platform.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/power/power_mode_manager.h"
 #include "core/settings/user_settings.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -83,6 +85,9 @@ void AppDelegate::bindTelemetry() {
     follow(services_.keepAwake.remainingSeconds);
     // It announces a change before the value changes; the update runs in a later turn.
     retain(services_.settings.subscribeWillChange([this] { statusItemUpdate_.request(); }));
+    retain(
+        services_.settings.activeMenubarModules.subscribe([this](const auto&) { measureWhatTheReadoutShows(); }));
+    measureWhatTheReadoutShows();
     // A fan can show up after the start: a header that never turned is not known to be one.
     retain(engine.fans.subscribe([this, known = services_.fanManager.fanCount.get()](const auto& fans) mutable {
         const auto count = static_cast<std::int64_t>(fans.size());
@@ -93,6 +98,17 @@ void AppDelegate::bindTelemetry() {
     retain(engine.power.subscribe([this](const PowerTelemetry& power) {
         services_.keepAwake.checkBatterySafeguard(power.percentage, power.isCharging);
     }));
+}
+
+void AppDelegate::measureWhatTheReadoutShows() {
+    UserSettings& settings = services_.settings;
+    const auto modules = settings.activeMenubarModules.get();
+    const bool showsLoad = std::ranges::any_of(modules, [](MenubarModuleType module) {
+        return module == MenubarModuleType::cpuUsage || module == MenubarModuleType::cpuClusters;
+    });
+    if (showsLoad && !readsCPUWhileIdle(settings.menubarDisplayMode.get())) {
+        settings.menubarDisplayMode.set(MenubarDisplayMode::tripleGlance);
+    }
 }
 
 void AppDelegate::observeNotifications() {

@@ -105,6 +105,8 @@ private:
     void setupDashboardWindow();
     void setupSettingsWindow();
     void bindTelemetry();
+    /// Has the processor's load measured also while only the readout shows, once the readout contains it.
+    void measureWhatTheReadoutShows();
     void bindDashboard();
     void observeNotifications();
     void handleTogglePopoverNotification();

@@ -1,5 +1,6 @@
 #include "app/status_items/main_status_content.h"
 
+#include "core/engine/idle_sampling.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/readout/menubar_readout.h"
 #include "core/readout/readout_inputs.h"
@@ -13,9 +14,7 @@ namespace {
 
 /// A load that is not measured while only the status bar shows would be a picture of the past.
 bool isProcessorLoadCurrent(const KestroServices& services) {
-    const MenubarDisplayMode mode = services.settings.menubarDisplayMode.get();
-    return services.engine.isUIActive.get() || mode == MenubarDisplayMode::combined ||
-           mode == MenubarDisplayMode::tripleGlance || mode == MenubarDisplayMode::cpuOnly;
+    return services.engine.isUIActive.get() || readsCPUWhileIdle(services.settings.menubarDisplayMode.get());
 }
 
 int wholePercent(double percent) {

@@ -1,5 +1,7 @@
 #include "core/engine/telemetry_engine.h"
 
+#include "core/engine/idle_sampling.h"
+
 #include "core/platform/platform.h"
 #include "core/platform/process_info_service.h"
 #include "core/platform/run_loop.h"
@@ -43,11 +45,6 @@ WallTime bootTimeOf(const Platform& platform) {
     const auto boot = platform.systemControl.bootTime();
     return boot ? WallTime(std::chrono::seconds(std::clamp<std::int64_t>(boot->seconds, 0, latest)))
                 : platform.clock.wallNow();
-}
-
-bool showsCPU(MenubarDisplayMode mode) {
-    return mode == MenubarDisplayMode::combined || mode == MenubarDisplayMode::tripleGlance ||
-           mode == MenubarDisplayMode::cpuOnly;
 }
 
 }  // namespace
@@ -152,7 +149,7 @@ void TelemetryEngine::sampleLightweight() {
 
     memory.set(readers_.memory.read());
 
-    if (showsCPU(settings_.menubarDisplayMode.get())) {
+    if (readsCPUWhileIdle(settings_.menubarDisplayMode.get())) {
         auto newCPU = std::exchange(spareCPU_, {});
         readers_.cpu.readCPU(newCPU);
         cpu.swapIn(newCPU);

@@ -110,6 +110,18 @@ TEST_F(AppDelegateReadout, FollowsTheManagers) {
     EXPECT_EQ(shown().title.text, QStringLiteral("🔥 TURBO · ⚡ AUTO · ☕ ON"));
 }
 
+TEST_F(AppDelegateReadout, MeasuresTheLoadThatItShows) {
+    launch();
+    EXPECT_EQ(settings.menubarDisplayMode.get(), MenubarDisplayMode::memoryAndFan);
+
+    settings.activeMenubarModules.set({MenubarModuleType::cpuUsage});
+    mac.advance(4s);
+    settle();
+
+    EXPECT_EQ(settings.menubarDisplayMode.get(), MenubarDisplayMode::tripleGlance);
+    EXPECT_NE(shown().title.text, QStringLiteral("CPU --"));
+}
+
 TEST_F(AppDelegateReadout, FollowsAFanThatShowsUpLate) {
     const float one[] = {1400};
     const float two[] = {1400, 1450};
