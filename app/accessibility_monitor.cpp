@@ -1,5 +1,6 @@
 #include "app/accessibility_monitor.h"
 
+#include "app/settings_portal.h"
 #include "app/status_bar/notifier/when_answered.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/motion.h"
@@ -12,26 +13,12 @@ namespace kestro {
 
 namespace {
 
-// The settings portal: org.freedesktop.portal.Settings.
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString portalInterface = QStringLiteral("org.freedesktop.portal.Settings");
-
-const QString appearanceArea = QStringLiteral("org.freedesktop.appearance");
 const QString contrastKey = QStringLiteral("contrast");
 const QString reducedMotionKey = QStringLiteral("reduced-motion");
 const QString desktopArea = QStringLiteral("org.gnome.desktop.interface");
 const QString animationsKey = QStringLiteral("enable-animations");
 const QString accessArea = QStringLiteral("org.gnome.desktop.a11y.interface");
 const QString highContrastKey = QStringLiteral("high-contrast");
-
-/// The portal wraps the value once or twice, depending on its version.
-QVariant unwrapped(QVariant value) {
-    while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
-        value = value.value<QDBusVariant>().variant();
-    }
-    return value;
-}
 
 bool isNumberOne(const QVariant& value) {
     return value.metaType() == QMetaType::fromType<uint>() && value.toUInt() == 1;
@@ -57,10 +44,10 @@ AccessibilityMonitor::AccessibilityMonitor(QDBusConnection bus) : bus_(std::move
     if (!bus_.isConnected()) {
         return;
     }
-    bus_.connect(portalService, portalPath, portalInterface, QStringLiteral("SettingChanged"), this,
-                 SLOT(onSetting(QString, QString, QDBusVariant)));
-    ask(appearanceArea, contrastKey);
-    ask(appearanceArea, reducedMotionKey);
+    bus_.connect(settings_portal::service, settings_portal::path, settings_portal::interface,
+                 QStringLiteral("SettingChanged"), this, SLOT(onSetting(QString, QString, QDBusVariant)));
+    ask(settings_portal::appearanceArea, contrastKey);
+    ask(settings_portal::appearanceArea, reducedMotionKey);
     ask(desktopArea, animationsKey);
     ask(accessArea, highContrastKey);
 }
@@ -68,24 +55,21 @@ AccessibilityMonitor::AccessibilityMonitor(QDBusConnection bus) : bus_(std::move
 AccessibilityMonitor::~AccessibilityMonitor() = default;
 
 void AccessibilityMonitor::ask(const QString& area, const QString& key) {
-    QDBusMessage read =
-        QDBusMessage::createMethodCall(portalService, portalPath, portalInterface, QStringLiteral("Read"));
-    read.setArguments({area, key});
-    read.setAutoStartService(false);
-    whenAnswered(bus_.asyncCall(read), this, [this, area, key](const QDBusMessage& reply) {
-        if (isReply(reply, QLatin1StringView("v"))) {
-            onSetting(area, key, QDBusVariant(reply.arguments().at(0)));
-        }
-    });
+    whenAnswered(bus_.asyncCall(settings_portal::readCall(area, key)), this,
+                 [this, area, key](const QDBusMessage& reply) {
+                     if (isReply(reply, QLatin1StringView("v"))) {
+                         onSetting(area, key, QDBusVariant(reply.arguments().at(0)));
+                     }
+                 });
 }
 
 void AccessibilityMonitor::onSetting(const QString& area, const QString& key, const QDBusVariant& value) {
-    const QVariant content = unwrapped(value.variant());
-    if (area == appearanceArea && key == contrastKey) {
+    const QVariant content = settings_portal::unwrapped(value.variant());
+    if (area == settings_portal::appearanceArea && key == contrastKey) {
         prefersContrast_ = isNumberOne(content);
     } else if (area == accessArea && key == highContrastKey) {
         usesHighContrast_ = isFlag(content, true);
-    } else if (area == appearanceArea && key == reducedMotionKey) {
+    } else if (area == settings_portal::appearanceArea && key == reducedMotionKey) {
         prefersStillness_ = isNumberOne(content);
     } else if (area == desktopArea && key == animationsKey) {
         hasAnimationsSwitchedOff_ = isFlag(content, false);

@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include "app/settings_portal.h"
 #include "app/status_bar/notifier/host_monitor.h"
 #include "app/status_bar/notifier/when_answered.h"
 
@@ -13,11 +14,6 @@ namespace kestro {
 
 namespace {
 
-// The settings portal: org.freedesktop.portal.Settings.
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString portalInterface = QStringLiteral("org.freedesktop.portal.Settings");
-const QString appearanceArea = QStringLiteral("org.freedesktop.appearance");
 const QString colorSchemeKey = QStringLiteral("color-scheme");
 
 // The settings daemon of Xfce.
@@ -25,22 +21,6 @@ const QString panelSettingsService = QStringLiteral("org.xfce.Xfconf");
 const QString panelSettingsPath = QStringLiteral("/org/xfce/Xfconf");
 const QString panelChannel = QStringLiteral("xfce4-panel");
 const QString darkPanelProperty = QStringLiteral("/panels/dark-mode");
-
-QDBusMessage quietCall(const QString& service, const QString& path, const QString& interface,
-                       const QString& method, const QVariantList& arguments) {
-    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
-    message.setArguments(arguments);
-    message.setAutoStartService(false);
-    return message;
-}
-
-/// The portal wraps the value once or twice, depending on its version.
-QVariant unwrapped(QVariant value) {
-    while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
-        value = value.value<QDBusVariant>().variant();
-    }
-    return value;
-}
 
 /// 1: dark, 2: light; everything else: no preference.
 std::optional<bool> darkPreference(const QVariant& value) {
@@ -85,7 +65,8 @@ bool PanelSchemeMonitor::eventFilter(QObject* watched, QEvent* event) {
 
 void PanelSchemeMonitor::listen() {
     QDBusConnection connection = monitor_.connection();
-    connection.connect(portalService, portalPath, portalInterface, QStringLiteral("SettingChanged"), this,
+    connection.connect(settings_portal::service, settings_portal::path, settings_portal::interface,
+                       QStringLiteral("SettingChanged"), this,
                        SLOT(onPortalSetting(QString, QString, QDBusVariant)));
     connection.connect(panelSettingsService, panelSettingsPath, panelSettingsService,
                        QStringLiteral("PropertyChanged"), this,
@@ -93,11 +74,10 @@ void PanelSchemeMonitor::listen() {
 }
 
 void PanelSchemeMonitor::askPortal() {
-    const QDBusMessage read = quietCall(portalService, portalPath, portalInterface, QStringLiteral("Read"),
-                                        {appearanceArea, colorSchemeKey});
+    const QDBusMessage read = settings_portal::readCall(settings_portal::appearanceArea, colorSchemeKey);
     whenAnswered(monitor_.connection().asyncCall(read), this, [this](const QDBusMessage& reply) {
         if (isReply(reply, QLatin1StringView("v"))) {
-            prefersDark_ = darkPreference(unwrapped(reply.arguments().at(0)));
+            prefersDark_ = darkPreference(settings_portal::unwrapped(reply.arguments().at(0)));
             update();
         }
     });
@@ -110,18 +90,21 @@ void PanelSchemeMonitor::askPanel() {
         hostIsDark_.reset();
         return;
     }
-    const QDBusMessage get = quietCall(panelSettingsService, panelSettingsPath, panelSettingsService,
-                                       QStringLiteral("GetProperty"), {panelChannel, darkPanelProperty});
+    QDBusMessage get = QDBusMessage::createMethodCall(panelSettingsService, panelSettingsPath,
+                                                      panelSettingsService, QStringLiteral("GetProperty"));
+    get.setArguments({panelChannel, darkPanelProperty});
+    get.setAutoStartService(false);
     whenAnswered(monitor_.connection().asyncCall(get), this, [this](const QDBusMessage& reply) {
-        hostIsDark_ =
-            isReply(reply, QLatin1StringView("v")) ? flag(unwrapped(reply.arguments().at(0))) : std::nullopt;
+        hostIsDark_ = isReply(reply, QLatin1StringView("v"))
+                          ? flag(settings_portal::unwrapped(reply.arguments().at(0)))
+                          : std::nullopt;
         update();
     });
 }
 
 void PanelSchemeMonitor::onPortalSetting(const QString& area, const QString& key, const QDBusVariant& value) {
-    if (area == appearanceArea && key == colorSchemeKey) {
-        prefersDark_ = darkPreference(unwrapped(value.variant()));
+    if (area == settings_portal::appearanceArea && key == colorSchemeKey) {
+        prefersDark_ = darkPreference(settings_portal::unwrapped(value.variant()));
         update();
     }
 }
@@ -129,7 +112,7 @@ void PanelSchemeMonitor::onPortalSetting(const QString& area, const QString& key
 void PanelSchemeMonitor::onPanelSetting(const QString& channel, const QString& property,
                                         const QDBusVariant& value) {
     if (channel == panelChannel && property == darkPanelProperty) {
-        hostIsDark_ = flag(unwrapped(value.variant()));
+        hostIsDark_ = flag(settings_portal::unwrapped(value.variant()));
         update();
     }
 }
