@@ -51,7 +51,10 @@ FocusRing::FocusRing(Control& control) : QWidget(hostOf(control)), control_(&con
     for (QWidget* widget = &control; widget && widget != parentWidget(); widget = widget->parentWidget()) {
         widget->installEventFilter(this);
     }
-    connect(&control, &QObject::destroyed, this, &QObject::deleteLater);
+    connect(&control, &QObject::destroyed, this, [this] {
+        hide();
+        deleteLater();
+    });
     place();
 }
 

@@ -3,6 +3,8 @@
 #include "tests/ui/controls/view_test.h"
 #include "ui/controls/focus_ring.h"
 
+#include <QPointer>
+
 namespace kestro {
 namespace {
 
@@ -121,12 +123,12 @@ TEST_F(ButtonTest, HasTheFillsOfItsStates) {
 }
 
 TEST_F(ButtonTest, CanDestroyItselfInItsClick) {
-    auto* button = new Button(ButtonKind::chip);
-    button->onClick([button] { delete button; });
+    const QPointer<Button> button(new Button(ButtonKind::chip));
+    button->onClick([&button] { delete button.data(); });
 
     button->click();
 
-    SUCCEED();
+    EXPECT_TRUE(button.isNull());
 }
 
 TEST_F(ButtonTest, SpeaksItsTextItsRoleAndItsState) {
@@ -227,7 +229,10 @@ TEST_F(FocusTest, SurvivesTheEndOfItsControl) {
     delete third;
     QApplication::processEvents();
 
-    SUCCEED();
+    EXPECT_FALSE(ring() && ring()->isVisible());
+    first_.setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(ring());
+    EXPECT_TRUE(ring()->geometry().contains(first_.geometry().adjusted(-3, -3, 3, 3)));
 }
 
 }  // namespace
