@@ -1,8 +1,6 @@
 #include "tests/platform/linux/support.h"
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 namespace kestro::test {
 namespace {
@@ -13,22 +11,8 @@ std::filesystem::path inside(const std::string& root, std::string_view path) {
 
 }  // namespace
 
-TemporaryTree::TemporaryTree() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "kestro-tree-XXXXXX").string();
-    root_ = ::mkdtemp(pattern.data()) != nullptr ? pattern : std::string{};
-}
-
-TemporaryTree::~TemporaryTree() {
-    std::error_code ignored;
-    if (!root_.empty()) {
-        std::filesystem::remove_all(root_, ignored);
-    }
-}
-
 TemporaryTree& TemporaryTree::write(std::string_view path, std::string_view content) {
-    const auto file = inside(root_, path);
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary | std::ios::trunc) << content;
+    directory_.write(std::filesystem::path(path).relative_path().string(), content);
     return *this;
 }
 

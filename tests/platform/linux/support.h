@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/platform/clock.h"
+#include "tests/platform/linux/temporary_directory.h"
 
 #include <chrono>
 #include <cstddef>
@@ -17,11 +18,6 @@ inline std::string fixture(std::string_view machine) {
 /// A machine's file system that a test writes file by file; deleted with this object.
 class TemporaryTree {
 public:
-    TemporaryTree();
-    ~TemporaryTree();
-    TemporaryTree(const TemporaryTree&) = delete;
-    TemporaryTree& operator=(const TemporaryTree&) = delete;
-
     const std::string& root() const { return root_; }
 
     /// Writes a file in place, as the kernel changes an attribute: an open descriptor sees the new content.
@@ -34,7 +30,8 @@ public:
     TemporaryTree& copyFrom(std::string_view machine);
 
 private:
-    std::string root_;
+    TemporaryDirectory directory_;
+    std::string root_ = directory_.path().string();
 };
 
 /// A clock that stands still until a test turns it.

@@ -1,0 +1,151 @@
+#pragma once
+
+#include "platform/desktop/power_profiles.h"
+#include "tests/platform/desktop/event_waiting.h"
+#include "tests/platform/desktop/fake_service.h"
+#include "tests/platform/desktop/private_bus.h"
+
+#include <QDBusVariant>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace kestro::testing_support {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+inline const QString newName = QStringLiteral("org.freedesktop.UPower.PowerProfiles");
+inline const QString oldName = QStringLiteral("net.hadess.PowerProfiles");
+inline constexpr std::string_view header = "System-wide power settings:\nCurrently in use:\n";
+
+inline std::string reportOf(char mode) {
+    return std::string(header) + " powermode            " + mode + "\n";
+}
+
+/// A daemon whose profile is a variable.
+class FakeDaemon {
+public:
+    FakeDaemon(const QDBusConnection& connection, const QString& name)
+        : name_(name),
+          service(connection, name,
+                  {{QStringLiteral("Get"),
+                    [this](const QDBusMessage& call) {
+                        return call.createReply(QVariant::fromValue(QDBusVariant(profile())));
+                    }},
+                   {QStringLiteral("Set"), [this](const QDBusMessage& call) {
+                        wasInteractive = call.isInteractiveAuthorizationAllowed();
+                        setProfile(call.arguments().at(2).value<QDBusVariant>().variant());
+                        return call.createReply();
+                    }}}) {}
+
+    QVariant profile() const {
+        const std::lock_guard lock(mutex_);
+        return profile_;
+    }
+    void setProfile(const QVariant& profile) {
+        const std::lock_guard lock(mutex_);
+        profile_ = profile;
+    }
+
+    /// Announces a change; `from` is who says so.
+    void announce(const QVariantMap& changes, const QStringList& invalidated, const QDBusConnection& from) const {
+        auto signal = QDBusMessage::createSignal(
+            QLatin1Char('/') + QString(name_).replace(QLatin1Char('.'), QLatin1Char('/')),
+            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("PropertiesChanged"));
+        signal << name_ << changes << invalidated;
+        ASSERT_TRUE(from.send(signal));
+    }
+    void announce(const QVariant& value) const {
+        announce({{QStringLiteral("ActiveProfile"), value}}, {}, service.connection());
+    }
+
+private:
+    QString name_;
+    mutable std::mutex mutex_;
+    QVariant profile_ = QStringLiteral("balanced");
+
+public:
+    std::atomic<bool> wasInteractive = false;
+    FakeService service;
+};
+
+/// Power profiles on a system bus and a kernel of the test's own.
+class PowerProfilesTest : public testing::Test {
+protected:
+    PowerProfilesTest() {
+        paths.root = directory.path().toStdString();
+        fs::create_directories(kernelFile().parent_path());
+    }
+
+    fs::path kernelFile() const { return fs::path(paths.root) / "sys/firmware/acpi/platform_profile"; }
+
+    void setKernel(const std::string& profile, const std::string& choices) {
+        std::ofstream(kernelFile()) << profile << '\n';
+        std::ofstream(kernelFile().string() + "_choices") << choices << '\n';
+    }
+
+    static std::string contentsOf(const fs::path& path) {
+        std::ifstream file(path);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    /// Puts a program in the place of pkexec.
+    void setPkexec(const std::string& script) {
+        const fs::path program = fs::path(paths.root) / "pkexec";
+        std::ofstream(program) << "#!/bin/sh\n" << script << '\n';
+        fs::permissions(program, fs::perms::owner_all);
+        paths.pkexec = program;
+    }
+
+    PowerProfiles& profiles() {
+        if (!profiles_) {
+            profiles_ = std::make_unique<PowerProfiles>(system, paths, timing);
+        }
+        return *profiles_;
+    }
+
+    /// Runs a background thread's call while the main thread's event loop goes on.
+    template <typename Call>
+    auto inBackground(Call call) {
+        auto future = std::async(std::launch::async, std::move(call));
+        EXPECT_TRUE(waitUntil([&] { return future.wait_for(0s) == std::future_status::ready; }));
+        return future.get();
+    }
+
+    std::string report() {
+        return inBackground([&profiles = profiles()] { return profiles.pmsetReport(); });
+    }
+
+    void select(PowerProfile profile) {
+        inBackground([&profiles = profiles(), profile] { profiles.select(profile); });
+    }
+
+    bool reports(const std::string& expected) {
+        return waitUntil([&] { return report() == expected; });
+    }
+
+    QTemporaryDir directory;
+    PlatformProfile::Paths paths;
+    PowerProfiles::Timing timing{20s, 20s};
+    PrivateBus bus;
+    QDBusConnection system = bus.connect();
+
+private:
+    std::unique_ptr<PowerProfiles> profiles_;
+};
+
+}  // namespace kestro::testing_support
