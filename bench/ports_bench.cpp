@@ -30,7 +30,6 @@
 #include "core/telemetry/smc_reader.h"
 #include "core/telemetry/thermal_reader.h"
 #include "platform/linux/child_process.h"
-#include "platform/linux/descriptor.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_file_system_statistics.h"
 #include "platform/linux/linux_hid_event_system.h"
@@ -41,6 +40,7 @@
 #include "platform/linux/linux_smc_service.h"
 #include "platform/linux/linux_system_control.h"
 #include "platform/linux/process_table.h"
+#include "platform/posix/descriptor.h"
 #include "platform/simulated/simulated_mac.h"
 
 namespace {

@@ -1,5 +1,8 @@
 #include "platform/desktop/platform_profile.h"
 
+#include "platform/posix/bounded_read.h"
+#include "platform/posix/descriptor.h"
+
 #include <array>
 #include <sstream>
 #include <thread>
@@ -23,14 +26,8 @@ constexpr std::chrono::milliseconds lookInterval(50);
 
 /// The first bytes of a small file of the kernel, without the newline; empty when it cannot be read.
 std::string readSmallFile(const std::string& path) {
-    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (file < 0) {
-        return {};
-    }
-    std::array<char, maximumBytes> buffer{};
-    const ssize_t count = ::read(file, buffer.data(), buffer.size());
-    ::close(file);
-    std::string text(buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0);
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const std::string text = readAtMost(file.get(), maximumBytes).value_or(std::string());
     return text.substr(0, text.find('\n'));
 }
 

@@ -1,5 +1,8 @@
 #include "platform/desktop/preferences_file.h"
 
+#include "platform/posix/bounded_read.h"
+#include "platform/posix/descriptor.h"
+
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -16,25 +19,6 @@ namespace kestro {
 namespace {
 
 constexpr int maximumDamagedFiles = 9;
-
-/// A descriptor that closes itself; negative when there is none.
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0) {
-            ::close(number_);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int get() const { return number_; }
-    explicit operator bool() const { return number_ >= 0; }
-
-private:
-    int number_;
-};
 
 bool makeDirectories(const std::filesystem::path& directory) {
     std::filesystem::path made;
@@ -60,27 +44,6 @@ bool writeAll(int descriptor, std::string_view contents) {
     return true;
 }
 
-/// One byte beyond the bound at most, so that a file that is too large shows itself.
-std::optional<std::string> readBounded(int descriptor) {
-    std::string text(maximumPreferenceBytes + 1, '\0');
-    std::size_t length = 0;
-    while (length < text.size()) {
-        const ssize_t count = ::read(descriptor, text.data() + length, text.size() - length);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            return std::nullopt;
-        }
-        if (count == 0) {
-            break;
-        }
-        length += static_cast<std::size_t>(count);
-    }
-    text.resize(length);
-    return text;
-}
-
 /// Like rename, but never replaces anything.
 bool renameToFreeName(const std::string& from, const std::string& to) {
     if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
@@ -101,7 +64,7 @@ bool replaceFileAtomically(const std::string& path, const std::string& contents)
         return false;
     }
     const Descriptor directoryDescriptor(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!directoryDescriptor) {
+    if (!directoryDescriptor.isOpen()) {
         return false;
     }
     const std::string name = target.filename();
@@ -112,8 +75,8 @@ bool replaceFileAtomically(const std::string& path, const std::string& contents)
     {
         const Descriptor file(::openat(directoryDescriptor.get(), temporary.c_str(),
                                        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-        complete =
-            file && ::fchmod(file.get(), 0600) == 0 && writeAll(file.get(), contents) && ::fsync(file.get()) == 0;
+        complete = file.isOpen() && ::fchmod(file.get(), 0600) == 0 && writeAll(file.get(), contents) &&
+                   ::fsync(file.get()) == 0;
     }
     if (!complete ||
         ::renameat(directoryDescriptor.get(), temporary.c_str(), directoryDescriptor.get(), name.c_str()) != 0) {
@@ -169,14 +132,15 @@ bool PreferencesFile::store(const Values& changes, std::uint64_t sequence) {
 
 PreferencesFile::State PreferencesFile::read(PreferenceJson& document) const {
     const Descriptor file(::open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (!file) {
+    if (!file.isOpen()) {
         return errno == ENOENT ? State::absent : State::untouchable;
     }
     struct stat status {};
     if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return State::untouchable;
     }
-    const auto text = readBounded(file.get());
+    // One byte beyond the bound, so that a file that is too large shows itself.
+    const auto text = readAtMost(file.get(), maximumPreferenceBytes + 1);
     if (!text) {
         return State::untouchable;
     }

@@ -12,7 +12,7 @@
 #include <array>
 #include <cerrno>
 
-#include "platform/linux/descriptor.h"
+#include "platform/posix/descriptor.h"
 
 namespace kestro {
 

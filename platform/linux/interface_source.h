@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/platform/network_interfaces.h"
-#include "platform/linux/descriptor.h"
+#include "platform/posix/descriptor.h"
 
 #include <optional>
 #include <vector>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/descriptor.h"
+#include "platform/posix/descriptor.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -17,6 +17,7 @@
 
 #include "core/platform/run_loop.h"
 #include "platform/linux/trusted_file.h"
+#include "platform/posix/bounded_read.h"
 
 namespace kestro {
 
@@ -194,26 +195,7 @@ std::unique_ptr<FileEventSource> LinuxFileEvents::watchWrites(const std::string&
 
 std::optional<std::string> LinuxFileEvents::read(const std::string& path) {
     const auto file = openTrusted(path, O_RDONLY);
-    if (!file.isOpen()) {
-        return std::nullopt;
-    }
-    std::string bytes(longestRead, '\0');
-    std::size_t length = 0;
-    while (length < bytes.size()) {
-        const auto count = ::read(file.get(), bytes.data() + length, bytes.size() - length);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            return std::nullopt;
-        }
-        if (count == 0) {
-            break;
-        }
-        length += static_cast<std::size_t>(count);
-    }
-    bytes.resize(length);
-    return bytes;
+    return file.isOpen() ? readAtMost(file.get(), longestRead) : std::nullopt;
 }
 
 void LinuxFileEvents::truncate(const std::string& path) {

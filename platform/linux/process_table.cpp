@@ -12,9 +12,9 @@
 #include <ctime>
 #include <iterator>
 
-#include "platform/linux/descriptor.h"
 #include "platform/linux/process_stat.h"
 #include "platform/linux/valid_text.h"
+#include "platform/posix/descriptor.h"
 
 namespace kestro {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/linux/descriptor.h"
+#include "platform/posix/descriptor.h"
 
 namespace kestro {
 

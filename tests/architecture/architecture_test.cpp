@@ -58,8 +58,9 @@ const std::map<std::string, std::vector<std::string>> allowed = {
     {"core/power", {"core/base", "core/platform", "core/telemetry", "core/settings", "core/engine"}},
     {"core/readout",
      {"core/base", "core/telemetry", "core/settings", "core/engine", "core/cooling", "core/power"}},
-    {"platform/linux", {"core/base", "core/platform"}},
-    {"platform/desktop", {"core/base", "core/platform"}},
+    {"platform/posix", {}},
+    {"platform/linux", {"core/base", "core/platform", "platform/posix"}},
+    {"platform/desktop", {"core/base", "core/platform", "platform/posix"}},
     {"platform/simulated", {"core/base", "core/platform"}},
     {"ui", {"core"}},
     {"app", {"core", "ui"}},
@@ -97,7 +98,7 @@ TEST(Architecture, ValueTypesThatSettingsBorrowStandAlone) {
 }
 
 TEST(Architecture, CoreAndTheKernelFacingPortsKnowNoQt) {
-    for (const std::string folder : {"core", "platform/linux", "platform/simulated"}) {
+    for (const std::string folder : {"core", "platform/posix", "platform/linux", "platform/simulated"}) {
         for (const auto& include : includesBelow(folder)) {
             EXPECT_FALSE(include.name.starts_with("Q")) << include.from << " includes " << include.name;
         }

@@ -11,8 +11,8 @@
 #include <string>
 #include <thread>
 
-#include "platform/linux/descriptor.h"
-#include "tests/platform/linux/temporary_directory.h"
+#include "platform/posix/descriptor.h"
+#include "tests/support/temporary_directory.h"
 
 namespace kestro {
 namespace {

@@ -12,7 +12,7 @@
 #include <string>
 
 #include "core/platform/run_loop.h"
-#include "tests/platform/linux/temporary_directory.h"
+#include "tests/support/temporary_directory.h"
 
 namespace kestro {
 namespace {

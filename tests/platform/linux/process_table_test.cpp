@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/linux/valid_text.h"
-#include "tests/platform/linux/temporary_directory.h"
+#include "tests/support/temporary_directory.h"
 
 namespace kestro {
 namespace {

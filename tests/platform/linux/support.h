@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/platform/clock.h"
-#include "tests/platform/linux/temporary_directory.h"
+#include "tests/support/temporary_directory.h"
 
 #include <chrono>
 #include <cstddef>
