@@ -76,7 +76,7 @@ QWidget* strip(SimulatedServices& services) {
     const auto main = bar.createItem(QStringLiteral("kestro-main"), {});
     main->setContent(mainStatusContent(services.services()));
     const KeepAwakeStatusItem awake(platform, bar, services.settings(), services.keepAwake());
-    const FanControlStatusItem cooling(platform, bar, services.settings(), services.objects->smc,
+    const FanControlStatusItem cooling(platform, bar, services.settings(), services.objects->readers.smc,
                                        services.fanManager(), services.powerManager());
     QCoreApplication::processEvents();
     return new PictureOf(*stripWindow());

@@ -9,7 +9,7 @@ struct SimulatedKestro {
     SimulatedServices simulated;
     SimulatedMac& mac = simulated.mac;
     UserSettings& settings = simulated.settings();
-    SMCReader& smc = simulated.objects->smc;
+    SMCReader& smc = simulated.objects->readers.smc;
     TelemetryEngine& engine = simulated.engine();
     FanControlManager& fanManager = simulated.fanManager();
     KeepAwakeManager& keepAwake = simulated.keepAwake();

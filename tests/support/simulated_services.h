@@ -1,19 +1,10 @@
 #pragma once
 
 #include "core/cooling/fan_control_manager.h"
-#include "core/engine/telemetry_engine.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/power/power_mode_manager.h"
 #include "core/settings/user_settings.h"
-#include "core/telemetry/cpu_reader.h"
-#include "core/telemetry/disk_reader.h"
-#include "core/telemetry/memory_reader.h"
-#include "core/telemetry/network_reader.h"
-#include "core/telemetry/power_reader.h"
-#include "core/telemetry/process_reader.h"
-#include "core/telemetry/smc_reader.h"
-#include "core/telemetry/thermal_reader.h"
-#include "platform/simulated/simulated_mac.h"
+#include "tests/support/simulated_readers.h"
 #include "ui/kestro_services.h"
 
 namespace kestro {
@@ -52,29 +43,14 @@ struct SimulatedServices {
     struct Objects {
         explicit Objects(SimulatedMac& machine)
             : settings(machine.userDefaults),
-              cpu(machine.machHost, machine.systemControl),
-              memory(machine.machHost, machine.systemControl, machine.processInfo),
-              disk(machine.fileSystem),
-              network(machine.networkInterfaces, machine.clock),
-              power(machine.powerSources),
-              smc(machine.smc),
-              thermal(machine.hidEventSystem, machine.processInfo),
-              processes(machine.commandRunner),
-              engine(machine.platform(), settings,
-                     TelemetryReaders{cpu, memory, disk, network, power, smc, thermal, processes}),
-              fanManager(machine.platform(), settings, engine, smc),
+              readers(machine),
+              engine(machine.platform(), settings, readers.all()),
+              fanManager(machine.platform(), settings, engine, readers.smc),
               keepAwake(machine.platform(), settings),
               powerManager(machine.platform()) {}
 
         UserSettings settings;
-        CPUReader cpu;
-        MemoryReader memory;
-        DiskReader disk;
-        NetworkReader network;
-        PowerReader power;
-        SMCReader smc;
-        ThermalReader thermal;
-        ProcessReader processes;
+        SimulatedReaders readers;
         TelemetryEngine engine;
         FanControlManager fanManager;
         KeepAwakeManager keepAwake;

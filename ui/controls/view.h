@@ -30,6 +30,12 @@ struct AccessibleInfo {
     std::function<void()> press;  ///< empty: cannot be pressed
     QRect area;                   ///< of a part, in the view's coordinates; ignored for a view
     bool isDecoration = false;    ///< hidden from assistive technology: ink, watermarks, rules
+
+    static AccessibleInfo decoration() {
+        AccessibleInfo info;
+        info.isDecoration = true;
+        return info;
+    }
 };
 
 /// A widget painted with QPainter: the base of every control and widget of the kit. It carries a help text

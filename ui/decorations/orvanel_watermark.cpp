@@ -66,9 +66,7 @@ QSize OrvanelWatermark::sizeHint() const {
 }
 
 AccessibleInfo OrvanelWatermark::accessibleInfo() const {
-    AccessibleInfo info;
-    info.isDecoration = true;
-    return info;
+    return AccessibleInfo::decoration();
 }
 
 QSizeF OrvanelWatermark::markSize(Variant variant) {

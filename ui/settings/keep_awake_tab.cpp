@@ -28,11 +28,7 @@ public:
 
     explicit CupDisc(const KeepAwakeManager& manager) : manager_(manager) { setFixedSize(kDiameter, kDiameter); }
 
-    AccessibleInfo accessibleInfo() const override {
-        AccessibleInfo info;
-        info.isDecoration = true;
-        return info;
-    }
+    AccessibleInfo accessibleInfo() const override { return AccessibleInfo::decoration(); }
 
 protected:
     void paintEvent(QPaintEvent*) override {

@@ -27,11 +27,7 @@ public:
         resize(row.size());
     }
 
-    AccessibleInfo accessibleInfo() const override {
-        AccessibleInfo info;
-        info.isDecoration = true;
-        return info;
-    }
+    AccessibleInfo accessibleInfo() const override { return AccessibleInfo::decoration(); }
 
 protected:
     void paintEvent(QPaintEvent*) override {

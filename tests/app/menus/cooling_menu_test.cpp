@@ -14,6 +14,7 @@ using ::testing::ElementsAre;
 using testing::findEntry;
 using testing::linesOf;
 using testing::pick;
+using testing::pickEach;
 using ::testing::StrictMock;
 
 class MockCoolingMenuActions : public CoolingMenuActions {
@@ -69,18 +70,9 @@ TEST_F(CoolingMenu, APresetIsInEffectOnlyWhileTheCurvesDriveTheFans) {
 }
 
 TEST_F(CoolingMenu, EveryChoiceHandsItsValueOver) {
-    for (const auto profile : allCases<FanProfile>()) {
-        EXPECT_CALL(actions, selectFanProfile(profile));
-        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(profile))));
-    }
-    for (const auto preset : allCases<CurvePreset>()) {
-        EXPECT_CALL(actions, selectCurvePreset(preset));
-        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(preset))));
-    }
-    for (const auto mode : allCases<SystemPowerMode>()) {
-        EXPECT_CALL(actions, selectPowerMode(mode));
-        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(mode))));
-    }
+    pickEach<FanProfile>(menu(), [this](auto value) { EXPECT_CALL(actions, selectFanProfile(value)); });
+    pickEach<CurvePreset>(menu(), [this](auto value) { EXPECT_CALL(actions, selectCurvePreset(value)); });
+    pickEach<SystemPowerMode>(menu(), [this](auto value) { EXPECT_CALL(actions, selectPowerMode(value)); });
 }
 
 TEST_F(CoolingMenu, OpensItsSettings) {

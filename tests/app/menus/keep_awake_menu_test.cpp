@@ -12,6 +12,7 @@ using ::testing::ElementsAre;
 using testing::findEntry;
 using testing::linesOf;
 using testing::pick;
+using testing::pickEach;
 using ::testing::StrictMock;
 
 class MockKeepAwakeMenuActions : public KeepAwakeMenuActions {
@@ -74,14 +75,8 @@ TEST_F(KeepAwakeMenu, EveryEntryActs) {
     EXPECT_CALL(actions, openSettingsAction());
     EXPECT_TRUE(pick(menu(), QStringLiteral("Activate Indefinitely")));
     EXPECT_TRUE(pick(menu(), QStringLiteral("Keep-Awake Settings...")));
-    for (const auto duration : allCases<KeepAwakeDuration>()) {
-        EXPECT_CALL(actions, selectDuration(duration));
-        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(duration))));
-    }
-    for (const auto target : allCases<KeepAwakeTarget>()) {
-        EXPECT_CALL(actions, selectTarget(target));
-        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(target))));
-    }
+    pickEach<KeepAwakeDuration>(menu(), [this](auto value) { EXPECT_CALL(actions, selectDuration(value)); });
+    pickEach<KeepAwakeTarget>(menu(), [this](auto value) { EXPECT_CALL(actions, selectTarget(value)); });
 }
 
 TEST_F(KeepAwakeMenu, TheStatusLineCannotBePicked) {

@@ -12,6 +12,7 @@ using ::testing::ElementsAre;
 using testing::findEntry;
 using testing::linesOf;
 using testing::pick;
+using testing::pickEach;
 using ::testing::StrictMock;
 
 class MockMainMenuActions : public MainMenuActions {
@@ -115,22 +116,11 @@ TEST_F(MainMenu, CommandsActOnTheApplication) {
 }
 
 TEST_F(MainMenu, EveryChoiceHandsItsValueOver) {
-    for (const auto duration : allCases<KeepAwakeDuration>()) {
-        EXPECT_CALL(actions, selectKeepAwakeDuration(duration));
-        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(duration))));
-    }
-    for (const auto profile : allCases<FanProfile>()) {
-        EXPECT_CALL(actions, selectFanProfile(profile));
-        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(profile))));
-    }
-    for (const auto preset : allCases<CurvePreset>()) {
-        EXPECT_CALL(actions, selectCurvePreset(preset));
-        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(preset))));
-    }
-    for (const auto mode : allCases<SystemPowerMode>()) {
-        EXPECT_CALL(actions, selectPowerMode(mode));
-        EXPECT_TRUE(pick(menu(), QString::fromUtf8(rawValue(mode))));
-    }
+    pickEach<KeepAwakeDuration>(menu(),
+                                [this](auto value) { EXPECT_CALL(actions, selectKeepAwakeDuration(value)); });
+    pickEach<FanProfile>(menu(), [this](auto value) { EXPECT_CALL(actions, selectFanProfile(value)); });
+    pickEach<CurvePreset>(menu(), [this](auto value) { EXPECT_CALL(actions, selectCurvePreset(value)); });
+    pickEach<SystemPowerMode>(menu(), [this](auto value) { EXPECT_CALL(actions, selectPowerMode(value)); });
 }
 
 TEST_F(MainMenu, HeadersCannotBePicked) {

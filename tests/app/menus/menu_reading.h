@@ -1,6 +1,9 @@
 #pragma once
 
 #include "app/status_bar/status_bar.h"
+#include "core/base/enumeration.h"
+
+#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
@@ -58,6 +61,15 @@ inline bool pick(const StatusMenu& menu, const QString& title) {
     }
     entry->action();
     return true;
+}
+
+/// Picks the entry of every value of an enumeration, in order; `expectChoice(value)` is called before each pick.
+template <typename Value, typename ExpectChoice>
+void pickEach(const StatusMenu& menu, ExpectChoice expectChoice) {
+    for (const auto value : allCases<Value>()) {
+        expectChoice(value);
+        EXPECT_TRUE(pick(menu, QString::fromUtf8(rawValue(value)))) << rawValue(value);
+    }
 }
 
 }  // namespace kestro::testing

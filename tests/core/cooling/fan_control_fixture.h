@@ -1,17 +1,8 @@
 #pragma once
 
 #include "core/cooling/fan_control_manager.h"
-#include "core/engine/telemetry_engine.h"
 #include "core/settings/user_settings.h"
-#include "core/telemetry/cpu_reader.h"
-#include "core/telemetry/disk_reader.h"
-#include "core/telemetry/memory_reader.h"
-#include "core/telemetry/network_reader.h"
-#include "core/telemetry/power_reader.h"
-#include "core/telemetry/process_reader.h"
-#include "core/telemetry/smc_reader.h"
-#include "core/telemetry/thermal_reader.h"
-#include "platform/simulated/simulated_mac.h"
+#include "tests/support/simulated_readers.h"
 
 #include <chrono>
 #include <cstdint>
@@ -27,15 +18,8 @@ inline const std::vector<float> fanless;
 struct FanControlFixture {
     SimulatedMac mac;
     UserSettings settings{mac.userDefaults};
-    CPUReader cpu{mac.machHost, mac.systemControl};
-    MemoryReader memory{mac.machHost, mac.systemControl, mac.processInfo};
-    DiskReader disk{mac.fileSystem};
-    NetworkReader network{mac.networkInterfaces, mac.clock};
-    PowerReader power{mac.powerSources};
-    SMCReader smc{mac.smc};
-    ThermalReader thermal{mac.hidEventSystem, mac.processInfo};
-    ProcessReader processes{mac.commandRunner};
-    TelemetryEngine engine{mac.platform(), settings, {cpu, memory, disk, network, power, smc, thermal, processes}};
+    SimulatedReaders readers{mac};
+    TelemetryEngine engine{mac.platform(), settings, readers.all()};
     std::unique_ptr<FanControlManager> made;
 
     explicit FanControlFixture(const std::vector<float>& fanSpeeds = {1420, 1460}) {
@@ -45,7 +29,7 @@ struct FanControlFixture {
 
     FanControlManager& manager() {
         if (!made) {
-            made = std::make_unique<FanControlManager>(mac.platform(), settings, engine, smc);
+            made = std::make_unique<FanControlManager>(mac.platform(), settings, engine, readers.smc);
         }
         return *made;
     }

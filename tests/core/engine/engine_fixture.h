@@ -1,16 +1,7 @@
 #pragma once
 
-#include "core/engine/telemetry_engine.h"
 #include "core/settings/user_settings.h"
-#include "core/telemetry/cpu_reader.h"
-#include "core/telemetry/disk_reader.h"
-#include "core/telemetry/memory_reader.h"
-#include "core/telemetry/network_reader.h"
-#include "core/telemetry/power_reader.h"
-#include "core/telemetry/process_reader.h"
-#include "core/telemetry/smc_reader.h"
-#include "core/telemetry/thermal_reader.h"
-#include "platform/simulated/simulated_mac.h"
+#include "tests/support/simulated_readers.h"
 
 #include <gtest/gtest.h>
 
@@ -24,8 +15,7 @@ class EngineFixture : public testing::Test {
 protected:
     TelemetryEngine& engine() {
         if (!engine_) {
-            engine_.emplace(mac.platform(), settings,
-                            TelemetryReaders{cpu, memory, disk, network, power, smc, thermal, processes});
+            engine_.emplace(mac.platform(), settings, readers.all());
         }
         return *engine_;
     }
@@ -34,14 +24,7 @@ protected:
 
     SimulatedMac mac;
     UserSettings settings{mac.userDefaults};
-    CPUReader cpu{mac.machHost, mac.systemControl};
-    MemoryReader memory{mac.machHost, mac.systemControl, mac.processInfo};
-    DiskReader disk{mac.fileSystem};
-    NetworkReader network{mac.networkInterfaces, mac.clock};
-    PowerReader power{mac.powerSources};
-    SMCReader smc{mac.smc};
-    ThermalReader thermal{mac.hidEventSystem, mac.processInfo};
-    ProcessReader processes{mac.commandRunner};
+    SimulatedReaders readers{mac};
 
 private:
     std::optional<TelemetryEngine> engine_;

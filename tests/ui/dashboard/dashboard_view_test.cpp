@@ -1,10 +1,9 @@
 #include "ui/dashboard/dashboard_view.h"
 
+#include "tests/ui/controls/view_test.h"
 #include "tests/ui/dashboard/dashboard_fixture.h"
 #include "ui/dashboard/process_row.h"
 #include "ui/widgets/core_matrix_view.h"
-
-#include <QPaintEvent>
 
 #include <array>
 #include <cstdlib>
@@ -169,17 +168,7 @@ TEST_F(DashboardViewTest, TellsTheTargetsOfTheCurvesWithMoreThanTwoFans) {
 TEST_F(DashboardViewTest, RepaintsOnlyTheValueThatChanged) {
     make([](SimulatedMac& mac) { mac.freeze(); });
     show(1260, 480);
-    class Region : public QObject {
-    public:
-        QRegion painted;
-        bool eventFilter(QObject*, QEvent* event) override {
-            if (event->type() == QEvent::Paint) {
-                painted += static_cast<QPaintEvent*>(event)->region();
-            }
-            return false;
-        }
-    } region;
-    view_->installEventFilter(&region);
+    PaintedRegion region(*view_);
 
     machine_->advance(std::chrono::milliseconds(1100));
     QApplication::processEvents();

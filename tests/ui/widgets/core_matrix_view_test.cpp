@@ -131,17 +131,7 @@ TEST_F(CoreMatrixViewTest, RepaintsOnlyTheCoreThatChanged) {
     view_.setCores(cores(12));
     view_.show();
     QApplication::processEvents();
-    class Region : public QObject {
-    public:
-        QRegion painted;
-        bool eventFilter(QObject*, QEvent* event) override {
-            if (event->type() == QEvent::Paint) {
-                painted += static_cast<QPaintEvent*>(event)->region();
-            }
-            return false;
-        }
-    } region;
-    view_.installEventFilter(&region);
+    PaintedRegion region(view_);
 
     auto changed = cores(12);
     changed[4].usagePercentage = 60;
