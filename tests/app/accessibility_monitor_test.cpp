@@ -1,6 +1,6 @@
 #include "app/accessibility_monitor.h"
 
-#include "tests/app/private_bus.h"
+#include "tests/app/bus_client.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/motion.h"
 

@@ -8,7 +8,7 @@
 #include "app/status_bar/notifier/host_monitor.h"
 #include "app/status_bar/notifier/sni_status_item.h"
 #include "app/status_bar/panel_scheme_monitor.h"
-#include "tests/app/private_bus.h"
+#include "tests/app/bus_client.h"
 #include "tests/app/status_bar/bound_theme.h"
 #include "tests/app/status_bar/fake_watcher.h"
 

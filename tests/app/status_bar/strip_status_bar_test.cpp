@@ -9,7 +9,7 @@
 
 #include "app/status_bar/strip/strip_item_view.h"
 #include "app/status_bar/strip/strip_window.h"
-#include "tests/app/private_bus.h"
+#include "tests/app/bus_client.h"
 #include "tests/app/status_bar/bound_theme.h"
 #include "ui/controls/view_accessible.h"
 

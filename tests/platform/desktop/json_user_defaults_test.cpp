@@ -2,8 +2,8 @@
 
 #include "platform/desktop/qt_run_loop.h"
 #include "platform/desktop/unix_signal_notifier.h"
-#include "tests/platform/desktop/event_waiting.h"
 #include "tests/platform/desktop/json_user_defaults_fixture.h"
+#include "tests/support/event_waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,6 @@ namespace kestro {
 namespace {
 
 namespace fs = std::filesystem;
-using testing_support::waitUntil;
 
 TEST_F(JsonUserDefaultsTest, AFreshUserHasNothingAndNoFileIsMade) {
     {

@@ -3,7 +3,7 @@
 #include "platform/desktop/desktop_power_assertions.h"
 #include "platform/simulated/simulated_mac.h"
 #include "tests/platform/desktop/fake_service.h"
-#include "tests/platform/desktop/private_bus.h"
+#include "tests/support/private_bus.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,7 +16,6 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing_support::FakeService;
-using testing_support::PrivateBus;
 
 /// The manager on a clock that the test turns, with assertions of a session manager on a bus.
 struct KeepAwakeOnTheBus : testing::Test {

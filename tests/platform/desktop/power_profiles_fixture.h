@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/desktop/power_profiles.h"
-#include "tests/platform/desktop/event_waiting.h"
 #include "tests/platform/desktop/fake_service.h"
-#include "tests/platform/desktop/private_bus.h"
+#include "tests/support/event_waiting.h"
+#include "tests/support/private_bus.h"
 
 #include <QDBusVariant>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 #include "platform/desktop/qt_run_loop.h"
 
 #include "tests/platform/desktop/counted_allocations.h"
-#include "tests/platform/desktop/event_waiting.h"
+#include "tests/support/event_waiting.h"
 
 #include <QEventLoop>
 #include <QSemaphore>
@@ -18,7 +18,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing_support::allocationsOfThisThread;
-using testing_support::waitUntil;
 
 MonotonicTime at(std::chrono::nanoseconds sinceOrigin) {
     return MonotonicTime(sinceOrigin);

@@ -8,7 +8,7 @@
 #include <QEventLoop>
 #include <QTimer>
 
-namespace kestro::testing_support {
+namespace kestro {
 
 /// Runs the event loop until `condition` holds. False: it did not within a deadline that only a hanging
 /// test reaches.
@@ -27,4 +27,4 @@ bool waitUntil(Condition condition, std::chrono::milliseconds deadline = std::ch
     return true;
 }
 
-}  // namespace kestro::testing_support
+}  // namespace kestro

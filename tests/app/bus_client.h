@@ -2,33 +2,13 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QProcess>
 #include <QString>
-#include <QTemporaryDir>
 #include <QVariantList>
-#include <functional>
+
+#include "tests/support/event_waiting.h"
+#include "tests/support/private_bus.h"
 
 namespace kestro {
-
-/// Runs the event loop until `condition` holds; false when that takes more than ten seconds.
-bool waitUntil(const std::function<bool()>& condition);
-
-/// A message bus of the test's own, without any service, ended with this object.
-class PrivateBus {
-public:
-    PrivateBus();
-    ~PrivateBus();
-
-    const QString& address() const { return address_; }
-
-    /// Ends the bus now, as a crash would.
-    void kill();
-
-private:
-    QTemporaryDir folder_;
-    QProcess daemon_;
-    QString address_;
-};
 
 /// A connection of its own to a bus.
 class BusClient {

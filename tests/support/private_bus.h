@@ -1,13 +1,14 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QProcess>
 #include <QString>
 #include <QTemporaryDir>
 
+#include <sys/types.h>
+
 #include <vector>
 
-namespace kestro::testing_support {
+namespace kestro {
 
 /// A message bus of the test's own, without any service that could be started on it. Ended with the object.
 class PrivateBus {
@@ -30,9 +31,9 @@ public:
 
 private:
     QTemporaryDir directory_;
-    QProcess daemon_;
+    pid_t daemon_ = -1;
     QString address_;
     std::vector<QString> names_;
 };
 
-}  // namespace kestro::testing_support
+}  // namespace kestro
