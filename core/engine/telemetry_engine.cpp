@@ -117,18 +117,19 @@ void TelemetryEngine::sampleFull() {
     auto newPower = readers_.power.read();
 
     const auto isNewest = [this, sample] { return sample == newestSample_; };
-    const auto publish = [isNewest](auto& property, auto& reading) {
+    const auto publish = [&](TelemetrySource source, auto& property, auto& reading) {
         if (isNewest()) {
+            markSampled(source);
             property.swapIn(reading);
         }
     };
-    publish(fans, newFans);
-    publish(memory, newMemory);
-    publish(thermals, newThermals);
-    publish(cpu, newCPU);
-    publish(disk, newDisk);
-    publish(network, newNetwork);
-    publish(power, newPower);
+    publish(TelemetrySource::fans, fans, newFans);
+    publish(TelemetrySource::memory, memory, newMemory);
+    publish(TelemetrySource::thermals, thermals, newThermals);
+    publish(TelemetrySource::cpu, cpu, newCPU);
+    publish(TelemetrySource::disk, disk, newDisk);
+    publish(TelemetrySource::network, network, newNetwork);
+    publish(TelemetrySource::power, power, newPower);
     spareFans_ = std::move(newFans);
     spareCPU_ = std::move(newCPU);
 
@@ -144,14 +145,18 @@ void TelemetryEngine::sampleLightweight() {
     ++newestSample_;
     auto newFans = std::exchange(spareFans_, {});
     readers_.smc.readFans(newFans);
+    markSampled(TelemetrySource::fans);
     fans.swapIn(newFans);
     spareFans_ = std::move(newFans);
 
-    memory.set(readers_.memory.read());
+    auto newMemory = readers_.memory.read();
+    markSampled(TelemetrySource::memory);
+    memory.swapIn(newMemory);
 
     if (readsCPUWhileIdle(settings_.menubarDisplayMode.get())) {
         auto newCPU = std::exchange(spareCPU_, {});
         readers_.cpu.readCPU(newCPU);
+        markSampled(TelemetrySource::cpu);
         cpu.swapIn(newCPU);
         spareCPU_ = std::move(newCPU);
     }

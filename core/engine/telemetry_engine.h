@@ -1,5 +1,7 @@
 #pragma once
 
+#include <bitset>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -31,6 +33,9 @@ class SMCReader;
 class ThermalReader;
 class UserSettings;
 struct Platform;
+
+/// What the engine samples, one reader each.
+enum class TelemetrySource : std::uint8_t { fans, memory, thermals, cpu, disk, network, power };
 
 /// The readers that one engine drives; references that outlive it.
 struct TelemetryReaders {
@@ -84,6 +89,10 @@ public:
     /// the rest of the older one is neither published nor entered in the histories.
     void sampleFull();
 
+    /// Whether a sample has published a reading of `source`, a fallback included. Until then its property holds
+    /// the initial value, which a reading may equal.
+    bool hasSampled(TelemetrySource source) const { return sampled_.test(static_cast<std::size_t>(source)); }
+
     /// Starts one background listing of the top processes; the one that finishes last is kept.
     void refreshProcesses();
 
@@ -118,6 +127,7 @@ private:
     };
 
     void sampleLightweight();
+    void markSampled(TelemetrySource source) { sampled_.set(static_cast<std::size_t>(source)); }
     void enterHistories(const HistoryEntry& newest);
     void append(History& history, double value);
 
@@ -136,6 +146,7 @@ private:
     bool isEnteringHistories_ = false;
 
     std::uint64_t newestSample_ = 0;
+    std::bitset<7> sampled_;
     std::unique_ptr<RunLoopTimer> timer_;
     Lifetime lifetime_;
 };

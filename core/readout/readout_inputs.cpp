@@ -8,37 +8,30 @@
 
 namespace kestro {
 
-const CPUTelemetry* sampled(const CPUTelemetry& cpu) {
-    return cpu == CPUTelemetry::initial() ? nullptr : &cpu;
+namespace {
+
+/// A share of nothing cannot be told.
+template <typename Record>
+const Record* withSize(const Record* record) {
+    return record && record->totalBytes > 0 ? record : nullptr;
 }
 
-const MemoryTelemetry* sampled(const MemoryTelemetry& memory) {
-    return memory.totalBytes == 0 ? nullptr : &memory;
-}
-
-const ThermalTelemetry* sampled(const ThermalTelemetry& thermal) {
-    return thermal.sensorCount == 0 ? nullptr : &thermal;
-}
-
-const NetworkTelemetry* sampled(const NetworkTelemetry& network) {
-    return network == NetworkTelemetry::initial() ? nullptr : &network;
-}
-
-const DiskTelemetry* sampled(const DiskTelemetry& disk) {
-    return disk.totalBytes == 0 ? nullptr : &disk;
-}
+}  // namespace
 
 ReadoutInputs readoutInputs(const TelemetryEngine& engine, const UserSettings& settings,
                             const FanControlManager& fanManager, const KeepAwakeManager& keepAwake,
                             const PowerModeManager& powerManager) {
+    const auto sampled = [&engine](TelemetrySource source, const auto& property) {
+        return engine.hasSampled(source) ? &property.get() : nullptr;
+    };
     ReadoutInputs inputs;
-    inputs.cpu = sampled(engine.cpu.get());
-    inputs.memory = sampled(engine.memory.get());
+    inputs.cpu = sampled(TelemetrySource::cpu, engine.cpu);
+    inputs.memory = withSize(sampled(TelemetrySource::memory, engine.memory));
     inputs.fans = engine.fans.get();
-    inputs.thermal = sampled(engine.thermals.get());
-    inputs.network = sampled(engine.network.get());
-    inputs.power = &engine.power.get();
-    inputs.disk = sampled(engine.disk.get());
+    inputs.thermal = sampled(TelemetrySource::thermals, engine.thermals);
+    inputs.network = sampled(TelemetrySource::network, engine.network);
+    inputs.power = sampled(TelemetrySource::power, engine.power);
+    inputs.disk = withSize(sampled(TelemetrySource::disk, engine.disk));
     inputs.fanProfile = fanManager.currentProfile.get();
     inputs.powerMode = powerManager.currentMode.get();
     inputs.isKeepAwakeActive = keepAwake.isActive.get();

@@ -21,8 +21,8 @@ class PowerModeManager;
 class TelemetryEngine;
 class UserSettings;
 
-/// What the modules of the readout show. It only refers to the records: a null one has not been sampled yet,
-/// and all are to be used before the next sample replaces them.
+/// What the modules of the readout show. It only refers to the records: a null one has nothing to show, and all
+/// are to be used before the next sample replaces them.
 struct ReadoutInputs {
     const CPUTelemetry* cpu = nullptr;
     const MemoryTelemetry* memory = nullptr;
@@ -38,19 +38,8 @@ struct ReadoutInputs {
     bool showLabels = true;
 };
 
-/// The record when it holds a reading, null while there is none. The processor is absent only before the first
-/// sample: that one reads idle, as does every failing call, and an idle processor is shown as such. The others
-/// are absent as well while their source gives nothing, because what would then be shown is invented: memory
-/// and disk without a size, temperatures without a sensor (the record holds the presumed ones), the network
-/// without an interface or an address. No battery and no sample yet read the same, so the power record always
-/// counts.
-const CPUTelemetry* sampled(const CPUTelemetry& cpu);
-const MemoryTelemetry* sampled(const MemoryTelemetry& memory);
-const ThermalTelemetry* sampled(const ThermalTelemetry& thermal);
-const NetworkTelemetry* sampled(const NetworkTelemetry& network);
-const DiskTelemetry* sampled(const DiskTelemetry& disk);
-
-/// The inputs as everything stands now. Main thread.
+/// The inputs as everything stands now. A record is absent before its first sample and only then, whatever the
+/// reading says; but for memory and disk without a size, of which no share can be told. Main thread.
 ReadoutInputs readoutInputs(const TelemetryEngine& engine, const UserSettings& settings,
                             const FanControlManager& fanManager, const KeepAwakeManager& keepAwake,
                             const PowerModeManager& powerManager);

@@ -18,32 +18,47 @@ struct Fixture : FanControlFixture {
     KeepAwakeManager keepAwake{mac.platform(), settings};
     PowerModeManager powerManager{mac.platform()};
 
-    ReadoutInputs inputs() { return readoutInputs(engine, settings, manager(), keepAwake, powerManager); }
+    ReadoutInputs inputs() { return inputs(engine); }
+    ReadoutInputs inputs(const TelemetryEngine& source) {
+        return readoutInputs(source, settings, manager(), keepAwake, powerManager);
+    }
     void showProcessorModules() {
         settings.activeMenubarModules.set({MenubarModuleType::cpuUsage, MenubarModuleType::cpuClusters});
     }
-    std::string title() { return composeReadout(ReadoutLayout::of(settings), inputs()).title; }
+    std::string title() { return title(engine); }
+    std::string title(const TelemetryEngine& source) {
+        return composeReadout(ReadoutLayout::of(settings), inputs(source)).title;
+    }
 };
 
-TEST(ReadoutInputs, TakesWhatStandsBeforeTheFirstSampleForAbsent) {
-    const auto cpu = CPUTelemetry::initial();
-    const auto memory = MemoryTelemetry::initial();
-    const auto thermal = ThermalTelemetry::initial();
-    const auto network = NetworkTelemetry::initial();
-    const auto disk = DiskTelemetry::initial();
+TEST(ReadoutInputs, AreAbsentBeforeTheFirstSample) {
+    Fixture f;
 
-    EXPECT_EQ(sampled(cpu), nullptr);
-    EXPECT_EQ(sampled(memory), nullptr);
-    EXPECT_EQ(sampled(thermal), nullptr);
-    EXPECT_EQ(sampled(network), nullptr);
-    EXPECT_EQ(sampled(disk), nullptr);
+    const auto inputs = f.inputs();
+
+    EXPECT_EQ(inputs.cpu, nullptr);
+    EXPECT_EQ(inputs.memory, nullptr);
+    EXPECT_TRUE(inputs.fans.empty());
+    EXPECT_EQ(inputs.thermal, nullptr);
+    EXPECT_EQ(inputs.network, nullptr);
+    EXPECT_EQ(inputs.power, nullptr);
+    EXPECT_EQ(inputs.disk, nullptr);
 }
 
-TEST(ReadoutInputs, TakesALoadForKnownOnceAReadingWasTaken) {
-    auto cpu = CPUTelemetry::initial();
-    cpu.coreCount = 4;
+TEST(ReadoutInputs, HoldAfterALightSampleWhatItReads) {
+    Fixture f;
+    f.settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
 
-    EXPECT_EQ(sampled(cpu), &cpu);
+    f.mac.advance(std::chrono::seconds(2));
+    const auto inputs = f.inputs();
+
+    EXPECT_EQ(inputs.memory, &f.engine.memory.get());
+    EXPECT_EQ(inputs.fans.size(), 2U);
+    EXPECT_EQ(inputs.cpu, nullptr);
+    EXPECT_EQ(inputs.thermal, nullptr);
+    EXPECT_EQ(inputs.network, nullptr);
+    EXPECT_EQ(inputs.power, nullptr);
+    EXPECT_EQ(inputs.disk, nullptr);
 }
 
 TEST(ReadoutInputs, ShowAnIdleProcessorAfterTheFirstReading) {
@@ -66,20 +81,60 @@ TEST(ReadoutInputs, ShowAnIdleProcessorAfterACallThatFailed) {
     EXPECT_EQ(f.title(), "CPU 0% · P:0% E:0%");
 }
 
-TEST(ReadoutInputs, TakesRecordsWithAReadingForSamples) {
-    MemoryTelemetry memory;
-    memory.totalBytes = 1;
-    auto thermal = ThermalTelemetry::initial();
-    thermal.sensorCount = 1;
-    auto network = NetworkTelemetry::initial();
-    network.primaryInterface = "wlan0";
-    auto disk = DiskTelemetry::initial();
-    disk.totalBytes = 1;
+TEST(ReadoutInputs, ShowAFirstReadingThatEqualsTheInitialRecord) {
+    Fixture f;
+    f.showProcessorModules();
+    f.mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 6;
+    f.mac.systemControl.integers["hw.perflevel1.physicalcpu"] = 12;
+    f.mac.machHost.cores.resize(18);
+    f.mac.machHost.coreLoads.resize(18);
+    SimulatedReaders readers(f.mac);
+    TelemetryEngine engine(f.mac.platform(), f.settings, readers.all());
 
-    EXPECT_EQ(sampled(memory), &memory);
-    EXPECT_EQ(sampled(thermal), &thermal);
-    EXPECT_EQ(sampled(network), &network);
-    EXPECT_EQ(sampled(disk), &disk);
+    engine.sampleFull();
+
+    EXPECT_EQ(engine.cpu.get(), CPUTelemetry::initial());
+    EXPECT_EQ(f.title(engine), "CPU 0% · P:0% E:0%");
+}
+
+TEST(ReadoutInputs, ShowWhatTheRecordCarriesWithoutSensors) {
+    Fixture f;
+    f.settings.activeMenubarModules.set({MenubarModuleType::thermal});
+    EXPECT_EQ(f.title(), "--°C");
+    f.mac.hidEventSystem.sensors.clear();
+
+    f.engine.sampleFull();
+    EXPECT_EQ(f.title(), "50°C");
+    f.mac.hidEventSystem.servicesFailure.always();
+    f.engine.sampleFull();
+
+    EXPECT_EQ(f.title(), "45°C");
+}
+
+TEST(ReadoutInputs, ShowNoTrafficWithoutInterfaces) {
+    Fixture f;
+    f.settings.activeMenubarModules.set({MenubarModuleType::network});
+    EXPECT_EQ(f.title(), "↓-- ↑--");
+    f.mac.networkInterfaces.interfacesFailure.always();
+
+    f.engine.sampleFull();
+
+    EXPECT_EQ(f.engine.network.get(), NetworkTelemetry::initial());
+    EXPECT_EQ(f.title(), "↓0 ↑0");
+}
+
+TEST(ReadoutInputs, TellNoShareOfMemoryAndDiskWithoutASize) {
+    Fixture f;
+    f.settings.activeMenubarModules.set({MenubarModuleType::memory, MenubarModuleType::diskSpace});
+    f.mac.fileSystem.failure.always();
+    f.mac.machHost.statisticsFailure.always();
+    f.mac.processInfo.memory = 0;
+    SimulatedReaders readers(f.mac);
+    TelemetryEngine engine(f.mac.platform(), f.settings, readers.all());
+
+    engine.sampleFull();
+
+    EXPECT_EQ(f.title(engine), "RAM -- · SSD --");
 }
 
 TEST(ReadoutInputs, HaveNoReadingsBeforeTheFirstSample) {
