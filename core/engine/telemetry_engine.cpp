@@ -142,24 +142,28 @@ void TelemetryEngine::sampleFull() {
 }
 
 void TelemetryEngine::sampleLightweight() {
-    ++newestSample_;
+    const auto sample = ++newestSample_;
     auto newFans = std::exchange(spareFans_, {});
     readers_.smc.readFans(newFans);
     markSampled(TelemetrySource::fans);
     fans.swapIn(newFans);
     spareFans_ = std::move(newFans);
 
+    if (sample != newestSample_) {
+        return;
+    }
     auto newMemory = readers_.memory.read();
     markSampled(TelemetrySource::memory);
     memory.swapIn(newMemory);
 
-    if (readsCPUWhileIdle(settings_.menubarDisplayMode.get())) {
-        auto newCPU = std::exchange(spareCPU_, {});
-        readers_.cpu.readCPU(newCPU);
-        markSampled(TelemetrySource::cpu);
-        cpu.swapIn(newCPU);
-        spareCPU_ = std::move(newCPU);
+    if (sample != newestSample_ || !readsCPUWhileIdle(settings_.menubarDisplayMode.get())) {
+        return;
     }
+    auto newCPU = std::exchange(spareCPU_, {});
+    readers_.cpu.readCPU(newCPU);
+    markSampled(TelemetrySource::cpu);
+    cpu.swapIn(newCPU);
+    spareCPU_ = std::move(newCPU);
 }
 
 void TelemetryEngine::enterHistories(const HistoryEntry& newest) {

@@ -126,6 +126,7 @@ private:
         double uploadBytesPerSec;
     };
 
+    /// What the status bar can display, as `sampleFull` does it when a newer sample is taken meanwhile.
     void sampleLightweight();
     void markSampled(TelemetrySource source) { sampled_.set(static_cast<std::size_t>(source)); }
     void enterHistories(const HistoryEntry& newest);

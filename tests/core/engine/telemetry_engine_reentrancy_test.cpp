@@ -70,6 +70,33 @@ TEST_F(TelemetryEngineTest, NothingOlderIsPublishedAfterASampleThatASubscriberAs
     EXPECT_EQ(entered, std::vector<double>{70});
 }
 
+TEST_F(TelemetryEngineTest, ALightSampleEndsWhenASubscriberOfTheFansShowsAWindow) {
+    settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
+    settings.showTopProcesses.set(false);
+    const auto onFans = engine().fans.subscribe([&](const auto&) { engine().setUIActive(true); });
+    watch(engine().memory, "memory");
+    watch(engine().cpu, "cpu");
+    watch(engine().power, "power");
+
+    mac.advance(2s);
+
+    EXPECT_EQ(published, (std::vector<std::string>{"memory", "cpu", "power"}));
+    EXPECT_EQ(mac.machHost.statisticsCalls(), 1);
+    EXPECT_EQ(mac.machHost.processorInfoCalls(), 1);
+}
+
+TEST_F(TelemetryEngineTest, ALightSampleEndsWhenASubscriberOfTheMemoryShowsAWindow) {
+    settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
+    settings.showTopProcesses.set(false);
+    const auto onMemory = engine().memory.subscribe([&](const auto&) { engine().setUIActive(true); });
+    watch(engine().cpu, "cpu");
+
+    mac.advance(2s);
+
+    EXPECT_EQ(published, std::vector<std::string>{"cpu"});
+    EXPECT_EQ(mac.machHost.processorInfoCalls(), 1);
+}
+
 TEST_F(TelemetryEngineTest, TheNewestReadingEndsTheHistoryWhenTheLastPropertyAsksForASample) {
     mac.freeze();
     engine().sampleFull();
