@@ -129,9 +129,10 @@ void appendKeepAwake(std::string& text, const ReadoutInputs& inputs) {
     }
 }
 
-/// A figure of as many digits as the fan's speed can take, at least four.
+/// A figure of as many digits as the fan's greatest speed has, at least four. Only the inventory decides, so that
+/// the room that a panel keeps stands still; a reading beyond it may take more.
 std::int64_t widestSpeed(std::span<const FanTelemetry> fans, std::size_t index) {
-    const bool isFast = index < fans.size() && std::max(fans[index].currentRPM, fans[index].maxRPM) >= 10000;
+    const bool isFast = index < fans.size() && fans[index].maxRPM >= 10000;
     return isFast ? 99999 : 9999;
 }
 

@@ -287,5 +287,20 @@ TEST(ModuleText, HasAWidestTextThatNoReadingChanges) {
     }
 }
 
+TEST(ModuleText, HasAWidestSpeedThatAReadingAboveTheMaximumLeavesAlone) {
+    Machine machine;
+    machine.fans = {{0, "Fan #1", 1420, 1420, 1200, 7300}};
+    std::string before;
+    appendWidestText(before, Module::fanSpeed, machine.inputs());
+
+    machine.fans[0].currentRPM = 12000;
+    std::string after;
+    appendWidestText(after, Module::fanSpeed, machine.inputs());
+
+    EXPECT_EQ(before, "9999 RPM");
+    EXPECT_EQ(after, before);
+    EXPECT_EQ(formattedText(Module::fanSpeed, machine.inputs()), "12000 RPM");
+}
+
 }  // namespace
 }  // namespace kestro
