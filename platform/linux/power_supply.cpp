@@ -192,6 +192,8 @@ std::int64_t minutesToEmpty(const Batteries& batteries) {
     return power > 0 && energy > 0 ? energy * 60 / power : -1;
 }
 
+/// What the chargers say counts before what can be told from the batteries. A battery that neither charges nor
+/// discharges is held at its limit by external power, unless another one discharges: of two, one rests.
 bool isPluggedIn(const std::vector<PowerSupply>& supplies, const Batteries& batteries) {
     bool hasCharger = false;
     for (const auto& supply : supplies) {
@@ -202,10 +204,14 @@ bool isPluggedIn(const std::vector<PowerSupply>& supplies, const Batteries& batt
             }
         }
     }
-    return std::ranges::any_of(batteries, [hasCharger](const PowerSupply* battery) {
-        return battery->status == Status::charging || battery->status == Status::notCharging ||
-               (battery->status == Status::full && !hasCharger);
-    });
+    const auto anyIs = [&](Status status) {
+        return std::ranges::any_of(batteries, [status](const auto* battery) { return battery->status == status; });
+    };
+    if (anyIs(Status::charging)) {
+        return true;
+    }
+    const bool rests = anyIs(Status::notCharging) || (anyIs(Status::full) && !hasCharger);
+    return rests && !anyIs(Status::discharging);
 }
 
 }  // namespace

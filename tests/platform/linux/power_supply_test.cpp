@@ -161,14 +161,29 @@ TEST(DescribeBatteries, AddsUpSeveralBatteriesByTheirEnergy) {
     outer.energyNow = 20'000'000;
     outer.energyFull = 60'000'000;
     outer.powerNow = 10'000'000;
-    inner.status = Status::unknown;
 
     const auto description = describeBatteries({inner, outer, charger(false)});
 
     ASSERT_TRUE(description);
     EXPECT_EQ(integer(*description, "Current Capacity"), 50);
     EXPECT_EQ(integer(*description, "Max Capacity"), 100);
+    EXPECT_EQ(text(*description, "Power Source State"), "Battery Power");
     EXPECT_EQ(integer(*description, "Time to Empty"), 240);
+}
+
+TEST(DescribeBatteries, RunsOnBatteryWhileOneOfTwoRests) {
+    for (const auto resting : {Status::notCharging, Status::full, Status::unknown}) {
+        const auto description = describeBatteries({battery(resting), battery(Status::discharging)});
+
+        EXPECT_EQ(text(*description, "Power Source State"), "Battery Power");
+    }
+}
+
+TEST(DescribeBatteries, IsPluggedInWhileOneOfTwoCharges) {
+    const auto description = describeBatteries({battery(Status::notCharging), battery(Status::charging)});
+
+    EXPECT_EQ(text(*description, "Power Source State"), "AC Power");
+    EXPECT_TRUE(isCharging(*description));
 }
 
 TEST(DescribeBatteries, TakesTheMeanPercentageWhereAnEnergyIsUnknown) {
