@@ -16,8 +16,9 @@ bool isLinkLevel(const InterfaceEntry& entry) {
     return entry.address && entry.address->family == AddressFamily::link;
 }
 
-/// Leaves out the link-level entries of interfaces that only repeat the traffic of others.
-void dropRepeatingLinks(const std::string& root, std::vector<InterfaceEntry>& entries) {
+/// Leaves out the link-level entries of interfaces that only repeat the traffic of others, and lists what is left
+/// of them after the interfaces with traffic of their own: a container's bridge is not the way to the network.
+void orderByTraffic(const std::string& root, std::vector<InterfaceEntry>& entries) {
     std::vector<InterfaceFacts> facts;
     for (const auto& entry : entries) {
         if (isLinkLevel(entry)) {
@@ -28,8 +29,18 @@ void dropRepeatingLinks(const std::string& root, std::vector<InterfaceEntry>& en
         }
     }
     const auto repeats = repeatsTraffic(facts);
+    std::vector<std::string> repeating;
     std::size_t link = 0;
-    std::erase_if(entries, [&](const InterfaceEntry& entry) { return isLinkLevel(entry) && repeats[link++]; });
+    std::erase_if(entries, [&](const InterfaceEntry& entry) {
+        const bool dropped = isLinkLevel(entry) && repeats[link++];
+        if (dropped) {
+            repeating.push_back(entry.name);
+        }
+        return dropped;
+    });
+    std::stable_partition(entries.begin(), entries.end(), [&](const InterfaceEntry& entry) {
+        return std::ranges::find(repeating, entry.name) == repeating.end();
+    });
 }
 
 }  // namespace
@@ -45,7 +56,7 @@ bool LinuxNetworkInterfaces::refreshEntries() {
     }
     entries_ = source_->list();
     if (entries_) {
-        dropRepeatingLinks(root_, *entries_);
+        orderByTraffic(root_, *entries_);
     }
     return entries_.has_value();
 }

@@ -71,6 +71,23 @@ TEST(LinuxNetworkInterfaces, KeepsEveryAddressInTheSystemsOrder) {
     EXPECT_EQ(entries->at(1).flags & 0x49U, 0x41U);
 }
 
+TEST(LinuxNetworkInterfaces, ListsWhatOnlyRepeatsTrafficLast) {
+    TemporaryTree tree;
+    tree.copyFrom("pc-coretemp");
+    tree.write("/getifaddrs",
+               "docker0 0x1043 link\neno1 0x1043 link\n"
+               "docker0 0x1043 ipv4 172.17.0.1\neno1 0x1043 ipv4 192.168.1.20\n");
+
+    const auto entries = Machine(tree.root()).interfaces->getifaddrs();
+
+    ASSERT_TRUE(entries);
+    std::vector<std::string> names;
+    for (const auto& entry : *entries) {
+        names.push_back(entry.name);
+    }
+    EXPECT_THAT(names, ElementsAre("eno1", "eno1", "docker0"));
+}
+
 TEST(LinuxNetworkInterfaces, CountsPast32Bits) {
     Machine pc(fixture("pc-coretemp"));
 
