@@ -126,11 +126,30 @@ bool drainBoth(Descriptor& output, Descriptor& error, std::string& text, std::si
     return true;
 }
 
+/// Looks again and again, where a sandbox knows no process descriptors.
+bool waitForExitByLooking(pid_t child, Deadline deadline) {
+    constexpr int milliseconds = 10;
+    for (;;) {
+        siginfo_t information{};
+        if (waitid(P_PID, static_cast<id_t>(child), &information, WEXITED | WNOHANG | WNOWAIT) != 0 &&
+            errno != EINTR) {
+            return false;
+        }
+        if (information.si_pid == child) {
+            return true;
+        }
+        if (millisecondsUntil(deadline) == 0) {
+            return false;
+        }
+        poll(nullptr, 0, milliseconds);
+    }
+}
+
 /// Waits for the child's end. False: the deadline came first.
 bool waitForExit(pid_t child, Deadline deadline) {
     const Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
     if (!process.isOpen()) {
-        return false;
+        return waitForExitByLooking(child, deadline);
     }
     pollfd waiting{process.get(), POLLIN, 0};
     int ready = 0;
