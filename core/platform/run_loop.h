@@ -22,9 +22,11 @@ public:
 
     virtual ~RunLoop() = default;
 
-    /// Calls `task` on the main thread every `period` until the returned timer dies. Each firing is a task
-    /// of the main queue of its own. Timers are coarse: firings may be late by a fraction of the period so
-    /// that timers of equal period share a wake-up, and missed firings are not made up for. Main thread.
+    /// Calls `task` on the main thread every `period` until the returned timer dies. A firing
+    /// never comes inside another call, except in an event loop that this one runs. Timers are coarse: firings
+    /// may be late by a fraction of the period so that timers share a wake-up, and missed firings are not made
+    /// up for. Of timers that fall due together the oldest fires first; what a firing posts may run before or
+    /// after the next one's. Main thread.
     [[nodiscard]] virtual std::unique_ptr<RunLoopTimer> scheduleRepeating(std::chrono::milliseconds period,
                                                                           Task task) = 0;
 

@@ -149,6 +149,7 @@ void QtRunLoop::runPendingTasks() {
             entry->running = true;
             entry->task();
             entry->running = false;
+            entry->pending = false;  // fell due in an event loop of the task's own: missed
         }
     }
     --firingDepth_;

@@ -9,9 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <set>
 #include <thread>
+#include <vector>
 
 namespace kestro {
 namespace {
@@ -246,6 +248,36 @@ TEST(QtRunLoop, FinishingDropsWhatHasNotBegunAndWaitsForTheRest) {
     EXPECT_TRUE(runLoop.finishBackgroundTasks(20s));
 
     EXPECT_EQ(ended, 2);
+}
+
+TEST(QtRunLoop, DoesNotMakeUpForAFiringMissedInItsOwnEventLoop) {
+    QtRunLoop runLoop;
+    std::vector<char> firings;
+    QEventLoop nested;
+    const auto slow = runLoop.scheduleRepeating(400ms, [&] {
+        firings.push_back('s');
+        if (std::ranges::count(firings, 's') == 1) {
+            nested.exec();
+            firings.push_back('|');
+        }
+    });
+    MonotonicTime due;
+    const auto fast = runLoop.scheduleRepeating(10ms, [&] {
+        firings.push_back('f');
+        const auto now = std::chrono::steady_clock::now();
+        if (nested.isRunning() && due == MonotonicTime()) {
+            due = firingTime(now, 400ms, 1ms);
+        }
+        if (nested.isRunning() && now > due + 20ms) {
+            nested.quit();
+        }
+    });
+
+    ASSERT_TRUE(waitUntil([&] { return std::ranges::count(firings, 's') == 2; }));
+
+    const auto back = std::ranges::find(firings, '|');
+    ASSERT_NE(back, firings.end());
+    EXPECT_EQ(*std::next(back), 'f');
 }
 
 }  // namespace
