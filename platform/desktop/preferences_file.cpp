@@ -68,8 +68,8 @@ bool replaceFileAtomically(const std::string& path, const std::string& contents)
         return false;
     }
     const std::string name = target.filename();
-    const std::string temporary = name + ".new";
-    // One fixed name, so that a crash in the middle leaves one file at most.
+    // Another process of the same user may be replacing the file as well.
+    const std::string temporary = name + ".new-" + std::to_string(::getpid());
     ::unlinkat(directoryDescriptor.get(), temporary.c_str(), 0);
     bool complete = false;
     {

@@ -230,13 +230,26 @@ TEST_F(PreferencesFileTest, NeverWritesWhatItWouldNotReadBack) {
 
 TEST_F(PreferencesFileTest, ALeftoverOfACrashIsNoObstacle) {
     write("{}");
-    std::ofstream(path.string() + ".new") << "half a fi";
+    std::ofstream(path.string() + ".new-" + std::to_string(::getpid())) << "half a fi";
     {
         auto defaults = open();
         defaults.set("kestro.isPinned", true);
     }
 
     EXPECT_THAT(filesInDirectory(), UnorderedElementsAre("preferences.json"));
+    EXPECT_EQ(stored("kestro.isPinned"), PreferenceValue(true));
+}
+
+TEST_F(PreferencesFileTest, LeavesTheFileThatAnotherProcessIsWriting) {
+    write("{}");
+    const std::string ofAnother = path.string() + ".new-" + std::to_string(::getppid());
+    std::ofstream(ofAnother) << "half a fi";
+    {
+        auto defaults = open();
+        defaults.set("kestro.isPinned", true);
+    }
+
+    EXPECT_EQ(std::filesystem::file_size(ofAnother), 9U);
     EXPECT_EQ(stored("kestro.isPinned"), PreferenceValue(true));
 }
 
