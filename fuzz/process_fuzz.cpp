@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -12,9 +13,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (stat && (stat->pid <= 0 || stat->name.size() > 64)) {
         std::abort();
     }
-    // Valid text stays as it is.
+    // What is valid stays as it is, plain letters above all.
     const auto valid = kestro::validText(text);
-    if (kestro::validText(valid) != valid) {
+    const bool isPlain = std::ranges::all_of(text, [](char byte) { return byte >= ' ' && byte <= '~'; });
+    if (kestro::validText(valid) != valid || (isPlain && valid != text)) {
         std::abort();
     }
     return 0;

@@ -1,0 +1,27 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "platform/desktop/preference_json.h"
+
+// A preferences file of any bytes is refused or understood, and what was understood is stored as the same.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    const auto document = kestro::parsePreferenceJson(text);
+    if (!document || !document->is_object()) {
+        return 0;
+    }
+    for (const auto& [key, json] : document->items()) {
+        const auto value = kestro::decodePreference(json);
+        if (!value) {
+            continue;
+        }
+        const auto stored = kestro::encodePreference(*value);
+        const auto again = kestro::decodePreference(stored);
+        if (!again || kestro::encodePreference(*again) != stored) {
+            std::abort();
+        }
+    }
+    return 0;
+}
