@@ -34,6 +34,18 @@ QString firstLine(QProcess& process) {
     return QString::fromUtf8(process.readLine()).trimmed();
 }
 
+/// The rest of the caller's environment (scales, styles, displays, buses) belongs to the caller's session.
+QProcessEnvironment whatASessionInherits() {
+    QProcessEnvironment inherited;
+    for (const char* name : {"PATH", "USER", "LOGNAME", "TMPDIR", "LD_LIBRARY_PATH", "ASAN_OPTIONS",
+                             "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
+        if (qEnvironmentVariableIsSet(name)) {
+            inherited.insert(QString::fromLatin1(name), qEnvironmentVariable(name));
+        }
+    }
+    return inherited;
+}
+
 QString nextConnectionName() {
     static int count = 0;
     return QStringLiteral("desktop-session-%1").arg(++count);
@@ -56,9 +68,7 @@ bool waitUntil(const std::function<bool()>& condition, int seconds) {
 }
 
 DesktopSession::DesktopSession(DesktopPanel panel)
-    : environment_(QProcessEnvironment::systemEnvironment()),
-      panel_(panel),
-      connectionName_(nextConnectionName()) {
+    : environment_(whatASessionInherits()), panel_(panel), connectionName_(nextConnectionName()) {
     for (const char* name : {"home", "config", "data", "cache", "runtime"}) {
         QDir().mkpath(path(QString::fromLatin1(name)));
     }
@@ -73,10 +83,6 @@ DesktopSession::DesktopSession(DesktopPanel panel)
     environment_.insert(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("keyfile"));
     environment_.insert(QStringLiteral("NO_AT_BRIDGE"), QStringLiteral("1"));
     environment_.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    for (const char* name :
-         {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "XAUTHORITY", "SESSION_MANAGER", "QT_SCALE_FACTOR"}) {
-        environment_.remove(QString::fromLatin1(name));
-    }
     if (!startDisplay() || !startBuses()) {
         return;
     }

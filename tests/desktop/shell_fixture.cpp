@@ -5,6 +5,7 @@
 #include <QDBusVariant>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QThread>
 #include <QVariantMap>
 
@@ -45,6 +46,14 @@ QStringList privately(const QString& tmp) {
             program};
 }
 
+bool canMountPrivately() {
+    const QStringList user = geteuid() == 0 ? QStringList() : QStringList{QStringLiteral("--map-root-user")};
+    static const bool can =
+        QProcess::execute(QStringLiteral("unshare"),
+                          user + QStringList{QStringLiteral("--mount"), QStringLiteral("true")}) == 0;
+    return can;
+}
+
 }  // namespace
 
 ShellFixture::ShellFixture(DesktopPanel panel) : session(panel), panel_(panel) {
@@ -53,6 +62,8 @@ ShellFixture::ShellFixture(DesktopPanel panel) : session(panel), panel_(panel) {
 
 void ShellFixture::launch() {
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    ASSERT_TRUE(canMountPrivately()) << "these tests give the program a /tmp of its own, which takes root with "
+                                        "CAP_SYS_ADMIN, or user namespaces";
     kestro = &session.start(QStringLiteral("unshare"), privately(session.path(QStringLiteral("tmp"))));
     if (panel_ == DesktopPanel::none) {
         ASSERT_TRUE(waitUntil([&] { return session.strip().has_value(); }));
