@@ -6,6 +6,7 @@
 #include "ui/symbols/symbol_painter.h"
 #include "ui/theme/hairline.h"
 #include "ui/theme/window_compositing.h"
+#include "ui/theme/window_shape.h"
 
 #include <QAction>
 #include <QApplication>

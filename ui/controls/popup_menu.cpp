@@ -1,8 +1,9 @@
 #include "ui/controls/popup_menu.h"
 
 #include "ui/controls/menu_style.h"
-#include "ui/controls/surface_paint.h"
 #include "ui/controls/text_painter.h"
+#include "ui/theme/window_compositing.h"
+#include "ui/theme/window_shape.h"
 
 #include <QAction>
 #include <QApplication>
@@ -73,12 +74,12 @@ void PopupMenu::openAt(const QPoint& position) {
 
 void PopupMenu::showEvent(QShowEvent* event) {
     QMenu::showEvent(event);
-    shapePopup(*this, MenuStyle::kCornerRadius);
+    shapeWindow(*this, MenuStyle::kCornerRadius, window_compositing::isAvailable());
 }
 
 void PopupMenu::resizeEvent(QResizeEvent* event) {
     QMenu::resizeEvent(event);
-    shapePopup(*this, MenuStyle::kCornerRadius);
+    shapeWindow(*this, MenuStyle::kCornerRadius, window_compositing::isAvailable());
 }
 
 void PopupMenu::add(const MenuEntry& entry) {

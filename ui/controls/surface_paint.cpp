@@ -2,13 +2,10 @@
 
 #include "ui/theme/hairline.h"
 #include "ui/theme/kestro_theme.h"
-#include "ui/theme/window_compositing.h"
 
-#include <QBitmap>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
-#include <QWidget>
 
 #include <algorithm>
 
@@ -18,15 +15,6 @@ void paintRounded(QPainter& painter, const QRectF& rect, double radius, const QC
     painter.setPen(Qt::NoPen);
     painter.setBrush(fill);
     painter.drawRoundedRect(rect, radius, radius);
-}
-
-QRegion roundedRegion(const QRect& rect, double radius) {
-    QBitmap shape(rect.size());
-    shape.clear();
-    QPainter painter(&shape);
-    paintRounded(painter, QRectF(QPointF(), rect.size()), radius, Qt::color1);
-    painter.end();
-    return QRegion(shape).translated(rect.topLeft());
 }
 
 void paintOutline(QPainter& painter, const QRectF& rect, double radius, const QColor& color, double width) {
@@ -61,21 +49,6 @@ void paintHudGlass(QPainter& painter, const QRectF& rect, double radius) {
     paintRounded(painter, rect, radius, KestroTheme::ground());
     paintRounded(painter, rect, radius, QColor::fromRgbF(0, 0, 0, static_cast<float>(shade)));
     kestroHairlineBorder(painter, rect, radius, KestroTheme::hairlineStrong());
-}
-
-void shapePopup(QWidget& popup, double radius) {
-    if (window_compositing::isAvailable()) {
-        popup.clearMask();
-        return;
-    }
-    QBitmap shape(popup.size());
-    shape.clear();
-    QPainter painter(&shape);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(popup.rect(), radius, radius);
-    painter.end();
-    popup.setMask(shape);
 }
 
 void paintBar(QPainter& painter, const QRectF& track, double fraction, const QColor& trackColor,

@@ -1,19 +1,14 @@
 #pragma once
 
 #include <QRectF>
-#include <QRegion>
 
 class QColor;
 class QPainter;
-class QWidget;
 
 namespace kestro {
 
 /// Fills a rounded rectangle.
 void paintRounded(QPainter& painter, const QRectF& rect, double radius, const QColor& fill);
-
-/// The pixels of a rounded rectangle, as the shape of a window that cannot be translucent at its corners.
-QRegion roundedRegion(const QRect& rect, double radius);
 
 /// Outlines a rounded rectangle by a line of `width` that lies inside it.
 void paintOutline(QPainter& painter, const QRectF& rect, double radius, const QColor& color, double width);
@@ -26,10 +21,6 @@ void paintPopupGlass(QPainter& painter, const QRectF& rect, double radius);
 
 /// The ground of tooltips: as opaque, but the darkest of the glasses and flat.
 void paintHudGlass(QPainter& painter, const QRectF& rect, double radius);
-
-/// Cuts the corners off a popup whose window system does not blend windows; elsewhere the corners are simply
-/// not painted.
-void shapePopup(QWidget& popup, double radius);
 
 /// A track with a filled part of `fraction` (clamped to 0..1), both with round ends.
 void paintBar(QPainter& painter, const QRectF& track, double fraction, const QColor& trackColor,

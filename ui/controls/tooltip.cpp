@@ -3,6 +3,8 @@
 #include "ui/controls/surface_paint.h"
 #include "ui/controls/text_painter.h"
 #include "ui/theme/kestro_fonts.h"
+#include "ui/theme/window_compositing.h"
+#include "ui/theme/window_shape.h"
 
 #include <QCursor>
 #include <QEvent>
@@ -174,7 +176,7 @@ void Tooltip::settle() {
         screen = owner_->screen();
     }
     setGeometry(placed(sizeHint(), pointer_, screen->geometry()));
-    shapePopup(*this, kRadius);
+    shapeWindow(*this, kRadius, window_compositing::isAvailable());
     update();
 }
 

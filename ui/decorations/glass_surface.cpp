@@ -1,18 +1,18 @@
 #include "ui/decorations/glass_surface.h"
 
-#include <QBitmap>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QTimerEvent>
 #include <QWindow>
-#include <cmath>
+#include <utility>
 
 #include "core/settings/user_settings.h"
 #include "ui/decorations/progressive_blur_fade.h"
 #include "ui/theme/hairline.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/window_compositing.h"
+#include "ui/theme/window_shape.h"
 
 namespace kestro {
 
@@ -22,7 +22,6 @@ struct GlassSurface::Backdrop {
     double scale = 1;
     double cornerRadius = 0;
     VisualEffectBlur effect;
-    bool isLit = true;
     bool isHighContrast = false;
     bool hasEdgeFade = false;
     ThemePalette palette = ThemePalette::cryogenic;
@@ -54,15 +53,6 @@ void cutCorners(QPainter& painter, const QSize& size, double radius) {
     painter.restore();
 }
 
-QRegion shape(const QSize& size, double radius) {
-    QBitmap mask(size);
-    mask.clear();
-    QPainter painter(&mask);
-    painter.fillPath(outline(size, radius), Qt::color1);
-    painter.end();
-    return QRegion(mask);
-}
-
 }  // namespace
 
 GlassSurface::GlassSurface(UserSettings& settings, double cornerRadius, QWidget* parent)
@@ -78,14 +68,12 @@ GlassSurface::GlassSurface(UserSettings& settings, double cornerRadius, QWidget*
 
 GlassSurface::~GlassSurface() = default;
 
-void GlassSurface::setEffectState(VisualEffectState state) {
-    effect_.state = state;
-    update();
-}
-
 void GlassSurface::setCornerRadius(double radius) {
+    if (radius == cornerRadius_) {
+        return;
+    }
     cornerRadius_ = radius;
-    applyToWindow();
+    shapeToWindow();
     update();
 }
 
@@ -100,7 +88,6 @@ GlassSurface::Backdrop GlassSurface::wantedBackdrop() const {
     backdrop.scale = devicePixelRatioF();
     backdrop.cornerRadius = cornerRadius_;
     backdrop.effect = effect_;
-    backdrop.isLit = glass_->isLit(isActiveWindow());
     backdrop.isHighContrast = isHighContrast;
     backdrop.hasEdgeFade = settings_.progressiveBlurFade.get() && isComposited_ && !isHighContrast;
     backdrop.palette = settings_.themePalette.get();
@@ -115,7 +102,7 @@ QImage GlassSurface::renderBackdrop(const Backdrop& backdrop) const {
     image.fill(Qt::transparent);
     const QRectF area(QPointF(), QSizeF(backdrop.size));
     QPainter painter(&image);
-    glass_->paint(painter, area, backdrop.isLit);
+    glass_->paint(painter, area, isActiveWindow());
     if (backdrop.halftone) {
         backdrop.halftone->field.paint(painter, backdrop.halftone->area, backdrop.intensity);
     }
@@ -153,8 +140,11 @@ void GlassSurface::paintEvent(QPaintEvent* event) {
 
 void GlassSurface::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    applyToWindow();
-    compositingCheck_.start(kCompositingCheckMilliseconds, Qt::VeryCoarseTimer, this);
+    lookAtCompositing();
+    shapeToWindow();
+    if (window_compositing::canChange()) {
+        compositingCheck_.start(kCompositingCheckMilliseconds, Qt::VeryCoarseTimer, this);
+    }
 }
 
 void GlassSurface::hideEvent(QHideEvent* event) {
@@ -166,39 +156,34 @@ void GlassSurface::hideEvent(QHideEvent* event) {
 
 void GlassSurface::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    applyToWindow();
-}
-
-void GlassSurface::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange) {
-        applyToWindow();
-        update();
-    }
+    shapeToWindow();
 }
 
 void GlassSurface::timerEvent(QTimerEvent* event) {
     if (event->timerId() != compositingCheck_.timerId()) {
         QWidget::timerEvent(event);
-    } else if (window_compositing::isAvailable() != isComposited_) {
-        applyToWindow();
+    } else if (lookAtCompositing()) {
+        shapeToWindow();
         update();
     }
 }
 
-void GlassSurface::applyToWindow() {
+/// True when something is other than before.
+bool GlassSurface::lookAtCompositing() {
+    const bool wasComposited = std::exchange(isComposited_, window_compositing::isAvailable());
+    const bool wasBlurWanted = std::exchange(isBlurWanted_, window_compositing::canBlurBehind());
+    return isComposited_ != wasComposited || isBlurWanted_ != wasBlurWanted;
+}
+
+void GlassSurface::shapeToWindow() {
     if (!isVisible()) {
         return;
     }
-    isComposited_ = window_compositing::isAvailable();
-    const QRegion region = shape(size(), cornerRadius_);
-    if (isComposited_) {
-        window()->clearMask();
-    } else {
-        window()->setMask(region);
-    }
-    if (QWindow* const handle = window()->windowHandle()) {
-        window_compositing::requestBlurBehind(*handle, isComposited_ ? region : QRegion());
+    shapeWindow(*window(), cornerRadius_, isComposited_);
+    QWindow* const handle = window()->windowHandle();
+    if (isBlurWanted_ && handle != nullptr) {
+        window_compositing::requestBlurBehind(
+            *handle, isComposited_ ? roundedRegion(window()->rect(), cornerRadius_) : QRegion());
     }
 }
 

@@ -18,16 +18,14 @@ class UserSettings;
 /// The pane that a popover or a window consists of: glass, ink, edge fade and rim, with its content on top as
 /// child widgets. It fills its window, makes it translucent where windows are composited (asking for blur
 /// behind it), and opaque with shaped corners elsewhere. The backdrop is rendered once per size, scale and
-/// settings, so that a redraw costs one blit, and is given up while hidden. Follows the settings live, and
-/// within seconds a compositing manager that starts or ends while the surface is shown.
+/// settings, so that a redraw costs one blit, and is given up while hidden. It is lit whether or not its window is
+/// active. Follows the settings live, and within seconds a compositing manager that starts or ends while the
+/// surface is shown.
 class GlassSurface : public QWidget {
 public:
     /// `cornerRadius` in points. Works as a top-level widget or as the only child that fills one.
     GlassSurface(UserSettings& settings, double cornerRadius, QWidget* parent = nullptr);
     ~GlassSurface() override;
-
-    /// Whether the glass is always lit, as initially, or follows the window's activity.
-    void setEffectState(VisualEffectState state);
 
     /// Square corners, for a window that fills the screen.
     void setCornerRadius(double radius);
@@ -45,7 +43,6 @@ protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
 
 private:
@@ -53,7 +50,8 @@ private:
 
     Backdrop wantedBackdrop() const;
     QImage renderBackdrop(const Backdrop& backdrop) const;
-    void applyToWindow();
+    bool lookAtCompositing();
+    void shapeToWindow();
 
     UserSettings& settings_;
     double cornerRadius_;
@@ -62,6 +60,7 @@ private:
     std::unique_ptr<Backdrop> rendered_;
     QImage image_;
     bool isComposited_ = true;
+    bool isBlurWanted_ = false;
     QBasicTimer compositingCheck_;
     int renderCount_ = 0;
     std::vector<Subscription> subscriptions_;

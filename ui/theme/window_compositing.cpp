@@ -26,6 +26,11 @@ int screenNumber() {
     return screen;
 }
 
+/// Only a window manager that knows the property has made its name.
+xcb_atom_t blurProperty(xcb_connection_t* x11) {
+    return x11_display::atom(x11, "_KDE_NET_WM_BLUR_BEHIND_REGION", x11_display::AtomCreation::onlyIfKnown);
+}
+
 }  // namespace
 
 bool isAvailable() {
@@ -46,6 +51,15 @@ bool isAvailable() {
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
+bool canBlurBehind() {
+    xcb_connection_t* const x11 = x11_display::connection();
+    return x11 != nullptr && blurProperty(x11) != XCB_ATOM_NONE;
+}
+
+bool canChange() {
+    return overridden || x11_display::connection() != nullptr;
+}
+
 void setOverride(std::optional<bool> available) {
     overridden = available;
 }
@@ -55,9 +69,7 @@ void requestBlurBehind(QWindow& window, const QRegion& region) {
     if (!x11) {
         return;
     }
-    // Only a window manager that knows the property has made its name.
-    const xcb_atom_t property =
-        x11_display::atom(x11, "_KDE_NET_WM_BLUR_BEHIND_REGION", x11_display::AtomCreation::onlyIfKnown);
+    const xcb_atom_t property = blurProperty(x11);
     if (property == XCB_ATOM_NONE) {
         return;
     }

@@ -22,7 +22,7 @@ xcb_connection_t* connection();
 enum class AtomCreation { always, onlyIfKnown };
 
 /// XCB_ATOM_NONE when the server is gone, or when `onlyIfKnown` is asked for and no client has used the name.
-/// One round trip.
+/// One round trip, until the atom is there: it then stays as long as the server.
 xcb_atom_t atom(xcb_connection_t* connection, std::string_view name, AtomCreation creation = AtomCreation::always);
 
 }  // namespace kestro::x11_display

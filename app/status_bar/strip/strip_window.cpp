@@ -12,6 +12,7 @@
 #include "ui/controls/surface_paint.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/window_compositing.h"
+#include "ui/theme/window_shape.h"
 
 namespace kestro {
 
@@ -60,7 +61,7 @@ void StripWindow::arrange() {
 
     const QSize size = strip_layout::stripSize(widths);
     setGeometry(QRect(strip_layout::stripPosition(size, screen_->availableGeometry()), size));
-    shapeCorners();
+    shapeWindow(*this, strip_layout::cornerRadius, isComposited_);
     update();
     show();
 }
@@ -73,16 +74,7 @@ void StripWindow::nameAfterItems() {
 void StripWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     isComposited_ = window_compositing::isAvailable();
-    shapeCorners();
-}
-
-/// Without compositing nothing shines through, and the corners are cut off.
-void StripWindow::shapeCorners() {
-    if (isComposited_) {
-        clearMask();
-        return;
-    }
-    setMask(roundedRegion(rect(), strip_layout::cornerRadius));
+    shapeWindow(*this, strip_layout::cornerRadius, isComposited_);
 }
 
 void StripWindow::followPrimaryScreen() {

@@ -39,7 +39,6 @@ protected:
 
 private:
     void followPrimaryScreen();
-    void shapeCorners();
 
     std::vector<StripItemView*> items_;
     std::vector<int> separators_;

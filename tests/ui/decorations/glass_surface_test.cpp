@@ -4,9 +4,11 @@
 #include "platform/simulated/simulated_user_defaults.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/window_compositing.h"
+#include "ui/theme/window_shape.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QPainter>
 #include <QTimerEvent>
 
 #include <gtest/gtest.h>
@@ -22,6 +24,13 @@ protected:
     std::optional<PlacedHalftoneField> halftone() const override {
         return popoverHalftone(settings().halftonePattern.get());
     }
+    void paintEvent(QPaintEvent* event) override {
+        GlassSurface::paintEvent(event);
+        ++paintings;
+    }
+
+public:
+    int paintings = 0;
 };
 
 class GlassSurfaceTest : public testing::Test {
@@ -103,6 +112,45 @@ TEST_F(GlassSurfaceTest, FollowsACompositingManagerThatEndsAndStartsWhileShown) 
     EXPECT_EQ(surface.renderCount(), before) << "nothing changed";
     surface.hide();
     EXPECT_TRUE(QAbstractEventDispatcher::instance()->registeredTimers(&surface).isEmpty());
+}
+
+TEST_F(GlassSurfaceTest, LooksForACompositingManagerOnlyWhereOneCanComeAndGo) {
+    picture();
+
+    EXPECT_TRUE(QAbstractEventDispatcher::instance()->registeredTimers(&surface).isEmpty());
+}
+
+TEST_F(GlassSurfaceTest, KeepsTheAnswerAboutCompositingWhileItIsResized) {
+    window_compositing::setOverride(true);
+    picture();
+    window_compositing::setOverride(false);
+
+    surface.resize(400, 300);
+    QCoreApplication::processEvents();
+
+    EXPECT_TRUE(surface.mask().isEmpty());
+}
+
+TEST_F(GlassSurfaceTest, KeepsItsCornersCutInEverySize) {
+    window_compositing::setOverride(false);
+    picture();
+
+    surface.resize(400, 300);
+    EXPECT_EQ(surface.mask(), roundedRegion({0, 0, 400, 300}, 10));
+    surface.setCornerRadius(0);
+    EXPECT_EQ(surface.mask(), QRegion(0, 0, 400, 300));
+}
+
+TEST_F(GlassSurfaceTest, IsNotPaintedAgainWhenItsWindowGainsOrLosesTheFocus) {
+    picture();
+    QCoreApplication::processEvents();
+    const int before = surface.paintings;
+
+    QEvent change(QEvent::ActivationChange);
+    QCoreApplication::sendEvent(&surface, &change);
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(surface.paintings, before);
 }
 
 TEST_F(GlassSurfaceTest, IsRenderedOnceForUnchangedInputs) {
@@ -198,6 +246,32 @@ TEST(VisualEffectBlur, UpdatesAnExistingViewInPlace) {
     EXPECT_EQ(view->material(), VisualEffectMaterial::popover);
     EXPECT_EQ(view->blendingMode(), VisualEffectBlendingMode::withinWindow);
     EXPECT_EQ(view->state(), VisualEffectState::inactive);
+}
+
+TEST(VisualEffectBlur, HasHalfItsWashWhileItIsNotLit) {
+    const auto redOf = [](VisualEffectMaterial material, VisualEffectState state) {
+        VisualEffectView view;
+        view.setMaterial(material);
+        view.setBlendingMode(VisualEffectBlendingMode::withinWindow);
+        view.setState(state);
+        QImage image(200, 200, QImage::Format_ARGB32_Premultiplied);
+        QPainter painter(&image);
+        view.paint(painter, QRectF(0, 0, 200, 200), true);
+        painter.end();
+        return qRed(image.pixel(2, 2));
+    };
+    SimulatedUserDefaults defaults;
+    UserSettings settings(defaults);
+    KestroTheme::bind(&settings);
+    const double ground = KestroTheme::ground().red();
+
+    for (const GlassMaterialStyle style : allCases<GlassMaterialStyle>()) {
+        const double lit = redOf(nsMaterial(style), VisualEffectState::active);
+        const double unlit = redOf(nsMaterial(style), VisualEffectState::inactive);
+        EXPECT_GE(std::abs(lit - ground), 4) << "there is a wash";
+        EXPECT_NEAR(unlit - ground, (lit - ground) / 2, 1);
+    }
+    KestroTheme::bind(nullptr);
 }
 
 TEST(VisualEffectBlur, IsLitAlwaysOrWithItsWindow) {
