@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/windows/window_delegate.h"
+#include "ui/controls/on_screen.h"
 
 #include <QPoint>
 #include <QWidget>
@@ -22,7 +23,7 @@ public:
                   Qt::WindowFlags type = Qt::Window);
 
     /// Whether it is on the screen: shown and not minimised.
-    bool isOnScreen() const { return isVisible() && !isMinimized(); }
+    bool isOnScreen() const { return kestro::isOnScreen(*this); }
 
     virtual void orderOut() { hide(); }
 

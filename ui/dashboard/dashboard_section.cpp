@@ -51,7 +51,7 @@ void DashboardSection::setTier(SectionTier tier) {
 }
 
 void DashboardSection::catchUp() {
-    if (isOnScreen()) {
+    if (isOnScreen(*this)) {
         refresh();
         arrangeAgain();
     }

@@ -3,6 +3,7 @@
 #include "core/base/subscription.h"
 #include "ui/controls/badge.h"
 #include "ui/controls/card.h"
+#include "ui/controls/on_screen.h"
 #include "ui/controls/symbol_view.h"
 #include "ui/controls/text_label.h"
 #include "ui/dashboard/dashboard_layout.h"
@@ -39,14 +40,11 @@ protected:
     /// Places the content after a change of size, tier, or number of parts.
     virtual void arrange(const SectionGrid& grid) = 0;
 
-    /// Whether anybody can see the section.
-    bool isOnScreen() const { return isVisible() && !window()->isMinimized(); }
-
     /// Calls `show` after each assignment of `value` while the section is on the screen.
     template <typename Value>
     void observe(const Value& value, std::function<void()> show) {
         subscriptions_.push_back(value.subscribe([this, show = std::move(show)](const auto&) {
-            if (isOnScreen()) {
+            if (isOnScreen(*this)) {
                 show();
             }
         }));

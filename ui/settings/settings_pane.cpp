@@ -1,5 +1,8 @@
 #include "ui/settings/settings_pane.h"
 
+#include "ui/controls/on_screen.h"
+
+#include <QEvent>
 #include <QVBoxLayout>
 
 namespace kestro {
@@ -34,6 +37,21 @@ SettingRow* SettingsPane::switchRow(const Words& title, int height, Setting<bool
 
 void SettingsPane::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
+    window()->installEventFilter(this);
+    catchUp();
+}
+
+bool SettingsPane::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::WindowStateChange) {
+        catchUp();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void SettingsPane::catchUp() {
+    if (!isOnScreen(*this)) {
+        return;
+    }
     for (Follower& follower : followers_) {
         if (std::exchange(follower.isStale, false)) {
             follower.show();
@@ -42,7 +60,7 @@ void SettingsPane::showEvent(QShowEvent* event) {
 }
 
 void SettingsPane::changed(std::size_t follower) {
-    if (isVisible()) {
+    if (isOnScreen(*this)) {
         followers_[follower].show();
     } else {
         followers_[follower].isStale = true;

@@ -18,8 +18,8 @@ class QVBoxLayout;
 
 namespace kestro {
 
-/// A column of settings that follows what it shows: a change made anywhere is seen at once. While hidden it
-/// does nothing and catches up when it is shown. Main thread.
+/// A column of settings that follows what it shows: a change made anywhere is seen at once. While hidden or
+/// in a minimised window it does nothing and catches up when it is seen again. Main thread.
 class SettingsPane : public QWidget {
     Q_OBJECT
 
@@ -75,6 +75,7 @@ protected:
     }
 
     void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Follower {
@@ -83,6 +84,7 @@ private:
     };
 
     void changed(std::size_t follower);
+    void catchUp();
 
     KestroServices services_;
     QVBoxLayout* stack_;

@@ -76,12 +76,6 @@ SettingsView::SettingsView(const KestroServices& services, const SettingsActions
     shortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab), -1);
     subscriptions_.push_back(
         services.settings.selectedSettingsTab.subscribe([this](SettingsTab) { showSelectedTab(); }));
-    // A palette change shows at the next redraw of each view, and the tabs are not redrawn with the glass.
-    subscriptions_.push_back(services.settings.themePalette.subscribe([this](ThemePalette) {
-        for (QWidget* view : findChildren<QWidget*>()) {
-            view->update();
-        }
-    }));
     resize(sizeHint());
 }
 

@@ -133,6 +133,41 @@ TEST_F(SettingsViewTest, DoesNothingWhileHiddenAndCatchesUp) {
     EXPECT_EQ(value->text(), QStringLiteral("Charging (40%)"));
 }
 
+TEST_F(SettingsViewTest, DoesNothingWhileMinimisedAndCatchesUp) {
+    open(SettingsTab::power);
+    view_->setWindowState(Qt::WindowMinimized);
+    QApplication::processEvents();
+
+    machine_->mac.powerSources.setBattery(12, true);
+    machine_->advance(std::chrono::seconds(3));
+    EXPECT_TRUE(shows("87%"));
+
+    view_->setWindowState(Qt::WindowNoState);
+    QApplication::processEvents();
+    EXPECT_TRUE(shows("12%"));
+}
+
+TEST_F(SettingsViewTest, ShowsANewPaletteInEveryViewOfTheTab) {
+    for (const SettingsTab tab : allCases<SettingsTab>()) {
+        open(tab);
+        std::vector<std::pair<QWidget*, std::unique_ptr<PaintCounter>>> counters;
+        for (QWidget* widget : view_->findChildren<QWidget*>()) {
+            if (widget->isVisible() && !widget->visibleRegion().isEmpty()) {
+                counters.emplace_back(widget, std::make_unique<PaintCounter>(*widget));
+            }
+        }
+        ASSERT_GT(counters.size(), 10U);
+
+        settings().themePalette.set(ThemePalette::lilac);
+        QApplication::processEvents();
+
+        for (const auto& [widget, counter] : counters) {
+            EXPECT_GT(counter->count, 0) << rawValue(tab) << " " << widget->metaObject()->className();
+        }
+        view_.reset();
+    }
+}
+
 TEST_F(SettingsViewTest, NamesEveryInterfaceOnTheSensorsTab) {
     open(SettingsTab::sensors);
 

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QWidget>
+
+namespace kestro {
+
+/// Whether anybody can see a widget: it is shown, and its window is not minimised.
+inline bool isOnScreen(const QWidget& widget) {
+    return widget.isVisible() && !widget.window()->isMinimized();
+}
+
+}  // namespace kestro
