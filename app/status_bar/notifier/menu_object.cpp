@@ -168,11 +168,7 @@ BusReply MenuObject::eventGroup(const QVariantList& arguments) {
 }
 
 BusReply MenuObject::aboutToShow(const QVariantList& arguments) {
-    const int id = arguments.at(0).toInt();
-    if (id == 0) {
-        return QVariantList{rebuild()};
-    }
-    if (tree_.find(id) == nullptr) {
+    if (tree_.find(arguments.at(0).toInt()) == nullptr) {
         return unknownEntry();
     }
     // Some hosts announce the submenus only.
@@ -184,17 +180,13 @@ BusReply MenuObject::aboutToShowGroup(const QVariantList& arguments) {
     if (ids.size() > longestList) {
         return tooLong();
     }
-    QList<int> changed;
+    QList<int> known;
     QList<int> unknown;
-    if (ids.contains(0) && rebuild()) {
-        changed.append(0);
-    }
     for (const int id : ids) {
-        if (tree_.find(id) == nullptr) {
-            unknown.append(id);
-        }
+        (tree_.find(id) != nullptr ? known : unknown).append(id);
     }
-    return QVariantList{QVariant::fromValue(changed), QVariant::fromValue(unknown)};
+    const bool hasNewLayout = !known.isEmpty() && rebuild();
+    return QVariantList{QVariant::fromValue(hasNewLayout ? known : QList<int>()), QVariant::fromValue(unknown)};
 }
 
 void MenuObject::ensureBuilt() {

@@ -35,7 +35,11 @@ protected:
         quit.action = [this] { ++quits; };
         StatusMenuEntry header = StatusMenuEntry::header(QStringLiteral("Kestro Telemetry"));
         header.action = [this] { ++quits; };
-        return {header, StatusMenuEntry::separator(), submenu, quit};
+        StatusMenu entries{header, StatusMenuEntry::separator(), submenu, quit};
+        if (hasNews) {
+            entries.push_back(StatusMenuEntry::header(QStringLiteral("News")));
+        }
+        return entries;
     }
 
     MenuLayoutNode layout(int parent = 0, int depth = -1) {
@@ -56,6 +60,7 @@ protected:
     int built = 0;
     int quits = 0;
     int chosen = 0;
+    bool hasNews = false;
     std::unique_ptr<SniStatusItem> item;
 };
 
@@ -146,6 +151,26 @@ TEST_F(MenuObjectTest, AnnouncesOpeningsInGroups) {
     EXPECT_EQ(reply.signature(), QStringLiteral("aiai"));
     EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments().value(1)), QList<int>{INT_MIN});
     EXPECT_EQ(built, 2);
+}
+
+TEST_F(MenuObjectTest, IsBuiltAfreshForAGroupThatNamesOnlyASubmenu) {
+    const int submenu = child(layout(), 2).id;
+    hasNews = true;
+
+    const QDBusMessage reply = menuCall(*item, "AboutToShowGroup", ids({submenu, INT_MIN}));
+
+    EXPECT_EQ(built, 2);
+    EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments().value(0)), QList<int>{submenu});
+    EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments().value(1)), QList<int>{INT_MIN});
+    EXPECT_EQ(layout().children.size(), 5);
+}
+
+TEST_F(MenuObjectTest, IsNotBuiltForAGroupOfStrangers) {
+    layout();
+
+    menuCall(*item, "AboutToShowGroup", ids({INT_MIN, INT_MAX}));
+
+    EXPECT_EQ(built, 1);
 }
 
 TEST_F(MenuObjectTest, GivesPropertiesSingleAndInGroups) {
