@@ -102,9 +102,8 @@ Control* slider() {
 
 Control* mark(RowMark kind, bool isOn) {
     auto* row = new SettingRow(kind, QString(), 22);
-    row->setInset(2);
     row->setOn(isOn);
-    row->setFixedWidth(20);
+    row->setFixedWidth(40);
     return row;
 }
 

@@ -1,17 +1,11 @@
 #include "app/menus/cooling_menu.h"
 
 #include "app/menus/menu_rows.h"
-
-#include <cmath>
+#include "ui/format/figure_text.h"
 
 namespace kestro {
 
 namespace {
-
-/// The whole part in decimal. Adding zero turns a negative zero into zero.
-QString wholeNumber(double value) {
-    return QString::number(std::trunc(value) + 0.0, 'f', 0);
-}
 
 StatusMenu fanLines(const std::vector<FanTelemetry>& fans) {
     if (fans.empty()) {
@@ -27,8 +21,8 @@ StatusMenu fanLines(const std::vector<FanTelemetry>& fans) {
 }  // namespace
 
 QString fanLine(const FanTelemetry& fan) {
-    return QString::fromUtf8(fan.name) + QStringLiteral(": ") + wholeNumber(fan.currentRPM) +
-           QStringLiteral(" RPM (") + wholeNumber(fan.percentage() * 100) + QStringLiteral("%)");
+    return QString::fromUtf8(fan.name) + QStringLiteral(": ") + wholeText(fan.currentRPM) +
+           QStringLiteral(" RPM (") + wholeText(fan.percentage() * 100) + QStringLiteral("%)");
 }
 
 std::optional<CurvePreset> presetInEffect(FanProfile profile, std::optional<CurvePreset> activePreset) {

@@ -1,23 +1,24 @@
 #include "app/status_bar/panel_colors.h"
 
+#include "ui/theme/status_colors.h"
+
 namespace kestro {
 
 namespace {
 
 constexpr QRgb darkPanelText = qRgb(229, 233, 237);
 constexpr QRgb lightPanelText = qRgb(38, 40, 44);
-constexpr double secondaryOpacity = 0.62;
 
 }  // namespace
 
 QColor panelColor(StatusTitleColor role, PanelScheme scheme) {
     const bool isDark = scheme == PanelScheme::dark;
     if (role == StatusTitleColor::orange) {
-        return isDark ? QColor::fromRgbF(1.0F, 0.62F, 0.04F) : QColor::fromRgbF(0.70F, 0.37F, 0.0F);
+        return isDark ? status_colors::orangeOnDark() : status_colors::orangeOnLight();
     }
     QColor color = QColor::fromRgb(isDark ? darkPanelText : lightPanelText);
     if (role == StatusTitleColor::secondaryLabel) {
-        color.setAlphaF(secondaryOpacity);
+        color.setAlphaF(status_colors::kSecondaryOpacity);
     }
     return color;
 }

@@ -6,8 +6,7 @@
 #include "core/platform/platform.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/settings/user_settings.h"
-
-#include <cstdint>
+#include "ui/format/keep_awake_minutes.h"
 
 namespace kestro {
 
@@ -25,14 +24,12 @@ KeepAwakeStatusItem::KeepAwakeStatusItem(const Platform& platform, StatusBar& st
 
 StatusContent KeepAwakeStatusItem::content() const {
     const bool isActive = manager_.isActive.get();
-    const auto remaining = manager_.remainingSeconds.get();
     StatusContent content;
     content.symbol = {isActive ? QStringLiteral("cup.and.saucer.fill") : QStringLiteral("cup.and.saucer"),
                       QStringLiteral("Keep Awake"), 13};
     content.title = {QString(), 11, 600, StatusTitleColor::orange};
     content.toolTip = isActive ? QStringLiteral("Keep-Awake: Active") : QStringLiteral("Keep-Awake: Inactive");
-    if (isActive && remaining && *remaining > 0) {
-        const QString minutes = QString::number(static_cast<std::int64_t>(*remaining) / 60) + QLatin1Char('m');
+    if (const QString minutes = keepAwakeMinutes(manager_); !minutes.isEmpty()) {
         content.title.text = QLatin1Char(' ') + minutes;
         content.widestTitle = QStringLiteral(" 240m");
         content.toolTip += QStringLiteral(" (") + minutes + QLatin1Char(')');

@@ -13,6 +13,7 @@ namespace kestro {
 
 namespace {
 
+constexpr double kInset = 12;
 constexpr double kGap = 12;
 
 /// Between a mark and a symbol that stand side by side.
@@ -49,8 +50,8 @@ SettingRowGeometry settingRowGeometry(const QSizeF& size, const SettingRowParts&
     };
     const QSizeF mark = markSize(parts.mark);
     const bool hasBoth = leads(parts.mark) && parts.symbol > 0;
-    double left = parts.inset;
-    double right = size.width() - parts.inset;
+    double left = kInset;
+    double right = size.width() - kInset;
     if (leads(parts.mark)) {
         geometry.mark = centred(left, mark);
         left += mark.width() + (hasBoth ? kNarrowGap : kGap);
@@ -93,11 +94,6 @@ void SettingRow::setSymbol(const QString& name, double size) {
 
 void SettingRow::setTitleStyle(const TextStyle& style) {
     titleStyle_ = style;
-    update();
-}
-
-void SettingRow::setInset(double inset) {
-    inset_ = inset;
     update();
 }
 
@@ -188,7 +184,6 @@ SettingRowGeometry SettingRow::geometryNow() const {
     parts.symbol = symbol_.isEmpty() ? 0 : symbolSize_;
     parts.titleHeight = titleStyle().lineHeight;
     parts.descriptionHeight = description_.isEmpty() ? 0 : text_styles::settingDescription.lineHeight;
-    parts.inset = inset_;
     parts.trailingRoom = trailingRoom_;
     return settingRowGeometry(size(), parts);
 }

@@ -15,7 +15,6 @@ struct SettingRowParts {
     double symbol = 0;
     double titleHeight = 15;
     double descriptionHeight = 0;
-    double inset = 12;
     double trailingRoom = 0;  ///< kept free before a mark at the right, or at the right edge
 };
 
@@ -41,7 +40,6 @@ public:
     void setDescription(const QString& description);
     void setSymbol(const QString& name, double size);
     void setTitleStyle(const TextStyle& style);
-    void setInset(double inset);
     void setTrailingRoom(double room);
 
     /// Shows a state without telling anybody. Silent when equal.
@@ -71,7 +69,6 @@ private:
     QString description_;
     QString symbol_;
     double symbolSize_ = 0;
-    double inset_ = 12;
     double trailingRoom_ = 0;
     int height_;
     bool isOn_ = false;

@@ -3,7 +3,7 @@
 #include "core/engine/telemetry_engine.h"
 #include "ui/controls/words.h"
 #include "ui/format/core_clusters.h"
-#include "ui/widgets/whole_number.h"
+#include "ui/format/figure_text.h"
 
 namespace kestro {
 
@@ -60,14 +60,10 @@ RuledIndexContent clusterRow(const Words& name, std::int64_t cores, double load,
     RuledIndexContent content;
     content.label = name;
     content.compactLabel = shortened(name);
-    content.value = wholeText(load) + QLatin1Char('%');
+    content.value = percentText(load);
     content.detail = compact ? QString() : coresText(cores);
     content.progressFraction = load / 100;
     return content;
-}
-
-QString oneDecimal(double value) {
-    return QString::number(value, 'f', 1);
 }
 
 }  // namespace
@@ -117,9 +113,9 @@ void ComputeSection::showCPU() {
     total_->setFigure(wholeText(cpu.totalUsage));
     const std::array usages{cpu.userUsage, cpu.systemUsage, cpu.idleUsage};
     for (size_t i = 0; i < shares_.size(); ++i) {
-        shares_[i].value->setText(oneDecimal(usages[i]));
+        shares_[i].value->setText(oneDecimalText(usages[i]));
         shares_[i].value->setAccessibleName(
-            QStringLiteral("%1, %2 percent").arg(shares_[i].name, oneDecimal(usages[i])));
+            QStringLiteral("%1, %2 percent").arg(shares_[i].name, oneDecimalText(usages[i])));
     }
     const auto rows = clusterRows(cpu, isCompact(grid().tier));
     for (size_t i = 0; i < rows.size(); ++i) {

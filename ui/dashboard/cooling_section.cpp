@@ -4,7 +4,7 @@
 #include "core/engine/telemetry_engine.h"
 #include "core/settings/user_settings.h"
 #include "ui/controls/words.h"
-#include "ui/widgets/whole_number.h"
+#include "ui/format/figure_text.h"
 
 #include <algorithm>
 #include <cmath>

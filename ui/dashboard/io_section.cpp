@@ -3,8 +3,8 @@
 #include "core/engine/telemetry_engine.h"
 #include "core/power/power_mode_manager.h"
 #include "ui/controls/words.h"
+#include "ui/format/figure_text.h"
 #include "ui/format/format_rate.h"
-#include "ui/widgets/whole_number.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,7 +37,7 @@ RuledIndexContent batteryRow(const PowerTelemetry& power, bool compact) {
     if (!power.hasBattery) {
         return plainRow("Battery", QStringLiteral("AC"));
     }
-    RuledIndexContent content = plainRow("Battery", wholeText(power.percentage) + QLatin1Char('%'));
+    RuledIndexContent content = plainRow("Battery", percentText(power.percentage));
     content.detail = compact ? QString() : QString(Words(power.statusDescription()));
     content.progressFraction = std::clamp(power.percentage / 100, 0.0, 1.0);
     content.progressTint =

@@ -2,7 +2,7 @@
 
 #include "core/engine/telemetry_engine.h"
 #include "ui/controls/words.h"
-#include "ui/widgets/whole_number.h"
+#include "ui/format/figure_text.h"
 
 #include <algorithm>
 
@@ -10,23 +10,10 @@ namespace kestro {
 
 namespace {
 
-constexpr double kBytesPerGigabyte = 1073741824.0;
 constexpr double kIdleShareOpacity = 0.22;
 
-double gigabytes(std::uint64_t bytes) {
-    return static_cast<double>(bytes) / kBytesPerGigabyte;
-}
-
-QString oneDecimal(double value) {
-    return QString::number(value, 'f', 1);
-}
-
-QString gigabyteText(std::uint64_t bytes) {
-    return oneDecimal(gigabytes(bytes)) + QStringLiteral(" GB");
-}
-
 QString ofText(std::uint64_t part, std::uint64_t whole) {
-    return oneDecimal(gigabytes(part)) + QStringLiteral(" of ") + gigabyteText(whole);
+    return oneDecimalText(gigabytes(part)) + QStringLiteral(" of ") + gigabytesText(whole);
 }
 
 double share(std::uint64_t part, std::uint64_t whole) {
@@ -38,7 +25,7 @@ RuledIndexContent swapRow(const MemoryTelemetry& memory, bool compact) {
     content.label = QStringLiteral("Swap");
     const bool isShort = compact || memory.swapTotalBytes == 0;
     content.value =
-        isShort ? gigabyteText(memory.swapUsedBytes) : ofText(memory.swapUsedBytes, memory.swapTotalBytes);
+        isShort ? gigabytesText(memory.swapUsedBytes) : ofText(memory.swapUsedBytes, memory.swapTotalBytes);
     content.progressFraction = share(memory.swapUsedBytes, memory.swapTotalBytes);
     content.progressTint = KestroTheme::accentWarning;
     return content;
@@ -59,7 +46,7 @@ std::array<RuledIndexContent, 7> memoryRows(const MemoryTelemetry& memory, const
     const auto row = [&memory](const char* label, std::uint64_t bytes, const Ink& ink) {
         RuledIndexContent content;
         content.label = Words(label);
-        content.value = gigabyteText(bytes);
+        content.value = gigabytesText(bytes);
         content.progressFraction = share(bytes, memory.totalBytes);
         content.progressTint = ink;
         return content;
@@ -77,9 +64,9 @@ std::array<RuledIndexContent, 7> memoryRows(const MemoryTelemetry& memory, const
 std::array<GaugeContent, 2> memoryGauges(const MemoryTelemetry& memory, const DiskTelemetry& disk,
                                          SectionTier tier) {
     const bool isTight = tier == SectionTier::tight;
-    const QString used = isTight ? gigabyteText(memory.usedBytes) : ofText(memory.usedBytes, memory.totalBytes);
+    const QString used = isTight ? gigabytesText(memory.usedBytes) : ofText(memory.usedBytes, memory.totalBytes);
     const QString free = isTight ? wholeText(gigabytes(disk.freeBytes)) + QStringLiteral(" GB")
-                                 : gigabyteText(disk.freeBytes) + QStringLiteral(" free");
+                                 : gigabytesText(disk.freeBytes) + QStringLiteral(" free");
     const auto gauge = [](const char* title, const QString& subtitle, double percent) {
         return GaugeContent{Words(title), subtitle, percent, 0, 100, QStringLiteral("%"), KestroTheme::accentCool};
     };

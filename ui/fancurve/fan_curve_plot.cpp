@@ -1,6 +1,6 @@
 #include "ui/fancurve/fan_curve_plot.h"
 
-#include "ui/widgets/whole_number.h"
+#include "ui/format/figure_text.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "ui/widgets/whole_number.h"
+#include "ui/format/figure_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,6 +8,7 @@ namespace kestro {
 namespace {
 
 constexpr double kLimit = 1e9;
+constexpr double kBytesPerGigabyte = 1073741824.0;
 
 }  // namespace
 
@@ -17,6 +18,22 @@ qint64 wholeNumber(double value) {
 
 QString wholeText(double value) {
     return QString::number(wholeNumber(value));
+}
+
+QString percentText(double value) {
+    return wholeText(value) + QLatin1Char('%');
+}
+
+QString oneDecimalText(double value) {
+    return QString::number(std::isnan(value) ? 0 : value, 'f', 1);
+}
+
+double gigabytes(std::uint64_t bytes) {
+    return static_cast<double>(bytes) / kBytesPerGigabyte;
+}
+
+QString gigabytesText(std::uint64_t bytes) {
+    return oneDecimalText(gigabytes(bytes)) + QStringLiteral(" GB");
 }
 
 }  // namespace kestro

@@ -10,7 +10,6 @@ namespace {
 
 constexpr double kKilobyte = 1024;
 constexpr double kMegabyte = 1024 * kKilobyte;
-constexpr double kGigabyte = 1024 * kMegabyte;
 
 }  // namespace
 
@@ -23,10 +22,6 @@ std::string formatRate(double bytesPerSec) {
         return fmt::format("{:.0f} KB/s", rate / kKilobyte);
     }
     return fmt::format("{:.0f} B/s", rate);
-}
-
-std::string formatGigabytes(double bytes) {
-    return fmt::format("{:.1f} GB", bytes / kGigabyte);
 }
 
 }  // namespace kestro

@@ -8,7 +8,4 @@ namespace kestro {
 /// "512 B/s". What is not a number counts as 0.
 std::string formatRate(double bytesPerSec);
 
-/// Bytes as "13.4 GB", of 2^30 bytes each.
-std::string formatGigabytes(double bytes);
-
 }  // namespace kestro

@@ -7,6 +7,7 @@
 #include "ui/controls/menu_button.h"
 #include "ui/controls/words.h"
 #include "ui/format/format_rate.h"
+#include "ui/format/power_symbol.h"
 #include "ui/popover/popover_content.h"
 #include "ui/popover/popover_geometry.h"
 #include "ui/popover/readout_line.h"

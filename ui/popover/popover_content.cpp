@@ -1,8 +1,7 @@
 #include "ui/popover/popover_content.h"
 
 #include "ui/format/core_clusters.h"
-#include "ui/format/format_rate.h"
-#include "ui/widgets/whole_number.h"
+#include "ui/format/figure_text.h"
 
 namespace kestro {
 
@@ -10,14 +9,6 @@ namespace {
 
 constexpr double kCriticalTemperature = 80.0;
 constexpr std::size_t kFansInThreeColumns = 5;
-
-QString percentText(double value) {
-    return wholeText(value) + QLatin1Char('%');
-}
-
-QString gigabytesText(std::uint64_t bytes) {
-    return QString::fromStdString(formatGigabytes(static_cast<double>(bytes)));
-}
 
 ClusterContent cluster(const std::string& name, double usage) {
     return {QString::fromStdString(name), percentText(usage), usage / 100};
@@ -61,13 +52,6 @@ bool isCriticalTemperature(const ThermalTelemetry& thermals) {
 
 QString freeSpaceText(const DiskTelemetry& disk) {
     return gigabytesText(disk.freeBytes) + QStringLiteral(" Free");
-}
-
-QString powerSymbol(const PowerTelemetry& power) {
-    if (power.isCharging) {
-        return QStringLiteral("bolt.fill");
-    }
-    return power.isPluggedIn ? QStringLiteral("powerplug.fill") : QStringLiteral("battery.100");
 }
 
 QString batteryText(const PowerTelemetry& power) {

@@ -63,8 +63,6 @@ bool isCriticalTemperature(const ThermalTelemetry& thermals);
 
 QString freeSpaceText(const DiskTelemetry& disk);
 
-/// The symbol of the power source.
-QString powerSymbol(const PowerTelemetry& power);
 QString batteryText(const PowerTelemetry& power);
 
 }  // namespace kestro

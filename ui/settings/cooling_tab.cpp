@@ -4,10 +4,10 @@
 #include "core/engine/telemetry_engine.h"
 #include "ui/controls/composition.h"
 #include "ui/controls/exclusive_group.h"
+#include "ui/format/figure_text.h"
 #include "ui/settings/fan_curve_studio.h"
 #include "ui/settings/settings_parts.h"
 #include "ui/theme/hairline.h"
-#include "ui/widgets/whole_number.h"
 
 #include <QPainter>
 

@@ -6,8 +6,8 @@
 #include "ui/controls/composition.h"
 #include "ui/controls/exclusive_group.h"
 #include "ui/controls/toggle_switch.h"
+#include "ui/format/figure_text.h"
 #include "ui/settings/settings_parts.h"
-#include "ui/widgets/whole_number.h"
 
 #include <fmt/format.h>
 

@@ -4,10 +4,10 @@
 #include "ui/controls/composition.h"
 #include "ui/controls/exclusive_group.h"
 #include "ui/controls/surface_paint.h"
+#include "ui/format/figure_text.h"
 #include "ui/settings/settings_parts.h"
 #include "ui/symbols/symbol_painter.h"
 #include "ui/theme/hairline.h"
-#include "ui/widgets/whole_number.h"
 
 #include <QPainter>
 
@@ -148,19 +148,18 @@ QWidget* KeepAwakeTab::batteryCard() {
                                        services().settings.keepAwakeAutoDisableOnBattery);
     protection->setDescription(QStringLiteral("Prevents unintended battery drain when MacBook is unplugged"));
     Setting<double>& threshold = services().settings.keepAwakeBatteryThreshold;
-    const auto percent = [](double value) { return wholeText(value) + QLatin1Char('%'); };
     auto* slider = new Slider(kCutoffRange);
     slider->setAccessibleName(QStringLiteral("Cutoff Level:"));
-    slider->setValueText(percent);
+    slider->setValueText(percentText);
     slider->onChanged([&threshold](double value) { threshold.set(value); });
     TextLabel* value = settings_parts::sliderValue();
     value->setFixedWidth(58);
     QWidget* cutoff =
         settings_parts::labelledRow("Cutoff Level:", kCutoffLabelWidth, row(slider, value).release(), 44);
     follow(
-        [slider, value, percent, &threshold] {
+        [slider, value, &threshold] {
             slider->setValue(threshold.get());
-            value->setText(percent(threshold.get()));
+            value->setText(percentText(threshold.get()));
         },
         threshold);
     return new settings_parts::RowCard({protection, cutoff});

@@ -6,7 +6,9 @@
 #include "ui/controls/surface_paint.h"
 #include "ui/controls/text_painter.h"
 #include "ui/controls/words.h"
+#include "ui/format/keep_awake_minutes.h"
 #include "ui/symbols/symbol_painter.h"
+#include "ui/theme/status_colors.h"
 
 #include <QPainter>
 
@@ -24,7 +26,6 @@ constexpr double kBarPadding = 10;
 constexpr double kItemGap = 16;
 constexpr double kSymbolGap = 4;
 constexpr double kExtraSymbol = 13;
-const QColor kKeepAwakeOrange = QColor::fromRgbF(1.0F, 0.62F, 0.04F);
 
 /// A symbol and a text beside it; either may be absent.
 struct Item {
@@ -78,11 +79,7 @@ void MenubarPreview::refresh() {
                                                                   services_.keepAwake, services_.powerManager));
     showsKeepAwake_ = settings.showDedicatedKeepAwakeItem.get();
     showsFan_ = settings.showDedicatedFanItem.get();
-    const auto remaining = services_.keepAwake.remainingSeconds.get();
-    keepAwakeText_.clear();
-    if (services_.keepAwake.isActive.get() && remaining && *remaining > 0) {
-        keepAwakeText_ = QString::number(static_cast<std::int64_t>(*remaining) / 60) + QLatin1Char('m');
-    }
+    keepAwakeText_ = keepAwakeMinutes(services_.keepAwake);
     fanText_ = QString(Words(rawValue(services_.fanManager.currentProfile.get()))).toUpper();
     update();
 }
@@ -96,8 +93,9 @@ AccessibleInfo MenubarPreview::accessibleInfo() const {
 
 void MenubarPreview::paintEvent(QPaintEvent*) {
     const TextStyle text{12, kBarHeight, text_styles::w500, 0, KestroTheme::textPrimary};
-    const TextStyle awake{11, kBarHeight, text_styles::w600, 0, kKeepAwakeOrange};
-    const TextStyle cooling{10, kBarHeight, text_styles::w700, 0, Ink(KestroTheme::textPrimary).faded(0.62)};
+    const TextStyle awake{11, kBarHeight, text_styles::w600, 0, status_colors::orangeOnDark()};
+    const TextStyle cooling{10, kBarHeight, text_styles::w700, 0,
+                            Ink(KestroTheme::textPrimary).faded(status_colors::kSecondaryOpacity)};
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF bar(kInset, (height() - kBarHeight) / 2, width() - 2 * kInset, kBarHeight);

@@ -6,7 +6,7 @@
 #include "ui/controls/composition.h"
 #include "ui/controls/exclusive_group.h"
 #include "ui/settings/settings_parts.h"
-#include "ui/widgets/whole_number.h"
+#include "ui/format/figure_text.h"
 
 #include <fmt/format.h>
 

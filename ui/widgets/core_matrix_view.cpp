@@ -3,8 +3,9 @@
 #include "ui/controls/ink.h"
 #include "ui/controls/surface_paint.h"
 #include "ui/controls/text_painter.h"
+#include "ui/format/figure_text.h"
 #include "ui/theme/hairline.h"
-#include "ui/widgets/whole_number.h"
+#include "ui/widgets/visible_change.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -32,9 +33,6 @@ constexpr double kCellRadius = 3;
 constexpr double kCellOpacity = 0.04;
 constexpr double kSecondClusterOpacity = 0.6;
 constexpr double kBusyLoad = 90;
-
-/// A quarter of a device pixel is the least change that antialiasing shows.
-constexpr double kVisiblePixels = 0.25;
 
 CoreCellDetail detailOf(double cellHeight) {
     if (cellHeight >= kFullDetailHeight) {

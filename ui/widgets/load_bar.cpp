@@ -1,6 +1,7 @@
 #include "ui/widgets/load_bar.h"
 
 #include "ui/controls/surface_paint.h"
+#include "ui/widgets/visible_change.h"
 
 #include <QPainter>
 
@@ -12,9 +13,6 @@ namespace kestro {
 namespace {
 
 constexpr double kTrackOpacity = 0.04;
-
-/// A quarter of a device pixel is the least change that antialiasing shows.
-constexpr double kVisiblePixels = 0.25;
 
 }  // namespace
 

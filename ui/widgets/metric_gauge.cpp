@@ -1,7 +1,8 @@
 #include "ui/widgets/metric_gauge.h"
 
 #include "ui/controls/text_painter.h"
-#include "ui/widgets/whole_number.h"
+#include "ui/format/figure_text.h"
+#include "ui/widgets/visible_change.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -22,9 +23,6 @@ constexpr double kTrackOpacity = 0.14;
 constexpr double kMiterLimit = 10;
 constexpr double kUnitGap = 2;
 constexpr double kSmallestScale = 0.8;
-
-/// A quarter of a device pixel is the least change that antialiasing shows.
-constexpr double kVisiblePixels = 0.25;
 
 constexpr GaugeMetrics kFull{82, 8, 16, 9, 11, 9, 73, 14, 12};
 constexpr GaugeMetrics kCompact{64, 6, 14, 8, 10, 8, 57, 13, 11};

@@ -29,10 +29,5 @@ TEST(FormatRate, TakesWhatIsNoNumberForNothing) {
     EXPECT_EQ(formatRate(std::numeric_limits<double>::quiet_NaN()), "0 B/s");
 }
 
-TEST(FormatGigabytes, CountsInPowersOfTwo) {
-    EXPECT_EQ(formatGigabytes(34'359'738'368.0), "32.0 GB");
-    EXPECT_EQ(formatGigabytes(0), "0.0 GB");
-}
-
 }  // namespace
 }  // namespace kestro

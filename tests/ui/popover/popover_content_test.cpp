@@ -1,5 +1,7 @@
 #include "ui/popover/popover_content.h"
 
+#include "ui/format/power_symbol.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>

@@ -1,20 +1,11 @@
 #include "ui/widgets/metric_gauge.h"
 
 #include "tests/ui/controls/view_test.h"
-#include "ui/widgets/whole_number.h"
 
 #include <limits>
 
 namespace kestro {
 namespace {
-
-TEST(WholeNumber, IsCutTowardsZero) {
-    EXPECT_EQ(wholeNumber(41.99), 41);
-    EXPECT_EQ(wholeNumber(-0.9), 0);
-    EXPECT_EQ(wholeNumber(std::numeric_limits<double>::quiet_NaN()), 0);
-    EXPECT_EQ(wholeNumber(std::numeric_limits<double>::infinity()), 1'000'000'000);
-    EXPECT_EQ(wholeText(18.7), QStringLiteral("18"));
-}
 
 TEST(GaugeArc, GoesFromItsStartToItsEnd) {
     EXPECT_DOUBLE_EQ(gaugeArcEnd(0, 0, 100), 0.15);

@@ -1,0 +1,34 @@
+#include "ui/format/figure_text.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace kestro {
+namespace {
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+TEST(WholeNumber, IsCutTowardsZero) {
+    EXPECT_EQ(wholeNumber(41.99), 41);
+    EXPECT_EQ(wholeNumber(-0.9), 0);
+    EXPECT_EQ(wholeNumber(notANumber), 0);
+    EXPECT_EQ(wholeNumber(std::numeric_limits<double>::infinity()), 1'000'000'000);
+    EXPECT_EQ(wholeText(18.7), QStringLiteral("18"));
+    EXPECT_EQ(percentText(99.9), QStringLiteral("99%"));
+}
+
+TEST(OneDecimal, IsRounded) {
+    EXPECT_EQ(oneDecimalText(6.07), QStringLiteral("6.1"));
+    EXPECT_EQ(oneDecimalText(0), QStringLiteral("0.0"));
+    EXPECT_EQ(oneDecimalText(notANumber), QStringLiteral("0.0"));
+}
+
+TEST(Gigabytes, CountInPowersOfTwo) {
+    EXPECT_EQ(gigabytesText(34'359'738'368), QStringLiteral("32.0 GB"));
+    EXPECT_EQ(gigabytesText(0), QStringLiteral("0.0 GB"));
+    EXPECT_DOUBLE_EQ(gigabytes(1'610'612'736), 1.5);
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+namespace kestro {
+
+struct PowerTelemetry;
+
+/// The symbol of what feeds the machine: a bolt while charging, a plug, or the battery.
+QString powerSymbol(const PowerTelemetry& power);
+
+}  // namespace kestro

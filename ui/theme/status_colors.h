@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QColor>
+
+namespace kestro::status_colors {
+
+/// The orange of a running keep-awake session in the status bar, whatever the palette is.
+inline QColor orangeOnDark() {
+    return QColor::fromRgbF(1.0F, 0.62F, 0.04F);
+}
+inline QColor orangeOnLight() {
+    return QColor::fromRgbF(0.70F, 0.37F, 0.0F);
+}
+
+/// How much of the text's opacity secondary labels keep.
+inline constexpr double kSecondaryOpacity = 0.62;
+
+}  // namespace kestro::status_colors
