@@ -5,12 +5,13 @@
 #include "ui/controls/badge.h"
 #include "ui/controls/composition.h"
 #include "ui/controls/exclusive_group.h"
-#include "ui/settings/settings_parts.h"
 #include "ui/format/figure_text.h"
+#include "ui/format/power_symbol.h"
+#include "ui/settings/settings_parts.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
+#include <vector>
 
 namespace kestro {
 
@@ -56,14 +57,6 @@ Ink batteryInk(const PowerTelemetry& power) {
                                                                 : KestroTheme::accentNominal;
 }
 
-QString batterySymbol(const PowerTelemetry& power) {
-    if (power.isCharging) {
-        return QStringLiteral("bolt.fill");
-    }
-    return power.hasBattery && !power.isPluggedIn ? QStringLiteral("battery.100")
-                                                  : QStringLiteral("powerplug.fill");
-}
-
 }  // namespace
 
 QString batteryLine(const PowerTelemetry& power) {
@@ -73,15 +66,6 @@ QString batteryLine(const PowerTelemetry& power) {
         line += fmt::format(" · {} / {} mAh", power.currentCapacity, power.maxCapacity);
     }
     return QString::fromStdString(line);
-}
-
-std::vector<SystemPowerMode> offeredPowerModes(bool supportsHighPowerMode) {
-    const auto& all = allCases<SystemPowerMode>();
-    std::vector<SystemPowerMode> modes(all.begin(), all.end());
-    if (!supportsHighPowerMode) {
-        std::erase(modes, SystemPowerMode::highPower);
-    }
-    return modes;
 }
 
 PowerTab::PowerTab(const KestroServices& services) : SettingsPane(services) {
@@ -110,12 +94,10 @@ QWidget* PowerTab::batteryCard() {
 
 void PowerTab::showBattery() {
     const PowerTelemetry& power = services().engine.power.get();
-    // Without a battery there is neither a level nor a health to tell.
-    level_->setText(power.hasBattery ? wholeText(power.percentage) + QLatin1Char('%') : QStringLiteral("AC"));
-    symbol_->setSymbol(batterySymbol(power));
+    level_->setText(percentText(power.percentage));
+    symbol_->setSymbol(powerSymbol(power));
     symbol_->setInk(batteryInk(power));
     health_->setText(QStringLiteral("Health Condition: ") + QString::fromStdString(power.condition));
-    health_->setVisible(power.hasBattery);
     line_->setText(batteryLine(power));
 }
 
@@ -124,8 +106,7 @@ QWidget* PowerTab::modesCard() {
     std::vector<QWidget*> widgets;
     std::vector<Control*> controls;
     std::vector<PowerModeRow*> rows;
-    const auto modes = offeredPowerModes(manager.supportsHighPowerMode.get());
-    for (const SystemPowerMode mode : modes) {
+    for (const SystemPowerMode mode : allCases<SystemPowerMode>()) {
         auto* option = new PowerModeRow(mode);
         option->onToggled([&manager, mode](bool) { manager.setPowerMode(mode); });
         widgets.push_back(option);
@@ -136,12 +117,12 @@ QWidget* PowerTab::modesCard() {
     // Each choice asks the system, which may ask for a password: not for every row that is passed.
     auto* options = new ExclusiveGroup(controls, card, GroupArrows::moveFocus);
     follow(
-        [modes, rows, options, &manager] {
-            const SystemPowerMode current = manager.currentMode.get();
+        [rows, options, &manager] {
+            const auto current = static_cast<std::size_t>(manager.currentMode.get());
             for (std::size_t i = 0; i < rows.size(); ++i) {
-                rows[i]->setActive(modes[i] == current);
+                rows[i]->setActive(i == current);
             }
-            options->setChosen(static_cast<int>(std::ranges::find(modes, current) - modes.begin()));
+            options->setChosen(static_cast<int>(current));
         },
         manager.currentMode);
     return card;

@@ -1,10 +1,7 @@
 #pragma once
 
-#include "core/power/system_power_mode.h"
 #include "core/telemetry/power_telemetry.h"
 #include "ui/settings/settings_pane.h"
-
-#include <vector>
 
 namespace kestro {
 
@@ -14,9 +11,6 @@ class TextLabel;
 /// "4h 12m remaining · 5288 / 6075 mAh". Without the capacities where the battery tells only percents, or
 /// where there is none.
 QString batteryLine(const PowerTelemetry& power);
-
-/// The modes to choose from: all, but without the high-power one where it is not offered.
-std::vector<SystemPowerMode> offeredPowerModes(bool supportsHighPowerMode);
 
 /// The battery and the system's power mode.
 class PowerTab : public SettingsPane {
