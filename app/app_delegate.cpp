@@ -9,7 +9,6 @@
 #include "app/windows/popover_window.h"
 #include "app/windows/settings_window.h"
 #include "core/cooling/fan_control_manager.h"
-#include "core/engine/idle_sampling.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/platform/platform.h"
 #include "core/power/keep_awake_manager.h"
@@ -101,14 +100,10 @@ void AppDelegate::bindTelemetry() {
 }
 
 void AppDelegate::measureWhatTheReadoutShows() {
-    UserSettings& settings = services_.settings;
-    const auto modules = settings.activeMenubarModules.get();
-    const bool showsLoad = std::ranges::any_of(modules, [](MenubarModuleType module) {
+    const auto& modules = services_.settings.activeMenubarModules.get();
+    services_.engine.setReadoutShowsLoad(std::ranges::any_of(modules, [](MenubarModuleType module) {
         return module == MenubarModuleType::cpuUsage || module == MenubarModuleType::cpuClusters;
-    });
-    if (showsLoad && !readsCPUWhileIdle(settings.menubarDisplayMode.get())) {
-        settings.menubarDisplayMode.set(MenubarDisplayMode::tripleGlance);
-    }
+    }));
 }
 
 void AppDelegate::observeNotifications() {

@@ -105,7 +105,7 @@ private:
     void setupDashboardWindow();
     void setupSettingsWindow();
     void bindTelemetry();
-    /// Has the processor's load measured also while only the readout shows, once the readout contains it.
+    /// Has the processor's load measured also while only the readout shows, as long as the readout contains it.
     void measureWhatTheReadoutShows();
     void bindDashboard();
     void observeNotifications();

@@ -1,6 +1,5 @@
 #include "app/status_items/main_status_content.h"
 
-#include "core/engine/idle_sampling.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/readout/menubar_readout.h"
 #include "core/readout/readout_inputs.h"
@@ -14,7 +13,7 @@ namespace {
 
 /// A load that is not measured while only the status bar shows would be a picture of the past.
 bool isProcessorLoadCurrent(const KestroServices& services) {
-    return services.engine.isUIActive.get() || readsCPUWhileIdle(services.settings.menubarDisplayMode.get());
+    return services.engine.isUIActive.get() || services.engine.readsLoadWhileIdle();
 }
 
 int wholePercent(double percent) {

@@ -156,7 +156,7 @@ void TelemetryEngine::sampleLightweight() {
     markSampled(TelemetrySource::memory);
     memory.swapIn(newMemory);
 
-    if (sample != newestSample_ || !readsCPUWhileIdle(settings_.menubarDisplayMode.get())) {
+    if (sample != newestSample_ || !readsLoadWhileIdle()) {
         return;
     }
     auto newCPU = std::exchange(spareCPU_, {});
@@ -164,6 +164,10 @@ void TelemetryEngine::sampleLightweight() {
     markSampled(TelemetrySource::cpu);
     cpu.swapIn(newCPU);
     spareCPU_ = std::move(newCPU);
+}
+
+bool TelemetryEngine::readsLoadWhileIdle() const {
+    return readoutShowsLoad_ || readsCPUWhileIdle(settings_.menubarDisplayMode.get());
 }
 
 void TelemetryEngine::enterHistories(const HistoryEntry& newest) {

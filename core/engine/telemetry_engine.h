@@ -85,6 +85,13 @@ public:
     /// an equal value does nothing.
     void setUIActive(bool active);
 
+    /// Whether the readout contains the processor's load, which is then read also while nothing else shows,
+    /// whatever the display mode says. False at first; counts from the next tick.
+    void setReadoutShowsLoad(bool shows) { readoutShowsLoad_ = shows; }
+
+    /// Whether the processor's load is read while only the status bar shows: for the readout or by the mode.
+    bool readsLoadWhileIdle() const;
+
     /// Takes and publishes one sample of every source. When a subscriber has a newer sample taken meanwhile,
     /// the rest of the older one is neither published nor entered in the histories.
     void sampleFull();
@@ -148,6 +155,7 @@ private:
 
     std::uint64_t newestSample_ = 0;
     std::bitset<7> sampled_;
+    bool readoutShowsLoad_ = false;
     std::unique_ptr<RunLoopTimer> timer_;
     Lifetime lifetime_;
 };

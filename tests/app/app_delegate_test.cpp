@@ -112,14 +112,60 @@ TEST_F(AppDelegateReadout, FollowsTheManagers) {
 
 TEST_F(AppDelegateReadout, MeasuresTheLoadThatItShows) {
     launch();
-    EXPECT_EQ(settings.menubarDisplayMode.get(), MenubarDisplayMode::memoryAndFan);
-
     settings.activeMenubarModules.set({MenubarModuleType::cpuUsage});
+    EXPECT_EQ(shown().title.text, QStringLiteral(" RAM -- · 0 RPM"));
+
     mac.advance(4s);
     settle();
 
-    EXPECT_EQ(settings.menubarDisplayMode.get(), MenubarDisplayMode::tripleGlance);
-    EXPECT_NE(shown().title.text, QStringLiteral("CPU --"));
+    EXPECT_EQ(shown().title.text, QStringLiteral("CPU 0%"));
+    EXPECT_EQ(mac.machHost.processorInfoCalls(), 2);
+}
+
+TEST_F(AppDelegateReadout, MeasuresFromTheStartTheClustersThatItShows) {
+    settings.activeMenubarModules.set({MenubarModuleType::memory, MenubarModuleType::cpuClusters});
+
+    launch();
+    mac.advance(4s);
+
+    EXPECT_EQ(mac.machHost.processorInfoCalls(), 2);
+}
+
+TEST_F(AppDelegateReadout, EndsToMeasureTheLoadWithItsLastModule) {
+    settings.activeMenubarModules.set({MenubarModuleType::cpuUsage, MenubarModuleType::cpuClusters});
+    launch();
+    settings.activeMenubarModules.set({MenubarModuleType::cpuClusters});
+    mac.advance(2s);
+    EXPECT_EQ(mac.machHost.processorInfoCalls(), 1);
+
+    settings.activeMenubarModules.set({MenubarModuleType::memory});
+    mac.advance(60s);
+
+    EXPECT_EQ(mac.machHost.processorInfoCalls(), 1);
+}
+
+TEST_F(AppDelegateReadout, LeavesTheStoredDisplayModeAlone) {
+    launch();
+    settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
+    const auto writes = mac.userDefaults.writes("kestro.menubarDisplayMode");
+
+    settings.activeMenubarModules.set({MenubarModuleType::cpuUsage});
+    mac.advance(4s);
+    settings.activeMenubarModules.set({MenubarModuleType::memory});
+    mac.advance(4s);
+
+    EXPECT_EQ(settings.menubarDisplayMode.get(), MenubarDisplayMode::memoryOnly);
+    EXPECT_EQ(mac.userDefaults.writes("kestro.menubarDisplayMode"), writes);
+}
+
+TEST_F(AppDelegateReadout, PaintsTheLoadThatIsMeasuredForItsModule) {
+    settings.activeMenubarModules.set({MenubarModuleType::cpuUsage});
+    launch();
+
+    mac.advance(4s);
+
+    ASSERT_TRUE(shown().glance);
+    EXPECT_TRUE(shown().glance->lowerPercent);
 }
 
 TEST_F(AppDelegateReadout, FollowsAFanThatShowsUpLate) {

@@ -222,6 +222,31 @@ TEST_F(TelemetryEngineTest, ReadsTheProcessorWhileIdleOnlyWhereTheModeShowsIt) {
     }
 }
 
+TEST_F(TelemetryEngineTest, ReadsTheProcessorWhileIdleInAnyModeForAReadoutThatShowsIt) {
+    settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
+    EXPECT_FALSE(engine().readsLoadWhileIdle());
+
+    engine().setReadoutShowsLoad(true);
+    EXPECT_TRUE(engine().readsLoadWhileIdle());
+    mac.advance(4s);
+    EXPECT_EQ(mac.machHost.processorInfoCalls(), 2);
+    engine().setReadoutShowsLoad(false);
+    mac.advance(4s);
+
+    EXPECT_EQ(mac.machHost.processorInfoCalls(), 2);
+    EXPECT_EQ(settings.menubarDisplayMode.get(), MenubarDisplayMode::memoryOnly);
+}
+
+TEST_F(TelemetryEngineTest, StillReadsTheProcessorByTheModeWithoutAReadoutThatShowsIt) {
+    settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
+    engine().setReadoutShowsLoad(true);
+
+    engine().setReadoutShowsLoad(false);
+    mac.advance(2s);
+
+    EXPECT_EQ(mac.machHost.processorInfoCalls(), 1);
+}
+
 TEST_F(TelemetryEngineTest, DoesNotRepublishTheProcessorInMemoryOnlyMode) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
     watchEverything();
