@@ -20,8 +20,10 @@ int wholePercent(double percent) {
     return percent > 0 ? static_cast<int>(std::min(percent, 100.0)) : 0;
 }
 
-std::optional<StatusGlance> glance(const KestroServices& services, const ReadoutInputs& inputs) {
-    if (services.settings.menubarIconStyle.get() == MenubarIconStyle::iconOnly || inputs.memory == nullptr) {
+/// The figures stand in for a text: a readout without any is nothing but its symbol.
+std::optional<StatusGlance> glance(const KestroServices& services, const ReadoutInputs& inputs,
+                                   const Readout& readout) {
+    if (readout.title.empty() || inputs.memory == nullptr) {
         return std::nullopt;
     }
     StatusGlance loads;
@@ -47,7 +49,7 @@ StatusContent mainStatusContent(const KestroServices& services) {
     content.title = {QString::fromStdString(readout.title), 12, 500, StatusTitleColor::label};
     content.widestTitle = QString::fromStdString(widestReadout(layout, inputs).title);
     content.toolTip = QString::fromStdString(readoutToolTip(readout));
-    content.glance = glance(services, inputs);
+    content.glance = glance(services, inputs, readout);
     return content;
 }
 

@@ -226,6 +226,24 @@ TEST_F(AppDelegateReadout, PaintsNoProcessorLoadThatIsNotMeasured) {
     EXPECT_TRUE(shown().glance->lowerPercent);
 }
 
+TEST_F(AppDelegateReadout, IsOnlyTheSymbolOnEveryHostWithoutAModule) {
+    settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
+    launch();
+    mac.advance(4s);
+    ASSERT_TRUE(shown().glance);
+
+    for (const auto& modules : {std::vector<MenubarModuleType>{}, std::vector{MenubarModuleType::appIcon}}) {
+        settings.activeMenubarModules.set(modules);
+        settle();
+
+        EXPECT_FALSE(shown().glance);
+        ASSERT_TRUE(shown().symbol);
+        EXPECT_EQ(shown().symbol->name, QStringLiteral("waveform.path.ecg"));
+        EXPECT_EQ(shown().title.text, QString());
+        EXPECT_EQ(shown().toolTip, QStringLiteral("Kestro"));
+    }
+}
+
 TEST_F(AppDelegateReadout, LeavesTheIconBareWhenTheUserWantsIt) {
     settings.menubarIconStyle.set(MenubarIconStyle::iconOnly);
     launch();

@@ -55,7 +55,7 @@ NotifierPresentation notifierPresentation(const StatusContent& content, LabelSup
 
     // Before the first sample there are no values: the symbol tells more than two dashes.
     const bool hasValues = content.glance && *content.glance != StatusGlance();
-    if (hasValues && !isTextVisible) {
+    if (hasValues && !isTextVisible && !shown.label.isEmpty()) {
         shown.icon = *content.glance;
     } else if (content.symbol) {
         shown.icon = NotifierSymbol{content.symbol->name, labels != LabelSupport::hidden};

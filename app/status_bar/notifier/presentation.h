@@ -39,8 +39,8 @@ struct NotifierPresentation {
     friend bool operator==(const NotifierPresentation&, const NotifierPresentation&) = default;
 };
 
-/// Where the host shows no labels, values replace the symbol and the tooltip carries the whole readout. An
-/// item without text is treated so on every host. There is always an icon where there is no visible text.
+/// Where the host shows no labels, values replace the symbol; without a text they would stand for, they do not.
+/// Wherever no text is visible, the tooltip carries the whole readout and there is always an icon.
 NotifierPresentation notifierPresentation(const StatusContent& content, LabelSupport labels);
 
 /// Plain text for a place that is read as markup.

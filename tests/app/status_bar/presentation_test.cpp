@@ -34,14 +34,17 @@ TEST(NotifierPresentation, PaintsTheValuesWhereNoLabelIsShown) {
     EXPECT_EQ(shown.label, QStringLiteral("RAM 42% · 1420 RPM"));
 }
 
-TEST(NotifierPresentation, PaintsTheValuesOnEveryHostWhenThereIsNoText) {
+TEST(NotifierPresentation, LeavesTheSymbolOnEveryHostWhenThereIsNoText) {
     StatusContent content = readout();
     content.title.text.clear();
 
-    const NotifierPresentation shown = notifierPresentation(content, LabelSupport::shown);
+    for (const auto labels : {LabelSupport::hidden, LabelSupport::shown, LabelSupport::shownWithoutMargin}) {
+        const NotifierPresentation shown = notifierPresentation(content, labels);
 
-    EXPECT_EQ(shown.icon, NotifierIcon(StatusGlance{42, 18}));
-    EXPECT_EQ(shown.toolTipText, QStringLiteral("RAM 42%\nCPU 18%"));
+        ASSERT_TRUE(std::holds_alternative<NotifierSymbol>(shown.icon));
+        EXPECT_EQ(std::get<NotifierSymbol>(shown.icon).name, QStringLiteral("waveform.path.ecg"));
+        EXPECT_EQ(shown.toolTipText, QStringLiteral("RAM 42%\nCPU 18%"));
+    }
 }
 
 TEST(NotifierPresentation, ShowsTheSymbolUntilThereAreValues) {
