@@ -88,12 +88,7 @@ void AppDelegate::bindTelemetry() {
         services_.settings.activeMenubarModules.subscribe([this](const auto&) { measureWhatTheReadoutShows(); }));
     measureWhatTheReadoutShows();
     // A fan can show up after the start: a header that never turned is not known to be one.
-    retain(engine.fans.subscribe([this, known = services_.fanManager.fanCount.get()](const auto& fans) mutable {
-        const auto count = static_cast<std::int64_t>(fans.size());
-        if (std::exchange(known, count) != count) {
-            services_.fanManager.refreshHardware();
-        }
-    }));
+    retain(engine.fans.subscribe([this](const auto& fans) { services_.fanManager.followFans(fans); }));
     retain(engine.power.subscribe([this](const PowerTelemetry& power) {
         services_.keepAwake.checkBatterySafeguard(power.percentage, power.isCharging);
     }));

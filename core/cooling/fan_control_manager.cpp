@@ -7,30 +7,16 @@
 #include "core/settings/user_settings.h"
 #include "core/telemetry/smc_reader.h"
 
+#include <algorithm>
 #include <chrono>
-#include <cstddef>
+#include <utility>
 
 namespace kestro {
 
 namespace {
 
-struct SpeedRange {
-    double minRPM;
-    double maxRPM;
-};
-
-// The ranges that a preset gets without a fan to ask; deliberately not those of the default curves.
-constexpr SpeedRange leftFallback{1200.0, 7300.0};
-constexpr SpeedRange rightFallback{1300.0, 7800.0};
-
-SpeedRange rangeOf(const std::vector<FanTelemetry>& fans, std::size_t index, SpeedRange fallback) {
-    return index < fans.size() ? SpeedRange{fans[index].minRPM, fans[index].maxRPM} : fallback;
-}
-
-FanCurveConfig withRange(FanCurveConfig curve, SpeedRange range) {
-    curve.minRPM = range.minRPM;
-    curve.maxRPM = range.maxRPM;
-    return curve;
+bool areTheSame(const FanTelemetry& one, const FanTelemetry& other) {
+    return one.name == other.name && one.minRPM == other.minRPM && one.maxRPM == other.maxRPM;
 }
 
 }  // namespace
@@ -87,6 +73,9 @@ void FanControlManager::applyProfile(FanProfile profile) {
 }
 
 void FanControlManager::applyPreset(CurvePreset preset) {
+    // The ranges without a fan to ask; deliberately not those of the default curves.
+    constexpr SpeedRange leftFallback{1200.0, 7300.0};
+    constexpr SpeedRange rightFallback{1300.0, 7800.0};
     activePreset.set(preset);
     const auto left = rangeOf(currentFans.get(), 0, leftFallback);
     const auto right = rangeOf(currentFans.get(), 1, rightFallback);
@@ -121,17 +110,48 @@ void FanControlManager::toggleLinking() {
 }
 
 void FanControlManager::refreshHardware() {
-    const auto fans = smc_.readFans();
+    takeInventory(smc_.readFans());
+    knownRanges_ = {};
+    followRange(leftCurve, 0);
+    followRange(rightCurve, 1);
+}
+
+void FanControlManager::followFans(const std::vector<FanTelemetry>& fans) {
+    if (std::ranges::equal(fans, currentFans.get(), areTheSame)) {
+        return;
+    }
+    takeInventory(fans);
+    followRange(leftCurve, 0);
+    followRange(rightCurve, 1);
+}
+
+void FanControlManager::takeInventory(const std::vector<FanTelemetry>& fans) {
     currentFans.set(fans);
     fanCount.set(static_cast<std::int64_t>(fans.size()));
     hasFans.set(!fans.empty());
-    // Published only: the stored curves keep the ranges that they were made with.
-    if (!fans.empty()) {
-        leftCurve.set(withRange(leftCurve.get(), rangeOf(fans, 0, leftFallback)));
+}
+
+void FanControlManager::followRange(Curve& curve, std::size_t index) {
+    const auto& fans = currentFans.get();
+    if (index >= fans.size()) {
+        return;
     }
-    if (fans.size() >= 2) {
-        rightCurve.set(withRange(rightCurve.get(), rangeOf(fans, 1, rightFallback)));
+    const SpeedRange range{fans[index].minRPM, fans[index].maxRPM};
+    const auto known = std::exchange(knownRanges_[index], range);
+    if (!known || (*known != range && SpeedRange{curve.get().minRPM, curve.get().maxRPM} == *known)) {
+        curve.set(withRange(curve.get(), range));
     }
+}
+
+FanControlManager::SpeedRange FanControlManager::rangeOf(const std::vector<FanTelemetry>& fans, std::size_t index,
+                                                         SpeedRange fallback) {
+    return index < fans.size() ? SpeedRange{fans[index].minRPM, fans[index].maxRPM} : fallback;
+}
+
+FanCurveConfig FanControlManager::withRange(FanCurveConfig curve, SpeedRange range) {
+    curve.minRPM = range.minRPM;
+    curve.maxRPM = range.maxRPM;
+    return curve;
 }
 
 void FanControlManager::startCurveEvaluator() {

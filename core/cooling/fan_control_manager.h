@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -40,7 +42,7 @@ public:
     Published<FanCurveConfig, FanControlManager> leftCurve;
     Published<FanCurveConfig, FanControlManager> rightCurve;
 
-    /// The preset that both curves equal; none after an edit.
+    /// The preset that was applied last, `balancedEveryday` at the start; none after an edit.
     Published<std::optional<CurvePreset>, FanControlManager> activePreset;
     Published<double, FanControlManager> evaluatedLeftTargetRPM;
     Published<double, FanControlManager> evaluatedRightTargetRPM;
@@ -51,9 +53,6 @@ public:
     /// Makes `profile` current without storing it, then applies it: for callers that store first.
     void selectProfile(FanProfile profile);
 
-    /// Evaluates the curves at once for `custom`; does nothing for the other profiles or without fans.
-    void applyProfile(FanProfile profile);
-
     /// Replaces both curves from a preset, over each fan's own speed range, and switches to `custom`.
     void applyPreset(CurvePreset preset);
 
@@ -63,10 +62,33 @@ public:
     /// Links or unlinks the two curves; linking copies the left one to the right fan.
     void toggleLinking();
 
-    /// Reads the fan inventory again.
+    /// Reads the fan inventory and gives the curves its fans' speed ranges, without storing them. Done once, at
+    /// construction; later changes come by `followFans`.
     void refreshHardware();
 
+    /// Takes the fans that a sample has read for the inventory, unless they are the same but for their speeds. A
+    /// new fan gives its curve its range, an exchanged one if the curve has the range of the old one: what the
+    /// user edited stays. One that is gone for a while is not new when it comes back. Nothing is stored.
+    void followFans(const std::vector<FanTelemetry>& fans);
+
 private:
+    using Curve = Published<FanCurveConfig, FanControlManager>;
+
+    struct SpeedRange {
+        double minRPM;
+        double maxRPM;
+
+        friend bool operator==(const SpeedRange&, const SpeedRange&) = default;
+    };
+
+    static SpeedRange rangeOf(const std::vector<FanTelemetry>& fans, std::size_t index, SpeedRange fallback);
+    static FanCurveConfig withRange(FanCurveConfig curve, SpeedRange range);
+
+    /// Evaluates the curves at once for `custom`; does nothing for the other profiles or without fans.
+    void applyProfile(FanProfile profile);
+
+    void takeInventory(const std::vector<FanTelemetry>& fans);
+    void followRange(Curve& curve, std::size_t index);
     void startCurveEvaluator();
     void evaluateAndApplyCurves();
     void engageCustom();
@@ -76,6 +98,7 @@ private:
     UserSettings& settings_;
     TelemetryEngine& engine_;
     SMCReader& smc_;
+    std::array<std::optional<SpeedRange>, 2> knownRanges_;  ///< of the left and the right fan, when last seen
     std::unique_ptr<RunLoopTimer> evalTimer_;
 };
 

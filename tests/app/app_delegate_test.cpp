@@ -181,6 +181,35 @@ TEST_F(AppDelegateReadout, FollowsAFanThatShowsUpLate) {
     EXPECT_EQ(fanManager.fanCount.get(), 2);
 }
 
+TEST_F(AppDelegateReadout, FollowsAnExchangedFan) {
+    launch();
+    ASSERT_EQ(fanManager.currentFans.get()[0].maxRPM, 7300);
+
+    mac.smc.setFloat("F0Mx", 6100);
+    mac.advance(4s);
+
+    EXPECT_EQ(fanManager.currentFans.get()[0].maxRPM, 6100);
+}
+
+TEST_F(AppDelegateReadout, KeepsAnEditedCurveWhenAFanShowsUpLate) {
+    const float one[] = {1400};
+    const float two[] = {1400, 1450};
+    mac.smc.setFans(one);
+    fanManager.refreshHardware();
+    launch();
+    auto edited = fanManager.leftCurve.get();
+    edited.minRPM = 1000;
+    edited.maxRPM = 5000;
+    fanManager.updateCurve(0, edited);
+
+    mac.smc.setFans(two);
+    mac.advance(4s);
+
+    EXPECT_EQ(fanManager.fanCount.get(), 2);
+    EXPECT_EQ(fanManager.leftCurve.get(), edited);
+    EXPECT_EQ(settings.leftFanCurve.get(), edited);
+}
+
 TEST_F(AppDelegateReadout, IsComposedOnceForATick) {
     launch();
     mac.advance(2s);

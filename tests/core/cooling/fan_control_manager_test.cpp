@@ -79,6 +79,81 @@ TEST(FanControlManager, ReadsTheFansAgainWhenAsked) {
     EXPECT_EQ(f.manager().leftCurve.get().minRPM, 1200);
 }
 
+TEST(FanControlManager, FollowsFansThatShowUpLate) {
+    Fixture f(fanless);
+    f.manager();
+    f.mac.smc.setFans(std::vector<float>{2000, 2100});
+    f.setRightRange(1350, 7800);
+
+    f.manager().followFans(f.readers.smc.readFans());
+
+    EXPECT_TRUE(f.manager().hasFans.get());
+    EXPECT_EQ(f.manager().fanCount.get(), 2);
+    EXPECT_EQ(f.manager().currentFans.get(), f.readers.smc.readFans());
+    EXPECT_EQ(f.manager().leftCurve.get().maxRPM, 7300);
+    EXPECT_EQ(f.manager().rightCurve.get().minRPM, 1350);
+    EXPECT_EQ(f.mac.userDefaults.totalWrites(), 0);
+}
+
+TEST(FanControlManager, KeepsAnEditedCurveWhenAnotherFanShowsUp) {
+    Fixture f({1420});
+    const auto edited = linear(45, 85, 1000, 9000);
+    f.manager().updateCurve(0, edited);
+    f.mac.smc.setFans(std::vector<float>{1420, 1460});
+
+    f.manager().followFans(f.readers.smc.readFans());
+
+    EXPECT_EQ(f.manager().leftCurve.get(), edited);
+    EXPECT_EQ(f.settings.leftFanCurve.get(), edited);
+    EXPECT_EQ(f.manager().rightCurve.get().minRPM, 1200);
+    EXPECT_EQ(f.manager().rightCurve.get().maxRPM, 7300);
+    EXPECT_EQ(f.manager().activePreset.get(), std::nullopt);
+}
+
+TEST(FanControlManager, LeavesEverythingAloneWhileOnlyTheSpeedsChange) {
+    Fixture f;
+    auto& manager = f.manager();
+    int announcements = 0;
+    const auto fans = manager.currentFans.subscribe([&](const auto&) { ++announcements; });
+    const auto curves = manager.leftCurve.subscribe([&](const auto&) { ++announcements; });
+    f.mac.smc.setFans(std::vector<float>{2000, 2100});
+
+    manager.followFans(f.readers.smc.readFans());
+
+    EXPECT_EQ(announcements, 0);
+}
+
+TEST(FanControlManager, FollowsAFanThatIsExchangedUnlessItsRangeWasEdited) {
+    Fixture f;
+    f.settings.isFansLinked.set(false);
+    const auto edited = linear(45, 85, 1000, 9000);
+    f.manager().updateCurve(0, edited);
+    f.mac.smc.setFloat("F0Mx", 6100);
+    f.setRightRange(900, 5400);
+
+    f.manager().followFans(f.readers.smc.readFans());
+
+    EXPECT_EQ(f.manager().currentFans.get()[0].maxRPM, 6100);
+    EXPECT_EQ(f.manager().leftCurve.get(), edited);
+    EXPECT_EQ(f.manager().rightCurve.get().minRPM, 900);
+    EXPECT_EQ(f.manager().rightCurve.get().maxRPM, 5400);
+}
+
+TEST(FanControlManager, KnowsAFanThatComesBack) {
+    Fixture f;
+    const auto edited = linear(45, 85, 1000, 9000);
+    f.manager().updateCurve(0, edited);
+    const auto fans = f.readers.smc.readFans();
+
+    f.manager().followFans({});
+    EXPECT_FALSE(f.manager().hasFans.get());
+    EXPECT_EQ(f.manager().fanCount.get(), 0);
+    f.manager().followFans(fans);
+
+    EXPECT_TRUE(f.manager().hasFans.get());
+    EXPECT_EQ(f.manager().leftCurve.get(), edited);
+}
+
 TEST(FanControlManager, EvaluatesOnceASecondWhileCustom) {
     Fixture f;
     f.settings.fanProfile.set(FanProfile::custom);
@@ -204,7 +279,24 @@ TEST(FanControlManager, SelectsAProfileWithoutStoringIt) {
     EXPECT_EQ(f.mac.userDefaults.totalWrites(), 0);
 }
 
-TEST(FanControlManager, LeavesTheFansToTheHardwareWhenDestroyed) {
+TEST(FanControlManager, OnlyEverReadsTheHardware) {
+    Fixture f;
+    f.setTemperatures(84, 30);
+
+    f.manager().setProfile(FanProfile::turbo, 4200);
+    f.manager().applyPreset(CurvePreset::aggressiveTurbo);
+    f.manager().updateCurve(1, linear(45, 85, 1200, 7300));
+    f.manager().toggleLinking();
+    f.tick();
+    f.manager().refreshHardware();
+    f.made.reset();
+
+    // The simulated controller counts every command but the two that read as malformed.
+    EXPECT_EQ(f.mac.smc.malformedRecords(), 0);
+    EXPECT_GT(f.mac.smc.bytesCalls(), 0);
+}
+
+TEST(FanControlManager, EndsItsTimerWhenDestroyed) {
     Fixture f;
     f.manager();
     const auto timers = f.mac.runLoop.timerPeriods().size();
