@@ -78,15 +78,15 @@ void AppDelegate::bindDashboard() {
 }
 
 void AppDelegate::statusItemClicked(StatusClick click, bool controlHeld, const QRect& anchor) {
+    const bool hasClosedPopover = popover_ && popover_->takesBack(statusItem_ ? statusItem_->geometry() : QRect());
     if (click == StatusClick::secondary || controlHeld) {
         showContextMenu();
         return;
     }
     lastAnchor_ = anchor;
-    if (popover_ && popover_->wasJustDismissed()) {
-        return;
+    if (!hasClosedPopover) {
+        togglePopover();
     }
-    togglePopover();
 }
 
 void AppDelegate::togglePopover() {

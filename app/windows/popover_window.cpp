@@ -50,7 +50,7 @@ PopoverWindow::PopoverWindow(WindowDelegate& delegate, const Clock& clock, Conte
 PopoverWindow::~PopoverWindow() = default;
 
 void PopoverWindow::showRelativeTo(const QRect& anchor) {
-    dismissedAt_.reset();
+    dismissal_.reset();
     isShown_ = true;
     if (const QScreen* screen = screenOf(anchor)) {
         restingPlace_ =
@@ -78,8 +78,10 @@ void PopoverWindow::orderOut() {
     delegate().popoverDidClose();
 }
 
-bool PopoverWindow::wasJustDismissed() const {
-    return dismissedAt_ && clock_.monotonicNow() - *dismissedAt_ < clickDuration;
+bool PopoverWindow::takesBack(const QRect& item) {
+    const std::optional<Dismissal> dismissal = std::exchange(dismissal_, std::nullopt);
+    return dismissal && clock_.monotonicNow() - dismissal->time < clickDuration &&
+           (item.isNull() || item.contains(dismissal->pointer));
 }
 
 void PopoverWindow::visibilityDidChange() {
@@ -113,7 +115,7 @@ void PopoverWindow::keyPressEvent(QKeyEvent* event) {
 
 void PopoverWindow::dismiss() {
     if (isShown_) {
-        dismissedAt_ = clock_.monotonicNow();
+        dismissal_ = {clock_.monotonicNow(), QCursor::pos()};
         orderOut();
     }
 }

@@ -28,9 +28,11 @@ public:
 
     void orderOut() override;
 
-    /// Whether it closed by itself so shortly ago that the click being handled is what closed it. A panel
-    /// reports a click after the press has closed the popover, and that click means "close".
-    bool wasJustDismissed() const;
+    /// Whether the click being handled is what closed it: a panel reports a click after the press has closed
+    /// the popover, and that click means "close". At most one click for each closing, within the time that a
+    /// click takes. `item` is where the clicked item is on the screen: a press elsewhere was not part of the
+    /// click. A null one is unknown.
+    bool takesBack(const QRect& item);
 
 protected:
     void visibilityDidChange() override;
@@ -39,6 +41,12 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    /// How it closed by itself.
+    struct Dismissal {
+        MonotonicTime time;
+        QPoint pointer;
+    };
+
     void dismiss();
     void pressedSomewhere();
     void fadeTo(double opacity, int milliseconds);
@@ -48,7 +56,7 @@ private:
     QPoint restingPlace_;
     QVariantAnimation fade_;
     std::unique_ptr<PressMonitor> pressMonitor_;
-    std::optional<MonotonicTime> dismissedAt_;
+    std::optional<Dismissal> dismissal_;
     bool isShown_ = false;
 };
 

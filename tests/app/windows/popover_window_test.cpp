@@ -81,7 +81,7 @@ TEST_F(PopoverWindowTest, ClosesOnEscape) {
     press(Qt::Key_Escape);
 
     EXPECT_FALSE(popover.isVisible());
-    EXPECT_FALSE(popover.wasJustDismissed());
+    EXPECT_FALSE(popover.takesBack({}));
 }
 
 TEST_F(PopoverWindowTest, StaysOpenOnOtherKeys) {
@@ -112,15 +112,29 @@ TEST_F(PopoverWindowTest, StaysOpenUnderItsOwnMenu) {
     EXPECT_TRUE(popover.isVisible());
 }
 
-TEST_F(PopoverWindowTest, RemembersForHalfASecondThatAPressElsewhereClosedIt) {
+TEST_F(PopoverWindowTest, TakesBackOneClickWithinHalfASecondAfterAPressElsewhere) {
+    for (const auto& [passed, expected] : {std::pair{499ms, true}, std::pair{500ms, false}}) {
+        show();
+        activate(elsewhere);
+
+        clock.turn(passed);
+
+        EXPECT_EQ(popover.takesBack({}), expected) << passed.count();
+        EXPECT_FALSE(popover.takesBack({}));
+    }
+}
+
+TEST_F(PopoverWindowTest, TakesBackNoClickOnAnItemThatThePressDidNotHit) {
+    const QRect item(700, 0, 40, 20);
+    QCursor::setPos(300, 300);
     show();
     activate(elsewhere);
+    EXPECT_FALSE(popover.takesBack(item));
 
-    EXPECT_TRUE(popover.wasJustDismissed());
-    clock.turn(499ms);
-    EXPECT_TRUE(popover.wasJustDismissed());
-    clock.turn(1ms);
-    EXPECT_FALSE(popover.wasJustDismissed());
+    QCursor::setPos(720, 10);
+    show();
+    activate(elsewhere);
+    EXPECT_TRUE(popover.takesBack(item));
 }
 
 TEST_F(PopoverWindowTest, ForgetsItWhenItIsShownAgain) {
@@ -129,7 +143,7 @@ TEST_F(PopoverWindowTest, ForgetsItWhenItIsShownAgain) {
 
     show();
 
-    EXPECT_FALSE(popover.wasJustDismissed());
+    EXPECT_FALSE(popover.takesBack({}));
 }
 
 TEST_F(PopoverWindowTest, CountsAsClosedWhileItFadesAway) {

@@ -1,0 +1,178 @@
+#include "app/app_delegate.h"
+
+#include "tests/app/app_delegate_fixture.h"
+
+#include <QCursor>
+
+#include <gmock/gmock.h>
+
+namespace kestro {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct AppDelegatePopover : testing::AppDelegateFixture {
+    /// The popover closes by itself, with the pointer at that place.
+    void pressAt(const QPoint& pointer) {
+        QCursor::setPos(pointer);
+        QEvent deactivate(QEvent::WindowDeactivate);
+        QApplication::sendEvent(delegate.popover(), &deactivate);
+        settle();
+    }
+};
+
+TEST_F(AppDelegatePopover, OpensAndClosesOnClicks) {
+    launch();
+
+    click();
+    EXPECT_TRUE(isPopoverShown());
+    click();
+    EXPECT_FALSE(isPopoverShown());
+    click();
+    EXPECT_TRUE(isPopoverShown());
+}
+
+TEST_F(AppDelegatePopover, StandsBesideTheItem) {
+    launch();
+
+    click();
+
+    EXPECT_EQ(delegate.popover()->pos(), QPoint(740 - 330, 26));
+}
+
+TEST_F(AppDelegatePopover, PrefersThePlaceThatTheItemTells) {
+    launch();
+    bar.item(mainItem).geometry = {500, 0, 40, 20};
+
+    click();
+
+    EXPECT_EQ(delegate.popover()->pos(), QPoint(540 - 330, 26));
+}
+
+TEST_F(AppDelegatePopover, OpensWithAFreshFullSample) {
+    launch();
+    ASSERT_EQ(engine.power.get().hasBattery, false);
+
+    click();
+
+    EXPECT_EQ(engine.power.get().hasBattery, true);
+    EXPECT_EQ(engine.cpuHistory.get().size(), 30);
+}
+
+TEST_F(AppDelegatePopover, TakesOneSampleForOpening) {
+    launch();
+    int samples = 0;
+    const Subscription subscription = engine.disk.subscribe([&samples](const DiskTelemetry&) { ++samples; });
+
+    click();
+    EXPECT_EQ(samples, 1);
+
+    delegate.showDashboard();
+    EXPECT_EQ(samples, 2);
+}
+
+TEST_F(AppDelegatePopover, KeepsTheEngineActiveWhileItShows) {
+    launch();
+
+    click();
+    EXPECT_TRUE(engine.isUIActive.get());
+    EXPECT_THAT(mac.runLoop.timerPeriods(), ::testing::Contains(1000ms));
+
+    delegate.popover()->close();
+    EXPECT_FALSE(engine.isUIActive.get());
+}
+
+TEST_F(AppDelegatePopover, StaysClosedAfterTheClickThatTookItsFocus) {
+    launch();
+    click();
+    pressAt({100, 300});
+    ASSERT_FALSE(isPopoverShown());
+
+    click();
+    EXPECT_FALSE(isPopoverShown());
+
+    mac.advance(1s);
+    click();
+    EXPECT_TRUE(isPopoverShown());
+}
+
+TEST_F(AppDelegatePopover, TakesBackOneClickOnly) {
+    launch();
+    click();
+    pressAt({100, 300});
+
+    click();
+    EXPECT_FALSE(isPopoverShown());
+    click();
+    EXPECT_TRUE(isPopoverShown());
+}
+
+TEST_F(AppDelegatePopover, TakesBackNoClickAfterAPressBesideAnItemWhosePlaceIsKnown) {
+    launch();
+    bar.item(mainItem).geometry = {500, 0, 40, 20};
+    click();
+
+    pressAt({100, 300});
+    click();
+    EXPECT_TRUE(isPopoverShown());
+
+    pressAt({510, 10});
+    click();
+    EXPECT_FALSE(isPopoverShown());
+}
+
+TEST_F(AppDelegatePopover, TakesBackNoClickAfterTheMenuWasOpened) {
+    launch();
+    click();
+    pressAt({100, 300});
+
+    click(StatusClick::secondary);
+    click();
+
+    EXPECT_TRUE(isPopoverShown());
+}
+
+TEST_F(AppDelegatePopover, OpensByCommandRightAfterItLostItsFocus) {
+    launch();
+    click();
+    pressAt({100, 300});
+
+    command("popover");
+
+    EXPECT_TRUE(isPopoverShown());
+}
+
+TEST_F(AppDelegatePopover, GivesWayToTheDashboard) {
+    launch();
+    click();
+
+    popoverActions.onOpenDashboard();
+    settle();
+
+    EXPECT_FALSE(isPopoverShown());
+    EXPECT_TRUE(isDashboardShown());
+    EXPECT_TRUE(engine.isUIActive.get());
+}
+
+TEST_F(AppDelegatePopover, GivesWayToTheSettings) {
+    launch();
+    click();
+
+    popoverActions.onOpenSettings();
+    settle();
+
+    EXPECT_FALSE(isPopoverShown());
+    EXPECT_TRUE(isSettingsShown());
+}
+
+TEST_F(AppDelegatePopover, Quits) {
+    launch();
+    click();
+
+    popoverActions.onQuit();
+
+    EXPECT_EQ(terminations, 1);
+}
+
+}  // namespace
+}  // namespace kestro
