@@ -4,6 +4,7 @@
 #include "app/command_channel.h"
 #include "app/menus/main_menu.h"
 #include "app/status_bar/status_bar.h"
+#include "app/windows/screen_changes.h"
 #include "app/windows/surface_factories.h"
 #include "app/windows/window_delegate.h"
 #include "core/base/subscription.h"
@@ -126,6 +127,7 @@ private:
 
     std::unique_ptr<StatusItem> statusItem_;
     QRect lastAnchor_;
+    ScreenChanges screenChanges_{[this] { lastAnchor_ = {}; }};
     std::unique_ptr<KeepAwakeStatusItem> keepAwakeItem_;
     std::unique_ptr<FanControlStatusItem> fanItem_;
     std::unique_ptr<PopoverWindow> popover_;

@@ -1,8 +1,10 @@
 #include "app/app_delegate.h"
 
+#include "app/windows/window_geometry.h"
 #include "tests/app/app_delegate_fixture.h"
 
 #include <QCursor>
+#include <QScreen>
 
 #include <gmock/gmock.h>
 
@@ -130,6 +132,23 @@ TEST_F(AppDelegatePopover, TakesBackNoClickAfterTheMenuWasOpened) {
     click();
 
     EXPECT_TRUE(isPopoverShown());
+}
+
+TEST_F(AppDelegatePopover, ForgetsThePlaceOfTheLastClickWhenTheScreensChange) {
+    launch();
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    click();
+    const QPoint beside = delegate.popover()->pos();
+    click();
+
+    command("popover");
+    EXPECT_EQ(delegate.popover()->pos(), beside);
+    command("popover");
+    Q_EMIT QGuiApplication::primaryScreen()->availableGeometryChanged(available);
+    command("popover");
+    EXPECT_EQ(delegate.popover()->pos(),
+              popoverFrame({}, popoverSize, QGuiApplication::primaryScreen()->geometry(), available).topLeft());
+    EXPECT_NE(delegate.popover()->pos(), beside);
 }
 
 TEST_F(AppDelegatePopover, OpensByCommandRightAfterItLostItsFocus) {
