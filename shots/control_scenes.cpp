@@ -110,6 +110,7 @@ Control* mark(RowMark kind, bool isOn) {
 struct StateRow {
     const char* title;
     std::function<std::vector<Control*>()> controls;
+    int bareInset = 0;  ///< bare at both sides of each control; the next one may stand there
 };
 
 std::vector<StateRow> stateRows() {
@@ -136,7 +137,8 @@ std::vector<StateRow> stateRows() {
          [] {
              return std::vector<Control*>{mark(RowMark::check, true), mark(RowMark::check, false),
                                           mark(RowMark::radio, true), mark(RowMark::radio, false)};
-         }},
+         },
+         10},
     };
 }
 
@@ -156,11 +158,11 @@ std::unique_ptr<QWidget> stateSheet(SimulatedServices&) {
         auto* title = text(row.title).style(text_styles::segment).release();
         sheet->place(title, QPoint(20, middle - title->sizeHint().height() / 2));
         for (size_t c = 0; c < kColumns.size(); ++c) {
-            int x = firstColumn + columnWidth * static_cast<int>(c);
+            int x = firstColumn + columnWidth * static_cast<int>(c) - row.bareInset;
             for (Control* control : row.controls()) {
                 sheet->place(control, QPoint(x, middle - control->sizeHint().height() / 2));
                 apply(kColumns[c].state, *control);
-                x += control->width() + 10;
+                x += control->width() + 10 - 2 * row.bareInset;
             }
         }
         middle += rowHeight;
