@@ -81,11 +81,19 @@ Scene crowdedScene() {
     return scene;
 }
 
-/// A machine without a battery.
-Scene acScene() {
-    Scene scene = tabScene(QStringLiteral("power-ac"), SettingsTab::power);
-    scene.arrange = [](SimulatedMac& mac) { mac.powerSources.removeBattery(); };
-    return scene;
+/// A battery in use that tells its charge, one that is charged and tells percents only, and none at all.
+void addPower(std::vector<Scene>& scenes) {
+    const auto add = [&scenes](const char* name, std::function<void(SimulatedMac&)> arrange) {
+        scenes.push_back(tabScene(QString::fromUtf8(name), SettingsTab::power));
+        scenes.back().arrange = std::move(arrange);
+    };
+    add("power", [](SimulatedMac& mac) {
+        PowerSourceDescription& battery = *mac.powerSources.descriptions.front();
+        battery["Current Capacity"] = std::int64_t{5288};
+        battery["Max Capacity"] = std::int64_t{6075};
+    });
+    add("power-charging", [](SimulatedMac& mac) { mac.powerSources.setBattery(57, true); });
+    add("power-ac", [](SimulatedMac& mac) { mac.powerSources.removeBattery(); });
 }
 
 void addPalettes(std::vector<Scene>& scenes) {
@@ -175,13 +183,12 @@ std::vector<Scene> settingsScenes() {
         tabScene(QStringLiteral("keepawake"), SettingsTab::keepAwake),
         tabScene(QStringLiteral("keepawake-active"), SettingsTab::keepAwake,
                  [](SimulatedServices& services) { services.keepAwake().activate(KeepAwakeDuration::minutes15); }),
-        tabScene(QStringLiteral("power"), SettingsTab::power),
-        acScene(),
         crowdedScene(),
         tabScene(QStringLiteral("dashboard"), SettingsTab::dashboard),
         tabScene(QStringLiteral("appearance"), SettingsTab::appearance),
         tabScene(QStringLiteral("sensors"), SettingsTab::sensors),
     };
+    addPower(scenes);
     addCooling(scenes);
     addPalettes(scenes);
     scenes.push_back(chartScene());
