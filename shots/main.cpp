@@ -1,4 +1,5 @@
 #include "shots/scene.h"
+#include "tests/support/sealed_environment.h"
 #include "ui/theme/kestro_fonts.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/motion.h"
@@ -101,9 +102,6 @@ int renderAll(const QDir& folder, const QString& scale, const QString& family) {
 int renderEverything(const QString& program, const QString& folder) {
     for (const Run& run : kRuns) {
         QProcess child;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::fromUtf8(run.scale));
-        child.setProcessEnvironment(environment);
         child.setProcessChannelMode(QProcess::ForwardedChannels);
         child.start(program, {folder, QString::fromUtf8(run.scale), QString::fromUtf8(run.family)});
         child.waitForFinished(-1);
@@ -118,7 +116,8 @@ int renderEverything(const QString& program, const QString& folder) {
 }  // namespace kestro::shots
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const bool isOneRun = argc == 4;
+    const kestro::SealedEnvironment environment(isOneRun ? argv[2] : "1");
     QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     const QStringList arguments = QApplication::arguments();
@@ -126,7 +125,7 @@ int main(int argc, char** argv) {
         std::fputs("usage: kestro_shots DIR\n", stderr);
         return 2;
     }
-    if (arguments.size() == 4) {
+    if (isOneRun) {
         return kestro::shots::renderAll(QDir(arguments[1]), arguments[2], arguments[3]);
     }
     return kestro::shots::renderEverything(arguments[0], arguments[1]);

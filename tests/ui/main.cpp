@@ -1,3 +1,5 @@
+#include "tests/support/sealed_environment.h"
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -5,8 +7,7 @@
 
 // Every test of the views runs without a screen and with the same style, whatever desktop it is started on.
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_SCALE_FACTOR", "1");
+    const kestro::SealedEnvironment environment;
     QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     testing::InitGoogleTest(&argc, argv);
