@@ -4,7 +4,6 @@
 #include "app/notification_names.h"
 #include "app/status_items/fan_control_status_item.h"
 #include "app/status_items/keep_awake_status_item.h"
-#include "app/status_items/main_status_content.h"
 #include "app/windows/dashboard_window.h"
 #include "app/windows/popover_window.h"
 #include "app/windows/settings_window.h"
@@ -29,6 +28,7 @@ AppDelegate::AppDelegate(const Platform& platform, const KestroServices& service
       statusBar_(statusBar),
       surfaces_(std::move(surfaces)),
       terminate_(std::move(terminate)),
+      statusContent_(services),
       statusItemUpdate_(platform.runLoop, [this] { updateStatusItemText(); }),
       dashboardFit_(platform.runLoop, [this] { adjustDashboardSize(false); }) {}
 
@@ -52,8 +52,8 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::updateStatusItemText() {
-    if (statusItem_) {
-        statusItem_->setContent(mainStatusContent(services_));
+    if (statusItem_ && statusContent_.update()) {
+        statusItem_->setContent(statusContent_.content());
     }
 }
 

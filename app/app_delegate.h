@@ -4,6 +4,7 @@
 #include "app/command_channel.h"
 #include "app/menus/main_menu.h"
 #include "app/status_bar/status_bar.h"
+#include "app/status_items/main_status_content.h"
 #include "app/windows/screen_changes.h"
 #include "app/windows/surface_factories.h"
 #include "app/windows/window_delegate.h"
@@ -42,7 +43,7 @@ public:
     /// Builds everything, once, and starts to follow the engine, the settings and the command channel.
     void applicationDidFinishLaunching();
 
-    /// Composes the readout from the present values and shows it.
+    /// Composes the readout from the present values and shows what has changed.
     void updateStatusItemText();
 
     /// A plain click toggles the popover; a secondary one, or one with the control key, opens the menu.
@@ -125,6 +126,7 @@ private:
     const SurfaceFactories surfaces_;
     const std::function<void()> terminate_;
 
+    MainStatusContent statusContent_;
     std::unique_ptr<StatusItem> statusItem_;
     QRect lastAnchor_;
     ScreenChanges screenChanges_{[this] { lastAnchor_ = {}; }};

@@ -74,7 +74,9 @@ QWidget* strip(SimulatedServices& services) {
     const Platform platform = services.mac.platform();
     StripStatusBar bar;
     const auto main = bar.createItem(QStringLiteral("kestro-main"), {});
-    main->setContent(mainStatusContent(services.services()));
+    MainStatusContent content(services.services());
+    content.update();
+    main->setContent(content.content());
     const KeepAwakeStatusItem awake(platform, bar, services.settings(), services.keepAwake());
     const FanControlStatusItem cooling(platform, bar, services.settings(), services.objects->readers.smc,
                                        services.fanManager(), services.powerManager());

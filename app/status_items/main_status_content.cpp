@@ -1,11 +1,11 @@
 #include "app/status_items/main_status_content.h"
 
 #include "core/engine/telemetry_engine.h"
-#include "core/readout/menubar_readout.h"
 #include "core/readout/readout_inputs.h"
 #include "core/settings/user_settings.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kestro {
 
@@ -36,21 +36,27 @@ std::optional<StatusGlance> glance(const KestroServices& services, const Readout
 
 }  // namespace
 
-StatusContent mainStatusContent(const KestroServices& services) {
-    const ReadoutLayout layout = ReadoutLayout::of(services.settings);
-    const ReadoutInputs inputs = readoutInputs(services.engine, services.settings, services.fanManager,
-                                               services.keepAwake, services.powerManager);
-    const Readout readout = composeReadout(layout, inputs);
-    StatusContent content;
-    if (readout.symbol) {
-        content.symbol = {QString::fromUtf8(readout.symbol->name),
-                          QString::fromUtf8(readout.symbol->accessibilityDescription), readout.symbol->pointSize};
+bool MainStatusContent::update() {
+    const ReadoutInputs inputs = readoutInputs(services_.engine, services_.settings, services_.fanManager,
+                                               services_.keepAwake, services_.powerManager);
+    const bool isReadoutNew = composer_.compose(ReadoutLayout::of(services_.settings), inputs);
+    if (isReadoutNew) {
+        takeReadout();
     }
-    content.title = {QString::fromStdString(readout.title), 12, 500, StatusTitleColor::label};
-    content.widestTitle = QString::fromStdString(widestReadout(layout, inputs).title);
-    content.toolTip = QString::fromStdString(readoutToolTip(readout));
-    content.glance = glance(services, inputs, readout);
-    return content;
+    const auto before = std::exchange(content_.glance, glance(services_, inputs, composer_.readout()));
+    return isReadoutNew || content_.glance != before;
+}
+
+void MainStatusContent::takeReadout() {
+    const Readout& readout = composer_.readout();
+    content_.symbol.reset();
+    if (readout.symbol) {
+        content_.symbol = {QString::fromUtf8(readout.symbol->name),
+                           QString::fromUtf8(readout.symbol->accessibilityDescription), readout.symbol->pointSize};
+    }
+    content_.title = {QString::fromStdString(readout.title), 12, 500, StatusTitleColor::label};
+    content_.widestTitle = QString::fromStdString(composer_.widest().title);
+    content_.toolTip = QString::fromStdString(readoutToolTip(readout));
 }
 
 }  // namespace kestro

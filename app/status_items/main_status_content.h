@@ -1,13 +1,29 @@
 #pragma once
 
 #include "app/status_bar/status_bar.h"
+#include "core/readout/readout_composer.h"
 #include "ui/kestro_services.h"
 
 namespace kestro {
 
-/// What the main item shows now: the readout that the user composed, and for hosts without text the memory
-/// and processor loads to paint into the icon, unless the user wants the bare icon or lists no module. Main
-/// thread.
-StatusContent mainStatusContent(const KestroServices& services);
+/// What the main item shows: the readout that the user composed, and for hosts without text the memory and
+/// processor loads to paint into the icon, unless the user wants the bare icon or lists no module. Kept from one
+/// update to the next, so that one that changes nothing allocates nothing. Main thread.
+class MainStatusContent {
+public:
+    explicit MainStatusContent(const KestroServices& services) : services_(services) {}
+
+    /// Composes everything from the present values. Whether anything differs from before; the first time always.
+    bool update();
+
+    const StatusContent& content() const { return content_; }
+
+private:
+    void takeReadout();
+
+    const KestroServices services_;
+    ReadoutComposer composer_;
+    StatusContent content_;
+};
 
 }  // namespace kestro

@@ -1,6 +1,5 @@
 #include "core/readout/menubar_readout.h"
 
-#include "core/readout/module_text.h"
 #include "core/settings/user_settings.h"
 
 #include <algorithm>
@@ -28,8 +27,7 @@ std::optional<ReadoutSymbol> symbolFor(const ReadoutLayout& layout, bool hasText
 }
 
 template <typename AppendModule>
-void compose(const ReadoutLayout& layout, const ReadoutInputs& inputs, Readout& readout,
-             AppendModule appendModule) {
+void compose(const ReadoutLayout& layout, Readout& readout, AppendModule appendModule) {
     auto& text = readout.spokenText;
     text.clear();
     for (const auto module : layout.modules) {
@@ -39,7 +37,7 @@ void compose(const ReadoutLayout& layout, const ReadoutInputs& inputs, Readout& 
         if (!text.empty()) {
             text += rawValue(layout.delimiter);
         }
-        appendModule(text, module, inputs);
+        appendModule(text, module);
     }
     readout.symbol = symbolFor(layout, !text.empty());
     readout.title.clear();
@@ -65,12 +63,14 @@ Readout composeReadout(const ReadoutLayout& layout, const ReadoutInputs& inputs)
 }
 
 void composeReadout(const ReadoutLayout& layout, const ReadoutInputs& inputs, Readout& readout) {
-    compose(layout, inputs, readout, appendFormattedText);
+    compose(layout, readout,
+            [&inputs](std::string& text, MenubarModuleType module) { appendFormattedText(text, module, inputs); });
 }
 
-Readout widestReadout(const ReadoutLayout& layout, const ReadoutInputs& inputs) {
+Readout widestReadout(const ReadoutLayout& layout, const WidestTextInputs& inputs) {
     Readout readout;
-    compose(layout, inputs, readout, appendWidestText);
+    compose(layout, readout,
+            [&inputs](std::string& text, MenubarModuleType module) { appendWidestText(text, module, inputs); });
     return readout;
 }
 

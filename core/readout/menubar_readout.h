@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/readout/module_text.h"
 #include "core/readout/readout_inputs.h"
 #include "core/settings/menubar_enumerations.h"
 
@@ -61,7 +62,7 @@ Readout composeReadout(const ReadoutLayout& layout, const ReadoutInputs& inputs)
 void composeReadout(const ReadoutLayout& layout, const ReadoutInputs& inputs, Readout& readout);
 
 /// The widest that the readout can become on this machine, so that a panel can keep the room.
-Readout widestReadout(const ReadoutLayout& layout, const ReadoutInputs& inputs);
+Readout widestReadout(const ReadoutLayout& layout, const WidestTextInputs& inputs);
 
 /// The whole readout in one line for hosts that show no title: "Kestro: RAM 42% · 1420 RPM".
 std::string readoutToolTip(const Readout& readout);

@@ -26,8 +26,8 @@ std::int64_t wholeNumber(double value) {
     return static_cast<std::int64_t>(std::clamp(value, -limit, limit));
 }
 
-std::string_view label(std::string_view text, const ReadoutInputs& inputs) {
-    return inputs.showLabels ? text : std::string_view();
+std::string_view label(std::string_view text, bool isShown) {
+    return isShown ? text : std::string_view();
 }
 
 void appendPercent(std::string& text, std::string_view prefix, bool hasData, double percent) {
@@ -130,9 +130,8 @@ void appendKeepAwake(std::string& text, const ReadoutInputs& inputs) {
 }
 
 /// A figure of as many digits as the fan's greatest speed has, at least four. Only the inventory decides, so that
-/// the room that a panel keeps stands still; a reading beyond it may take more.
-std::int64_t widestSpeed(std::span<const FanTelemetry> fans, std::size_t index) {
-    const bool isFast = index < fans.size() && fans[index].maxRPM >= 10000;
+/// the room that a panel keeps stands still.
+int widestSpeed(bool isFast) {
     return isFast ? 99999 : 9999;
 }
 
@@ -149,10 +148,10 @@ void appendFormattedText(std::string& text, MenubarModuleType module, const Read
         case MenubarModuleType::appIcon:
             return;
         case MenubarModuleType::memory:
-            return appendPercent(text, label("RAM ", inputs), inputs.memory != nullptr,
+            return appendPercent(text, label("RAM ", inputs.showLabels), inputs.memory != nullptr,
                                  inputs.memory ? inputs.memory->usedPercentage() : 0);
         case MenubarModuleType::cpuUsage:
-            return appendPercent(text, label("CPU ", inputs), inputs.cpu != nullptr,
+            return appendPercent(text, label("CPU ", inputs.showLabels), inputs.cpu != nullptr,
                                  inputs.cpu ? inputs.cpu->totalUsage : 0);
         case MenubarModuleType::cpuClusters:
             // The first cluster is the one of the performance cores.
@@ -184,14 +183,24 @@ void appendFormattedText(std::string& text, MenubarModuleType module, const Read
     }
 }
 
-void appendWidestText(std::string& text, MenubarModuleType module, const ReadoutInputs& inputs) {
+WidestTextInputs WidestTextInputs::of(const ReadoutInputs& inputs) {
+    const auto isFast = [&inputs](std::size_t index) {
+        return index < inputs.fans.size() && inputs.fans[index].maxRPM >= 10000;
+    };
+    return {.showLabels = inputs.showLabels,
+            .hasBattery = inputs.power && inputs.power->hasBattery,
+            .hasTwoFans = inputs.fans.size() >= 2,
+            .areFansFast = {isFast(0), isFast(1)}};
+}
+
+void appendWidestText(std::string& text, MenubarModuleType module, const WidestTextInputs& inputs) {
     switch (module) {
         case MenubarModuleType::appIcon:
             return;
         case MenubarModuleType::memory:
-            return appendPercent(text, label("RAM ", inputs), true, 100);
+            return appendPercent(text, label("RAM ", inputs.showLabels), true, 100);
         case MenubarModuleType::cpuUsage:
-            return appendPercent(text, label("CPU ", inputs), true, 100);
+            return appendPercent(text, label("CPU ", inputs.showLabels), true, 100);
         case MenubarModuleType::cpuClusters:
             text += "P:100% E:100%";
             return;
@@ -199,10 +208,10 @@ void appendWidestText(std::string& text, MenubarModuleType module, const Readout
             text += "100°C";
             return;
         case MenubarModuleType::fanSpeed:
-            if (inputs.fans.size() >= 2) {
-                append(text, "L:{} R:{}", widestSpeed(inputs.fans, 0), widestSpeed(inputs.fans, 1));
+            if (inputs.hasTwoFans) {
+                append(text, "L:{} R:{}", widestSpeed(inputs.areFansFast[0]), widestSpeed(inputs.areFansFast[1]));
             } else {
-                append(text, "{} RPM", widestSpeed(inputs.fans, 0));
+                append(text, "{} RPM", widestSpeed(inputs.areFansFast[0]));
             }
             return;
         case MenubarModuleType::fanProfile:
@@ -216,7 +225,7 @@ void appendWidestText(std::string& text, MenubarModuleType module, const Readout
             text += "↓9999M ↑9999M";
             return;
         case MenubarModuleType::battery:
-            text += inputs.power && inputs.power->hasBattery ? "⚡100%" : "AC";
+            text += inputs.hasBattery ? "⚡100%" : "AC";
             return;
         case MenubarModuleType::diskSpace:
             text += "SSD 1000G";

@@ -3,6 +3,7 @@
 #include "core/readout/readout_inputs.h"
 #include "core/settings/menubar_enumerations.h"
 
+#include <array>
 #include <string>
 
 namespace kestro {
@@ -15,9 +16,22 @@ std::string formattedText(MenubarModuleType module, const ReadoutInputs& inputs)
 /// The same, appended to `text`, so that a caller can keep one buffer.
 void appendFormattedText(std::string& text, MenubarModuleType module, const ReadoutInputs& inputs);
 
-/// Appends the widest text that the module can show on this machine: it depends on the inputs only by the
-/// fans, the presence of a battery and the labels, none of which changes from one sample to the next.
-void appendWidestText(std::string& text, MenubarModuleType module, const ReadoutInputs& inputs);
+/// All that the widest texts depend on; no reading changes it.
+struct WidestTextInputs {
+    bool showLabels = true;
+    bool hasBattery = false;
+    bool hasTwoFans = false;
+
+    /// Whether the left and the right fan's maximum has five digits.
+    std::array<bool, 2> areFansFast{};
+
+    static WidestTextInputs of(const ReadoutInputs& inputs);
+
+    friend bool operator==(const WidestTextInputs&, const WidestTextInputs&) = default;
+};
+
+/// Appends the widest text that the module can show on this machine. A fan above its maximum may take more.
+void appendWidestText(std::string& text, MenubarModuleType module, const WidestTextInputs& inputs);
 
 /// A rate in bytes per second: "850", "240K", "1.2M"; from a hundred million on without the decimal,
 /// "125M". Truncated.

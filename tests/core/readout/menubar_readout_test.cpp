@@ -172,9 +172,9 @@ TEST(MenubarReadout, IsEqualExactlyWhenNothingShownHasChanged) {
 TEST(MenubarReadout, KeepsRoomForTheWidestReadout) {
     Fixture f;
 
-    EXPECT_EQ(widestReadout(f.layout(), f.inputs).title, " RAM 100% · 9999 RPM");
+    EXPECT_EQ(widestReadout(f.layout(), WidestTextInputs::of(f.inputs)).title, " RAM 100% · 9999 RPM");
     f.style = MenubarIconStyle::iconOnly;
-    EXPECT_EQ(widestReadout(f.layout(), f.inputs).title, "");
+    EXPECT_EQ(widestReadout(f.layout(), WidestTextInputs::of(f.inputs)).title, "");
 }
 
 TEST(MenubarReadout, TellsEverythingInTheToolTip) {

@@ -257,7 +257,7 @@ TEST(ModuleText, IsNeverLongerThanItsWidestText) {
                 inputs.keepAwakeRemainingSeconds = 14400;
                 for (const auto module : allCases<Module>()) {
                     std::string widest;
-                    appendWidestText(widest, module, inputs);
+                    appendWidestText(widest, module, WidestTextInputs::of(inputs));
                     EXPECT_LE(lengthInCharacters(formattedText(module, inputs)), lengthInCharacters(widest))
                         << rawValue(module);
                     EXPECT_TRUE(isValidUtf8(widest));
@@ -281,8 +281,8 @@ TEST(ModuleText, HasAWidestTextThatNoReadingChanges) {
     for (const auto module : allCases<Module>()) {
         std::string before;
         std::string after;
-        appendWidestText(before, module, first.inputs());
-        appendWidestText(after, module, second.inputs());
+        appendWidestText(before, module, WidestTextInputs::of(first.inputs()));
+        appendWidestText(after, module, WidestTextInputs::of(second.inputs()));
         EXPECT_EQ(before, after) << rawValue(module);
     }
 }
@@ -291,11 +291,11 @@ TEST(ModuleText, HasAWidestSpeedThatAReadingAboveTheMaximumLeavesAlone) {
     Machine machine;
     machine.fans = {{0, "Fan #1", 1420, 1420, 1200, 7300}};
     std::string before;
-    appendWidestText(before, Module::fanSpeed, machine.inputs());
+    appendWidestText(before, Module::fanSpeed, WidestTextInputs::of(machine.inputs()));
 
     machine.fans[0].currentRPM = 12000;
     std::string after;
-    appendWidestText(after, Module::fanSpeed, machine.inputs());
+    appendWidestText(after, Module::fanSpeed, WidestTextInputs::of(machine.inputs()));
 
     EXPECT_EQ(before, "9999 RPM");
     EXPECT_EQ(after, before);
