@@ -16,7 +16,8 @@ inline constexpr std::uint32_t interfaceRunning = 0x40;
 /// Address families that are in use; every other one crosses the port as `other`.
 enum class AddressFamily : std::uint8_t { other = 0, ipv4 = 2, link = 18 };
 
-/// Traffic counters of a link-level entry, in bytes since the interface came up.
+/// Traffic counters of a link-level entry, in bytes since some moment in the past. They outlast the interface's
+/// going down and coming up, and begin at 0 where it is made anew.
 struct InterfaceStatistics {
     std::uint64_t receivedBytes = 0;
     std::uint64_t sentBytes = 0;

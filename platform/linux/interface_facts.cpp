@@ -42,6 +42,17 @@ Group groupOf(const InterfaceFacts& facts) {
     return facts.isTunnel ? Group::tunnel : Group::plain;
 }
 
+using Interfaces = std::vector<InterfaceFacts>;
+
+/// Whether hardware lies directly below; `deepest` more layers are looked through.
+bool ridesOnHardware(const Interfaces& interfaces, const InterfaceFacts& upper, int deepest) {
+    return std::ranges::any_of(upper.lowerNames, [&](const std::string& name) {
+        const auto lower = std::ranges::find(interfaces, name, &InterfaceFacts::name);
+        return lower != interfaces.end() &&
+               (lower->isHardware || (deepest > 0 && ridesOnHardware(interfaces, *lower, deepest - 1)));
+    });
+}
+
 }  // namespace
 
 InterfaceFacts readInterfaceFacts(const std::string& root, const std::string& name) {
@@ -69,18 +80,16 @@ InterfaceFacts readInterfaceFacts(const std::string& root, const std::string& na
     return facts;
 }
 
-std::vector<bool> repeatsTraffic(const std::vector<InterfaceFacts>& interfaces) {
-    const auto isHardwareName = [&interfaces](const std::string& name) {
-        const auto found = std::ranges::find(interfaces, name, &InterfaceFacts::name);
-        return found != interfaces.end() && found->isHardware;
-    };
+std::vector<InterfaceStanding> standings(const Interfaces& interfaces) {
+    // A VLAN of a bridge above a bond is about as deep as anybody builds.
+    constexpr int deepest = 4;
     // Ports of a switch chip and paravirtual cards have a device and yet ride on the card that moves the data.
     const auto hasOwn = [&](const InterfaceFacts& facts) {
-        return facts.isLoopback || (facts.isHardware && std::ranges::none_of(facts.lowerNames, isHardwareName));
+        return facts.isLoopback || (facts.isHardware && !ridesOnHardware(interfaces, facts, 0));
     };
     const auto isCarried = [&](const InterfaceFacts& facts) {
-        return facts.isBridgePort || (facts.isBridge ? std::ranges::any_of(facts.lowerNames, isHardwareName)
-                                                     : !facts.lowerNames.empty());
+        return facts.isBridgePort ||
+               (facts.isBridge ? ridesOnHardware(interfaces, facts, deepest) : !facts.lowerNames.empty());
     };
     bool isHardwareUp = false;
     std::optional<Group> outermost;
@@ -93,12 +102,17 @@ std::vector<bool> repeatsTraffic(const std::vector<InterfaceFacts>& interfaces) 
             outermost = std::min(outermost.value_or(Group::tunnel), groupOf(facts));
         }
     }
-    std::vector<bool> repeats;
+    std::vector<InterfaceStanding> result;
     for (const auto& facts : interfaces) {
-        const bool isInner = outermost && groupOf(facts) != *outermost;
-        repeats.push_back(!hasOwn(facts) && (isCarried(facts) || isHardwareUp || isInner));
+        const bool isBehindAnother = outermost && groupOf(facts) != *outermost;
+        if (hasOwn(facts) || !(isCarried(facts) || isHardwareUp || isBehindAnother)) {
+            result.push_back(InterfaceStanding::counted);
+        } else {
+            const bool leadsOut = !facts.isBridgePort && ridesOnHardware(interfaces, facts, deepest);
+            result.push_back(leadsOut ? InterfaceStanding::carried : InterfaceStanding::inner);
+        }
     }
-    return repeats;
+    return result;
 }
 
 }  // namespace kestro

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -22,13 +23,20 @@ struct InterfaceFacts {
 /// whose name is no file name, has none.
 InterfaceFacts readInterfaceFacts(const std::string& root, const std::string& name);
 
-/// For each interface, whether it only repeats the traffic of another one and must not be counted as well.
+/// What an interface's traffic is to the machine.
+enum class InterfaceStanding : std::uint8_t {
+    counted,  ///< traffic of its own
+    carried,  ///< repeats what the hardware below it moves: a bond, a VLAN, a bridge above hardware
+    inner,    ///< repeats it too, and leads to containers, virtual machines or a tunnel's far end
+};
+
+/// The standing of each interface among the others.
 ///
-/// Hardware that does not ride on other hardware and the loopback interface never do. Whatever rides on another
-/// interface does (bonds, VLANs, bridges above hardware), as do the members of a bridge. What is left has no
-/// hardware below it and repeats whatever hardware is up (bridges of containers, tun, WireGuard); without any, the
-/// first of these groups that is up counts: a container's veth and other plain interfaces, then bridges, then
-/// tunnels.
-std::vector<bool> repeatsTraffic(const std::vector<InterfaceFacts>& interfaces);
+/// Hardware that does not ride on other hardware and the loopback interface are always counted. Whatever rides on
+/// another interface is not (bonds, VLANs, bridges above hardware), nor are the members of a bridge. What is left
+/// has no hardware below it and repeats whatever hardware is up (bridges of containers, tun, WireGuard); without
+/// any, the first of these groups that is up is counted: a container's veth and other plain interfaces, then
+/// bridges, then tunnels.
+std::vector<InterfaceStanding> standings(const std::vector<InterfaceFacts>& interfaces);
 
 }  // namespace kestro

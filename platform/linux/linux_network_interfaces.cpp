@@ -16,31 +16,32 @@ bool isLinkLevel(const InterfaceEntry& entry) {
     return entry.address && entry.address->family == AddressFamily::link;
 }
 
-/// Leaves out the link-level entries of interfaces that only repeat the traffic of others, and lists what is left
-/// of them after the interfaces with traffic of their own: a container's bridge is not the way to the network.
+bool isActive(const InterfaceEntry& entry) {
+    constexpr auto active = interfaceUp | interfaceRunning;
+    return (entry.flags & active) == active;
+}
+
+/// Leaves out the link-level entries of interfaces that only repeat the traffic of others, and lists the rest of
+/// them after the interfaces with traffic of their own: a container's bridge is not the way to the network.
 void orderByTraffic(const std::string& root, std::vector<InterfaceEntry>& entries) {
     std::vector<InterfaceFacts> facts;
     for (const auto& entry : entries) {
         if (isLinkLevel(entry)) {
-            constexpr auto active = interfaceUp | interfaceRunning;
             facts.push_back(readInterfaceFacts(root, entry.name));
             facts.back().isLoopback = (entry.flags & interfaceLoopback) != 0;
-            facts.back().isUp = (entry.flags & active) == active;
+            facts.back().isUp = isActive(entry);
         }
     }
-    const auto repeats = repeatsTraffic(facts);
-    std::vector<std::string> repeating;
-    std::size_t link = 0;
+    const auto standing = standings(facts);
+    const auto standingOf = [&](const InterfaceEntry& entry) {
+        const auto found = std::ranges::find(facts, entry.name, &InterfaceFacts::name);
+        return found != facts.end() ? standing[static_cast<std::size_t>(found - facts.begin())]
+                                    : InterfaceStanding::counted;
+    };
     std::erase_if(entries, [&](const InterfaceEntry& entry) {
-        const bool dropped = isLinkLevel(entry) && repeats[link++];
-        if (dropped) {
-            repeating.push_back(entry.name);
-        }
-        return dropped;
+        return isLinkLevel(entry) && standingOf(entry) != InterfaceStanding::counted;
     });
-    std::stable_partition(entries.begin(), entries.end(), [&](const InterfaceEntry& entry) {
-        return std::ranges::find(repeating, entry.name) == repeating.end();
-    });
+    std::ranges::stable_sort(entries, {}, standingOf);
 }
 
 }  // namespace
@@ -57,8 +58,20 @@ bool LinuxNetworkInterfaces::refreshEntries() {
     entries_ = source_->list();
     if (entries_) {
         orderByTraffic(root_, *entries_);
+        areLinksFollowed_ = false;
     }
     return entries_.has_value();
+}
+
+void LinuxNetworkInterfaces::followLinks() {
+    std::vector<std::string_view> links;
+    for (const auto& entry : *entries_) {
+        if (isLinkLevel(entry) && isActive(entry) && (entry.flags & interfaceLoopback) == 0) {
+            links.emplace_back(entry.name);
+        }
+    }
+    counted_.follow(links, traffic_);
+    areLinksFollowed_ = true;
 }
 
 std::optional<std::vector<InterfaceEntry>> LinuxNetworkInterfaces::getifaddrs() {
@@ -69,11 +82,16 @@ std::optional<std::vector<InterfaceEntry>> LinuxNetworkInterfaces::getifaddrs() 
     if (const auto text = counters_.read(buffer_)) {
         parseInterfaceTraffic(*text, traffic_);
     }
+    if (!areLinksFollowed_) {
+        followLinks();
+    }
     auto entries = entries_;
     for (auto& entry : *entries) {
         if (isLinkLevel(entry)) {
             const auto found = std::ranges::find(traffic_, entry.name, &InterfaceTraffic::name);
-            entry.statistics = found != traffic_.end() ? std::optional(found->statistics) : std::nullopt;
+            entry.statistics = found != traffic_.end()
+                                   ? std::optional(counted_.sinceCounted(entry.name, found->statistics))
+                                   : std::nullopt;
         }
     }
     return entries;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/platform/network_interfaces.h"
+#include "platform/linux/counted_traffic.h"
 #include "platform/linux/interface_source.h"
 #include "platform/linux/interface_traffic.h"
 #include "platform/linux/kernel_files.h"
@@ -13,7 +14,9 @@
 namespace kestro {
 
 /// The machine's interfaces with 64-bit counters. Main thread. While the list of interfaces is unchanged, a call
-/// costs one read of /proc/net/dev for the counters of all of them.
+/// costs one read of /proc/net/dev for the counters of all of them. Interfaces that only repeat the traffic of
+/// others have no link-level entry and come last, those of containers and tunnels after the rest; the counters of
+/// a link that joins those with traffic of their own start at 0.
 class LinuxNetworkInterfaces final : public NetworkInterfaces {
 public:
     /// `root` is where the machine's file system is mounted; no `source` stands for the running kernel.
@@ -24,6 +27,7 @@ public:
 
 private:
     bool refreshEntries();
+    void followLinks();
 
     std::string root_;
     std::unique_ptr<InterfaceSource> source_;
@@ -31,6 +35,8 @@ private:
     PersistentFile counters_;
     std::vector<InterfaceTraffic> traffic_;
     std::optional<std::vector<InterfaceEntry>> entries_;  ///< without statistics
+    CountedTraffic counted_;
+    bool areLinksFollowed_ = false;  ///< whether `counted_` has seen the links of `entries_`
 };
 
 }  // namespace kestro

@@ -59,10 +59,10 @@ InterfaceFacts tunnel(std::string name) {
 
 /// Names of those that count.
 std::vector<std::string> counted(const std::vector<InterfaceFacts>& interfaces) {
-    const auto repeats = repeatsTraffic(interfaces);
+    const auto standing = standings(interfaces);
     std::vector<std::string> names;
     for (std::size_t index = 0; index < interfaces.size(); ++index) {
-        if (!repeats[index]) {
+        if (standing[index] == InterfaceStanding::counted) {
             names.push_back(interfaces[index].name);
         }
     }
@@ -71,34 +71,34 @@ std::vector<std::string> counted(const std::vector<InterfaceFacts>& interfaces) 
 
 using Names = std::vector<std::string>;
 
-TEST(RepeatsTraffic, CountsHardwareAndNotWhatLiesAboveIt) {
+TEST(Standings, CountsHardwareAndNotWhatLiesAboveIt) {
     EXPECT_EQ(counted({loopback(), hardware("eth0"), hardware("eth1"), above("bond0", {"eth0", "eth1"}),
                        above("bond0.30", {"bond0"}), bridge("br0", {"bond0.30"})}),
               (Names{"lo", "eth0", "eth1"}));
 }
 
-TEST(RepeatsTraffic, CountsNoContainersOrVirtualMachinesBesideHardware) {
+TEST(Standings, CountsNoContainersOrVirtualMachinesBesideHardware) {
     EXPECT_EQ(
         counted({hardware("eth0"), bridge("docker0", {"veth1"}), port("veth1"), port("vnet0"), plain("veth2")}),
         (Names{"eth0"}));
 }
 
-TEST(RepeatsTraffic, CountsNoTunnelWhileHardwareIsUp) {
+TEST(Standings, CountsNoTunnelWhileHardwareIsUp) {
     EXPECT_EQ(counted({hardware("wlan0"), tunnel("wg0"), tunnel("tun0")}), (Names{"wlan0"}));
 }
 
-TEST(RepeatsTraffic, CountsTheTunnelWhenNoHardwareIsUp) {
+TEST(Standings, CountsTheTunnelWhenNoHardwareIsUp) {
     EXPECT_EQ(counted({loopback(), hardware("wlan0", false), tunnel("ppp0")}), (Names{"lo", "wlan0", "ppp0"}));
 }
 
-TEST(RepeatsTraffic, CountsAHardwareInterfaceThatIsABridgesPort) {
+TEST(Standings, CountsAHardwareInterfaceThatIsABridgesPort) {
     auto wired = hardware("eth0");
     wired.isBridgePort = true;
 
     EXPECT_EQ(counted({wired, bridge("br0", {"eth0", "vnet0"}), port("vnet0")}), (Names{"eth0"}));
 }
 
-TEST(RepeatsTraffic, CountsHardwareThatOtherHardwareRidesOnOnce) {
+TEST(Standings, CountsHardwareThatOtherHardwareRidesOnOnce) {
     auto synthetic = hardware("eth0");
     synthetic.lowerNames = {"enP1s1"};
     auto alone = hardware("eth1");
@@ -107,22 +107,42 @@ TEST(RepeatsTraffic, CountsHardwareThatOtherHardwareRidesOnOnce) {
     EXPECT_EQ(counted({synthetic, hardware("enP1s1"), alone}), (Names{"enP1s1", "eth1"}));
 }
 
-TEST(RepeatsTraffic, CountsAContainersOnlyVeth) {
+TEST(Standings, CountsAContainersOnlyVeth) {
     EXPECT_EQ(counted({loopback(), plain("eth0")}), (Names{"lo", "eth0"}));
 }
 
-TEST(RepeatsTraffic, CountsAContainersVethAndNotWhatItCarries) {
+TEST(Standings, CountsAContainersVethAndNotWhatItCarries) {
     EXPECT_EQ(counted({loopback(), plain("eth0"), bridge("docker0", {"veth1"}), port("veth1"), tunnel("wg0"),
                        above("eth0.5", {"eth0"})}),
               (Names{"lo", "eth0"}));
 }
 
-TEST(RepeatsTraffic, CountsABridgeThatIsAllThereIs) {
+TEST(Standings, CountsABridgeThatIsAllThereIs) {
     EXPECT_EQ(counted({bridge("br0", {"veth1"}), port("veth1"), tunnel("tun0")}), (Names{"br0"}));
 }
 
-TEST(RepeatsTraffic, HasNothingToSayOfNothing) {
-    EXPECT_TRUE(repeatsTraffic({}).empty());
+TEST(Standings, HasNothingToSayOfNothing) {
+    EXPECT_TRUE(standings({}).empty());
+}
+
+TEST(Standings, TellsTheWayOutFromTheWayIn) {
+    using enum InterfaceStanding;
+    auto wired = hardware("eth0");
+    wired.isBridgePort = true;
+
+    EXPECT_EQ(standings({hardware("eth1"), above("bond0", {"eth1"}), above("bond0.30", {"bond0"}),
+                         bridge("br0", {"bond0.30", "vnet0"}), port("vnet0")}),
+              (std::vector{counted, carried, carried, carried, inner}));
+    EXPECT_EQ(
+        standings({wired, bridge("br0", {"eth0"}), bridge("docker0", {"veth1"}), port("veth1"), tunnel("wg0")}),
+        (std::vector{counted, carried, inner, inner, inner}));
+}
+
+TEST(Standings, AreFoundForLayersThatMakeNoSense) {
+    using enum InterfaceStanding;
+
+    EXPECT_EQ(standings({hardware("eth0"), above("a", {"b"}), above("b", {"a"}), bridge("self", {"self"})}),
+              (std::vector{counted, inner, inner, inner}));
 }
 
 TEST(ReadInterfaceFacts, TellsTheKindsApart) {

@@ -1,12 +1,15 @@
 #include "platform/linux/linux_network_interfaces.h"
 
+#include "core/telemetry/network_reader.h"
 #include "tests/platform/linux/recorded_interfaces.h"
 #include "tests/platform/linux/support.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <map>
+#include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -86,6 +89,69 @@ TEST(LinuxNetworkInterfaces, ListsWhatOnlyRepeatsTrafficLast) {
         names.push_back(entry.name);
     }
     EXPECT_THAT(names, ElementsAre("eno1", "eno1", "docker0"));
+}
+
+TEST(LinuxNetworkInterfaces, ListsABridgeAboveHardwareBeforeThoseOfContainers) {
+    TemporaryTree tree;
+    tree.copyFrom("pc-coretemp")
+        .write("/sys/class/net/br0/bridge/bridge_id", "")
+        .write("/sys/class/net/br0/lower_eno1/type", "1\n")
+        .write("/getifaddrs",
+               "eno1 0x1043 link\ndocker0 0x1043 link\nbr0 0x1043 link\n"
+               "docker0 0x1043 ipv4 172.17.0.1\nbr0 0x1043 ipv4 192.168.1.20\n");
+
+    const auto entries = Machine(tree.root()).interfaces->getifaddrs();
+
+    ASSERT_TRUE(entries);
+    std::vector<std::string> names;
+    for (const auto& entry : *entries) {
+        names.push_back(entry.name);
+    }
+    EXPECT_THAT(names, ElementsAre("eno1", "br0", "docker0"));
+}
+
+/// A laptop whose wireless link a test takes away, while the tunnels above it stay.
+class RoamingLaptop {
+public:
+    RoamingLaptop() { tree.copyFrom("hybrid-laptop"); }
+
+    void setLink(bool isUp) {
+        tree.write("/getifaddrs", std::string("lo 0x10049 link\nwlp0s20f3 ") + (isUp ? "0x11043" : "0x1003") +
+                                      " link\nwg0 0x100d1 link\n");
+        machine->source->changed = true;
+    }
+
+    double downloadAfter(std::uint64_t wireless, std::uint64_t tunnel) {
+        tree.write("/proc/net/dev", fmt::format("lo: 1 0 0 0 0 0 0 0 1 0\nwlp0s20f3: {} 0 0 0 0 0 0 0 1 0\n"
+                                                "wg0: {} 0 0 0 0 0 0 0 1 0\n",
+                                                wireless, tunnel));
+        clock.advance(std::chrono::seconds(1));
+        return reader.read().downloadBytesPerSec;
+    }
+
+    TemporaryTree tree;
+    test::ManualClock clock;
+    std::unique_ptr<Machine> machine = std::make_unique<Machine>(tree.root());
+    NetworkReader reader{*machine->interfaces, clock};
+};
+
+TEST(LinuxNetworkInterfaces, ALinkThatComesBackBringsNoTrafficOfThePast) {
+    constexpr std::uint64_t days = 91'234'567'890;
+    RoamingLaptop laptop;
+    laptop.setLink(true);
+    laptop.downloadAfter(days, 5'000'000);
+    ASSERT_EQ(laptop.downloadAfter(days + 700, 5'000'000), 700);
+
+    laptop.setLink(false);
+    EXPECT_EQ(laptop.downloadAfter(days + 700, 5'000'000), 0);
+    EXPECT_EQ(laptop.downloadAfter(days + 700, 5'000'100), 0);
+    EXPECT_EQ(laptop.downloadAfter(days + 700, 5'000'300), 200);
+
+    laptop.setLink(true);
+    EXPECT_EQ(laptop.downloadAfter(days + 1'000, 5'000'300), 0);
+    EXPECT_EQ(laptop.downloadAfter(days + 1'000, 5'000'300), 0);
+    EXPECT_EQ(laptop.downloadAfter(days + 1'400, 5'000'300), 0);
+    EXPECT_EQ(laptop.downloadAfter(days + 2'000, 5'000'300), 600);
 }
 
 TEST(LinuxNetworkInterfaces, CountsPast32Bits) {
