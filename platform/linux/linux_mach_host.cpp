@@ -17,6 +17,13 @@ std::size_t systemPageSize() {
     return size > 0 ? static_cast<std::size_t>(size) : 4096;
 }
 
+/// Adds what a counter grew by since it was last read; one that went backwards has stood still.
+void advance(std::uint32_t& total, std::uint32_t before, std::uint32_t now) {
+    // Counters wrap at 32 bits, so that the sign of the difference tells the direction.
+    const auto growth = static_cast<std::int32_t>(now - before);
+    total += growth > 0 ? static_cast<std::uint32_t>(growth) : 0;
+}
+
 }  // namespace
 
 LinuxMachHost::LinuxMachHost(const Clock& clock, std::string root, std::size_t pageSize)
@@ -56,10 +63,15 @@ void LinuxMachHost::assignSlots() {
         auto& slot = slotOfCpu_[core.cpu];
         if (slot < 0) {
             slot = static_cast<std::int32_t>(slots_.size());
-            slots_.push_back(core);
-        } else {
-            slots_[static_cast<std::size_t>(slot)] = core;
+            slots_.push_back({core, core});
+            continue;
         }
+        auto& [latest, total] = slots_[static_cast<std::size_t>(slot)];
+        advance(total.user, latest.user, core.user);
+        advance(total.system, latest.system, core.system);
+        advance(total.idle, latest.idle, core.idle);
+        advance(total.nice, latest.nice, core.nice);
+        latest = core;
     }
 }
 
@@ -84,11 +96,11 @@ std::optional<ProcessorLoadInfo> LinuxMachHost::hostProcessorInfo() {
     const std::size_t integerCount = slots_.size() * 4;
     std::int32_t* const integers = lendArray(integerCount);
     auto* next = integers;
-    for (const auto& core : slots_) {
-        *next++ = static_cast<std::int32_t>(core.user);
-        *next++ = static_cast<std::int32_t>(core.system);
-        *next++ = static_cast<std::int32_t>(core.idle);
-        *next++ = static_cast<std::int32_t>(core.nice);
+    for (const auto& [latest, total] : slots_) {
+        *next++ = static_cast<std::int32_t>(total.user);
+        *next++ = static_cast<std::int32_t>(total.system);
+        *next++ = static_cast<std::int32_t>(total.idle);
+        *next++ = static_cast<std::int32_t>(total.nice);
     }
     return ProcessorLoadInfo{static_cast<std::uint32_t>(slots_.size()), {integers, integerCount}};
 }

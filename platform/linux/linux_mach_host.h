@@ -21,6 +21,9 @@ namespace kestro {
 /// Cores are listed with the performance cores first, then the efficiency cores, each by number. A core keeps
 /// its place for as long as this object lives: one that goes offline keeps its last ticks and so reads as
 /// doing nothing, and one that appears later is appended. Cores that are offline from the start are not listed.
+///
+/// Ticks never go backwards, although the kernel's do: idle time restarts from 0 on many kernels when a core
+/// comes back, as all but one do after a suspend, and the share of it that waits for I/O is an estimate.
 class LinuxMachHost final : public MachHost {
 public:
     /// `root` is where the machine's file system is mounted; `pageSize` is that machine's, 0 for this one's.
@@ -51,8 +54,14 @@ private:
     MemoryPoolReader pools_;
 
     std::size_t statPrefix_;
+    /// A core in its place in the answer.
+    struct Slot {
+        CoreTicks latest;  ///< as last read
+        CoreTicks total;   ///< what is answered
+    };
+
     std::vector<CoreTicks> cores_;         ///< as last read
-    std::vector<CoreTicks> slots_;         ///< every core ever seen, in the order of the answer
+    std::vector<Slot> slots_;              ///< every core ever seen, in the order of the answer
     std::vector<std::int32_t> slotOfCpu_;  ///< -1: never seen
     std::vector<TickArray> arrays_;
 };

@@ -93,6 +93,35 @@ TEST(LinuxMachHost, KeepsThePlaceOfACoreThatGoesOffline) {
     EXPECT_EQ(userTicks(host), (std::vector{12, 25, 34}));
 }
 
+TEST(LinuxMachHost, TicksNeverGoBackwards) {
+    ManualClock clock;
+    TemporaryTree tree;
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 100 30 20 1000 50\nintr 0\n");
+    LinuxMachHost host(clock, tree.root());
+    ASSERT_EQ(ticks(host), (std::vector{100, 20, 1050, 30}));
+
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 106 30 20 1000 45\nintr 0\n");
+    EXPECT_EQ(ticks(host), (std::vector{106, 20, 1050, 30}));
+
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 107 31 22 0 0\nintr 0\n");
+    EXPECT_EQ(ticks(host), (std::vector{107, 22, 1050, 31}));
+
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 107 31 22 40 2\nintr 0\n");
+    EXPECT_EQ(ticks(host), (std::vector{107, 22, 1092, 31}));
+}
+
+TEST(LinuxMachHost, TicksGoOnPast32Bits) {
+    ManualClock clock;
+    TemporaryTree tree;
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 4294967290 0 0 0\nintr 0\n");
+    LinuxMachHost host(clock, tree.root());
+    ASSERT_EQ(userTicks(host), (std::vector{-6}));
+
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 4294967301 0 0 0\nintr 0\n");
+
+    EXPECT_EQ(userTicks(host), (std::vector{5}));
+}
+
 TEST(LinuxMachHost, AppendsACoreThatAppearsLater) {
     ManualClock clock;
     TemporaryTree tree;
