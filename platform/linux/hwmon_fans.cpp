@@ -20,11 +20,6 @@ std::optional<double> parseSpeed(std::string_view text) {
     return isPlausible ? std::optional(static_cast<double>(*speed)) : std::nullopt;
 }
 
-std::optional<double> readSpeed(const std::string& path) {
-    const auto text = readFile(path);
-    return text ? parseSpeed(*text) : std::nullopt;
-}
-
 }  // namespace
 
 HwmonFans::HwmonFans(std::string root)
@@ -38,22 +33,18 @@ void HwmonFans::refresh(MonotonicTime now) {
     if (due == SearchSchedule::Due::search) {
         search();
     }
+    for (auto& fan : fans_) {
+        readLimits(fan);
+    }
     listFans();
 }
 
 void HwmonFans::search() {
     fans_.clear();
-    const auto chips = listHwmonChips(root_);
+    auto chips = listHwmonChips(root_);
+    std::ranges::stable_sort(chips, {}, [](const HwmonChip& chip) { return chip.kind == ChipKind::repeating; });
     for (const auto& chip : chips) {
-        if (chip.kind != ChipKind::repeating) {
-            addFans(chip);
-        }
-    }
-    const bool isMachinesOwn = std::ranges::any_of(fans_, [](const Fan& fan) { return !fan.gate.canSleep(); });
-    for (const auto& chip : chips) {
-        if (chip.kind == ChipKind::repeating && !isMachinesOwn) {
-            addFans(chip);
-        }
+        addFans(chip);
     }
 }
 
@@ -74,25 +65,45 @@ void HwmonFans::addFans(const HwmonChip& chip) {
             fan.target.emplace(path + "_target", stayGone);
         }
         fan.gate = SleepGate(chip);
-        if (!fan.gate.isAsleep(buffer_)) {
-            fan.minimum = readSpeed(path + "_min");
-            fan.maximum = readSpeed(path + "_max");
-        }
-        fan.isListed = chip.kind != ChipKind::mainboard || label || haveTurned_.contains(fan.identity);
+        fan.minimum.path = path + "_min";
+        fan.maximum.path = path + "_max";
+        fan.isKnownToBeThere = chip.kind != ChipKind::mainboard || label || haveTurned_.contains(fan.identity);
+        fan.isRepeated = chip.kind == ChipKind::repeating;
         fans_.push_back(std::move(fan));
+    }
+}
+
+void HwmonFans::readLimits(Fan& fan) {
+    for (auto* limit : {&fan.minimum, &fan.maximum}) {
+        if (limit->value || limit->path.empty() || fan.gate.isAsleep(buffer_)) {
+            continue;
+        }
+        PersistentFile file(limit->path);
+        if (const auto text = file.read(buffer_)) {
+            limit->value = parseSpeed(*text);
+        }
+        if (limit->value || file.isGone()) {
+            limit->path.clear();
+        }
     }
 }
 
 void HwmonFans::listFans() {
     listed_.clear();
+    bool hasOwn = false;
     for (std::size_t index = 0; index < fans_.size(); ++index) {
         auto& fan = fans_[index];
-        if (!fan.isListed && read(fan.input).value_or(0) > 0) {
-            fan.isListed = true;
+        // Chips that tell again what others tell come last, and count only where the others tell nothing.
+        if (fan.isRepeated && hasOwn) {
+            break;
+        }
+        if (!fan.isKnownToBeThere && read(fan.input).value_or(0) > 0) {
+            fan.isKnownToBeThere = true;
             haveTurned_.insert(fan.identity);
         }
-        if (fan.isListed) {
+        if (fan.isKnownToBeThere) {
             listed_.push_back(index);
+            hasOwn = hasOwn || (!fan.isRepeated && !fan.gate.canSleep());
         }
     }
 }

@@ -32,23 +32,31 @@ public:
 
     /// nullopt: the fan has no such figure.
     std::optional<double> target(std::size_t fan);
-    std::optional<double> minimum(std::size_t fan) const { return fanAt(fan).minimum; }
-    std::optional<double> maximum(std::size_t fan) const { return fanAt(fan).maximum; }
+    std::optional<double> minimum(std::size_t fan) const { return fanAt(fan).minimum.value; }
+    std::optional<double> maximum(std::size_t fan) const { return fanAt(fan).maximum.value; }
     bool hasTarget(std::size_t fan) const { return fanAt(fan).target.has_value(); }
 
 private:
+    /// A figure that stays the same, read once. A device that sleeps or wakes up may not tell it at first.
+    struct Limit {
+        std::string path;  ///< empty: the fan has no such figure
+        std::optional<double> value;
+    };
+
     struct Fan {
         std::string identity;  ///< device, chip and label or number: the same after a renumbering
         PersistentFile input;
         std::optional<PersistentFile> target;
-        std::optional<double> minimum;
-        std::optional<double> maximum;
+        Limit minimum;
+        Limit maximum;
         SleepGate gate;
-        bool isListed = true;
+        bool isKnownToBeThere = true;  ///< it has a label, or was seen turning
+        bool isRepeated = false;       ///< another chip of the machine tells its fans, too
     };
 
     void search();
     void addFans(const HwmonChip& chip);
+    void readLimits(Fan& fan);
     void listFans();
     std::optional<double> read(PersistentFile& file);
     const Fan& fanAt(std::size_t fan) const { return fans_[listed_[fan]]; }

@@ -47,8 +47,9 @@ public:
     explicit PersistentFile(std::string path, WhenGone whenGone = WhenGone::openAgain)
         : path_(std::move(path)), whenGone_(whenGone) {}
 
-    /// What the file holds now; the view lasts until the buffer's next use. nullopt: it cannot be read, for
-    /// good when `isGone`, else for the moment (a sensor answers ENODATA while its device wakes up).
+    /// What the file holds now; the view lasts until the buffer's next use. nullopt: it cannot be read. When
+    /// `isGone`, that is so until the path names something again, and for good after a device that `stayGone`
+    /// took for lost; else for the moment (a sensor answers ENODATA while its device wakes up).
     std::optional<std::string_view> read(ReadBuffer& buffer);
 
     /// The same for at most the first `byteCount` bytes.

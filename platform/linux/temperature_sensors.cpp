@@ -33,29 +33,37 @@ bool holds(const std::string& path, std::string_view value) {
     return text && trimmedField(*text) == value;
 }
 
-/// Whether input `number` measures nothing: it says so, or is one that is commonly left open on mainboards.
-bool isUnconnected(const HwmonChip& chip, std::uint32_t number, const std::optional<std::string>& label) {
-    const auto prefix = chip.directory + "/temp" + std::to_string(number);
-    if (holds(prefix + "_fault", "1")) {
-        return true;
-    }
-    return chip.kind == ChipKind::mainboard &&
-           (holds(prefix + "_type", "0") || (label && isFloatingInput(*label)));
-}
-
 }  // namespace
 
 TemperatureSensors::TemperatureSensors(std::string root)
     : root_(std::move(root)), buffer_(4096), schedule_(pathUnder(root_, "/sys/class/hwmon")) {}
 
 void TemperatureSensors::refresh(MonotonicTime now) {
-    if (schedule_.due(now) == SearchSchedule::Due::search) {
+    const auto due = schedule_.due(now);
+    if (due == SearchSchedule::Due::search || (due == SearchSchedule::Due::check && isAnyRepaired())) {
         search();
     }
 }
 
+bool TemperatureSensors::isAnyRepaired() const {
+    return std::ranges::any_of(faults_, [](const std::string& path) { return holds(path, "0"); });
+}
+
+/// Whether input `number` measures nothing: it says so, or is one that is commonly left open on mainboards.
+bool TemperatureSensors::isUnconnected(const HwmonChip& chip, std::uint32_t number,
+                                       const std::optional<std::string>& label) {
+    const auto prefix = chip.directory + "/temp" + std::to_string(number);
+    if (holds(prefix + "_fault", "1")) {
+        faults_.push_back(prefix + "_fault");
+        return true;
+    }
+    return chip.kind == ChipKind::mainboard &&
+           (holds(prefix + "_type", "0") || (label && isFloatingInput(*label)));
+}
+
 void TemperatureSensors::search() {
     sensors_.clear();
+    faults_.clear();
     const auto chips = listHwmonChips(root_);
     std::vector<std::string> supplies;
     for (const auto& name : listDirectory(pathUnder(root_, "/sys/class/power_supply"))) {

@@ -47,6 +47,8 @@ private:
     };
 
     void search();
+    bool isAnyRepaired() const;
+    bool isUnconnected(const HwmonChip& chip, std::uint32_t number, const std::optional<std::string>& label);
     void addChip(const HwmonChip& chip);
     void addBatteries();
     void addZones(const std::vector<HwmonChip>& chips);
@@ -57,6 +59,7 @@ private:
     ReadBuffer buffer_;
     SearchSchedule schedule_;
     std::vector<Sensor> sensors_;
+    std::vector<std::string> faults_;  ///< files by which inputs said at the search that they measure nothing
 };
 
 }  // namespace kestro

@@ -1,5 +1,6 @@
 #include "platform/linux/kernel_files.h"
 
+#include "tests/platform/linux/failing_reads.h"
 #include "tests/platform/linux/support.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 namespace kestro {
 namespace {
 
+using test::FailingReads;
 using test::TemporaryTree;
 
 TEST(PersistentFile, SeesNewContentWithoutOpeningAgain) {
@@ -32,6 +34,66 @@ TEST(PersistentFile, SaysThatAMissingFileIsGoneAndFindsItWhenItAppears) {
     tree.write("/value", "7");
     EXPECT_EQ(file.read(buffer), "7");
     EXPECT_FALSE(file.isGone());
+}
+
+/// A file that was read once and whose device then went away, while another one took its name.
+class LeftFile {
+public:
+    explicit LeftFile(PersistentFile::WhenGone whenGone) : file(tree.root() + "/value", whenGone) {
+        tree.write("/value", "first");
+        EXPECT_EQ(file.read(buffer), "first");
+        tree.rename("/value", "/gone").write("/value", "second");
+    }
+
+    TemporaryTree tree;
+    ReadBuffer buffer;
+    PersistentFile file;
+};
+
+TEST(PersistentFile, OpensAgainWhatItsDeviceLeft) {
+    for (const int errorNumber : {ENODEV, ENOENT, ESTALE}) {
+        LeftFile left(PersistentFile::WhenGone::openAgain);
+        const FailingReads gone(left.tree.root() + "/gone", errorNumber);
+
+        EXPECT_EQ(left.file.read(left.buffer), "second") << errorNumber;
+        EXPECT_FALSE(left.file.isGone());
+    }
+}
+
+TEST(PersistentFile, StaysGoneWhereTheNameMayBelongToAnotherDevice) {
+    LeftFile left(PersistentFile::WhenGone::stayGone);
+    std::optional<FailingReads> gone(std::in_place, left.tree.root() + "/gone", ENODEV);
+
+    EXPECT_FALSE(left.file.read(left.buffer));
+    EXPECT_TRUE(left.file.isGone());
+    gone.reset();
+    EXPECT_FALSE(left.file.read(left.buffer));
+    EXPECT_TRUE(left.file.isGone());
+}
+
+TEST(PersistentFile, KeepsAFileThatHasNoReadingForAMoment) {
+    for (const auto whenGone : {PersistentFile::WhenGone::openAgain, PersistentFile::WhenGone::stayGone}) {
+        LeftFile left(whenGone);
+        std::optional<FailingReads> wakingUp(std::in_place, left.tree.root() + "/gone", ENODATA);
+
+        EXPECT_FALSE(left.file.read(left.buffer));
+        EXPECT_FALSE(left.file.isGone());
+        wakingUp.reset();
+        EXPECT_EQ(left.file.read(left.buffer), "first");
+    }
+}
+
+TEST(PersistentFile, GivesUpForThisTimeWhereTheNewDeviceIsGoneToo) {
+    TemporaryTree tree;
+    tree.write("/value", "7");
+    PersistentFile file(tree.root() + "/value");
+    ReadBuffer buffer;
+    std::optional<FailingReads> gone(std::in_place, tree.root() + "/value", ENODEV);
+
+    EXPECT_FALSE(file.read(buffer));
+    EXPECT_TRUE(file.isGone());
+    gone.reset();
+    EXPECT_EQ(file.read(buffer), "7");
 }
 
 TEST(PersistentFile, CanBeMovedWhileOpen) {

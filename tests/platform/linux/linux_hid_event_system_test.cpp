@@ -1,5 +1,6 @@
 #include "platform/linux/linux_hid_event_system.h"
 
+#include "tests/platform/linux/failing_reads.h"
 #include "tests/platform/linux/support.h"
 
 #include <gmock/gmock.h>
@@ -198,6 +199,38 @@ TEST(LinuxHIDEventSystem, LeavesOutInputsThatReportAFault) {
         .write("/sys/class/hwmon/hwmon0/temp3_type", "0\n");
 
     EXPECT_THAT(Sensors(tree.root()).names(), ElementsAre("it8686 temp1"));
+}
+
+TEST(LinuxHIDEventSystem, TakesAnInputUpWhoseFaultHasGone) {
+    TemporaryTree tree;
+    tree.write("/sys/class/hwmon/hwmon0/name", "it8686\n")
+        .write("/sys/class/hwmon/hwmon0/temp1_input", "33000\n")
+        .write("/sys/class/hwmon/hwmon0/temp2_input", "44000\n")
+        .write("/sys/class/hwmon/hwmon0/temp2_fault", "1\n");
+    Sensors sensors(tree.root());
+    ASSERT_THAT(sensors.names(), ElementsAre("it8686 temp1"));
+
+    tree.write("/sys/class/hwmon/hwmon0/temp2_fault", "0\n");
+
+    sensors.clock.advance(9s);
+    EXPECT_THAT(sensors.names(), ElementsAre("it8686 temp1"));
+    sensors.clock.advance(1s);
+    EXPECT_THAT(sensors.names(), ElementsAre("it8686 temp1", "it8686 temp2"));
+}
+
+TEST(LinuxHIDEventSystem, FindsADeviceAgainThatWentAwayUnderItsNumber) {
+    TemporaryTree tree;
+    tree.write("/sys/class/hwmon/hwmon0/name", "nvme\n").write("/sys/class/hwmon/hwmon0/temp1_input", "33000\n");
+    Sensors sensors(tree.root());
+    ASSERT_THAT(sensors.readings(), UnorderedElementsAre(Pair("nvme temp1", 33)));
+    tree.rename("/sys/class/hwmon/hwmon0/temp1_input", "/gone")
+        .write("/sys/class/hwmon/hwmon0/temp1_input", "34000\n");
+    const test::FailingReads gone(tree.root() + "/gone", ENODEV);
+
+    sensors.clock.advance(10s);
+    EXPECT_THAT(sensors.readings(), IsEmpty());
+    sensors.clock.advance(2s);
+    EXPECT_THAT(sensors.readings(), UnorderedElementsAre(Pair("nvme temp1", 34)));
 }
 
 TEST(LinuxHIDEventSystem, HasAnEmptyListOnAMachineWithoutSensors) {

@@ -1,5 +1,6 @@
 #include "platform/linux/linux_smc_service.h"
 
+#include "tests/platform/linux/failing_reads.h"
 #include "tests/platform/linux/support.h"
 
 #include <gtest/gtest.h>
@@ -190,6 +191,54 @@ TEST(LinuxSMCService, KeepsAFanThatHasNoReadingForAMoment) {
     EXPECT_EQ(controller.value("F0Ac"), 2100);
 }
 
+TEST(LinuxSMCService, FindsADeviceAgainThatWentAwayUnderItsNumber) {
+    TemporaryTree tree;
+    tree.write(at("name"), "thinkpad\n").write(at("fan1_input"), "2000\n");
+    Controller controller(tree.root());
+    ASSERT_EQ(controller.value("F0Ac"), 2000);
+    tree.rename(at("fan1_input"), "/gone").write(at("fan1_input"), "2100\n");
+    const test::FailingReads gone(tree.root() + "/gone", ENODEV);
+
+    EXPECT_FALSE(controller.value("F0Ac"));
+    EXPECT_EQ(controller.value("FNum"), 1);
+    controller.clock.advance(2s);
+    EXPECT_EQ(controller.value("FNum"), 1);
+    EXPECT_EQ(controller.value("F0Ac"), 2100);
+}
+
+TEST(LinuxSMCService, LearnsTheLimitsOfAGraphicsCardOnceItIsAwake) {
+    TemporaryTree tree;
+    tree.copyFrom("amd-desktop").write("/sys/class/hwmon/hwmon2/device/power/runtime_status", "suspended\n");
+    Controller controller(tree.root());
+    ASSERT_EQ(controller.value("FNum"), 1);
+    ASSERT_FALSE(controller.value("F0Mx"));
+
+    tree.write("/sys/class/hwmon/hwmon2/device/power/runtime_status", "active\n");
+    controller.clock.advance(10s);
+
+    EXPECT_EQ(controller.value("FNum"), 1);
+    EXPECT_EQ(controller.value("F0Mn"), 0);
+    EXPECT_EQ(controller.value("F0Mx"), 3300);
+}
+
+TEST(LinuxSMCService, LearnsALimitThatHadNoReadingForAMoment) {
+    TemporaryTree tree;
+    tree.write(at("name"), "applesmc\n")
+        .write(at("fan1_input"), "2000\n")
+        .write(at("fan1_min"), "1200\n")
+        .write(at("fan1_max"), "6000\n");
+    std::optional<test::FailingReads> wakingUp(std::in_place, tree.root() + at("fan1_max"), ENODATA);
+    Controller controller(tree.root());
+    EXPECT_EQ(controller.value("F0Mn"), 1200);
+    EXPECT_FALSE(controller.value("F0Mx"));
+
+    wakingUp.reset();
+    controller.clock.advance(10s);
+
+    EXPECT_EQ(controller.value("FNum"), 1);
+    EXPECT_EQ(controller.value("F0Mx"), 6000);
+}
+
 TEST(LinuxSMCService, DoesNotWakeASleepingGraphicsCard) {
     TemporaryTree tree;
     tree.copyFrom("amd-desktop")
@@ -214,6 +263,23 @@ TEST(LinuxSMCService, TakesARepeatingChipOnlyWhereThereIsNoOther) {
 
     EXPECT_EQ(both.value("FNum"), 1);
     EXPECT_EQ(both.value("F0Ac"), 3010);
+}
+
+TEST(LinuxSMCService, TakesARepeatingChipUntilAHeaderOfTheMainboardTurns) {
+    TemporaryTree tree;
+    tree.write(at("name"), "nct6798\n")
+        .write(at("fan1_input"), "0\n")
+        .write("/sys/class/hwmon/hwmon1/name", "acpi_fan\n")
+        .write("/sys/class/hwmon/hwmon1/fan1_input", "1500\n");
+    Controller controller(tree.root());
+    EXPECT_EQ(controller.value("FNum"), 1);
+    EXPECT_EQ(controller.value("F0Ac"), 1500);
+
+    tree.write(at("fan1_input"), "900\n");
+    controller.clock.advance(10s);
+
+    EXPECT_EQ(controller.value("FNum"), 1);
+    EXPECT_EQ(controller.value("F0Ac"), 900);
 }
 
 TEST(LinuxSMCService, AnswersTheKeysOfMoreThanTenFansUpToALimit) {

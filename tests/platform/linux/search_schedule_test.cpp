@@ -64,5 +64,20 @@ TEST_F(SearchScheduleTest, SearchesLessAndLessOftenWhileThatDoesNotHelp) {
     EXPECT_GE(searches, 10);
 }
 
+TEST_F(SearchScheduleTest, SearchesSoonAgainAfterATimeWithoutLosses) {
+    ASSERT_EQ(dueAfter(0s), Due::search);
+    for (int second = 0; second < 120; ++second) {
+        schedule.noteGone();
+        dueAfter(1s);
+    }
+    while (dueAfter(10s) != Due::check) {
+    }
+
+    schedule.noteGone();
+    EXPECT_EQ(dueAfter(1s), Due::search);
+    schedule.noteGone();
+    EXPECT_EQ(dueAfter(4s), Due::search);
+}
+
 }  // namespace
 }  // namespace kestro

@@ -1,0 +1,50 @@
+#include "tests/platform/linux/failing_reads.h"
+
+#include <fmt/format.h>
+#include <sys/syscall.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <string_view>
+
+namespace {
+
+thread_local std::string failingPath;
+thread_local int failingNumber = 0;
+
+bool isFailing(int descriptor) {
+    if (failingPath.empty()) {
+        return false;
+    }
+    std::array<char, 4096> target;
+    const auto link = fmt::format("/proc/self/fd/{}", descriptor);
+    const auto length = readlink(link.c_str(), target.data(), target.size());
+    return length > 0 && std::string_view(target.data(), static_cast<std::size_t>(length)) == failingPath;
+}
+
+}  // namespace
+
+// Takes the C library's place in this program.
+extern "C" ssize_t pread(int descriptor, void* bytes, std::size_t count, off_t offset) {
+    if (isFailing(descriptor)) {
+        errno = failingNumber;
+        return -1;
+    }
+    return syscall(SYS_pread64, descriptor, bytes, count, offset);
+}
+
+namespace kestro::test {
+
+FailingReads::FailingReads(const std::string& path, int errorNumber) {
+    failingPath = path;
+    failingNumber = errorNumber;
+}
+
+FailingReads::~FailingReads() {
+    failingPath.clear();
+}
+
+}  // namespace kestro::test
