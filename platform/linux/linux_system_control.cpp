@@ -26,7 +26,8 @@ LinuxSystemControl::LinuxSystemControl(const Clock& clock, std::string root)
       root_(std::move(root)),
       pressure_(pathUnder(root_, "/proc/pressure/memory")),
       swaps_(pathUnder(root_, "/proc/swaps")),
-      memInfo_(pathUnder(root_, "/proc/meminfo")) {}
+      memInfo_(pathUnder(root_, "/proc/meminfo")),
+      pools_(root_) {}
 
 LinuxSystemControl::CoreCounts LinuxSystemControl::countCores() {
     CoreCounts counts;
@@ -55,7 +56,10 @@ std::optional<std::int32_t> LinuxSystemControl::memoryPressureLevel() {
     }
     const auto text = memInfo_.read(buffer_);
     const auto info = text ? parseMemoryInfo(*text) : std::nullopt;
-    return info ? std::optional(pressureLevel(*info)) : std::nullopt;
+    if (!info) {
+        return std::nullopt;
+    }
+    return pressureLevel(*info, pools_.read(clock_.monotonicNow(), buffer_).reclaimableFileCache);
 }
 
 std::optional<std::int32_t> LinuxSystemControl::sysctlByNameInt32(std::string_view name) {

@@ -3,6 +3,7 @@
 #include "core/platform/clock.h"
 #include "core/platform/system_control.h"
 #include "platform/linux/kernel_files.h"
+#include "platform/linux/memory_pools.h"
 
 #include <cstdint>
 #include <optional>
@@ -41,6 +42,7 @@ private:
     PersistentFile pressure_;
     PersistentFile swaps_;
     PersistentFile memInfo_;
+    MemoryPoolReader pools_;
 };
 
 }  // namespace kestro

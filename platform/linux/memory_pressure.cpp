@@ -36,8 +36,9 @@ std::int32_t pressureLevel(const PressureStall& stall) {
     return stall.full >= 1 || stall.some >= 5 ? pressureWarning : pressureNormal;
 }
 
-std::int32_t pressureLevel(const MemoryInfo& info) {
-    const double share = static_cast<double>(info.available) / static_cast<double>(info.total);
+std::int32_t pressureLevel(const MemoryInfo& info, std::uint64_t reclaimable) {
+    const double available = static_cast<double>(info.available) + static_cast<double>(reclaimable);
+    const double share = available / static_cast<double>(info.total);
     if (share < 0.04) {
         return pressureCritical;
     }

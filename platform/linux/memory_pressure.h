@@ -27,7 +27,8 @@ inline constexpr std::int32_t pressureCritical = 4;
 /// Critical from 5 % of full or 20 % of some waiting on, warning from 1 % of full or 5 % of some.
 std::int32_t pressureLevel(const PressureStall& stall);
 
-/// Where the kernel does not measure stalls: critical below 4 % of memory available, warning below 10 %.
-std::int32_t pressureLevel(const MemoryInfo& info);
+/// Where the kernel does not measure stalls: critical below 4 % of memory available, warning below 10 %. A file
+/// system's own cache of `reclaimable` bytes, which the kernel does not know how to count, is available too.
+std::int32_t pressureLevel(const MemoryInfo& info, std::uint64_t reclaimable);
 
 }  // namespace kestro

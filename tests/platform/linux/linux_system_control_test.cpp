@@ -145,6 +145,16 @@ TEST(LinuxSystemControl, TakesThePressureFromAvailableMemoryWhereStallsAreNotMea
     EXPECT_EQ(control.sysctlByNameInt32(name), 1);
 }
 
+TEST(LinuxSystemControl, ACacheThatCanBeGivenBackPressesNobody) {
+    ManualClock clock;
+    TemporaryTree tree;
+    tree.write("/proc/meminfo", "MemTotal: 64000000 kB\nMemAvailable: 2000000 kB\n")
+        .write("/proc/spl/kstat/zfs/arcstats", "name type data\nc_min 4 1048576\nsize 4 58000000000\n");
+    LinuxSystemControl control(clock, tree.root());
+
+    EXPECT_EQ(control.sysctlByNameInt32("kern.memorystatus_vm_pressure_level"), 1);
+}
+
 TEST(LinuxSystemControl, KnowsWhenTheMachineWasStarted) {
     ManualClock clock;
     const auto time = LinuxSystemControl(clock, fixture("pc-coretemp")).bootTime();

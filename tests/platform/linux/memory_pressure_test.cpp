@@ -43,10 +43,12 @@ TEST(PressureLevel, FollowsTheStalls) {
 }
 
 TEST(PressureLevel, FollowsTheAvailableMemoryOtherwise) {
-    EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 100}), pressureNormal);
-    EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 99}), pressureWarning);
-    EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 40}), pressureWarning);
-    EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 39}), pressureCritical);
+    EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 100}, 0), pressureNormal);
+    EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 99}, 0), pressureWarning);
+    EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 40}, 0), pressureWarning);
+    EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 39}, 0), pressureCritical);
+    EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 39}, 1), pressureWarning);
+    EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 39}, 61), pressureNormal);
 }
 
 }  // namespace
