@@ -18,6 +18,10 @@ using Status = PowerSupply::Status;
 constexpr std::int64_t largestAmount = 10'000'000'000;
 constexpr double serviceShare = 0.8;
 
+// Just after the charger went, gauges tell a current of next to nothing, at which any battery would last for
+// weeks.
+constexpr std::int64_t longestMinutes = 7 * 24 * 60;
+
 constexpr std::array<std::pair<std::string_view, Amount PowerSupply::*>, 13> amounts{{
     {"CAPACITY", &PowerSupply::capacityPercent},
     {"CHARGE_NOW", &PowerSupply::chargeNow},
@@ -166,8 +170,8 @@ std::string worstHealth(const Batteries& batteries) {
     return "Normal";
 }
 
-/// Minutes until all batteries are empty; -1 while nobody can tell.
-std::int64_t minutesToEmpty(const Batteries& batteries) {
+/// As the figures have it; -1 without any.
+std::int64_t computedMinutesToEmpty(const Batteries& batteries) {
     if (batteries.size() == 1) {
         const auto& battery = *batteries.front();
         if (isAboveZero(battery.timeToEmptySeconds)) {
@@ -192,8 +196,15 @@ std::int64_t minutesToEmpty(const Batteries& batteries) {
     return power > 0 && energy > 0 ? energy * 60 / power : -1;
 }
 
-/// What the chargers say counts before what can be told from the batteries. A battery that neither charges nor
-/// discharges is held at its limit by external power, unless another one discharges: of two, one rests.
+/// Minutes until all batteries are empty; -1 while nobody can tell.
+std::int64_t minutesToEmpty(const Batteries& batteries) {
+    const auto minutes = computedMinutesToEmpty(batteries);
+    return minutes <= longestMinutes ? minutes : -1;
+}
+
+/// A charger that is online counts before what can be told from the batteries; one that is not may be one of
+/// several connectors. A battery that neither charges nor discharges is held at its limit by external power,
+/// unless another one discharges: of two, one rests.
 bool isPluggedIn(const std::vector<PowerSupply>& supplies, const Batteries& batteries) {
     bool hasCharger = false;
     for (const auto& supply : supplies) {

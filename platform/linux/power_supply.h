@@ -51,7 +51,8 @@ PowerSupply parsePowerSupply(std::string_view uevent);
 /// only its percentage, and several batteries together, state percent of 100. External power is there when a
 /// charger is online or a battery charges, is held at a limit, or is full on a machine that reports no charger.
 /// "BatteryHealth" is "Service Recommended" when a full charge is below 80 % of the design, the driver's word
-/// when that is worse than good, else "Normal". "Time to Empty" comes while discharging only; -1: not known yet.
+/// when that is worse than good, else "Normal". "Time to Empty" comes while discharging only, in minutes up to a
+/// week; -1: not known yet.
 std::optional<PowerSourceDescription> describeBatteries(const std::vector<PowerSupply>& supplies);
 
 }  // namespace kestro

@@ -208,6 +208,8 @@ TEST(DescribeBatteries, IsPluggedInByTheChargerHoweverTheBatteryFares) {
               "AC Power");
     EXPECT_EQ(text(*describeBatteries({battery(Status::full), charger(false)}), "Power Source State"),
               "Battery Power");
+    EXPECT_EQ(text(*describeBatteries({battery(Status::notCharging), charger(false)}), "Power Source State"),
+              "AC Power");
     EXPECT_EQ(text(*describeBatteries({battery(Status::full)}), "Power Source State"), "AC Power");
     EXPECT_EQ(text(*describeBatteries({battery(Status::unknown)}), "Power Source State"), "Battery Power");
 }
@@ -221,6 +223,18 @@ TEST(DescribeBatteries, CannotTellTheTimeWithoutADischarge) {
     EXPECT_EQ(integer(*describeBatteries({one}), "Time to Empty"), -1);
     one.timeToEmptySeconds = 3661;
     EXPECT_EQ(integer(*describeBatteries({one}), "Time to Empty"), 61);
+}
+
+TEST(DescribeBatteries, DoesNotBelieveThatABatteryLastsForWeeks) {
+    auto one = battery(Status::discharging);
+    one.chargeNow = 10'080'000;
+    one.currentNow = 60'000;
+    EXPECT_EQ(integer(*describeBatteries({one}), "Time to Empty"), 7 * 24 * 60);
+
+    one.currentNow = 59'994;
+    EXPECT_EQ(integer(*describeBatteries({one}), "Time to Empty"), -1);
+    one.timeToEmptySeconds = 9'000'000;
+    EXPECT_EQ(integer(*describeBatteries({one}), "Time to Empty"), -1);
 }
 
 TEST(DescribeBatteries, RecommendsServiceBelowFourFifthsOfTheDesign) {
@@ -261,6 +275,8 @@ TEST(DescribeBatteries, SurvivesAbsurdFigures) {
     ASSERT_TRUE(one && many);
     EXPECT_LE(integer(*one, "Current Capacity"), 100);
     EXPECT_LE(integer(*many, "Current Capacity"), 100);
+    EXPECT_EQ(integer(*one, "Time to Empty"), -1);
+    EXPECT_EQ(integer(*many, "Time to Empty"), -1);
 }
 
 }  // namespace
