@@ -152,11 +152,13 @@ bool waitForExit(pid_t child, Deadline deadline) {
         return waitForExitByLooking(child, deadline);
     }
     pollfd waiting{process.get(), POLLIN, 0};
-    int ready = 0;
-    do {
-        ready = poll(&waiting, 1, millisecondsUntil(deadline));
-    } while (ready < 0 && errno == EINTR);
-    return ready > 0;
+    for (;;) {
+        const int milliseconds = millisecondsUntil(deadline);
+        const int ready = poll(&waiting, 1, milliseconds);
+        if (ready > 0 || milliseconds == 0 || (ready < 0 && errno != EINTR)) {
+            return ready > 0;
+        }
+    }
 }
 
 }  // namespace
