@@ -50,6 +50,15 @@ std::string_view takePiece(std::string_view& text) {
     return piece;
 }
 
+bool beginsWithControl(std::string_view text) {
+    if (text.empty()) {
+        return false;
+    }
+    const auto first = static_cast<unsigned char>(text.front());
+    const bool isTwoByteControl = first == 0xC2 && text.size() > 1 && static_cast<unsigned char>(text[1]) < 0xA0;
+    return first < 0x20 || first == 0x7F || isTwoByteControl;
+}
+
 bool isValidUtf8(std::string_view bytes) {
     while (!bytes.empty()) {
         const auto length = utf8SequenceLength(bytes);

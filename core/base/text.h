@@ -18,6 +18,10 @@ std::string_view takePiece(std::string_view& text);
 /// nothing beyond U+10FFFF. 0: there is none.
 std::size_t utf8SequenceLength(std::string_view bytes);
 
+/// Whether the well-formed UTF-8 sequence at the start of `text` is a control character: U+0000 to U+001F, or
+/// U+007F to U+009F.
+bool beginsWithControl(std::string_view text);
+
 /// Whether `bytes` are well-formed UTF-8 to their end.
 bool isValidUtf8(std::string_view bytes);
 

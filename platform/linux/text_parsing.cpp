@@ -17,11 +17,6 @@ bool isTrimmable(char character) {
            character == '\f' || character == '\0';
 }
 
-bool isControl(char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    return byte < 0x20 || byte == 0x7F;
-}
-
 }  // namespace
 
 std::string_view trimmedField(std::string_view text) {
@@ -72,15 +67,15 @@ std::optional<std::string> displayText(std::string_view text) {
     }
     std::string result;
     result.reserve(text.size());
-    for (const char character : text) {
-        if (isBlank(character)) {
+    for (; !text.empty(); text.remove_prefix(utf8SequenceLength(text))) {
+        if (isBlank(text.front())) {
             if (result.back() != ' ') {
                 result += ' ';
             }
-        } else if (isControl(character)) {
+        } else if (beginsWithControl(text)) {
             return std::nullopt;
         } else {
-            result += character;
+            result += text.substr(0, utf8SequenceLength(text));
         }
     }
     return result;

@@ -30,6 +30,15 @@ TEST(Text, AcceptsWellFormedUtf8) {
     }
 }
 
+TEST(Text, KnowsControlCharacters) {
+    for (const std::string_view control : {"\t", "\x1F.", "\x7F", "\xC2\x80", "\xC2\x9F."}) {
+        EXPECT_TRUE(beginsWithControl(control)) << control;
+    }
+    for (const std::string_view other : {"", " ", "~", ".\t", "\xC2\xA0", "\xC3\x85"}) {
+        EXPECT_FALSE(beginsWithControl(other)) << other;
+    }
+}
+
 TEST(Text, RefusesWhatIsNotUtf8) {
     for (const std::string_view bad : {"\x80", "a\xFF", "\xC3", "\xE2\x82", "\xF0\x9F\x8E", "\xC0\x80", "\xC1\xBF",
                                        "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xF4\x90\x80\x80",

@@ -52,6 +52,7 @@ TEST(TextParsing, ShowsNoTextThatIsEmptyUnreadableOrTooLong) {
     EXPECT_FALSE(displayText(""));
     EXPECT_FALSE(displayText(" \n\0 "sv));
     EXPECT_FALSE(displayText("bell \a"));
+    EXPECT_FALSE(displayText("next line \xC2\x85"));
     EXPECT_FALSE(displayText("latin \xE9"));
     EXPECT_FALSE(displayText(std::string(257, 'x')));
     EXPECT_TRUE(displayText(std::string(256, 'x')));
