@@ -7,8 +7,10 @@
 
 namespace kestro {
 
-/// A client of the event system, and one of its services (a sensor). Valid until the next `copyServices`.
+/// A client of the event system. Valid for as long as the event system.
 using HIDClient = std::uint32_t;
+
+/// One of a client's services: a sensor. Valid until the client's next `copyServices`.
 using HIDService = std::uint32_t;
 
 /// The human-interface event system, which publishes the temperature sensors. Main thread.

@@ -22,7 +22,9 @@ struct CPUTelemetry {
     double systemUsage = 0;
     double userUsage = 0;
     double idleUsage = 0;
-    std::vector<CoreLoad> coreLoads;  ///< in core order; empty until two samples were taken
+    /// In core order, of the cores that this sample and the last successful one before it have; empty for the
+    /// first sample and for one that failed.
+    std::vector<CoreLoad> coreLoads;
     double cluster0Usage = 0;
     double cluster1Usage = 0;
     std::string cluster0Name;

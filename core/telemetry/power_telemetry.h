@@ -21,7 +21,7 @@ struct PowerTelemetry {
     static PowerTelemetry initial();
 
     /// One line for the user: "Charging (57%)", "Fully Charged / On AC", "3h 7m remaining",
-    /// "Discharging (57%)" or "AC Connected (No Battery)". Percentages and minutes are truncated.
+    /// "Discharging (57%)" or "AC Connected (No Battery)". Percentages are truncated.
     std::string statusDescription() const;
 
     friend bool operator==(const PowerTelemetry&, const PowerTelemetry&) = default;
