@@ -90,10 +90,14 @@ PowerSupply LinuxPowerSources::read(Source& source) {
 }
 
 std::optional<std::vector<std::optional<PowerSourceDescription>>> LinuxPowerSources::copyDescriptions() {
-    if (schedule_.due(clock_.monotonicNow()) == SearchSchedule::Due::search) {
+    const auto due = schedule_.due(clock_.monotonicNow());
+    if (due == SearchSchedule::Due::search) {
         search();
     }
-    if (sources_.empty() && !isDirectory(directory_)) {
+    if (due != SearchSchedule::Due::nothing) {
+        isSupported_ = isDirectory(directory_);
+    }
+    if (!isSupported_) {
         return std::nullopt;
     }
     supplies_.clear();

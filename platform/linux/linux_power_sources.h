@@ -37,6 +37,7 @@ private:
     std::string directory_;
     ReadBuffer buffer_;
     SearchSchedule schedule_;
+    bool isSupported_ = false;  ///< whether the kernel has power supplies, as of the last check
     std::vector<Source> sources_;
     std::vector<PowerSupply> supplies_;
 };

@@ -58,6 +58,21 @@ TEST(LinuxPowerSources, PublishesNothingWherePowerSuppliesAreUnknown) {
     EXPECT_FALSE(descriptions(fixture("no-such-machine")));
 }
 
+TEST(LinuxPowerSources, NoticesThatPowerSuppliesBecameKnown) {
+    ManualClock clock;
+    TemporaryTree tree;
+    LinuxPowerSources sources(clock, tree.root());
+    ASSERT_FALSE(sources.copyDescriptions());
+
+    tree.write("/sys/class/power_supply/AC/type", "Mains\n");
+    clock.advance(10s);
+    EXPECT_EQ(sources.copyDescriptions(), Descriptions{});
+
+    tree.remove("/sys/class/power_supply");
+    clock.advance(10s);
+    EXPECT_FALSE(sources.copyDescriptions());
+}
+
 TEST(LinuxPowerSources, ReadsTheSingleFilesWhereTheEventFails) {
     TemporaryTree tree;
     tree.write("/sys/class/power_supply/BAT1/type", "Battery\n")
