@@ -3,10 +3,9 @@
 #include "platform/linux/interface_facts.h"
 #include "platform/linux/text_parsing.h"
 
-#include <arpa/inet.h>
+#include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace kestro {
@@ -98,12 +97,10 @@ std::optional<std::vector<InterfaceEntry>> LinuxNetworkInterfaces::getifaddrs() 
 }
 
 std::optional<std::string> LinuxNetworkInterfaces::getnameinfo(const InterfaceAddress& address) {
-    std::array<char, INET_ADDRSTRLEN> text{};
-    if (address.family != AddressFamily::ipv4 ||
-        ::inet_ntop(AF_INET, address.ipv4.data(), text.data(), text.size()) == nullptr) {
+    if (address.family != AddressFamily::ipv4) {
         return std::nullopt;
     }
-    return std::string(text.data());
+    return fmt::format("{}", fmt::join(address.ipv4, "."));
 }
 
 }  // namespace kestro
