@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <vector>
+
 namespace kestro {
 namespace {
 
@@ -32,13 +34,22 @@ TEST_F(AppDelegateLaunch, LoadsTheApplicationIconBeforeAnyItemIsMade) {
     EXPECT_TRUE(hadIcon);
 }
 
-TEST_F(AppDelegateLaunch, ComposesTheFirstReadoutBeforeAnySample) {
+TEST_F(AppDelegateLaunch, ComposesTheFirstReadoutBeforeAnySampleAndAnyOtherItem) {
+    std::vector<StatusContent> beforeOthers;
+    bar.onCreate = [&] {
+        if (bar.contains(mainItem)) {
+            beforeOthers.push_back(shown());
+        }
+    };
+
     launch();
 
-    EXPECT_EQ(shown().title.text, QStringLiteral(" RAM -- · 0 RPM"));
-    EXPECT_EQ(shown().title.pointSize, 12);
-    EXPECT_EQ(shown().title.weight, 500);
-    EXPECT_EQ(shown().symbol, (StatusSymbol{QStringLiteral("waveform.path.ecg"), QStringLiteral("Kestro"), 12}));
+    ASSERT_EQ(beforeOthers.size(), 1U);
+    const StatusContent& first = beforeOthers.front();
+    EXPECT_EQ(first.title.text, QStringLiteral(" RAM -- · 0 RPM"));
+    EXPECT_EQ(first.title.pointSize, 12);
+    EXPECT_EQ(first.title.weight, 500);
+    EXPECT_EQ(first.symbol, (StatusSymbol{QStringLiteral("waveform.path.ecg"), QStringLiteral("Kestro"), 12}));
 }
 
 TEST_F(AppDelegateLaunch, ShowsNoWindowAndBuildsNoContent) {
