@@ -1,7 +1,8 @@
 #include "core/base/digit_grouping.h"
 
+#include "core/base/text.h"
+
 #include <fmt/format.h>
-#include <langinfo.h>
 #include <locale.h>
 
 #include <algorithm>
@@ -13,14 +14,10 @@ namespace {
 
 constexpr std::string_view noBreakSpace = "\u00A0";
 
-bool isAscii(std::string_view text) {
-    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 }  // namespace
 
 DigitGrouping DigitGrouping::ofLocale(const char* name) {
-    const locale_t locale = newlocale(LC_NUMERIC_MASK | LC_CTYPE_MASK, name, locale_t{});
+    const locale_t locale = newlocale(LC_NUMERIC_MASK, name, locale_t{});
     if (locale == locale_t{}) {
         return english();
     }
@@ -29,15 +26,14 @@ DigitGrouping DigitGrouping::ofLocale(const char* name) {
     const lconv* conventions = localeconv();
     DigitGrouping found{conventions->thousands_sep, conventions->grouping};
     const bool isPlainC = found.separator.empty() && std::string_view(conventions->decimal_point) == ".";
-    const bool isUtf8 = std::string_view(nl_langinfo(CODESET)) == "UTF-8";
     uselocale(previous);
     freelocale(locale);
 
     if (isPlainC) {
         return english();
     }
-    if (!isUtf8 && !isAscii(found.separator)) {
-        // In the legacy encodings the no-break space is the one separator beyond ASCII.
+    if (!isValidUtf8(found.separator)) {
+        // In the legacy encodings, where it is one byte, the no-break space is the one separator beyond ASCII.
         found.separator = noBreakSpace;
     }
     return found;

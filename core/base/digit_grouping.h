@@ -18,8 +18,9 @@ struct DigitGrouping {
     /// Thousands set apart by commas.
     static DigitGrouping english() { return {}; }
 
-    /// The grouping of the locale called `name` ("" is the user's own, by LC_ALL, LC_NUMERIC and LANG).
-    /// A locale that is not installed, and the "C" locale, which groups nothing, give the English one.
+    /// The grouping of the locale called `name` ("" is the user's own, by LC_ALL, LC_NUMERIC and LANG, whatever
+    /// the locale of the process is). A locale that is not installed, and the "C" locale, which groups nothing,
+    /// give the English one; a separator in another charset than UTF-8 is taken for the no-break space.
     static DigitGrouping ofLocale(const char* name);
 
     /// The user's grouping, read once.

@@ -1,13 +1,45 @@
 #include "core/base/digit_grouping.h"
 
+#include "tests/support/temporary_directory.h"
+
 #include <gtest/gtest.h>
 #include <locale.h>
 
+#include <clocale>
+#include <cstdlib>
 #include <limits>
 #include <string>
 
 namespace kestro {
 namespace {
+
+/// A user with French numbers in ISO 8859-1, in which the separator is the byte A0, and everything else in UTF-8.
+class NumbersInLatin1 {
+public:
+    NumbersInLatin1() {
+        const std::string make = "localedef --no-archive -i fr_FR -f ISO-8859-1 " + (directory_ / name);
+        isMade_ = std::system(make.c_str()) == 0;
+        setenv("LOCPATH", directory_.path().c_str(), 1);
+        setenv("LANG", "C.UTF-8", 1);
+        setenv("LC_NUMERIC", name, 1);
+        unsetenv("LC_ALL");
+    }
+    ~NumbersInLatin1() {
+        for (const char* variable : {"LOCPATH", "LANG", "LC_NUMERIC"}) {
+            unsetenv(variable);
+        }
+    }
+    NumbersInLatin1(const NumbersInLatin1&) = delete;
+    NumbersInLatin1& operator=(const NumbersInLatin1&) = delete;
+
+    bool isMade() const { return isMade_; }
+
+private:
+    static constexpr auto name = "fr_FR.ISO-8859-1";
+
+    TemporaryDirectory directory_;
+    bool isMade_ = false;
+};
 
 TEST(DigitGrouping, SetsThousandsApart) {
     EXPECT_EQ(groupedDigits(0, DigitGrouping::english()), "0");
@@ -41,6 +73,16 @@ TEST(DigitGrouping, TakesAnUnknownOrPlainLocaleForEnglish) {
     EXPECT_EQ(DigitGrouping::ofLocale("C"), DigitGrouping::english());
     EXPECT_EQ(DigitGrouping::ofLocale("C.UTF-8"), DigitGrouping::english());
     EXPECT_EQ(DigitGrouping::ofLocale("xx_NOWHERE"), DigitGrouping::english());
+}
+
+TEST(DigitGrouping, FollowsTheUserAndNotTheProcessAndIsUtf8InAnyCharset) {
+    const NumbersInLatin1 user;
+    ASSERT_TRUE(user.isMade());
+    ASSERT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
+
+    const DigitGrouping grouping = DigitGrouping::ofLocale("");
+
+    EXPECT_EQ(groupedDigits(1234567, grouping), "1\u00A0234\u00A0567");
 }
 
 TEST(DigitGrouping, LeavesTheLocaleOfTheProcessAsItWas) {
