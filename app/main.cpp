@@ -34,6 +34,7 @@
 #include <QDBusConnection>
 
 #include <chrono>
+#include <clocale>
 #include <cstdlib>
 
 namespace {
@@ -119,6 +120,8 @@ int main(int /*argumentCount*/, char** arguments) {
     // The program takes nothing from its command line, and neither does the toolkit.
     int ownName = 1;
     QApplication application(ownName, arguments);
+    // The application object takes over the user's locale, whose decimal point no stored number has.
+    std::setlocale(LC_NUMERIC, "C");
     QCoreApplication::setApplicationName(QStringLiteral("Kestro"));
     QGuiApplication::setDesktopFileName(QStringLiteral("kestro"));
     QGuiApplication::setQuitOnLastWindowClosed(false);

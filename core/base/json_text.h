@@ -6,7 +6,8 @@
 
 namespace kestro {
 
-/// The JSON value that the whole of `text` is; a discarded one when it is none. Pure; any thread.
+/// The JSON value that the whole of `text` is; a discarded one when it is none. Pure; any thread. The library
+/// reads fractions by the decimal point of the process's locale: LC_NUMERIC has to stay "C".
 template <typename Json = nlohmann::json>
 Json parsedJson(std::string_view text) {
     // The parser takes a zero byte, which no JSON holds, for the end of the text.

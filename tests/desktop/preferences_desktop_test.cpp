@@ -1,0 +1,50 @@
+#include "tests/desktop/shell_fixture.h"
+
+#include <gtest/gtest.h>
+
+namespace kestro {
+namespace {
+
+class PreferencesOnTheDesktop : public ShellFixture {
+protected:
+    const QString keepAwakeTab = QStringLiteral("\"Keep-Awake\"");
+
+    bool changeTheTab() {
+        notify(QStringLiteral("showSettings"), atTab(QStringLiteral("Keep-Awake")));
+        return appears(settings);
+    }
+};
+
+/// A user in whose language a decimal point and the mark between thousands are letters of two bytes.
+class PreferencesInPashto : public PreferencesOnTheDesktop {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+        session.output(QStringLiteral("localedef"),
+                       {QStringLiteral("--no-archive"), QStringLiteral("-i"), QStringLiteral("ps_AF"),
+                        QStringLiteral("-f"), QStringLiteral("UTF-8"), session.path(name)});
+        ASSERT_EQ(session.output(QStringLiteral("env"), variables + QStringList{QStringLiteral("locale"),
+                                                                                QStringLiteral("decimal_point")}),
+                  "\u066B\n");
+    }
+
+    const QString name = QStringLiteral("ps_AF.UTF-8");
+    const QStringList variables{QStringLiteral("LC_ALL=") + name,
+                                QStringLiteral("LOCPATH=") + session.path(QString())};
+};
+
+TEST_F(PreferencesInPashto, KeepTheirFractions) {
+    session.writePreferences(R"({"kestro.rampSmoothingSeconds": 1.5, "other": 0.25})");
+    kestro = &session.startKestro(variables);
+    ASSERT_TRUE(waitUntil([&] { return session.strip().has_value() || kestro->state() == QProcess::NotRunning; }));
+    ASSERT_EQ(kestro->state(), QProcess::Running);
+
+    ASSERT_TRUE(changeTheTab());
+
+    EXPECT_TRUE(waitUntil([&] { return preferences().contains(keepAwakeTab); }));
+    EXPECT_TRUE(preferences().contains(QStringLiteral("\"kestro.rampSmoothingSeconds\": 1.5,")));
+    EXPECT_TRUE(preferences().contains(QStringLiteral("\"other\": 0.25,")));
+}
+
+}  // namespace
+}  // namespace kestro
