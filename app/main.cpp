@@ -42,8 +42,12 @@ namespace {
 using namespace kestro;
 using namespace std::chrono_literals;
 
-/// The machine and the session behind the ports.
+/// The machine and the session behind the ports. Its construction reads the preferences, and puts a damaged
+/// file of them aside: only the first instance has one.
 struct LinuxDesktop {
+    explicit LinuxDesktop(BusNotifications& sessionNotifications) : notifications(sessionNotifications) {}
+
+    BusNotifications& notifications;
     QDBusConnection sessionBus = QDBusConnection::sessionBus();
     QDBusConnection systemBus = QDBusConnection::systemBus();
 
@@ -63,7 +67,6 @@ struct LinuxDesktop {
     PowerProfileScriptRunner scriptRunner{powerProfiles};
     DesktopPowerAssertions powerAssertions{sessionBus, systemBus};
     JsonUserDefaults userDefaults{runLoop, JsonUserDefaults::defaultPath()};
-    BusNotifications notifications{sessionBus};
     LinuxFileEvents fileEvents{runLoop};
 
     const Platform platform{
@@ -126,17 +129,19 @@ int main(int /*argumentCount*/, char** arguments) {
     QGuiApplication::setDesktopFileName(QStringLiteral("kestro"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
-    LinuxDesktop desktop;
-    Platform::install(desktop.platform);
-    const auto showDashboard = [&desktop] { desktop.notifications.post(notificationNames::showDashboard); };
+    const QDBusConnection sessionBus = QDBusConnection::sessionBus();
+    BusNotifications notifications(sessionBus);
+    const auto showDashboard = [&notifications] { notifications.post(notificationNames::showDashboard); };
     // Heard of before the name is taken: what a second start asks for meanwhile waits in the queue.
     const Subscription earlyCalls =
-        desktop.notifications.observe(notificationNames::showDashboard, [](const NotificationUserInfo&) {});
-    SingleInstance instance(desktop.sessionBus, SingleInstance::currentDisplay(), showDashboard);
+        notifications.observe(notificationNames::showDashboard, [](const NotificationUserInfo&) {});
+    SingleInstance instance(sessionBus, SingleInstance::currentDisplay(), showDashboard);
     if (!instance.isFirst()) {
-        instance.callFirst(desktop.notifications);
+        instance.callFirst(notifications);
         return EXIT_SUCCESS;
     }
+    LinuxDesktop desktop(notifications);
+    Platform::install(desktop.platform);
     desktop.userDefaults.flushAtExit();
     const UnixSignalNotifier signals([](int) { terminate(); });
     const int result = runFirstInstance(desktop);

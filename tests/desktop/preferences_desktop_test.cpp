@@ -1,6 +1,10 @@
 #include "tests/desktop/shell_fixture.h"
 
+#include <QDBusServiceWatcher>
+
 #include <gtest/gtest.h>
+
+#include <csignal>
 
 namespace kestro {
 namespace {
@@ -14,6 +18,33 @@ protected:
         return appears(settings);
     }
 };
+
+TEST_F(PreferencesOnTheDesktop, AreLeftAloneByASecondStart) {
+    constexpr auto halfAFile = R"({"kestro.isPinned": tr)";
+    launch();
+    session.writePreferences(halfAFile);
+
+    const QProcess& second = session.startKestro();
+
+    ASSERT_TRUE(waitUntil([&] { return second.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(second.exitCode(), 0);
+    EXPECT_EQ(preferences(), QString::fromUtf8(halfAFile));
+    EXPECT_FALSE(session.files().contains(QStringLiteral("config/kestro/preferences.json.damaged")));
+}
+
+TEST_F(PreferencesOnTheDesktop, AreCompleteWhenANewStartIsTheFirstOne) {
+    launch();
+    const QDBusServiceWatcher watcher(QStringLiteral("kestro.Kestro"), session.bus(),
+                                      QDBusServiceWatcher::WatchForUnregistration);
+    QString found;
+    QObject::connect(&watcher, &QDBusServiceWatcher::serviceUnregistered, [&] { found = preferences(); });
+    ASSERT_TRUE(changeTheTab());
+
+    ::kill(static_cast<pid_t>(kestro->processId()), SIGTERM);
+
+    ASSERT_TRUE(ends());
+    EXPECT_TRUE(waitUntil([&] { return found.contains(keepAwakeTab); })) << found.toStdString();
+}
 
 /// A user in whose language a decimal point and the mark between thousands are letters of two bytes.
 class PreferencesInPashto : public PreferencesOnTheDesktop {
