@@ -19,6 +19,7 @@ namespace kestro {
 namespace {
 
 constexpr int maximumDamagedFiles = 9;
+constexpr int maximumLinks = 40;  // as the kernel follows
 
 bool makeDirectories(const std::filesystem::path& directory) {
     std::filesystem::path made;
@@ -53,6 +54,24 @@ bool renameToFreeName(const std::string& from, const std::string& to) {
     struct stat status {};
     return errno == EINVAL && ::lstat(to.c_str(), &status) != 0 && errno == ENOENT &&
            ::rename(from.c_str(), to.c_str()) == 0;
+}
+
+/// The name behind the symbolic links at `path`, whether a file stands there or not; nullopt: a loop, or a link
+/// that cannot be read.
+std::optional<std::string> nameBehindLinks(std::filesystem::path path) {
+    for (int link = 0; link <= maximumLinks; ++link) {
+        struct stat status {};
+        if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) {
+            return path;
+        }
+        std::error_code error;
+        const std::filesystem::path target = std::filesystem::read_symlink(path, error);
+        if (error) {
+            return std::nullopt;
+        }
+        path = path.parent_path() / target;
+    }
+    return std::nullopt;
 }
 
 }  // namespace
@@ -90,8 +109,9 @@ bool replaceFileAtomically(const std::string& path, const std::string& contents)
 PreferencesFile::Values PreferencesFile::load() {
     const std::lock_guard lock(mutex_);
     auto document = PreferenceJson::object();
-    if (read(document) == State::damaged) {
-        setAside();
+    const auto name = nameBehindLinks(path_);
+    if (name && read(*name, document) == State::damaged) {
+        setAside(*name);
     }
     Values values;
     for (const auto& [key, json] : document.items()) {
@@ -108,9 +128,13 @@ bool PreferencesFile::store(const Values& changes, std::uint64_t sequence) {
     if (sequence <= storedSequence_) {
         return true;
     }
+    const auto name = nameBehindLinks(path_);
+    if (!name) {
+        return false;
+    }
     auto document = PreferenceJson::object();
-    const State state = read(document);
-    if (state == State::untouchable || (state == State::damaged && !setAside())) {
+    const State state = read(*name, document);
+    if (state == State::untouchable || (state == State::damaged && !setAside(*name))) {
         return false;
     }
     if (state != State::usable) {
@@ -120,9 +144,7 @@ bool PreferencesFile::store(const Values& changes, std::uint64_t sequence) {
         document[key] = encodePreference(value);
     }
     const std::string text = document.dump(2, ' ', false, PreferenceJson::error_handler_t::replace) + "\n";
-    std::error_code error;
-    const std::string target = std::filesystem::weakly_canonical(path_, error);
-    if (error || !isBoundedPreferenceText(text) || !replaceFileAtomically(target, text)) {
+    if (!isBoundedPreferenceText(text) || !replaceFileAtomically(*name, text)) {
         return false;
     }
     lastSeen_ = std::move(document);
@@ -130,8 +152,8 @@ bool PreferencesFile::store(const Values& changes, std::uint64_t sequence) {
     return true;
 }
 
-PreferencesFile::State PreferencesFile::read(PreferenceJson& document) const {
-    const Descriptor file(::open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+PreferencesFile::State PreferencesFile::read(const std::string& name, PreferenceJson& document) {
+    const Descriptor file(::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!file.isOpen()) {
         return errno == ENOENT ? State::absent : State::untouchable;
     }
@@ -155,11 +177,11 @@ PreferencesFile::State PreferencesFile::read(PreferenceJson& document) const {
     return State::usable;
 }
 
-bool PreferencesFile::setAside() const {
-    const std::string first = path_ + ".damaged";
-    bool moved = renameToFreeName(path_, first);
+bool PreferencesFile::setAside(const std::string& name) {
+    const std::string first = name + ".damaged";
+    bool moved = renameToFreeName(name, first);
     for (int number = 2; !moved && number <= maximumDamagedFiles; ++number) {
-        moved = renameToFreeName(path_, first + "." + std::to_string(number));
+        moved = renameToFreeName(name, first + "." + std::to_string(number));
     }
     return moved;
 }

@@ -15,8 +15,9 @@ namespace kestro {
 /// is silent: what cannot be read is absent, what cannot be written is reported as not stored.
 ///
 /// The file is replaced as a whole (temporary file beside it, fsync, rename, fsync of the directory, mode
-/// 0600), so that a reader or a crash sees the old contents or the new ones. A symbolic link is kept and the
-/// file behind it replaced. Missing directories are made with mode 0700.
+/// 0600), so that a reader or a crash sees the old contents or the new ones. A symbolic link is kept: all this,
+/// and what follows, is done to the file behind it, which is made where it is missing. Missing directories are
+/// made with mode 0700.
 ///
 /// A file that is not a JSON object, or larger than the bounds of preference_json.h, is renamed to NAME.damaged
 /// or, where such files exist already, to NAME.damaged.2 and so on up to 9; when no name is free, the file stays
@@ -39,8 +40,8 @@ public:
 private:
     enum class State { absent, usable, damaged, untouchable };
 
-    State read(PreferenceJson& document) const;
-    bool setAside() const;
+    static State read(const std::string& name, PreferenceJson& document);
+    static bool setAside(const std::string& name);
 
     std::mutex mutex_;
     std::string path_;
