@@ -74,6 +74,17 @@ std::optional<std::string> nameBehindLinks(std::filesystem::path path) {
     return std::nullopt;
 }
 
+/// The readable form, or the compact one where only that is within the bounds; nullopt: neither is.
+std::optional<std::string> boundedText(const PreferenceJson& document) {
+    for (const int indent : {2, -1}) {
+        std::string text = document.dump(indent, ' ', false, PreferenceJson::error_handler_t::replace) + "\n";
+        if (isBoundedPreferenceText(text)) {
+            return text;
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 bool replaceFileAtomically(const std::string& path, const std::string& contents) {
@@ -143,8 +154,8 @@ bool PreferencesFile::store(const Values& changes, std::uint64_t sequence) {
     for (const auto& [key, value] : changes) {
         document[key] = encodePreference(value);
     }
-    const std::string text = document.dump(2, ' ', false, PreferenceJson::error_handler_t::replace) + "\n";
-    if (!isBoundedPreferenceText(text) || !replaceFileAtomically(*name, text)) {
+    const auto text = boundedText(document);
+    if (!text || !replaceFileAtomically(*name, *text)) {
         return false;
     }
     lastSeen_ = std::move(document);

@@ -19,6 +19,9 @@ namespace kestro {
 /// and what follows, is done to the file behind it, which is made where it is missing. Missing directories are
 /// made with mode 0700.
 ///
+/// The file is written for people to read, with a line for each value, or as one line when only that keeps
+/// within the bounds.
+///
 /// A file that is not a JSON object, or larger than the bounds of preference_json.h, is renamed to NAME.damaged
 /// or, where such files exist already, to NAME.damaged.2 and so on up to 9; when no name is free, the file stays
 /// and nothing is stored. Something that is not a regular file, or cannot be opened, is left alone likewise.

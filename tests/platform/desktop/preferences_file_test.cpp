@@ -283,6 +283,22 @@ TEST_F(PreferencesFileTest, NeverWritesWhatItWouldNotReadBack) {
     EXPECT_EQ(stored("huge"), std::nullopt);
 }
 
+TEST_F(PreferencesFileTest, IsWrittenInOneLineWhereOnlyThatIsWithinTheBounds) {
+    constexpr int depth = 30;
+    std::string deep = '"' + std::string(40, 'x') + '"';
+    for (int count = 1; count < maximumPreferenceElements - 2 * depth; ++count) {
+        deep += ",\"" + std::string(40, 'x') + '"';
+    }
+    deep = std::string(depth, '[') + deep + std::string(depth, ']');
+    write("{\"deep\":" + deep + "}");
+    {
+        auto defaults = open();
+        defaults.set("kestro.isPinned", true);
+    }
+
+    EXPECT_EQ(contentsOf(path), "{\"deep\":" + deep + ",\"kestro.isPinned\":true}\n");
+}
+
 TEST_F(PreferencesFileTest, ALeftoverOfACrashIsNoObstacle) {
     write("{}");
     std::ofstream(path.string() + ".new-" + std::to_string(::getpid())) << "half a fi";
