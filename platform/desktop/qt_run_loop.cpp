@@ -25,14 +25,20 @@ timespec toTimespec(MonotonicTime time) {
             static_cast<long>(std::chrono::nanoseconds(sinceOrigin - seconds).count())};
 }
 
+/// The first whole multiple of `period` that is not before `earliest`.
+MonotonicTime gridPoint(MonotonicTime earliest, std::chrono::nanoseconds period) {
+    const std::int64_t multiples = (earliest.time_since_epoch() + period - std::chrono::nanoseconds(1)) / period;
+    return MonotonicTime(multiples * period);
+}
+
 }  // namespace
 
-MonotonicTime firingTime(MonotonicTime now, std::chrono::milliseconds period,
-                         std::chrono::milliseconds notBefore) {
-    const std::int64_t step = std::chrono::nanoseconds(period).count();
-    const std::int64_t earliest = std::chrono::nanoseconds(now.time_since_epoch() + notBefore).count();
-    const std::int64_t multiples = (earliest + step - 1) / step;
-    return MonotonicTime(std::chrono::nanoseconds(multiples * step));
+MonotonicTime firstFiringTime(MonotonicTime now, std::chrono::milliseconds period) {
+    return gridPoint(now + period, period);
+}
+
+MonotonicTime nextFiringTime(MonotonicTime now, std::chrono::milliseconds period) {
+    return gridPoint(now + std::chrono::nanoseconds(period) / 2, period);
 }
 
 struct QtRunLoop::Entry {
@@ -86,7 +92,7 @@ std::unique_ptr<RunLoopTimer> QtRunLoop::scheduleRepeating(std::chrono::millisec
     auto entry = std::make_shared<Entry>();
     entry->period = period;
     entry->task = std::move(task);
-    entry->due = firingTime(std::chrono::steady_clock::now(), period, period);
+    entry->due = firstFiringTime(std::chrono::steady_clock::now(), period);
     entries_.push_back(entry);
     arm();
     return std::make_unique<Timer>(self_, std::move(entry));
@@ -130,7 +136,7 @@ void QtRunLoop::fireDueTimers() {
     for (const auto& entry : entries_) {
         if (entry->due <= now) {
             entry->pending = true;
-            entry->due = firingTime(now, entry->period, std::chrono::milliseconds(1));
+            entry->due = nextFiringTime(now, entry->period);
         }
     }
     // Before the tasks run: one of them may run an event loop of its own, in which the others go on firing.

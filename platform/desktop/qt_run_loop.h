@@ -15,15 +15,21 @@
 
 namespace kestro {
 
-/// The first firing of a timer that is scheduled at `now`, or that fires at `now`: the first whole multiple of
-/// `period` on the monotonic clock that lies at least `notBefore` after `now`. All timers share this grid, so
-/// that timers of 1 s, 2 s and 5 s fire in one wake-up whenever their times coincide.
-MonotonicTime firingTime(MonotonicTime now, std::chrono::milliseconds period, std::chrono::milliseconds notBefore);
+/// The first firing of a timer that is scheduled at `now`: the first whole multiple of `period` on the monotonic
+/// clock that lies at least a period after `now`. All timers share this grid, so that timers of 1 s, 2 s and
+/// 5 s fire in one wake-up whenever their times coincide.
+MonotonicTime firstFiringTime(MonotonicTime now, std::chrono::milliseconds period);
+
+/// The firing that follows one at `now`: the first point of the grid that lies at least half a period after
+/// `now`, so that what is measured from one firing to the next never is a rate over a moment.
+MonotonicTime nextFiringTime(MonotonicTime now, std::chrono::milliseconds period);
 
 /// The run loop on Qt's event loop. One kernel timer serves every repeating timer and is armed for the earliest
 /// of them only; with nothing scheduled it is off and nothing wakes the process. A firing allocates no memory.
 /// The first firing comes one to two periods after scheduling (never early), every later one a period after
-/// the one before. A timer whose task runs a nested event loop does not fire again until that task returns.
+/// the one before is due, or two where that one is late by more than half a period: two firings are never less
+/// than half a period apart. A timer whose task runs a nested event loop does not fire again until that task
+/// returns.
 ///
 /// Lives on the main thread, after the application object; `post` and `runInBackground` may be called from any
 /// thread as long as it lives.

@@ -26,15 +26,27 @@ MonotonicTime at(std::chrono::nanoseconds sinceOrigin) {
 }
 
 TEST(FiringTime, IsAWholeMultipleOfThePeriodAndNeverEarly) {
-    EXPECT_EQ(firingTime(at(10'300ms), 1000ms, 1000ms), at(12s));
-    EXPECT_EQ(firingTime(at(10'300ms), 2000ms, 2000ms), at(14s));
-    EXPECT_EQ(firingTime(at(10'300ms), 5000ms, 5000ms), at(20s));
-    EXPECT_EQ(firingTime(at(10s), 5000ms, 5000ms), at(15s));
+    EXPECT_EQ(firstFiringTime(at(10'300ms), 1000ms), at(12s));
+    EXPECT_EQ(firstFiringTime(at(10'300ms), 2000ms), at(14s));
+    EXPECT_EQ(firstFiringTime(at(10'300ms), 5000ms), at(20s));
+    EXPECT_EQ(firstFiringTime(at(10s), 5000ms), at(15s));
+}
+
+TEST(FiringTime, KeepsToTheGridAfterALateFiring) {
+    EXPECT_EQ(nextFiringTime(at(18s), 1000ms), at(19s));
+    EXPECT_EQ(nextFiringTime(at(18s + 1ns), 1000ms), at(19s));
+    EXPECT_EQ(nextFiringTime(at(18'500ms), 1000ms), at(19s));
+    EXPECT_EQ(nextFiringTime(at(18s + 1ms), 1ms), at(18s + 2ms));
+}
+
+TEST(FiringTime, IsNoLessThanHalfAPeriodAfterTheOneBefore) {
+    EXPECT_EQ(nextFiringTime(at(18'500ms + 1ns), 1000ms), at(20s));
+    EXPECT_EQ(nextFiringTime(at(18'990ms), 1000ms), at(20s));
+    EXPECT_EQ(nextFiringTime(at(10'490ms), 500ms), at(11s));
 }
 
 TEST(FiringTime, SkipsWhatWasMissed) {
-    EXPECT_EQ(firingTime(at(17'200ms), 1000ms, 1ms), at(18s));
-    EXPECT_EQ(firingTime(at(18s), 1000ms, 1ms), at(19s));
+    EXPECT_EQ(nextFiringTime(at(17'200ms), 1000ms), at(18s));
 }
 
 TEST(QtRunLoop, SleepsWithNothingScheduled) {
@@ -73,6 +85,28 @@ TEST(QtRunLoop, NeverFiresBeforeAPeriodHasPassed) {
     ASSERT_TRUE(waitUntil([&] { return first.has_value(); }));
 
     EXPECT_GE(*first - start, 60ms);
+}
+
+TEST(QtRunLoop, DoesNotFireTwiceInAMomentAfterTheThreadWasBusy) {
+    constexpr auto period = 40ms;
+    QtRunLoop runLoop;
+    int firings = 0;
+    MonotonicTime busyUntil;
+    std::optional<MonotonicTime> dueNext;
+
+    const auto timer = runLoop.scheduleRepeating(period, [&] {
+        if (++firings == 1) {
+            busyUntil = *runLoop.nextTimerWakeUp() + period - 4ms;
+            while (std::chrono::steady_clock::now() < busyUntil) {
+                std::this_thread::yield();
+            }
+        } else if (firings == 2) {
+            dueNext = runLoop.nextTimerWakeUp();
+        }
+    });
+    ASSERT_TRUE(waitUntil([&] { return dueNext.has_value(); }));
+
+    EXPECT_GT(*dueNext - busyUntil, period / 2 - 1ms);
 }
 
 TEST(QtRunLoop, ATimerMayDieInItsOwnFiring) {
@@ -266,7 +300,7 @@ TEST(QtRunLoop, DoesNotMakeUpForAFiringMissedInItsOwnEventLoop) {
         firings.push_back('f');
         const auto now = std::chrono::steady_clock::now();
         if (nested.isRunning() && due == MonotonicTime()) {
-            due = firingTime(now, 400ms, 1ms);
+            due = firstFiringTime(now, 400ms) - 400ms;
         }
         if (nested.isRunning() && now > due + 20ms) {
             nested.quit();
