@@ -22,7 +22,8 @@ inline constexpr int maximumPreferenceElements = 10'000;
 /// Whether `text` keeps within the bounds. Says nothing about its syntax.
 bool isBoundedPreferenceText(std::string_view text);
 
-/// Parses JSON within the bounds; nullopt: not JSON, or too large.
+/// Parses JSON within the bounds; nullopt: not JSON, or too large. A number that neither a 64-bit integer nor a
+/// double holds exactly becomes the nearest double, and is written as that.
 std::optional<PreferenceJson> parsePreferenceJson(std::string_view text);
 
 /// A preference as it stands in the file, so that every kind can be told from the others:
@@ -34,7 +35,8 @@ std::optional<PreferenceJson> parsePreferenceJson(std::string_view text);
 /// - text that is not UTF-8 as {"text": "BASE64"}.
 PreferenceJson encodePreference(const PreferenceValue& value);
 
-/// The reverse. nullopt: not a form that `encodePreference` writes, or an integer beyond 64 bits.
+/// The reverse. nullopt: not a form that `encodePreference` writes, or an integer from 2^63 to 2^64 - 1. Any
+/// other whole number beyond 64 bits is the nearest double.
 std::optional<PreferenceValue> decodePreference(const PreferenceJson& json);
 
 }  // namespace kestro

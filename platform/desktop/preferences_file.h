@@ -35,9 +35,10 @@ public:
     Values load();
 
     /// Reads the file again and writes it with `changes` applied: other keys keep what stands there now,
-    /// whoever wrote it, also in forms unknown to this program. A file that has vanished or was damaged in the
-    /// meantime is written from what was last seen in it. A call with a `sequence` that is not above those
-    /// already stored does nothing. False: not stored.
+    /// whoever wrote it, also in forms unknown to this program; a number that parsePreferenceJson does not keep
+    /// exactly is written as it was read. A file that has vanished or was damaged in the meantime is written from
+    /// what was last seen in it. A call with a `sequence` that is not above those already stored does nothing.
+    /// False: not stored.
     bool store(const Values& changes, std::uint64_t sequence);
 
 private:

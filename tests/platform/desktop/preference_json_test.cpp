@@ -89,6 +89,21 @@ TEST(PreferenceJson, LeavesUnknownFormsAlone) {
     }
 }
 
+TEST(PreferenceJson, ReadsWholeNumbersBeyond64BitsAsDoubles) {
+    const auto decoded = [](const char* text) { return decodePreference(*parsePreferenceJson(text)); };
+
+    EXPECT_EQ(decoded("9223372036854775807"), PreferenceValue(std::numeric_limits<std::int64_t>::max()));
+    EXPECT_EQ(decoded("9223372036854775808"), std::nullopt);
+    EXPECT_EQ(decoded("18446744073709551616"), PreferenceValue(0x1p64));
+    EXPECT_EQ(decoded("99999999999999999999"), PreferenceValue(1e20));
+    EXPECT_EQ(decoded("-9223372036854775809"), PreferenceValue(-0x1p63));
+}
+
+TEST(PreferenceJson, WritesANumberThatNoDoubleHoldsAsTheNearestOne) {
+    EXPECT_EQ(parsePreferenceJson("[99999999999999999999,0.12345678901234567890]")->dump(),
+              "[1e+20,0.12345678901234568]");
+}
+
 TEST(PreferenceJson, RefusesWhatIsTooDeepTooLargeOrTooMany) {
     const std::string deep(maximumPreferenceDepth + 1, '[');
     const std::string deepClosed = deep + std::string(deep.size(), ']');
