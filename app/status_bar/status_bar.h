@@ -52,6 +52,12 @@ struct StatusContent {
     /// The whole readout for hosts that show no title; empty: the title itself.
     QString toolTip;
 
+    /// What a screen reader says after the item's name, also where no text is shown; empty: the title itself.
+    QString spokenText;
+
+    /// The title or what stands for it, as a screen reader says it.
+    QString spoken() const { return spokenText.isEmpty() ? title.text.trimmed() : spokenText; }
+
     /// Values to paint into the icon where the host shows no title; absent: the symbol stays the icon.
     std::optional<StatusGlance> glance;
 

@@ -57,6 +57,7 @@ void MainStatusContent::takeReadout() {
     content_.title = {QString::fromStdString(readout.title), 12, 500, StatusTitleColor::label};
     content_.widestTitle = QString::fromStdString(composer_.widest().title);
     content_.toolTip = QString::fromStdString(readoutToolTip(readout));
+    content_.spokenText = QString::fromStdString(readout.spokenText);
 }
 
 }  // namespace kestro

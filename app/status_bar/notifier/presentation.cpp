@@ -50,8 +50,8 @@ NotifierPresentation notifierPresentation(const StatusContent& content, LabelSup
     const QString readout = content.toolTip.isEmpty() ? shown.label : content.toolTip;
     shown.toolTipTitle = shown.title;
     shown.toolTipText = isTextVisible ? QString() : readout;
-    shown.accessibleDescription =
-        shown.label.isEmpty() ? shown.title : shown.title + QLatin1StringView(", ") + shown.label;
+    const QString spoken = content.spoken();
+    shown.accessibleDescription = spoken.isEmpty() ? shown.title : shown.title + QLatin1StringView(", ") + spoken;
 
     // Before the first sample there are no values: the symbol tells more than two dashes.
     const bool hasValues = content.glance && *content.glance != StatusGlance();

@@ -33,7 +33,7 @@ struct NotifierPresentation {
     QString labelGuide;  ///< the widest label
     QString toolTipTitle;
     QString toolTipText;
-    QString accessibleDescription;
+    QString accessibleDescription;  ///< name and figures; hosts ask for it, its changes are not announced
     NotifierIcon icon;
 
     friend bool operator==(const NotifierPresentation&, const NotifierPresentation&) = default;

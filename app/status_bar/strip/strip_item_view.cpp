@@ -48,9 +48,8 @@ bool StripItemView::setContent(const StatusContent& content) {
 AccessibleInfo StripItemView::accessibleInfo() const {
     AccessibleInfo info;
     info.role = QAccessible::Button;
-    const QString text = content_.title.text.trimmed();
-    info.name = content_.symbol ? content_.symbol->accessibilityDescription : text;
-    info.description = text;
+    info.name = content_.symbol ? content_.symbol->accessibilityDescription : content_.title.text.trimmed();
+    info.description = content_.spoken();
     info.press = [this] { onClick_(StatusClick::primary, false); };
     return info;
 }

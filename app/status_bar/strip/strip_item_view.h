@@ -10,7 +10,7 @@
 namespace kestro {
 
 /// One item on the strip: symbol and title, lit under the pointer. A click counts when the button is released
-/// over the item. Figures are not announced; the name always tells the current title. Main thread.
+/// over the item. Figures are not announced; the description always tells the current ones. Main thread.
 class StripItemView : public View {
 public:
     using ClickHandler = std::function<void(StatusClick click, bool controlHeld)>;

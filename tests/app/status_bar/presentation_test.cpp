@@ -47,6 +47,24 @@ TEST(NotifierPresentation, LeavesTheSymbolOnEveryHostWhenThereIsNoText) {
     }
 }
 
+TEST(NotifierPresentation, SpeaksTheFiguresOfABareIcon) {
+    StatusContent content = readout();
+    content.title.text.clear();
+    content.spokenText = QStringLiteral("RAM 42% · 1420 RPM");
+
+    for (const auto labels : {LabelSupport::hidden, LabelSupport::shown, LabelSupport::shownWithoutMargin}) {
+        EXPECT_EQ(notifierPresentation(content, labels).accessibleDescription,
+                  QStringLiteral("Kestro, RAM 42% · 1420 RPM"));
+    }
+}
+
+TEST(NotifierPresentation, SpeaksTheNameAloneWhereThereIsNothingElse) {
+    StatusContent content = readout();
+    content.title.text.clear();
+
+    EXPECT_EQ(notifierPresentation(content, LabelSupport::hidden).accessibleDescription, QStringLiteral("Kestro"));
+}
+
 TEST(NotifierPresentation, ShowsTheSymbolUntilThereAreValues) {
     StatusContent content = readout();
     content.glance = StatusGlance();

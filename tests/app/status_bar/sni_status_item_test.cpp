@@ -133,6 +133,24 @@ TEST_F(SniStatusItemTest, AnnouncesOnlyWhatChanged) {
     EXPECT_EQ(watcher->announcements, QStringList{QStringLiteral("XAyatanaNewLabel")});
 }
 
+TEST_F(SniStatusItemTest, SpeaksNewFiguresWithoutASignalOfTheirOwn) {
+    startWatcher();
+    startMonitors();
+    const auto item = makeItem();
+    StatusContent content = readout("");
+    content.spokenText = QStringLiteral("RAM 42%");
+    item->setContent(content);
+    settle(*item);
+    watcher->announcements.clear();
+
+    content.spokenText = QStringLiteral("RAM 43%");
+    item->setContent(content);
+    settle(*item);
+
+    EXPECT_EQ(property(*item, "IconAccessibleDesc").toString(), QStringLiteral("Kestro, RAM 43%"));
+    EXPECT_TRUE(watcher->announcements.isEmpty());
+}
+
 TEST_F(SniStatusItemTest, PaintsTheIconAgainOnlyForNewValues) {
     startWatcher();
     startMonitors();

@@ -208,5 +208,22 @@ TEST_F(StripStatusBarTest, SpeaksItsNameAndReadout) {
     EXPECT_TRUE(waitUntil([&] { return clicks.size() == 1; }));
 }
 
+TEST_F(StripStatusBarTest, SpeaksTheFiguresOfABareIcon) {
+    installViewAccessibility();
+    const auto main = bar.createItem(QStringLiteral("kestro-main"), recording());
+    auto content = titled("", "");
+    content.spokenText = QStringLiteral("RAM 42%");
+    main->setContent(content);
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(viewOf("kestro-main"));
+    ASSERT_NE(spoken, nullptr);
+    EXPECT_EQ(spoken->text(QAccessible::Description), QStringLiteral("RAM 42%"));
+
+    content.spokenText = QStringLiteral("RAM 43%");
+    main->setContent(content);
+
+    EXPECT_EQ(spoken->text(QAccessible::Name), QStringLiteral("Kestro"));
+    EXPECT_EQ(spoken->text(QAccessible::Description), QStringLiteral("RAM 43%"));
+}
+
 }  // namespace
 }  // namespace kestro

@@ -84,6 +84,16 @@ TEST(MainStatusContent, DropsTheSymbolThatIsNoLongerListed) {
     EXPECT_EQ(f.status.content().title.text, QStringLiteral("RAM --"));
 }
 
+TEST(MainStatusContent, SpeaksTheFiguresBesideABareIcon) {
+    Fixture f;
+    f.settings.menubarIconStyle.set(MenubarIconStyle::iconOnly);
+
+    f.status.update();
+
+    EXPECT_TRUE(f.status.content().title.text.isEmpty());
+    EXPECT_EQ(f.status.content().spokenText, QStringLiteral("RAM -- · 0 RPM"));
+}
+
 TEST(MainStatusContent, KeepsRoomForAFasterFan) {
     Fixture f;
     f.mac.advance(2s);
