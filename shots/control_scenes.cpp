@@ -14,6 +14,7 @@
 #include "ui/controls/tab_strip.h"
 #include "ui/controls/toggle_switch.h"
 #include "ui/controls/tooltip.h"
+#include "ui/settings/settings_parts.h"
 
 #include <QApplication>
 #include <QHoverEvent>
@@ -72,6 +73,18 @@ void apply(State state, Control& control) {
     }
 }
 
+Control* button(ButtonKind kind, const char* text) {
+    auto* made = new Button(kind);
+    made->setText(Words(text));
+    return made;
+}
+
+Control* pinChip() {
+    Button* made = chip(symbol("pin.fill", 11)).square(28).release();
+    made->setOn(true);
+    return made;
+}
+
 Control* choiceButton() {
     auto* choice = new Button(ButtonKind::choice);
     choice->setSymbol(QStringLiteral("bolt.fill"), 11);
@@ -117,15 +130,14 @@ std::vector<StateRow> stateRows() {
     return {
         {"Chip (icon)",
          [] {
-             return std::vector<Control*>{chip(symbol("gearshape", 11)).square(28).release(),
-                                          chip(symbol("pin.fill", 11)).square(28).on(true).release()};
+             return std::vector<Control*>{chip(symbol("gearshape", 11)).square(28).release(), pinChip()};
          }},
         {"Chip (text)",
          [] {
              return std::vector<Control*>{chip("Open Dashboard", symbol("arrow.up.right.square", 10)).release()};
          }},
-        {"Button", [] { return std::vector<Control*>{button("Deactivate").release()}; }},
-        {"Prominent", [] { return std::vector<Control*>{prominentButton("Activate Now").release()}; }},
+        {"Button", [] { return std::vector<Control*>{button(ButtonKind::regular, "Deactivate")}; }},
+        {"Prominent", [] { return std::vector<Control*>{button(ButtonKind::prominent, "Activate Now")}; }},
         {"Choice button", [] { return std::vector<Control*>{choiceButton()}; }},
         {"Segment", [] { return std::vector<Control*>{segments()}; }},
         {"Switch",
@@ -148,7 +160,9 @@ std::unique_ptr<QWidget> stateSheet(SimulatedServices&) {
     constexpr int firstRow = 79;
     constexpr int rowHeight = 54;
     auto sheet = std::make_unique<Sheet>(QSize(860, 560));
-    sheet->place(text("CONTROL STATES").style(text_styles::windowTitle).tracking(0.8).release(), QPoint(20, 11));
+    TextStyle heading = text_styles::windowTitle;
+    heading.tracking = 0.8;
+    sheet->place(text("CONTROL STATES").style(heading).release(), QPoint(20, 11));
     for (size_t c = 0; c < kColumns.size(); ++c) {
         const int x = firstColumn + columnWidth * static_cast<int>(c);
         sheet->place(text(kColumns[c].title).style(text_styles::settingDescription).release(), QPoint(x, 39));
@@ -184,17 +198,13 @@ QWidget* rows() {
     auto* badge = new Badge(BadgeKind::settings, QStringLiteral("ACTIVE"), KestroTheme::accentCool, active);
     badge->move(400 - 12 - 16 - 12 - badge->sizeHint().width(), 17);
     badge->resize(badge->sizeHint());
-    return new Card(column(made(RowMark::toggle, 44, "Dedicated Keep-Awake Status Bar Extra",
-                                "1-click toggle and preset countdowns", "cup.and.saucer.fill", 15, true),
-                           rule(),
-                           made(RowMark::toggle, 44, "R&D <b>plain</b> text", "Markup is never interpreted",
-                                "fanblades", 15, false),
-                           rule(),
-                           made(RowMark::radio, 46, "Average SoC Temp", "Smooth overall substrate temperature",
-                                "thermometer.medium", 14, true),
-                           rule(), active)
-                        .release(),
-                    nullptr);
+    return new settings_parts::RowCard(
+        {made(RowMark::toggle, 44, "Dedicated Keep-Awake Status Bar Extra", "1-click toggle and preset countdowns",
+              "cup.and.saucer.fill", 15, true),
+         made(RowMark::toggle, 44, "R&D <b>plain</b> text", "Markup is never interpreted", "fanblades", 15, false),
+         made(RowMark::radio, 46, "Average SoC Temp", "Smooth overall substrate temperature", "thermometer.medium",
+              14, true),
+         active});
 }
 
 QWidget* tiles() {

@@ -13,10 +13,12 @@ std::vector<MenuEntry> menuEntries(const StatusMenu& menu) {
             entries.push_back(MenuEntry::separator());
             continue;
         }
-        MenuEntry entry;
         // What can neither be chosen nor opened names the entries below it.
-        const bool isHeader = !source.isEnabled && source.submenu.empty();
-        entry.kind = isHeader ? MenuEntry::Kind::header : MenuEntry::Kind::action;
+        if (!source.isEnabled && source.submenu.empty()) {
+            entries.push_back(MenuEntry::header(source.title));
+            continue;
+        }
+        MenuEntry entry;
         entry.title = source.title;
         entry.shortcut = source.shortcut;
         entry.isEnabled = source.isEnabled;

@@ -13,9 +13,6 @@ public:
     /// The next `count` calls fail, then none.
     void times(std::int64_t count) { remaining_ = count; }
 
-    /// No call fails from now on.
-    void never() { remaining_ = 0; }
-
     /// Asked once by each call.
     bool strikes() {
         if (remaining_ > 0) {

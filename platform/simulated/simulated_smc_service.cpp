@@ -89,11 +89,6 @@ void SimulatedSMCService::setFpe2(std::string_view key, double value) {
     keys_[smc::code(key)].type = smc::code("fpe2");
 }
 
-void SimulatedSMCService::setSp78(std::string_view key, double value) {
-    setUi16(key, static_cast<std::uint16_t>(std::lround(value * 256)));
-    keys_[smc::code(key)].type = smc::code("sp78");
-}
-
 void SimulatedSMCService::setRaw(std::string_view key, std::string_view type,
                                  std::span<const std::uint8_t> bytes) {
     assert(key.size() == 4 && type.size() == 4 && bytes.size() <= 32);

@@ -31,7 +31,6 @@ public:
     void setUi16(std::string_view key, std::uint16_t value);
     void setFloat(std::string_view key, float value);
     void setFpe2(std::string_view key, double value);
-    void setSp78(std::string_view key, double value);
     void setRaw(std::string_view key, std::string_view type, std::span<const std::uint8_t> bytes);
     void remove(std::string_view key);
 

@@ -1,72 +1,10 @@
 #include "ui/controls/composition.h"
 
-#include "ui/theme/hairline.h"
-
-#include <QPainter>
-
 namespace kestro {
-
-namespace {
-
-/// A line across the middle of one point.
-class Rule : public View {
-public:
-    Rule() {
-        setFixedHeight(1);
-        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    }
-
-    AccessibleInfo accessibleInfo() const override {
-        AccessibleInfo info;
-        info.role = QAccessible::Separator;
-        info.isDecoration = true;
-        return info;
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        paintHairline(painter, 0, width(), 0);
-    }
-};
-
-}  // namespace
-
-template <typename Change>
-TextBuilder&& TextBuilder::restyled(Change change) {
-    TextStyle style = widget().style();
-    change(style);
-    widget().setStyle(style);
-    return done();
-}
 
 TextBuilder&& TextBuilder::style(const TextStyle& style) && {
     widget().setStyle(style);
     return done();
-}
-
-TextBuilder&& TextBuilder::size(double size) && {
-    return restyled([size](TextStyle& style) { style.size = size; });
-}
-
-TextBuilder&& TextBuilder::line(double height) && {
-    return restyled([height](TextStyle& style) { style.lineHeight = height; });
-}
-
-TextBuilder&& TextBuilder::weight(QFont::Weight weight) && {
-    return restyled([weight](TextStyle& style) { style.weight = weight; });
-}
-
-TextBuilder&& TextBuilder::bold() && {
-    return std::move(*this).weight(QFont::Bold);
-}
-
-TextBuilder&& TextBuilder::black() && {
-    return std::move(*this).weight(QFont::Black);
-}
-
-TextBuilder&& TextBuilder::tracking(double tracking) && {
-    return restyled([tracking](TextStyle& style) { style.tracking = tracking; });
 }
 
 TextBuilder&& TextBuilder::ink(const Ink& ink) && {
@@ -103,16 +41,6 @@ ButtonBuilder&& ButtonBuilder::square(int edge) && {
     return done();
 }
 
-ButtonBuilder&& ButtonBuilder::on(bool isOn) && {
-    widget().setOn(isOn);
-    return done();
-}
-
-ButtonBuilder&& ButtonBuilder::style(const TextStyle& style) && {
-    widget().setTextStyle(style);
-    return done();
-}
-
 TextBuilder text(const Words& text) {
     return TextBuilder(std::make_unique<TextLabel>(text));
 }
@@ -141,22 +69,6 @@ ButtonBuilder chip(const Words& text, const SymbolBuilder& trailing) {
     ButtonBuilder builder = chip(text);
     builder->setTrailingSymbol(trailing.symbol(), trailing.size());
     return builder;
-}
-
-ButtonBuilder button(const Words& text) {
-    auto widget = std::make_unique<Button>(ButtonKind::regular);
-    widget->setText(text);
-    return ButtonBuilder(std::move(widget));
-}
-
-ButtonBuilder prominentButton(const Words& text) {
-    auto widget = std::make_unique<Button>(ButtonKind::prominent);
-    widget->setText(text);
-    return ButtonBuilder(std::move(widget));
-}
-
-WidgetBuilder rule() {
-    return WidgetBuilder(std::make_unique<Rule>());
 }
 
 TextBuilder groupHeading(const Words& title) {

@@ -61,21 +61,8 @@ public:
         widget_->setHelp(help);
         return done();
     }
-    Derived&& name(const Words& name) && {
-        widget_->setAccessibleName(name);
-        return done();
-    }
     Derived&& width(int width) && {
         widget_->setFixedWidth(width);
-        return done();
-    }
-    Derived&& height(int height) && {
-        widget_->setFixedHeight(height);
-        return done();
-    }
-    /// Takes the room that its neighbours leave.
-    Derived&& stretch() && {
-        widget_->setSizePolicy(QSizePolicy::Expanding, widget_->sizePolicy().verticalPolicy());
         return done();
     }
 
@@ -97,22 +84,12 @@ public:
     using Builder::Builder;
 
     TextBuilder&& style(const TextStyle& style) &&;
-    TextBuilder&& size(double size) &&;
-    TextBuilder&& line(double height) &&;
-    TextBuilder&& weight(QFont::Weight weight) &&;
-    TextBuilder&& bold() &&;
-    TextBuilder&& black() &&;
-    TextBuilder&& tracking(double tracking) &&;
     TextBuilder&& ink(const Ink& ink) &&;
     TextBuilder&& secondary() &&;
     TextBuilder&& align(Qt::Alignment alignment) &&;
 
     /// Never elided; `widest` reserves the room that the value needs at most.
     TextBuilder&& value(const Words& widest = QString()) &&;
-
-private:
-    template <typename Change>
-    TextBuilder&& restyled(Change change);
 };
 
 class SymbolBuilder : public Builder<SymbolView, SymbolBuilder> {
@@ -133,8 +110,6 @@ public:
 
     ButtonBuilder&& onClick(std::function<void()> action) &&;
     ButtonBuilder&& square(int edge) &&;
-    ButtonBuilder&& on(bool isOn) &&;
-    ButtonBuilder&& style(const TextStyle& style) &&;
 };
 
 /// Any widget, for views and layouts of one's own in a row or column.
@@ -155,12 +130,6 @@ SymbolBuilder symbol(const Words& name, double size, const Ink& ink = KestroThem
 ButtonBuilder chip(const SymbolBuilder& symbol);
 ButtonBuilder chip(const Words& text);
 ButtonBuilder chip(const Words& text, const SymbolBuilder& trailing);
-
-ButtonBuilder button(const Words& text);
-ButtonBuilder prominentButton(const Words& text);
-
-/// A thin line across, hidden from assistive technology.
-WidgetBuilder rule();
 
 /// The heading of a group of settings, in capitals.
 TextBuilder groupHeading(const Words& title);

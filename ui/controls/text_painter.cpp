@@ -20,7 +20,6 @@ constexpr double kSmallestSize = 7;
 
 /// What the sum of a row's widths may be off without anybody seeing it.
 constexpr double kHair = 0.01;
-constexpr double kUnhintedScale = 1.5;
 constexpr qsizetype kLongestText = 512;
 constexpr qsizetype kCachedTexts = 1024;
 
@@ -48,16 +47,6 @@ struct FitKey {
 
 size_t qHash(const FitKey& key, size_t seed = 0) {
     return qHashMulti(seed, qHash(key.shape), key.width, static_cast<int>(key.fit));
-}
-
-/// Qt rounds the pixel size of a font to whole pixels: other sizes are set in the next whole one and scaled.
-double wholeSize(double size) {
-    return std::max(1.0, std::ceil(size));
-}
-
-QFont fontOf(const TextStyle& style, double scale) {
-    const double size = wholeSize(style.size);
-    return KestroFonts::font(size, style.weight, style.tracking * size / style.size, scale);
 }
 
 bool isFigure(QChar c) {
@@ -117,8 +106,8 @@ ShapedText shapeWhole(const QString& text, const QFont& font) {
 }
 
 ShapedText shape(const QString& text, const TextStyle& style, double deviceScale) {
-    ShapedText line = shapeWhole(text, fontOf(style, deviceScale));
-    line.scale = style.size / wholeSize(style.size);
+    ShapedText line = shapeWhole(text, KestroFonts::font(style.size, style.weight, style.tracking, deviceScale));
+    line.scale = KestroFonts::sizeFactor(style.size);
     line.ascent *= line.scale;
     line.descent *= line.scale;
     // The last letter is tracked too, but nothing follows it.
@@ -186,7 +175,7 @@ const ShapedText& shapeText(const QString& text, const TextStyle& style, double 
         cache.clear();
     }
     const QString line = displayed(text, style);
-    const ShapeKey key{line, style.size, style.tracking, style.weight, scale >= kUnhintedScale};
+    const ShapeKey key{line, style.size, style.tracking, style.weight, KestroFonts::isFine(scale)};
     if (const auto found = cache.constFind(key); found != cache.constEnd()) {
         return found.value();
     }

@@ -1,7 +1,6 @@
 #include "ui/decorations/progressive_blur_fade.h"
 
 #include <QPainter>
-#include <algorithm>
 
 namespace kestro {
 
@@ -12,11 +11,6 @@ QColor mask(double opacity) {
 }
 
 }  // namespace
-
-double ProgressiveBlurFade::opacityAt(double y, double height) {
-    const double inside = std::clamp(std::min(y, height - y) / depth, 0.0, 1.0);
-    return edgeOpacity + (1 - edgeOpacity) * inside;
-}
 
 void ProgressiveBlurFade::apply(QPainter& painter, const QRectF& rect) {
     if (rect.height() < 2 * depth) {

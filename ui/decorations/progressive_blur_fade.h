@@ -12,9 +12,6 @@ struct ProgressiveBlurFade {
     static constexpr double depth = 8;
     static constexpr double edgeOpacity = 0.35;
 
-    /// The opacity at distance `y` from the top of a surface of `height` points.
-    static double opacityAt(double y, double height);
-
     /// Multiplies the opacity of everything on the painter's device inside `rect`.
     static void apply(QPainter& painter, const QRectF& rect);
 };

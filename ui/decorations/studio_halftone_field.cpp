@@ -141,12 +141,6 @@ void StudioHalftoneField::forEachDot(QSizeF size, HalftoneIntensity intensity,
     }
 }
 
-std::vector<HalftoneDot> StudioHalftoneField::dots(QSizeF size, HalftoneIntensity intensity) const {
-    std::vector<HalftoneDot> all;
-    forEachDot(size, intensity, [&all](const HalftoneDot& dot) { all.push_back(dot); });
-    return all;
-}
-
 void StudioHalftoneField::paint(QPainter& painter, const QRectF& area, HalftoneIntensity intensity) const {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);

@@ -5,7 +5,6 @@
 #include <QSizeF>
 #include <cstdint>
 #include <functional>
-#include <vector>
 
 #include "core/settings/appearance_enumerations.h"
 
@@ -50,8 +49,6 @@ struct StudioHalftoneField {
     /// Calls `visit` with each dot in drawing order; with none when the intensity is off or the size is empty.
     void forEachDot(QSizeF size, HalftoneIntensity intensity,
                     const std::function<void(const HalftoneDot&)>& visit) const;
-
-    std::vector<HalftoneDot> dots(QSizeF size, HalftoneIntensity intensity) const;
 
     /// Paints the dots relative to the top left corner of `area`, unclipped.
     void paint(QPainter& painter, const QRectF& area, HalftoneIntensity intensity) const;

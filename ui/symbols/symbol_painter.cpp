@@ -126,11 +126,4 @@ void SymbolPainter::paint(QPainter& painter, const QString& name, const QRectF& 
     painter.drawImage(QRectF(topLeft, QSizeF(pixels, pixels) / scale), symbol);
 }
 
-QPixmap symbolPixmap(const QString& name, double size, const QColor& color, double scale) {
-    QPixmap pixmap =
-        QPixmap::fromImage(SymbolPainter::image(name, static_cast<int>(std::lround(size * scale)), color));
-    pixmap.setDevicePixelRatio(scale);
-    return pixmap;
-}
-
 }  // namespace kestro

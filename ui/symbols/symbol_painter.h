@@ -2,7 +2,6 @@
 
 #include <QColor>
 #include <QImage>
-#include <QPixmap>
 #include <QRectF>
 #include <QString>
 #include <QStringList>
@@ -32,8 +31,5 @@ public:
     static QImage image(const QString& name, int pixels, const QColor& color,
                         SymbolWeight weight = SymbolWeight::regular);
 };
-
-/// The symbol at `size` points for a screen of `scale` device pixels per point.
-QPixmap symbolPixmap(const QString& name, double size, const QColor& color, double scale = 1);
 
 }  // namespace kestro

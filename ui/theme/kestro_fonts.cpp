@@ -3,7 +3,6 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QHash>
-#include <QRawFont>
 #include <algorithm>
 #include <cmath>
 
@@ -39,24 +38,8 @@ QHash<QString, double>& figureWidths() {
     return widths;
 }
 
-/// Cached: each change of size loads the outlines anew.
-QRawFont resized(const QRawFont& font, double factor) {
-    static QHash<QString, QRawFont> cache;
-    const QString key = QStringLiteral("%1/%2/%3/%4/%5/%6")
-                            .arg(font.familyName(), font.styleName())
-                            .arg(font.weight())
-                            .arg(font.hintingPreference())
-                            .arg(font.pixelSize())
-                            .arg(factor);
-    if (const auto found = cache.constFind(key); found != cache.constEnd()) {
-        return found.value();
-    }
-    if (cache.size() >= kCachedFonts) {
-        cache.clear();
-    }
-    QRawFont smaller = font;
-    smaller.setPixelSize(font.pixelSize() * factor);
-    return cache.insert(key, smaller).value();
+double wholeSize(double size) {
+    return std::max(1.0, std::ceil(size));
 }
 
 double measureFigures(const QFont& font) {
@@ -91,9 +74,9 @@ void KestroFonts::setFamily(const QString& family) {
 
 QFont KestroFonts::font(double size, int weight, double tracking, double scale) {
     QFont font(currentFamily());
-    font.setPixelSize(static_cast<int>(std::ceil(size)));
+    font.setPixelSize(static_cast<int>(wholeSize(size)));
     font.setWeight(static_cast<QFont::Weight>(weight));
-    font.setHintingPreference(scale < kUnhintedScale ? QFont::PreferVerticalHinting : QFont::PreferNoHinting);
+    font.setHintingPreference(isFine(scale) ? QFont::PreferNoHinting : QFont::PreferVerticalHinting);
     if (tracking != 0) {
         font.setLetterSpacing(QFont::AbsoluteSpacing, tracking / sizeFactor(size));
     }
@@ -101,19 +84,11 @@ QFont KestroFonts::font(double size, int weight, double tracking, double scale) 
 }
 
 double KestroFonts::sizeFactor(double size) {
-    return size / std::ceil(size);
+    return size / wholeSize(size);
 }
 
-void KestroFonts::resize(QGlyphRun& run, double factor) {
-    if (factor == 1) {
-        return;
-    }
-    run.setRawFont(resized(run.rawFont(), factor));
-    QList<QPointF> positions = run.positions();
-    for (QPointF& position : positions) {
-        position *= factor;
-    }
-    run.setPositions(positions);
+bool KestroFonts::isFine(double scale) {
+    return scale >= kUnhintedScale;
 }
 
 double KestroFonts::figureWidth(const QFont& font) {

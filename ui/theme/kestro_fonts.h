@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QFont>
-#include <QGlyphRun>
 #include <QString>
 #include <QStringList>
 
@@ -24,16 +23,16 @@ public:
     static void setFamily(const QString& family);
 
     /// `size` and `tracking` are in pixels at scale 1. A font has whole pixel sizes only: for a fraction the
-    /// next whole size is returned with its tracking enlarged alike, and what is shaped with it is then brought
-    /// to its size by `resize` with `sizeFactor(size)`. Outlines keep their horizontal shape; below scale 1.5
-    /// they are hinted vertically, above not at all.
+    /// next whole size is returned with its tracking enlarged alike, and who paints it scales the painter by
+    /// `sizeFactor(size)`. Outlines keep their horizontal shape; they are hinted vertically, and on fine screens
+    /// not at all.
     static QFont font(double size, int weight = QFont::Medium, double tracking = 0, double scale = 1);
 
     /// `size` as a fraction of the size of the font that `font` returns for it; 1 for whole sizes.
     static double sizeFactor(double size);
 
-    /// Multiplies the size and the positions of shaped glyphs; also to shrink a text that does not fit.
-    static void resize(QGlyphRun& run, double factor);
+    /// Whether a screen of `scale` device pixels per point has pixels enough to do without hinting.
+    static bool isFine(double scale);
 
     /// The width of the widest figure with its tracking, in which each figure is centred; 0 when all figures
     /// of the font are equally wide and need no cells.

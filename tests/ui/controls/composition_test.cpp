@@ -11,8 +11,8 @@ TEST_F(CompositionTest, LaysARowOutFromLeftToRight) {
     TextLabel* title = nullptr;
     Button* gear = nullptr;
     const std::unique_ptr<QWidget> header(row(Spacing(8), symbol("gauge.with.needle", 12),
-                                              text("KESTRO").black().tracking(1.0).into(title), spacer(),
-                                              chip(symbol("gearshape", 10)).help("Settings").name("Settings"))
+                                              text("KESTRO").style(text_styles::wordmarkPopover).into(title),
+                                              spacer(), chip(symbol("gearshape", 10)).help("Settings"))
                                               .release());
     header->resize(302, 24);
     header->show();
@@ -22,7 +22,7 @@ TEST_F(CompositionTest, LaysARowOutFromLeftToRight) {
     ASSERT_TRUE(gear);
     EXPECT_EQ(header->findChild<SymbolView*>()->geometry(), QRect(0, 6, 12, 12));
     EXPECT_EQ(title->x(), 20);
-    EXPECT_EQ(title->style().weight, QFont::Black);
+    EXPECT_EQ(title->style(), text_styles::wordmarkPopover);
     EXPECT_EQ(gear->geometry(), QRect(278, 0, 24, 24));
     EXPECT_EQ(gear->help(), QStringLiteral("Settings"));
 }
@@ -39,7 +39,7 @@ TEST_F(CompositionTest, LaysAColumnOutFromTopToBottom) {
 
 TEST_F(CompositionTest, OwnsItsElements) {
     Button* inner = nullptr;
-    QWidget* outer = row(column(button("Inner").into(inner))).release();
+    QWidget* outer = row(column(chip("Inner").into(inner))).release();
     const QPointer<Button> watched(inner);
 
     delete outer;

@@ -110,12 +110,5 @@ TEST(SymbolPainter, StandsOnWholeDevicePixelsAtEveryScale) {
     }
 }
 
-TEST(SymbolPixmap, CarriesItsScale) {
-    const QPixmap pixmap = symbolPixmap(QStringLiteral("pin.fill"), 11, Qt::white, 2);
-
-    EXPECT_EQ(pixmap.width(), 22);
-    EXPECT_EQ(pixmap.deviceIndependentSize(), QSizeF(11, 11));
-}
-
 }  // namespace
 }  // namespace kestro

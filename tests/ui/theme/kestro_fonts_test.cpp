@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QFontMetricsF>
-#include <QRawFont>
-#include <QTextLayout>
 
 namespace kestro {
 namespace {
@@ -24,26 +22,25 @@ TEST(KestroFonts, SizesAreInPixels) {
     EXPECT_EQ(KestroFonts::sizeFactor(11), 1);
 }
 
-TEST(KestroFonts, FractionalSizesAreShapedLargerAndThenResized) {
-    QTextLayout layout(QStringLiteral("Fanless"), KestroFonts::font(10.5, QFont::Medium, 0.5));
-    layout.beginLayout();
-    layout.createLine();
-    layout.endLayout();
-    QGlyphRun run = layout.glyphRuns().constFirst();
-    const QPointF lastBefore = run.positions().constLast();
+TEST(KestroFonts, FractionalSizesAreSetInTheNextWholeSizeWithTheirTracking) {
+    const QFont font = KestroFonts::font(10.5, QFont::Medium, 0.5);
 
-    KestroFonts::resize(run, KestroFonts::sizeFactor(10.5));
+    EXPECT_EQ(font.pixelSize(), 11);
+    EXPECT_DOUBLE_EQ(KestroFonts::sizeFactor(10.5), 10.5 / 11);
+    EXPECT_NEAR(font.letterSpacing() * KestroFonts::sizeFactor(10.5), 0.5, 1.0 / 64);
+}
 
-    EXPECT_DOUBLE_EQ(run.rawFont().pixelSize(), 10.5);
-    EXPECT_DOUBLE_EQ(run.positions().constLast().x(), lastBefore.x() * 10.5 / 11);
-    const double tracking = KestroFonts::font(10.5, QFont::Medium, 0.5).letterSpacing();
-    EXPECT_NEAR(tracking * KestroFonts::sizeFactor(10.5), 0.5, 1.0 / 64);
+TEST(KestroFonts, NoFontIsSmallerThanOnePixel) {
+    EXPECT_EQ(KestroFonts::font(0).pixelSize(), 1);
+    EXPECT_EQ(KestroFonts::sizeFactor(0), 0);
 }
 
 TEST(KestroFonts, HintsOnlyVerticallyAndNotAtAllOnFineScreens) {
     EXPECT_EQ(KestroFonts::font(10).hintingPreference(), QFont::PreferVerticalHinting);
     EXPECT_EQ(KestroFonts::font(10, QFont::Medium, 0, 1.25).hintingPreference(), QFont::PreferVerticalHinting);
+    EXPECT_FALSE(KestroFonts::isFine(1.25));
     EXPECT_EQ(KestroFonts::font(10, QFont::Medium, 0, 1.5).hintingPreference(), QFont::PreferNoHinting);
+    EXPECT_TRUE(KestroFonts::isFine(1.5));
 }
 
 TEST(KestroFonts, FigureCellIsAsWideAsTheWidestFigureWithItsTracking) {
