@@ -1,21 +1,5 @@
 // Measures the kernel-facing ports and the readers on them against the floor: the same files read raw.
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/statvfs.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <array>
-#include <cstdlib>
-#include <filesystem>
-#include <new>
-#include <set>
-#include <string>
-#include <vector>
-
 #include "bench/paired.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/platform/platform.h"
@@ -41,24 +25,21 @@
 #include "platform/linux/process_table.h"
 #include "platform/posix/descriptor.h"
 #include "platform/simulated/simulated_mac.h"
+#include "tests/support/allocation_counter.h"
 
-namespace {
-long allocations = 0;
-}
+#include <dirent.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/statvfs.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+#include <array>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
 
 namespace kestro::bench {
 namespace {
@@ -244,9 +225,10 @@ void measureSamples() {
               "1.5 x");
     printPair("light tick, paced", measure(lightTick, lightFloor, 30, 500ms), "1.5 x");
 
-    const long allocationsBefore = allocations;
+    const auto allocationsBefore = test::allocationsOfThisThread();
     machine.lightTick();
-    printRow("light tick: heap allocations", std::to_string(allocations - allocationsBefore), "", "", "0");
+    printRow("light tick: heap allocations", std::to_string(test::allocationsOfThisThread() - allocationsBefore),
+             "", "", "0");
 
     machine.engine.sampleFull();
     RawRead full(openKernelFiles());

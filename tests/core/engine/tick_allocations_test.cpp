@@ -1,5 +1,5 @@
-#include "tests/core/engine/allocation_counter.h"
 #include "tests/core/engine/engine_fixture.h"
+#include "tests/support/allocation_counter.h"
 
 #include <memory>
 #include <string>
@@ -19,9 +19,9 @@ protected:
         const auto onMemory =
             engine().memory.subscribe([this](const auto& newest) { seenBytes += newest.usedBytes; });
         mac.advance(10s);
-        const auto before = allocationsOfThisThread();
+        const auto before = test::allocationsOfThisThread();
         mac.advance(100s);
-        return allocationsOfThisThread() - before;
+        return test::allocationsOfThisThread() - before;
     }
 
     std::size_t seenFans = 0;
@@ -30,11 +30,11 @@ protected:
 };
 
 TEST_F(TickAllocationsTest, TheCounterCounts) {
-    const auto before = allocationsOfThisThread();
+    const auto before = test::allocationsOfThisThread();
 
     const auto text = std::make_unique<std::string>(100, 'x');
 
-    EXPECT_EQ(allocationsOfThisThread() - before, 2);
+    EXPECT_EQ(test::allocationsOfThisThread() - before, 2);
     EXPECT_EQ(text->size(), 100u);
 }
 

@@ -1,6 +1,6 @@
 #include "core/readout/readout_composer.h"
 
-#include "tests/core/engine/allocation_counter.h"
+#include "tests/support/allocation_counter.h"
 
 #include <gtest/gtest.h>
 
@@ -120,7 +120,7 @@ TEST(ReadoutComposer, AllocatesNothingInSteadyState) {
     Fixture f;
     f.compose();
     f.compose();
-    const auto before = allocationsOfThisThread();
+    const auto before = test::allocationsOfThisThread();
 
     bool isEveryOneNew = true;
     for (int percent = 50; percent < 90; ++percent) {
@@ -129,7 +129,7 @@ TEST(ReadoutComposer, AllocatesNothingInSteadyState) {
         isEveryOneNew = f.compose() && isEveryOneNew;
     }
 
-    EXPECT_EQ(allocationsOfThisThread() - before, 0);
+    EXPECT_EQ(test::allocationsOfThisThread() - before, 0);
     EXPECT_TRUE(isEveryOneNew);
 }
 

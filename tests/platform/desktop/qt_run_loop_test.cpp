@@ -1,6 +1,6 @@
 #include "platform/desktop/qt_run_loop.h"
 
-#include "tests/platform/desktop/counted_allocations.h"
+#include "tests/support/allocation_counter.h"
 #include "tests/support/event_waiting.h"
 
 #include <QEventLoop>
@@ -19,7 +19,7 @@ namespace kestro {
 namespace {
 
 using namespace std::chrono_literals;
-using testing_support::allocationsOfThisThread;
+using test::allocationsOfThisThread;
 
 MonotonicTime at(std::chrono::nanoseconds sinceOrigin) {
     return MonotonicTime(sinceOrigin);

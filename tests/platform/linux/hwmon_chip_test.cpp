@@ -1,6 +1,7 @@
 #include "platform/linux/hwmon_chip.h"
 
 #include "tests/platform/linux/support.h"
+#include "tests/support/allocation_counter.h"
 
 #include <gtest/gtest.h>
 
@@ -138,9 +139,9 @@ TEST(DirectoryWatch, AllocatesNothing) {
     DirectoryWatch watch(tree.root() + "/list");
     watch.hasChanged();
 
-    const auto before = test::heapAllocations();
+    const auto before = test::allocationsOfThisThread();
     const bool changed = watch.hasChanged();
-    const auto after = test::heapAllocations();
+    const auto after = test::allocationsOfThisThread();
 
     EXPECT_FALSE(changed);
     EXPECT_EQ(after, before);

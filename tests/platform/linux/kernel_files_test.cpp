@@ -2,6 +2,7 @@
 
 #include "tests/platform/linux/failing_reads.h"
 #include "tests/platform/linux/support.h"
+#include "tests/support/allocation_counter.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -145,9 +146,9 @@ TEST(PersistentFile, AllocatesNothingOnceItsBufferHasGrown) {
     ReadBuffer buffer;
     ASSERT_EQ(file.read(buffer)->size(), 9000U);
 
-    const auto before = test::heapAllocations();
+    const auto before = test::allocationsOfThisThread();
     const auto text = file.read(buffer);
-    const auto after = test::heapAllocations();
+    const auto after = test::allocationsOfThisThread();
 
     EXPECT_EQ(text->size(), 9000U);
     EXPECT_EQ(after, before);

@@ -1,6 +1,7 @@
 #include "platform/linux/linux_mach_host.h"
 
 #include "tests/platform/linux/support.h"
+#include "tests/support/allocation_counter.h"
 
 #include <gtest/gtest.h>
 
@@ -201,7 +202,7 @@ TEST(LinuxMachHost, AllocatesNothingInSteadyState) {
     }
     ASSERT_TRUE(host.hostStatistics64());
 
-    const auto before = test::heapAllocations();
+    const auto before = test::allocationsOfThisThread();
     for (int tick = 0; tick < 10; ++tick) {
         clock.advance(1s);
         const auto next = host.hostProcessorInfo();
@@ -210,7 +211,7 @@ TEST(LinuxMachHost, AllocatesNothingInSteadyState) {
         host.hostStatistics64();
     }
 
-    EXPECT_EQ(test::heapAllocations(), before);
+    EXPECT_EQ(test::allocationsOfThisThread(), before);
 }
 
 TEST(LinuxMachHost, CountsAsUsedWhatIsNotAvailableOnEveryMachine) {

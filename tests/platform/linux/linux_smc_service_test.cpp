@@ -2,6 +2,7 @@
 
 #include "tests/platform/linux/failing_reads.h"
 #include "tests/platform/linux/support.h"
+#include "tests/support/allocation_counter.h"
 
 #include <gtest/gtest.h>
 
@@ -316,14 +317,14 @@ TEST(LinuxSMCService, AllocatesNothingInSteadyState) {
     controller.value("FNum");
     controller.value("F0Ac");
 
-    const auto before = test::heapAllocations();
+    const auto before = test::allocationsOfThisThread();
     double sum = 0;
     for (int tick = 0; tick < 30; ++tick) {
         controller.clock.advance(1s);
         sum += controller.value("FNum").value_or(0) + controller.value("F0Ac").value_or(0) +
                controller.value("F0Tg").value_or(0) + controller.value("F1Ac").value_or(0);
     }
-    const auto after = test::heapAllocations();
+    const auto after = test::allocationsOfThisThread();
 
     EXPECT_EQ(sum, 30 * (2 + 812 + 1043));
     EXPECT_EQ(after, before);

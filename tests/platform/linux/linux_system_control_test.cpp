@@ -2,6 +2,7 @@
 
 #include "platform/linux/proc_swaps.h"
 #include "tests/platform/linux/support.h"
+#include "tests/support/allocation_counter.h"
 
 #include <gtest/gtest.h>
 
@@ -193,10 +194,10 @@ TEST(LinuxSystemControl, ReadsSwapAndPressureWithoutAllocating) {
     control.swapUsage();
     control.sysctlByNameInt32("kern.memorystatus_vm_pressure_level");
 
-    const auto before = test::heapAllocations();
+    const auto before = test::allocationsOfThisThread();
     const auto usage = control.swapUsage();
     const auto level = control.sysctlByNameInt32("kern.memorystatus_vm_pressure_level");
-    const auto after = test::heapAllocations();
+    const auto after = test::allocationsOfThisThread();
 
     EXPECT_TRUE(usage && level);
     EXPECT_EQ(after, before);

@@ -50,7 +50,4 @@ private:
     MonotonicTime monotonic_{std::chrono::hours{1}};
 };
 
-/// How often this thread has taken memory from the heap since the program began.
-std::size_t heapAllocations();
-
 }  // namespace kestro::test

@@ -1,4 +1,4 @@
-#include "tests/core/engine/allocation_counter.h"
+#include "tests/support/allocation_counter.h"
 
 #include <cstdlib>
 #include <new>
@@ -10,7 +10,7 @@ thread_local std::int64_t allocations = 0;
 }  // namespace
 
 // Alone in this file: inlined into their callers, the operators would look mismatched to the compiler.
-// Complete for what `operator delete` below is given: the sanitizers bring their own form of each.
+// The sanitizers bring a form of each operator of their own: all that pair up are replaced together.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++allocations;
     return std::malloc(size != 0 ? size : 1);
@@ -23,7 +23,19 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
 }
 
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
+    return operator new(size, tag);
+}
+
 void operator delete(void* storage) noexcept {
+    std::free(storage);
+}
+
+void operator delete[](void* storage) noexcept {
     std::free(storage);
 }
 
@@ -31,10 +43,14 @@ void operator delete(void* storage, std::size_t) noexcept {
     std::free(storage);
 }
 
-namespace kestro {
+void operator delete[](void* storage, std::size_t) noexcept {
+    std::free(storage);
+}
+
+namespace kestro::test {
 
 std::int64_t allocationsOfThisThread() {
     return allocations;
 }
 
-}  // namespace kestro
+}  // namespace kestro::test
