@@ -2,7 +2,7 @@
 // registered status item, then cost while idle and with each surface open. Stands in for a panel: it owns the
 // watcher's name and calls itself a host.
 
-#include <fmt/format.h>
+#include "bench/paired.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -13,6 +13,9 @@
 #include <QEventLoop>
 #include <QProcess>
 #include <QTimer>
+
+#include <fmt/format.h>
+
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
@@ -23,8 +26,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "bench/paired.h"
 
 namespace {
 

@@ -1,19 +1,16 @@
 #include "tests/desktop/desktop_session.h"
 
+#include "tests/desktop/panel_settings.h"
+
 #include <QCoreApplication>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QDirIterator>
-#include <QEventLoop>
 #include <QFile>
 #include <QRegularExpression>
-#include <QTimer>
 
 #include <csignal>
-
-#include "tests/desktop/panel_settings.h"
 
 namespace kestro {
 
@@ -52,20 +49,6 @@ QString nextConnectionName() {
 }
 
 }  // namespace
-
-bool waitUntil(const std::function<bool()>& condition, int seconds) {
-    constexpr int lookAgain = 10;
-    const QDeadlineTimer deadline(std::chrono::seconds{seconds});
-    QTimer timer;
-    timer.start(lookAgain);
-    while (!condition()) {
-        if (deadline.hasExpired()) {
-            return false;
-        }
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-    }
-    return true;
-}
 
 DesktopSession::DesktopSession(DesktopPanel panel)
     : environment_(whatASessionInherits()), panel_(panel), connectionName_(nextConnectionName()) {

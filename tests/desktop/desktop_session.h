@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/event_waiting.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QImage>
@@ -11,7 +13,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QVariantList>
-#include <functional>
+
 #include <memory>
 #include <optional>
 #include <vector>
@@ -27,10 +29,6 @@ struct DesktopWindow {
     QString title;
     QRect frame;
 };
-
-/// Runs the event loop, looking again every few milliseconds, until `condition` holds; false when that takes
-/// more than `seconds`.
-bool waitUntil(const std::function<bool()>& condition, int seconds = 20);
 
 /// A desktop of the test's own: a display, a session and a system bus, a window manager and a panel, with home and
 /// configuration in a folder that is empty at first. Everything ends with this object, by process identifier,

@@ -115,7 +115,7 @@ bool ShellFixture::disappears(const QString& title) const {
 }
 
 QRect ShellFixture::settledFrame(const QString& title, const QRect& expected) const {
-    waitUntil([&] { return frame(title) == expected; }, 5);
+    waitUntil([&] { return frame(title) == expected; }, std::chrono::seconds(5));
     return frame(title).value_or(QRect());
 }
 

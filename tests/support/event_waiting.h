@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <concepts>
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -12,7 +11,7 @@ namespace kestro {
 
 /// Runs the event loop until `condition` holds. False: it did not within a deadline that only a hanging
 /// test reaches.
-template <std::predicate Condition>
+template <typename Condition>
 bool waitUntil(Condition condition, std::chrono::milliseconds deadline = std::chrono::seconds(20)) {
     const QDeadlineTimer limit(deadline);
     // A condition may come true without an event.
