@@ -1,7 +1,7 @@
 #include "app/accessibility_monitor.h"
 
-#include "app/settings_portal.h"
-#include "app/status_bar/notifier/when_answered.h"
+#include "app/base/settings_portal.h"
+#include "app/base/when_answered.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/motion.h"
 

@@ -1,7 +1,7 @@
 #include "app/app_delegate.h"
 
 #include "app/application_icon.h"
-#include "app/notification_names.h"
+#include "app/base/notification_names.h"
 #include "app/status_items/fan_control_status_item.h"
 #include "app/status_items/keep_awake_status_item.h"
 #include "app/windows/dashboard_window.h"

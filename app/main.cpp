@@ -1,6 +1,6 @@
 #include "app/accessibility_monitor.h"
 #include "app/app_delegate.h"
-#include "app/notification_names.h"
+#include "app/base/notification_names.h"
 #include "app/single_instance.h"
 #include "app/status_bar/desktop_status_bar.h"
 #include "core/cooling/fan_control_manager.h"

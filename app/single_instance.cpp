@@ -1,6 +1,6 @@
 #include "app/single_instance.h"
 
-#include "app/notification_names.h"
+#include "app/base/notification_names.h"
 #include "core/platform/distributed_notifications.h"
 
 #include <QByteArray>

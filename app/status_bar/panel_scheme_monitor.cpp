@@ -6,9 +6,9 @@
 #include <QGuiApplication>
 #include <QPalette>
 
-#include "app/settings_portal.h"
+#include "app/base/settings_portal.h"
+#include "app/base/when_answered.h"
 #include "app/status_bar/notifier/host_monitor.h"
-#include "app/status_bar/notifier/when_answered.h"
 
 namespace kestro {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/coalesced_task.h"
+#include "app/base/coalesced_task.h"
 #include "app/status_bar/status_bar.h"
 #include "core/base/subscription.h"
 

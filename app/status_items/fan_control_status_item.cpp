@@ -1,6 +1,6 @@
 #include "app/status_items/fan_control_status_item.h"
 
-#include "app/notification_names.h"
+#include "app/base/notification_names.h"
 #include "core/cooling/fan_control_manager.h"
 #include "core/platform/distributed_notifications.h"
 #include "core/platform/platform.h"

@@ -1,6 +1,6 @@
 #include "app/status_items/keep_awake_status_item.h"
 
-#include "app/notification_names.h"
+#include "app/base/notification_names.h"
 #include "app/status_items/keep_awake_state.h"
 #include "core/platform/distributed_notifications.h"
 #include "core/platform/platform.h"

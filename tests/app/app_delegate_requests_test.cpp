@@ -1,6 +1,6 @@
 #include "app/app_delegate.h"
 
-#include "app/notification_names.h"
+#include "app/base/notification_names.h"
 #include "tests/app/app_delegate_fixture.h"
 
 namespace kestro {

@@ -4,8 +4,10 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kestro {
@@ -18,8 +20,34 @@ const fs::path root = KESTRO_SOURCE_DIR;
 struct Include {
     std::string from;  // the file, from the root
     std::string name;  // what stands between the quotes or brackets
-    bool quoted;
+    bool isQuoted;
 };
+
+/// One of ours, however it is written; a file that is generated beside its source carries no folder.
+bool isOurs(const Include& include) {
+    static const std::set<std::string> folders{"app", "bench", "core", "fuzz", "platform", "shots", "tests", "ui"};
+    return include.isQuoted ? !include.name.ends_with(".moc")
+                            : folders.contains(include.name.substr(0, include.name.find('/')));
+}
+
+/// What a line includes, however its spaces are set; without the file that it stands in.
+std::optional<Include> includeIn(std::string_view line) {
+    const auto skip = [&line](std::string_view word) {
+        line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+        const bool isThere = line.starts_with(word);
+        line.remove_prefix(isThere ? word.size() : 0);
+        return isThere;
+    };
+    if (!skip("#") || !skip("include")) {
+        return std::nullopt;
+    }
+    const bool isQuoted = skip("\"");
+    const auto end = isQuoted || skip("<") ? line.find(isQuoted ? '"' : '>') : line.npos;
+    if (end == line.npos) {
+        return std::nullopt;
+    }
+    return Include{{}, std::string(line.substr(0, end)), isQuoted};
+}
 
 std::vector<Include> includesBelow(const std::string& folder) {
     std::vector<Include> found;
@@ -33,19 +61,17 @@ std::vector<Include> includesBelow(const std::string& folder) {
         }
         std::ifstream file(entry.path());
         for (std::string line; std::getline(file, line);) {
-            if (!line.starts_with("#include ") || line.size() < 12) {
-                continue;
-            }
-            const char open = line[9];
-            const auto close = line.find(open == '"' ? '"' : '>', 10);
-            if (close != std::string::npos) {
-                found.push_back(
-                    {fs::relative(entry.path(), root).string(), line.substr(10, close - 10), open == '"'});
+            if (auto include = includeIn(line)) {
+                include->from = fs::relative(entry.path(), root).string();
+                found.push_back(std::move(*include));
             }
         }
     }
     return found;
 }
+
+/// What the settings borrow from folders above them.
+const std::vector<std::string> borrowedValueTypes = {"core/cooling/fan_curve.h", "core/power/keep_awake_types.h"};
 
 /// The folders that a folder's files may include from, besides itself.
 const std::map<std::string, std::vector<std::string>> allowed = {
@@ -73,24 +99,69 @@ bool lies(const std::string& file, const std::string& place) {
 TEST(Architecture, EveryFolderIncludesOnlyFromTheFoldersBelowIt) {
     for (const auto& [folder, places] : allowed) {
         for (const auto& include : includesBelow(folder)) {
-            if (!include.quoted || include.from == "app/main.cpp") {
+            if (!isOurs(include) || include.from == "app/main.cpp") {
                 continue;
             }
             const bool fits = lies(include.name, folder) || std::ranges::any_of(places, [&](const auto& place) {
                                   return lies(include.name, place);
                               });
-            // A file generated beside its source carries no folder.
-            const bool generated = include.name.ends_with(".moc");
-            EXPECT_TRUE(fits || generated) << include.from << " includes " << include.name;
+            EXPECT_TRUE(fits) << include.from << " includes " << include.name;
         }
     }
 }
 
+TEST(Architecture, OurHeadersAreIncludedInQuotes) {
+    for (const std::string folder : {"core", "platform", "ui", "app", "shots", "tests", "bench", "fuzz"}) {
+        for (const auto& include : includesBelow(folder)) {
+            EXPECT_TRUE(include.isQuoted || !isOurs(include))
+                << include.from << " includes <" << include.name << ">";
+        }
+    }
+}
+
+/// The folder that a file counts to: two levels deep, with what lies below it; a file of `app` itself to "app".
+std::string unitOf(const std::string& file) {
+    const auto first = file.find('/');
+    const auto second = file.find('/', first + 1);
+    return file.substr(0, second == std::string::npos ? first : second);
+}
+
+/// Which folders each folder includes from.
+std::map<std::string, std::set<std::string>> folderArrows() {
+    std::map<std::string, std::set<std::string>> arrows;
+    for (const std::string folder : {"core", "platform", "ui", "app"}) {
+        for (const auto& include : includesBelow(folder)) {
+            const bool isBorrowed =
+                std::ranges::find(borrowedValueTypes, include.name) != borrowedValueTypes.end();
+            if (isOurs(include) && !isBorrowed && unitOf(include.from) != unitOf(include.name)) {
+                arrows[unitOf(include.from)].insert(unitOf(include.name));
+            }
+        }
+    }
+    return arrows;
+}
+
+TEST(Architecture, NoFoldersIncludeEachOtherInACircle) {
+    auto arrows = folderArrows();
+
+    // Whoever includes nothing that is still left stands at the bottom and is taken away, until nobody is left.
+    for (bool isShrinking = true; isShrinking;) {
+        isShrinking = std::erase_if(arrows, [&](const auto& arrow) {
+                          return std::ranges::none_of(
+                              arrow.second, [&](const std::string& other) { return arrows.contains(other); });
+                      }) != 0;
+    }
+
+    for (const auto& [folder, others] : arrows) {
+        ADD_FAILURE() << folder << " stands in a circle of includes, or above one";
+    }
+}
+
 TEST(Architecture, ValueTypesThatSettingsBorrowStandAlone) {
-    for (const std::string header : {"core/cooling/fan_curve.h", "core/power/keep_awake_types.h"}) {
+    for (const std::string& header : borrowedValueTypes) {
         const auto folder = fs::path(header).parent_path().string();
         for (const auto& include : includesBelow(folder)) {
-            if (include.from == header && include.quoted) {
+            if (include.from == header && isOurs(include)) {
                 EXPECT_TRUE(lies(include.name, "core/base")) << header << " includes " << include.name;
             }
         }
@@ -116,17 +187,11 @@ TEST(Architecture, OnlyMainNamesTheMachine) {
     }
 }
 
-TEST(Architecture, EveryFolderOfCoreHasItsRule) {
-    std::set<std::string> known;
-    for (const auto& [folder, places] : allowed) {
-        known.insert(folder);
-    }
+TEST(Architecture, EveryFileOfCoreAndThePlatformHasItsRule) {
     for (const std::string parent : {"core", "platform"}) {
-        for (const auto& entry : fs::directory_iterator(root / parent)) {
-            if (entry.is_directory()) {
-                const auto name = fs::relative(entry.path(), root).string();
-                EXPECT_TRUE(known.contains(name)) << name << " has no rule";
-            }
+        for (const auto& entry : fs::recursive_directory_iterator(root / parent)) {
+            const auto name = fs::relative(entry.path(), root).string();
+            EXPECT_TRUE(entry.is_directory() || allowed.contains(unitOf(name))) << name << " has no rule";
         }
     }
 }

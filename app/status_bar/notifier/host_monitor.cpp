@@ -5,7 +5,7 @@
 #include <QFile>
 #include <utility>
 
-#include "app/status_bar/notifier/when_answered.h"
+#include "app/base/when_answered.h"
 
 namespace kestro {
 

@@ -1,6 +1,6 @@
 #include "app/status_items/fan_control_status_item.h"
 
-#include "app/notification_names.h"
+#include "app/base/notification_names.h"
 #include "tests/app/fake_status_bar.h"
 #include "tests/app/menus/menu_reading.h"
 #include "tests/app/simulated_kestro.h"

@@ -1,6 +1,6 @@
 #include "app/status_items/keep_awake_status_item.h"
 
-#include "app/notification_names.h"
+#include "app/base/notification_names.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/settings/user_settings.h"
 #include "platform/simulated/simulated_mac.h"

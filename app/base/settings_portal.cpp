@@ -1,4 +1,4 @@
-#include "app/settings_portal.h"
+#include "app/base/settings_portal.h"
 
 #include <QDBusVariant>
 
