@@ -1,58 +1,138 @@
+#include "core/cooling/fan_curve.h"
+#include "core/power/system_power_mode.h"
+#include "core/readout/menubar_readout.h"
+#include "core/settings/menubar_enumerations.h"
+#include "core/settings/settings_enumerations.h"
+#include "ui/symbols/symbol_painter.h"
+
 #include <gtest/gtest.h>
 
 #include <QDirIterator>
 #include <QFile>
+#include <QMap>
 #include <QRegularExpression>
 #include <QSet>
-
-#include "ui/symbols/symbol_painter.h"
 
 namespace kestro {
 namespace {
 
-/// Every string of the program's own sources that is made like a symbol name: small letters, figures and dots.
-QSet<QString> symbolLikeTexts() {
-    QSet<QString> texts;
-    const QRegularExpression pattern(QStringLiteral("\"([a-z][a-z0-9]*(?:\\.[a-z0-9]+)*)\""));
-    for (const char* folder : {"core", "ui", "app"}) {
-        QDirIterator files(QStringLiteral(KESTRO_SOURCE_DIR "/") + QString::fromUtf8(folder),
-                           {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files,
-                           QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            QFile file(files.next());
-            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-            auto matches = pattern.globalMatch(QString::fromUtf8(file.readAll()));
-            while (matches.hasNext()) {
-                texts.insert(matches.next().captured(1));
-            }
+/// The strings of one word in the sources of a folder, by their files' paths from the root.
+QMap<QString, QSet<QString>> wordsBelow(const QString& folder) {
+    QMap<QString, QSet<QString>> words;
+    const QRegularExpression word(QStringLiteral("\"([a-z][A-Za-z0-9.]*)\""));
+    const QString root = QStringLiteral(KESTRO_SOURCE_DIR "/");
+    QDirIterator files(root + folder, {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        static const QRegularExpression include(QStringLiteral("^#include .*$"),
+                                                QRegularExpression::MultilineOption);
+        auto matches = word.globalMatch(QString::fromUtf8(file.readAll()).remove(include));
+        while (matches.hasNext()) {
+            words[file.fileName().sliced(root.size())].insert(matches.next().captured(1));
         }
     }
-    return texts;
+    return words;
 }
 
-/// True when the text begins like a symbol of the set, up to its first dot, and goes on after it.
-bool belongsToASymbolFamily(const QString& text, const QSet<QString>& families) {
-    return text.contains(QLatin1Char('.')) && families.contains(text.section(QLatin1Char('.'), 0, 0));
-}
+/// What is one word, too, but no symbol.
+const QMap<QString, QSet<QString>> kOtherWords{
+    {QStringLiteral("app/status_bar/notifier/menu_tree.cpp"),
+     {QStringLiteral("enabled"), QStringLiteral("label"), QStringLiteral("minus"), QStringLiteral("plus"),
+      QStringLiteral("separator"), QStringLiteral("shortcut"), QStringLiteral("submenu"), QStringLiteral("type")}},
+    {QStringLiteral("ui/controls/focus_ring.cpp"), {QStringLiteral("kestroFocusRingHost")}},
+    {QStringLiteral("ui/controls/menu_style.h"),
+     {QStringLiteral("kestroMenuHeader"), QStringLiteral("kestroMenuShortcut"),
+      QStringLiteral("kestroMenuSymbol")}},
+    {QStringLiteral("ui/dashboard/display_figure.cpp"), {QStringLiteral("percent")}},
+    {QStringLiteral("ui/settings/module_row.cpp"), {QStringLiteral("up"), QStringLiteral("down")}},
+    {QStringLiteral("ui/symbols/symbol_painter.cpp"), {QStringLiteral("currentColor")}},
+    {QStringLiteral("ui/widgets/metric_gauge.cpp"), {QStringLiteral("percent")}},
+};
 
-TEST(SymbolNames, EveryNameInTheSourcesHasADrawing) {
-    QSet<QString> families;
-    for (const QString& name : SymbolPainter::names()) {
-        families.insert(name.section(QLatin1Char('.'), 0, 0));
+/// Files that speak to the bus, to the display or to other programs, each in its words; none names a symbol.
+const QSet<QString> kForeignWords{
+    QStringLiteral("app/accessibility_monitor.cpp"),
+    QStringLiteral("app/command_channel.cpp"),
+    QStringLiteral("app/main.cpp"),
+    QStringLiteral("app/base/notification_names.h"),
+    QStringLiteral("app/base/settings_portal.h"),
+    QStringLiteral("app/single_instance.h"),
+    QStringLiteral("app/status_bar/notifier/bus_object.cpp"),
+    QStringLiteral("app/status_bar/notifier/host_monitor.cpp"),
+    QStringLiteral("app/status_bar/notifier/host_monitor.h"),
+    QStringLiteral("app/status_bar/notifier/menu_object.cpp"),
+    QStringLiteral("app/status_bar/notifier/menu_tree.h"),
+    QStringLiteral("app/status_bar/notifier/sni_status_item.cpp"),
+    QStringLiteral("app/status_bar/panel_anchor.cpp"),
+    QStringLiteral("app/status_bar/panel_scheme_monitor.cpp"),
+    QStringLiteral("app/windows/popover_window.h"),
+    QStringLiteral("app/windows/window_system.cpp"),
+};
+
+void expectOnlySymbols(const QString& file, const QSet<QString>& words) {
+    for (const QString& word : words - kOtherWords.value(file)) {
+        EXPECT_TRUE(SymbolPainter::contains(word)) << file.toStdString() << " names " << word.toStdString();
     }
+}
 
-    for (const QString& text : symbolLikeTexts()) {
-        if (belongsToASymbolFamily(text, families)) {
-            EXPECT_TRUE(SymbolPainter::contains(text)) << text.toStdString();
+template <typename E>
+void expectSymbolForEachCase() {
+    for (const E value : allCases<E>()) {
+        EXPECT_TRUE(SymbolPainter::contains(QString::fromUtf8(iconName(value)))) << iconName(value);
+    }
+}
+
+// A drawing that is missing is nowhere seen but on the screen: whatever is written like a name has to have one.
+TEST(SymbolNames, EveryNameInTheViewsHasADrawing) {
+    const auto words = wordsBelow(QStringLiteral("ui"));
+
+    for (auto file = words.begin(); file != words.end(); ++file) {
+        expectOnlySymbols(file.key(), file.value());
+    }
+}
+
+TEST(SymbolNames, EveryNameInTheApplicationHasADrawing) {
+    const auto words = wordsBelow(QStringLiteral("app"));
+
+    for (auto file = words.begin(); file != words.end(); ++file) {
+        if (!kForeignWords.contains(file.key())) {
+            expectOnlySymbols(file.key(), file.value());
+            continue;
         }
+        for (const QString& word : file.value()) {
+            EXPECT_FALSE(SymbolPainter::contains(word))
+                << file.key().toStdString() << " names " << word.toStdString();
+        }
+    }
+}
+
+TEST(SymbolNames, EveryNameInATableHasADrawing) {
+    expectSymbolForEachCase<FanProfile>();
+    expectSymbolForEachCase<SensorSource>();
+    expectSymbolForEachCase<CurveShape>();
+    expectSymbolForEachCase<CurvePreset>();
+    expectSymbolForEachCase<SystemPowerMode>();
+    expectSymbolForEachCase<MenubarModuleType>();
+    for (const SettingsTab tab : allCases<SettingsTab>()) {
+        EXPECT_TRUE(SymbolPainter::contains(QString::fromUtf8(icon(tab)))) << icon(tab);
+    }
+    for (const ReadoutSymbol& symbol : {readoutSymbol, emptyReadoutSymbol}) {
+        EXPECT_TRUE(SymbolPainter::contains(QString::fromUtf8(symbol.name))) << symbol.name;
     }
 }
 
 TEST(SymbolNames, EveryDrawingHasAUser) {
-    const QSet<QString> texts = symbolLikeTexts();
+    QSet<QString> named;
+    for (const char* folder : {"core", "ui", "app"}) {
+        for (const QSet<QString>& words : wordsBelow(QString::fromUtf8(folder))) {
+            named |= words;
+        }
+    }
 
     for (const QString& name : SymbolPainter::names()) {
-        EXPECT_TRUE(texts.contains(name)) << name.toStdString();
+        EXPECT_TRUE(named.contains(name)) << name.toStdString();
     }
 }
 
