@@ -2,6 +2,7 @@
 // The floor of a repaint is one blit of the same area.
 
 #include "bench/paired.h"
+#include "tests/support/sealed_environment.h"
 #include "tests/support/simulated_services.h"
 #include "ui/dashboard/dashboard_view.h"
 #include "ui/popover/menu_bar_popover_view.h"
@@ -198,8 +199,7 @@ void measureSettings() {
 
 int main(int argc, char** argv) {
     const bool isFine = argc > 1 && std::string_view(argv[1]) == "--fine";
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_SCALE_FACTOR", isFine ? "2" : "1");
+    const kestro::SealedEnvironment environment(isFine ? "2" : "1");
     QApplication application(argc, argv);
     kestro::motion::setReduced(true);
     if (isFine) {
