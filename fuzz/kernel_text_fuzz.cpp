@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/linux/cpu_topology.h"
+#include "platform/linux/hwmon_chip.h"
 #include "platform/linux/interface_traffic.h"
 #include "platform/linux/machine_identity.h"
 #include "platform/linux/memory_pressure.h"
@@ -61,6 +62,7 @@ void readIdentity(std::string_view text) {
     isFirmwareFiller(text);
     const auto release = parseOsRelease(text);
     require(!release.name || displayText(*release.name) == release.name);
+    parseVersionNumbers(text);
     require(!isDieName(nameOutsideDie(text)));
     const auto shown = displayText(text);
     require(!shown || (isValidUtf8(*shown) && displayText(*shown) == shown));
@@ -68,6 +70,10 @@ void readIdentity(std::string_view text) {
 
 void readDevices(std::string_view text) {
     parseTripKind(text);
+    parseSupplyKind(text);
+    chipKind(text);
+    isFloatingInput(text);
+    zoneName(text);
     require(parseMillidegrees(text).value_or(0) <= 300'000);
     std::vector<InterfaceTraffic> traffic;
     parseInterfaceTraffic(text, traffic);

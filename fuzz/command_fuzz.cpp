@@ -1,0 +1,49 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "app/command_channel.h"
+#include "core/base/text.h"
+
+namespace kestro {
+namespace {
+
+/// Counts what it is told to do.
+class CountingTarget : public CommandTarget {
+public:
+    void togglePopover() override { ++commands; }
+    void showDashboard() override { ++commands; }
+    void showSettings() override { ++commands; }
+    void selectSettingsTab(SettingsTab) override {}  // comes with showSettings()
+    void toggleFanLink() override { ++commands; }
+    void selectFan(std::int64_t) override { ++commands; }
+    void selectCurvePreset(CurvePreset) override { ++commands; }
+    void toggleFullScreenAction() override { ++commands; }
+    void showDashboard(QSize) override { ++commands; }
+    void hideDashboard() override { ++commands; }
+
+    int commands = 0;
+};
+
+void require(bool holds) {
+    if (!holds) {
+        std::abort();
+    }
+}
+
+}  // namespace
+}  // namespace kestro
+
+// Whatever anybody writes into the command file is one word or nothing, and the word does one thing or nothing.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    const auto word = kestro::commandWord(bytes);
+    kestro::require(kestro::isValidUtf8(word) && word.size() <= bytes.size());
+    kestro::require(kestro::commandWord(word) == word);
+    kestro::require(kestro::trimmed(word) == word);
+    kestro::CountingTarget target;
+    const bool isCommand = kestro::performCommand(word, target);
+    kestro::require(target.commands == (isCommand ? 1 : 0));
+    return 0;
+}
