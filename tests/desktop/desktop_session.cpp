@@ -34,8 +34,8 @@ QString firstLine(QProcess& process) {
 /// The rest of the caller's environment (scales, styles, displays, buses) belongs to the caller's session.
 QProcessEnvironment whatASessionInherits() {
     QProcessEnvironment inherited;
-    for (const char* name : {"PATH", "USER", "LOGNAME", "TMPDIR", "LD_LIBRARY_PATH", "ASAN_OPTIONS",
-                             "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
+    for (const char* name : {"PATH", "USER", "LOGNAME", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "LSAN_OPTIONS",
+                             "UBSAN_OPTIONS", "TSAN_OPTIONS", "KESTRO_TEST_RUN"}) {
         if (qEnvironmentVariableIsSet(name)) {
             inherited.insert(QString::fromLatin1(name), qEnvironmentVariable(name));
         }

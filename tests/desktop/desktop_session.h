@@ -106,7 +106,8 @@ private:
     QString startBus(const QString& socket);
     std::vector<qint64> processesOfSession() const;
 
-    QTemporaryDir folder_;
+    // Always below /tmp: a bus wants a short path without spaces, and the display has its socket there anyway.
+    QTemporaryDir folder_{QStringLiteral("/tmp/kestro-desktop-XXXXXX")};
     QProcessEnvironment environment_;
     DesktopPanel panel_;
     QString failure_;

@@ -3,6 +3,7 @@
 #include "platform/posix/descriptor.h"
 
 #include <QFile>
+#include <QUrl>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -32,6 +33,11 @@ constexpr auto configuration = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DT
   </policy>
 </busconfig>
 )";
+
+/// In the address of a bus only letters, digits and few signs stand for themselves. The same are safe in XML.
+QString escapedForAddress(const QString& path) {
+    return QString::fromLatin1(QUrl::toPercentEncoding(path, "/", "~"));
+}
 
 /// Starts the daemon, which writes its address into `output`. Not by QProcess: its child lives in the memory of
 /// this process for a while, and the thread sanitizer then takes this process for the child and stops looking.
@@ -70,7 +76,7 @@ PrivateBus::PrivateBus() {
     if (!out.open(QIODevice::WriteOnly)) {
         throw std::runtime_error("cannot write the bus configuration");
     }
-    out.write(QString::fromUtf8(configuration).arg(directory_.path()).toUtf8());
+    out.write(QString::fromUtf8(configuration).arg(escapedForAddress(directory_.path())).toUtf8());
     out.close();
     std::array<int, 2> ends{-1, -1};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {

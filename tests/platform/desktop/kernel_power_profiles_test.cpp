@@ -47,7 +47,7 @@ TEST_F(PowerProfilesTest, WithoutADaemonTheAdministratorWritesTheKernelsProfile)
 
 TEST_F(PowerProfilesTest, NobodyIsAskedForWhatTheKernelDoesNotOfferOrHasAlready) {
     setKernel("balanced", "low-power balanced");
-    setPkexec("touch " + paths.root + "/asked");
+    setPkexec("touch '" + paths.root + "/asked'");
 
     select(PowerProfile::performance);
     select(PowerProfile::balanced);
@@ -70,7 +70,7 @@ TEST_F(PowerProfilesTest, ARefusalOrAMissingProgramChangesNothing) {
 TEST_F(PowerProfilesTest, AQuestionThatNobodyAnswersIsWithdrawn) {
     setKernel("balanced", "low-power balanced performance");
     const std::string pidFile = paths.root + "/pid";
-    setPkexec("echo $$ > " + pidFile + ".new; mv " + pidFile + ".new " + pidFile + "; exec sleep 1000");
+    setPkexec("cd '" + paths.root + "' && echo $$ > pid.new && mv pid.new pid; exec sleep 1000");
     auto asking =
         std::async(std::launch::async, [&profiles = profiles()] { profiles.select(PowerProfile::performance); });
     ASSERT_TRUE(waitUntil([&] { return fs::exists(pidFile); }));

@@ -100,7 +100,7 @@ TEST(LinuxCommandRunner, StopsADescendantThatKeepsThePipeOpen) {
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     const Descriptor held(open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
 
-    const auto output = shell("exec 3>" + pipe + "; sleep 600 & printf early", {1000, 200ms});
+    const auto output = shell("exec 3>'" + pipe + "'; sleep 600 & printf early", {1000, 200ms});
 
     ASSERT_TRUE(output);
     EXPECT_EQ(output->standardOutput, "early");
