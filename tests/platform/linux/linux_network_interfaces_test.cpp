@@ -29,6 +29,15 @@ public:
         interfaces = std::make_unique<LinuxNetworkInterfaces>(root, std::move(owned));
     }
 
+    /// Of every entry, in order.
+    std::vector<std::string> names() {
+        std::vector<std::string> result;
+        for (const auto& entry : interfaces->getifaddrs().value_or(std::vector<InterfaceEntry>{})) {
+            result.push_back(entry.name);
+        }
+        return result;
+    }
+
     std::vector<std::string> links() {
         std::vector<std::string> names;
         for (const auto& entry : interfaces->getifaddrs().value_or(std::vector<InterfaceEntry>{})) {
@@ -61,14 +70,10 @@ TEST(LinuxNetworkInterfaces, ListsOnlyLinksWithTrafficOfTheirOwn) {
 }
 
 TEST(LinuxNetworkInterfaces, KeepsEveryAddressInTheSystemsOrder) {
-    const auto entries = Machine(fixture("amd-desktop")).interfaces->getifaddrs();
+    Machine desktop(fixture("amd-desktop"));
 
-    ASSERT_TRUE(entries);
-    std::vector<std::string> names;
-    for (const auto& entry : *entries) {
-        names.push_back(entry.name);
-    }
-    EXPECT_THAT(names, ElementsAre("lo", "enp4s0", "enp5s0", "lo", "bond0", "bond0.30", "virbr0"));
+    EXPECT_THAT(desktop.names(), ElementsAre("lo", "enp4s0", "enp5s0", "lo", "bond0", "bond0.30", "virbr0"));
+    const auto entries = desktop.interfaces->getifaddrs();
     EXPECT_EQ(entries->at(4).address->ipv4, (std::array<std::uint8_t, 4>{10, 0, 0, 17}));
     EXPECT_FALSE(entries->at(4).statistics);
     EXPECT_EQ(entries->at(1).flags & 0x49U, 0x41U);
@@ -81,14 +86,7 @@ TEST(LinuxNetworkInterfaces, ListsWhatOnlyRepeatsTrafficLast) {
                "docker0 0x1043 link\neno1 0x1043 link\n"
                "docker0 0x1043 ipv4 172.17.0.1\neno1 0x1043 ipv4 192.168.1.20\n");
 
-    const auto entries = Machine(tree.root()).interfaces->getifaddrs();
-
-    ASSERT_TRUE(entries);
-    std::vector<std::string> names;
-    for (const auto& entry : *entries) {
-        names.push_back(entry.name);
-    }
-    EXPECT_THAT(names, ElementsAre("eno1", "eno1", "docker0"));
+    EXPECT_THAT(Machine(tree.root()).names(), ElementsAre("eno1", "eno1", "docker0"));
 }
 
 TEST(LinuxNetworkInterfaces, ListsABridgeAboveHardwareBeforeThoseOfContainers) {
@@ -100,14 +98,7 @@ TEST(LinuxNetworkInterfaces, ListsABridgeAboveHardwareBeforeThoseOfContainers) {
                "eno1 0x1043 link\ndocker0 0x1043 link\nbr0 0x1043 link\n"
                "docker0 0x1043 ipv4 172.17.0.1\nbr0 0x1043 ipv4 192.168.1.20\n");
 
-    const auto entries = Machine(tree.root()).interfaces->getifaddrs();
-
-    ASSERT_TRUE(entries);
-    std::vector<std::string> names;
-    for (const auto& entry : *entries) {
-        names.push_back(entry.name);
-    }
-    EXPECT_THAT(names, ElementsAre("eno1", "br0", "docker0"));
+    EXPECT_THAT(Machine(tree.root()).names(), ElementsAre("eno1", "br0", "docker0"));
 }
 
 /// A laptop whose wireless link a test takes away, while the tunnels above it stay.
