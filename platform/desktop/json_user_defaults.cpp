@@ -58,13 +58,21 @@ std::optional<PreferenceValue> JsonUserDefaults::object(std::string_view key) co
 void JsonUserDefaults::set(std::string_view key, PreferenceValue value) {
     pending_.insert_or_assign(std::string(key), value);
     values_.insert_or_assign(std::string(key), std::move(value));
-    if (!timer_) {
-        timer_ = runLoop_.scheduleRepeating(writeInterval, [this] { writePending(); });
+    isWriteDue_ = true;
+    if (timer_) {
+        return;
     }
+    timer_ = runLoop_.scheduleRepeating(writeInterval, [this] { writeOrRest(); });
+    runLoop_.post([this, alive = lifetime_.watch()] {
+        if (!alive.expired()) {
+            writePending();
+        }
+    });
 }
 
 void JsonUserDefaults::flush() {
     timer_.reset();
+    isWriteDue_ = false;
     // What a background write has taken may not have reached the disk yet; newer values go first.
     pending_.insert(writing_.begin(), writing_.end());
     writing_.clear();
@@ -83,11 +91,19 @@ void JsonUserDefaults::flushAtExit() {
     flushedAtExit = this;
 }
 
-void JsonUserDefaults::writePending() {
-    if (writingSequence_ != 0) {
-        return;  // the disk is slow: the timer asks again
+void JsonUserDefaults::writeOrRest() {
+    if (isWriteDue_) {
+        writePending();
+    } else {
+        timer_.reset();
     }
-    timer_.reset();
+}
+
+void JsonUserDefaults::writePending() {
+    if (!isWriteDue_ || writingSequence_ != 0) {
+        return;  // while the disk is busy the timer asks again
+    }
+    isWriteDue_ = false;
     writing_ = std::exchange(pending_, {});
     writingSequence_ = ++lastSequence_;
     runLoop_.runInBackground(TaskPriority::utility, [this, &runLoop = runLoop_, file = file_, changes = writing_,

@@ -16,9 +16,10 @@ namespace kestro {
 /// seen at the next start. Each key belongs to whoever wrote it last, and keys that this program never assigns
 /// stay as they are.
 ///
-/// Assignments reach the disk together, in the background, one to two seconds after the first of them, and
-/// through `flush` before the process ends. When the disk refuses, the values are kept in memory and written
-/// with the next assignment. Main thread; the run loop outlives it.
+/// What is assigned in one turn of the run loop is written at its end, in the background; what follows within a
+/// second is written together when that has passed, and what is left by `flush` before the process ends. When
+/// the disk refuses, the values are kept in memory and written with the next assignment. Main thread; the run
+/// loop outlives it.
 class JsonUserDefaults final : public UserDefaults {
 public:
     JsonUserDefaults(RunLoop& runLoop, const std::string& path);
@@ -37,11 +38,12 @@ public:
     /// Writes what has not reached the disk yet, now. Returns when it is there or was refused.
     void flush();
 
-    /// Flushes when the process calls `exit` while this object lives, as the toolkit does when the display server
-    /// goes away at logout. One object at a time.
+    /// Flushes when the process calls `exit` while this object lives, as the toolkit does when the X server goes
+    /// away at logout. (When a compositor goes away it ends the process on the spot.) One object at a time.
     void flushAtExit();
 
 private:
+    void writeOrRest();
     void writePending();
     void finishWriting(std::uint64_t sequence, bool stored);
 
@@ -51,8 +53,9 @@ private:
     PreferencesFile::Values pending_;
     PreferencesFile::Values writing_;
     std::uint64_t lastSequence_ = 0;
-    std::uint64_t writingSequence_ = 0;  // 0: no background write is under way
-    std::unique_ptr<RunLoopTimer> timer_;
+    std::uint64_t writingSequence_ = 0;    // 0: no background write is under way
+    bool isWriteDue_ = false;              // assigned to since the last write began
+    std::unique_ptr<RunLoopTimer> timer_;  // runs while a write would come too soon after another
     Lifetime lifetime_;
 };
 

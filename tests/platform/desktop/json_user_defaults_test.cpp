@@ -70,19 +70,45 @@ TEST_F(JsonUserDefaultsTest, PeopleCanReadTheFile) {
 )");
 }
 
-TEST_F(JsonUserDefaultsTest, ABurstBecomesOneWrite) {
+TEST_F(JsonUserDefaultsTest, WhatChangesTogetherIsWrittenTogetherAndAtOnce) {
+    auto defaults = open();
+    defaults.set("kestro.isPinned", true);
+    defaults.set("kestro.customFanRPM", 3500.0);
+
+    runLoop.endTurn();
+
+    EXPECT_EQ(runLoop.waitingBackgroundTasks(), 1U);
+    runLoop.runTasks();
+    EXPECT_EQ(stored("kestro.isPinned"), PreferenceValue(true));
+    EXPECT_EQ(stored("kestro.customFanRPM"), PreferenceValue(3500.0));
+}
+
+TEST_F(JsonUserDefaultsTest, ABurstIsWrittenAtItsBeginningAndASecondLater) {
     auto defaults = open();
 
     for (int step = 0; step <= 100; ++step) {
         defaults.set("kestro.customFanRPM", 1000.0 + step);
+        runLoop.endTurn();
     }
 
-    EXPECT_EQ(runLoop.runningTimers(), 1);
-    EXPECT_EQ(runLoop.lastPeriod, std::chrono::seconds(1));
-    runLoop.fireTimers();
     EXPECT_EQ(runLoop.waitingBackgroundTasks(), 1U);
     runLoop.runTasks();
+    EXPECT_EQ(stored("kestro.customFanRPM"), PreferenceValue(1000.0));
+    EXPECT_EQ(runLoop.runningTimers(), 1);
+    EXPECT_EQ(runLoop.lastPeriod, std::chrono::seconds(1));
+    passASecond();
     EXPECT_EQ(stored("kestro.customFanRPM"), PreferenceValue(1100.0));
+}
+
+TEST_F(JsonUserDefaultsTest, RestsASecondAfterTheLastWrite) {
+    auto defaults = open();
+    defaults.set("kestro.isPinned", true);
+    runLoop.endTurn();
+    runLoop.runTasks();
+
+    runLoop.fireTimers();
+
+    EXPECT_EQ(runLoop.waitingBackgroundTasks(), 0U);
     EXPECT_EQ(runLoop.runningTimers(), 0);
 }
 

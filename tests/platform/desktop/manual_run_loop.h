@@ -33,13 +33,19 @@ public:
         }
     }
 
+    /// Runs what was posted.
+    void endTurn() {
+        for (auto& task : std::exchange(posted_, {})) {
+            task();
+        }
+    }
+
     /// Runs the background tasks, then what they posted.
     void runTasks() {
-        for (auto* queue : {&background_, &posted_}) {
-            for (auto& task : std::exchange(*queue, {})) {
-                task();
-            }
+        for (auto& task : std::exchange(background_, {})) {
+            task();
         }
+        endTurn();
     }
 
     std::ptrdiff_t runningTimers() const {

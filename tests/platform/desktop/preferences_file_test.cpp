@@ -242,7 +242,9 @@ TEST_F(PreferencesFileTest, WhereNothingCanBeWrittenTheNextChangeTriesAgain) {
     defaults.set("kestro.isPinned", true);
     passASecond();
     EXPECT_EQ(defaults.object("kestro.isPinned"), PreferenceValue(true));
+    runLoop.fireTimers();
     EXPECT_EQ(runLoop.runningTimers(), 0) << "no timer runs while nothing changes";
+    EXPECT_EQ(runLoop.waitingBackgroundTasks(), 0U) << "the disk is not asked again and again";
     fs::remove(obstacle);
     defaults.set("kestro.showMemory", false);
     passASecond();
