@@ -20,8 +20,7 @@ namespace kestro {
 
 namespace {
 
-/// Listings closer together than this are measured against the same earlier one: over a few milliseconds
-/// the kernel's ticks of 10 ms say nothing.
+/// Over less the kernel's ticks of 10 ms say little.
 constexpr double shortestMeasure = 0.4;
 
 double ticksPerSecond() {
@@ -99,7 +98,8 @@ bool ProcessTable::read(const char* directoryName, Process& process) const {
 }
 
 void ProcessTable::scan() {
-    processCount_ = 0;
+    auto& processes = newest_.processes;
+    auto& count = newest_.count = 0;
     const int listing =
         procDescriptor_ < 0 ? -1 : openat(procDescriptor_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     DIR* directory = listing < 0 ? nullptr : fdopendir(listing);
@@ -114,37 +114,46 @@ void ProcessTable::scan() {
         if (!isProcessDirectory(entry->d_name)) {
             continue;
         }
-        if (processCount_ == processes_.size()) {
-            processes_.emplace_back();
+        if (count == processes.size()) {
+            processes.emplace_back();
         }
-        if (read(entry->d_name, processes_[processCount_])) {
-            ++processCount_;
+        if (read(entry->d_name, processes[count])) {
+            ++count;
         }
     }
     closedir(directory);
 
-    const auto end = processes_.begin() + static_cast<std::ptrdiff_t>(processCount_);
-    if (!std::ranges::is_sorted(processes_.begin(), end, {}, &Process::pid)) {
-        std::ranges::sort(processes_.begin(), end, {}, &Process::pid);
+    const auto end = processes.begin() + static_cast<std::ptrdiff_t>(count);
+    if (!std::ranges::is_sorted(processes.begin(), end, {}, &Process::pid)) {
+        std::ranges::sort(processes.begin(), end, {}, &Process::pid);
     }
 }
 
-void ProcessTable::measure(double now) {
-    const double elapsed = now - baselineTime_;
+void ProcessTable::chooseBaseline() {
+    if (next_.time >= 0 && newest_.time - next_.time >= shortestMeasure) {
+        std::swap(baseline_, next_);
+        next_.time = -1;
+    }
+}
+
+void ProcessTable::measure() {
+    const double now = newest_.time;
+    const double elapsed = now - baseline_.time;
     std::size_t earlier = 0;
-    for (std::size_t index = 0; index < processCount_; ++index) {
-        auto& process = processes_[index];
-        while (earlier < baselineCount_ && baseline_[earlier].pid < process.pid) {
+    for (std::size_t index = 0; index < newest_.count; ++index) {
+        auto& process = newest_.processes[index];
+        while (earlier < baseline_.count && baseline_.processes[earlier].pid < process.pid) {
             ++earlier;
         }
-        const bool known = earlier < baselineCount_ && baseline_[earlier].pid == process.pid &&
-                           baseline_[earlier].startTicks == process.startTicks && baselineTime_ >= 0;
+        const auto* before = earlier < baseline_.count ? &baseline_.processes[earlier] : nullptr;
+        const bool known =
+            before != nullptr && before->pid == process.pid && before->startTicks == process.startTicks;
         // A start is known to a tick: what began within the last one would come out at any figure.
         const double age = now - static_cast<double>(process.startTicks) / ticksPerSecond();
         const double life = age < 0 ? 0 : std::max(age, 1 / ticksPerSecond());
         const double seconds = known ? elapsed : life;
-        const auto before = known ? baseline_[earlier].processorTicks : 0;
-        const auto ticks = process.processorTicks > before ? process.processorTicks - before : 0;
+        const auto ticksBefore = known ? before->processorTicks : 0;
+        const auto ticks = process.processorTicks > ticksBefore ? process.processorTicks - ticksBefore : 0;
         process.processorPercent = seconds > 0 ? static_cast<double>(ticks) / ticksPerSecond() / seconds * 100 : 0;
     }
 }
@@ -168,18 +177,19 @@ std::string ProcessTable::command(const Process& process) const {
 std::string ProcessTable::list(Order order) {
     const std::lock_guard guard(mutex_);
     scan();
-    const double now = uptime_();
-    measure(now);
+    newest_.time = uptime_();
+    chooseBaseline();
+    measure();
 
-    ranking_.resize(processCount_);
+    ranking_.resize(newest_.count);
     for (std::uint32_t index = 0; index < ranking_.size(); ++index) {
         ranking_[index] = index;
     }
     const auto rows = std::min(rowLimit, ranking_.size());
     std::ranges::partial_sort(ranking_, ranking_.begin() + static_cast<std::ptrdiff_t>(rows),
                               [&](std::uint32_t left, std::uint32_t right) {
-                                  const auto& a = processes_[left];
-                                  const auto& b = processes_[right];
+                                  const auto& a = newest_.processes[left];
+                                  const auto& b = newest_.processes[right];
                                   if (order == Order::processor && a.processorPercent != b.processorPercent) {
                                       return a.processorPercent > b.processorPercent;
                                   }
@@ -191,17 +201,15 @@ std::string ProcessTable::list(Order order) {
 
     std::string table = "    PID  %CPU %MEM      RSS COMM\n";
     for (std::size_t row = 0; row < rows; ++row) {
-        const auto& process = processes_[ranking_[row]];
+        const auto& process = newest_.processes[ranking_[row]];
         const auto resident = process.residentPages * kibibytesPerPage();
         fmt::format_to(std::back_inserter(table), "{:7} {:5.1f} {:4.1f} {:8} {}\n", process.pid,
                        process.processorPercent, static_cast<double>(resident) / installedKibibytes() * 100,
                        resident, command(process));
     }
 
-    if (baselineTime_ < 0 || now - baselineTime_ >= shortestMeasure) {
-        std::swap(processes_, baseline_);
-        baselineCount_ = processCount_;
-        baselineTime_ = now;
+    if (next_.time < 0) {
+        std::swap(newest_, next_);
     }
     return table;
 }

@@ -10,9 +10,9 @@ namespace kestro {
 
 /// The processes of this machine as the process-status tool would list them, read straight from /proc.
 ///
-/// Processor use is measured between two listings, as `top` does; a process that was not there at the
-/// earlier one counts from its start. Any thread; listings wait for each other. A /proc that cannot be read
-/// lists nothing.
+/// Processor use is measured between two listings at least 0.4 s apart, as `top` does; a process that was not
+/// there at the earlier one counts from its start. Any thread; listings wait for each other. A /proc that cannot
+/// be read lists nothing.
 class ProcessTable {
 public:
     enum class Order { processor, residentMemory };
@@ -48,19 +48,25 @@ private:
         std::string name;
     };
 
+    /// Every process at one time, by process id.
+    struct Listing {
+        std::vector<Process> processes;
+        std::size_t count = 0;  // entries in use; the others keep their storage
+        double time = -1;       // of the uptime source; -1: there is none
+    };
+
     void scan();
     bool read(const char* directoryName, Process& process) const;
-    void measure(double now);
+    void chooseBaseline();
+    void measure();
     std::string command(const Process& process) const;
 
     const int procDescriptor_;
     const UptimeSource uptime_;
     std::mutex mutex_;
-    std::vector<Process> processes_;  // the newest listing, by process id
-    std::size_t processCount_ = 0;    // entries in use; the others keep their storage
-    std::vector<Process> baseline_;   // the listing that the newest one is measured against
-    std::size_t baselineCount_ = 0;
-    double baselineTime_ = -1;
+    Listing newest_;
+    Listing next_;      // what later listings are measured against once it is old enough
+    Listing baseline_;  // what the newest one is measured against
     std::vector<std::uint32_t> ranking_;
 };
 

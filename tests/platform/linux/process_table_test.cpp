@@ -88,14 +88,43 @@ TEST_F(ProcessTableTest, MeasuresListingsInQuickSuccessionAgainstTheSameEarlierO
     process(10, "busy", 101, 100);
     now += 1;
     rows(ProcessTable::Order::processor);
+    process(10, "busy", 101.02, 100);
     now += 0.01;
-    rows(ProcessTable::Order::processor);
+
+    const auto soon = rows(ProcessTable::Order::processor);
     process(10, "busy", 101.2, 100);
     now += 0.19;
+    const auto later = rows(ProcessTable::Order::processor);
+
+    EXPECT_EQ(field(soon[0], 1), "101.0");
+    EXPECT_EQ(field(later[0], 1), "100.0");
+}
+
+TEST_F(ProcessTableTest, MeasuresAgainstTheLatestListingThatIsOldEnough) {
+    process(10, "busy", 100, 100);
+    rows(ProcessTable::Order::processor);
+    now += 1;
+    rows(ProcessTable::Order::processor);
+    process(10, "busy", 100.1, 100);
+    now += 0.2;
+    rows(ProcessTable::Order::processor);
+    process(10, "busy", 100.2, 100);
+    now += 0.2;
 
     const auto found = rows(ProcessTable::Order::processor);
 
-    EXPECT_EQ(field(found[0], 1), "100.0");
+    EXPECT_EQ(field(found[0], 1), "50.0");
+}
+
+TEST_F(ProcessTableTest, TheSecondListingSoonAfterTheFirstCountsFromTheStartToo) {
+    process(10, "half", 50, 100, 900);
+    rows(ProcessTable::Order::processor);
+    process(10, "half", 50.01, 100, 900);
+    now += 0.01;
+
+    const auto found = rows(ProcessTable::Order::processor);
+
+    EXPECT_EQ(field(found[0], 1), "50.0");
 }
 
 TEST_F(ProcessTableTest, AReusedProcessIdIsANewProcess) {
