@@ -17,11 +17,19 @@ std::size_t systemPageSize() {
     return size > 0 ? static_cast<std::size_t>(size) : 4096;
 }
 
-/// Adds what a counter grew by since it was last read; one that went backwards has stood still.
-void advance(std::uint32_t& total, std::uint32_t before, std::uint32_t now) {
+/// The kernel's estimates step back by a few ticks; whatever steps back further has started again.
+constexpr std::int32_t largestDip = 100;
+
+/// Adds what a counter grew by since it was last read. One that went backwards has stood still; after a dip it
+/// counts again once it is above where it was.
+void advance(std::uint32_t& total, std::uint32_t& latest, std::uint32_t now) {
     // Counters wrap at 32 bits, so that the sign of the difference tells the direction.
-    const auto growth = static_cast<std::int32_t>(now - before);
+    const auto growth = static_cast<std::int32_t>(now - latest);
+    if (growth < 0 && growth >= -largestDip) {
+        return;
+    }
     total += growth > 0 ? static_cast<std::uint32_t>(growth) : 0;
+    latest = now;
 }
 
 }  // namespace
@@ -34,7 +42,11 @@ LinuxMachHost::LinuxMachHost(const Clock& clock, std::string root, std::size_t p
       stat_(pathUnder(root, "/proc/stat")),
       memInfo_(pathUnder(root, "/proc/meminfo")),
       pools_(root),
-      statPrefix_(initialStatPrefix) {}
+      statPrefix_(initialStatPrefix) {
+    if (readCores()) {
+        assignSlots();
+    }
+}
 
 bool LinuxMachHost::readCores() {
     for (;;) {
@@ -71,7 +83,6 @@ void LinuxMachHost::assignSlots() {
         advance(total.system, latest.system, core.system);
         advance(total.idle, latest.idle, core.idle);
         advance(total.nice, latest.nice, core.nice);
-        latest = core;
     }
 }
 

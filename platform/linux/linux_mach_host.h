@@ -18,9 +18,9 @@ namespace kestro {
 
 /// Processor ticks from /proc/stat and page counts from /proc/meminfo. Main thread.
 ///
-/// Cores are listed with the performance cores first, then the efficiency cores, each by number. A core keeps
-/// its place for as long as this object lives: one that goes offline keeps its last ticks and so reads as
-/// doing nothing, and one that appears later is appended. Cores that are offline from the start are not listed.
+/// Cores are listed with the performance cores first, then the efficiency cores, each by number, as they are
+/// online at construction. A core keeps its place for as long as this object lives: one that goes offline keeps
+/// its last ticks and so reads as doing nothing, and one that appears later is appended.
 ///
 /// Ticks never go backwards, although the kernel's do: idle time restarts from 0 on many kernels when a core
 /// comes back, as all but one do after a suspend, and the share of it that waits for I/O is an estimate.
@@ -41,6 +41,12 @@ private:
         bool isLent = false;
     };
 
+    /// A core in its place in the answer.
+    struct Slot {
+        CoreTicks latest;  ///< as last read, or higher during a dip
+        CoreTicks total;   ///< what is answered
+    };
+
     bool readCores();
     void assignSlots();
     std::int32_t* lendArray(std::size_t integerCount);
@@ -54,12 +60,6 @@ private:
     MemoryPoolReader pools_;
 
     std::size_t statPrefix_;
-    /// A core in its place in the answer.
-    struct Slot {
-        CoreTicks latest;  ///< as last read
-        CoreTicks total;   ///< what is answered
-    };
-
     std::vector<CoreTicks> cores_;         ///< as last read
     std::vector<Slot> slots_;              ///< every core ever seen, in the order of the answer
     std::vector<std::int32_t> slotOfCpu_;  ///< -1: never seen

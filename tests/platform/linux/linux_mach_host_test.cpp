@@ -111,6 +111,20 @@ TEST(LinuxMachHost, TicksNeverGoBackwards) {
     EXPECT_EQ(ticks(host), (std::vector{107, 22, 1092, 31}));
 }
 
+TEST(LinuxMachHost, CountsNoTickTwiceAfterADip) {
+    ManualClock clock;
+    TemporaryTree tree;
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 100 30 20 1000 50\nintr 0\n");
+    LinuxMachHost host(clock, tree.root());
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 100 30 20 1000 45\nintr 0\n");
+    ASSERT_EQ(ticks(host), (std::vector{100, 20, 1050, 30}));
+
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 100 30 20 1000 48\nintr 0\n");
+    EXPECT_EQ(ticks(host), (std::vector{100, 20, 1050, 30}));
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 100 30 20 1100 50\nintr 0\n");
+    EXPECT_EQ(ticks(host), (std::vector{100, 20, 1150, 30}));
+}
+
 TEST(LinuxMachHost, TicksGoOnPast32Bits) {
     ManualClock clock;
     TemporaryTree tree;
@@ -129,6 +143,17 @@ TEST(LinuxMachHost, AppendsACoreThatAppearsLater) {
     tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 10 0 0 0\ncpu2 30 0 0 0\nintr 0\n");
     LinuxMachHost host(clock, tree.root());
     ASSERT_EQ(userTicks(host), (std::vector{10, 30}));
+
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 11 0 0 0\ncpu1 5 0 0 0\ncpu2 31 0 0 0\nintr 0\n");
+
+    EXPECT_EQ(userTicks(host), (std::vector{11, 31, 5}));
+}
+
+TEST(LinuxMachHost, ListsTheCoresAsTheyWereAtConstruction) {
+    ManualClock clock;
+    TemporaryTree tree;
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 10 0 0 0\ncpu2 30 0 0 0\nintr 0\n");
+    LinuxMachHost host(clock, tree.root());
 
     tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 11 0 0 0\ncpu1 5 0 0 0\ncpu2 31 0 0 0\nintr 0\n");
 
