@@ -11,11 +11,6 @@ namespace kestro {
 
 namespace {
 
-/// A load that is not measured while only the status bar shows would be a picture of the past.
-bool isProcessorLoadCurrent(const KestroServices& services) {
-    return services.engine.isUIActive.get() || services.engine.readsLoadWhileIdle();
-}
-
 int wholePercent(double percent) {
     return percent > 0 ? static_cast<int>(std::min(percent, 100.0)) : 0;
 }
@@ -28,7 +23,8 @@ std::optional<StatusGlance> glance(const KestroServices& services, const Readout
     }
     StatusGlance loads;
     loads.upperPercent = wholePercent(inputs.memory->usedPercentage());
-    if (inputs.cpu != nullptr && isProcessorLoadCurrent(services)) {
+    // A row that came and went with the windows, the only other time that the load is read, would be restless.
+    if (inputs.cpu != nullptr && services.engine.readsLoadWhileIdle()) {
         loads.lowerPercent = wholePercent(inputs.cpu->totalUsage);
     }
     return loads;

@@ -255,17 +255,24 @@ TEST_F(AppDelegateReadout, PaintsLoadsForHostsWithoutText) {
 
 TEST_F(AppDelegateReadout, PaintsNoProcessorLoadThatIsNotMeasured) {
     launch();
-    click();
-    mac.advance(1s);
-    EXPECT_TRUE(shown().glance->lowerPercent);
-
-    click();
     mac.advance(2s);
     EXPECT_FALSE(shown().glance->lowerPercent);
 
     settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
     mac.advance(2s);
     EXPECT_TRUE(shown().glance->lowerPercent);
+}
+
+TEST_F(AppDelegateReadout, KeepsTheRowsOfItsIconWhileAWindowOpens) {
+    launch();
+    mac.advance(2s);
+    click();
+
+    mac.advance(1s);
+
+    ASSERT_TRUE(engine.isUIActive.get());
+    ASSERT_TRUE(shown().glance);
+    EXPECT_FALSE(shown().glance->lowerPercent);
 }
 
 TEST_F(AppDelegateReadout, IsOnlyTheSymbolOnEveryHostWithoutAModule) {
