@@ -15,6 +15,12 @@ std::uint64_t growth(std::uint64_t now, std::uint64_t& origin) {
     return now - origin;
 }
 
+/// Where a link that joins others is counted from.
+InterfaceStatistics originOf(const InterfaceStatistics& joining) {
+    return {std::max<std::uint64_t>(joining.receivedBytes, 1) - 1,
+            std::max<std::uint64_t>(joining.sentBytes, 1) - 1};
+}
+
 }  // namespace
 
 void CountedTraffic::follow(const std::vector<std::string_view>& links,
@@ -28,8 +34,9 @@ void CountedTraffic::follow(const std::vector<std::string_view>& links,
             followed.push_back({std::string(link), InterfaceStatistics{}});
         } else {
             const auto found = std::ranges::find(traffic, link, &InterfaceTraffic::name);
-            followed.push_back(
-                {std::string(link), found != traffic.end() ? std::optional(found->statistics) : std::nullopt});
+            followed.push_back({std::string(link), found != traffic.end()
+                                                       ? std::optional(originOf(found->statistics))
+                                                       : std::nullopt});
         }
     }
     links_ = std::move(followed);
@@ -41,7 +48,7 @@ InterfaceStatistics CountedTraffic::sinceCounted(std::string_view link, const In
         return now;
     }
     if (!known->origin) {
-        known->origin = now;
+        known->origin = originOf(now);
     }
     return {growth(now.receivedBytes, known->origin->receivedBytes),
             growth(now.sentBytes, known->origin->sentBytes)};

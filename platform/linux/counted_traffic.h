@@ -13,7 +13,8 @@ namespace kestro {
 ///
 /// Which links count changes while the machine runs: wireless goes away and the tunnel above it remains, and then
 /// the other way round. A link that joins brings the traffic of days along, which would look like that of one
-/// moment in a sum over all links; so it starts from 0 here. Links that join while no other is counted keep their
+/// moment in a sum over all links; so it starts anew here, from 1 where it had traffic: a sum of 0 would say that
+/// there never was any. Links that join while no other is counted keep their
 /// whole counters, since there is no sum that they could change. One thread at a time.
 class CountedTraffic {
 public:

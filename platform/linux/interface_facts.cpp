@@ -108,7 +108,8 @@ std::vector<InterfaceStanding> standings(const Interfaces& interfaces) {
         if (hasOwn(facts) || !(isCarried(facts) || isHardwareUp || isBehindAnother)) {
             result.push_back(InterfaceStanding::counted);
         } else {
-            const bool leadsOut = !facts.isBridgePort && ridesOnHardware(interfaces, facts, deepest);
+            const bool leadsOut =
+                !facts.isTunnel && !facts.isBridgePort && ridesOnHardware(interfaces, facts, deepest);
             result.push_back(leadsOut ? InterfaceStanding::carried : InterfaceStanding::inner);
         }
     }

@@ -17,16 +17,26 @@ TEST(CountedTraffic, KeepsTheWholeCountersOfTheLinksItBeginsWith) {
     EXPECT_EQ(traffic.sinceCounted("second", {901, 90}).receivedBytes, 901U);
 }
 
-TEST(CountedTraffic, StartsALinkThatJoinsAtZero) {
+TEST(CountedTraffic, StartsALinkThatJoinsAtOne) {
     CountedTraffic traffic;
     traffic.follow({"first"}, counters(5000, 900));
 
     traffic.follow({"first", "second"}, counters(5001, 900));
 
     EXPECT_EQ(traffic.sinceCounted("first", {5001, 500}).receivedBytes, 5001U);
-    EXPECT_EQ(traffic.sinceCounted("second", {900, 90}).receivedBytes, 0U);
-    EXPECT_EQ(traffic.sinceCounted("second", {970, 95}).receivedBytes, 70U);
-    EXPECT_EQ(traffic.sinceCounted("second", {970, 95}).sentBytes, 5U);
+    EXPECT_EQ(traffic.sinceCounted("second", {900, 90}).receivedBytes, 1U);
+    EXPECT_EQ(traffic.sinceCounted("second", {970, 95}).receivedBytes, 71U);
+    EXPECT_EQ(traffic.sinceCounted("second", {970, 95}).sentBytes, 6U);
+}
+
+TEST(CountedTraffic, StartsALinkThatNeverHadTrafficAtZero) {
+    CountedTraffic traffic;
+    traffic.follow({"first"}, counters(5000, 0));
+
+    traffic.follow({"first", "second"}, counters(5000, 0));
+
+    EXPECT_EQ(traffic.sinceCounted("second", {0, 0}).receivedBytes, 0U);
+    EXPECT_EQ(traffic.sinceCounted("second", {7, 0}).receivedBytes, 7U);
 }
 
 TEST(CountedTraffic, StartsALinkAnewThatLeftAndCameBack) {
@@ -36,7 +46,7 @@ TEST(CountedTraffic, StartsALinkAnewThatLeftAndCameBack) {
 
     traffic.follow({"first"}, counters(6000, 950));
 
-    EXPECT_EQ(traffic.sinceCounted("first", {6010, 600}).receivedBytes, 10U);
+    EXPECT_EQ(traffic.sinceCounted("first", {6010, 600}).receivedBytes, 11U);
 }
 
 TEST(CountedTraffic, KeepsTheWholeCountersOfALinkThatJoinsNobody) {
@@ -54,8 +64,8 @@ TEST(CountedTraffic, StartsWithTheFirstCountersThatCouldBeRead) {
     traffic.follow({"first"}, counters(5000, 900));
     traffic.follow({"first", "second"}, {});
 
-    EXPECT_EQ(traffic.sinceCounted("second", {900, 90}).receivedBytes, 0U);
-    EXPECT_EQ(traffic.sinceCounted("second", {910, 91}).receivedBytes, 10U);
+    EXPECT_EQ(traffic.sinceCounted("second", {900, 90}).receivedBytes, 1U);
+    EXPECT_EQ(traffic.sinceCounted("second", {910, 91}).receivedBytes, 11U);
 }
 
 TEST(CountedTraffic, CountsAllOfALinkThatWasMadeAnewUnderItsName) {
@@ -65,7 +75,7 @@ TEST(CountedTraffic, CountsAllOfALinkThatWasMadeAnewUnderItsName) {
 
     EXPECT_EQ(traffic.sinceCounted("second", {40, 90}).receivedBytes, 40U);
     EXPECT_EQ(traffic.sinceCounted("second", {55, 91}).receivedBytes, 55U);
-    EXPECT_EQ(traffic.sinceCounted("second", {55, 91}).sentBytes, 1U);
+    EXPECT_EQ(traffic.sinceCounted("second", {55, 91}).sentBytes, 2U);
 }
 
 TEST(CountedTraffic, LeavesTheCountersOfOthersAsTheyAre) {

@@ -138,6 +138,14 @@ TEST(Standings, TellsTheWayOutFromTheWayIn) {
         (std::vector{counted, carried, inner, inner, inner}));
 }
 
+TEST(Standings, LeadIntoATunnelThatIsBoundToHardware) {
+    using enum InterfaceStanding;
+    auto overlay = tunnel("flannel.1");
+    overlay.lowerNames = {"eth0"};
+
+    EXPECT_EQ(standings({hardware("eth0"), overlay}), (std::vector{counted, inner}));
+}
+
 TEST(Standings, AreFoundForLayersThatMakeNoSense) {
     using enum InterfaceStanding;
 
