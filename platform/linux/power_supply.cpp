@@ -170,17 +170,18 @@ std::string worstHealth(const Batteries& batteries) {
     return "Normal";
 }
 
-/// As the figures have it; -1 without any.
-std::int64_t computedMinutesToEmpty(const Batteries& batteries) {
-    if (batteries.size() == 1) {
-        const auto& battery = *batteries.front();
-        if (isAboveZero(battery.timeToEmptySeconds)) {
-            return *battery.timeToEmptySeconds / 60;
-        }
-        if (battery.chargeNow && isAboveZero(battery.currentNow)) {
-            return *battery.chargeNow * 60 / *battery.currentNow;
-        }
-    }
+using Minutes = std::optional<std::int64_t>;
+
+Minutes gaugedMinutes(const PowerSupply& battery) {
+    return isAboveZero(battery.timeToEmptySeconds) ? Minutes(*battery.timeToEmptySeconds / 60) : std::nullopt;
+}
+
+Minutes minutesOfCharge(const PowerSupply& battery) {
+    const bool isKnown = battery.chargeNow && isAboveZero(battery.currentNow);
+    return isKnown ? Minutes(*battery.chargeNow * 60 / *battery.currentNow) : std::nullopt;
+}
+
+Minutes minutesOfEnergy(const Batteries& batteries) {
     std::int64_t energy = 0;
     std::int64_t power = 0;
     for (const auto* battery : batteries) {
@@ -193,13 +194,19 @@ std::int64_t computedMinutesToEmpty(const Batteries& batteries) {
             power += *battery->currentNow / 1000 * *millivolts;
         }
     }
-    return power > 0 && energy > 0 ? energy * 60 / power : -1;
+    return power > 0 && energy > 0 ? Minutes(energy * 60 / power) : std::nullopt;
 }
 
-/// Minutes until all batteries are empty; -1 while nobody can tell.
+/// Minutes until all batteries are empty, of the first source that can be believed; -1 while none can.
 std::int64_t minutesToEmpty(const Batteries& batteries) {
-    const auto minutes = computedMinutesToEmpty(batteries);
-    return minutes <= longestMinutes ? minutes : -1;
+    std::array<Minutes, 3> sources{{{}, {}, minutesOfEnergy(batteries)}};
+    if (batteries.size() == 1) {
+        sources[0] = gaugedMinutes(*batteries.front());
+        sources[1] = minutesOfCharge(*batteries.front());
+    }
+    const auto* const found = std::ranges::find_if(
+        sources, [](const Minutes& minutes) { return minutes && *minutes <= longestMinutes; });
+    return found != sources.end() ? **found : -1;
 }
 
 /// A charger that is online counts before what can be told from the batteries; one that is not may be one of

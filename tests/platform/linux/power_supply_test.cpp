@@ -237,6 +237,16 @@ TEST(DescribeBatteries, DoesNotBelieveThatABatteryLastsForWeeks) {
     EXPECT_EQ(integer(*describeBatteries({one}), "Time to Empty"), -1);
 }
 
+TEST(DescribeBatteries, ComputesTheTimeThatAGaugeDoesNotKnow) {
+    constexpr std::int64_t unknownMinutes = 65535;
+    auto one = battery(Status::discharging);
+    one.timeToEmptySeconds = unknownMinutes * 60;
+    one.chargeNow = 3'000'000;
+    one.currentNow = 1'500'000;
+
+    EXPECT_EQ(integer(*describeBatteries({one}), "Time to Empty"), 120);
+}
+
 TEST(DescribeBatteries, RecommendsServiceBelowFourFifthsOfTheDesign) {
     auto one = battery(Status::discharging);
     one.energyFull = 45'600'000;
