@@ -152,6 +152,12 @@ void QtRunLoop::runPendingTasks() {
     for (std::size_t index = 0; index < count; ++index) {
         const auto entry = entries_[index];
         if (entry->live && !entry->running && std::exchange(entry->pending, false)) {
+            // Another task of this wake-up may have taken long.
+            const auto next = nextFiringTime(std::chrono::steady_clock::now(), entry->period);
+            if (next > entry->due) {
+                entry->due = next;
+                arm();
+            }
             entry->running = true;
             entry->task();
             entry->running = false;

@@ -109,6 +109,25 @@ TEST(QtRunLoop, DoesNotFireTwiceInAMomentAfterTheThreadWasBusy) {
     EXPECT_GT(*dueNext - busyUntil, period / 2 - 1ms);
 }
 
+TEST(QtRunLoop, DoesNotFireTwiceInAMomentAfterAnotherTimerWasBusy) {
+    constexpr auto period = 40ms;
+    QtRunLoop runLoop;
+    MonotonicTime busyUntil;
+    std::optional<MonotonicTime> dueNext;
+
+    std::unique_ptr<RunLoopTimer> busy = runLoop.scheduleRepeating(period, [&] {
+        busyUntil = *runLoop.nextTimerWakeUp() - 4ms;
+        while (std::chrono::steady_clock::now() < busyUntil) {
+            std::this_thread::yield();
+        }
+        busy.reset();
+    });
+    const auto timer = runLoop.scheduleRepeating(period, [&] { dueNext = runLoop.nextTimerWakeUp(); });
+    ASSERT_TRUE(waitUntil([&] { return dueNext.has_value(); }));
+
+    EXPECT_GT(*dueNext - busyUntil, period / 2 - 1ms);
+}
+
 TEST(QtRunLoop, ATimerMayDieInItsOwnFiring) {
     QtRunLoop runLoop;
     std::unique_ptr<RunLoopTimer> timer;
