@@ -16,7 +16,7 @@ environment=(HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/da
 # What finds programs and their parts, and what looks into them. Scales, styles, displays, languages and folders
 # are the caller's own.
 for name in PATH USER LOGNAME LD_LIBRARY_PATH QT_PLUGIN_PATH FONTCONFIG_FILE FONTCONFIG_PATH QT_LOGGING_RULES \
-    ASAN_OPTIONS LSAN_OPTIONS UBSAN_OPTIONS TSAN_OPTIONS; do
+    ASAN_OPTIONS LSAN_OPTIONS UBSAN_OPTIONS TSAN_OPTIONS KESTRO_TEST_RUN; do
     if [ -n "${!name:-}" ]; then
         environment+=("$name=${!name}")
     fi
@@ -49,7 +49,8 @@ stop() {
         kill -KILL "$pid" 2>/dev/null || true
     done
     wait 2>/dev/null || true
-    rm -rf "$home"
+    # What was killed and is no child of this process may write until it is gone.
+    rm -rf "$home" 2>/dev/null || { sleep 0.2; rm -rf "$home"; } || say "cannot remove $home"
 }
 members() { grep -sl --null-data -Fx "XDG_RUNTIME_DIR=$home/run" /proc/[0-9]*/environ | cut -d/ -f3 || true; }
 trap stop EXIT

@@ -17,7 +17,8 @@ stop_tests() {  # STATUS: ends the run's processes, gently at first, and this on
         for pid in $(members_of_run); do
             kill "-$signal" "$pid" 2>/dev/null || true
         done
-        for ((tries = 30; tries > 0; --tries)); do
+        # Longer than a private session takes to end everything in it.
+        for ((tries = 100; tries > 0; --tries)); do
             members=$(members_of_run)
             [ -n "$members" ] || break 2
             sleep 0.1

@@ -16,8 +16,8 @@ trap 'kill "$program" 2>/dev/null || true; wait "$program" || true; exit 143' TE
 # Without a panel Kestro shows a strip of its own, whose window carries the readout as its name.
 window=''
 for ((tries = 300; tries > 0; --tries)); do
-    # awk reads to the end: a broken pipe would end this script.
-    window=$(xwininfo -root -tree | awk '/"Kestro: / && !found { found = $1 } END { print found }')
+    # A window that dies while it is listed makes xwininfo fail; the next look finds it gone.
+    window=$({ xwininfo -root -tree 2>/dev/null || true; } | awk '/"Kestro: / && !found { found = $1 } END { print found }')
     [ -n "$window" ] && break
     kill -0 "$program" 2>/dev/null || { wait "$program"; exit 1; }
     sleep 0.1

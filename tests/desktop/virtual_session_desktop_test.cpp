@@ -40,6 +40,7 @@ protected:
         hostile.insert(QStringLiteral("XDG_CURRENT_DESKTOP"), QStringLiteral("KDE"));
         hostile.insert(QStringLiteral("XDG_SESSION_TYPE"), QStringLiteral("wayland"));
         hostile.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent"));
+        hostile.insert(QStringLiteral("KESTRO_TEST_RUN"), qEnvironmentVariable("KESTRO_TEST_RUN"));
         script.setProcessEnvironment(hostile);
         script.start(QString::fromUtf8(KESTRO_SOURCE_DIR "/tools/") + QString::fromUtf8(name), arguments);
         ASSERT_TRUE(script.waitForStarted());
