@@ -39,10 +39,24 @@ std::optional<int> memoryFigure(const QString& label) {
     return match.hasMatch() ? std::optional(match.captured(1).toInt()) : std::nullopt;
 }
 
-/// True when the item's label shows the memory in use, within two points.
-bool showsMemory(const StatusItemClient& client, const QString& item) {
-    const auto figure = memoryFigure(client.label(item));
+/// True when a readout shows the memory in use, within two points.
+bool showsMemory(const QString& readout) {
+    const auto figure = memoryFigure(readout);
     return figure && std::abs(*figure - usedMemoryPercent()) <= 2;
+}
+
+bool showsMemory(const StatusItemClient& client, const QString& item) {
+    return showsMemory(client.label(item));
+}
+
+/// What stands in the session's folder besides the preferences and what was there `before`.
+QStringList filesLeft(const DesktopSession& session, const QStringList& before) {
+    QStringList left = session.files();
+    for (const QString& file : before) {
+        left.removeAll(file);
+    }
+    left.removeAll(QStringLiteral("config/kestro/preferences.json"));
+    return left;
 }
 
 /// True when the item's icon has the bar of the memory at its left: pixels over most of its height, which no
@@ -117,12 +131,7 @@ TEST(StatusBarOnMate, QuitsThroughItsMenuAndLeavesOnlyThePreferences) {
     ASSERT_TRUE(waitUntil([&] { return kestro.state() == QProcess::NotRunning; }));
     EXPECT_EQ(kestro.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(kestro.exitCode(), 0);
-    QStringList left = session.files();
-    for (const QString& file : before) {
-        left.removeAll(file);
-    }
-    left.removeAll(QStringLiteral("config/kestro/preferences.json"));
-    EXPECT_TRUE(left.isEmpty()) << left.join(QStringLiteral(", ")).toStdString();
+    EXPECT_EQ(filesLeft(session, before), QStringList());
 }
 
 TEST(StatusBarOnMate, OpensItsMenuUnderARightClick) {
@@ -177,6 +186,8 @@ TEST(StatusBarWithoutAPanel, ShowsTheStripAtTheTopRight) {
     EXPECT_GT(window.frame.width(), 100);
     EXPECT_EQ(window.frame.top(), 8);
     EXPECT_EQ(window.frame.right() + 1, DesktopSession::screenSize.width() - 10);
+    EXPECT_TRUE(waitUntil([&] { return showsMemory(session.strip().value_or(DesktopWindow()).title); }))
+        << window.title.toStdString();
     session.screenshot(QStringLiteral("strip"));
 }
 
@@ -197,6 +208,7 @@ TEST(StatusBarWithoutAPanel, KeepsTheStripOnEveryWorkspaceAsADock) {
 TEST(StatusBarWithoutAPanel, QuitsThroughTheMenuOfTheStrip) {
     DesktopSession session;
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const QStringList filesBefore = session.files();
     const QProcess& kestro = session.startKestro();
     const QPoint center = waitForStrip(session).frame.center();
     const QImage before = session.screenshot(QStringLiteral("strip"));
@@ -210,7 +222,9 @@ TEST(StatusBarWithoutAPanel, QuitsThroughTheMenuOfTheStrip) {
     session.key(QStringLiteral("Return"));
 
     ASSERT_TRUE(waitUntil([&] { return kestro.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(kestro.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(kestro.exitCode(), 0);
+    EXPECT_EQ(filesLeft(session, filesBefore), QStringList());
 }
 
 TEST(StatusBarWithoutAPanel, MovesToThePanelThatStarts) {
