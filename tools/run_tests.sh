@@ -40,9 +40,11 @@ done
 
 # A session that is set up against the tests, since they must not depend on the one of the person who runs them.
 mapfile -t hostile < <(grep '^[A-Z_]*=' tests/hostile_environment)
-if [ "$preset" = tsan ]; then
-    # Qt and the bus library are not built with the sanitizer, so what they do to memory says nothing. Quoted for
-    # a path with spaces; not a relative one, since some programs run elsewhere.
+# Quoted for a path with spaces; not relative ones, since some programs run elsewhere.
+if [ "$preset" = asan ]; then
+    hostile+=("LSAN_OPTIONS=print_suppressions=0 suppressions='$PWD/tools/leak_sanitizer.supp'")
+elif [ "$preset" = tsan ]; then
+    # Qt and the bus library are not built with the sanitizer, so what they do to memory says nothing.
     hostile+=("TSAN_OPTIONS=ignore_noninstrumented_modules=1 suppressions='$PWD/tools/thread_sanitizer.supp'")
 fi
 run_one() {
