@@ -56,9 +56,6 @@ void PopoverWindow::showRelativeTo(const QRect& anchor) {
         restingPlace_ =
             popoverFrame(anchor, popoverSize, screen->geometry(), screen->availableGeometry()).topLeft();
     }
-    if (!isVisible()) {
-        keepOutOfTaskBars(*this);
-    }
     fadeTo(1, motion::duration(motion::popoverOpen));
     makeKeyAndOrderFront(*this);
     pressMonitor_ = std::make_unique<PressMonitor>([this] { pressedSomewhere(); });
@@ -82,6 +79,13 @@ bool PopoverWindow::takesBack(const QRect& item) {
     const std::optional<Dismissal> dismissal = std::exchange(dismissal_, std::nullopt);
     return dismissal && clock_.monotonicNow() - dismissal->time < clickDuration &&
            (item.isNull() || item.contains(dismissal->pointer));
+}
+
+void PopoverWindow::showEvent(QShowEvent* event) {
+    if (!event->spontaneous()) {
+        keepOutOfTaskBars(*this);
+    }
+    SurfaceWindow::showEvent(event);
 }
 
 void PopoverWindow::visibilityDidChange() {

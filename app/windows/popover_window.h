@@ -35,6 +35,7 @@ public:
     bool takesBack(const QRect& item);
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void visibilityDidChange() override;
     bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

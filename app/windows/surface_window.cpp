@@ -31,6 +31,7 @@ void SurfaceWindow::showEvent(QShowEvent* event) {
         content_->setGeometry(rect());
         content_->show();
     }
+    withdrawalGuard_.windowDidShow();
     visibilityDidChange();
 }
 
@@ -38,6 +39,7 @@ void SurfaceWindow::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     pressedAt_.reset();
     if (!event->spontaneous()) {
+        withdrawalGuard_.windowDidHide();
         visibilityDidChange();
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/windows/window_delegate.h"
+#include "app/windows/withdrawal_guard.h"
 #include "ui/controls/on_screen.h"
 
 #include <QPoint>
@@ -50,6 +51,7 @@ private:
     WindowDelegate& delegate_;
     ContentFactory makeContent_;
     QWidget* content_ = nullptr;
+    WithdrawalGuard withdrawalGuard_{*this};
     std::optional<QPoint> pressedAt_;  ///< on the screen: where a drag may have begun
 };
 

@@ -18,6 +18,10 @@ void keepOutOfTaskBars(QWidget& window);
 /// X11. Wayland has no such state; there the window keeps its place.
 void setFloatingLevel(QWidget& window, bool isFloating);
 
+/// Whether nobody shows the window: the X server has it unmapped, and no window manager keeps it, minimised or on
+/// another desktop. Never so on Wayland.
+bool isWithdrawn(const QWidget& window);
+
 /// Whether the application may place its windows; Wayland leaves that to the compositor.
 bool canPlaceWindows();
 

@@ -253,6 +253,22 @@ TEST_F(ShellOnTheDesktop, LosesNoWindowAndNoDescriptorInManyWords) {
     EXPECT_LE(openDescriptors(), before + 4);
 }
 
+TEST_F(ShellOnTheDesktop, BringsBackAWindowThatIsWithdrawnRightAfterItWasHiddenAndShown) {
+    launch();
+    command("dashboard");
+    ASSERT_TRUE(appears(dashboard));
+    command("hide");
+    command("dashboard");
+    ASSERT_TRUE(appears(dashboard));
+    const QString identifier = window(dashboard)->identifier;
+
+    // What a window manager that is behind makes of it.
+    session.output(QStringLiteral("xdotool"), {QStringLiteral("windowunmap"), identifier});
+
+    ASSERT_TRUE(appears(dashboard));
+    EXPECT_FALSE(session.windowProperty(*window(dashboard), QStringLiteral("WM_STATE")).isEmpty());
+}
+
 struct ShellOnMate : ShellFixture {
     ShellOnMate() : ShellFixture(DesktopPanel::mate) {}
 };

@@ -1,0 +1,52 @@
+#include "app/windows/withdrawal_guard.h"
+
+#include "app/windows/window_system.h"
+
+#include <QWidget>
+
+#include <chrono>
+
+namespace kestro {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A window manager that is behind by more than this has other troubles.
+constexpr auto quickChange = 1s;
+constexpr auto firstLook = 250ms;
+constexpr auto lastLook = 4s;
+
+}  // namespace
+
+WithdrawalGuard::WithdrawalGuard(QWidget& window) : window_(window) {
+    nextLook_.setSingleShot(true);
+    QObject::connect(&nextLook_, &QTimer::timeout, &nextLook_, [this] { look(); });
+}
+
+void WithdrawalGuard::windowDidHide() {
+    if (!isShowingAnew_) {
+        nextLook_.stop();
+        sinceHidden_.start();
+    }
+}
+
+void WithdrawalGuard::windowDidShow() {
+    if (!isShowingAnew_ && sinceHidden_.isValid() && !sinceHidden_.hasExpired(quickChange / 1ms)) {
+        nextLook_.start(firstLook);
+    }
+}
+
+void WithdrawalGuard::look() {
+    if (!window_.isMinimized() && isWithdrawn(window_)) {
+        isShowingAnew_ = true;
+        window_.hide();
+        makeKeyAndOrderFront(window_);
+        isShowingAnew_ = false;
+    }
+    if (const auto next = nextLook_.intervalAsDuration() * 2; next <= lastLook) {
+        nextLook_.start(next);
+    }
+}
+
+}  // namespace kestro
