@@ -44,8 +44,10 @@ mapfile -t hostile < <(grep '^[A-Z_]*=' tests/hostile_environment)
 if [ "$preset" = asan ]; then
     hostile+=("LSAN_OPTIONS=print_suppressions=0 suppressions='$PWD/tools/leak_sanitizer.supp'")
 elif [ "$preset" = tsan ]; then
-    # Qt and the bus library are not built with the sanitizer, so what they do to memory says nothing.
-    hostile+=("TSAN_OPTIONS=ignore_noninstrumented_modules=1 suppressions='$PWD/tools/thread_sanitizer.supp'")
+    # Qt and the bus library are not built with the sanitizer, so what they do to memory says nothing; the
+    # end-to-end tests start programs from a process with threads.
+    options='die_after_fork=0 ignore_noninstrumented_modules=1'
+    hostile+=("TSAN_OPTIONS=$options suppressions='$PWD/tools/thread_sanitizer.supp'")
 fi
 run_one() {
     local name
