@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # run_tests.sh PRESET: runs every test program of build/PRESET, from the root of the repository; prints the totals as
-# its last line and fails when a test failed. Stopped by a signal, it leaves no process behind.
+# its last line and fails when a test failed. No process of the run outlives it, whatever ends it.
 set -euo pipefail
 
 say() { printf '%s\n' "$*" >&2; }
@@ -9,21 +9,26 @@ fail() { say "dev: $*"; exit 1; }
 # Every process of a test run, however far from this one it was started, carries the run's mark in its environment.
 members_of_run() { grep -sl --null-data -Fx "KESTRO_TEST_RUN=$$" /proc/[0-9]*/environ | cut -d/ -f3 || true; }
 
-stop_tests() {  # STATUS: ends the run's processes, gently at first, and this one
+end_members() {  # gently at first
     local signal pid tries members
-    trap '' INT TERM HUP
-    say 'dev: stopping the tests'
     for signal in TERM KILL; do
-        for pid in $(members_of_run); do
+        members=$(members_of_run)
+        for pid in $members; do
             kill "-$signal" "$pid" 2>/dev/null || true
         done
         # Longer than a private session takes to end everything in it.
         for ((tries = 100; tries > 0; --tries)); do
-            members=$(members_of_run)
-            [ -n "$members" ] || break 2
+            [ -n "$members" ] || return 0
             sleep 0.1
+            members=$(members_of_run)
         done
     done
+}
+
+stop_tests() {  # STATUS: ends the run's processes and this one
+    trap '' INT TERM HUP
+    say 'dev: stopping the tests'
+    end_members
     exit "$1"
 }
 
@@ -73,6 +78,8 @@ if [ -x "build/$preset/tests/desktop_tests" ]; then
     run_one "build/$preset/tests/desktop_tests" &
     wait $!
 fi
+# A test program that crashed or hung leaves behind what it started.
+end_members
 trap - INT TERM HUP
 
 passed=0
