@@ -44,12 +44,13 @@ Group groupOf(const InterfaceFacts& facts) {
 
 using Interfaces = std::vector<InterfaceFacts>;
 
-/// Whether hardware lies directly below; `deepest` more layers are looked through.
+/// Whether hardware lies directly below; `deepest` more layers are looked through, but no tunnel.
 bool ridesOnHardware(const Interfaces& interfaces, const InterfaceFacts& upper, int deepest) {
     return std::ranges::any_of(upper.lowerNames, [&](const std::string& name) {
         const auto lower = std::ranges::find(interfaces, name, &InterfaceFacts::name);
         return lower != interfaces.end() &&
-               (lower->isHardware || (deepest > 0 && ridesOnHardware(interfaces, *lower, deepest - 1)));
+               (lower->isHardware ||
+                (deepest > 0 && !lower->isTunnel && ridesOnHardware(interfaces, *lower, deepest - 1)));
     });
 }
 
@@ -74,9 +75,12 @@ InterfaceFacts readInterfaceFacts(const std::string& root, const std::string& na
     }
     const auto type = readFile(directory + "/type", 4096);
     const auto uevent = readFile(directory + "/uevent", 4096);
-    facts.isTunnel = facts.isTunnel ||
-                     (type && contains(tunnelTypes, parseInteger<std::uint32_t>(*type).value_or(0))) ||
-                     (uevent && contains(tunnelDeviceTypes, deviceType(*uevent)));
+    // The channels of a modem are of no type either, and ride on its card.
+    const bool ridesOnNothing = facts.lowerNames.empty();
+    facts.isTunnel =
+        facts.isTunnel ||
+        (ridesOnNothing && type && contains(tunnelTypes, parseInteger<std::uint32_t>(*type).value_or(0))) ||
+        (uevent && contains(tunnelDeviceTypes, deviceType(*uevent)));
     return facts;
 }
 

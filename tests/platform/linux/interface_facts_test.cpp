@@ -144,6 +144,8 @@ TEST(Standings, LeadIntoATunnelThatIsBoundToHardware) {
     overlay.lowerNames = {"eth0"};
 
     EXPECT_EQ(standings({hardware("eth0"), overlay}), (std::vector{counted, inner}));
+    EXPECT_EQ(standings({hardware("eth0"), overlay, bridge("cni0", {"flannel.1"}), above("cni0.5", {"cni0"})}),
+              (std::vector{counted, inner, inner, inner}));
 }
 
 TEST(Standings, AreFoundForLayersThatMakeNoSense) {
@@ -164,6 +166,19 @@ TEST(ReadInterfaceFacts, TellsTheKindsApart) {
     EXPECT_TRUE(readInterfaceFacts(fixture("hybrid-laptop"), "wg0").isTunnel);
     EXPECT_TRUE(readInterfaceFacts(fixture("hybrid-laptop"), "tun0").isTunnel);
     EXPECT_FALSE(readInterfaceFacts(fixture("container"), "eth0").isTunnel);
+}
+
+TEST(ReadInterfaceFacts, TakesAModemsChannelForNoTunnel) {
+    TemporaryTree tree;
+    tree.write("/sys/class/net/qmimux0/type", "65534\n")
+        .write("/sys/class/net/qmimux0/uevent", "INTERFACE=qmimux0\nIFINDEX=7\n")
+        .write("/sys/class/net/qmimux0/lower_wwan0", "")
+        .write("/sys/class/net/vxlan5/type", "1\n")
+        .write("/sys/class/net/vxlan5/uevent", "DEVTYPE=vxlan\nINTERFACE=vxlan5\n")
+        .write("/sys/class/net/vxlan5/lower_wwan0", "");
+
+    EXPECT_FALSE(readInterfaceFacts(tree.root(), "qmimux0").isTunnel);
+    EXPECT_TRUE(readInterfaceFacts(tree.root(), "vxlan5").isTunnel);
 }
 
 TEST(ReadInterfaceFacts, FindsNothingBehindNamesThatAreNoFileNames) {
