@@ -65,6 +65,7 @@ void PopoverWindow::orderOut() {
     if (!std::exchange(isShown_, false)) {
         return;
     }
+    willHide();
     pressMonitor_.reset();
     const int milliseconds = motion::duration(motion::popoverClose);
     if (milliseconds > 0) {

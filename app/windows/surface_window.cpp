@@ -39,7 +39,7 @@ void SurfaceWindow::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     pressedAt_.reset();
     if (!event->spontaneous()) {
-        withdrawalGuard_.windowDidHide();
+        willHide();
         visibilityDidChange();
     }
 }

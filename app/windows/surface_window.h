@@ -37,6 +37,9 @@ protected:
     /// A press on the window's background, before a drag of it can start. True: it was taken.
     virtual bool backgroundPressed(QPoint) { return false; }
 
+    /// For a window that takes leave before it is hidden.
+    void willHide() { withdrawalGuard_.windowWillHide(); }
+
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

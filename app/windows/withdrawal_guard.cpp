@@ -24,7 +24,7 @@ WithdrawalGuard::WithdrawalGuard(QWidget& window) : window_(window) {
     QObject::connect(&nextLook_, &QTimer::timeout, &nextLook_, [this] { look(); });
 }
 
-void WithdrawalGuard::windowDidHide() {
+void WithdrawalGuard::windowWillHide() {
     if (!isShowingAnew_) {
         nextLook_.stop();
         sinceHidden_.start();
@@ -38,6 +38,9 @@ void WithdrawalGuard::windowDidShow() {
 }
 
 void WithdrawalGuard::look() {
+    if (!window_.isVisible()) {
+        return;
+    }
     if (!window_.isMinimized() && isWithdrawn(window_)) {
         isShowingAnew_ = true;
         window_.hide();

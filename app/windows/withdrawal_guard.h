@@ -20,7 +20,9 @@ public:
     explicit WithdrawalGuard(QWidget& window);
 
     void windowDidShow();
-    void windowDidHide();
+
+    /// From now on nothing brings the window back. Also when it has just been hidden.
+    void windowWillHide();
 
 private:
     void look();

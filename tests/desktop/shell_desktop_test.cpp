@@ -259,14 +259,24 @@ TEST_F(ShellOnTheDesktop, BringsBackAWindowThatIsWithdrawnRightAfterItWasHiddenA
     ASSERT_TRUE(appears(dashboard));
     command("hide");
     command("dashboard");
+    finishCommands();
     ASSERT_TRUE(appears(dashboard));
-    const QString identifier = window(dashboard)->identifier;
 
     // What a window manager that is behind makes of it.
-    session.output(QStringLiteral("xdotool"), {QStringLiteral("windowunmap"), identifier});
+    unmap(*window(dashboard));
 
     ASSERT_TRUE(appears(dashboard));
     EXPECT_FALSE(session.windowProperty(*window(dashboard), QStringLiteral("WM_STATE")).isEmpty());
+}
+
+TEST_F(ShellOnTheDesktop, LeavesAWindowAloneThatSomebodyTakesAwayLater) {
+    launch();
+    command("dashboard");
+    ASSERT_TRUE(appears(dashboard));
+
+    unmap(*window(dashboard));
+
+    EXPECT_FALSE(waitUntil([&] { return window(dashboard).has_value(); }, std::chrono::seconds(2)));
 }
 
 struct ShellOnMate : ShellFixture {

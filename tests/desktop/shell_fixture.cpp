@@ -81,6 +81,16 @@ void ShellFixture::command(const QByteArray& word) {
     file.write(word);
 }
 
+void ShellFixture::finishCommands() {
+    // A word is consumed before it is performed, but after those before it were.
+    command("no command");
+    ASSERT_TRUE(waitUntil([&] { return QFile(commandFile()).size() == 0; }));
+}
+
+void ShellFixture::unmap(const DesktopWindow& window) const {
+    session.output(QStringLiteral("xdotool"), {QStringLiteral("windowunmap"), window.identifier});
+}
+
 void ShellFixture::notify(const QString& member, const QVariantList& arguments) {
     QDBusMessage signal =
         QDBusMessage::createSignal(QStringLiteral("/kestro/notify"), QStringLiteral("kestro.notify"), member);

@@ -23,6 +23,12 @@ protected:
     /// Writes a word into the command file, once the word before it is consumed.
     void command(const QByteArray& word);
 
+    /// Waits until every word before has been performed.
+    void finishCommands();
+
+    /// Takes a window off the screen behind the program's back.
+    void unmap(const DesktopWindow& window) const;
+
     /// Posts a notification as any process of the session can.
     void notify(const QString& member, const QVariantList& arguments = {});
 
