@@ -25,10 +25,9 @@ end_members() {  # gently at first
     done
 }
 
-stop_tests() {  # STATUS: ends the run's processes and this one
-    trap '' INT TERM HUP
+stop_tests() {  # STATUS
+    trap '' INT TERM HUP QUIT
     say 'dev: stopping the tests'
-    end_members
     exit "$1"
 }
 
@@ -62,7 +61,10 @@ run_one() {
         timeout --kill-after=10 900 "$1" --gtest_brief=1 --gtest_output="xml:$results/$name.xml" \
         >"$results/$name.log" 2>&1 || echo $? >"$results/$name.status"
 }
+# A test program that crashed or hung leaves behind what it started.
+trap end_members EXIT
 trap 'stop_tests 130' INT
+trap 'stop_tests 131' QUIT
 trap 'stop_tests 143' TERM HUP
 running=()
 for program in "${programs[@]}"; do
@@ -78,9 +80,6 @@ if [ -x "build/$preset/tests/desktop_tests" ]; then
     run_one "build/$preset/tests/desktop_tests" &
     wait $!
 fi
-# A test program that crashed or hung leaves behind what it started.
-end_members
-trap - INT TERM HUP
 
 passed=0
 failed=0
