@@ -40,7 +40,7 @@ void readMemory(std::string_view text) {
     const MemoryPools pools{parseZramPool(text).value_or(0), parseReclaimableArc(text).value_or(0)};
     if (const auto info = parseMemoryInfo(text)) {
         require(info->total > 0 && info->available <= info->total && info->swapFree <= info->swapTotal);
-        pressureLevel(*info);
+        require(pressureLevel(*info, pools.reclaimableFileCache) >= pressureNormal);
         // The wrapped sum of the three shares would be below the largest of them.
         const auto statistics = virtualMemoryStatistics(*info, pools, 4096);
         const auto used =
