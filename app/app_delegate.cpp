@@ -21,12 +21,14 @@
 namespace kestro {
 
 AppDelegate::AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc,
-                         StatusBar& statusBar, SurfaceFactories surfaces, std::function<void()> terminate)
+                         StatusBar& statusBar, SurfaceFactories surfaces, std::string commandFile,
+                         std::function<void()> terminate)
     : platform_(platform),
       services_(services),
       smc_(smc),
       statusBar_(statusBar),
       surfaces_(std::move(surfaces)),
+      commandFile_(std::move(commandFile)),
       terminate_(std::move(terminate)),
       statusContent_(services),
       statusItemUpdate_(platform.runLoop, [this] { updateStatusItemText(); }),
@@ -46,7 +48,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     setupDashboardWindow();
     bindTelemetry();
     bindDashboard();
-    commandChannel_ = std::make_unique<CommandChannel>(platform_.fileEvents, *this);
+    commandChannel_ = std::make_unique<CommandChannel>(platform_.fileEvents, *this, commandFile_);
     updateUIActiveState();
     observeNotifications();
 }

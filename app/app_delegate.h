@@ -16,6 +16,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace kestro {
@@ -33,9 +34,9 @@ struct Platform;
 /// lives as long as the application.
 class AppDelegate final : public MainMenuActions, public CommandTarget, public WindowDelegate {
 public:
-    /// `terminate` ends the application. Every reference outlives this object.
+    /// Takes commands from `commandFile`; `terminate` ends the application. Every reference outlives this object.
     AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc, StatusBar& statusBar,
-                SurfaceFactories surfaces, std::function<void()> terminate);
+                SurfaceFactories surfaces, std::string commandFile, std::function<void()> terminate);
     ~AppDelegate() override;
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
@@ -124,6 +125,7 @@ private:
     SMCReader& smc_;
     StatusBar& statusBar_;
     const SurfaceFactories surfaces_;
+    const std::string commandFile_;
     const std::function<void()> terminate_;
 
     MainStatusContent statusContent_;

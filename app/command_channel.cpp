@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace kestro {
 
@@ -67,11 +68,10 @@ std::string commandWord(std::string_view bytes) {
     return decoder.hasError() ? std::string() : text.trimmed().toStdString();
 }
 
-CommandChannel::CommandChannel(FileEvents& fileEvents, CommandTarget& target)
-    : fileEvents_(fileEvents), target_(target) {
-    const std::string file(path);
-    fileEvents_.createIfMissing(file);
-    cmdSource_ = fileEvents_.watchWrites(file, [this, alive = lifetime_.watch()] {
+CommandChannel::CommandChannel(FileEvents& fileEvents, CommandTarget& target, std::string path)
+    : fileEvents_(fileEvents), target_(target), path_(std::move(path)) {
+    fileEvents_.createIfMissing(path_);
+    cmdSource_ = fileEvents_.watchWrites(path_, [this, alive = lifetime_.watch()] {
         if (!alive.expired()) {
             fileWasWritten();
         }
@@ -79,8 +79,7 @@ CommandChannel::CommandChannel(FileEvents& fileEvents, CommandTarget& target)
 }
 
 void CommandChannel::fileWasWritten() {
-    const std::string file(path);
-    const auto bytes = fileEvents_.read(file);
+    const auto bytes = fileEvents_.read(path_);
     if (!bytes) {
         return;
     }
@@ -92,7 +91,7 @@ void CommandChannel::fileWasWritten() {
     }
     // Emptied before the command is performed: it is consumed once, whatever happens next. Emptying is a
     // write too, whose event finds a blank file.
-    fileEvents_.truncate(file);
+    fileEvents_.truncate(path_);
     if (!isTooLong) {
         performCommand(word, target_);
     }

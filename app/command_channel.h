@@ -49,10 +49,10 @@ std::string commandWord(std::string_view bytes);
 /// thread; lives as long as the application.
 class CommandChannel {
 public:
-    static constexpr std::string_view path = "/tmp/.kestro_cmd";
+    static constexpr std::string_view defaultPath = "/tmp/.kestro_cmd";
 
-    /// Starts the watch. Both references outlive it.
-    CommandChannel(FileEvents& fileEvents, CommandTarget& target);
+    /// Creates the file at `path` unless it exists, and starts the watch. Both references outlive it.
+    CommandChannel(FileEvents& fileEvents, CommandTarget& target, std::string path);
     CommandChannel(const CommandChannel&) = delete;
     CommandChannel& operator=(const CommandChannel&) = delete;
 
@@ -61,6 +61,7 @@ private:
 
     FileEvents& fileEvents_;
     CommandTarget& target_;
+    const std::string path_;
     std::unique_ptr<FileEventSource> cmdSource_;
     Lifetime lifetime_;
 };

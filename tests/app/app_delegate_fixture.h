@@ -25,7 +25,9 @@ struct AppDelegateFixture : ::testing::Test, SimulatedKestro {
     SettingsActions settingsActions;
     int contentsMade = 0;
     int terminations = 0;
-    AppDelegate delegate{mac.platform(), services(), smc, bar, surfaces(), [this] { ++terminations; }};
+    const std::string commandFile = "/commands";
+    AppDelegate delegate{
+        mac.platform(), services(), smc, bar, surfaces(), commandFile, [this] { ++terminations; }};
 
     AppDelegateFixture() { motion::setReduced(true); }
     ~AppDelegateFixture() override { motion::setReduced(false); }
@@ -58,7 +60,7 @@ struct AppDelegateFixture : ::testing::Test, SimulatedKestro {
     }
 
     void command(const std::string& word) {
-        mac.fileEvents.write(std::string(CommandChannel::path), word);
+        mac.fileEvents.write(commandFile, word);
         settle();
     }
 

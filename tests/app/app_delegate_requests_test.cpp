@@ -173,7 +173,7 @@ TEST_F(AppDelegateCommands, OpenTheSettingsAtATabAndSaveIt) {
     EXPECT_TRUE(isSettingsShown());
     EXPECT_EQ(settings.selectedSettingsTab.get(), SettingsTab::cooling);
     EXPECT_TRUE(mac.userDefaults.object(UserSettings::kSelectedSettingsTab));
-    EXPECT_EQ(mac.fileEvents.contents("/tmp/.kestro_cmd"), "");
+    EXPECT_EQ(mac.fileEvents.contents(commandFile), "");
 }
 
 TEST_F(AppDelegateCommands, ResizeAClosedDashboardAfterOpeningItFromItsBottomLeftCorner) {

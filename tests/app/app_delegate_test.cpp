@@ -74,7 +74,7 @@ TEST_F(AppDelegateLaunch, StartsTheCommandChannel) {
     launch();
 
     EXPECT_EQ(mac.fileEvents.watches(), 1);
-    EXPECT_EQ(mac.fileEvents.contents("/tmp/.kestro_cmd"), "");
+    EXPECT_EQ(mac.fileEvents.contents(commandFile), "");
 }
 
 TEST_F(AppDelegateLaunch, WorksWithoutACommandChannel) {

@@ -25,7 +25,7 @@ public:
     MOCK_METHOD(void, hideDashboard, (), (override));
 };
 
-const std::string file(CommandChannel::path);
+const std::string file = "/commands";
 
 struct CommandChannelTest : ::testing::Test {
     SimulatedMac mac;
@@ -116,7 +116,7 @@ TEST(CommandWord, IsEmptyInBlankOrUndecodableBytes) {
 }
 
 TEST_F(CommandChannelTest, CreatesTheFileEmpty) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
 
     EXPECT_EQ(mac.fileEvents.contents(file), "");
 }
@@ -124,13 +124,13 @@ TEST_F(CommandChannelTest, CreatesTheFileEmpty) {
 TEST_F(CommandChannelTest, LeavesAFileThatIsThereAlone) {
     mac.fileEvents.write(file, "popover");
 
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
 
     EXPECT_EQ(mac.fileEvents.contents(file), "popover");
 }
 
 TEST_F(CommandChannelTest, PerformsAWordOnceAndEmptiesTheFile) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
     EXPECT_CALL(target, togglePopover()).Times(1);
 
     write("popover\n");
@@ -139,14 +139,14 @@ TEST_F(CommandChannelTest, PerformsAWordOnceAndEmptiesTheFile) {
 }
 
 TEST_F(CommandChannelTest, EmptiesTheFileBeforeItPerformsTheWord) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
     EXPECT_CALL(target, showDashboard()).WillOnce([this] { EXPECT_EQ(mac.fileEvents.contents(file), ""); });
 
     write("dashboard");
 }
 
 TEST_F(CommandChannelTest, ConsumesAnUnknownWordWithoutDoingAnything) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
 
     write("Settings\n");
 
@@ -154,7 +154,7 @@ TEST_F(CommandChannelTest, ConsumesAnUnknownWordWithoutDoingAnything) {
 }
 
 TEST_F(CommandChannelTest, ConsumesAFileThatIsTooLongWithoutDoingAnything) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
 
     for (const std::string& tail : {std::string("text"), std::string("\xff")}) {
         write("popover" + std::string(FileEvents::longestRead, ' ') + tail);
@@ -167,7 +167,7 @@ TEST_F(CommandChannelTest, ConsumesAFileThatIsTooLongWithoutDoingAnything) {
 }
 
 TEST_F(CommandChannelTest, PerformsAWordInFrontOfManyBlanks) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
     EXPECT_CALL(target, togglePopover());
     std::string text = "popover";
     text.resize(FileEvents::longestRead - 1, ' ');
@@ -178,7 +178,7 @@ TEST_F(CommandChannelTest, PerformsAWordInFrontOfManyBlanks) {
 }
 
 TEST_F(CommandChannelTest, LeavesABlankFileAsItIs) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
 
     write(" \n");
 
@@ -186,7 +186,7 @@ TEST_F(CommandChannelTest, LeavesABlankFileAsItIs) {
 }
 
 TEST_F(CommandChannelTest, LeavesBytesThatAreNotTextAsTheyAre) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
 
     write("popover\xff");
 
@@ -194,7 +194,7 @@ TEST_F(CommandChannelTest, LeavesBytesThatAreNotTextAsTheyAre) {
 }
 
 TEST_F(CommandChannelTest, IgnoresAFileThatCannotBeRead) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
     mac.fileEvents.readFailure.always();
 
     write("popover");
@@ -203,7 +203,7 @@ TEST_F(CommandChannelTest, IgnoresAFileThatCannotBeRead) {
 }
 
 TEST_F(CommandChannelTest, PerformsTheWordEvenWhenTheFileCannotBeEmptied) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
     mac.fileEvents.truncateFailure.always();
     EXPECT_CALL(target, showSettings());
 
@@ -211,7 +211,7 @@ TEST_F(CommandChannelTest, PerformsTheWordEvenWhenTheFileCannotBeEmptied) {
 }
 
 TEST_F(CommandChannelTest, CountsOnlyWhatTheFileHoldsWhenItIsRead) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
     EXPECT_CALL(target, hideDashboard()).Times(1);
 
     mac.fileEvents.write(file, "popover");
@@ -220,7 +220,7 @@ TEST_F(CommandChannelTest, CountsOnlyWhatTheFileHoldsWhenItIsRead) {
 }
 
 TEST_F(CommandChannelTest, PerformsAThousandWordsInTurn) {
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
     EXPECT_CALL(target, togglePopover()).Times(1000);
 
     for (int word = 0; word < 1000; ++word) {
@@ -230,7 +230,7 @@ TEST_F(CommandChannelTest, PerformsAThousandWordsInTurn) {
 
 TEST_F(CommandChannelTest, DoesWithoutAFileThatCannotBeWatched) {
     mac.fileEvents.watchFailure.always();
-    const CommandChannel channel(mac.fileEvents, target);
+    const CommandChannel channel(mac.fileEvents, target, file);
 
     write("popover");
 
@@ -239,7 +239,7 @@ TEST_F(CommandChannelTest, DoesWithoutAFileThatCannotBeWatched) {
 
 TEST_F(CommandChannelTest, GoesSilentWithItsEnd) {
     {
-        const CommandChannel channel(mac.fileEvents, target);
+        const CommandChannel channel(mac.fileEvents, target, file);
         mac.fileEvents.write(file, "popover");
     }
     mac.runPending();

@@ -55,7 +55,7 @@ const QMap<QString, QSet<QString>> kOtherWords{
 const QSet<QString> kForeignWords{
     QStringLiteral("app/accessibility_monitor.cpp"),
     QStringLiteral("app/command_channel.cpp"),
-    QStringLiteral("app/main.cpp"),
+    QStringLiteral("app/application.cpp"),
     QStringLiteral("app/base/notification_names.h"),
     QStringLiteral("app/base/settings_portal.h"),
     QStringLiteral("app/single_instance.h"),

@@ -1,0 +1,162 @@
+#include "app/application.h"
+
+#include "app/accessibility_monitor.h"
+#include "app/app_delegate.h"
+#include "app/base/notification_names.h"
+#include "app/single_instance.h"
+#include "app/status_bar/desktop_status_bar.h"
+#include "core/cooling/fan_control_manager.h"
+#include "core/engine/telemetry_engine.h"
+#include "core/platform/platform.h"
+#include "core/power/keep_awake_manager.h"
+#include "core/power/power_mode_manager.h"
+#include "core/settings/user_settings.h"
+#include "core/telemetry/smc_reader.h"
+#include "platform/desktop/bus_notifications.h"
+#include "platform/desktop/desktop_power_assertions.h"
+#include "platform/desktop/json_user_defaults.h"
+#include "platform/desktop/power_profile_script_runner.h"
+#include "platform/desktop/power_profiles.h"
+#include "platform/desktop/qt_run_loop.h"
+#include "platform/desktop/session_command_runner.h"
+#include "platform/desktop/unix_signal_notifier.h"
+#include "platform/linux/linux_clock.h"
+#include "platform/linux/linux_command_runner.h"
+#include "platform/linux/linux_file_events.h"
+#include "platform/linux/linux_file_system_statistics.h"
+#include "platform/linux/linux_hid_event_system.h"
+#include "platform/linux/linux_mach_host.h"
+#include "platform/linux/linux_network_interfaces.h"
+#include "platform/linux/linux_power_sources.h"
+#include "platform/linux/linux_process_info_service.h"
+#include "platform/linux/linux_smc_service.h"
+#include "platform/linux/linux_system_control.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+
+#include <chrono>
+#include <clocale>
+#include <cstdlib>
+
+namespace kestro {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The machine and the session behind the ports. Its construction reads the preferences, and puts a damaged
+/// file of them aside: only the first instance has one.
+struct LinuxDesktop {
+    explicit LinuxDesktop(BusNotifications& sessionNotifications) : notifications(sessionNotifications) {}
+
+    BusNotifications& notifications;
+    QDBusConnection sessionBus = QDBusConnection::sessionBus();
+    QDBusConnection systemBus = QDBusConnection::systemBus();
+
+    LinuxClock clock;
+    QtRunLoop runLoop;
+    LinuxMachHost machHost{clock};
+    LinuxSystemControl systemControl{clock};
+    LinuxProcessInfoService processInfo{clock};
+    LinuxFileSystemStatistics fileSystem;
+    LinuxNetworkInterfaces networkInterfaces;
+    LinuxPowerSources powerSources{clock};
+    LinuxSMCService smc{clock};
+    LinuxHIDEventSystem hidEventSystem{clock};
+    PowerProfiles powerProfiles{systemBus};
+    LinuxCommandRunner programs;
+    SessionCommandRunner commandRunner{powerProfiles, programs};
+    PowerProfileScriptRunner scriptRunner{powerProfiles};
+    DesktopPowerAssertions powerAssertions{sessionBus, systemBus};
+    JsonUserDefaults userDefaults{runLoop, JsonUserDefaults::defaultPath()};
+    LinuxFileEvents fileEvents{runLoop};
+
+    const Platform platform{
+        .clock = clock,
+        .runLoop = runLoop,
+        .machHost = machHost,
+        .systemControl = systemControl,
+        .processInfo = processInfo,
+        .fileSystem = fileSystem,
+        .networkInterfaces = networkInterfaces,
+        .powerSources = powerSources,
+        .smc = smc,
+        .hidEventSystem = hidEventSystem,
+        .commandRunner = commandRunner,
+        .scriptRunner = scriptRunner,
+        .powerAssertions = powerAssertions,
+        .userDefaults = userDefaults,
+        .notifications = notifications,
+        .fileEvents = fileEvents,
+    };
+};
+
+KestroServices sharedServices() {
+    return {TelemetryEngine::shared(), UserSettings::shared(), FanControlManager::shared(),
+            KeepAwakeManager::shared(), PowerModeManager::shared()};
+}
+
+/// Not `quit`, which asks every window first: the dashboard refuses to close.
+void terminate() {
+    QCoreApplication::exit(EXIT_SUCCESS);
+}
+
+int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile) {
+    const AccessibilityMonitor accessibility(desktop.sessionBus);
+    DesktopStatusBar statusBar;
+    AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(), statusBar, kestroSurfaces(),
+                         commandFile, terminate);
+    delegate.applicationDidFinishLaunching();
+    return QCoreApplication::exec();
+}
+
+/// Keeps out what this program has no use for and would pay for in memory: the desktop's widget theme (every
+/// surface paints itself, in the fonts and colours of the settings) and the input method (there is nothing to
+/// type into).
+void prepareToolkit() {
+    QGuiApplication::setDesktopSettingsAware(false);
+    qputenv("QT_IM_MODULE", "none");
+}
+
+}  // namespace
+
+int runApplication(char** arguments, const std::string& commandFile) {
+    prepareToolkit();
+    // The program takes nothing from its command line, and neither does the toolkit.
+    int ownName = 1;
+    QApplication application(ownName, arguments);
+    // The application object takes over the user's locale, whose decimal point no stored number has.
+    std::setlocale(LC_NUMERIC, "C");
+    QCoreApplication::setApplicationName(QStringLiteral("Kestro"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("kestro"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+
+    const QDBusConnection sessionBus = QDBusConnection::sessionBus();
+    BusNotifications notifications(sessionBus);
+    const auto showDashboard = [&notifications] { notifications.post(notificationNames::showDashboard); };
+    // Heard of before the name is taken: what a second start asks for meanwhile waits in the queue.
+    const Subscription earlyCalls =
+        notifications.observe(notificationNames::showDashboard, [](const NotificationUserInfo&) {});
+    SingleInstance instance(sessionBus, SingleInstance::currentDisplay(), showDashboard);
+    if (!instance.isFirst()) {
+        instance.callFirst(notifications);
+        return EXIT_SUCCESS;
+    }
+    LinuxDesktop desktop(notifications);
+    Platform::install(desktop.platform);
+    desktop.userDefaults.flushAtExit();
+    const UnixSignalNotifier signals([](int) { terminate(); });
+    const int result = runFirstInstance(desktop, commandFile);
+    desktop.userDefaults.flush();
+    // A start from now on is not a second one, and finds the preferences complete.
+    instance.release();
+    // What still runs in the background, such as a switch that waits for somebody's password, must not keep
+    // the process from ending, and what it refers to must not go away under it.
+    if (!desktop.runLoop.finishBackgroundTasks(1s)) {
+        std::_Exit(result);
+    }
+    return result;
+}
+
+}  // namespace kestro
