@@ -10,17 +10,41 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace kestro {
 namespace {
 
+/// The shipped program's command file, which belongs to whoever created it first.
+constexpr auto sharedFile = "/tmp/.kestro_cmd";
+
+/// Whether a Kestro of this user, who would obey the words in the file too, runs on this machine.
+bool isKestroRunning() {
+    const QStringList processes = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
+    return std::ranges::any_of(processes, [](const QString& process) {
+        QString executable = QFile::symLinkTarget(QStringLiteral("/proc/") + process + QStringLiteral("/exe"));
+        return executable.remove(QStringLiteral(" (deleted)")).endsWith(QStringLiteral("/kestro"));
+    });
+}
+
+/// Why the shared file cannot be used now; empty when it can.
+std::string obstacleToTheSharedFile() {
+    struct stat found {};
+    if (::lstat(sharedFile, &found) == 0 &&
+        (!S_ISREG(found.st_mode) || found.st_uid != ::geteuid() || (found.st_mode & (S_IWGRP | S_IWOTH)) != 0)) {
+        return "this user does not own it alone";
+    }
+    return isKestroRunning() ? "a Kestro listens to it" : "";
+}
+
 struct CommandFileOnTheDesktop : ShellFixture {
     /// Puts a file with that content in the place of the command file, in one step.
     void place(const QByteArray& content, mode_t mode = S_IRUSR | S_IWUSR,
                const std::function<void(const QString&)>& change = {}) const {
-        const QString other = session.path(QStringLiteral("tmp/other"));
+        const QString other = session.path(QStringLiteral("runtime/other"));
         QFile file(other);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(content);
@@ -85,6 +109,26 @@ TEST_F(CommandFileOnTheDesktop, IsMadeForThisUserAloneAndObeysTheWordsThatChange
     EXPECT_TRUE(appears(settings));
 }
 
+TEST_F(CommandFileOnTheDesktop, IsInTmpForTheShippedProgram) {
+    if (const std::string obstacle = obstacleToTheSharedFile(); !obstacle.empty()) {
+        GTEST_SKIP() << sharedFile << " cannot be tried: " << obstacle;
+    }
+    const bool existedBefore = QFileInfo::exists(QString::fromUtf8(sharedFile));
+    launch({}, KestroProgram::shipped);
+
+    QFile file(QString::fromUtf8(sharedFile));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("settings\n");
+    file.close();
+
+    EXPECT_TRUE(appears(settings));
+    EXPECT_EQ(QFileInfo(file).size(), 0);
+    EXPECT_FALSE(QFileInfo::exists(commandFile()));
+    if (!existedBefore) {
+        EXPECT_TRUE(file.remove());
+    }
+}
+
 TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnythingWithoutHarm) {
     launch();
 
@@ -95,7 +139,7 @@ TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnythingWithoutHarm) {
     expectTheNextWordIsObeyed();
     ::close(pipe);
 
-    QFile target(session.path(QStringLiteral("tmp/target")));
+    QFile target(session.path(QStringLiteral("runtime/target")));
     ASSERT_TRUE(target.open(QIODevice::WriteOnly));
     target.write("dashboard");
     target.close();

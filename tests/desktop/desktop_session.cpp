@@ -10,7 +10,10 @@
 #include <QFile>
 #include <QRegularExpression>
 
+#include <gtest/gtest.h>
+
 #include <csignal>
+#include <iostream>
 
 namespace kestro {
 
@@ -43,6 +46,11 @@ QProcessEnvironment whatASessionInherits() {
     return inherited;
 }
 
+QString doesNotStart(QProcess& process) {
+    return process.program() + QStringLiteral(" does not start\n") +
+           QString::fromUtf8(process.readAllStandardError());
+}
+
 QString nextConnectionName() {
     static int count = 0;
     return QStringLiteral("desktop-session-%1").arg(++count);
@@ -69,13 +77,7 @@ DesktopSession::DesktopSession(DesktopPanel panel)
     if (!startDisplay() || !startBuses()) {
         return;
     }
-    start(QStringLiteral("openbox"), {});
-    if (!waitUntil([this] {
-            return output(QStringLiteral("xprop"),
-                          {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
-                .contains("window id");
-        })) {
-        failure_ = QStringLiteral("openbox does not start");
+    if (!startWindowManager()) {
         return;
     }
     if (panel_ != DesktopPanel::none) {
@@ -93,6 +95,10 @@ DesktopSession::~DesktopSession() {
         (*process)->kill();
         (*process)->waitForFinished(patience);
     }
+    if (kestro_ != nullptr) {
+        // Such as the findings of a sanitizer.
+        std::cerr << kestro_->readAll().toStdString();
+    }
     // What the bus or a panel has started carries the session's folder in its environment.
     for (const qint64 pid : processesOfSession()) {
         ::kill(static_cast<pid_t>(pid), SIGKILL);
@@ -107,11 +113,25 @@ bool DesktopSession::startDisplay() {
                QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-noreset")});
     const QString number = firstLine(display);
     if (number.isEmpty()) {
-        failure_ = QStringLiteral("Xvfb does not start");
+        failure_ = doesNotStart(display);
         return false;
     }
     environment_.insert(QStringLiteral("DISPLAY"), QLatin1Char(':') + number);
     return true;
+}
+
+bool DesktopSession::startWindowManager() {
+    QProcess& manager = start(QStringLiteral("openbox"), {});
+    const QStringList check{QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")};
+    bool isReady = false;
+    waitUntil([&] {
+        isReady = output(QStringLiteral("xprop"), check).contains("window id");
+        return isReady || manager.state() == QProcess::NotRunning;
+    });
+    if (!isReady) {
+        failure_ = doesNotStart(manager);
+    }
+    return isReady;
 }
 
 QString DesktopSession::startBus(const QString& socket) {
@@ -120,7 +140,11 @@ QString DesktopSession::startBus(const QString& socket) {
         start(QStringLiteral("dbus-daemon"),
               {QStringLiteral("--session"), QStringLiteral("--nofork"),
                QStringLiteral("--address=unix:path=") + path(socket), QStringLiteral("--print-address")});
-    return firstLine(daemon);
+    const QString address = firstLine(daemon);
+    if (address.isEmpty()) {
+        failure_ = doesNotStart(daemon);
+    }
+    return address;
 }
 
 bool DesktopSession::startBuses() {
@@ -129,12 +153,10 @@ bool DesktopSession::startBuses() {
     // Not the machine's own, whose services would answer.
     const QString systemAddress = startBus(QStringLiteral("system-bus"));
     environment_.insert(systemBusVariable, systemAddress);
-    if (sessionAddress.isEmpty() || systemAddress.isEmpty() ||
-        !QDBusConnection::connectToBus(sessionAddress, connectionName_).isConnected()) {
-        failure_ = QStringLiteral("dbus-daemon does not start");
-        return false;
+    if (failure_.isEmpty() && !QDBusConnection::connectToBus(sessionAddress, connectionName_).isConnected()) {
+        failure_ = QStringLiteral("the session bus does not accept a connection");
     }
-    return true;
+    return failure_.isEmpty();
 }
 
 QDBusConnection DesktopSession::connect(Bus bus) {
@@ -148,14 +170,13 @@ QProcess& DesktopSession::start(const QString& program, const QStringList& argum
     auto process = std::make_unique<QProcess>();
     process->setProcessEnvironment(environment_);
     process->setWorkingDirectory(folder_.path());
-    process->setStandardErrorFile(QProcess::nullDevice());
     process->start(program, arguments);
     process->waitForStarted(patience);
     processes_.push_back(std::move(process));
     return *processes_.back();
 }
 
-QProcess& DesktopSession::startKestro(const QStringList& variables) {
+QProcess& DesktopSession::startKestro(const QStringList& variables, KestroProgram program) {
     auto process = std::make_unique<QProcess>();
     QProcessEnvironment environment = environment_;
     for (const QString& variable : variables) {
@@ -163,11 +184,33 @@ QProcess& DesktopSession::startKestro(const QStringList& variables) {
     }
     process->setProcessEnvironment(environment);
     process->setWorkingDirectory(folder_.path());
-    process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process->start(QStringLiteral(KESTRO_BINARY_DIR "/kestro"), {});
+    process->setProcessChannelMode(QProcess::MergedChannels);
+    process->start(program == KestroProgram::shipped
+                       ? QStringLiteral(KESTRO_BINARY_DIR "/kestro")
+                       : QStringLiteral(KESTRO_BINARY_DIR "/tests/kestro_under_test"),
+                   {});
     process->waitForStarted(patience);
     processes_.push_back(std::move(process));
-    return *processes_.back();
+    kestro_ = processes_.back().get();
+    return *kestro_;
+}
+
+bool DesktopSession::hasKestroFailed() const {
+    return kestro_ != nullptr && kestro_->state() == QProcess::NotRunning &&
+           (kestro_->error() == QProcess::FailedToStart || kestro_->exitStatus() == QProcess::CrashExit ||
+            kestro_->exitCode() != 0);
+}
+
+void DesktopSession::reportKestro() const {
+    const QString printed = QString::fromUtf8(kestro_->readAll());
+    if (kestro_->error() == QProcess::FailedToStart) {
+        ADD_FAILURE() << kestro_->program().toStdString() << ": " << kestro_->errorString().toStdString();
+    } else {
+        ADD_FAILURE() << "Kestro "
+                      << (kestro_->exitStatus() == QProcess::CrashExit ? "crashed: signal " : "ended: ")
+                      << kestro_->exitCode() << '\n'
+                      << printed.toStdString();
+    }
 }
 
 void DesktopSession::startPanel() {

@@ -23,6 +23,10 @@ namespace kestro {
 /// The panels that the tests know how to start.
 enum class DesktopPanel { none, mate, xfce, lxqt };
 
+/// Which executable a test starts: the one whose command file lies in the session's runtime directory, or the
+/// shipped one, whose command file every process of this machine shares.
+enum class KestroProgram { underTest, shipped };
+
 /// A window on the screen.
 struct DesktopWindow {
     QString identifier;  ///< of the X window, in decimal
@@ -44,7 +48,22 @@ public:
     const QString& failure() const { return failure_; }
 
     /// Starts Kestro; further variables are added to its environment. Returns the new process.
-    QProcess& startKestro(const QStringList& variables = {});
+    QProcess& startKestro(const QStringList& variables = {}, KestroProgram program = KestroProgram::underTest);
+
+    /// Waits until `condition` holds. False: it did not in time, or the Kestro started last has crashed or ended
+    /// with an error; then the wait ends at once and the test fails with what the program printed.
+    template <typename Condition>
+    bool waitFor(Condition condition) const {
+        bool holds = false;
+        waitUntil([&] {
+            holds = condition();
+            return holds || hasKestroFailed();
+        });
+        if (!holds && hasKestroFailed()) {
+            reportKestro();
+        }
+        return holds;
+    }
 
     /// Starts any other program in the session, for as long as the session lives.
     QProcess& start(const QString& program, const QStringList& arguments);
@@ -103,7 +122,10 @@ public:
 private:
     bool startDisplay();
     bool startBuses();
+    bool startWindowManager();
     QString startBus(const QString& socket);
+    bool hasKestroFailed() const;
+    void reportKestro() const;
     std::vector<qint64> processesOfSession() const;
 
     // Always below /tmp: a bus wants a short path without spaces, and the display has its socket there anyway.
@@ -115,6 +137,7 @@ private:
     QStringList furtherConnections_;
     std::vector<std::unique_ptr<QProcess>> processes_;
     QProcess* panelProcess_ = nullptr;
+    QProcess* kestro_ = nullptr;  // the one started last
 };
 
 }  // namespace kestro

@@ -66,9 +66,7 @@ protected:
 
 TEST_F(PreferencesInPashto, KeepTheirFractions) {
     session.writePreferences(R"({"kestro.rampSmoothingSeconds": 1.5, "other": 0.25})");
-    kestro = &session.startKestro(variables);
-    ASSERT_TRUE(waitUntil([&] { return session.strip().has_value() || kestro->state() == QProcess::NotRunning; }));
-    ASSERT_EQ(kestro->state(), QProcess::Running);
+    launch(variables);
 
     ASSERT_TRUE(changeTheTab());
 

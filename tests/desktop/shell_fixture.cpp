@@ -3,80 +3,35 @@
 #include "tests/desktop/status_item_client.h"
 
 #include <QDBusVariant>
-#include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QThread>
 #include <QVariantMap>
 
-#include <unistd.h>
-
 namespace kestro {
 
-namespace {
+ShellFixture::ShellFixture(DesktopPanel panel) : session(panel), panel_(panel) {}
 
-/// Runs its second argument with its first one, a folder, in the place of /tmp, where the command file lies that
-/// other programs of this machine watch as well. The session's folder and the display are found in it under the
-/// same names.
-constexpr auto withItsOwnTmp = R"sh(
-cd "$0" && mkdir -p old && mount --bind /tmp old || exit 1
-ln -sfn "old/$(basename "$(dirname "$0")")" old/.X11-unix .
-mount --rbind "$0" /tmp && )sh";
-
-/// A user who is not root needs a namespace to mount in, and another one to be himself again.
-QStringList privately(const QString& tmp) {
-    const QString program = QStringLiteral(KESTRO_BINARY_DIR "/kestro");
-    const QString script = QString::fromUtf8(withItsOwnTmp);
-    if (geteuid() == 0) {
-        return {QStringLiteral("--mount"),
-                QStringLiteral("sh"),
-                QStringLiteral("-c"),
-                script + QStringLiteral("exec \"$1\""),
-                tmp,
-                program};
-    }
-    const QString asMyself =
-        QStringLiteral("exec unshare --user --map-user=%1 --map-group=%2 \"$1\"").arg(geteuid()).arg(getegid());
-    return {QStringLiteral("--map-root-user"),
-            QStringLiteral("--mount"),
-            QStringLiteral("sh"),
-            QStringLiteral("-c"),
-            script + asMyself,
-            tmp,
-            program};
-}
-
-bool canMountPrivately() {
-    const QStringList user = geteuid() == 0 ? QStringList() : QStringList{QStringLiteral("--map-root-user")};
-    static const bool can =
-        QProcess::execute(QStringLiteral("unshare"),
-                          user + QStringList{QStringLiteral("--mount"), QStringLiteral("true")}) == 0;
-    return can;
-}
-
-}  // namespace
-
-ShellFixture::ShellFixture(DesktopPanel panel) : session(panel), panel_(panel) {
-    QDir().mkpath(session.path(QStringLiteral("tmp")));
-}
-
-void ShellFixture::launch() {
+void ShellFixture::launch(const QStringList& variables, KestroProgram program) {
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
-    ASSERT_TRUE(canMountPrivately()) << "these tests give the program a /tmp of its own, which takes root with "
-                                        "CAP_SYS_ADMIN, or user namespaces";
-    kestro = &session.start(QStringLiteral("unshare"), privately(session.path(QStringLiteral("tmp"))));
+    kestro = &session.startKestro(variables, program);
+    const auto hasEnded = [&] { return kestro->state() == QProcess::NotRunning; };
+    ASSERT_TRUE(session.waitFor([&] { return showsFigures() || hasEnded(); }));
+    ASSERT_FALSE(hasEnded()) << "Kestro has quit: " << kestro->readAll().toStdString();
+}
+
+bool ShellFixture::showsFigures() const {
     if (panel_ == DesktopPanel::none) {
-        ASSERT_TRUE(waitUntil([&] { return session.strip().has_value(); }));
-    } else {
-        const StatusItemClient client(session);
-        // A panel that is starting may lose its items once, and gets new ones then.
-        ASSERT_TRUE(waitUntil([&] { return client.label(client.waitForItem()).contains(QLatin1Char('%')); }));
+        return session.strip().has_value();
     }
+    // A panel that is starting may lose its items once, and gets new ones then.
+    const StatusItemClient client(session);
+    const auto item = client.item(QStringLiteral("kestro-main"));
+    return item && client.label(*item).contains(QLatin1Char('%'));
 }
 
 void ShellFixture::command(const QByteArray& word) {
     QFile file(commandFile());
-    ASSERT_TRUE(waitUntil([&] { return file.size() == 0; })) << "the word before is not consumed";
+    ASSERT_TRUE(session.waitFor([&] { return file.size() == 0; })) << "the word before is not consumed";
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(word);
 }
@@ -84,7 +39,7 @@ void ShellFixture::command(const QByteArray& word) {
 void ShellFixture::finishCommands() {
     // A word is consumed before it is performed, but after those before it were.
     command("no command");
-    ASSERT_TRUE(waitUntil([&] { return QFile(commandFile()).size() == 0; }));
+    ASSERT_TRUE(session.waitFor([&] { return QFile(commandFile()).size() == 0; }));
 }
 
 void ShellFixture::unmap(const DesktopWindow& window) const {
@@ -117,7 +72,7 @@ std::optional<QRect> ShellFixture::frame(const QString& title) const {
 }
 
 bool ShellFixture::appears(const QString& title) const {
-    return waitUntil([&] { return window(title).has_value(); });
+    return session.waitFor([&] { return window(title).has_value(); });
 }
 
 bool ShellFixture::disappears(const QString& title) const {

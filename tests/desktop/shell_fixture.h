@@ -11,14 +11,13 @@
 
 namespace kestro {
 
-/// The real program on a desktop of its own, with a command file that no other process of this machine sees:
-/// its path is fixed, and several programs that watch it would take each other's words.
+/// The real program on a desktop of its own.
 class ShellFixture : public testing::Test {
 protected:
     explicit ShellFixture(DesktopPanel panel = DesktopPanel::none);
 
     /// Starts the program and waits until its readout shows figures on the strip or in the panel.
-    void launch();
+    void launch(const QStringList& variables = {}, KestroProgram program = KestroProgram::underTest);
 
     /// Writes a word into the command file, once the word before it is consumed.
     void command(const QByteArray& word);
@@ -62,13 +61,15 @@ protected:
     const QString dashboard = QStringLiteral("Kestro Studio Dashboard");
     const QString settings = QStringLiteral("Kestro Preferences");
 
-    /// Where the program's /tmp/.kestro_cmd lies for the test.
-    QString commandFile() const { return session.path(QStringLiteral("tmp/.kestro_cmd")); }
+    QString commandFile() const { return session.path(QStringLiteral("runtime/.kestro_cmd")); }
 
     DesktopSession session;
     QProcess* kestro = nullptr;
 
 private:
+    /// Whether the readout shows figures, on the strip or in the panel.
+    bool showsFigures() const;
+
     DesktopPanel panel_;
 };
 

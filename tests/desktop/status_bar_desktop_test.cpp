@@ -26,7 +26,7 @@ double usedMemoryPercent() {
 /// Waits for the strip; an empty window when it does not come.
 DesktopWindow waitForStrip(const DesktopSession& session) {
     std::optional<DesktopWindow> found;
-    waitUntil([&] {
+    session.waitFor([&] {
         found = session.strip();
         return found.has_value();
     });
@@ -49,13 +49,14 @@ bool showsMemory(const StatusItemClient& client, const QString& item) {
     return showsMemory(client.label(item));
 }
 
-/// What stands in the session's folder besides the preferences and what was there `before`.
+/// The files in the session's folder besides the preferences, the command file and what was there `before`.
 QStringList filesLeft(const DesktopSession& session, const QStringList& before) {
     QStringList left = session.files();
     for (const QString& file : before) {
         left.removeAll(file);
     }
     left.removeAll(QStringLiteral("config/kestro/preferences.json"));
+    left.removeAll(QStringLiteral("runtime/.kestro_cmd"));
     return left;
 }
 

@@ -72,7 +72,7 @@ std::optional<QString> StatusItemClient::item(const QString& identifier) const {
 
 QString StatusItemClient::waitForItem(const QString& identifier) const {
     std::optional<QString> found;
-    waitUntil([&] {
+    session_.waitFor([&] {
         found = item(identifier);
         return found.has_value();
     });
