@@ -52,7 +52,8 @@ void press(QWidget& control) {
     QApplication::sendEvent(&control, &event);
 }
 
-/// Puts a control into a state as the user would; the ring is shown on each, though only one can have it.
+/// Puts a control into a state as a user would. Every control shows the focus ring, though only one can have
+/// focus.
 void apply(State state, Control& control) {
     switch (state) {
         case State::rest:
@@ -123,7 +124,7 @@ Control* mark(RowMark kind, bool isOn) {
 struct StateRow {
     const char* title;
     std::function<std::vector<Control*>()> controls;
-    int bareInset = 0;  ///< bare at both sides of each control; the next one may stand there
+    int bareInset = 0;  ///< left empty at both sides of each control; neighbours may overlap it
 };
 
 std::vector<StateRow> stateRows() {

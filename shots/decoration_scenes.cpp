@@ -13,7 +13,7 @@ namespace kestro::shots {
 
 namespace {
 
-/// A sheet on the palette's ground with something painted on it.
+/// A sheet in the palette's ground colour with a custom painting on it.
 class Sheet : public QWidget {
 public:
     Sheet(QSize size, std::function<void(QPainter&)> content) : content_(std::move(content)) { resize(size); }

@@ -17,10 +17,10 @@
 namespace kestro::shots {
 namespace {
 
-/// The toolkit knows one scale for each process, and texts are shaped once, so each run has its own process.
+/// Qt fixes the scale per process and shaped text is cached, so each run is a separate process.
 struct Run {
     const char* scale;
-    const char* family;  ///< empty: the font that the program chooses
+    const char* family;  ///< empty: the font that the program chooses by itself
 };
 
 constexpr Run kRuns[] = {{"1", ""}, {"1.25", ""}, {"1.5", ""}, {"2", ""}, {"1", "DejaVu Sans"}};

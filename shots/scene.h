@@ -11,31 +11,31 @@
 
 namespace kestro::shots {
 
-/// One picture: a surface or widget on a simulated machine of its own.
+/// One picture: a surface or widget on its own simulated machine.
 struct Scene {
     /// The file name without scale and extension, such as "popover-lilac".
     QString name;
 
-    /// Prepares machine and preferences before anything is built on them. Empty: as they are.
+    /// Prepares the machine and the preferences before anything is built. Empty: leaves the defaults.
     std::function<void(SimulatedMac&)> arrange;
 
-    /// Drives the running machine after it has settled and before the widget is built. Empty: as it is.
+    /// Drives the running machine once it has settled, before the widget is built. Empty: leaves it idle.
     std::function<void(SimulatedServices&)> drive;
 
-    /// Builds what is pictured, at its final size.
+    /// Builds the widget to capture, at its final size.
     std::function<std::unique_ptr<QWidget>(SimulatedServices&)> make;
 
-    /// Works the shown widget, as by keyboard or pointer. Empty: it rests.
+    /// Interacts with the shown widget by keyboard or pointer. Empty: leaves it alone.
     std::function<void(QWidget&)> work;
 
-    /// Besides scales 1 and 2 also at 1.25 and 1.5.
+    /// Captures at scales 1.25 and 1.5 as well as 1 and 2.
     bool atFractionalScales = false;
 
-    /// Also in the wider font that stands in where none of the preferred ones is installed.
+    /// Captures also in the wider fallback font, used where no preferred font is installed.
     bool inOtherFonts = false;
 };
 
-/// The scenes of each surface; a surface has a file of its own.
+/// The scenes of each surface; each surface has its own file.
 std::vector<Scene> controlScenes();
 std::vector<Scene> dashboardScenes();
 std::vector<Scene> decorationScenes();

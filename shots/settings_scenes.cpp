@@ -59,7 +59,7 @@ void addCooling(std::vector<Scene>& scenes) {
     scenes.push_back(std::move(fanless));
 }
 
-/// Every module on, which is more than the bar has room for, and one of them on its way to another place.
+/// Every module on, which overflows the bar, and one of them being dragged.
 Scene crowdedScene() {
     Scene scene =
         tabScene(QStringLiteral("menubar-crowded"), SettingsTab::menubar, [](SimulatedServices& services) {
@@ -81,7 +81,7 @@ Scene crowdedScene() {
     return scene;
 }
 
-/// A battery in use that tells its charge, one that is charged and tells percents only, and none at all.
+/// A battery in use that reports capacities, a full one that reports percentages only, and no battery.
 void addPower(std::vector<Scene>& scenes) {
     const auto add = [&scenes](const char* name, std::function<void(SimulatedMac&)> arrange) {
         scenes.push_back(tabScene(QString::fromUtf8(name), SettingsTab::power));
@@ -120,7 +120,7 @@ FanCurveReading reading(const FanCurveConfig& config, double temperature, double
     return reading;
 }
 
-/// Every preset, every shape, and what lies at the edges of the chart.
+/// Every preset, every shape, and the cases at the edges of the chart.
 std::vector<FanCurveReading> readings() {
     std::vector<FanCurveReading> made;
     for (const CurvePreset preset : allCases<CurvePreset>()) {

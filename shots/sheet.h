@@ -7,19 +7,19 @@
 
 namespace kestro::shots {
 
-/// The palette's ground, on which a sheet's parts are placed by hand.
+/// A sheet in the palette's ground colour, with children at fixed positions.
 class Sheet : public QWidget {
 public:
     explicit Sheet(const QSize& size) { resize(size); }
 
-    /// Takes `part` over and gives it this area.
+    /// Takes ownership of `part` and places it in `area`.
     void place(QWidget* part, const QRect& area) {
         part->setParent(this);
         part->setGeometry(area);
         part->show();
     }
 
-    /// At the size that the part asks for.
+    /// Places `part` at its size hint.
     void place(QWidget* part, const QPoint& topLeft) {
         part->setParent(this);
         part->setGeometry(QRect(topLeft, part->sizeHint()));
@@ -30,7 +30,7 @@ protected:
     void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), KestroTheme::ground()); }
 };
 
-/// Shows the picture of a window of its own, such as a menu, on a sheet.
+/// Shows the picture of a separate window, such as a menu, on a sheet.
 class PictureOf : public QWidget {
 public:
     explicit PictureOf(QWidget& window) : picture_(window.grab()) { resize(window.size()); }

@@ -18,7 +18,7 @@ namespace kestro::shots {
 
 namespace {
 
-/// A menu without a program behind it.
+/// Menu actions that do nothing.
 class NoActions final : public MainMenuActions {
 public:
     void togglePopoverAction() override {}
@@ -34,7 +34,7 @@ public:
     void quit() override {}
 };
 
-/// The icons of hosts without text, on a panel of that scheme.
+/// The icons for hosts without text, on a panel in that scheme.
 class TrayPanel : public QWidget {
 public:
     explicit TrayPanel(PanelScheme scheme) : scheme_(scheme) {}
@@ -69,7 +69,7 @@ StripWindow* stripWindow() {
     return nullptr;
 }
 
-/// The strip with all three items as the present state makes them.
+/// The strip with all three items in their current state.
 QWidget* strip(SimulatedServices& services) {
     const Platform platform = services.mac.platform();
     StripStatusBar bar;

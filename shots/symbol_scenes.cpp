@@ -13,7 +13,7 @@ constexpr int kColumns = 6;
 constexpr int kCellWidth = 164;
 constexpr int kCellHeight = 92;
 
-/// Every symbol at the sizes in which it is used.
+/// Every symbol at each size in use.
 class SymbolSheet : public QWidget {
 public:
     SymbolSheet() {
