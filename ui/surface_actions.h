@@ -4,8 +4,8 @@
 
 namespace kestro {
 
-/// What the views ask of the application. Each is called on the main thread, from a control's click; the
-/// view must be prepared to be hidden before the call returns.
+/// What the views request from the application. Each action runs on the main thread, from a control's click; it
+/// may hide the view before it returns.
 
 struct PopoverActions {
     std::function<void()> onOpenDashboard;

@@ -6,11 +6,11 @@
 
 namespace kestro {
 
-/// How a badge looks: with a dot in the sections of the dashboard, plain in the settings, or only the dot
-/// where there is no room for the word, which then stays in the accessible name and the help.
+/// The look of a badge: with a dot in the dashboard's sections, plain in the settings, or only the dot where the
+/// word does not fit. The word then remains in the accessible name and the help.
 enum class BadgeKind { section, settings, dot };
 
-/// A word on a pill of its own colour.
+/// A word on a coloured pill.
 class Badge : public View {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ public:
     explicit Badge(BadgeKind kind, const QString& text = {}, const Ink& ink = KestroTheme::accentCool,
                    QWidget* parent = nullptr);
 
-    /// Silent when equal.
+    /// No-op when unchanged.
     void setState(const QString& text, const Ink& ink);
     void setKind(BadgeKind kind);
     const QString& text() const { return text_; }

@@ -5,19 +5,19 @@
 
 namespace kestro {
 
-/// How a button looks. `chip`: the small fill with a hairline; on: in the warning accent (pinned, awake).
-/// `plain`: nothing until hovered. `choice`: one of several; on: in the main accent. `prominent`: filled
-/// with the accent, for the one action that a surface is about.
+/// The look of a button. `chip`: a small fill with a hairline; when on, in the warning accent (pinned, awake).
+/// `plain`: no background until hovered. `choice`: one of several; when on, in the main accent. `prominent`:
+/// filled with the accent, for a surface's primary action.
 enum class ButtonKind { chip, plain, regular, prominent, choice };
 
-/// Where the parts of a button stand. Absent parts are empty.
+/// The areas of a button's parts. Absent parts are empty.
 struct ButtonGeometry {
     QRectF symbol;
     QRectF text;
     QRectF trailingSymbol;
 };
 
-/// Sizes of the parts of a button in points; 0: absent.
+/// The widths of a button's parts, its padding and its gap, in points; 0: absent.
 struct ButtonParts {
     double symbol = 0;
     double text = 0;
@@ -26,11 +26,11 @@ struct ButtonParts {
     double gap = 0;
 };
 
-/// Centres the parts in `size`, or, when `isSpread`, sets them at the left and the trailing symbol at the
-/// right. A text that is too wide gets what the other parts leave.
+/// Centres the parts in `size`; if `isSpread`, aligns them left and the trailing symbol right. Text that is too
+/// wide gets the space that the other parts leave.
 ButtonGeometry buttonGeometry(const QSizeF& size, const ButtonParts& parts, bool isSpread);
 
-/// A push button with a symbol, a text, or both, in one of five looks. Its accessible name is the one given,
+/// A push button with a symbol, a text, or both, in one of five looks. Its accessible name is the explicit one,
 /// else its text, else its help.
 class Button : public Control {
     Q_OBJECT
@@ -45,28 +45,28 @@ public:
 
     void setKind(ButtonKind kind);
 
-    /// A fixed edge length for a button that shows only a symbol.
+    /// Sets a fixed edge length, for a button that shows only a symbol.
     void setSquare(int edge);
     void setHeight(int height);
     void setPadding(double padding);
     void setGap(double gap);
     void setTextStyle(const TextStyle& style);
 
-    /// The colours of symbol and text, instead of those that follow from kind and state.
+    /// Overrides the colours of symbol and text that follow from kind and state.
     void setInk(const Ink& symbol, const Ink& text);
     void setInk(const Ink& both) { setInk(both, both); }
 
-    /// The colour of the trailing symbol, instead of the leading one's.
+    /// Overrides the colour of the trailing symbol, which otherwise matches the leading one.
     void setTrailingInk(const Ink& ink);
 
-    /// Parts at the left and the trailing symbol at the right, instead of all in the middle.
+    /// Aligns the parts left and the trailing symbol right instead of centring everything.
     void setSpread(bool isSpread);
 
-    /// On: pinned, awake, chosen. A button that was ever set is announced as one that can be checked.
+    /// On: pinned, awake, chosen. Once set, the button is announced as checkable.
     void setOn(bool isOn);
     bool isOn() const { return on_.value_or(false); }
 
-    /// The opacity of the fill while on, instead of the kind's.
+    /// Overrides the kind's fill opacity while on.
     void setOnFill(const StateOpacity& fill);
 
     QSize sizeHint() const override;

@@ -31,7 +31,7 @@ void Card::paintEvent(QPaintEvent* event) {
     const QColor surface = Ink(KestroTheme::surface).faded(kOpacity).color();
     constexpr int rounded = static_cast<int>(kRadius);
     if (rect().adjusted(rounded, rounded, -rounded, -rounded).contains(event->rect())) {
-        // A value within has changed: no corner and no edge is concerned.
+        // Only a value inside has changed: no corner or edge needs repainting.
         for (const QRect& changed : event->region()) {
             painter.fillRect(changed, surface);
         }

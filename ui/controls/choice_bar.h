@@ -6,13 +6,13 @@
 
 namespace kestro {
 
-/// Base of what shows options side by side, one of them chosen. One stop of the Tab key; the arrows, Home and
-/// End choose.
+/// Base of controls that show options side by side with one chosen. A single Tab stop; the arrows, Home and End
+/// choose.
 class ChoiceBar : public Control {
     Q_OBJECT
 
 public:
-    /// Shows a choice without telling anybody. Silent when equal.
+    /// Changes the selection without notifying. No-op when unchanged.
     virtual void setChosen(int index) = 0;
     int chosen() const { return chosen_; }
 
@@ -20,24 +20,24 @@ public:
     void onChosen(std::function<void(int)> action) { onChosen_ = std::move(action); }
 
 protected:
-    /// Whether the mouse chooses as its button goes down, or when it is let go on the same option.
+    /// Whether the mouse chooses on press, or on release over the same option.
     enum class Trigger { press, release };
 
     ChoiceBar(int chosen, Trigger trigger, QWidget* parent);
 
-    /// Where the options are, in their order.
+    /// The areas of the options, in order.
     virtual std::vector<QRectF> areas() const = 0;
 
-    /// Makes another index the chosen one and says so to assistive technology.
+    /// Selects another index and announces it to assistive technology.
     void take(int index);
 
-    /// What a user's choice does.
+    /// Handles a choice made by the user.
     void choose(int index);
 
-    /// Chooses the option `step` further, as by a key.
+    /// Chooses the option `step` places further, as a key does.
     void chooseNext(int step);
 
-    /// The option under the pointer, and the one that was pressed; -1: none.
+    /// The options under the pointer and under the pressed button; -1: none.
     int hovered() const { return hovered_; }
     int pressed() const { return pressed_; }
 

@@ -19,7 +19,7 @@ namespace kestro {
 ///         text("KESTRO").style(text_styles::wordmarkPopover), spacer(),
 ///         chip(symbol("gearshape", 10)).help("Settings").onClick(onOpenSettings_));
 ///
-/// A builder owns its widget until a row, a column or `release` takes it over. `into` keeps a pointer to the
+/// A builder owns its widget until it is added to a row or column, or released. `into` stores a pointer to the
 /// widget, for values that change later.
 
 /// The distance between the elements of a row or column.
@@ -28,7 +28,7 @@ struct Spacing {
     int points;
 };
 
-/// The room around the elements of a row or column.
+/// The margins of a row or column.
 struct Insets {
     int left = 0;
     int top = 0;
@@ -36,7 +36,7 @@ struct Insets {
     int bottom = 0;
 };
 
-/// Room that takes what is left (`length` 0), or a fixed length.
+/// Space that stretches (`length` 0) or has a fixed length.
 struct Space {
     int length = 0;
 };
@@ -68,7 +68,7 @@ public:
 
     W* operator->() const { return widget_.get(); }
 
-    /// Gives the widget away; the caller gives it a parent.
+    /// Transfers ownership of the widget; the caller must give it a parent.
     [[nodiscard]] W* release() { return widget_.release(); }
 
 protected:
@@ -88,7 +88,7 @@ public:
     TextBuilder&& secondary() &&;
     TextBuilder&& align(Qt::Alignment alignment) &&;
 
-    /// Never elided; `widest` reserves the room that the value needs at most.
+    /// Never elided; `widest` reserves the maximum width of the value.
     TextBuilder&& value(const Words& widest = QString()) &&;
 };
 
@@ -112,7 +112,7 @@ public:
     ButtonBuilder&& square(int edge) &&;
 };
 
-/// Any widget, for views and layouts of one's own in a row or column.
+/// Wraps any widget, to place custom views and layouts in a row or column.
 class WidgetBuilder {
 public:
     explicit WidgetBuilder(std::unique_ptr<QWidget> widget) : widget_(std::move(widget)) {}

@@ -71,7 +71,7 @@ void Control::paintEvent(QPaintEvent*) {
         paint(painter);
         return;
     }
-    // Dimmed as one picture: its layers must not show through each other.
+    // Dimmed as one image: its layers must not show through each other.
     QPixmap picture(size() * devicePixelRatioF());
     picture.setDevicePixelRatio(devicePixelRatioF());
     picture.fill(Qt::transparent);

@@ -10,19 +10,18 @@ class QPainter;
 
 namespace kestro {
 
-/// The opacities of a fill at rest, under the pointer and pressed.
+/// The opacities of a fill at rest, hovered and pressed.
 struct StateOpacity {
     double rest = 0;
     double hover = 0;
     double pressed = 0;
 
-    /// The opacity while the transitions to hover and pressed have come `hovering` and `pressing` (0..1) far.
+    /// The opacity while the hover and press transitions are at `hovering` and `pressing` (0..1).
     double at(double hovering, double pressing) const;
 };
 
-/// Base of everything that reacts to the user: hover, pressed, disabled and keyboard focus, with their
-/// motions. A click, Space and Enter activate it. The focus ring is shown only when the focus came from the
-/// keyboard. Main thread.
+/// Base of all interactive views: animated hover, pressed, disabled and keyboard-focus states. A click, Space and
+/// Enter activate it. The focus ring shows only when the focus came from the keyboard. Main thread.
 class Control : public View {
     Q_OBJECT
 
@@ -32,25 +31,25 @@ public:
     /// Called when the user activates the control, after its own state has changed.
     void onClick(std::function<void()> action) { onClick_ = std::move(action); }
 
-    /// Does what a click does.
+    /// Activates the control like a click.
     void click();
 
     bool showsFocus() const { return showsFocus_; }
 
-    /// Where the focus ring goes round, in the control's coordinates, and its corner radius.
+    /// The rectangle that the focus ring surrounds, in the control's coordinates, and its corner radius.
     virtual QRectF focusArea() const;
     virtual double focusRadius() const { return 6; }
 
     AccessibleInfo accessibleInfo() const override;
 
 protected:
-    /// Paints at full opacity; a disabled control is dimmed as a whole.
+    /// Paints at full opacity; a disabled control is then dimmed as a whole.
     virtual void paint(QPainter& painter) = 0;
 
-    /// Changes the control's own state on activation, before the click is told.
+    /// Changes the control's own state on activation, before `onClick` runs.
     virtual void activated() {}
 
-    /// What is the target of the pointer; clicks outside it are ignored.
+    /// Whether `position` is part of the click target; clicks elsewhere are ignored.
     virtual bool hitTest(const QPoint& position) const { return rect().contains(position); }
 
     double hovering() const { return hover_.value(); }
@@ -67,13 +66,13 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
     void changeEvent(QEvent* event) override;
 
-    /// Ends a press without a click, as when the pointer begins to drag.
+    /// Cancels a press without a click, for example when a drag starts.
     void cancelPress();
 
-    /// To be called when focusArea has changed.
+    /// Call when focusArea has changed.
     void moveFocusRing();
 
-    /// To be called when a key was used, which shows the ring wherever the focus came from.
+    /// Call when a key was used: shows the ring wherever the focus came from.
     void showFocus() { setShowsFocus(true); }
 
 private:

@@ -8,13 +8,12 @@ namespace kestro {
 
 class Control;
 
-/// What the arrow keys do in a group: choose the neighbour, or only go to it where each choice asks for
-/// something that costs.
+/// What the arrow keys do in a group: choose the neighbour, or only move the focus where choosing is costly.
 enum class GroupArrows { choose, moveFocus };
 
-/// Makes controls one choice for the keyboard: a single stop of the Tab key, at the chosen one; the arrows
-/// go to the neighbour and click it, or leave that to Space and Enter. The owner tells which one is chosen.
-/// Lives with its parent.
+/// Groups controls into one choice for the keyboard: a single Tab stop, at the chosen control. The arrows move to
+/// the neighbour and click it, or leave the click to Space and Enter. The owner sets the chosen index. Lives as
+/// long as its parent.
 class ExclusiveGroup : public QObject {
     Q_OBJECT
 
@@ -22,7 +21,7 @@ public:
     /// `members` in reading order; they must live as long as `parent`.
     ExclusiveGroup(std::vector<Control*> members, QObject* parent, GroupArrows arrows = GroupArrows::choose);
 
-    /// None when out of range: then the first one takes the Tab key's stop.
+    /// Out of range: none is chosen, and the first member becomes the Tab stop.
     void setChosen(int index);
 
 protected:

@@ -7,9 +7,9 @@ namespace kestro {
 
 class Control;
 
-/// The ring around the control that has the keyboard's focus: a gap of the ground's colour and a line of the
-/// accent, both outside the control. It lies over the control's siblings in the nearest ancestor that clips
-/// (a scroll area's content) or in the window, follows the control, and lets every event pass. Main thread.
+/// The ring around the control with keyboard focus: a gap in the ground colour and a line in the accent, both
+/// outside the control. It is stacked above the control's siblings in the nearest ancestor that clips (a scroll
+/// area's content) or in the window, follows the control, and is transparent to events. Main thread.
 class FocusRing : public QWidget {
     Q_OBJECT
 
@@ -17,13 +17,13 @@ public:
     static constexpr double kGap = 1.5;
     static constexpr double kLine = 1.5;
 
-    /// Shows one ring on `control`, moving it from wherever it was in that window.
+    /// Shows the window's single ring on `control`, moving it from its previous control.
     static void showOn(Control& control);
     static void hideFrom(Control& control);
 
     explicit FocusRing(Control& control);
 
-    /// Marks a widget whose content scrolls, so that rings within it scroll and are clipped with it.
+    /// Marks a widget with scrolling content, so that rings inside scroll and clip with it.
     static void setHost(QWidget& widget);
 
 protected:

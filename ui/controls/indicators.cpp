@@ -47,7 +47,7 @@ void paintSwitch(QPainter& painter, const QRectF& area, const IndicatorState& st
         fill.setAlphaF(static_cast<float>(state.on));
         paintRounded(painter, area, radius, fill);
     }
-    // Off, the knob stands back; it has its full colour where the accent is.
+    // The knob is grey while off, and gets its full colour on the accent.
     const QColor off = QColor::fromRgbF(0.72F, 0.73F, 0.75F);
     const QColor knob = mixed(off, markOn(accent), state.on);
     painter.setPen(Qt::NoPen);

@@ -6,10 +6,9 @@ class QPainter;
 
 namespace kestro {
 
-/// The marks of what can be on or off, painted by the standalone controls and by rows alike. `hovering` and
-/// `pressing` are 0..1.
+/// The marks of on/off states, shared by the standalone controls and the rows. `hovering` and `pressing` are 0..1.
 struct IndicatorState {
-    double on = 0;  ///< 0..1: how far the knob has slid; marks count as on from a half
+    double on = 0;  ///< 0..1: how far the knob has slid; marks count as on from 0.5
     double hovering = 0;
     double pressing = 0;
 };
@@ -21,7 +20,7 @@ inline constexpr double kCheckSize = 15;
 inline constexpr double kRadioSize = 14;
 inline constexpr double kChosenMarkSize = 16;
 
-/// The knob of a switch in `area`, slid `on` (0..1) of its way.
+/// The knob of a switch in `area`, slid by `on` (0..1).
 QRectF switchKnob(const QRectF& area, double on);
 
 void paintSwitch(QPainter& painter, const QRectF& area, const IndicatorState& state);

@@ -4,16 +4,16 @@
 
 namespace kestro {
 
-/// A colour that is looked up when it is painted, so that a change of palette shows at the next redraw.
-/// Made from a role of KestroTheme (`Ink(KestroTheme::accentCool)`) or from a fixed colour.
+/// A colour that is resolved when painted, so that a palette change shows at the next redraw. Made from a role of
+/// KestroTheme (`Ink(KestroTheme::accentCool)`) or from a fixed colour.
 class Ink {
 public:
     using Role = QColor (*)();
 
-    constexpr Ink(Role role) : role_(role) {}              // NOLINT: a role is an ink
-    constexpr Ink(const QColor& fixed) : fixed_(fixed) {}  // NOLINT: a colour is an ink
+    constexpr Ink(Role role) : role_(role) {}              // NOLINT: implicit on purpose
+    constexpr Ink(const QColor& fixed) : fixed_(fixed) {}  // NOLINT: implicit on purpose
 
-    /// White at an opacity, as used for fills on the dark ground.
+    /// White at an opacity, for fills on the dark ground.
     static Ink white(double opacity) { return Ink(QColor(Qt::white)).faded(opacity); }
 
     /// The same ink with its opacity multiplied.
@@ -23,7 +23,7 @@ public:
         return ink;
     }
 
-    /// The colour as of now.
+    /// The current colour.
     QColor color() const {
         QColor color = role_ ? role_() : fixed_;
         color.setAlphaF(color.alphaF() * static_cast<float>(opacity_));

@@ -5,8 +5,8 @@
 
 namespace kestro {
 
-/// A button that opens a menu below itself, built afresh at each opening. Space, Enter and the Down key open
-/// it too; closing returns the focus to the button.
+/// A button that opens a menu below itself and rebuilds it each time. Space, Enter and Down open it too; closing
+/// returns the focus to the button.
 class MenuButton : public Button {
     Q_OBJECT
 

@@ -43,7 +43,7 @@ const TextStyle kShortcut{11, kRowHeight, QFont::Medium, 0, KestroTheme::textSec
 
 QPointer<MenuStyle> sharedStyle;
 
-/// What the style needs to know of an entry, read from its action.
+/// The data that the style needs for an entry, read from its action.
 struct Row {
     QString title;
     QString shortcut;
@@ -98,7 +98,7 @@ void paintEntry(QPainter& painter, const QStyleOptionMenuItem& option, const QWi
         shortcut.ink = KestroTheme::ground;
         check = KestroTheme::ground;
     }
-    // The columns are counted from the menu's edge; a row starts after the padding.
+    // Columns are measured from the menu's edge, but a row starts after the padding.
     const double origin = area.left() - kPadding;
     if (option.checked) {
         constexpr double mark = 10;
@@ -214,7 +214,7 @@ int MenuStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
         case SH_Menu_Scrollable:
             return 1;
         case SH_Menu_Mask:
-            // Where nothing blends windows, the corners outside the glass would be black.
+            // Without compositing, the corners outside the glass would be black.
             if (auto* const mask = qstyleoption_cast<QStyleHintReturnMask*>(returnData);
                 mask != nullptr && !window_compositing::isAvailable()) {
                 mask->region = roundedRegion(option->rect, kCornerRadius);

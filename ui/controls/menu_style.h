@@ -4,8 +4,8 @@
 
 namespace kestro {
 
-/// Measures and paints the rows of PopupMenu. Rows are 24 high, separators 9; the check stands at 10–26, the
-/// text from 30.
+/// Measures and paints the rows of PopupMenu. Rows are 24 high, separators 9; the check is at x = 10–26, the text
+/// starts at 30.
 class MenuStyle : public QProxyStyle {
     Q_OBJECT
 
@@ -14,15 +14,15 @@ public:
     static constexpr const char* kHeaderProperty = "kestroMenuHeader";
     static constexpr const char* kShortcutProperty = "kestroMenuShortcut";
 
-    /// Of an action: its symbol's name. Of a menu: true when any of its entries has a symbol.
+    /// On an action: its symbol's name. On a menu: true when any entry has a symbol.
     static constexpr const char* kSymbolProperty = "kestroMenuSymbol";
 
     static constexpr double kCornerRadius = 8;
 
-    /// How wide a menu must be for an entry, from edge to edge. A shortcut needs room beside its own title only.
+    /// The width that an entry needs from edge to edge. A shortcut needs room only beside its own title.
     static int rowWidth(const QString& title, const QString& shortcut, bool hasSymbols);
 
-    /// The one instance; it dies with the application.
+    /// The shared instance; destroyed with the application.
     static MenuStyle& shared();
 
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,

@@ -4,7 +4,7 @@
 
 namespace kestro {
 
-/// Whether anybody can see a widget: it is shown, and its window is not minimised.
+/// Whether the user can see a widget: it is shown and its window is not minimised.
 inline bool isOnScreen(const QWidget& widget) {
     return widget.isVisible() && !widget.window()->isMinimized();
 }

@@ -4,7 +4,7 @@
 
 namespace kestro {
 
-/// A choice that shows what it does: a picture with a radio mark and its label in a line below.
+/// A choice with a preview: a picture, and below it a radio mark with the label.
 class OptionTile : public Control {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ public:
 
     OptionTile(const QString& label, int pictureHeight, Picture picture, QWidget* parent = nullptr);
 
-    /// Silent when equal.
+    /// No-op when unchanged.
     void setChosen(bool isChosen);
     bool isChosen() const { return isChosen_; }
 

@@ -18,13 +18,13 @@ namespace {
 
 constexpr int kScreenMargin = 8;
 
-/// A title that QAction does not read as a mnemonic or a shortcut.
+/// Escapes a title so that QAction finds no mnemonic or shortcut in it.
 QString escaped(const QString& title) {
     QString text = singleLine(title);
     return text.replace(QLatin1Char('&'), QStringLiteral("&&"));
 }
 
-/// The start of a menu as close to `wanted` as it does not touch the right edge of the screen.
+/// The position closest to `wanted` where a menu of this width stays clear of the screen's right edge.
 QPoint awayFromTheEdge(const QPoint& wanted, int width) {
     const QScreen* screen = QGuiApplication::screenAt(wanted);
     if (screen == nullptr) {
@@ -104,7 +104,7 @@ void PopupMenu::add(const MenuEntry& entry) {
     action->setCheckable(entry.isChecked);
     action->setChecked(entry.isChecked);
     if (entry.action) {
-        // After the menu has gone: the action may show, hide or destroy what the menu belongs to.
+        // Runs after the menu has closed: the action may show, hide or destroy the menu's owner.
         connect(action, &QAction::triggered, qApp,
                 [chosen = entry.action] { QTimer::singleShot(0, qApp, chosen); });
     }

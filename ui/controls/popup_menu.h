@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// One entry of a menu. The title is plain text: "&" shows as itself.
+/// One entry of a menu. The title is plain text: "&" is literal.
 struct MenuEntry {
     enum class Kind { action, separator, header };
 
@@ -24,16 +24,16 @@ struct MenuEntry {
     static MenuEntry header(const QString& title);
 };
 
-/// A menu on glass in the program's own look. Keyboard, submenus, screen edges and accessibility are those
-/// of QMenu. Main thread.
+/// A glass menu in the program's own style. Keyboard handling, submenus, screen edges and accessibility come from
+/// QMenu. Main thread.
 class PopupMenu : public QMenu {
     Q_OBJECT
 
 public:
     explicit PopupMenu(const std::vector<MenuEntry>& entries, QWidget* parent = nullptr);
 
-    /// Opens with its top left corner at `position` (global) and deletes itself when it has closed. A chosen
-    /// entry's action runs after that.
+    /// Opens with its top left corner at `position` (global) and deletes itself once closed. A chosen entry's
+    /// action runs after that.
     void openAt(const QPoint& position);
 
 protected:

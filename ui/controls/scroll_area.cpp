@@ -28,13 +28,13 @@ constexpr int kThumbHitWidth = 14;
 constexpr double kRestOpacity = 0.16;
 constexpr double kHoverOpacity = 0.28;
 
-/// What is focused stays clear of the fades, with its ring.
+/// Keeps the focused control and its ring clear of the fades.
 constexpr int kFocusMargin = 24;
 
 }  // namespace
 
-/// Lets what is scrolled out of sight vanish into the surface behind. It lies over one edge of the content, so
-/// that a change elsewhere repaints no more than itself.
+/// Fades the content at one edge into the surface behind. It overlays only that edge, so that changes elsewhere
+/// repaint only themselves.
 class EdgeFade : public QWidget {
 public:
     EdgeFade(Qt::Edge edge, QWidget* parent) : QWidget(parent), edge_(edge) {
@@ -47,7 +47,7 @@ protected:
         gradient.setColorAt(edge_ == Qt::TopEdge ? 0 : 1, Qt::black);
         gradient.setColorAt(edge_ == Qt::TopEdge ? 1 : 0, Qt::transparent);
         const QImage behind = surfaceBehind(gradient);
-        // Content and surface are mixed as though the content had been masked before it was painted.
+        // Blends as if the content had been masked before it was painted.
         QPainter painter(this);
         painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
         painter.fillRect(rect(), gradient);
@@ -56,7 +56,7 @@ protected:
     }
 
 private:
-    /// What the area stands on, as strong as `mask` is opaque.
+    /// The surface behind the area, with the opacity of `mask`.
     QImage surfaceBehind(const QBrush& mask) const {
         const double scale = devicePixelRatioF();
         QImage image((QSizeF(size()) * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
@@ -157,7 +157,7 @@ void ScrollArea::resizeEvent(QResizeEvent* event) {
 }
 
 void ScrollArea::reveal(const QWidget* before, QWidget* focused) {
-    // Coming back to the window leaves it as it was left; the pointer focuses only what it sees.
+    // Reactivating the window keeps the scroll position, and the pointer only focuses what is already visible.
     auto* control = qobject_cast<Control*>(focused);
     const bool isFromKeyboard = before != nullptr && control != nullptr && control->showsFocus();
     if (isFromKeyboard && isVisible() && widget()->isAncestorOf(control)) {

@@ -9,7 +9,7 @@ namespace kestro {
 class EdgeFade;
 class ScrollThumb;
 
-/// How much of a scrolled view's edges fade, in points; 0: not at all.
+/// How far the edges of a scrolled view fade, in points; 0: no fade.
 struct EdgeFades {
     double top = 0;
     double bottom = 0;
@@ -17,24 +17,24 @@ struct EdgeFades {
     friend bool operator==(const EdgeFades&, const EdgeFades&) = default;
 };
 
-/// 14 at the top once scrolled, 18 at the bottom while more follows.
+/// 14 at the top once scrolled, 18 at the bottom while there is more content.
 EdgeFades edgeFades(int position, int maximum);
 
-/// The thumb of a bar beside a view of `viewHeight`, scrolled to `position` of 0..`maximum`: 5 wide, 4 from
-/// the right edge of `width`, at least 32 long. Empty when nothing scrolls.
+/// The thumb beside a view of `viewHeight`, scrolled to `position` in 0..`maximum`: 5 wide, 4 from the right edge
+/// of `width`, at least 32 long. Empty when nothing scrolls.
 QRectF scrollThumb(double width, double viewHeight, int position, int maximum);
 
-/// Content that scrolls vertically when it is taller than the area: without frame or track, with a thin thumb
-/// and edges that fade into what its parent paints. Takes the width of the area. Scrolls to what the keyboard
-/// focuses.
+/// Scrolls its content vertically when it is taller than the area. It has no frame or track, only a thin thumb and
+/// edges that fade into its parent's background. The content gets the width of the area. Scrolls to controls
+/// focused by keyboard.
 class ScrollArea : public QScrollArea {
     Q_OBJECT
 
 public:
-    /// Takes `content` over.
+    /// Takes ownership of `content`.
     explicit ScrollArea(QWidget* content, QWidget* parent = nullptr);
 
-    /// How much of the content shows, 0..1: an area that comes or goes.
+    /// The opacity of the content, 0..1, for fading an area in or out.
     void setContentOpacity(double opacity);
 
 protected:

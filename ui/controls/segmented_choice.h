@@ -6,7 +6,7 @@
 
 namespace kestro {
 
-/// One of a segmented choice's options: its text, and a second text shown after it.
+/// One option of a segmented choice: its text, and a second text after it.
 struct Segment {
     QString text;
     QString detail;
@@ -17,17 +17,17 @@ struct Segment {
 /// The areas of `count` equal segments in a frame of `size`: frame padding 2, gaps 2.
 std::vector<QRectF> segmentAreas(const QSizeF& size, int count);
 
-/// A choice of one among a few, side by side in one frame. The mark of the chosen segment slides.
+/// A choice of one among a few, side by side in one frame. The mark slides to the chosen segment.
 class SegmentedChoice : public ChoiceBar {
     Q_OBJECT
 
 public:
     explicit SegmentedChoice(std::vector<Segment> segments, int height = 34, QWidget* parent = nullptr);
 
-    /// None when out of range.
+    /// Out of range: none is chosen.
     void setChosen(int index) override;
 
-    /// Replaces the texts; as many as before. Silent when equal.
+    /// Replaces the texts; the count must stay the same. No-op when unchanged.
     void setSegments(std::vector<Segment> segments);
 
     QSize sizeHint() const override;

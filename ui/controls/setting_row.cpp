@@ -16,7 +16,7 @@ namespace {
 constexpr double kInset = 12;
 constexpr double kGap = 12;
 
-/// Between a mark and a symbol that stand side by side.
+/// Between a mark and a symbol side by side.
 constexpr double kNarrowGap = 10;
 
 bool leads(RowMark mark) {
@@ -161,7 +161,7 @@ void SettingRow::paint(QPainter& painter) {
             break;
     }
     if (!symbol_.isEmpty()) {
-        // Beside a mark in the accent's colour the symbol takes the text's.
+        // Next to an accent-coloured mark the symbol uses the text's colour.
         const QColor on = leads(mark_) ? KestroTheme::textPrimary() : KestroTheme::accentCool();
         SymbolPainter::paint(painter, symbol_, geometry.symbol, isOn_ ? on : KestroTheme::textSecondary());
     }

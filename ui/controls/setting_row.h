@@ -5,20 +5,19 @@
 
 namespace kestro {
 
-/// The mark of a row and where it stands: a check or radio before the texts, a switch or the mark of what is
-/// chosen after them.
+/// The mark of a row: a check or radio before the texts, or a switch or chosen mark after them.
 enum class RowMark { check, radio, toggle, chosen };
 
-/// The lengths that decide where the parts of a row stand; 0 or empty: absent.
+/// The measures that determine a row's layout; 0 or empty: absent.
 struct SettingRowParts {
     RowMark mark = RowMark::toggle;
     double symbol = 0;
     double titleHeight = 15;
     double descriptionHeight = 0;
-    double trailingRoom = 0;  ///< kept free before a mark at the right, or at the right edge
+    double trailingRoom = 0;  ///< reserved before a mark at the right, or at the right edge
 };
 
-/// Where the parts of a row stand. Absent parts are empty.
+/// The areas of a row's parts. Absent parts are empty.
 struct SettingRowGeometry {
     QRectF mark;
     QRectF symbol;
@@ -28,9 +27,9 @@ struct SettingRowGeometry {
 
 SettingRowGeometry settingRowGeometry(const QSizeF& size, const SettingRowParts& parts);
 
-/// A row of a card whose whole width reacts: a switch row, a check row, a radio row, or a row that asks for
-/// something and shows what is in force. The symbol is accented while on. Widgets such as badges and mini
-/// chips may stand on it as children, in the room kept by setTrailingRoom.
+/// A row of a card that responds to clicks over its whole width: a switch row, a check row, a radio row, or a row
+/// that requests a change and shows the active choice. The symbol is accented while on. Badges and mini chips may
+/// be placed on it as children, in the room reserved by setTrailingRoom.
 class SettingRow : public Control {
     Q_OBJECT
 
@@ -42,12 +41,12 @@ public:
     void setTitleStyle(const TextStyle& style);
     void setTrailingRoom(double room);
 
-    /// Shows a state without telling anybody. Silent when equal.
+    /// Changes the state without notifying. No-op when unchanged.
     void setOn(bool isOn);
     bool isOn() const { return isOn_; }
 
-    /// A check or switch row changes its own state on a click and tells the new one; a radio or chosen row
-    /// tells true and waits for setOn, because what it asks for may be refused.
+    /// A check or switch row changes its own state on a click and reports the new one. A radio or chosen row
+    /// reports true and waits for setOn, because the request may be refused.
     void onToggled(std::function<void(bool)> action) { onToggled_ = std::move(action); }
 
     QSize sizeHint() const override;

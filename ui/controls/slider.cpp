@@ -22,7 +22,7 @@ constexpr double kPressedShade = 0.14;
 constexpr int kPageSteps = 5;
 constexpr double kTrackOpacity = 0.10;
 
-/// The knob grows when hovered; it must not leave the slider.
+/// The knob grows when hovered; it must stay inside the slider.
 constexpr double kKnobRoom = kKnob / 2;
 
 }  // namespace
@@ -47,7 +47,7 @@ double SliderRange::stepped(double value, int steps) const {
     if (step <= 0) {
         return within(value);
     }
-    constexpr double tolerance = 1e-9;  // a sum of steps is rarely exact
+    constexpr double tolerance = 1e-9;  // sums of steps are rarely exact
     const double place = (within(value) - minimum) / step;
     const double from = steps > 0 ? std::floor(place + tolerance) : std::ceil(place - tolerance);
     return within(minimum + (from + steps) * step);

@@ -60,7 +60,7 @@ void paintBar(QPainter& painter, const QRectF& track, double fraction, const QCo
         return;
     }
     if (filled < track.height()) {
-        // Too short for its round ends: the fill keeps within the track's shape.
+        // Too short for round ends: clips the fill to the track's shape.
         QPainterPath shape;
         shape.addRoundedRect(track, radius, radius);
         QPainterPath part;

@@ -4,7 +4,7 @@
 
 namespace kestro {
 
-/// A choice of a colour: a disc of 26 with its label below; the chosen one has a ring of 36.
+/// A colour choice: a disc of 26 with its label below; the chosen one has a ring of 36.
 class Swatch : public Control {
     Q_OBJECT
 
@@ -13,7 +13,7 @@ public:
 
     Swatch(const QString& label, const QColor& color, QWidget* parent = nullptr);
 
-    /// Silent when equal.
+    /// No-op when unchanged.
     void setChosen(bool isChosen);
     bool isChosen() const { return isChosen_; }
 

@@ -6,15 +6,15 @@
 
 namespace kestro {
 
-/// One symbol of the set, tinted. It says nothing to assistive technology unless it was given a name, for the
-/// text beside it says more.
+/// One tinted symbol of the set. Hidden from assistive technology unless it has a name, because adjacent text
+/// usually describes it.
 class SymbolView : public View {
     Q_OBJECT
 
 public:
     SymbolView(const QString& name, double size, const Ink& ink, QWidget* parent = nullptr);
 
-    /// Silent when equal.
+    /// No-op when unchanged.
     void setSymbol(const QString& name);
     void setInk(const Ink& ink);
     void setWeight(SymbolWeight weight);

@@ -13,7 +13,7 @@ struct Tab {
 /// The areas of `count` equal tabs with gaps of 4 in a strip of `size`.
 std::vector<QRectF> tabAreas(const QSizeF& size, int count);
 
-/// Tabs side by side, a symbol over a label each.
+/// Tabs side by side, each a symbol above its label.
 class TabStrip : public ChoiceBar {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public:
 
     explicit TabStrip(std::vector<Tab> tabs, QWidget* parent = nullptr);
 
-    /// An unknown index changes nothing.
+    /// Ignores an unknown index.
     void setChosen(int index) override;
 
     QSize sizeHint() const override;

@@ -5,15 +5,15 @@
 
 namespace kestro {
 
-/// One line of plain text. Never markup, never a mnemonic. Its height is the style's line height.
+/// One line of plain text, without markup or mnemonics. Its height is the style's line height.
 class TextLabel : public View {
     Q_OBJECT
 
 public:
     explicit TextLabel(const QString& text = {}, QWidget* parent = nullptr);
 
-    /// Silent when equal; otherwise repaints only this label and, where the width is not reserved, asks the
-    /// layout for the new width.
+    /// No-op when unchanged. Otherwise repaints only this label and, unless the width is reserved, updates the
+    /// layout.
     void setText(const QString& text);
     const QString& text() const { return text_; }
 
@@ -25,10 +25,10 @@ public:
     /// `value`: the text shrinks but is never elided.
     void setFit(TextFit fit);
 
-    /// Keeps the label's width at that of `widest`, so that changing figures move nothing.
+    /// Fixes the label's width to that of `widest`, so that changing figures move nothing.
     void reserveWidth(const QString& widest);
 
-    /// Hides the label from assistive technology, where the value beside it speaks for both.
+    /// Hides the label from assistive technology where the value beside it already includes the label.
     void setDecoration(bool isDecoration) { isDecoration_ = isDecoration; }
 
     QSize sizeHint() const override;

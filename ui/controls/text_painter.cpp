@@ -18,7 +18,7 @@ namespace {
 constexpr double kSmallestShrink = 0.8;
 constexpr double kSmallestSize = 7;
 
-/// What the sum of a row's widths may be off without anybody seeing it.
+/// An error in the sum of a row's widths that is too small to see.
 constexpr double kHair = 0.01;
 constexpr qsizetype kLongestText = 512;
 constexpr qsizetype kCachedTexts = 1024;
@@ -58,7 +58,7 @@ bool readsRightToLeft(const QString& text) {
                        [](QChar c) { return c.direction() == QChar::DirR || c.direction() == QChar::DirAL; });
 }
 
-/// Adds `piece` at the end of `line`, in a cell of `cell` when that is not 0.
+/// Appends `piece` to `line`, in a cell of width `cell` unless that is 0.
 void append(ShapedText& line, const QString& piece, const QFont& font, double cell) {
     QTextLayout layout(piece, font);
     QTextOption option;
@@ -80,7 +80,7 @@ void append(ShapedText& line, const QString& piece, const QFont& font, double ce
     line.width += cell > 0 ? cell : width;
 }
 
-/// Shapes at a whole size, without regard to the line's scale.
+/// Shapes at a whole pixel size, ignoring the line's scale.
 ShapedText shapeWhole(const QString& text, const QFont& font) {
     const QFontMetricsF metrics(font);
     ShapedText line;
@@ -110,7 +110,7 @@ ShapedText shape(const QString& text, const TextStyle& style, double deviceScale
     line.scale = KestroFonts::sizeFactor(style.size);
     line.ascent *= line.scale;
     line.descent *= line.scale;
-    // The last letter is tracked too, but nothing follows it.
+    // Qt adds tracking after the last letter too, where nothing follows.
     line.width = std::max(0.0, line.width * line.scale - style.tracking);
     return line;
 }
@@ -120,7 +120,7 @@ QString displayed(const QString& text, const TextStyle& style) {
     return style.capitals ? kept.toUpper() : kept;
 }
 
-/// The longest beginning of `text` that fits with an ellipsis.
+/// The longest prefix of `text` that fits with an ellipsis.
 QString elided(const QString& text, const TextStyle& style, double width) {
     const QString ellipsis(QChar(0x2026));
     qsizetype fits = 0;

@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// How one line of text is set. Lengths in points; the text stands vertically centred in `lineHeight`.
+/// The typography of one line of text. Lengths in points; the text is vertically centred in `lineHeight`.
 struct TextStyle {
     double size = 10;
     double lineHeight = 14;
@@ -19,8 +19,8 @@ struct TextStyle {
     friend bool operator==(const TextStyle&, const TextStyle&) = default;
 };
 
-/// What happens to a text that is wider than its box. Both first shrink to at least 0.8 of the size.
-/// `label` is then elided at the right; `value` is never elided but shrinks on, to 7 points at least.
+/// How text that is wider than its box is fitted. Both modes first shrink to at least 0.8 of the size. `label` is
+/// then elided at the right; `value` is never elided but shrinks further, to 7 points at least.
 enum class TextFit { label, value };
 
 /// The styles that the surfaces share.

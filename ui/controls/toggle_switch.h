@@ -4,15 +4,15 @@
 
 namespace kestro {
 
-/// A switch of its own, 32×18 within a hit area that is 22 high. Rows whose whole width reacts are
-/// SettingRow.
+/// A standalone switch, 32×18 within a click area that is 22 high. Use SettingRow for rows that respond over their
+/// whole width.
 class ToggleSwitch : public Control {
     Q_OBJECT
 
 public:
     explicit ToggleSwitch(QWidget* parent = nullptr);
 
-    /// Shows `isOn` without telling anybody; the knob slides. Silent when equal.
+    /// Sets `isOn` without notifying; the knob slides. No-op when unchanged.
     void setOn(bool isOn);
     bool isOn() const { return isOn_; }
 

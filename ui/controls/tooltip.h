@@ -8,8 +8,8 @@
 
 namespace kestro {
 
-/// The one tooltip of the program: plain text on glass, shown below the pointer after it has rested on a
-/// view for half a second, gone on the next press, key or leave. Main thread.
+/// The program's only tooltip: plain text on glass, shown below the pointer after it has rested on a view for half
+/// a second. The next press, key or leave hides it. Main thread.
 class Tooltip : public QWidget {
     Q_OBJECT
 
@@ -18,27 +18,28 @@ public:
     static constexpr int kWidestText = 420;
     static constexpr int kMostLines = 8;
 
-    /// Follows an event of `owner` whose help is `help`: starts the wait, or ends the tooltip.
+    /// Handles an event of `owner` whose help is `help`: starts the delay or hides the tooltip.
     static void follow(QWidget& owner, const QString& help, const QEvent& event);
 
-    /// The help of `owner` is another one now: an open or waiting tooltip of it shows that, or ends without one.
+    /// The help of `owner` has changed: its open or pending tooltip shows the new text, or goes away if that is
+    /// empty.
     static void change(const QWidget& owner, const QString& help);
 
-    /// The program's own tooltip; null before it was first needed.
+    /// The shared tooltip; null until first needed.
     static Tooltip* current();
 
-    /// Breaks a text into lines that are at most `width` wide, at most kMostLines; a longer text ends in "…".
+    /// Breaks a text into at most kMostLines lines of at most `width`; a longer text ends in "…".
     static QStringList wrapped(const QString& text, double width);
 
-    /// Where a tooltip of `size` goes for a pointer at `pointer`, kept on `screen`.
+    /// The area of a tooltip of `size` for a pointer at `pointer`, kept on `screen`.
     static QRect placed(const QSize& size, const QPoint& pointer, const QRect& screen);
 
-    /// A tooltip that shows `text`; for pictures and tests. The program's own one appears through `follow`.
+    /// A separate tooltip that shows `text`, for pictures and tests. The shared one appears through `follow`.
     explicit Tooltip(const QString& text);
 
     bool isWaiting() const { return wait_.isActive(); }
 
-    /// Ends the wait, as its time does: the tooltip appears if the pointer still rests on the view.
+    /// Ends the delay as the timer does: the tooltip appears if the pointer still rests on the view.
     void endWait();
 
     const QStringList& lines() const { return lines_; }
@@ -55,13 +56,13 @@ private:
     void appear();
     void disappear();
 
-    /// Takes the place and shape that the text needs below the pointer.
+    /// Sets the position and shape for the text below the pointer.
     void settle();
 
     QStringList lines_;
     QPointer<QWidget> owner_;
     QBasicTimer wait_;
-    QPoint pointer_;  ///< where it rested when the tooltip appeared
+    QPoint pointer_;  ///< the resting position when the tooltip appeared
 };
 
 }  // namespace kestro

@@ -46,7 +46,7 @@ void Transition::moveTo(double target, std::chrono::milliseconds duration) {
 
 void Transition::stop() {
     if (animation_) {
-        // Its own signal may have brought us here, so it dies later.
+        // This may run from the animation's own signal, so deletion is deferred.
         animation_->disconnect();
         animation_->stop();
         animation_.release()->deleteLater();

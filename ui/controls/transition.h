@@ -8,8 +8,8 @@ class QVariantAnimation;
 
 namespace kestro {
 
-/// A number that moves to its target with an OutCubic easing and tells `onChange` at each step. Nothing is
-/// allocated while it rests. Main thread; stops when it dies.
+/// A number that animates to its target with OutCubic easing and calls `onChange` at each step. Allocates nothing
+/// while at rest. Main thread; destruction stops it.
 class Transition {
 public:
     Transition(double initial, std::function<void()> onChange);
@@ -20,10 +20,10 @@ public:
     double value() const { return value_; }
     double target() const { return target_; }
 
-    /// Is at `value` now, without moving and without telling.
+    /// Jumps to `value` without animating or notifying.
     void reset(double value);
 
-    /// Moves to `target`; at once when the duration comes to 0. The current target again does nothing.
+    /// Animates to `target`, or jumps if the duration is 0. No-op for the current target.
     void moveTo(double target, std::chrono::milliseconds duration);
 
 private:

@@ -18,16 +18,16 @@ struct AccessibleRange {
     std::function<void(double)> set;  ///< empty: read only
 };
 
-/// What a view, or one part that it paints, tells assistive technology.
+/// What a view, or a part that it paints, exposes to assistive technology.
 struct AccessibleInfo {
     QAccessible::Role role = QAccessible::StaticText;
     QString name;
     QString description;
     QString value;
-    std::optional<bool> checked;   ///< absent: cannot be checked
-    std::optional<bool> selected;  ///< absent: cannot be selected
+    std::optional<bool> checked;   ///< absent: not checkable
+    std::optional<bool> selected;  ///< absent: not selectable
     std::optional<AccessibleRange> range;
-    std::function<void()> press;  ///< empty: cannot be pressed
+    std::function<void()> press;  ///< empty: not pressable
     QRect area;                   ///< of a part, in the view's coordinates; ignored for a view
     bool isDecoration = false;    ///< hidden from assistive technology: ink, watermarks, rules
 
@@ -38,7 +38,7 @@ struct AccessibleInfo {
     }
 };
 
-/// A widget painted with QPainter: the base of every control and widget of the kit. It carries a help text
+/// A widget painted with QPainter: the base of every control and widget in the interface. It has a help text
 /// (shown as a tooltip) and describes itself and its painted parts to assistive technology. Main thread.
 class View : public QWidget {
     Q_OBJECT
@@ -46,17 +46,17 @@ class View : public QWidget {
 public:
     explicit View(QWidget* parent = nullptr);
 
-    /// Plain text shown after resting on the view, and its spoken description. Empty: no tooltip.
+    /// Plain text for the tooltip and the spoken description. Empty: no tooltip.
     void setHelp(const QString& help);
     const QString& help() const { return help_; }
 
     virtual AccessibleInfo accessibleInfo() const;
 
-    /// The parts painted by the view that have a meaning of their own, in reading order.
+    /// The painted parts that are separate accessible elements, in reading order.
     virtual std::vector<AccessibleInfo> accessibleParts() const { return {}; }
 
 protected:
-    /// Tells assistive technology that the view was checked or unchecked, or that its value is another one.
+    /// Announces a changed check state or value to assistive technology.
     void announceChecked();
     void announceValue();
 

@@ -30,7 +30,7 @@ void describe(QAccessible::State& state, const AccessibleInfo& info) {
     state.invisible = state.invisible || info.isDecoration;
 }
 
-/// The press action that both views and their parts offer.
+/// The press action of both views and their parts.
 class PressAction : public QAccessibleActionInterface {
 public:
     QStringList actionNames() const override {
@@ -49,7 +49,7 @@ protected:
     virtual AccessibleInfo describedInfo() const = 0;
 };
 
-/// One painted part of a view. It knows its place by its index, so it survives changes of the view.
+/// One painted part of a view, identified by its index, so it survives changes of the view.
 class PartAccessible final : public QAccessibleInterface, public PressAction {
 public:
     PartAccessible(View& view, int index) : view_(&view), index_(index) {}
@@ -101,7 +101,7 @@ private:
     int index_;
 };
 
-/// Speaks for a view from its accessibleInfo and accessibleParts.
+/// The accessible interface of a view, from its accessibleInfo and accessibleParts.
 class ViewAccessible final : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
     explicit ViewAccessible(View& view) : QAccessibleWidget(&view), view_(view) {}
@@ -205,7 +205,7 @@ private:
     mutable QList<QAccessible::Id> parts_;
 };
 
-/// The toolkit has no meaning for a plain widget: here it is a window, or with a name a group of what it holds.
+/// Qt gives a plain widget no role: here it is a window, or a group if it has a name.
 QAccessibleInterface* makePlainInterface(QWidget& widget) {
     if (widget.isWindow()) {
         return new QAccessibleWidget(&widget, QAccessible::Window);
@@ -225,7 +225,7 @@ QAccessibleInterface* makeInterface(const QString& type, QObject* object) {
 }  // namespace
 
 void installViewAccessibility() {
-    // The list of factories is not checked for duplicates by Qt.
+    // Qt does not check the list of factories for duplicates.
     static const bool isInstalled = [] {
         QAccessible::installFactory(makeInterface);
         return true;

@@ -2,8 +2,8 @@
 
 namespace kestro {
 
-/// Makes every View speak for itself and for the parts it paints, every window a window, and every plain widget
-/// with an accessible name a group. Any number of calls; holds for widgets that nobody has asked about before.
+/// Exposes every View with its painted parts, every window as a window, and every plain widget with an accessible
+/// name as a group. Idempotent. Affects only widgets whose accessible interface has not been created yet.
 void installViewAccessibility();
 
 }  // namespace kestro
