@@ -137,7 +137,7 @@ void ActivitySection::arrangeHeads(const SectionGrid& grid, const ProcessListLay
         head.setAccessibleDescription(isSorting ? QStringLiteral("The list is sorted by this") : QString());
         head.setVisible(width > 0);
         const double hit = std::ceil(textWidth(head.text(), style)) + 2 * kHeadPadding;
-        // The text ends with its column, so the padding hangs over.
+        // The text is aligned with its column, so the click area's padding extends beyond it.
         place(head, QRectF(right + kHeadPadding - hit, middle - kHeadHit / 2.0, hit, kHeadHit));
         right -= width;
     };

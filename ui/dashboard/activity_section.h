@@ -10,8 +10,8 @@ namespace kestro {
 
 class Button;
 
-/// The processes that use most of the processor or of the memory, and the machine's name. The column heads
-/// choose what is sorted by, which lists the processes again at once.
+/// The processes that use the most CPU or memory, and the machine's name. Clicking a column head sorts by that
+/// column and lists the processes again at once.
 class ActivitySection : public DashboardSection {
     Q_OBJECT
 
@@ -43,7 +43,7 @@ private:
     bool shownByMemory_ = false;
 };
 
-/// The machine's name without what stands in parentheses at its end, for narrow sections.
+/// The machine's name without a trailing part in parentheses, for narrow sections.
 QString shortModel(const QString& model);
 
 }  // namespace kestro

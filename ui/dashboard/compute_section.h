@@ -10,10 +10,10 @@
 
 namespace kestro {
 
-/// The rows of the clusters: one, or two when the second one has cores. Without details where `compact`.
+/// The rows of the clusters: one, or two when the second one has cores. `compact` omits the details.
 std::vector<RuledIndexContent> clusterRows(const CPUTelemetry& cpu, bool compact);
 
-/// Total load, its shares and its history, the clusters, and every core.
+/// Total load with its breakdown and history, the clusters, and every core.
 class ComputeSection : public DashboardSection {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ protected:
     void arrange(const SectionGrid& grid) override;
 
 private:
-    /// One of the shares beside the figure: its name over its value.
+    /// One part of the total, beside the figure: its name above its value.
     struct Share {
         QString name;
         QString compactName;

@@ -28,7 +28,7 @@ constexpr double kFootTextGap = 8;
 const TextStyle kProfile{9, kFootLine, QFont::DemiBold, 0, KestroTheme::textPrimary};
 const TextStyle kNodes{9, kFootLine, QFont::Medium, 0, KestroTheme::textSecondary};
 
-/// What the names of numbered fans begin with; narrow rows show the rest.
+/// The prefix of numbered fan names; narrow rows show only the rest.
 const QString kFanPrefix = QStringLiteral("Fan ");
 
 QString fanCaption(const FanTelemetry& fan, std::optional<double> target, SectionTier tier) {
@@ -152,7 +152,7 @@ void CoolingSection::showFanRows() {
     const std::vector<double> asked = targets();
     for (size_t i = 0; i < fans.size(); ++i) {
         const auto target = i < asked.size() ? std::optional(asked[i]) : std::nullopt;
-        // A row has no room for it beside the speed.
+        // A row has no room for the target beside the speed.
         fanRows_[i]->setHelp(target ? fanCaption(fans[i], target, SectionTier::full) : QString());
         fanRows_[i]->setContent(fanRow(fans[i], Words(services_.engine.formatFanRPM(fans[i].currentRPM))));
     }
@@ -217,7 +217,7 @@ void CoolingSection::arrangeFoot(const SectionGrid& grid) {
         place(*nodes_, QRectF(0, top, grid.width, kFootLine));
         return;
     }
-    // Room for the widest count, so that a sensor more moves nothing.
+    // Reserves room for the widest count, so that an additional sensor moves nothing.
     const double nodesRoom = std::max(nodesWidth, textWidth(QStringLiteral("888 IOHID nodes"), kNodes));
     place(*nodes_, QRectF(grid.width - nodesRoom, top, nodesRoom, kFootLine));
     place(*profileSymbol_, QRectF(0, top + (kFootLine - kFootSymbol) / 2, kFootSymbol, kFootSymbol));

@@ -11,17 +11,17 @@
 
 namespace kestro {
 
-/// What the cooling section's two gauges show: two fans, one fan and the die, or the die's average and peak.
-/// With more than two fans there are no gauges. `targets` are the speeds that the custom curves ask of the left
-/// and the right fan; empty for the other profiles.
+/// The contents of the cooling section's two gauges: two fans, one fan and the die, or the die's average and peak.
+/// There are no gauges for more than two fans. `targets` are the speeds requested by the custom curves for the
+/// left and the right fan; empty for the other profiles.
 std::vector<GaugeContent> coolingGauges(const std::vector<FanTelemetry>& fans, const ThermalTelemetry& thermals,
                                         const std::vector<double>& targets, SectionTier tier);
 
-/// Where the rows of more than two fans stand in a hero of `width` by `height`: rows of at most 28, in two
-/// columns above four fans. What does not fit is left out.
+/// The areas of the rows for more than two fans in a hero of `width` by `height`: rows of at most 28, in two
+/// columns above four fans. Rows that do not fit are omitted.
 std::vector<QRectF> fanRowAreas(int fans, double width, double height);
 
-/// Fans, temperatures, and the profile in force.
+/// Fans, temperatures, and the active profile.
 class CoolingSection : public DashboardSection {
     Q_OBJECT
 

@@ -109,7 +109,7 @@ ProcessListLayout processListLayout(const SectionGrid& grid, int limit, bool sor
     layout.footRule = grid.height - kFootRuleAbove;
     layout.footTop = grid.height - kFootTextAbove;
 
-    // In line with the rows of the other sections where that is near enough to the title.
+    // Aligned with the rows of the other sections if one of them is near enough to the title.
     layout.firstRow = grid.rowsTop - std::floor((grid.rowsTop - kListTop) / grid.pitch) * grid.pitch;
     if (layout.firstRow > kListTopLimit) {
         layout.firstRow = kListTopAlone;

@@ -7,15 +7,15 @@
 
 namespace kestro {
 
-/// How much room a section of the dashboard has: full, compact, or so little that some columns and captions
-/// are left out. Tight sections are compact as well.
+/// How much room a section of the dashboard has: full, compact, or so little that some columns and captions are
+/// omitted. Tight sections are also compact.
 enum class SectionTier { full, compact, tight };
 
 inline bool isCompact(SectionTier tier) {
     return tier != SectionTier::full;
 }
 
-/// How the sections stand in a row of a given width. Lengths in points.
+/// The layout of the sections in a row of a given width. Lengths in points.
 struct SectionRowMetrics {
     double spacing = 0;  ///< between sections
     double inset = 0;    ///< left and right of the row, and of header and footer
@@ -24,18 +24,17 @@ struct SectionRowMetrics {
     friend bool operator==(const SectionRowMetrics&, const SectionRowMetrics&) = default;
 };
 
-/// By the width per section: from 215 full, from 175 compact, below that tight. No section counts as one.
+/// Chosen by the width per section: full from 215, compact from 175, tight below. No section counts as one.
 SectionRowMetrics sectionRowMetrics(double width, int visibleSections);
 
-/// The header's and the footer's heights; a hairline ends the one and begins the other.
+/// The heights of the header and the footer, each including its hairline.
 inline constexpr double kDashboardHeaderHeight = 44;
 inline constexpr double kDashboardFooterHeight = 26;
 
-/// The cards of the visible sections in a view of `size`: of equal width, top-aligned, 14 from header and
-/// footer.
+/// The cards of the visible sections in a view of `size`: of equal width, top-aligned, 14 from header and footer.
 std::vector<QRectF> sectionFrames(const QSizeF& size, int visibleSections);
 
-/// The common grid of every section, inside the padding of its card. Lengths in points from the grid's top.
+/// The grid shared by all sections, inside the padding of a card. Lengths in points from the grid's top.
 struct SectionGrid {
     SectionTier tier = SectionTier::full;
     double padding = 0;
@@ -49,12 +48,12 @@ struct SectionGrid {
     double rowsTop = 0;
     double pitch = 0;        ///< height of a row
     double detailPitch = 0;  ///< height of a row with a detail
-    bool isDense = false;    ///< rows with a detail are set closer than usual
+    bool isDense = false;    ///< rows with a detail are closer together than usual
 
     double heroBottom() const { return heroTop + heroHeight; }
 };
 
-/// The grid in a card of `card`. Spare height goes to the hero first, up to 180.
+/// The grid of a card of size `card`. Spare height goes to the hero first, up to 180.
 SectionGrid sectionGrid(SectionTier tier, const QSizeF& card);
 
 /// The list of processes in the activity section.
@@ -62,16 +61,16 @@ struct ProcessListLayout {
     double headTop = 0;  ///< of the column heads, 11 high
     double firstRow = 0;
     double rowHeight = 0;
-    int rows = 0;          ///< how many of those asked for fit
-    bool hasFoot = false;  ///< whether the machine is named at the foot
+    int rows = 0;          ///< how many of the requested processes fit
+    bool hasFoot = false;  ///< whether the foot shows the machine's name
     double footRule = 0;   ///< of the hairline above the foot
     double footTop = 0;    ///< of its first line
     double cpuWidth = 0;   ///< of the columns; 0: not shown
     double memoryWidth = 0;
 };
 
-/// `limit` is how many processes the user wants; `sortsByMemory` decides which column stays where only one
-/// fits.
+/// `limit` is the number of processes that the user wants; `sortsByMemory` selects the column to keep where only
+/// one fits.
 ProcessListLayout processListLayout(const SectionGrid& grid, int limit, bool sortsByMemory);
 
 }  // namespace kestro

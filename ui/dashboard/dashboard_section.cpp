@@ -14,7 +14,7 @@ namespace {
 constexpr double kSymbolSize = 11;
 constexpr double kTitleGap = 6;
 
-/// Less room than this between title and remark reads as one text.
+/// With a smaller gap the title and the remark read as one text.
 constexpr double kMetaGap = 12;
 
 const TextStyle kMeta{9, SectionGrid::titleHeight, QFont::Medium, 0, KestroTheme::textSecondary};

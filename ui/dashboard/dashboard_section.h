@@ -19,28 +19,27 @@
 namespace kestro {
 
 /// One column of the dashboard: a card with a symbol, a title, a remark at the title's right, and the values of
-/// its part of the machine. A section that is hidden or in a minimised window does no work; when it is shown
-/// again it shows what is current.
+/// one part of the machine. Does no work while hidden or in a minimised window, and refreshes when shown again.
 class DashboardSection : public Card {
     Q_OBJECT
 
 public:
-    /// `tightTitle` stands in for `title` where a section is tight.
+    /// `tightTitle` replaces `title` in a tight section.
     DashboardSection(const QString& symbol, const QString& title, const QString& tightTitle, QWidget* parent);
 
     void setTier(SectionTier tier);
 
-    /// Shows what is current after its window was restored.
+    /// Refreshes after its window was restored.
     void catchUp();
 
 protected:
-    /// Shows every current value.
+    /// Updates every value shown.
     virtual void refresh() = 0;
 
-    /// Places the content after a change of size, tier, or number of parts.
+    /// Lays out the content after a change of size, tier, or number of parts.
     virtual void arrange(const SectionGrid& grid) = 0;
 
-    /// Calls `show` after each assignment of `value` while the section is on the screen.
+    /// Calls `show` after each assignment of `value` while the section is on screen.
     template <typename Value>
     void observe(const Value& value, std::function<void()> show) {
         subscriptions_.push_back(value.subscribe([this, show = std::move(show)](const auto&) {
@@ -53,26 +52,26 @@ protected:
     SectionGrid grid() const;
     void arrangeAgain();
 
-    /// Gives a child its area in the grid's coordinates.
+    /// Places a child in an area given in the grid's coordinates.
     void place(QWidget& child, const QRectF& area) const;
 
     /// Places a row at `top` and returns where the next one starts.
     double placeRow(RuledIndexRow& row, double top, const SectionGrid& grid) const;
 
-    /// Sets two gauges side by side into the hero; tight ones use the card's whole width.
+    /// Places two gauges side by side in the hero; tight ones use the card's whole width.
     void placeGauges(const std::array<MetricGauge*, 2>& gauges, const SectionGrid& grid) const;
 
-    /// Shows up to two contents, both figures at the scale that fits the wider one.
+    /// Shows up to two contents, with both figures at the scale that fits the wider one.
     static void showGauges(const std::array<MetricGauge*, 2>& gauges, std::span<const GaugeContent> contents);
 
     void setSymbol(const QString& symbol);
 
-    /// What stands at the right of the title: a text, left out where it does not fit, or a badge. `meaning` is
+    /// The remark at the right of the title: a text, omitted where it does not fit, or a badge. `meaning` is
     /// spoken before it.
     void setMeta(const QString& text, const QString& meaning = {});
     void setBadge(const QString& text, const Ink& ink, const QString& meaning);
 
-    /// Paints the content's own rules, in the grid's coordinates.
+    /// Paints the section's additional rules, in the grid's coordinates.
     virtual void paintRules(QPainter& painter, const SectionGrid& grid) const;
 
     void paintEvent(QPaintEvent* event) override;

@@ -138,7 +138,7 @@ bool DashboardView::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void DashboardView::followWindowState() {
-    // A window that fills the screen has nothing beyond its corners.
+    // In full screen there is nothing to show beyond the corners.
     setCornerRadius(window()->isFullScreen() ? 0 : kCornerRadius);
     const bool wasMinimized = std::exchange(isMinimized_, window()->isMinimized());
     if (wasMinimized && !isMinimized_) {

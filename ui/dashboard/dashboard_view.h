@@ -16,15 +16,15 @@ class OrvanelWatermark;
 class SymbolView;
 class TextLabel;
 
-/// The content of the dashboard's window: a header with the window's controls, the sections that are switched
-/// on side by side, and a footer. Never scrolls; follows its size, the section switches and the pin live.
+/// The content of the dashboard window: a header with the window controls, the enabled sections side by side, and
+/// a footer. Never scrolls. Follows its size, the section switches and the pin live.
 class DashboardView : public GlassSurface {
     Q_OBJECT
 
 public:
     DashboardView(const KestroServices& services, const DashboardActions& actions, QWidget* parent = nullptr);
 
-    /// The width that suits the sections that are switched on, by 480.
+    /// The width that fits the enabled sections, by 480.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

@@ -7,19 +7,19 @@
 
 namespace kestro {
 
-/// The switches of the dashboard's sections, in the sections' order from left to right.
+/// The settings that enable the dashboard's sections, from left to right.
 inline std::array<const Setting<bool>*, 5> dashboardSectionSwitches(const UserSettings& settings) {
     return {&settings.showCompute, &settings.showCooling, &settings.showMemory, &settings.showNetwork,
             &settings.showTopProcesses};
 }
 
-/// How many sections are switched on.
+/// The number of enabled sections.
 inline int visibleDashboardSections(const UserSettings& settings) {
     return static_cast<int>(std::ranges::count_if(dashboardSectionSwitches(settings),
                                                   [](const auto* section) { return section->get(); }));
 }
 
-/// The width in points that suits this many sections; never less than three need.
+/// The width in points that fits this many sections; at least that of three.
 constexpr int dashboardWidth(int visibleSections) {
     return std::max(visibleSections, 3) * 236 + 80;
 }

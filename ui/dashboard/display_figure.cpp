@@ -49,7 +49,7 @@ void DisplayFigure::paintEvent(QPaintEvent*) {
     figure.size *= scale;
     figure.tracking *= scale;
     drawText(painter, line, figure_, figure, Qt::AlignLeft, TextFit::value);
-    // Both boxes are centred in the line; the unit's is lowered until the baselines meet.
+    // Both boxes are centred in the line; the unit's is lowered to share the baseline.
     const ShapedText figureShape = shapeText(figure_, figure);
     const ShapedText unitShape = shapeText(unit_, text_styles::displayUnit);
     const double drop = baselineOffset(line.height(), figureShape.ascent, figureShape.descent) -

@@ -12,7 +12,7 @@ class DisplayFigure : public View {
 public:
     DisplayFigure(const QString& name, const QString& unit, QWidget* parent = nullptr);
 
-    /// Silent when equal.
+    /// No-op when unchanged.
     void setFigure(const QString& figure);
     void setSize(double size);
 

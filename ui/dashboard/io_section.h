@@ -27,7 +27,7 @@ protected:
     void arrange(const SectionGrid& grid) override;
 
 private:
-    /// One direction: its arrow, name and rate over its history.
+    /// One direction: its arrow, name and rate, above its history.
     struct Direction {
         SymbolView* arrow;
         TextLabel* name;

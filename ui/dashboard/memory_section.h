@@ -9,7 +9,7 @@
 
 namespace kestro {
 
-/// The seven rows of the memory section: five shares of the memory, swap, and the volume.
+/// The seven rows of the memory section: five kinds of memory, swap, and the volume.
 std::array<RuledIndexContent, 7> memoryRows(const MemoryTelemetry& memory, const DiskTelemetry& disk,
                                             bool compact);
 
@@ -17,7 +17,7 @@ std::array<RuledIndexContent, 7> memoryRows(const MemoryTelemetry& memory, const
 std::array<GaugeContent, 2> memoryGauges(const MemoryTelemetry& memory, const DiskTelemetry& disk,
                                          SectionTier tier);
 
-/// The colour of a memory pressure: "Normal", "Warning" or "Critical".
+/// The colour of a memory pressure level: "Normal", "Warning" or "Critical".
 Ink pressureInk(const std::string& level);
 
 /// Memory with its breakdown and swap, and the storage of the volume.

@@ -5,13 +5,13 @@
 
 namespace kestro {
 
-/// What a row of the process list shows.
+/// The content of a row in the process list.
 struct ProcessRowContent {
     QString name;
-    QString command;  ///< in full, as the row's help
+    QString command;  ///< in full, for the row's help
     QString cpu;
     QString memory;
-    double share = 0;  ///< 0..1: of one core, or of the memory
+    double share = 0;  ///< 0..1: of one core, or of the total memory
     bool isSystem = false;
     bool sortsByMemory = false;
 
@@ -21,15 +21,15 @@ struct ProcessRowContent {
 /// `totalBytes` is the machine's memory.
 ProcessRowContent processRowContent(const ProcessInfoItem& process, bool sortsByMemory, std::uint64_t totalBytes);
 
-/// One process: its name, its load and its memory over a rule. The name gives way to the columns; where
-/// there is room, a gear after it marks a process of the system.
+/// One process: its name, load and memory above a rule. The name yields to the columns; where there is room, a
+/// gear after it marks a system process.
 class ProcessRow : public View {
     Q_OBJECT
 
 public:
     explicit ProcessRow(QWidget* parent = nullptr);
 
-    /// Silent when equal.
+    /// No-op when unchanged.
     void setContent(const ProcessRowContent& content);
 
     /// The widths of the two columns; 0: not shown.

@@ -7,8 +7,8 @@
 
 namespace kestro {
 
-/// The four temperature rows of the cooling section, always in degrees Celsius. Without details where
-/// `compact`, but for the thermal pressure.
+/// The four temperature rows of the cooling section, always in degrees Celsius. `compact` omits the details except
+/// that of the thermal pressure.
 std::array<RuledIndexContent, 4> temperatureRows(const ThermalTelemetry& thermals, bool compact);
 
 /// The colours of an average and of a peak die temperature.

@@ -16,7 +16,7 @@
 
 namespace kestro {
 
-/// Everything that the rendered backdrop depends on.
+/// All inputs of the rendered backdrop.
 struct GlassSurface::Backdrop {
     QSize size;
     double scale = 1;
@@ -33,7 +33,7 @@ struct GlassSurface::Backdrop {
 
 namespace {
 
-/// Between two looks at whether windows are composited: nobody tells, and hardly ever it changes.
+/// Interval of the checks for a compositing manager: there is no notification, and it rarely changes.
 constexpr int kCompositingCheckMilliseconds = 5000;
 
 QPainterPath outline(const QSize& size, double radius) {
@@ -128,7 +128,7 @@ void GlassSurface::paintEvent(QPaintEvent* event) {
         ++renderCount_;
     }
     QPainter painter(this);
-    // A translucent window has been cleared, so that nothing needs blending.
+    // A translucent window is already cleared, so blending is unnecessary.
     painter.setCompositionMode(isWindow() ? QPainter::CompositionMode_Source
                                           : QPainter::CompositionMode_SourceOver);
     for (const QRect& rect : event->region()) {
@@ -168,7 +168,7 @@ void GlassSurface::timerEvent(QTimerEvent* event) {
     }
 }
 
-/// True when something is other than before.
+/// Returns true when something has changed.
 bool GlassSurface::lookAtCompositing() {
     const bool wasComposited = std::exchange(isComposited_, window_compositing::isAvailable());
     const bool wasBlurWanted = std::exchange(isBlurWanted_, window_compositing::canBlurBehind());

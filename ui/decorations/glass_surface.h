@@ -15,26 +15,25 @@ namespace kestro {
 
 class UserSettings;
 
-/// The pane that a popover or a window consists of: glass, ink, edge fade and rim, with its content on top as
-/// child widgets. It fills its window, makes it translucent where windows are composited (asking for blur
-/// behind it), and opaque with shaped corners elsewhere. The backdrop is rendered once per size, scale and
-/// settings, so that a redraw costs one blit, and is given up while hidden. It is lit whether or not its window is
-/// active. Follows the settings live, and within seconds a compositing manager that starts or ends while the
-/// surface is shown.
+/// The pane that makes up a popover or a window: glass, ink, edge fade and rim, with the content on top as child
+/// widgets. It fills its window and makes it translucent where windows are composited, requesting blur behind it;
+/// elsewhere it is opaque with shaped corners. The backdrop is rendered once per size, scale and settings, so that
+/// a redraw costs one blit, and is released while hidden. It is lit whether or not its window is active. Follows
+/// the settings live, and while shown notices within seconds when a compositing manager starts or ends.
 class GlassSurface : public QWidget {
 public:
     /// `cornerRadius` in points. Works as a top-level widget or as the only child that fills one.
     GlassSurface(UserSettings& settings, double cornerRadius, QWidget* parent = nullptr);
     ~GlassSurface() override;
 
-    /// Square corners, for a window that fills the screen.
+    /// In points; 0 for a window that fills the screen.
     void setCornerRadius(double radius);
 
-    /// How many times the backdrop has been rendered.
+    /// The number of times that the backdrop has been rendered.
     int renderCount() const { return renderCount_; }
 
 protected:
-    /// The ink on this surface at its present size; none by default.
+    /// The ink of this surface at its current size; none by default.
     virtual std::optional<PlacedHalftoneField> halftone() const;
 
     UserSettings& settings() const { return settings_; }

@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// A field and where it lies on its surface.
+/// A field and its area on its surface.
 struct PlacedHalftoneField {
     StudioHalftoneField field;
     QRectF area;
@@ -15,14 +15,14 @@ struct PlacedHalftoneField {
     friend bool operator==(const PlacedHalftoneField&, const PlacedHalftoneField&) = default;
 };
 
-/// The ink of the popover in the pattern of the settings. Its seeds were searched so that hardly any larger
+/// The ink of the popover in the pattern chosen in the settings. The seeds were chosen so that hardly any larger
 /// dot touches a text.
 PlacedHalftoneField popoverHalftone(HalftonePatternStyle pattern);
 
-/// The ink of the dashboard, a band in its top left corner whatever the pattern.
+/// The ink of the dashboard: always a band in its top left corner, regardless of the pattern.
 PlacedHalftoneField dashboardHalftone(QSizeF window);
 
-/// The sample of a pattern on a tile of the settings.
+/// The preview of a pattern on a tile of the settings.
 PlacedHalftoneField tileHalftone(HalftonePatternStyle pattern, QSizeF tile);
 
 }  // namespace kestro

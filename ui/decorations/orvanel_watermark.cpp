@@ -37,7 +37,7 @@ QFont wordFont(const Measures& measures, double scale) {
     return KestroFonts::font(measures.textSize, QFont::Bold, measures.tracking, scale);
 }
 
-/// The word without the tracking after its last letter.
+/// The word's width without the tracking after its last letter.
 double wordWidth(const Measures& measures, double scale) {
     return QFontMetricsF(wordFont(measures, scale)).horizontalAdvance(word()) - measures.tracking;
 }

@@ -9,8 +9,8 @@ class QPainter;
 
 namespace kestro {
 
-/// The maker's mark: a printer's registration mark, its inks slightly out of register, and the word "ORVANEL".
-/// It takes no input and is no part of what assistive technology reads. Main thread.
+/// The maker's mark: a printer's registration mark, its inks slightly out of register, and the word "ORVANEL". It
+/// accepts no input and is hidden from assistive technology. Main thread.
 class OrvanelWatermark : public View {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public:
     QSize sizeHint() const override;
     AccessibleInfo accessibleInfo() const override;
 
-    /// What the mark and the word need, in points.
+    /// The size of the mark with the word, in points.
     static QSizeF markSize(Variant variant);
 
     /// Paints it with its right edge at `rightCentre`, vertically centred there.

@@ -6,8 +6,8 @@ class QPainter;
 
 namespace kestro {
 
-/// Fades the top and the bottom edge of what has been painted so far: fully visible from 8 points inside, 0.35
-/// at the edge itself. Meant for backdrop and ink, never for content.
+/// Fades the top and bottom edges of everything painted so far: fully visible from 8 points inside, 0.35 at the
+/// edge itself. For backdrop and ink only, never for content.
 struct ProgressiveBlurFade {
     static constexpr double depth = 8;
     static constexpr double edgeOpacity = 0.35;

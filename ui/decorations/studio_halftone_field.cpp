@@ -25,7 +25,7 @@ constexpr std::array kInkOrder{
 
 constexpr std::array kFactors{0.0, 0.48, 1.0, 1.8};
 
-/// The fractions that one dot is made of, in the roles in which they are used.
+/// The random fractions that define one dot, named by use.
 struct Draws {
     double b;
     double u2;
@@ -35,7 +35,7 @@ struct Draws {
     double opacity;
 };
 
-/// Takes one dot's fractions and advances the running state.
+/// Draws one dot's fractions and advances the generator's state.
 Draws nextDraws(std::uint32_t& state) {
     Draws draws{};
     draws.b = halftoneFraction(state + kStep1);
@@ -106,7 +106,7 @@ QColor halftoneInkColor(HalftoneInk ink) {
 
 double halftoneFraction(std::uint32_t state) {
     std::uint32_t t = (state ^ (state >> 15)) * (state | 1U);
-    // 61 itself: the texture depends on it.
+    // The multiplier is exactly 61: the texture depends on it.
     t = (t + (t ^ (t >> 7)) * 61U) ^ t;
     return static_cast<double>(t ^ (t >> 14)) / 4294967296.0;
 }

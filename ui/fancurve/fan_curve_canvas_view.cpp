@@ -50,7 +50,7 @@ QString degrees(double temperature) {
 }  // namespace
 
 QString FanCurveReading::liveText() const {
-    // Nonsense from a sensor must not break the line.
+    // A nonsensical sensor value must not break the line.
     const double shown = std::isfinite(currentTemp) ? currentTemp : 0;
     return QString::fromStdString(fmt::format("Live: {:.1f}°C · {} RPM", shown, wholeNumber(currentRPM)));
 }

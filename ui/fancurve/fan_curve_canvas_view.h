@@ -11,19 +11,19 @@ class QPainter;
 
 namespace kestro {
 
-/// What the chart shows of one fan. Temperatures in degrees Celsius, speeds in revolutions per minute.
+/// The chart's data for one fan. Temperatures in degrees Celsius, speeds in revolutions per minute.
 struct FanCurveReading {
     FanCurveConfig config;
     double currentTemp = 0;
     double currentRPM = 0;
-    double targetRPM = 0;  ///< what the curve asks for at the moment
+    double targetRPM = 0;  ///< the speed that the curve currently requests
     QString fanName;
     Ink accentColor = KestroTheme::accentCool;
     double minDisplayTemp = 30;
     double maxDisplayTemp = 100;
     double maxDisplayRPM = 8000;
 
-    /// "Live: 52.4°C · 1420 RPM", always in degrees Celsius as the axis is, and "(Target: 1499 RPM)".
+    /// "Live: 52.4°C · 1420 RPM", always in degrees Celsius like the axis, and "(Target: 1499 RPM)".
     QString liveText() const;
     QString targetText() const;
 
@@ -34,8 +34,9 @@ struct FanCurveReading {
     friend bool operator==(const FanCurveReading&, const FanCurveReading&) = default;
 };
 
-/// The response chart of a fan curve with its zones, its two anchors and the live operating point, below a
-/// line that names the figures. A display: it has nothing to drag. It speaks its live text and both anchors.
+/// The response chart of a fan curve with its zones, its two anchors and the live operating point, below a line
+/// with the figures. Display only: nothing can be dragged. Assistive technology reads the live text and both
+/// anchors.
 class FanCurveCanvasView : public View {
     Q_OBJECT
 
@@ -45,7 +46,7 @@ public:
 
     explicit FanCurveCanvasView(QWidget* parent = nullptr);
 
-    /// Repaints when anything differs.
+    /// Repaints when anything has changed.
     void setReading(const FanCurveReading& reading);
     const FanCurveReading& reading() const { return reading_; }
 

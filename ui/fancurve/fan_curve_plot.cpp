@@ -17,7 +17,7 @@ constexpr int kCurveSegments = 60;
 constexpr double kQuietRPM = 2500;
 constexpr double kLoudRPM = 3000;
 
-/// Faster than any fan turns; keeps the number of grid lines small for whatever was stored.
+/// Faster than any fan; limits the number of grid lines for any stored value.
 constexpr double kHighestAxis = 100'000;
 
 double share(double value, double start, double end) {
@@ -41,7 +41,7 @@ double FanCurvePlot::y(double rpm) const {
 
 QPointF FanCurvePlot::clamped(const QPointF& point) const {
     const QRectF plot = area();
-    // In this order what is not a number goes to the start of its axis.
+    // NaN fails every comparison and falls through to the start of the axis.
     const auto kept = [](double value, double low, double high, double start) {
         return value >= low && value <= high ? value : value < low ? low : value > high ? high : start;
     };
@@ -118,7 +118,7 @@ AnchorLabel anchorLabel(const QRectF& plot, const QPointF& anchor, const AnchorT
         return {after, Qt::AlignLeft};
     }
     if (before.intersects(live)) {
-        // To the right the curve only rises, so that below it is room.
+        // The curve only rises to the right, so there is room below it.
         const QRectF below = after.translated(0, anchor.y() + drop - top);
         if (plot.contains(below) && !below.intersects(live)) {
             return {below, Qt::AlignLeft};

@@ -11,19 +11,19 @@
 
 namespace kestro {
 
-/// The chart of a fan curve as pure geometry: what lies where on a canvas of a given size. Lengths in points,
-/// y downward, temperatures in degrees Celsius, speeds in revolutions per minute from 0 at the bottom.
+/// The pure geometry of a fan curve's chart on a canvas of a given size. Lengths in points, y downward,
+/// temperatures in degrees Celsius, speeds in revolutions per minute from 0 at the bottom.
 struct FanCurvePlot {
     QSizeF size;
     double minDisplayTemp = 30;
     double maxDisplayTemp = 100;
     double maxDisplayRPM = 8000;
 
-    /// What the axes enclose.
+    /// The area enclosed by the axes.
     QRectF area() const;
 
-    /// The position of a temperature or speed, beyond the plot for a value beyond the axes. An axis without
-    /// room puts everything at its start.
+    /// The position of a temperature or speed; outside the plot for values beyond the axes. An axis with an empty
+    /// range maps everything to its start.
     double x(double temperature) const;
     double y(double rpm) const;
     QPointF point(double temperature, double rpm) const { return {x(temperature), y(rpm)}; }
@@ -31,11 +31,11 @@ struct FanCurvePlot {
     /// The nearest point of the plot.
     QPointF clamped(const QPointF& point) const;
 
-    /// The curve as 61 points at equal distances from the left end to the right.
+    /// The curve as 61 points, evenly spaced from the left end to the right.
     std::vector<QPointF> curve(const FanCurveConfig& config) const;
 
-    /// The quiet zone on the bottom of the plot, 2500 RPM high, and the loud one under its top, 3000 RPM
-    /// high. Either may be taller than the plot, to which they are clipped when painted.
+    /// The quiet zone at the bottom of the plot, 2500 RPM high, and the loud zone at its top, 3000 RPM high.
+    /// Either may be taller than the plot and is clipped when painted.
     QRectF quietBand() const;
     QRectF loudBand() const;
 
@@ -43,14 +43,14 @@ struct FanCurvePlot {
     std::vector<double> rpmGrid() const;
 };
 
-/// The top of the vertical axis for a fan: its maximum rounded up to 1000, above 4000 to 2000.
+/// The top of the vertical axis for a fan: its maximum rounded up to a multiple of 1000, or of 2000 above 4000.
 double maxDisplayRPM(double fanMaximumRPM);
 
-/// "3k" from 1000 on, else the whole number.
+/// "3k" from 1000, else the whole number.
 QString rpmGridLabel(double rpm);
 
-/// The text beside an anchor: its size, how far below its top the baseline runs, and how far that is left of
-/// and above the anchor.
+/// The text beside an anchor: its size, the baseline's distance from its top, and the baseline's distances to the
+/// left of and above the anchor.
 struct AnchorText {
     QSizeF size;
     double baseline = 0;
@@ -64,8 +64,8 @@ struct AnchorLabel {
     Qt::Alignment alignment;
 };
 
-/// Places a label at the left of its anchor; at the right where it would leave the plot there, and at the
-/// right below the anchor where it would cover the `live` point.
+/// Places a label at the left of its anchor; at the right if it would leave the plot; at the right below the
+/// anchor if it would cover the `live` point.
 AnchorLabel anchorLabel(const QRectF& plot, const QPointF& anchor, const AnchorText& text, const QRectF& live);
 
 }  // namespace kestro

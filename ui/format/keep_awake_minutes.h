@@ -6,7 +6,7 @@ namespace kestro {
 
 class KeepAwakeManager;
 
-/// The whole minutes that a session has left, "14m"; empty without a session, and in one without an end.
+/// The whole minutes left in a session, "14m"; empty without a session, or if it has no end.
 QString keepAwakeMinutes(const KeepAwakeManager& manager);
 
 }  // namespace kestro

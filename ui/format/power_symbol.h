@@ -6,7 +6,7 @@ namespace kestro {
 
 struct PowerTelemetry;
 
-/// The symbol of what feeds the machine: a bolt while charging, a plug, or the battery.
+/// The symbol of the power source: a bolt while charging, a plug, or the battery.
 QString powerSymbol(const PowerTelemetry& power);
 
 }  // namespace kestro

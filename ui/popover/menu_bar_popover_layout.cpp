@@ -1,4 +1,4 @@
-// The fixed part of the popover: what stands where, and how it is set.
+// The static part of the popover: the layout and typography of its parts.
 
 #include "ui/popover/menu_bar_popover_view.h"
 

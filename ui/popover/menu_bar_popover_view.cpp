@@ -38,9 +38,9 @@ MenuBarPopoverView::MenuBarPopoverView(const KestroServices& services, PopoverAc
     : GlassSurface(services.settings, kCornerRadius, parent), services_(services), actions_(std::move(actions)) {
     setFixedSize(popover_geometry::size);
     setAccessibleName(QStringLiteral("Quick Glance Popover"));
-    // The panel itself takes the focus, so that the first press of Tab reaches the first control.
+    // The panel itself takes the focus, so that the first Tab reaches the first control.
     setFocusPolicy(Qt::ClickFocus);
-    // In reading order, which is also the order of the Tab key.
+    // In reading order, which is also the Tab order.
     buildHeader();
     buildCompute();
     buildMemory();

@@ -14,9 +14,10 @@ class MenuButton;
 class ReadoutLine;
 struct MenuEntry;
 
-/// The quick-glance panel under the status item: the present telemetry in one dense column, the fan profile,
-/// the keep-awake state, and the ways out. 330 × 325 points, without scrolling. It keeps nothing of its own:
-/// each published value that changes repaints its own rectangle, and a hidden view does no work. Main thread.
+/// The quick-glance panel under the status item: current telemetry in one dense column, the fan profile, the
+/// keep-awake state, and buttons for dashboard, settings and quit. 330 × 325 points, without scrolling. It stores
+/// no state: each published value that changes repaints its own rectangle, and a hidden view does no work. Main
+/// thread.
 class MenuBarPopoverView : public GlassSurface {
 public:
     MenuBarPopoverView(const KestroServices& services, PopoverActions actions, QWidget* parent = nullptr);

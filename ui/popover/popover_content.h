@@ -15,7 +15,7 @@
 
 namespace kestro {
 
-/// What the blocks of the popover say, made from the records alone. Texts are plain.
+/// The contents of the popover's blocks, computed only from the records. Texts are plain.
 
 /// The load of one core cluster.
 struct ClusterContent {
@@ -29,7 +29,7 @@ struct ClusterContent {
 struct ComputeContent {
     QString total;
     ClusterContent first;
-    std::optional<ClusterContent> second;  ///< absent: the machine has one kind of core
+    std::optional<ClusterContent> second;  ///< absent: the machine has only one kind of core
 
     friend bool operator==(const ComputeContent&, const ComputeContent&) = default;
 };
@@ -55,10 +55,10 @@ struct CoolingHeading {
 
 CoolingHeading coolingHeading(std::size_t fanCount);
 
-/// What stands beside the symbol of a fan. Three columns have no room for the word before a number: "#5".
+/// The label beside a fan's symbol. In three columns there is no room for the word before a number: "#5".
 QString fanLabel(const QString& name, std::size_t fanCount);
 
-/// Whether the temperature of the processor is to be shown as critical: above 80.0 °C.
+/// Whether to show the processor's temperature as critical: above 80.0 °C.
 bool isCriticalTemperature(const ThermalTelemetry& thermals);
 
 QString freeSpaceText(const DiskTelemetry& disk);

@@ -27,7 +27,7 @@ CoolingBlock coolingBlock(std::size_t fanCount) {
     for (std::size_t i = 0; i < shown; ++i) {
         const int column = static_cast<int>(i) % across;
         const int row = static_cast<int>(i) / across;
-        // The last column ends where every value ends.
+        // The last column ends at the common right edge of the values.
         const int x = column == across - 1 ? right - width : left + column * (width + gap);
         block.fans.emplace_back(x, kRowTops[row], width, kRowHeight);
     }

@@ -85,7 +85,7 @@ double ReadoutLine::labelWidth() const {
 }
 
 QRectF ReadoutLine::valueRect() const {
-    // Both texts shrink before the label loses letters.
+    // Shrinks both texts before eliding the label.
     const double natural = textWidth(value_, style_.value);
     const double labelNeeds = kSmallestShrink * labelWidth() + kValueGap;
     const double room = std::max(kSmallestShrink * natural, this->width() - labelLeft() - labelNeeds);

@@ -13,13 +13,13 @@ class ReadoutLine : public View {
     Q_OBJECT
 
 public:
-    /// How the line is set. Without a symbol size the label starts at the line's left edge.
+    /// The typography of the line. Without a symbol the label starts at the line's left edge.
     struct Style {
         double symbolSize = 0;
         TextStyle label;
         TextStyle value;
 
-        /// The widest the label may be, where something else stands between it and the value.
+        /// The label's maximum width, where something else is between it and the value.
         double labelRoom = std::numeric_limits<double>::infinity();
     };
 
@@ -33,7 +33,7 @@ public:
     /// Moves symbol and label to the right end, for a line without a value.
     void setTrailing(bool isTrailing);
 
-    /// What is spoken before the label, where a symbol alone tells what it is.
+    /// Spoken before the label where only a symbol shows what the line means.
     void setSpokenPrefix(const QString& prefix) { spokenPrefix_ = prefix; }
 
     const QString& label() const { return label_; }
@@ -53,7 +53,7 @@ private:
     QRectF labelRect() const;
     QRectF symbolRect() const;
 
-    /// The label with the room for its symbol, where they are at the right end.
+    /// The start of the label and its symbol when they are at the right end.
     double trailingLeft() const;
 
     Style style_;

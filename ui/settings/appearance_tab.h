@@ -24,7 +24,7 @@ private:
     QWidget* inkCard();
     QWidget* glassCard();
 
-    /// Tiles side by side under their name, one per case, bound to `setting`. `paint` makes a case's picture.
+    /// Tiles side by side under their heading, one per case, bound to `setting`. `paint` draws a case's preview.
     template <ClosedEnumeration E>
     QWidget* tiles(const Words& name, int height, Setting<E>& setting,
                    std::function<void(QPainter&, const QRectF&, E)> paint, std::vector<OptionTile*>& made);

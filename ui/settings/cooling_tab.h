@@ -8,7 +8,7 @@ namespace kestro {
 
 class TextLabel;
 
-/// The fans, the choice of cooling, and the studio that edits the fan curves.
+/// The fans, the cooling profile, and the studio that edits the fan curves.
 class CoolingTab : public SettingsPane {
     Q_OBJECT
 

@@ -89,7 +89,7 @@ void FanCurveStudio::edit(Change change) {
     FanCurveConfig config = activeEditingConfig(services());
     change(config);
     if (config == activeEditingConfig(services())) {
-        return;  // what is chosen already is no edit: the preset stays in force
+        return;  // choosing the current value again is no edit and keeps the preset active
     }
     services().fanManager.updateCurve(editedFan(services()), config);
 }
@@ -160,7 +160,7 @@ QWidget* FanCurveStudio::presets() {
         layout->addWidget(option, 1);
         buttons.push_back(option);
     }
-    // At the start a preset counts as active before anybody has compared it with the curves that were kept.
+    // At start the manager reports an active preset without comparing it with the stored curves.
     follow(
         [this, buttons, &manager] {
             const auto active = manager.activePreset.get();
@@ -239,7 +239,7 @@ QWidget* FanCurveStudio::thresholds() {
         });
         return block.widget;
     };
-    // The two ranges do not overlap, so that the anchors cannot cross.
+    // The two ranges do not overlap, so the anchors cannot cross.
     return new settings_parts::RowCard(
         {anchor("Baseline Idle Temp (T_low):", kLowRange,
                 "Fan stays at minimum baseline speed below this temperature", &FanCurveConfig::lowTemp),

@@ -12,20 +12,20 @@ class TextLabel;
 class ToggleSwitch;
 struct FanTelemetry;
 
-/// Index of the fan whose curve the studio edits: 1 when the right fan is selected and the fans are not
-/// linked, else 0.
+/// Index of the fan whose curve the studio edits: 1 when the right fan is selected and the fans are not linked,
+/// else 0.
 std::int64_t editedFan(const KestroServices& services);
 
 /// That fan's curve.
 const FanCurveConfig& activeEditingConfig(const KestroServices& services);
 
-/// The fans as last measured; as listed by the fan control manager before the first sample.
+/// The fans as last measured; before the first sample, as listed by the fan control manager.
 const std::vector<FanTelemetry>& liveFans(const KestroServices& services);
 
-/// Whether a curve is what a preset makes of it: sensor, shape, both temperatures and the ceiling.
+/// Whether a curve matches a preset: sensor, shape, both temperatures and the ceiling.
 bool isInForce(CurvePreset preset, const FanCurveConfig& config);
 
-/// Chooses a fan and edits its curve over a live chart. Every edit goes through the fan control manager, which
+/// Selects a fan and edits its curve over a live chart. Every edit goes through the fan control manager, which
 /// links the fans and engages the custom curves.
 class FanCurveStudio : public SettingsPane {
     Q_OBJECT

@@ -7,7 +7,7 @@ class QRectF;
 
 namespace kestro {
 
-/// Paints a small piece of a surface in a glass material over a sample wallpaper. Edges fade if `fades`.
+/// Paints a small pane of a glass material over a sample wallpaper. `fades` fades its edges.
 void paintGlassSample(QPainter& painter, const QRectF& area, GlassMaterialStyle style, bool fades);
 
 }  // namespace kestro

@@ -20,7 +20,7 @@ namespace {
 constexpr SliderRange kCutoffRange{5, 50, 5};
 constexpr int kCutoffLabelWidth = 110;
 
-/// The cup in its circle, lit while something is kept awake.
+/// The cup in its circle, lit during a keep-awake session.
 class CupDisc : public View {
 public:
     static constexpr int kDiameter = 42;

@@ -7,7 +7,7 @@ namespace kestro {
 class Button;
 class TextLabel;
 
-/// The keep-awake state, what is kept awake, for how long, and when the battery ends it.
+/// The keep-awake state, its scope, its duration, and the battery level that ends it.
 class KeepAwakeTab : public SettingsPane {
     Q_OBJECT
 

@@ -10,12 +10,12 @@
 
 namespace kestro {
 
-/// Where items of these widths stand on the bar, the last one at its right end. Where there is not room for all
-/// of them the last one, which is the readout, gives way.
+/// The areas of items of these widths on the bar, the last one at its right end. If they do not all fit, the last
+/// one, which is the readout, is cut.
 std::vector<QRectF> previewItems(const QRectF& bar, std::vector<double> widths);
 
-/// A piece of the status bar with the readout as it looks now, composed as the status item does it, and with
-/// the extras that are shown, at their places left of it.
+/// A section of the status bar with the current readout, composed as in the status item, and the enabled extras at
+/// its left.
 class MenubarPreview : public View {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ public:
 
     explicit MenubarPreview(const KestroServices& services, QWidget* parent = nullptr);
 
-    /// Composes again; repaints when something has changed.
+    /// Recomposes the readout; repaints if something has changed.
     void refresh();
     const Readout& readout() const { return readout_; }
 

@@ -93,7 +93,7 @@ void MenubarTab::setModules(MenubarModules modules) {
     if (modules != services().settings.activeMenubarModules.get()) {
         services().settings.activeMenubarModules.set(std::move(modules));
     } else {
-        showModules();  // the row has already shown what was refused
+        showModules();  // reverts the row, which already shows the rejected change
     }
 }
 

@@ -10,7 +10,7 @@ namespace kestro {
 
 class ModuleRow;
 
-/// What the status bar shows: the readout's modules and how they are joined, the extras, and how often.
+/// What the status bar shows: the readout's modules and separator, the extras, and the refresh profile.
 class MenubarTab : public SettingsPane {
     Q_OBJECT
 

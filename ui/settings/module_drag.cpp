@@ -16,7 +16,7 @@ namespace {
 
 constexpr double kRadius = 6;
 
-/// The dragged row as it looked when it was lifted.
+/// A picture of the dragged row, taken when the drag started.
 class RowPicture : public View {
 public:
     RowPicture(ModuleRow& row, QWidget& canvas) : View(&canvas), picture_(row.size() * row.devicePixelRatioF()) {
@@ -61,7 +61,7 @@ void ModuleDrag::end(ModuleRow& row, bool isDropped) {
     const ModuleRow* target = target_;
     mark(nullptr);
     if (picture_ != nullptr) {
-        // The list may just be hiding its children one by one.
+        // Deleted later: the list may be hiding its children one by one right now.
         picture_->hide();
         picture_->deleteLater();
         picture_ = nullptr;

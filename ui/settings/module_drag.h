@@ -14,22 +14,22 @@ namespace kestro {
 
 class ModuleRow;
 
-/// Rearranges the shown modules by the mouse: a picture of the dragged row follows the pointer, and the row
-/// whose place it would take is marked. Only places of shown modules can be taken. Main thread.
+/// Reorders the modules by mouse: a picture of the dragged row follows the pointer, and the row whose place it
+/// would take is marked. Only rows of shown modules are drop targets. Main thread.
 class ModuleDrag {
 public:
-    /// `canvas` is what the picture moves over; it and the rows outlive the drag.
+    /// `canvas` is the widget that the picture moves over; it and the rows outlive the drag.
     ModuleDrag(QWidget& canvas, const std::vector<ModuleRow*>& rows);
 
-    /// Called with the dragged module and the one whose place it takes.
+    /// Called on a drop with the dragged module and the module whose place it takes.
     void onDropped(std::function<void(MenubarModuleType, MenubarModuleType)> action) {
         onDropped_ = std::move(action);
     }
 
-    /// The pointer moved over the screen while it held the row.
+    /// The pointer moved on the screen while dragging the row.
     void moveTo(ModuleRow& row, const QPoint& globalPosition);
 
-    /// The row was let go where it is, or the drag was given up.
+    /// The row was dropped, or the drag was cancelled.
     void end(ModuleRow& row, bool isDropped);
 
 private:

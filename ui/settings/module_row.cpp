@@ -142,7 +142,7 @@ void ModuleRow::mouseMoveEvent(QMouseEvent* event) {
         cancelPress();
         setCursor(Qt::ClosedHandCursor);
         if (onDragged_) {
-            onDragged_(mapToGlobal(*grip_));  // while the row still looks as it rests
+            onDragged_(mapToGlobal(*grip_));  // before the row changes to its dragged look
         }
         isDragged_ = true;
         update();

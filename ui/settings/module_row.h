@@ -11,9 +11,8 @@ namespace kestro {
 class Button;
 class TextLabel;
 
-/// A module of the readout: whether it shows, a sample of it, its place in the list, and chips that move it.
-/// Alt with the arrows up and down moves it as well, and it can be dragged; Escape and the right button give the
-/// drag up.
+/// A module of the readout: whether it is shown, a sample of it, its place in the list, and chips that move it.
+/// Alt with Up or Down moves it too, and it can be dragged; Escape and the right button cancel the drag.
 class ModuleRow : public SettingRow {
     Q_OBJECT
 
@@ -24,17 +23,17 @@ public:
 
     MenubarModuleType module() const { return module_; }
 
-    /// The place among `count` shown modules, from 0; none: it is not shown.
+    /// The place among `count` shown modules, from 0; nullopt: not shown.
     void setPlace(std::optional<std::size_t> place, std::size_t count);
 
     void onMoveUp(std::function<void()> action);
     void onMoveDown(std::function<void()> action);
 
-    /// Called with the pointer's place on the screen while the row is dragged, and when the drag has ended.
+    /// Called with the pointer's screen position while the row is dragged, and when the drag has ended.
     void onDragged(std::function<void(const QPoint&)> action) { onDragged_ = std::move(action); }
     void onDragEnded(std::function<void(bool isDropped)> action) { onDragEnded_ = std::move(action); }
 
-    /// Marks the row as the one whose place a dragged row would take.
+    /// Marks the row as the drop target of a dragged row.
     void setDropTarget(bool isTarget);
     bool isDropTarget() const { return isDropTarget_; }
 
@@ -44,7 +43,7 @@ public:
     AccessibleInfo accessibleInfo() const override;
 
 protected:
-    /// Tells assistive technology that the row, which has the focus, is spoken otherwise now.
+    /// Announces the focused row's new name to assistive technology.
     virtual void announceName();
 
     void resizeEvent(QResizeEvent* event) override;
@@ -55,7 +54,7 @@ protected:
     void hideEvent(QHideEvent* event) override;
     void paint(QPainter& painter) override;
 
-    /// The chips, pressed while they are disabled, do not toggle the row.
+    /// Excludes the chips: pressing a disabled chip must not toggle the row.
     bool hitTest(const QPoint& position) const override;
 
 private:
@@ -69,7 +68,7 @@ private:
     Button* up_;
     Button* down_;
     std::optional<std::size_t> shownAt_;
-    std::optional<QPoint> grip_;  ///< where the button went down, while it may become a drag
+    std::optional<QPoint> grip_;  ///< where the button was pressed, as long as this may become a drag
     bool isDragged_ = false;
     bool isDropTarget_ = false;
     std::function<void(const QPoint&)> onDragged_;

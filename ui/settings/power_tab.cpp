@@ -19,7 +19,7 @@ namespace {
 
 constexpr double kLowBattery = 20;
 
-/// A power mode; the one in force has a badge before its mark.
+/// A power mode; the active one has a badge before its mark.
 class PowerModeRow : public SettingRow {
 public:
     explicit PowerModeRow(SystemPowerMode mode)
@@ -114,7 +114,8 @@ QWidget* PowerTab::modesCard() {
         rows.push_back(option);
     }
     auto* card = new settings_parts::RowCard(widgets);
-    // Each choice asks the system, which may ask for a password: not for every row that is passed.
+    // Each choice is a system request that may prompt for a password, so the arrows must not choose every row they
+    // pass.
     auto* options = new ExclusiveGroup(controls, card, GroupArrows::moveFocus);
     follow(
         [rows, options, &manager] {

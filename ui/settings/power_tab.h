@@ -8,8 +8,8 @@ namespace kestro {
 class SymbolView;
 class TextLabel;
 
-/// "4h 12m remaining · 5288 / 6075 mAh". Without the capacities where the battery tells only percents, or
-/// where there is none.
+/// "4h 12m remaining · 5288 / 6075 mAh". Without the capacities if the battery reports only percentages, or if
+/// there is none.
 QString batteryLine(const PowerTelemetry& power);
 
 /// The battery and the system's power mode.

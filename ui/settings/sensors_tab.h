@@ -9,7 +9,7 @@ namespace kestro {
 class Badge;
 class TextLabel;
 
-/// The interfaces that the figures come from.
+/// The hardware interfaces that the figures are read from.
 class SensorsTab : public SettingsPane {
     Q_OBJECT
 

@@ -17,7 +17,7 @@ SettingsPane::SettingsPane(const KestroServices& services, QWidget* parent)
     : QWidget(parent), services_(services), stack_(new QVBoxLayout(this)) {
     stack_->setContentsMargins(0, 0, 0, 0);
     stack_->setSpacing(kGroupGap);
-    stack_->addStretch(1);  // groups keep their height in a column that is taller
+    stack_->addStretch(1);  // groups keep their height in a taller column
 }
 
 void SettingsPane::add(QWidget* group) {

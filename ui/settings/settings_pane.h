@@ -18,8 +18,8 @@ class QVBoxLayout;
 
 namespace kestro {
 
-/// A column of settings that follows what it shows: a change made anywhere is seen at once. While hidden or
-/// in a minimised window it does nothing and catches up when it is seen again. Main thread.
+/// A column of settings that follows the values it shows, wherever they are changed. While hidden or in a
+/// minimised window it does nothing; it catches up when visible again. Main thread.
 class SettingsPane : public QWidget {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ protected:
     const KestroServices& services() const { return services_; }
     QVBoxLayout& stack() { return *stack_; }
 
-    /// Adds a group at the foot of the column, or more room before the next one.
+    /// Appends a group to the column, or extra space before the next one.
     void add(QWidget* group);
     void addRoom(int height);
 
@@ -43,11 +43,11 @@ protected:
         (subscriptions_.push_back(values.subscribe([this, index](const auto&) { changed(index); })), ...);
     }
 
-    /// A switch row that is bound to a setting both ways.
+    /// A switch row with a two-way binding to a setting.
     SettingRow* switchRow(const Words& title, int height, Setting<bool>& setting);
 
-    /// A segmented choice of all cases by their stored form, bound to a setting both ways. `changed` runs
-    /// after the user's choice has been stored.
+    /// A segmented choice of all cases, labelled by their stored form, with a two-way binding to a setting.
+    /// `changed` runs after the user's choice has been stored.
     template <ClosedEnumeration E>
     SegmentedChoice* choice(const Words& name, int height, Setting<E>& setting,
                             std::function<void()> changed = {}) {
@@ -58,7 +58,7 @@ protected:
         return choiceOf(name, height, std::move(segments), setting, std::move(changed));
     }
 
-    /// The same with other texts, one per case in their order.
+    /// The same with custom texts, one per case in order.
     template <ClosedEnumeration E>
     SegmentedChoice* choiceOf(const Words& name, int height, std::vector<Segment> segments, Setting<E>& setting,
                               std::function<void()> changed = {}) {

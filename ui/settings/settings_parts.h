@@ -9,19 +9,19 @@
 
 namespace kestro {
 
-/// The parts that the tabs of the settings are put together from.
+/// The building blocks of the settings tabs.
 namespace settings_parts {
 
 inline constexpr int kInset = 12;
 
-/// A card of rows, one below the other or side by side, with hairlines between them.
+/// A card of rows, stacked or side by side, with hairlines between them.
 class RowCard : public Card {
     Q_OBJECT
 
 public:
     explicit RowCard(const std::vector<QWidget*>& rows, Qt::Orientation orientation = Qt::Vertical);
 
-    /// How far a hairline between rows side by side stays from the card's edges.
+    /// The distance of the hairlines between side-by-side rows from the card's edges.
     void setDividerInset(int inset) { dividerInset_ = inset; }
 
 protected:
@@ -33,7 +33,7 @@ private:
     int dividerInset_ = 10;
 };
 
-/// Rows one below the other, as in a card but without one.
+/// Stacked rows with hairlines, without the card.
 class RowStack : public QWidget {
     Q_OBJECT
 
@@ -47,16 +47,16 @@ private:
     std::vector<QWidget*> rows_;
 };
 
-/// A heading in capitals over what it names.
+/// A heading in capitals above its content.
 QWidget* group(const Words& heading, QWidget* content);
 
-/// Two of equal width, 16 apart.
+/// Two widgets of equal width, 16 apart.
 QWidget* sideBySide(QWidget* left, QWidget* right);
 
 /// A row of `height` with a label in a column of `labelWidth` and a control beside it.
 QWidget* labelledRow(const Words& label, int labelWidth, QWidget* control, int height);
 
-/// A slider under its label and value, over what it does.
+/// A slider with its label and value above and its description below.
 struct SliderBlock {
     QWidget* widget = nullptr;
     TextLabel* value = nullptr;
@@ -64,7 +64,7 @@ struct SliderBlock {
 };
 SliderBlock sliderBlock(const Words& label, const SliderRange& range, const Words& description);
 
-/// The value that a slider sets.
+/// The label for a slider's value.
 TextLabel* sliderValue();
 
 }  // namespace settings_parts

@@ -15,9 +15,9 @@ class ScrollArea;
 class TabStrip;
 class TextLabel;
 
-/// The content of the settings window: a header, a strip of tabs, and the selected tab, which scrolls under
-/// them. Which tab is selected is itself a setting. A tab is made when it is first selected and fades into the
-/// place of the one before. Control and Tab go to the next tab.
+/// The content of the settings window: a header, a tab strip, and the selected tab, which scrolls below them. The
+/// selected tab is itself a setting. A tab is created when first selected; tabs cross-fade. Control+Tab goes to
+/// the next tab.
 class SettingsView : public GlassSurface {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ public:
 
     QSize sizeHint() const override { return {860, 750}; }
 
-    /// The tab's content; null as long as it has not been selected.
+    /// The tab's content; null until the tab is first selected.
     QWidget* content(SettingsTab tab) const;
 
 protected:
@@ -47,7 +47,7 @@ private:
     TabStrip* strip_ = nullptr;
     std::array<ScrollArea*, EnumerationTable<SettingsTab>::rows.size()> areas_{};
     std::optional<std::size_t> shown_;
-    std::optional<std::size_t> leaving_;  ///< while it fades away
+    std::optional<std::size_t> leaving_;  ///< the tab that is fading out
     Transition fade_{1, [this] { showFade(); }};
     std::vector<Subscription> subscriptions_;
 };

@@ -10,8 +10,8 @@
 
 #include "ui/theme/hairline.h"
 
-// The set lies in a static library: without a reference the linker would leave it out. Outside any namespace,
-// as the macro requires.
+// The set is in a static library: without a reference the linker would drop it. Outside any namespace, as the
+// macro requires.
 static void registerSymbols() {
     Q_INIT_RESOURCE(symbols);
 }
@@ -53,7 +53,7 @@ QString fileOf(const QString& name) {
     return directory() + name + QStringLiteral(".svg");
 }
 
-/// A stroke thinner than a device pixel would fade into grey, so small symbols are drawn heavier.
+/// A stroke thinner than a device pixel would blur to grey, so small symbols get thicker strokes.
 double strokeWidth(int pixels, SymbolWeight weight) {
     const double stroke = weight == SymbolWeight::bold ? kBoldStroke : kStroke;
     return std::clamp(kGrid / pixels, stroke, kHeaviestStroke);
@@ -65,7 +65,7 @@ QImage render(const SymbolKey& key, const QColor& color) {
         return {};
     }
     QByteArray source = file.readAll();
-    // The drawing only serves as a mask: any opaque ink will do.
+    // The drawing only serves as a mask: any opaque colour will do.
     source.replace("currentColor", "#000000");
     source.replace("stroke-width=\"2\"",
                    "stroke-width=\"" + QByteArray::number(strokeWidth(key.pixels, key.weight)) + "\"");

@@ -7,17 +7,16 @@ class QPainter;
 
 namespace kestro {
 
-/// Device pixels per point of what `painter` paints on.
+/// Device pixels per point of the painter's device.
 double deviceScale(const QPainter& painter);
 
-/// `rect` (in the painter's coordinates) with every edge on a whole device pixel, and never thinner than one.
+/// `rect` (in the painter's coordinates) with every edge on a whole device pixel, and at least one pixel thick.
 QRectF snappedToDevice(const QPainter& painter, const QRectF& rect);
 
 /// The width of a hairline in points: half a point, but exactly one device pixel below scale 2.
 double hairlineWidth(double scale);
 
-/// Paints the outline that cards and chips share. It lies inside `rect`, whose edges are snapped to device
-/// pixels.
+/// Paints the outline shared by cards and chips. It is inside `rect`, whose edges are snapped to device pixels.
 void kestroHairlineBorder(QPainter& painter, const QRectF& rect, double radius = 6);
 
 /// The same outline in another colour.

@@ -51,7 +51,7 @@ double measureFigures(const QFont& font) {
         narrowest = std::min(narrowest, width);
         widest = std::max(widest, width);
     }
-    // The metrics of a single character leave its tracking out.
+    // The metrics of a single character do not include its tracking.
     return widest - narrowest < kEqualWidths ? 0 : widest + font.letterSpacing();
 }
 

@@ -6,36 +6,34 @@
 
 namespace kestro {
 
-/// The one source of fonts: the first installed family of a fixed list, in pixel sizes, hinted for the scale,
-/// and the cell in which figures stand so that they are tabular. Main thread, after the application object.
+/// The single source of fonts: the first installed family of a fixed list, in pixel sizes, hinted for the scale,
+/// and the cell width that makes figures tabular. Main thread, after the application object.
 class KestroFonts {
 public:
     KestroFonts() = delete;
 
-    /// The first of the preferred families that `installed` holds; empty when it holds none.
+    /// The first preferred family in `installed`; empty if there is none.
     static QString choose(const QStringList& installed);
 
-    /// The family in use; the desktop's default when none of the preferred ones is installed.
+    /// The family in use; the desktop's default if no preferred family is installed.
     static const QString& family();
 
-    /// Uses `family` instead of the installed choice; empty returns to it. For pictures and tests of other
-    /// fonts.
+    /// Overrides the family, for pictures and tests; empty restores the installed choice.
     static void setFamily(const QString& family);
 
-    /// `size` and `tracking` are in pixels at scale 1. A font has whole pixel sizes only: for a fraction the
-    /// next whole size is returned with its tracking enlarged alike, and who paints it scales the painter by
-    /// `sizeFactor(size)`. Outlines keep their horizontal shape; they are hinted vertically, and on fine screens
-    /// not at all.
+    /// `size` and `tracking` are in pixels at scale 1. Fonts have whole pixel sizes only: a fractional size
+    /// returns the next whole size with its tracking enlarged in proportion, and the caller scales the painter by
+    /// `sizeFactor(size)`. Outlines are hinted only vertically, and not at all on fine screens.
     static QFont font(double size, int weight = QFont::Medium, double tracking = 0, double scale = 1);
 
-    /// `size` as a fraction of the size of the font that `font` returns for it; 1 for whole sizes.
+    /// `size` relative to the pixel size of the font that `font` returns for it; 1 for whole sizes.
     static double sizeFactor(double size);
 
-    /// Whether a screen of `scale` device pixels per point has pixels enough to do without hinting.
+    /// Whether a screen of `scale` device pixels per point is fine enough to do without hinting.
     static bool isFine(double scale);
 
-    /// The width of the widest figure with its tracking, in which each figure is centred; 0 when all figures
-    /// of the font are equally wide and need no cells.
+    /// The width of the widest figure with its tracking, in which each figure is centred; 0 if all figures of the
+    /// font have equal widths and need no cells.
     static double figureWidth(const QFont& font);
 };
 

@@ -8,7 +8,7 @@ namespace kestro {
 
 class UserSettings;
 
-/// The palette's main accent; opaque sRGB like the two below.
+/// The palette's main accent; opaque sRGB like the next two.
 QColor primaryColor(ThemePalette palette);
 
 /// The palette's second accent, used for warning values.
@@ -17,8 +17,8 @@ QColor secondaryColor(ThemePalette palette);
 /// The palette's near-black ground.
 QColor surfaceTint(ThemePalette palette);
 
-/// The one source of colours. Accents and ground follow the palette of the settings store at every access, so
-/// that a new palette shows at the next redraw; the other colours are fixed. Main thread.
+/// The single source of colours. Accents and ground follow the palette in the settings at every access, so that a
+/// new palette shows at the next redraw; the other colours are fixed. Main thread.
 class KestroTheme {
 public:
     KestroTheme() = delete;
@@ -32,21 +32,21 @@ public:
     static QColor accentWarning();
     static QColor ground();
 
-    /// Card backgrounds; always the colour of the ground.
+    /// The background of cards; always the ground colour.
     static QColor surface();
     static QColor surfaceSubtle();
     static QColor hairline();
     static QColor hairlineStrong();
 
-    /// Makes `settings` the store whose palette counts, instead of the shared one. It has to outlive the
-    /// binding; null returns to the shared store.
+    /// Uses the palette of `settings` instead of that of the shared store. `settings` must outlive the binding;
+    /// null restores the shared store.
     static void bind(const UserSettings* settings);
 
-    /// The store in use.
+    /// The settings in use.
     static const UserSettings& settings();
 
-    /// Raises contrast as the desktop asks: strong hairlines, secondary text as bright as primary text. Views
-    /// follow at their next redraw.
+    /// Raises the contrast when the desktop requests it: strong hairlines, and secondary text as bright as primary
+    /// text. Views follow at their next redraw.
     static void setHighContrast(bool isHigh);
     static bool isHighContrast();
 };

@@ -4,7 +4,7 @@
 
 namespace kestro {
 
-/// How long what the user causes takes to move; data never moves. Main thread.
+/// The durations of animations that the user triggers; data is never animated. Main thread.
 namespace motion {
 
 inline constexpr std::chrono::milliseconds hover{120};
@@ -15,13 +15,13 @@ inline constexpr std::chrono::milliseconds popoverOpen{130};
 inline constexpr std::chrono::milliseconds popoverClose{90};
 inline constexpr std::chrono::milliseconds window{180};
 
-/// Follows the desktop's animation switch.
+/// Sets the desktop's reduced-motion preference.
 void setReduced(bool isReduced);
 
-/// True when nothing may move: the desktop says so, or the style's animations take no time.
+/// True when nothing may be animated: the desktop disables it, or the style's animations take no time.
 bool isReduced();
 
-/// Milliseconds that a movement takes now: 0 with reduced motion.
+/// The current duration of an animation in milliseconds: 0 with reduced motion.
 int duration(std::chrono::milliseconds full);
 
 }  // namespace motion

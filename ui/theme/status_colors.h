@@ -4,7 +4,7 @@
 
 namespace kestro::status_colors {
 
-/// The orange of a running keep-awake session in the status bar, whatever the palette is.
+/// The orange of a running keep-awake session in the status bar, independent of the palette.
 inline QColor orangeOnDark() {
     return QColor::fromRgbF(1.0F, 0.62F, 0.04F);
 }
@@ -12,7 +12,7 @@ inline QColor orangeOnLight() {
     return QColor::fromRgbF(0.70F, 0.37F, 0.0F);
 }
 
-/// How much of the text's opacity secondary labels keep.
+/// The opacity of secondary labels, relative to the text's.
 inline constexpr double kSecondaryOpacity = 0.62;
 
 }  // namespace kestro::status_colors

@@ -15,8 +15,8 @@ namespace {
 
 constexpr double kUnlitStrength = 0.5;
 
-// The brightest that an accent may shine in at full opacity: secondary text stays readable in the glow, with a
-// white wallpaper behind it.
+// The maximum luminance of the accent's glow at full opacity: secondary text stays readable in it, even over a
+// white wallpaper.
 constexpr double kGlowLuminance = 0.2;
 
 QColor withOpacity(QColor color, double opacity) {

@@ -9,14 +9,14 @@ class QPainter;
 
 namespace kestro {
 
-/// Whether the glass lets through what lies behind the window, or only what the window itself holds.
+/// Whether the glass shows what is behind the window, or only the window's own content.
 enum class VisualEffectBlendingMode { behindWindow, withinWindow };
 
 /// Whether the glass is always lit, or only while its window is active.
 enum class VisualEffectState { followsWindowActiveState, active, inactive };
 
-/// A pane of glass, painted: a ground in the palette's colour and a wash that tells the material. Where
-/// nothing may shine through it, the ground is opaque. Main thread.
+/// A painted pane of glass: a ground in the palette's colour and a wash that distinguishes the material. The
+/// ground is opaque where nothing may shine through. Main thread.
 class VisualEffectView {
 public:
     void setMaterial(VisualEffectMaterial material) { material_ = material; }
@@ -27,7 +27,7 @@ public:
     VisualEffectBlendingMode blendingMode() const { return blendingMode_; }
     VisualEffectState state() const { return state_; }
 
-    /// Whether the wash has its full strength; half of it otherwise.
+    /// Whether the wash has its full strength; otherwise half.
     bool isLit(bool isWindowActive) const;
 
     /// Paints ground and wash over `rect`.
@@ -39,7 +39,7 @@ private:
     VisualEffectState state_ = VisualEffectState::active;
 };
 
-/// What the glass of a view shall be; makes its pane and updates it in place.
+/// The configuration of a view's glass; creates its pane and updates it in place.
 struct VisualEffectBlur {
     VisualEffectMaterial material = VisualEffectMaterial::underWindowBackground;
     VisualEffectBlendingMode blendingMode = VisualEffectBlendingMode::behindWindow;

@@ -26,7 +26,7 @@ int screenNumber() {
     return screen;
 }
 
-/// Only a window manager that knows the property has made its name.
+/// The atom exists only if a window manager knows the property.
 xcb_atom_t blurProperty(xcb_connection_t* x11) {
     return x11_display::atom(x11, "_KDE_NET_WM_BLUR_BEHIND_REGION", x11_display::AtomCreation::onlyIfKnown);
 }

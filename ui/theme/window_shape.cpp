@@ -10,7 +10,7 @@ namespace kestro {
 
 namespace {
 
-/// How many pixels of a row are cut off at each side; `row` counts from the rectangle's edge.
+/// The number of pixels cut off a row at each side; `row` counts from the rectangle's edge.
 int cornerInset(int row, double radius) {
     const double height = radius - (row + 0.5);
     const double left = radius - std::sqrt(std::max(0.0, radius * radius - height * height));
@@ -22,7 +22,7 @@ int cornerInset(int row, double radius) {
 QRegion roundedRegion(const QRect& rect, double radius) {
     const double reach = std::clamp(radius, 0.0, std::min(rect.width(), rect.height()) / 2.0);
     const int cornerRows = static_cast<int>(std::ceil(reach));
-    std::vector<QRect> bands;  // from the top to the middle; rows of one width make one band
+    std::vector<QRect> bands;  // from the top to the middle; rows of equal width share a band
     for (int row = 0; row < cornerRows; ++row) {
         const int inset = cornerInset(row, reach);
         const QRect band(rect.left() + inset, rect.top() + row, rect.width() - 2 * inset, 1);

@@ -7,11 +7,11 @@ class QWidget;
 
 namespace kestro {
 
-/// The pixels of a rounded rectangle whose centre lies in it. At most half the rectangle is rounded.
+/// The pixels of a rounded rectangle whose centre is inside it. The radius is limited to half the rectangle.
 QRegion roundedRegion(const QRect& rect, double radius);
 
-/// Cuts the corners off a window that its window system does not blend with what lies behind it. Where it is
-/// `blended` the window keeps its rectangle, and its corners are simply not painted.
+/// Cuts off the corners of a window unless the window system blends it (`blended`). A blended window keeps its
+/// rectangle and just leaves its corners unpainted.
 void shapeWindow(QWidget& window, double radius, bool blended);
 
 }  // namespace kestro

@@ -63,7 +63,7 @@ Ink inkOf(const CoreLoad& core) {
     return core.isSuperCluster ? accent : accent.faded(kSecondClusterOpacity);
 }
 
-/// Whether two states of a core make the same picture in a cell of `pixels` device pixels.
+/// Whether two states of a core look the same in a cell of `pixels` device pixels.
 bool looksSame(const CoreLoad& a, const CoreLoad& b, double pixels) {
     return a.id == b.id && a.isSuperCluster == b.isSuperCluster &&
            wholeNumber(a.usagePercentage) == wholeNumber(b.usagePercentage) &&
@@ -103,7 +103,7 @@ CoreMatrixView::CoreMatrixView(bool isCompact, QWidget* parent) : View(parent), 
 
 void CoreMatrixView::setCores(const std::vector<CoreLoad>& cores) {
     const CoreMatrixLayout layout = layoutNow();
-    // Without cores or without room there are no cells.
+    // Without cores or room there are no cells.
     if (cores.size() != cores_.size() || layout.columns == 0) {
         cores_ = cores;
         update();

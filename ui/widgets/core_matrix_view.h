@@ -7,8 +7,8 @@
 
 namespace kestro {
 
-/// How much a cell of the core matrix can show, by its height: both texts in their size, both in 8 points, or
-/// only the fill of the whole cell.
+/// How much a cell of the core matrix shows, depending on its height: both texts at full size, both at 8 points,
+/// or only a fill of the whole cell.
 enum class CoreCellDetail { full, small, fill };
 
 /// The grid of the core matrix in a given area. Lengths in points.
@@ -25,12 +25,12 @@ struct CoreMatrixLayout {
     friend bool operator==(const CoreMatrixLayout&, const CoreMatrixLayout&) = default;
 };
 
-/// Two columns with gaps of 4 (compact) or three with gaps of 6, as high as they fit, at most 44. Any number
-/// of cores fits: where cells would be lower than 4, first the gaps shrink, then columns are added while each
-/// stays 10 wide.
+/// Two columns with gaps of 4 (compact) or three with gaps of 6, with cells as high as fits, at most 44. Any
+/// number of cores fits: if cells would be lower than 4, the gaps shrink first, then columns are added as long as
+/// each stays 10 wide.
 CoreMatrixLayout coreMatrixLayout(int cores, const QSizeF& area, bool isCompact);
 
-/// The load of each core as a cell with its number, its load and a bar. A changed core repaints its cell only.
+/// The load of each core as a cell with its number, its load and a bar. A changed core repaints only its own cell.
 class CoreMatrixView : public View {
     Q_OBJECT
 

@@ -6,7 +6,8 @@
 
 namespace kestro {
 
-/// A load as the filled part of a round track, 4 high. The figure beside it speaks for it.
+/// A load as the filled part of a rounded track, 4 high. Hidden from assistive technology, which reads the figure
+/// beside it.
 class LoadBar : public View {
     Q_OBJECT
 

@@ -42,7 +42,7 @@ void strokeArc(QPainter& painter, const QRectF& ring, double from, double to, co
     painter.setPen(pen);
     const double start = gaugeAngle(from);
     const double span = gaugeAngle(to) - start;
-    // Qt counts anticlockwise.
+    // Qt measures angles anticlockwise.
     painter.drawArc(ring, qRound(-start * sixteenths), qRound(-span * sixteenths));
 }
 
@@ -176,7 +176,7 @@ void MetricGauge::paintFigure(QPainter& painter) const {
     const QPointF centre = frame().center();
     const QRectF line(centre.x() - total / 2, centre.y() - value.lineHeight / 2, valueWidth + 1, value.lineHeight);
     drawText(painter, line, figure, value, Qt::AlignLeft, TextFit::value);
-    // On one baseline with the figure, so its box hangs lower by the difference of the centred baselines.
+    // On the figure's baseline: its box is lowered by the difference of the centred baselines.
     const ShapedText figureShape = shapeText(figure, value);
     const ShapedText unitShape = shapeText(unitText, unit);
     const double drop = baselineOffset(value.lineHeight, figureShape.ascent, figureShape.descent) -

@@ -9,7 +9,7 @@ namespace kestro {
 /// range has no arc.
 double gaugeArcEnd(double value, double minVal, double max);
 
-/// A position on the circumference as degrees clockwise from three o'clock; the gap lies at the bottom.
+/// A position on the circumference as degrees clockwise from three o'clock; the gap is at the bottom.
 double gaugeAngle(double position);
 
 /// The sizes of a gauge in points.
@@ -30,7 +30,7 @@ struct GaugeMetrics {
 };
 const GaugeMetrics& gaugeMetrics(bool isCompact);
 
-/// What a gauge shows.
+/// The content of a gauge.
 struct GaugeContent {
     QString title;
     QString subtitle;
@@ -43,21 +43,21 @@ struct GaugeContent {
     friend bool operator==(const GaugeContent&, const GaugeContent&) = default;
 };
 
-/// A value as an open ring with its figure inside and two captions below. The ring stands centred at the top
-/// of the widget, whose width is free; the captions may use all of it.
+/// A value as an open ring with its figure inside and two captions below. The ring is centred at the top of the
+/// widget, whose width is free; the captions may use the full width.
 class MetricGauge : public View {
     Q_OBJECT
 
 public:
     explicit MetricGauge(bool isCompact, QWidget* parent = nullptr);
 
-    /// Silent when nothing visible changed; otherwise repaints the ring or the captions, whichever did.
+    /// No-op when nothing visible changed; otherwise repaints only the changed part: the ring or the captions.
     void setContent(const GaugeContent& content);
     const GaugeContent& content() const { return content_; }
 
     void setCompact(bool isCompact);
 
-    /// The scale at which value and unit fit into the ring, 0.8..1, for gauges that share one.
+    /// The scale at which value and unit fit in the ring, 0.8..1, for gauges that share a scale.
     double fittingTextScale() const;
     void setTextScale(double scale);
 
@@ -70,7 +70,7 @@ protected:
 private:
     QRectF frame() const;
 
-    /// The unit, unless it would touch the ring even at the smallest scale: then the captions have to say it.
+    /// The unit, or empty if it would touch the ring even at the smallest scale; the captions must then name it.
     QString shownUnit() const;
     double figureWidth(const QString& unit) const;
     void paintRing(QPainter& painter) const;
@@ -80,7 +80,7 @@ private:
     GaugeContent content_;
     bool isCompact_;
     double textScale_ = 1;
-    double drawnEnd_ = 0;  ///< the arc's end at the last repaint of the ring that was asked for
+    double drawnEnd_ = 0;  ///< the arc's end at the last requested repaint of the ring
 };
 
 }  // namespace kestro

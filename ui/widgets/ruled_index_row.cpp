@@ -112,7 +112,7 @@ void RuledIndexRow::paintEvent(QPaintEvent*) {
         paintBar(painter, snappedToDevice(painter, geometry.rule), content_.progressFraction,
                  Ink::white(kRuleTrackOpacity).color(), content_.progressTint.color());
     } else {
-        // In the middle of where the rule would lie.
+        // Centred where the rule would be.
         paintHairline(painter, geometry.rule.left(), geometry.rule.right(), geometry.rule.center().y() - 0.25);
     }
 }

@@ -6,21 +6,21 @@
 
 namespace kestro {
 
-/// Where the parts of a row of a given height stand.
+/// The areas of the parts of a row of a given height.
 struct RuledIndexGeometry {
     QRectF line;    ///< label at its left, value at its right
     QRectF detail;  ///< empty without a detail
     QRectF rule;
 };
 
-/// The line is 14 high, the detail lies at 13–24. The rule's top lies 8 above the row's end: 9 with a detail
-/// (4 where rows are dense), 5 in rows lower than 24.
+/// The line is 14 high, the detail is at 13–24. The rule's top is 8 above the row's bottom: 9 with a detail (4 in
+/// dense rows), 5 in rows lower than 24.
 RuledIndexGeometry ruledIndexGeometry(const QSizeF& size, bool hasDetail, bool isDense);
 
-/// What a row shows.
+/// The content of a row.
 struct RuledIndexContent {
     QString label;
-    QString compactLabel;  ///< instead of the label where it is compact; empty: the label
+    QString compactLabel;  ///< replaces the label when compact; empty: the label
     QString value;
     QString detail;
     double progressFraction = 0;  ///< 0..1; 0: a hairline instead of the rule
@@ -30,15 +30,15 @@ struct RuledIndexContent {
     friend bool operator==(const RuledIndexContent&, const RuledIndexContent&) = default;
 };
 
-/// A label and its value over a progress rule, with an optional detail between. The value keeps its width;
-/// the label gives way.
+/// A label and its value above a progress rule, with an optional detail between. The value keeps its width; the
+/// label yields.
 class RuledIndexRow : public View {
     Q_OBJECT
 
 public:
     explicit RuledIndexRow(bool isCompact, QWidget* parent = nullptr);
 
-    /// Silent when equal; otherwise repaints the texts or the rule, whichever changed.
+    /// No-op when unchanged; otherwise repaints only the changed part: the texts or the rule.
     void setContent(const RuledIndexContent& content);
     const RuledIndexContent& content() const { return content_; }
 
@@ -51,7 +51,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    /// What the value takes up of its line.
+    /// The part of the line that the value occupies.
     QRectF valueArea() const;
     RuledIndexGeometry geometryNow() const;
     const QString& shownLabel() const;

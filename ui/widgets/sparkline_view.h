@@ -21,8 +21,7 @@ QPolygonF sparklinePoints(std::span<const double> values, double top, const QRec
 
 /// A history as a line over a fading area, on three hairlines at the bottom, the middle and the top.
 ///
-/// The line is drawn in the view's rectangle without a margin of kBleed on all sides, so that its stroke is
-/// not cut at the edges.
+/// The line is inset by kBleed on all sides, so that its stroke is not clipped at the edges.
 class SparklineView : public View {
     Q_OBJECT
 
@@ -32,11 +31,11 @@ public:
     explicit SparklineView(const Ink& tintColor, std::optional<double> maxLimit = std::nullopt,
                            QWidget* parent = nullptr);
 
-    /// Oldest first. Silent when equal.
+    /// Oldest first. No-op when unchanged.
     void setData(const std::vector<double>& history);
 
-    /// What is told to assistive technology: "`name` history, now …, highest …". `unit` follows the current
-    /// value only; `format` makes the texts of both.
+    /// The accessible text: "`name` history, now …, highest …". `unit` follows only the current value; `format`
+    /// formats both values.
     void setSpoken(const QString& name, std::function<QString(double)> format, const QString& unit = {});
 
     AccessibleInfo accessibleInfo() const override;

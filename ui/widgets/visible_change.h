@@ -2,7 +2,7 @@
 
 namespace kestro {
 
-/// A quarter of a device pixel is the least change that antialiasing shows.
+/// The smallest change that antialiasing makes visible: a quarter of a device pixel.
 inline constexpr double kVisiblePixels = 0.25;
 
 }  // namespace kestro
