@@ -5,7 +5,7 @@
 #include <QApplication>
 #include <QStyleFactory>
 
-// Every test of the views runs without a screen and with the same style, whatever desktop it is started on.
+// Runs every view test without a screen and in one fixed style, regardless of the desktop.
 int main(int argc, char** argv) {
     const kestro::SealedEnvironment environment;
     QApplication application(argc, argv);

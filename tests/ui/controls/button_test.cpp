@@ -36,7 +36,7 @@ TEST(ButtonGeometryTest, SpreadsToBothEdges) {
     EXPECT_EQ(geometry.trailingSymbol.right(), 300);
 }
 
-TEST(ButtonGeometryTest, LeavesALongTextTheRestOfTheRoom) {
+TEST(ButtonGeometryTest, GivesLongTextTheRemainingWidth) {
     const ButtonParts parts{.symbol = 10, .text = 400, .padding = 12, .gap = 6};
 
     const ButtonGeometry geometry = buttonGeometry({120, 28}, parts, false);
@@ -45,7 +45,7 @@ TEST(ButtonGeometryTest, LeavesALongTextTheRestOfTheRoom) {
     EXPECT_EQ(geometry.text, QRectF(28, 0, 80, 28));
 }
 
-TEST(StateOpacityTest, GoesFromRestOverHoverToPressed) {
+TEST(StateOpacityTest, MovesFromRestThroughHoverToPressed) {
     const StateOpacity opacity{0.04, 0.09, 0.02};
 
     EXPECT_DOUBLE_EQ(opacity.at(0, 0), 0.04);
@@ -66,13 +66,13 @@ protected:
     int clicks_ = 0;
 };
 
-TEST_F(ButtonTest, IsClickedByPressAndReleaseWithin) {
+TEST_F(ButtonTest, ClicksOnPressAndReleaseInside) {
     clickAt(button_, {10, 10});
 
     EXPECT_EQ(clicks_, 1);
 }
 
-TEST_F(ButtonTest, IsNotClickedWhenReleasedOutside) {
+TEST_F(ButtonTest, DoesNotClickWhenReleasedOutside) {
     send(button_, QEvent::MouseButtonPress, {10, 10}, Qt::LeftButton);
     send(button_, QEvent::MouseMove, {10, 100}, Qt::LeftButton);
     send(button_, QEvent::MouseButtonRelease, {10, 100}, Qt::NoButton);
@@ -80,7 +80,7 @@ TEST_F(ButtonTest, IsNotClickedWhenReleasedOutside) {
     EXPECT_EQ(clicks_, 0);
 }
 
-TEST_F(ButtonTest, IsClickedBySpaceAndEnter) {
+TEST_F(ButtonTest, ClicksOnSpaceAndEnter) {
     press(button_, Qt::Key_Space);
     press(button_, Qt::Key_Return);
     press(button_, Qt::Key_Enter);
@@ -110,7 +110,7 @@ TEST_F(ButtonTest, IsDimmedAsAWholeWhileDisabled) {
     EXPECT_NEAR(qAlpha(picture(prominent).pixel(3, 14)), 255 * 0.38, 1.5);
 }
 
-TEST_F(ButtonTest, HasTheFillsOfItsStates) {
+TEST_F(ButtonTest, ChangesItsFillWithItsState) {
     const auto fill = [this] { return qAlpha(picture(button_).pixel(4, 14)) / 255.0; };
     const double rest = fill();
     hoverAt(button_, {10, 10});
@@ -122,7 +122,7 @@ TEST_F(ButtonTest, HasTheFillsOfItsStates) {
     EXPECT_NEAR(fill(), 0.03, 0.005);
 }
 
-TEST_F(ButtonTest, CanDestroyItselfInItsClick) {
+TEST_F(ButtonTest, MayBeDestroyedByItsClickAction) {
     const QPointer<Button> button(new Button(ButtonKind::chip));
     button->onClick([&button] { delete button.data(); });
 
@@ -131,7 +131,7 @@ TEST_F(ButtonTest, CanDestroyItselfInItsClick) {
     EXPECT_TRUE(button.isNull());
 }
 
-TEST_F(ButtonTest, SpeaksItsTextItsRoleAndItsState) {
+TEST_F(ButtonTest, HasAnAccessibleNameRoleAndState) {
     Button pin(ButtonKind::chip);
     pin.setSymbol(QStringLiteral("pin.fill"), 11);
     pin.setHelp(QStringLiteral("Pin Window on Top"));
@@ -146,7 +146,7 @@ TEST_F(ButtonTest, SpeaksItsTextItsRoleAndItsState) {
               QStringLiteral("Deactivate"));
 }
 
-TEST_F(ButtonTest, IsPressedByAssistiveTechnology) {
+TEST_F(ButtonTest, CanBePressedByAssistiveTechnology) {
     auto* action = static_cast<QAccessibleActionInterface*>(
         QAccessible::queryAccessibleInterface(&button_)->interface_cast(QAccessible::ActionInterface));
 
@@ -156,7 +156,7 @@ TEST_F(ButtonTest, IsPressedByAssistiveTechnology) {
     EXPECT_EQ(clicks_, 1);
 }
 
-TEST_F(ButtonTest, HasTheSizesOfItsKind) {
+TEST_F(ButtonTest, DerivesItsSizeFromItsKind) {
     Button chip(ButtonKind::chip);
     chip.setSquare(24);
 
@@ -186,7 +186,7 @@ protected:
     Button second_;
 };
 
-TEST_F(FocusTest, ShowsTheRingForTheKeyboard) {
+TEST_F(FocusTest, ShowsTheRingForKeyboardFocus) {
     first_.setFocus(Qt::TabFocusReason);
 
     ASSERT_TRUE(ring());
@@ -194,7 +194,7 @@ TEST_F(FocusTest, ShowsTheRingForTheKeyboard) {
     EXPECT_TRUE(ring()->geometry().contains(first_.geometry().adjusted(-3, -3, 3, 3)));
 }
 
-TEST_F(FocusTest, ShowsNoRingForThePointer) {
+TEST_F(FocusTest, ShowsNoRingForPointerFocus) {
     first_.setFocus(Qt::MouseFocusReason);
 
     EXPECT_FALSE(first_.showsFocus());
@@ -221,7 +221,7 @@ TEST_F(FocusTest, HidesTheRingWithItsControl) {
     EXPECT_TRUE(!ring() || !ring()->isVisible() || ring()->geometry().contains(second_.geometry()));
 }
 
-TEST_F(FocusTest, SurvivesTheEndOfItsControl) {
+TEST_F(FocusTest, SurvivesTheDestructionOfItsControl) {
     auto* third = new Button(ButtonKind::chip, &window_);
     third->show();
     third->setFocus(Qt::TabFocusReason);

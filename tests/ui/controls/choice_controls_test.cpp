@@ -11,7 +11,7 @@
 namespace kestro {
 namespace {
 
-TEST(SegmentAreasTest, AreEqualWithPaddingAndGapsOfTwo) {
+TEST(SegmentAreasTest, HaveEqualSizesWithPaddingAndGapsOfTwo) {
     const auto areas = segmentAreas({820, 34}, 4);
 
     ASSERT_EQ(areas.size(), 4U);
@@ -20,7 +20,7 @@ TEST(SegmentAreasTest, AreEqualWithPaddingAndGapsOfTwo) {
     EXPECT_EQ(areas[3].right(), 818);
 }
 
-TEST(SliderRangeTest, TakesTheNearestStep) {
+TEST(SliderRangeTest, RoundsToTheNearestStep) {
     const SliderRange cutoff{5, 50, 5};
 
     EXPECT_EQ(cutoff.nearest(22), 20);
@@ -30,14 +30,14 @@ TEST(SliderRangeTest, TakesTheNearestStep) {
     EXPECT_EQ(cutoff.nearest(std::numeric_limits<double>::quiet_NaN()), 5);
 }
 
-TEST(SliderRangeTest, ReachesAMaximumThatNoStepMeets) {
+TEST(SliderRangeTest, ReachesAMaximumBetweenSteps) {
     const SliderRange rpm{1200, 7345, 100};
 
     EXPECT_EQ(rpm.nearest(7345), 7345);
     EXPECT_EQ(rpm.nearest(7290), 7300);
 }
 
-TEST(SliderRangeTest, StepsFromBetweenTwoStepsToTheNextOne) {
+TEST(SliderRangeTest, SnapsToTheNextStepFromInBetween) {
     const SliderRange rpm{1350, 7300, 100};
 
     EXPECT_EQ(rpm.stepped(6000, 1), 6050);
@@ -49,7 +49,7 @@ TEST(SliderRangeTest, StepsFromBetweenTwoStepsToTheNextOne) {
     EXPECT_EQ((SliderRange{0, 10, 0.1}.stepped(0.1 + 0.2, 1)), 0.4);
 }
 
-TEST(SliderRangeTest, HasOnlyItsMinimumWithoutRoom) {
+TEST(SliderRangeTest, HasOnlyItsMinimumWhenEmpty) {
     const SliderRange empty{10, 10, 1};
 
     EXPECT_EQ(empty.nearest(40), 10);
@@ -84,7 +84,7 @@ TEST_F(ChoiceTest, PutsADarkKnobOnALightAccent) {
     EXPECT_EQ(markOn(KestroTheme::accentCool()), QColor(Qt::white));
 }
 
-TEST_F(ChoiceTest, SwitchTellsTheUsersChangesOnly) {
+TEST_F(ChoiceTest, SwitchReportsOnlyUserChanges) {
     ToggleSwitch toggle;
     toggle.resize(toggle.sizeHint());
     std::vector<bool> told;
@@ -99,7 +99,7 @@ TEST_F(ChoiceTest, SwitchTellsTheUsersChangesOnly) {
     EXPECT_GE(toggle.height(), 22);
 }
 
-TEST_F(ChoiceTest, SwitchSpeaksItsState) {
+TEST_F(ChoiceTest, SwitchExposesItsState) {
     ToggleSwitch toggle;
     toggle.setAccessibleName(QStringLiteral("Fans Linked"));
     toggle.setOn(true);
@@ -122,7 +122,7 @@ protected:
     std::vector<double> told_;
 };
 
-TEST_F(SliderTest, GoesOneStepWithTheArrowsAndFiveWithThePageKeys) {
+TEST_F(SliderTest, MovesOneStepWithArrowsAndFiveWithPageKeys) {
     press(slider_, Qt::Key_Right);
     press(slider_, Qt::Key_Left);
     press(slider_, Qt::Key_PageUp);
@@ -141,7 +141,7 @@ TEST_F(SliderTest, FollowsThePointer) {
     EXPECT_EQ(told_, (std::vector<double>{30, 50}));
 }
 
-TEST_F(SliderTest, TellsNothingWhenSet) {
+TEST_F(SliderTest, DoesNotNotifyWhenSetByCode) {
     slider_.setValue(20);
     slider_.setValue(35);
     slider_.setRange({5, 30, 5});
@@ -150,7 +150,7 @@ TEST_F(SliderTest, TellsNothingWhenSet) {
     EXPECT_EQ(slider_.value(), 30);
 }
 
-TEST_F(SliderTest, ShowsAValueBetweenTwoStepsAsItIs) {
+TEST_F(SliderTest, ShowsAValueBetweenStepsUnrounded) {
     slider_.setRange({1350, 7300, 100});
     slider_.setValue(6000);
 
@@ -163,7 +163,7 @@ TEST_F(SliderTest, ShowsAValueBetweenTwoStepsAsItIs) {
     EXPECT_EQ(told_, (std::vector<double>{6050, 5950}));
 }
 
-TEST_F(SliderTest, SetsTheEndThatAValueLiesBeyond) {
+TEST_F(SliderTest, CanSetTheEndThatTheValueIsBeyond) {
     slider_.setValueText([](double value) { return QString::number(value) + QLatin1Char('%'); });
     slider_.setValue(80);
     EXPECT_EQ(slider_.value(), 50);
@@ -176,7 +176,7 @@ TEST_F(SliderTest, SetsTheEndThatAValueLiesBeyond) {
     EXPECT_EQ(slider_.accessibleInfo().value, QStringLiteral("50%"));
 }
 
-TEST_F(SliderTest, SpeaksAndIsSetByAssistiveTechnology) {
+TEST_F(SliderTest, CanBeReadAndSetByAssistiveTechnology) {
     slider_.setValueText([](double value) { return QString::number(value) + QLatin1Char('%'); });
     QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&slider_);
 
@@ -203,7 +203,7 @@ protected:
     std::vector<int> told_;
 };
 
-TEST_F(SegmentedChoiceTest, IsChosenByPointerAndArrows) {
+TEST_F(SegmentedChoiceTest, ChoosesByPointerAndArrows) {
     clickAt(choice_, {290, 14});
     press(choice_, Qt::Key_Left);
     press(choice_, Qt::Key_Home);
@@ -213,21 +213,21 @@ TEST_F(SegmentedChoiceTest, IsChosenByPointerAndArrows) {
     EXPECT_EQ(told_, (std::vector{2, 1, 0, 2}));
 }
 
-TEST_F(SegmentedChoiceTest, TellsNothingForTheChosenSegment) {
+TEST_F(SegmentedChoiceTest, DoesNotNotifyForTheChosenSegment) {
     clickAt(choice_, {150, 14});
     choice_.setChosen(0);
 
     EXPECT_TRUE(told_.empty());
 }
 
-TEST_F(SegmentedChoiceTest, ShowsNoChoiceForAnUnknownOne) {
+TEST_F(SegmentedChoiceTest, ShowsNoChoiceForAnUnknownIndex) {
     choice_.setChosen(7);
 
     EXPECT_EQ(choice_.chosen(), -1);
     EXPECT_NO_FATAL_FAILURE(picture(choice_));
 }
 
-TEST_F(SegmentedChoiceTest, SpeaksEachSegment) {
+TEST_F(SegmentedChoiceTest, ExposesEachSegment) {
     QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&choice_);
 
     ASSERT_EQ(spoken->childCount(), 3);
@@ -240,7 +240,7 @@ TEST_F(SegmentedChoiceTest, SpeaksEachSegment) {
     EXPECT_EQ(spoken->child(3), nullptr);
 }
 
-TEST_F(SegmentedChoiceTest, IsChosenByTheVerticalArrowsToo) {
+TEST_F(SegmentedChoiceTest, ChoosesByVerticalArrowsToo) {
     press(choice_, Qt::Key_Down);
     press(choice_, Qt::Key_Up);
     press(choice_, Qt::Key_Up);
@@ -248,7 +248,7 @@ TEST_F(SegmentedChoiceTest, IsChosenByTheVerticalArrowsToo) {
     EXPECT_EQ(told_, (std::vector{2, 1, 0}));
 }
 
-TEST_F(SegmentedChoiceTest, WaitsForTheButtonToBeLetGoOnTheSameSegment) {
+TEST_F(SegmentedChoiceTest, ChoosesOnReleaseOverTheSameSegment) {
     send(choice_, QEvent::MouseButtonPress, {290, 14}, Qt::LeftButton);
     EXPECT_TRUE(told_.empty());
     send(choice_, QEvent::MouseButtonRelease, {10, 14}, Qt::NoButton);
@@ -258,7 +258,7 @@ TEST_F(SegmentedChoiceTest, WaitsForTheButtonToBeLetGoOnTheSameSegment) {
 
 using TabStripTest = ViewTest;
 
-TEST_F(TabStripTest, IsChosenAsTheButtonGoesDownAndByTheArrows) {
+TEST_F(TabStripTest, ChoosesOnPressAndByArrows) {
     TabStrip strip(
         {{QStringLiteral("Menu Bar"), {}}, {QStringLiteral("Power"), {}}, {QStringLiteral("Sensors"), {}}});
     strip.resize(300, TabStrip::kHeight);

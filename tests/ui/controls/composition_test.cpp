@@ -7,7 +7,7 @@ namespace {
 
 using CompositionTest = ViewTest;
 
-TEST_F(CompositionTest, LaysARowOutFromLeftToRight) {
+TEST_F(CompositionTest, LaysOutARowFromLeftToRight) {
     TextLabel* title = nullptr;
     Button* gear = nullptr;
     const std::unique_ptr<QWidget> header(row(Spacing(8), symbol("gauge.with.needle", 12),
@@ -27,7 +27,7 @@ TEST_F(CompositionTest, LaysARowOutFromLeftToRight) {
     EXPECT_EQ(gear->help(), QStringLiteral("Settings"));
 }
 
-TEST_F(CompositionTest, LaysAColumnOutFromTopToBottom) {
+TEST_F(CompositionTest, LaysOutAColumnFromTopToBottom) {
     TextLabel* lower = nullptr;
     const std::unique_ptr<QWidget> block(
         column(Insets{4, 3, 4, 3}, text("Upper"), space(5), text("Lower").into(lower), spacer()).release());
@@ -47,7 +47,7 @@ TEST_F(CompositionTest, OwnsItsElements) {
     EXPECT_FALSE(watched);
 }
 
-TEST_F(CompositionTest, TakesTextsOfCoreAndBrokenOnes) {
+TEST_F(CompositionTest, AcceptsStandardStringsAndInvalidUTF8) {
     const std::unique_ptr<TextLabel> fine(text(std::string("Cool")).release());
     const std::unique_ptr<TextLabel> broken(text(std::string("a\xff")).release());
 
@@ -55,7 +55,7 @@ TEST_F(CompositionTest, TakesTextsOfCoreAndBrokenOnes) {
     EXPECT_EQ(broken->text(), QStringLiteral("a") + QChar(QChar::ReplacementCharacter));
 }
 
-TEST_F(CompositionTest, ReservesTheRoomOfAValue) {
+TEST_F(CompositionTest, ReservesTheWidthOfTheWidestValue) {
     const std::unique_ptr<TextLabel> value(text("7%").value("100%").release());
 
     EXPECT_EQ(value->sizeHint().width(), std::ceil(textWidth(QStringLiteral("100%"), value->style())));

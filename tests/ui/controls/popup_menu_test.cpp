@@ -30,7 +30,7 @@ TEST_F(PopupMenuTest, HasRowsOfTwentyFourAndSeparatorsOfNine) {
     EXPECT_EQ(menu.sizeHint().height(), 4 + 24 + 9 + 24 + 4);
 }
 
-TEST_F(PopupMenuTest, HasItsCornersCutOffOnlyWhereNothingBlendsWindows) {
+TEST_F(PopupMenuTest, CutsItsCornersOnlyWithoutCompositing) {
     const auto shape = [](bool isBlended) {
         window_compositing::setOverride(isBlended);
         PopupMenu menu({entry("Silent"), entry("Cool")});
@@ -51,7 +51,7 @@ TEST_F(PopupMenuTest, ShowsAmpersandsAndTabsAsPlainText) {
     EXPECT_EQ(menu.actions()[0]->data().toString(), QStringLiteral("R&D x"));
 }
 
-TEST_F(PopupMenuTest, ChecksAndDisablesAsAsked) {
+TEST_F(PopupMenuTest, ChecksAndDisablesEntriesAsRequested) {
     MenuEntry checked = entry("Cool");
     checked.isChecked = true;
     MenuEntry disabled = entry("Turbo");
@@ -64,7 +64,7 @@ TEST_F(PopupMenuTest, ChecksAndDisablesAsAsked) {
     EXPECT_FALSE(menu.actions()[2]->isEnabled());
 }
 
-TEST_F(PopupMenuTest, RunsTheActionAfterTheMenuHasGone) {
+TEST_F(PopupMenuTest, RunsTheActionAfterTheMenuHasClosed) {
     int chosen = 0;
     QPointer<PopupMenu> menu = new PopupMenu({entry("Silent", [&] { ++chosen; })});
     menu->openAt({10, 10});
@@ -97,7 +97,7 @@ TEST_F(PopupMenuTest, MakesRoomForTheShortcut) {
     EXPECT_GT(PopupMenu({withShortcut}).sizeHint().width(), PopupMenu({plain}).sizeHint().width() + 28);
 }
 
-TEST_F(PopupMenuTest, GivesAShortcutRoomBesideItsOwnTitleOnly) {
+TEST_F(PopupMenuTest, ReservesShortcutRoomOnlyBesideItsOwnTitle) {
     MenuEntry longTitle = entry("Deactivate Keep-Awake (14m 05s)");
     MenuEntry withShortcut = entry("Settings...");
     withShortcut.shortcut = QStringLiteral("Ctrl+,");
@@ -105,7 +105,7 @@ TEST_F(PopupMenuTest, GivesAShortcutRoomBesideItsOwnTitleOnly) {
     EXPECT_EQ(PopupMenu({longTitle, withShortcut}).sizeHint().width(), PopupMenu({longTitle}).sizeHint().width());
 }
 
-TEST_F(PopupMenuTest, SaysItsTitleWithoutTheShortcut) {
+TEST_F(PopupMenuTest, KeepsTheShortcutOutOfTheTitle) {
     MenuEntry withShortcut = entry("Settings...");
     withShortcut.shortcut = QStringLiteral("Ctrl+,");
 
@@ -123,7 +123,7 @@ TEST_F(PopupMenuTest, OpensAwayFromTheRightEdgeOfTheScreen) {
     menu->close();
 }
 
-TEST_F(PopupMenuTest, CutsItsCornersOffWhereWindowsAreNotBlended) {
+TEST_F(PopupMenuTest, UpdatesItsShapeWhenReopened) {
     PopupMenu menu({entry("Silent"), entry("Cool")});
     menu.ensurePolished();
 
@@ -158,7 +158,7 @@ protected:
     int built_ = 0;
 };
 
-TEST_F(MenuButtonTest, BuildsItsMenuAfreshAtEachOpening) {
+TEST_F(MenuButtonTest, RebuildsItsMenuEachTimeItOpens) {
     for (int opening = 1; opening <= 2; ++opening) {
         button_.click();
         ASSERT_TRUE(menu());
@@ -170,7 +170,7 @@ TEST_F(MenuButtonTest, BuildsItsMenuAfreshAtEachOpening) {
     }
 }
 
-TEST_F(MenuButtonTest, OpensBelowItselfAsWideAsItIs) {
+TEST_F(MenuButtonTest, OpensAMenuAtLeastAsWideAsItself) {
     button_.click();
 
     ASSERT_TRUE(menu());
@@ -178,7 +178,7 @@ TEST_F(MenuButtonTest, OpensBelowItselfAsWideAsItIs) {
     menu()->close();
 }
 
-TEST_F(MenuButtonTest, OpensWithTheKeyboardOnItsFirstEntry) {
+TEST_F(MenuButtonTest, SelectsTheFirstEntryWhenOpenedByKeyboard) {
     press(button_, Qt::Key_Space);
 
     ASSERT_TRUE(menu());
@@ -186,7 +186,7 @@ TEST_F(MenuButtonTest, OpensWithTheKeyboardOnItsFirstEntry) {
     menu()->close();
 }
 
-TEST_F(MenuButtonTest, SpeaksOfItsMenu) {
+TEST_F(MenuButtonTest, HasTheMenuButtonRole) {
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&button_)->role(), QAccessible::ButtonMenu);
 }
 

@@ -25,7 +25,7 @@ TEST(SettingRowGeometryTest, PutsASwitchAfterTheTexts) {
     EXPECT_EQ(geometry.description, QRectF(39, 22.5, 725, 14));
 }
 
-TEST(SettingRowGeometryTest, KeepsTheTrailingRoomFree) {
+TEST(SettingRowGeometryTest, ReservesTheTrailingRoom) {
     const auto geometry = settingRowGeometry({400, 52}, {.mark = RowMark::chosen, .trailingRoom = 70});
 
     EXPECT_EQ(geometry.mark.right(), 388);
@@ -40,7 +40,7 @@ TEST(SettingRowGeometryTest, HasNoNegativeWidths) {
 
 using SettingRowTest = ViewTest;
 
-TEST_F(SettingRowTest, ReactsOverItsWholeWidth) {
+TEST_F(SettingRowTest, RespondsOverItsWholeWidth) {
     SettingRow row(RowMark::toggle, QStringLiteral("Float Dashboard On Top (Pinned)"), 40);
     row.resize(820, 40);
     std::vector<bool> told;
@@ -52,7 +52,7 @@ TEST_F(SettingRowTest, ReactsOverItsWholeWidth) {
     EXPECT_EQ(told, (std::vector{true, false}));
 }
 
-TEST_F(SettingRowTest, WaitsForItsOwnerWhereAChoiceMayBeRefused) {
+TEST_F(SettingRowTest, WaitsForItsOwnerWhenARequestMayBeRefused) {
     SettingRow row(RowMark::chosen, QStringLiteral("High Power"), 52);
     row.resize(820, 52);
     int asked = 0;
@@ -64,7 +64,7 @@ TEST_F(SettingRowTest, WaitsForItsOwnerWhereAChoiceMayBeRefused) {
     EXPECT_FALSE(row.isOn());
 }
 
-TEST_F(SettingRowTest, SpeaksTitleDescriptionAndState) {
+TEST_F(SettingRowTest, ExposesTitleDescriptionAndState) {
     SettingRow row(RowMark::radio, QStringLiteral("Display & System"), 52);
     row.setDescription(QStringLiteral("Prevents both"));
     row.setOn(true);
@@ -76,7 +76,7 @@ TEST_F(SettingRowTest, SpeaksTitleDescriptionAndState) {
     EXPECT_TRUE(spoken->state().checked);
 }
 
-TEST_F(SettingRowTest, RepaintsNothingForAnEqualState) {
+TEST_F(SettingRowTest, RepaintsNothingForTheSameState) {
     SettingRow row(RowMark::check, QStringLiteral("Memory"), 29);
     row.setOn(true);
     row.move(300, 300);  // away from the pointer
@@ -108,7 +108,7 @@ protected:
     std::vector<int> asked_;
 };
 
-TEST_F(ExclusiveGroupTest, IsOneStopOfTheTabKey) {
+TEST_F(ExclusiveGroupTest, IsASingleTabStop) {
     group_->setChosen(1);
 
     EXPECT_FALSE(rows_[0]->focusPolicy() & Qt::TabFocus);
@@ -116,7 +116,7 @@ TEST_F(ExclusiveGroupTest, IsOneStopOfTheTabKey) {
     EXPECT_FALSE(rows_[2]->focusPolicy() & Qt::TabFocus);
 }
 
-TEST_F(ExclusiveGroupTest, KeepsAStopWhenNoneIsChosen) {
+TEST_F(ExclusiveGroupTest, KeepsATabStopWhenNoneIsChosen) {
     group_->setChosen(-1);
 
     EXPECT_TRUE(rows_[0]->focusPolicy() & Qt::TabFocus);
@@ -131,7 +131,7 @@ TEST_F(ExclusiveGroupTest, ChoosesTheNeighbourWithTheArrows) {
     EXPECT_EQ(asked_, (std::vector{1, 2, 1}));
 }
 
-TEST_F(ExclusiveGroupTest, OnlyMovesTheFocusWhereAChoiceCosts) {
+TEST_F(ExclusiveGroupTest, OnlyMovesTheFocusWhenChoosingIsCostly) {
     ExclusiveGroup group({rows_.begin(), rows_.end()}, nullptr, GroupArrows::moveFocus);
     delete std::exchange(group_, nullptr);
     window_.activateWindow();
@@ -148,7 +148,7 @@ TEST_F(ExclusiveGroupTest, OnlyMovesTheFocusWhereAChoiceCosts) {
     EXPECT_EQ(asked_, (std::vector{2}));
 }
 
-TEST_F(ExclusiveGroupTest, HasItsStopWhereTheFocusIsAndThenAtTheChosenOneAgain) {
+TEST_F(ExclusiveGroupTest, MovesTheTabStopWithTheFocusAndRestoresIt) {
     ExclusiveGroup group({rows_.begin(), rows_.end()}, nullptr, GroupArrows::moveFocus);
     delete std::exchange(group_, nullptr);
     group.setChosen(1);

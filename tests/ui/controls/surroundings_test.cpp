@@ -12,7 +12,7 @@
 namespace kestro {
 namespace {
 
-TEST(TabAreasTest, AreEqualWithGapsOfFour) {
+TEST(TabAreasTest, HaveEqualWidthsWithGapsOfFour) {
     const auto areas = tabAreas({820, 44}, 7);
 
     ASSERT_EQ(areas.size(), 7U);
@@ -21,14 +21,14 @@ TEST(TabAreasTest, AreEqualWithGapsOfFour) {
     EXPECT_NEAR(areas[6].right(), 820, 1e-9);
 }
 
-TEST(EdgeFadesTest, ShowThatThereIsMore) {
+TEST(EdgeFadesTest, IndicateMoreContent) {
     EXPECT_EQ(edgeFades(0, 0), (EdgeFades{0, 0}));
     EXPECT_EQ(edgeFades(0, 100), (EdgeFades{0, 18}));
     EXPECT_EQ(edgeFades(40, 100), (EdgeFades{14, 18}));
     EXPECT_EQ(edgeFades(100, 100), (EdgeFades{14, 0}));
 }
 
-TEST(ScrollThumbTest, StandsFourFromTheEdgeAndFiveWide) {
+TEST(ScrollThumbTest, IsFiveWideAndFourFromTheEdge) {
     EXPECT_EQ(scrollThumb(14, 400, 0, 400), QRectF(5, 0, 5, 200));
     EXPECT_EQ(scrollThumb(14, 400, 400, 400), QRectF(5, 200, 5, 200));
 }
@@ -61,20 +61,20 @@ TEST_F(SurroundingsTest, TooltipShowsPlainTextInAtMostEightLines) {
               QStringList{QStringLiteral("<b>Settings</b> &x")});
 }
 
-TEST_F(SurroundingsTest, TooltipIsAsLargeAsItsText) {
+TEST_F(SurroundingsTest, TooltipFitsItsText) {
     const Tooltip tooltip(QStringLiteral("Settings"));
 
     EXPECT_EQ(tooltip.height(), 14 + 2 * 4);
     EXPECT_GT(tooltip.width(), 16);
 }
 
-TEST_F(SurroundingsTest, BadgeHasTheHeightOfItsPlace) {
+TEST_F(SurroundingsTest, BadgeHasTheSizeOfItsKind) {
     EXPECT_EQ(Badge(BadgeKind::section, QStringLiteral("Nominal")).sizeHint().height(), 14);
     EXPECT_EQ(Badge(BadgeKind::settings, QStringLiteral("ACTIVE")).sizeHint().height(), 18);
     EXPECT_EQ(Badge(BadgeKind::dot, QStringLiteral("Nominal")).sizeHint(), QSize(6, 6));
 }
 
-TEST_F(SurroundingsTest, BadgeSaysItsWordEvenWhereOnlyTheDotShows) {
+TEST_F(SurroundingsTest, BadgeKeepsItsAccessibleNameWhenOnlyTheDotShows) {
     Badge badge(BadgeKind::dot);
 
     badge.setState(QStringLiteral("Critical"), KestroTheme::accentCritical);
@@ -82,7 +82,7 @@ TEST_F(SurroundingsTest, BadgeSaysItsWordEvenWhereOnlyTheDotShows) {
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&badge)->text(QAccessible::Name), QStringLiteral("Critical"));
 }
 
-TEST_F(SurroundingsTest, TabsAreChosenByPointerAndArrows) {
+TEST_F(SurroundingsTest, TabsCanBeChosenByPointerAndArrows) {
     TabStrip tabs({{QStringLiteral("A"), {}}, {QStringLiteral("B"), {}}, {QStringLiteral("C"), {}}});
     tabs.resize(308, 44);
     std::vector<int> told;
@@ -99,7 +99,7 @@ TEST_F(SurroundingsTest, TabsAreChosenByPointerAndArrows) {
     EXPECT_EQ(tabs.chosen(), 2);
 }
 
-TEST_F(SurroundingsTest, TabsAreSpokenAsPages) {
+TEST_F(SurroundingsTest, TabsHaveThePageTabRole) {
     TabStrip tabs({{QStringLiteral("Menu Bar"), {}}, {QStringLiteral("Sensors"), {}}});
     QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&tabs);
 
@@ -135,7 +135,7 @@ TEST_F(SurroundingsTest, TileClipsItsPictureToItsOutline) {
     EXPECT_EQ(tile.sizeHint().height(), 86 + 26);
 }
 
-TEST_F(SurroundingsTest, TileOutlinesItselfMoreWithHighContrast) {
+TEST_F(SurroundingsTest, TileHasAStrongerOutlineInHighContrast) {
     OptionTile tile(QStringLiteral("Header Band"), 86, [](QPainter&, const QRectF&) {});
     tile.resize(tile.sizeHint());
     const auto border = [&tile] { return qAlpha(picture(tile).pixel(90, 0)); };
@@ -150,7 +150,7 @@ TEST_F(SurroundingsTest, TileOutlinesItselfMoreWithHighContrast) {
     EXPECT_NE(raised, border());
 }
 
-TEST_F(SurroundingsTest, ScrollAreaScrollsContentThatIsTaller) {
+TEST_F(SurroundingsTest, ScrollAreaScrollsTallerContent) {
     auto* content = new QWidget;
     content->setFixedHeight(900);
     ScrollArea area(content);
@@ -162,7 +162,7 @@ TEST_F(SurroundingsTest, ScrollAreaScrollsContentThatIsTaller) {
     EXPECT_EQ(content->width(), 300);
 }
 
-/// Paints itself all over in one colour.
+/// A widget filled with one colour.
 class Filled : public QWidget {
 public:
     explicit Filled(const QColor& color, QWidget* parent = nullptr) : QWidget(parent), color_(color) {}
@@ -195,7 +195,7 @@ TEST_F(SurroundingsTest, ScrollAreaFadesItsContentIntoTheSurfaceBehind) {
     EXPECT_EQ(column(399), QColor(Qt::blue));
 }
 
-TEST_F(SurroundingsTest, ScrollAreaRepaintsNoMoreThanWhatChanges) {
+TEST_F(SurroundingsTest, ScrollAreaRepaintsOnlyWhatChanges) {
     Filled surface(Qt::red);
     surface.resize(300, 400);
     auto* content = new QWidget;
@@ -218,7 +218,7 @@ TEST_F(SurroundingsTest, ScrollAreaRepaintsNoMoreThanWhatChanges) {
     other.setParent(nullptr);
 }
 
-TEST_F(SurroundingsTest, ScrollAreaShowsItsContentAsStrongAsAsked) {
+TEST_F(SurroundingsTest, ScrollAreaAppliesItsContentOpacity) {
     Filled surface(Qt::red);
     surface.resize(300, 400);
     ScrollArea area(new Filled(Qt::blue), &surface);
@@ -234,7 +234,7 @@ TEST_F(SurroundingsTest, ScrollAreaShowsItsContentAsStrongAsAsked) {
     EXPECT_EQ(middle(), QColor(Qt::blue));
 }
 
-TEST_F(SurroundingsTest, BarKeepsAShortFillWithinItsTrack) {
+TEST_F(SurroundingsTest, BarClipsAShortFillToItsTrack) {
     QImage image(40, 4, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);

@@ -7,7 +7,7 @@ namespace {
 
 using TextLabelTest = ViewTest;
 
-TEST_F(TextLabelTest, ReadsMarkupAndMnemonicsAsPlainText) {
+TEST_F(TextLabelTest, TreatsMarkupAndMnemonicsAsPlainText) {
     TextLabel label(QStringLiteral("<b>R&D</b>"));
 
     const QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(&label);
@@ -18,7 +18,7 @@ TEST_F(TextLabelTest, ReadsMarkupAndMnemonicsAsPlainText) {
     EXPECT_GT(label.sizeHint().width(), TextLabel(QStringLiteral("R&D")).sizeHint().width());
 }
 
-TEST_F(TextLabelTest, RepaintsNothingForAnEqualText) {
+TEST_F(TextLabelTest, RepaintsNothingForTheSameText) {
     TextLabel label(QStringLiteral("42%"));
     label.show();
     QApplication::processEvents();
@@ -31,7 +31,7 @@ TEST_F(TextLabelTest, RepaintsNothingForAnEqualText) {
     EXPECT_EQ(paints.count, 0);
 }
 
-TEST_F(TextLabelTest, RepaintsOnceForAnotherText) {
+TEST_F(TextLabelTest, RepaintsOnceForNewText) {
     TextLabel label(QStringLiteral("42%"));
     label.show();
     QApplication::processEvents();

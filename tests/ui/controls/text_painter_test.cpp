@@ -16,7 +16,7 @@ TEST_F(TextPainter, GivesAllFiguresTheSameWidth) {
     EXPECT_DOUBLE_EQ(textWidth(QStringLiteral("11.1%"), style), textWidth(QStringLiteral("90.4%"), style));
 }
 
-TEST_F(TextPainter, TracksFiguresAsItTracksLetters) {
+TEST_F(TextPainter, TracksFiguresLikeLetters) {
     TextStyle untracked = text_styles::displayFigure;
     untracked.tracking = 0;
     for (const char* text : {"1", "100", "88", "12.5", "GB", "1000 GB"}) {
@@ -29,13 +29,13 @@ TEST_F(TextPainter, TracksFiguresAsItTracksLetters) {
     }
 }
 
-TEST_F(TextPainter, LeavesATextThatFitsAlone) {
+TEST_F(TextPainter, LeavesFittingTextUnchanged) {
     const FittedText fitted = fitText(QStringLiteral("Memory"), text_styles::rowLabel, 200, TextFit::label);
 
     EXPECT_EQ(fitted, (FittedText{QStringLiteral("Memory"), 1}));
 }
 
-TEST_F(TextPainter, ShrinksALabelBeforeItIsElided) {
+TEST_F(TextPainter, ShrinksALabelBeforeElidingIt) {
     const double natural = textWidth(kLong, text_styles::rowLabel);
 
     const FittedText fitted = fitText(kLong, text_styles::rowLabel, natural * 0.9, TextFit::label);
@@ -55,7 +55,7 @@ TEST_F(TextPainter, ElidesALabelAtTheRightAtFourFifthsOfItsSize) {
     EXPECT_LE(textWidth(fitted.text, smaller), 60);
 }
 
-TEST_F(TextPainter, KeepsALabelWholeThatFitsToAHair) {
+TEST_F(TextPainter, DoesNotElideALabelThatJustFits) {
     const double room = textWidth(kLong, text_styles::rowLabel) * 0.8;
 
     EXPECT_EQ(fitText(kLong, text_styles::rowLabel, room - 1e-9, TextFit::label).text, kLong);
@@ -79,7 +79,7 @@ TEST_F(TextPainter, NeverShrinksBelowSevenPoints) {
     EXPECT_NEAR(fitted.scale * tiny.size, 7, 0.001);
 }
 
-TEST_F(TextPainter, FitsIntoNoRoomWithoutHarm) {
+TEST_F(TextPainter, HandlesABoxWithoutWidth) {
     EXPECT_EQ(fitText(QString(), text_styles::rowLabel, 0, TextFit::label).text, QString());
     EXPECT_EQ(fitText(kLong, text_styles::rowLabel, -5, TextFit::label).text, QString(QChar(0x2026)));
 }
@@ -92,11 +92,11 @@ TEST_F(TextPainter, ShowsControlAndDirectionCharactersAsSpaces) {
     EXPECT_EQ(line, QStringLiteral("evil   [31m txt.exe"));
 }
 
-TEST_F(TextPainter, CutsATextThatNoSurfaceCanShow) {
+TEST_F(TextPainter, TruncatesOverlongText) {
     EXPECT_EQ(singleLine(QString(1'000'000, QLatin1Char('x'))).size(), 512);
 }
 
-TEST_F(TextPainter, KeepsAPairOfSurrogatesTogetherWhenEliding) {
+TEST_F(TextPainter, NeverSplitsASurrogatePairWhenEliding) {
     const QString faces = QString::fromUtf8("😀😀😀😀😀😀😀😀😀😀😀😀");
 
     for (double width = 5; width < 120; width += 3) {
@@ -111,21 +111,21 @@ TEST_F(TextPainter, CentresTheTextInItsLine) {
     EXPECT_DOUBLE_EQ(baselineOffset(12, 9, 3), 9);
 }
 
-TEST_F(TextPainter, SetsTheBaselineInWholePointsAtEveryScale) {
+TEST_F(TextPainter, PlacesTheBaselineOnWholePointsAtEveryScale) {
     EXPECT_DOUBLE_EQ(baselineOffset(12, 8.72, 2.17), 9);
     EXPECT_DOUBLE_EQ(baselineOffset(14, 8.72, 2.17), 10);
     EXPECT_DOUBLE_EQ(baselineOffset(14, 9.69, 2.41), 11);
     EXPECT_DOUBLE_EQ(baselineOffset(30, 29.06, 7.24), 26);
 }
 
-TEST_F(TextPainter, SetsCapitals) {
+TEST_F(TextPainter, AppliesCapitals) {
     TextStyle capitals = text_styles::groupHeading;
 
     EXPECT_DOUBLE_EQ(textWidth(QStringLiteral("Compute"), capitals),
                      textWidth(QStringLiteral("COMPUTE"), capitals));
 }
 
-TEST_F(TextPainter, FollowsAChangeOfTheFont) {
+TEST_F(TextPainter, FollowsAFontChange) {
     const double before = textWidth(QStringLiteral("Performance"), text_styles::rowLabel);
 
     KestroFonts::setFamily(QStringLiteral("DejaVu Sans Mono"));

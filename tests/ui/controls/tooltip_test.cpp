@@ -10,7 +10,7 @@
 namespace kestro {
 namespace {
 
-/// A view with the pointer about to come; the wait ends when the test says so.
+/// Fixture with a view for the pointer to enter; the test ends the delay itself.
 class TooltipTest : public ViewTest {
 protected:
     TooltipTest() {
@@ -45,7 +45,7 @@ protected:
     std::unique_ptr<View> view_ = std::make_unique<View>();
 };
 
-TEST_F(TooltipTest, AppearsAfterItsWaitOnly) {
+TEST_F(TooltipTest, AppearsOnlyAfterItsDelay) {
     enter(*view_);
     EXPECT_EQ(Tooltip::kDelayMilliseconds, 500);
     EXPECT_TRUE(isWaiting());
@@ -57,7 +57,7 @@ TEST_F(TooltipTest, AppearsAfterItsWaitOnly) {
     EXPECT_EQ(Tooltip::current()->lines(), QStringList{QStringLiteral("/usr/bin/first")});
 }
 
-TEST_F(TooltipTest, DoesNotAppearWhenThePointerLeftBefore) {
+TEST_F(TooltipTest, DoesNotAppearIfThePointerLeavesFirst) {
     enter(*view_);
     leave(*view_);
     EXPECT_FALSE(isWaiting());
@@ -67,7 +67,7 @@ TEST_F(TooltipTest, DoesNotAppearWhenThePointerLeftBefore) {
     EXPECT_FALSE(isShown());
 }
 
-TEST_F(TooltipTest, GoesWithALeaveAPressAKeyAndAHiddenView) {
+TEST_F(TooltipTest, HidesOnLeavePressKeyAndHiddenView) {
     rest();
     leave(*view_);
     EXPECT_FALSE(isShown());
@@ -86,7 +86,7 @@ TEST_F(TooltipTest, GoesWithALeaveAPressAKeyAndAHiddenView) {
     EXPECT_FALSE(isShown());
 }
 
-TEST_F(TooltipTest, FollowsAChangedHelpWhileItIsShown) {
+TEST_F(TooltipTest, UpdatesWhenTheHelpChangesWhileShown) {
     rest();
     const int before = Tooltip::current()->width();
     const QPoint place = Tooltip::current()->pos();
@@ -100,7 +100,7 @@ TEST_F(TooltipTest, FollowsAChangedHelpWhileItIsShown) {
     EXPECT_EQ(Tooltip::current()->pos().y(), place.y());
 }
 
-TEST_F(TooltipTest, ShowsTheHelpThatIsTrueWhenTheWaitEnds) {
+TEST_F(TooltipTest, ShowsTheLatestHelpWhenTheDelayEnds) {
     enter(*view_);
     view_->setHelp(QStringLiteral("/usr/bin/second"));
     EXPECT_TRUE(isWaiting());
@@ -111,7 +111,7 @@ TEST_F(TooltipTest, ShowsTheHelpThatIsTrueWhenTheWaitEnds) {
     EXPECT_EQ(Tooltip::current()->lines(), QStringList{QStringLiteral("/usr/bin/second")});
 }
 
-TEST_F(TooltipTest, EndsWithoutAHelp) {
+TEST_F(TooltipTest, HidesWhenTheHelpBecomesEmpty) {
     rest();
     view_->setHelp(QString());
     EXPECT_FALSE(isShown());
@@ -123,7 +123,7 @@ TEST_F(TooltipTest, EndsWithoutAHelp) {
     EXPECT_FALSE(isWaiting());
 }
 
-TEST_F(TooltipTest, IgnoresAChangeOfAnotherView) {
+TEST_F(TooltipTest, IgnoresHelpChangesOfOtherViews) {
     View other;
     rest();
 
@@ -134,7 +134,7 @@ TEST_F(TooltipTest, IgnoresAChangeOfAnotherView) {
     EXPECT_EQ(Tooltip::current()->lines(), QStringList{QStringLiteral("/usr/bin/first")});
 }
 
-TEST_F(TooltipTest, IsTheDarkestOfTheGlassesAndFlat) {
+TEST_F(TooltipTest, IsFlatAndTheDarkestGlass) {
     Tooltip tooltip(QStringLiteral("i"));
     tooltip.resize(60, 80);
 

@@ -12,7 +12,7 @@ QAccessible::Role roleOf(QWidget& widget) {
     return QAccessible::queryAccessibleInterface(&widget)->role();
 }
 
-TEST_F(ViewAccessibleTest, MakesWindowsOfWindowsAndGroupsOfNamedWidgets) {
+TEST_F(ViewAccessibleTest, ExposesWindowsAsWindowsAndNamedWidgetsAsGroups) {
     installViewAccessibility();
     QWidget window;
     window.setWindowTitle(QStringLiteral("Kestro"));

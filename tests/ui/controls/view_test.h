@@ -21,14 +21,14 @@
 
 namespace kestro {
 
-/// Preferences that hold nothing, so that every setting starts with its default.
+/// Empty preferences: every setting starts with its default.
 class NoPreferences final : public UserDefaults {
 public:
     std::optional<PreferenceValue> object(std::string_view) const override { return std::nullopt; }
     void set(std::string_view, PreferenceValue) override {}
 };
 
-/// A test of painted views: default settings for the theme, and nothing moves.
+/// Fixture for painted views, with default settings for the theme and reduced motion.
 class ViewTest : public testing::Test {
 protected:
     ViewTest() : settings_(preferences_) {
@@ -75,7 +75,7 @@ protected:
     UserSettings settings_;
 };
 
-/// Counts the repaints that a widget was asked for and the area of the last one.
+/// Counts the paint events of a widget.
 class PaintCounter : public QObject {
 public:
     explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
@@ -88,7 +88,7 @@ protected:
     }
 };
 
-/// Gathers what a widget repaints.
+/// Accumulates the region that a widget repaints.
 class PaintedRegion : public QObject {
 public:
     explicit PaintedRegion(QWidget& widget) { widget.installEventFilter(this); }

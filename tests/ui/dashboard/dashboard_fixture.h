@@ -16,7 +16,7 @@
 
 namespace kestro {
 
-/// A test of the dashboard on a simulated machine that has run for a while.
+/// Fixture for the dashboard on a simulated machine that has settled.
 class DashboardViewTest : public testing::Test {
 protected:
     DashboardViewTest() { motion::setReduced(true); }

@@ -12,7 +12,7 @@ SectionGrid gridAt(double width, double height, int sections = 5) {
     return sectionGrid(sectionRowMetrics(width, sections).tier, frames.front().size());
 }
 
-TEST(DashboardWidth, GrowsWithTheSectionsFromThree) {
+TEST(DashboardWidth, GrowsWithTheSectionsAboveThree) {
     EXPECT_EQ(dashboardWidth(5), 1260);
     EXPECT_EQ(dashboardWidth(4), 1024);
     EXPECT_EQ(dashboardWidth(3), 788);
@@ -20,7 +20,7 @@ TEST(DashboardWidth, GrowsWithTheSectionsFromThree) {
     EXPECT_EQ(dashboardWidth(0), 788);
 }
 
-TEST(SectionRowMetricsTest, IsWideFrom215PerSection) {
+TEST(SectionRowMetricsTest, IsFullFrom215PerSection) {
     EXPECT_EQ(sectionRowMetrics(1260, 5), (SectionRowMetrics{18, 20, SectionTier::full}));
     EXPECT_EQ(sectionRowMetrics(1075, 5), (SectionRowMetrics{18, 20, SectionTier::full}));
 }
@@ -36,13 +36,13 @@ TEST(SectionRowMetricsTest, IsTightBelow175PerSection) {
     EXPECT_EQ(sectionRowMetrics(740, 5), (SectionRowMetrics{8, 10, SectionTier::tight}));
 }
 
-TEST(SectionRowMetricsTest, CountsNoSectionAsOne) {
+TEST(SectionRowMetricsTest, CountsNoSectionsAsOne) {
     EXPECT_EQ(sectionRowMetrics(215, 0), (SectionRowMetrics{18, 20, SectionTier::full}));
     EXPECT_EQ(sectionRowMetrics(214, 0).tier, SectionTier::compact);
     EXPECT_TRUE(sectionFrames({788, 480}, 0).empty());
 }
 
-TEST(SectionFramesTest, AreOfEqualWidthBetweenHeaderAndFooter) {
+TEST(SectionFramesTest, HaveEqualWidthsBetweenHeaderAndFooter) {
     const auto frames = sectionFrames({1260, 480}, 5);
 
     ASSERT_EQ(frames.size(), 5U);
@@ -73,7 +73,7 @@ TEST(SectionGridTest, IsFullAtTheIdealSize) {
     EXPECT_FALSE(grid.isDense);
 }
 
-TEST(SectionGridTest, HasHigherRowsWhenCompact) {
+TEST(SectionGridTest, HasTallerRowsWhenCompact) {
     const SectionGrid grid = gridAt(1000, 480);
 
     EXPECT_EQ(grid.heroHeight, 92);
@@ -83,7 +83,7 @@ TEST(SectionGridTest, HasHigherRowsWhenCompact) {
     EXPECT_FALSE(grid.isDense);
 }
 
-TEST(SectionGridTest, IsDenseWhereTheRowsHaveLessThan196) {
+TEST(SectionGridTest, IsDenseWhenTheRowsGetLessThan196) {
     const SectionGrid tight = gridAt(740, 420);
     EXPECT_TRUE(tight.isDense);
     EXPECT_EQ(tight.pitch, 24);
@@ -93,7 +93,7 @@ TEST(SectionGridTest, IsDenseWhereTheRowsHaveLessThan196) {
     EXPECT_FALSE(gridAt(1260, 470).isDense);
 }
 
-TEST(SectionGridTest, HasRowsOfTwentyAtLeast) {
+TEST(SectionGridTest, HasRowsOfAtLeastTwenty) {
     const SectionGrid grid = gridAt(1260, 420);
 
     EXPECT_EQ(grid.pitch, 20);
@@ -109,7 +109,7 @@ TEST(SectionGridTest, GivesTheHeroTwoFifthsOfTheSpareHeight) {
     EXPECT_EQ(grid.detailPitch, 46);
 }
 
-TEST(SectionGridTest, GivesTheHero180AtMost) {
+TEST(SectionGridTest, GivesTheHeroAtMost180) {
     EXPECT_EQ(gridAt(3840, 2160).heroHeight, 112 + 180);
 }
 
@@ -124,17 +124,17 @@ TEST(SectionGridTest, KeepsSevenRowsWithinTheCardAtAnySize) {
     }
 }
 
-TEST(ProcessListLayoutTest, StartsInLineWithTheRowsOfTheOtherSections) {
+TEST(ProcessListLayoutTest, AlignsWithTheRowsOfOtherSections) {
     EXPECT_EQ(processListLayout(gridAt(1260, 480), 6, false).firstRow, 40);
     EXPECT_EQ(processListLayout(gridAt(1000, 480), 6, false).firstRow, 42);
     EXPECT_EQ(processListLayout(gridAt(1260, 480), 6, false).headTop, 25);
 }
 
-TEST(ProcessListLayoutTest, StartsAt44WhereNoRowIsNear) {
+TEST(ProcessListLayoutTest, StartsAt44WhenNoRowIsNear) {
     EXPECT_EQ(processListLayout(gridAt(740, 420), 8, false).firstRow, 44);
 }
 
-TEST(ProcessListLayoutTest, NamesTheMachineFromAHeightOf330) {
+TEST(ProcessListLayoutTest, NamesTheMachineAboveAHeightOf330) {
     const SectionGrid high = gridAt(1260, 453);
     const SectionGrid low = gridAt(1260, 452);
 
@@ -144,7 +144,7 @@ TEST(ProcessListLayoutTest, NamesTheMachineFromAHeightOf330) {
     EXPECT_EQ(processListLayout(high, 6, false).footTop, 331 - 39);
 }
 
-TEST(ProcessListLayoutTest, SharesTheHeightAmongTheProcesses) {
+TEST(ProcessListLayoutTest, DividesTheHeightAmongTheProcesses) {
     const ProcessListLayout six = processListLayout(gridAt(1260, 480), 6, false);
     const ProcessListLayout ten = processListLayout(gridAt(1260, 480), 10, false);
 
@@ -154,7 +154,7 @@ TEST(ProcessListLayoutTest, SharesTheHeightAmongTheProcesses) {
     EXPECT_EQ(ten.rows, 10);
 }
 
-TEST(ProcessListLayoutTest, DropsWhatDoesNotFitInRowsOfSeventeen) {
+TEST(ProcessListLayoutTest, DropsProcessesThatDoNotFitInRowsOf17) {
     const SectionGrid grid = gridAt(1260, 420);
 
     const ProcessListLayout many = processListLayout(grid, 40, false);
@@ -164,7 +164,7 @@ TEST(ProcessListLayoutTest, DropsWhatDoesNotFitInRowsOfSeventeen) {
     EXPECT_LE(many.firstRow + many.rows * many.rowHeight, grid.height);
 }
 
-TEST(ProcessListLayoutTest, HidesTheLesserColumnWhenTight) {
+TEST(ProcessListLayoutTest, HidesTheUnsortedColumnWhenTight) {
     EXPECT_EQ(processListLayout(gridAt(1260, 480), 6, false).cpuWidth, 44);
     EXPECT_EQ(processListLayout(gridAt(1260, 480), 6, false).memoryWidth, 50);
     EXPECT_EQ(processListLayout(gridAt(1000, 480), 6, false).cpuWidth, 40);

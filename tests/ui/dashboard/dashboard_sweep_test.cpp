@@ -3,7 +3,7 @@
 namespace kestro {
 namespace {
 
-/// Every size, with machines from the smallest to the largest.
+/// A machine to test at every size, from the smallest to the largest.
 struct Machine {
     const char* name;
     int cores;
@@ -39,7 +39,7 @@ protected:
         machine_->settle();
     }
 
-    /// What of a child is visibly its own: without the hit areas and bleeds that may overlap.
+    /// The visible area of a child, without the click areas and bleeds that may overlap.
     static QRect ownArea(const QWidget& child) {
         const QRect area = child.geometry();
         return qobject_cast<const SparklineView*>(&child) ? area.adjusted(1, 1, -1, -1) : area;
@@ -70,7 +70,7 @@ protected:
     }
 };
 
-TEST_P(DashboardLayoutSweep, OverlapsNothingAtAnySizeAndSectionCount) {
+TEST_P(DashboardLayoutSweep, HasNoOverlapsAtAnySizeAndSectionCount) {
     makeMachine(GetParam());
     show(1260, 480);
     const QSize sizes[] = {{740, 420},  {788, 480},  {800, 460},   {1000, 480},  {1075, 430}, {1260, 420},

@@ -11,7 +11,7 @@
 namespace kestro {
 namespace {
 
-TEST_F(DashboardViewTest, HasTheIdealSizeOfItsSections) {
+TEST_F(DashboardViewTest, HasTheIdealSizeForItsSections) {
     make();
     EXPECT_EQ(view_->sizeHint(), QSize(1260, 480));
     EXPECT_EQ(view_->minimumSizeHint(), QSize(720, 420));
@@ -23,7 +23,7 @@ TEST_F(DashboardViewTest, HasTheIdealSizeOfItsSections) {
     EXPECT_EQ(view_->sizeHint(), QSize(788, 480));
 }
 
-TEST_F(DashboardViewTest, AsksTheApplicationThroughItsButtons) {
+TEST_F(DashboardViewTest, CallsItsActionsFromTheHeaderButtons) {
     make();
     show(1260, 480);
 
@@ -104,7 +104,7 @@ TEST_F(DashboardViewTest, ShowsTheValuesOfTheMachine) {
     EXPECT_EQ(rowValue(QStringLiteral("Power Mode")), QStringLiteral("AUTO"));
 }
 
-TEST_F(DashboardViewTest, ShowsTemperaturesInCelsiusWhateverTheUnit) {
+TEST_F(DashboardViewTest, ShowsTemperaturesInCelsiusRegardlessOfTheUnit) {
     make([](SimulatedMac& mac) { mac.freeze(); });
     machine_->settings().temperatureUnit.set(TemperatureUnit::fahrenheit);
     show(1260, 480);
@@ -143,7 +143,7 @@ TEST_F(DashboardViewTest, DoesNoWorkWhileMinimisedAndCatchesUpWhenRestored) {
     EXPECT_EQ(rowValue(QStringLiteral("Battery")), QStringLiteral("15%"));
 }
 
-TEST_F(DashboardViewTest, TellsTheTargetsOfTheCurvesWithMoreThanTwoFans) {
+TEST_F(DashboardViewTest, ShowsCurveTargetsAsHelpWithMoreThanTwoFans) {
     make([](SimulatedMac& mac) { mac.smc.setFans(std::array{1000.0F, 1100.0F, 1200.0F}); });
     show(1260, 480);
     const auto helps = [this] {
@@ -172,7 +172,7 @@ TEST_F(DashboardViewTest, RepaintsOnlyTheValueThatChanged) {
 
     machine_->advance(std::chrono::milliseconds(1100));
     QApplication::processEvents();
-    EXPECT_TRUE(region.painted.isEmpty()) << "an unchanged tick paints nothing";
+    EXPECT_TRUE(region.painted.isEmpty()) << "an unchanged sample repaints nothing";
     machine_->mac.powerSources.setBattery(61, false);
     machine_->advance(std::chrono::milliseconds(1000));
     QApplication::processEvents();
@@ -197,10 +197,10 @@ TEST_F(DashboardViewTest, ListsTheProcessesAgainWhenAColumnHeadIsClicked) {
     heads[1]->click();
     machine_->mac.runPending();
 
-    EXPECT_EQ(machine_->mac.commandRunner.calls().size(), listings + 1) << "already sorted so";
+    EXPECT_EQ(machine_->mac.commandRunner.calls().size(), listings + 1) << "already sorted by this column";
 }
 
-TEST_F(DashboardViewTest, SwitchesTheMetricWithTheOneHeadOfATightList) {
+TEST_F(DashboardViewTest, TogglesTheMetricWithTheSingleHeadOfATightList) {
     make();
     show(740, 420);
     const auto heads = section<ActivitySection>().findChildren<Button*>();
@@ -236,7 +236,7 @@ TEST_F(DashboardViewTest, ShowsNoRowsWithoutProcesses) {
     }
 }
 
-TEST_F(DashboardViewTest, ShowsAsManyProcessesAsAskedFor) {
+TEST_F(DashboardViewTest, ShowsTheRequestedNumberOfProcesses) {
     make();
     machine_->settings().processCountLimit.set(10);
     machine_->settle();
@@ -250,7 +250,7 @@ TEST_F(DashboardViewTest, ShowsAsManyProcessesAsAskedFor) {
     EXPECT_EQ(visible, 10);
 }
 
-TEST_F(DashboardViewTest, SpeaksOfAsManyProcessesAsItCanShowWhateverIsStored) {
+TEST_F(DashboardViewTest, ClampsTheProcessCountInItsRemark) {
     const std::pair<std::int64_t, const char*> cases[] = {
         {-5, "Top 1"}, {0, "Top 1"}, {6, "Top 6"}, {1'000'000'000'000, "Top 64"}};
     for (const auto& [count, meta] : cases) {
@@ -266,7 +266,7 @@ TEST_F(DashboardViewTest, SpeaksOfAsManyProcessesAsItCanShowWhateverIsStored) {
     }
 }
 
-TEST_F(DashboardViewTest, RecoloursAccentsAndGroundButNoFixedColourWithThePalette) {
+TEST_F(DashboardViewTest, RecoloursOnlyAccentsAndGroundWithThePalette) {
     make([](SimulatedMac& mac) { mac.machHost.coreLoads.assign(mac.machHost.coreLoads.size(), 60); });
     UserSettings& settings = machine_->settings();
     settings.themePalette.set(ThemePalette::cryogenic);
@@ -275,7 +275,7 @@ TEST_F(DashboardViewTest, RecoloursAccentsAndGroundButNoFixedColourWithThePalett
     show(1260, 480);
     const QWidget& cores = *section<ComputeSection>().findChild<CoreMatrixView*>();
     const QPoint bar = cores.mapTo(view_.get(), QPoint(2, 0));
-    // How many pixels of an area are nearly of a colour.
+    // Counts the pixels of an area that nearly match a colour.
     const auto count = [](const QImage& image, const QRect& area, const QColor& color) {
         int found = 0;
         for (int y = area.top(); y <= area.bottom(); ++y) {
@@ -310,11 +310,11 @@ TEST_F(DashboardViewTest, RecoloursAccentsAndGroundButNoFixedColourWithThePalett
     EXPECT_NE(before.pixelColor(empty), after.pixelColor(empty));
     for (const QImage& image : {before, after}) {
         EXPECT_GT(count(image, wordmark, KestroTheme::textPrimary()), 20) << "text";
-        EXPECT_GT(count(image, dot, KestroTheme::accentNominal()), 4) << "the mark of a running engine";
+        EXPECT_GT(count(image, dot, KestroTheme::accentNominal()), 4) << "dot of the running engine";
     }
 }
 
-TEST_F(DashboardViewTest, SpeaksItsValues) {
+TEST_F(DashboardViewTest, ExposesItsValues) {
     make([](SimulatedMac& mac) { mac.freeze(); });
     show(1260, 480);
 
@@ -342,7 +342,7 @@ TEST_F(DashboardViewTest, SpeaksItsValues) {
     EXPECT_TRUE(speaks("Download, "));
 }
 
-TEST_F(DashboardViewTest, GroupsItsValuesBySectionAndSaysEachOnce) {
+TEST_F(DashboardViewTest, GroupsItsValuesBySectionWithoutDuplicates) {
     make([](SimulatedMac& mac) { mac.freeze(); });
     show(1260, 480);
 
@@ -366,7 +366,7 @@ TEST_F(DashboardViewTest, GroupsItsValuesBySectionAndSaysEachOnce) {
               QStringLiteral("I/O & Power"));
 }
 
-TEST_F(DashboardViewTest, SaysByWhichColumnTheListIsSorted) {
+TEST_F(DashboardViewTest, ExposesTheSortColumn) {
     make();
     show(1260, 480);
     const auto sorting = [this] {

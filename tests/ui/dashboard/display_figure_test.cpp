@@ -7,7 +7,7 @@ namespace {
 
 using DisplayFigureTest = ViewTest;
 
-/// The lowest row with ink between two columns; -1 without.
+/// The lowest inked row between two columns; -1: none.
 int lowestInk(const QImage& image, int left, int right) {
     for (int y = image.height() - 1; y >= 0; --y) {
         for (int x = left; x <= right; ++x) {
@@ -28,8 +28,8 @@ int rightmostInk(const QImage& image) {
     return -1;
 }
 
-TEST_F(DisplayFigureTest, KeepsItsUnitOnTheBaselineAlsoWhereItShrinks) {
-    // Letters with flat feet.
+TEST_F(DisplayFigureTest, KeepsItsUnitOnTheBaselineWhenItShrinks) {
+    // E has a flat bottom, so its lowest inked row is the baseline.
     for (const int width : {200, 110, 80, 60}) {
         DisplayFigure figure(QStringLiteral("Load"), QStringLiteral("E"));
         figure.setFigure(QStringLiteral("EEEE"));
@@ -43,7 +43,7 @@ TEST_F(DisplayFigureTest, KeepsItsUnitOnTheBaselineAlsoWhereItShrinks) {
         while (top < image.height() && lowestInk(image.copy(0, 0, width, top + 1), unit - 2, unit) < 0) {
             ++top;
         }
-        EXPECT_GT(top, 8) << "the unit is the small one, at " << width;
+        EXPECT_GT(top, 8) << "the rightmost letter is the smaller unit, at width " << width;
     }
 }
 

@@ -15,7 +15,7 @@ ThermalTelemetry thermals(double average, double peak, double battery, const cha
     return {average, peak, battery, 20, state};
 }
 
-TEST(TemperatureRows, HaveTheirTextsInTheFullVariant) {
+TEST(TemperatureRows, HaveLabelsAndDetailsWhenFull) {
     const auto rows = temperatureRows(thermals(52.44, 61.8, 31.6), false);
 
     EXPECT_EQ(rows[0].label, QStringLiteral("SoC Junction Temp"));
@@ -43,7 +43,7 @@ TEST(TemperatureRows, KeepOnlyTheDetailOfThermalPressureWhenCompact) {
     EXPECT_EQ(rows[3].compactLabel, QStringLiteral("Pressure"));
 }
 
-TEST(TemperatureRows, ShareTheirScaleUpToAll) {
+TEST(TemperatureRows, ScaleTheirProgressUpToOne) {
     const auto rows = temperatureRows(thermals(52.5, 84, 25), false);
     EXPECT_DOUBLE_EQ(rows[0].progressFraction, 0.5);
     EXPECT_DOUBLE_EQ(rows[1].progressFraction, 0.8);
@@ -70,7 +70,7 @@ TEST(TemperatureRows, ChangeColourStrictlyAboveTheirThresholds) {
     EXPECT_EQ(temperatureRows(thermals(0, 90.1, 0), false)[1].valueTint, Ink(KestroTheme::accentCritical));
 }
 
-TEST(TemperatureRows, ShowThePressureOfTheSystem) {
+TEST(TemperatureRows, ShowTheSystemsThermalPressure) {
     const auto pressure = [](const char* state) { return temperatureRows(thermals(50, 50, 30, state), false)[3]; };
 
     EXPECT_EQ(pressure("Nominal").progressFraction, 0.25);
@@ -132,7 +132,7 @@ TEST(CoolingGauges, ShowAverageAndPeakWithoutFans) {
     EXPECT_EQ(gauges[1].value, 60);
 }
 
-TEST(CoolingGauges, GiveWayToRowsForMoreThanTwoFans) {
+TEST(CoolingGauges, AreReplacedByRowsForMoreThanTwoFans) {
     EXPECT_TRUE(coolingGauges(fans(3), thermals(50, 60, 30), {}, SectionTier::full).empty());
 }
 
@@ -143,14 +143,14 @@ TEST(CoolingGauges, ShowTheTargetsOfTheCurves) {
     EXPECT_EQ(gauges[1].subtitle, QStringLiteral("target 1500 RPM"));
 }
 
-TEST(CoolingGauges, SayNothingOfAnUnknownMaximum) {
+TEST(CoolingGauges, OmitAnUnknownMaximum) {
     auto unknown = fans(2);
     unknown[0].maxRPM = 0;
 
     EXPECT_TRUE(coolingGauges(unknown, thermals(50, 60, 30), {}, SectionTier::full)[0].subtitle.isEmpty());
 }
 
-TEST(FanRows, StandInTwoColumnsAboveFour) {
+TEST(FanRows, UseTwoColumnsAboveFour) {
     const auto four = fanRowAreas(4, 205, 112);
     const auto six = fanRowAreas(6, 205, 112);
 
@@ -162,7 +162,7 @@ TEST(FanRows, StandInTwoColumnsAboveFour) {
     EXPECT_EQ(six[1].top(), six[0].top());
 }
 
-TEST(FanRows, AreLeftOutWhereTheyDoNotFit) {
+TEST(FanRows, AreOmittedWhenTheyDoNotFit) {
     const auto many = fanRowAreas(40, 121.6, 92);
 
     EXPECT_LT(many.size(), 40U);
@@ -187,7 +187,7 @@ TEST(ClusterRows, TakeTheirNamesFromTheRecord) {
     EXPECT_TRUE(clusterRows(cpu, true)[0].detail.isEmpty());
 }
 
-TEST(ClusterRows, LeaveAClusterOutThatTheMachineDoesNotHave) {
+TEST(ClusterRows, OmitAMissingCluster) {
     CPUTelemetry empty = CPUTelemetry::initial();
     empty.cluster1Count = 0;
     CPUTelemetry uniform = CPUTelemetry::initial();
@@ -229,7 +229,7 @@ TEST(MemoryRows, ShowTheBreakdownSwapAndVolume) {
     EXPECT_EQ(memoryRows(memory(), disk, true)[5].value, QStringLiteral("0.5 GB"));
 }
 
-TEST(MemoryRows, ShareNothingBeforeTheFirstSample) {
+TEST(MemoryRows, HaveNoProgressBeforeTheFirstSample) {
     const auto rows = memoryRows(MemoryTelemetry{}, DiskTelemetry{}, false);
 
     for (const RuledIndexContent& row : rows) {
@@ -238,7 +238,7 @@ TEST(MemoryRows, ShareNothingBeforeTheFirstSample) {
     EXPECT_EQ(rows[5].value, QStringLiteral("0.0 GB"));
 }
 
-TEST(MemoryGauges, SayLessWhereTheyAreTight) {
+TEST(MemoryGauges, ShortenTheirTextsWhenTight) {
     const DiskTelemetry disk{1000 * kGigabyte, static_cast<std::uint64_t>(611.2 * kGigabyte), 388 * kGigabyte, "",
                              ""};
 
@@ -274,7 +274,7 @@ TEST(IORows, ShowTheBatteryWithItsStatus) {
     EXPECT_EQ(rows[4].value, QStringLiteral("2d 4h 41m"));
 }
 
-TEST(IORows, WarnOfALowBattery) {
+TEST(IORows, WarnAboutALowBattery) {
     const auto tint = [](double percent) {
         return ioRows({}, battery(percent), SystemPowerMode::balanced, "", false)[1].progressTint;
     };
@@ -291,7 +291,7 @@ TEST(IORows, ShowExternalPowerWithoutABattery) {
     EXPECT_EQ(row.progressFraction, 0);
 }
 
-TEST(ProcessRowContents, ShareOneCoreOrTheMemory) {
+TEST(ProcessRowContents, ShowTheShareOfOneCoreOrOfTheMemory) {
     const ProcessInfoItem process{7, "clang", "/usr/bin/clang -O2", 38.26, 2048, "2.0 GB", true};
 
     const auto byCPU = processRowContent(process, false, 32 * kGigabyte);
@@ -326,7 +326,7 @@ TEST_F(ProcessRowTest, RepaintsOnlyTheColumnThatChanged) {
     EXPECT_EQ(paints.painted.boundingRect(), QRect(205 - 94, 0, 44, 14));
 }
 
-TEST(ProcessRowContents, NeverShareMoreThanAll) {
+TEST(ProcessRowContents, LimitTheShareToOne) {
     const ProcessInfoItem busy{7, "busy", "busy", 780, 99999, "97.7 GB", false};
 
     EXPECT_EQ(processRowContent(busy, false, kGigabyte).share, 1);
@@ -334,7 +334,7 @@ TEST(ProcessRowContents, NeverShareMoreThanAll) {
     EXPECT_EQ(processRowContent(busy, true, 0).share, 0);
 }
 
-TEST(HostName, LosesWhatStandsInParentheses) {
+TEST(HostName, OmitsATrailingPartInParentheses) {
     EXPECT_EQ(shortModel(QStringLiteral("Apple M2 Pro (Mac14,9)")), QStringLiteral("Apple M2 Pro"));
     EXPECT_EQ(shortModel(QStringLiteral("ThinkPad")), QStringLiteral("ThinkPad"));
     EXPECT_EQ(shortModel(QStringLiteral("(odd)")), QStringLiteral("(odd)"));

@@ -52,7 +52,7 @@ protected:
         return grabbed();
     }
 
-    /// What the window holds, over transparency.
+    /// The window's content on a transparent background.
     QImage grabbed() {
         QImage image(surface.size(), QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);
@@ -65,7 +65,7 @@ protected:
     InkedSurface surface{settings};
 };
 
-TEST_F(GlassSurfaceTest, LetsTheDesktopShineThroughWhereWindowsAreComposited) {
+TEST_F(GlassSurfaceTest, IsTranslucentWhereWindowsAreComposited) {
     window_compositing::setOverride(true);
 
     const QImage image = picture();
@@ -75,7 +75,7 @@ TEST_F(GlassSurfaceTest, LetsTheDesktopShineThroughWhereWindowsAreComposited) {
     EXPECT_TRUE(surface.mask().isEmpty());
 }
 
-TEST_F(GlassSurfaceTest, IsOpaqueWithShapedCornersElsewhere) {
+TEST_F(GlassSurfaceTest, IsOpaqueWithShapedCornersWithoutCompositing) {
     window_compositing::setOverride(false);
     settings.progressiveBlurFade.set(true);
 
@@ -88,7 +88,7 @@ TEST_F(GlassSurfaceTest, IsOpaqueWithShapedCornersElsewhere) {
     EXPECT_TRUE(surface.mask().contains(QPoint(165, 160)));
 }
 
-TEST_F(GlassSurfaceTest, FollowsACompositingManagerThatEndsAndStartsWhileShown) {
+TEST_F(GlassSurfaceTest, DetectsTheEndAndStartOfACompositingManagerWhileShown) {
     window_compositing::setOverride(true);
     picture();
     const auto timers = QAbstractEventDispatcher::instance()->registeredTimers(&surface);
@@ -114,13 +114,13 @@ TEST_F(GlassSurfaceTest, FollowsACompositingManagerThatEndsAndStartsWhileShown) 
     EXPECT_TRUE(QAbstractEventDispatcher::instance()->registeredTimers(&surface).isEmpty());
 }
 
-TEST_F(GlassSurfaceTest, LooksForACompositingManagerOnlyWhereOneCanComeAndGo) {
+TEST_F(GlassSurfaceTest, ChecksForACompositingManagerOnlyWhereItCanChange) {
     picture();
 
     EXPECT_TRUE(QAbstractEventDispatcher::instance()->registeredTimers(&surface).isEmpty());
 }
 
-TEST_F(GlassSurfaceTest, KeepsTheAnswerAboutCompositingWhileItIsResized) {
+TEST_F(GlassSurfaceTest, DoesNotCheckCompositingOnResize) {
     window_compositing::setOverride(true);
     picture();
     window_compositing::setOverride(false);
@@ -131,7 +131,7 @@ TEST_F(GlassSurfaceTest, KeepsTheAnswerAboutCompositingWhileItIsResized) {
     EXPECT_TRUE(surface.mask().isEmpty());
 }
 
-TEST_F(GlassSurfaceTest, KeepsItsCornersCutInEverySize) {
+TEST_F(GlassSurfaceTest, KeepsItsShapedCornersWhenResized) {
     window_compositing::setOverride(false);
     picture();
 
@@ -141,7 +141,7 @@ TEST_F(GlassSurfaceTest, KeepsItsCornersCutInEverySize) {
     EXPECT_EQ(surface.mask(), QRegion(0, 0, 400, 300));
 }
 
-TEST_F(GlassSurfaceTest, IsNotPaintedAgainWhenItsWindowGainsOrLosesTheFocus) {
+TEST_F(GlassSurfaceTest, DoesNotRepaintWhenItsWindowGainsOrLosesTheFocus) {
     picture();
     QCoreApplication::processEvents();
     const int before = surface.paintings;
@@ -164,7 +164,7 @@ TEST_F(GlassSurfaceTest, IsRenderedOnceForUnchangedInputs) {
     EXPECT_EQ(surface.renderCount(), before);
 }
 
-TEST_F(GlassSurfaceTest, FollowsEverySettingThatItShows) {
+TEST_F(GlassSurfaceTest, FollowsEverySettingThatAffectsIt) {
     settings.halftoneIntensity.set(HalftoneIntensity::standard);
     QImage last = picture();
     const auto expectChange = [&](const char* what) {
@@ -187,7 +187,7 @@ TEST_F(GlassSurfaceTest, FollowsEverySettingThatItShows) {
     expectChange("edge fade");
 }
 
-TEST_F(GlassSurfaceTest, KeepsTheThreeMaterialsApart) {
+TEST_F(GlassSurfaceTest, DistinguishesTheThreeMaterials) {
     QList<QRgb> tops;
     for (const GlassMaterialStyle style : allCases<GlassMaterialStyle>()) {
         settings.glassMaterial.set(style);
@@ -202,7 +202,7 @@ TEST_F(GlassSurfaceTest, KeepsTheThreeMaterialsApart) {
     EXPECT_GT(distance(tops[1], tops[2]), 12);
 }
 
-TEST_F(GlassSurfaceTest, GivesUpItsBackdropWhileHiddenAndMakesItAgain) {
+TEST_F(GlassSurfaceTest, ReleasesItsBackdropWhileHiddenAndRendersItAgain) {
     picture();
     surface.hide();
     const int before = surface.renderCount();
@@ -223,7 +223,7 @@ TEST_F(GlassSurfaceTest, IsPlainAndOpaqueWithHighContrast) {
     EXPECT_EQ(qAlpha(inked.pixel(165, 160)), 255);
 }
 
-TEST_F(GlassSurfaceTest, FadesItsEdgesOnlyWhenAskedTo) {
+TEST_F(GlassSurfaceTest, FadesItsEdgesOnlyWhenEnabled) {
     window_compositing::setOverride(true);
     const int sharp = qAlpha(picture().pixel(165, 2));
     settings.progressiveBlurFade.set(true);
@@ -248,7 +248,7 @@ TEST(VisualEffectBlur, UpdatesAnExistingViewInPlace) {
     EXPECT_EQ(view->state(), VisualEffectState::inactive);
 }
 
-TEST(VisualEffectBlur, HasHalfItsWashWhileItIsNotLit) {
+TEST(VisualEffectBlur, HasHalfItsWashWhileUnlit) {
     const auto redOf = [](VisualEffectMaterial material, VisualEffectState state) {
         VisualEffectView view;
         view.setMaterial(material);
@@ -274,7 +274,7 @@ TEST(VisualEffectBlur, HasHalfItsWashWhileItIsNotLit) {
     KestroTheme::bind(nullptr);
 }
 
-TEST(VisualEffectBlur, IsLitAlwaysOrWithItsWindow) {
+TEST(VisualEffectBlur, IsLitAlwaysOrWhileItsWindowIsActive) {
     VisualEffectView view;
 
     view.setState(VisualEffectState::active);

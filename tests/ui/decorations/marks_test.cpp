@@ -26,7 +26,7 @@ TEST(SimpleFlamePath, IsEmptyForAnEmptyRectangle) {
     EXPECT_TRUE(simpleFlamePath(QRectF(0, 0, 10, 0)).isEmpty());
 }
 
-TEST(SimpleFlamePath, StandsOnItsBellyAndEndsInATip) {
+TEST(SimpleFlamePath, IsWideAtTheBottomAndPointedAtTheTop) {
     const QPainterPath path = simpleFlamePath(QRectF(0, 0, 100, 100));
 
     EXPECT_TRUE(path.contains(QPointF(50, 85)));
@@ -53,7 +53,7 @@ TEST(ProgressiveBlurFade, RisesOverEightPointsAtBothEdges) {
     }
 }
 
-TEST(OrvanelWatermark, TakesNoInputAndNoFocus) {
+TEST(OrvanelWatermark, AcceptsNoInputOrFocus) {
     const OrvanelWatermark watermark(OrvanelWatermark::Variant::full);
 
     EXPECT_TRUE(watermark.testAttribute(Qt::WA_TransparentForMouseEvents));
@@ -67,7 +67,7 @@ TEST(OrvanelWatermark, IsHiddenFromAssistiveTechnology) {
     EXPECT_TRUE(QAccessible::queryAccessibleInterface(&watermark)->state().invisible);
 }
 
-TEST(OrvanelWatermark, PaintsInsideItsSizeWithTheCompactFormSmaller) {
+TEST(OrvanelWatermark, PaintsInsideItsSizeAndIsSmallerWhenCompact) {
     const QSizeF size = OrvanelWatermark::markSize(OrvanelWatermark::Variant::full);
     QImage image(120, 40, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);

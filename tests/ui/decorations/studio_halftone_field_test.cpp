@@ -28,7 +28,7 @@ void expectDot(const HalftoneDot& dot, const HalftoneDot& expected) {
     EXPECT_NEAR(dot.opacity, expected.opacity, 1e-8);
 }
 
-TEST(HalftoneFraction, HasItsGoldenValues) {
+TEST(HalftoneFraction, MatchesItsGoldenValues) {
     EXPECT_DOUBLE_EQ(halftoneFraction(0), 0);
     EXPECT_DOUBLE_EQ(halftoneFraction(1), 1.4668330550193787e-08);
     EXPECT_DOUBLE_EQ(halftoneFraction(0x6D2B79F5), 0.118871727026999);
@@ -44,7 +44,7 @@ TEST(HalftoneFraction, IsAlwaysBelowOne) {
     }
 }
 
-TEST(StudioHalftoneField, BandHasItsGoldenDots) {
+TEST(StudioHalftoneField, BandMatchesItsGoldenDots) {
     const auto [field, area] = popoverHalftone(HalftonePatternStyle::band);
 
     const auto dots = dotsOf(field, area.size(), HalftoneIntensity::standard);
@@ -55,7 +55,7 @@ TEST(StudioHalftoneField, BandHasItsGoldenDots) {
     expectDot(dots[23], {0.0385210765628, 25.9064988829, 0.823758119949, HalftoneInk::cyan, 0.322882926845});
 }
 
-TEST(StudioHalftoneField, CornerHasItsGoldenDots) {
+TEST(StudioHalftoneField, CornerMatchesItsGoldenDots) {
     const auto [field, area] = popoverHalftone(HalftonePatternStyle::plume);
 
     const auto dots = dotsOf(field, area.size(), HalftoneIntensity::subtle);
@@ -66,7 +66,7 @@ TEST(StudioHalftoneField, CornerHasItsGoldenDots) {
     expectDot(dots[40], {328.343532961, 321.527297493, 4.93043448388, HalftoneInk::cyan, 0.0702254782956});
 }
 
-TEST(StudioHalftoneField, AuraHasItsGoldenDots) {
+TEST(StudioHalftoneField, AuraMatchesItsGoldenDots) {
     const auto [field, area] = popoverHalftone(HalftonePatternStyle::ambient);
 
     const auto dots = dotsOf(field, area.size(), HalftoneIntensity::bold);
@@ -77,7 +77,7 @@ TEST(StudioHalftoneField, AuraHasItsGoldenDots) {
     expectDot(dots[40], {205.898553267, 48.4469417631, 3.51348107089, HalftoneInk::yellow, 0.234919895364});
 }
 
-TEST(StudioHalftoneField, RuleHasItsGoldenDots) {
+TEST(StudioHalftoneField, RuleMatchesItsGoldenDots) {
     const StudioHalftoneField field{HalftoneShape::rule, 99, 64, 0.5, 1, 4, 0, 0.4};
 
     const auto dots = dotsOf(field, {300, 120}, HalftoneIntensity::standard);
@@ -96,7 +96,7 @@ TEST(StudioHalftoneField, DrawsNothingWhenTheIntensityIsOff) {
     }
 }
 
-TEST(StudioHalftoneField, CountsOneDotPerAreaButAtLeastTwentyFourAndAtMostTheCount) {
+TEST(StudioHalftoneField, HasOneDotPerAreaWithinItsLimits) {
     StudioHalftoneField field;
     field.count = 100;
     EXPECT_EQ(field.dotCount({40, 40}), 24);
@@ -121,7 +121,7 @@ TEST(StudioHalftoneField, DrawsNothingOnAnEmptyCanvasOrWithoutACount) {
     EXPECT_EQ(field.dotCount({400, 400}), 0);
 }
 
-TEST(StudioHalftoneField, GivesTheSameDotsAtEveryRedrawAndOthersForAnotherSeed) {
+TEST(StudioHalftoneField, RepeatsItsDotsForTheSameSeedOnly) {
     for (const HalftoneShape shape : kShapes) {
         StudioHalftoneField field{shape, 4711, 80, 0.5, 1, 6, 0.5, 0.5};
         const auto first = dotsOf(field, {300, 200}, HalftoneIntensity::standard);
@@ -134,7 +134,7 @@ TEST(StudioHalftoneField, GivesTheSameDotsAtEveryRedrawAndOthersForAnotherSeed) 
     }
 }
 
-TEST(StudioHalftoneField, CornerGathersInTheCornerNearestTheFocus) {
+TEST(StudioHalftoneField, CornerConcentratesItsDotsNearTheFocus) {
     const StudioHalftoneField field{HalftoneShape::corner, 12, 200, 0.5, 1, 3, 0.7, 0.2};
 
     const auto dots = dotsOf(field, {400, 400}, HalftoneIntensity::standard);
@@ -148,7 +148,7 @@ TEST(StudioHalftoneField, CornerGathersInTheCornerNearestTheFocus) {
     }
 }
 
-TEST(StudioHalftoneField, LargeDotsAreFainterAndOpacityVariesByAtMostItsShare) {
+TEST(StudioHalftoneField, LargeDotsAreFainterAndOpacityVariesWithinItsLimits) {
     const StudioHalftoneField field{HalftoneShape::aura, 5, 300, 0.8, 1, 5, 0.5, 0.5};
 
     for (const HalftoneDot& dot : dotsOf(field, {1200, 800}, HalftoneIntensity::standard)) {
@@ -169,7 +169,7 @@ TEST(HalftoneFactor, IsTheIntensitysOpacityOverTheStandardOne) {
     }
 }
 
-TEST(HalftoneInkColor, IsThatOfThePrinter) {
+TEST(HalftoneInkColor, MatchesThePrintInks) {
     EXPECT_EQ(halftoneInkColor(HalftoneInk::cyan), QColor::fromRgbF(0.0F, 0.682F, 0.937F));
     EXPECT_EQ(halftoneInkColor(HalftoneInk::magenta), QColor::fromRgbF(0.925F, 0.0F, 0.549F));
     EXPECT_EQ(halftoneInkColor(HalftoneInk::yellow), QColor::fromRgbF(1.0F, 0.949F, 0.0F));
@@ -186,7 +186,7 @@ TEST(HalftoneFields, PatternsSelectTheirShapes) {
     EXPECT_EQ(dashboardHalftone({740, 420}).area, QRectF(0, 0, 370, 58));
 }
 
-TEST(HalftoneFields, HaveTheirWholeValues) {
+TEST(HalftoneFields, HaveTheirExactValues) {
     using enum HalftonePatternStyle;
     const QSizeF tile(240, 86);
 

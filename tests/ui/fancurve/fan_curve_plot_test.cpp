@@ -25,7 +25,7 @@ TEST(FanCurvePlotTest, MapsTemperaturesAndSpeedsIntoThePadding) {
     EXPECT_DOUBLE_EQ(plot().y(8000), 16);
 }
 
-TEST(FanCurvePlotTest, KeepsToTheStartOfAnAxisWithoutRoom) {
+TEST(FanCurvePlotTest, MapsEverythingToTheStartOfAnEmptyAxis) {
     FanCurvePlot empty = plot();
     empty.minDisplayTemp = empty.maxDisplayTemp = 50;
     empty.maxDisplayRPM = 0;
@@ -34,7 +34,7 @@ TEST(FanCurvePlotTest, KeepsToTheStartOfAnAxisWithoutRoom) {
     EXPECT_DOUBLE_EQ(empty.y(4000), 196);
 }
 
-TEST(FanCurvePlotTest, DrawsTheCurveThrough61EqualSteps) {
+TEST(FanCurvePlotTest, DrawsTheCurveAs61EvenlySpacedPoints) {
     const FanCurveConfig config;
     const auto points = plot().curve(config);
 
@@ -66,12 +66,12 @@ TEST(FanCurvePlotTest, NeverDrawsAboveTheAcousticCeiling) {
     EXPECT_DOUBLE_EQ(points.back().y(), plot().y(5200));
 }
 
-TEST(FanCurvePlotTest, RestsTheQuietBandOnTheBottomAndTheLoudOneUnderTheTop) {
+TEST(FanCurvePlotTest, PlacesTheQuietBandAtTheBottomAndTheLoudBandAtTheTop) {
     EXPECT_EQ(plot().quietBand(), QRectF(45, 139.75, 700, 56.25));
     EXPECT_EQ(plot().loudBand(), QRectF(45, 16, 700, 67.5));
 }
 
-TEST(FanCurvePlotTest, MakesTheQuietBandTallerThanThePlotOfASlowFan) {
+TEST(FanCurvePlotTest, AllowsAQuietBandTallerThanThePlot) {
     FanCurvePlot slow = plot();
     slow.maxDisplayRPM = 2000;
 
@@ -79,7 +79,7 @@ TEST(FanCurvePlotTest, MakesTheQuietBandTallerThanThePlotOfASlowFan) {
     EXPECT_DOUBLE_EQ(slow.quietBand().bottom(), 196);
 }
 
-TEST(FanCurvePlotTest, SpacesTheGridByTheHeightOfTheAxis) {
+TEST(FanCurvePlotTest, AdaptsTheGridSpacingToTheAxis) {
     using Grid = std::vector<double>;
     const auto grid = [](double top) {
         FanCurvePlot fan = plot();
@@ -148,14 +148,14 @@ FanCurveReading reading() {
     return reading;
 }
 
-TEST_F(FanCurveCanvasViewTest, NamesTheLiveFiguresAndBothAnchors) {
+TEST_F(FanCurveCanvasViewTest, FormatsTheLiveFiguresAndBothAnchors) {
     EXPECT_EQ(reading().liveText(), QString::fromUtf8("Live: 52.4°C · 1420 RPM"));
     EXPECT_EQ(reading().targetText(), QStringLiteral("(Target: 1499 RPM)"));
     EXPECT_EQ(reading().lowLabel(), QString::fromUtf8("T_low (48°)"));
     EXPECT_EQ(reading().highLabel(), QString::fromUtf8("T_max (84°)"));
 }
 
-TEST_F(FanCurveCanvasViewTest, SpeaksTheLiveTextAndBothAnchors) {
+TEST_F(FanCurveCanvasViewTest, ExposesTheLiveTextAndBothAnchors) {
     FanCurveCanvasView view;
     view.setReading(reading());
 
@@ -180,7 +180,7 @@ TEST_F(FanCurveCanvasViewTest, PutsTheLivePointOnThePlot) {
     EXPECT_EQ(at.rgb(), KestroTheme::accentNominal().rgb());
 }
 
-TEST_F(FanCurveCanvasViewTest, SurvivesFiguresThatNoFanHas) {
+TEST_F(FanCurveCanvasViewTest, SurvivesImpossibleFigures) {
     FanCurveCanvasView view;
     view.resize(300, 236);
     FanCurveReading odd = reading();
@@ -198,7 +198,7 @@ TEST_F(FanCurveCanvasViewTest, SurvivesFiguresThatNoFanHas) {
     EXPECT_EQ(odd.liveText(), QString::fromUtf8("Live: 0.0°C · 1000000000 RPM"));
 }
 
-TEST_F(FanCurveCanvasViewTest, RepaintsOnlyForAnotherReading) {
+TEST_F(FanCurveCanvasViewTest, RepaintsOnlyForANewReading) {
     FanCurveCanvasView view;
     view.resize(765, 236);
     view.setReading(reading());

@@ -13,18 +13,18 @@ CPUTelemetry machine(std::int64_t first, std::int64_t second, std::int64_t cores
     return cpu;
 }
 
-TEST(CoreClusters, AreTwoWhereThereAreMoreCoresThanTheFirstHolds) {
+TEST(CoreClusters, AreTwoWhenThereAreMoreCoresThanInTheFirst) {
     EXPECT_TRUE(hasSecondCluster(machine(8, 4, 12)));
     EXPECT_FALSE(hasSecondCluster(machine(8, 0, 8)));
     EXPECT_FALSE(hasSecondCluster(machine(8, -1, 12)));
 }
 
-TEST(CoreClusters, AreOneWhereTheSecondIsOnlyAReadersDefault) {
+TEST(CoreClusters, AreOneWhenTheSecondIsOnlyAReadersDefault) {
     EXPECT_FALSE(hasSecondCluster(machine(2, 12, 2)));
     EXPECT_EQ(presentClusters(machine(2, 12, 2)), "2 Performance");
 }
 
-TEST(CoreClusters, AreThoseOfTheRecordWhereTheCoresCannotBeCounted) {
+TEST(CoreClusters, FallBackToTheRecordWithoutACoreCount) {
     EXPECT_TRUE(hasSecondCluster(machine(8, 4, 0)));
     EXPECT_EQ(presentClusters(machine(8, 4, 0)), "8 Performance + 4 Efficiency");
 }

@@ -9,7 +9,7 @@ namespace {
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-TEST(WholeNumber, IsCutTowardsZero) {
+TEST(WholeNumber, IsTruncatedTowardZero) {
     EXPECT_EQ(wholeNumber(41.99), 41);
     EXPECT_EQ(wholeNumber(-0.9), 0);
     EXPECT_EQ(wholeNumber(notANumber), 0);

@@ -19,7 +19,7 @@
 namespace kestro {
 namespace {
 
-/// Records what the panel is asked to repaint.
+/// Records the region that the panel repaints.
 class RecordingPopover : public MenuBarPopoverView {
 public:
     using MenuBarPopoverView::MenuBarPopoverView;
@@ -67,7 +67,7 @@ protected:
         settle();
     }
 
-    /// What assistive technology reads, from top to bottom as the parts were made.
+    /// The accessible names in the order of creation, which is from top to bottom.
     QStringList spoken() const {
         QStringList names;
         for (const View* part : view->findChildren<View*>()) {
@@ -111,7 +111,7 @@ protected:
     std::unique_ptr<RecordingPopover> view;
 };
 
-TEST_F(PopoverTest, SaysEverythingInReadingOrder) {
+TEST_F(PopoverTest, ExposesEverythingInReadingOrder) {
     services.engine().setUIActive(true);
     show();
 
@@ -123,7 +123,7 @@ TEST_F(PopoverTest, SaysEverythingInReadingOrder) {
                 return i;
             }
         }
-        ADD_FAILURE() << "nothing says " << beginning;
+        ADD_FAILURE() << "no accessible name starts with " << beginning;
         return qsizetype{-1};
     };
     qsizetype before = -1;
@@ -151,7 +151,7 @@ TEST_F(PopoverTest, ChipsAndQuitCallTheirActions) {
     EXPECT_EQ(button(QStringLiteral("Open Dashboard"))->help(), QStringLiteral("Open Full Zero-Scroll Dashboard"));
 }
 
-TEST_F(PopoverTest, CoolingFollowsTheFansAsTheyComeAndGo) {
+TEST_F(PopoverTest, CoolingFollowsTheNumberOfFans) {
     show();
     services.mac.smc.setFans({});
     sample();
@@ -190,7 +190,7 @@ TEST_F(PopoverTest, FanSpeedsAndTemperaturesUseTheChosenUnits) {
     EXPECT_EQ(line(QStringLiteral("Dual Fan"))->value(), QStringLiteral("SoC 118.4°F"));
 }
 
-TEST_F(PopoverTest, TheProcessorsTemperatureIsCriticalAboveEighty) {
+TEST_F(PopoverTest, ProcessorTemperatureIsCriticalAboveEighty) {
     show();
     setTemperature(80.0);
     EXPECT_EQ(line(QStringLiteral("Dual Fan"))->valueInk(), Ink(KestroTheme::textPrimary));
@@ -199,7 +199,7 @@ TEST_F(PopoverTest, TheProcessorsTemperatureIsCriticalAboveEighty) {
     EXPECT_EQ(line(QStringLiteral("Dual Fan"))->valueInk(), Ink(KestroTheme::accentCritical));
 }
 
-TEST_F(PopoverTest, ChoosingAProfileStoresItFirstAndThenAppliesIt) {
+TEST_F(PopoverTest, StoresAChosenProfileBeforeApplyingIt) {
     show();
     QStringList order;
     const auto stored = services.settings().fanProfile.subscribe([&](FanProfile profile) {
@@ -224,7 +224,7 @@ TEST_F(PopoverTest, ChoosingAProfileStoresItFirstAndThenAppliesIt) {
     EXPECT_EQ(services.settings().fanProfile.get(), FanProfile::turbo);
 }
 
-TEST_F(PopoverTest, TheKeepAwakeChipShowsAndTogglesTheState) {
+TEST_F(PopoverTest, KeepAwakeChipShowsAndTogglesTheState) {
     show();
     Button* const chip = button(QStringLiteral("Keep Awake"));
     EXPECT_FALSE(chip->isOn());
@@ -241,7 +241,7 @@ TEST_F(PopoverTest, TheKeepAwakeChipShowsAndTogglesTheState) {
     EXPECT_EQ(services.mac.assertionsHeld(), 0);
 }
 
-TEST_F(PopoverTest, ATickThatChangesNothingRepaintsNothing) {
+TEST_F(PopoverTest, RepaintsNothingWhenASampleChangesNothing) {
     show();
     sample();
     view->painted = {};
@@ -251,7 +251,7 @@ TEST_F(PopoverTest, ATickThatChangesNothingRepaintsNothing) {
     EXPECT_TRUE(view->painted.isEmpty());
 }
 
-TEST_F(PopoverTest, ATickThatChangesOneValueRepaintsItsRectangleOnly) {
+TEST_F(PopoverTest, RepaintsOnlyTheRectangleOfAChangedValue) {
     show();
     sample();
     view->painted = {};
@@ -264,7 +264,7 @@ TEST_F(PopoverTest, ATickThatChangesOneValueRepaintsItsRectangleOnly) {
     EXPECT_TRUE(battery.contains(view->painted.boundingRect()));
 }
 
-TEST_F(PopoverTest, AHiddenViewDoesNoWorkAndIsUpToDateWhenShown) {
+TEST_F(PopoverTest, DoesNoWorkWhileHiddenAndIsUpToDateWhenShown) {
     show();
     view->hide();
     const QString before = line(QStringLiteral("Battery"))->label();
@@ -276,7 +276,7 @@ TEST_F(PopoverTest, AHiddenViewDoesNoWorkAndIsUpToDateWhenShown) {
     EXPECT_EQ(line(QStringLiteral("Battery"))->label(), QStringLiteral("12%"));
 }
 
-TEST_F(PopoverTest, TheKeyboardReachesEveryControlInReadingOrder) {
+TEST_F(PopoverTest, KeyboardReachesEveryControlInReadingOrder) {
     show();
     QStringList reached;
     const QWidget* control = view.get();
@@ -305,7 +305,7 @@ TEST_F(PopoverTest, EveryControlIsLargeEnoughToHit) {
     }
 }
 
-/// Widest glyphs and largest numbers everywhere.
+/// Fixture with the widest glyphs and the largest numbers everywhere.
 class CrowdedPopoverTest : public PopoverTest {
 protected:
     CrowdedPopoverTest()
@@ -317,7 +317,7 @@ protected:
           }) {}
 };
 
-TEST_F(CrowdedPopoverTest, KeepsEveryPartInsideThePanelAndApart) {
+TEST_F(CrowdedPopoverTest, KeepsEveryPartInsideThePanelWithoutOverlaps) {
     services.keepAwake().activate(KeepAwakeDuration::hours4);
     services.settings().fanSpeedUnit.set(FanSpeedUnit::rawRPM);
     services.settings().temperatureUnit.set(TemperatureUnit::fahrenheit);
@@ -343,7 +343,7 @@ TEST_F(CrowdedPopoverTest, KeepsEveryPartInsideThePanelAndApart) {
     EXPECT_TRUE(line(QStringLiteral("<b>&MMMM</b>, ")));
 }
 
-/// What a part paints by itself, in the panel's coordinates.
+/// The pixels that a part paints, in the panel's coordinates.
 QRegion inkOf(QWidget& part) {
     QImage image(part.size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);

@@ -9,7 +9,7 @@
 namespace kestro {
 namespace {
 
-TEST(ComputeContent, ShowsWholeNumbersTowardsZero) {
+TEST(ComputeContent, TruncatesToWholeNumbers) {
     CPUTelemetry cpu = CPUTelemetry::initial();
     cpu.totalUsage = 18.97;
     cpu.cluster0Usage = 24.99;
@@ -26,10 +26,10 @@ TEST(ComputeContent, ShowsWholeNumbersTowardsZero) {
     EXPECT_EQ(content.second->value, QStringLiteral("8%"));
 }
 
-TEST(ComputeContent, HasOneRowWhereAllCoresAreOfOneKind) {
+TEST(ComputeContent, HasOneRowWhenAllCoresAreOfOneKind) {
     CPUTelemetry cpu = CPUTelemetry::initial();
     cpu.cluster0Count = 4;
-    cpu.cluster1Count = 12;  // the reader's default, kept where the system names no second kind
+    cpu.cluster1Count = 12;  // the reader's default, kept when the system reports no second kind
     cpu.coreCount = 4;
     EXPECT_FALSE(computeContent(cpu).second);
 
@@ -50,7 +50,7 @@ TEST(MemoryContent, ShowsTheShareAndTheAmounts) {
     EXPECT_EQ(content.amounts, QStringLiteral("13.4 GB of 32.0 GB"));
 }
 
-TEST(MemoryContent, ShowsNothingUsedBeforeTheFirstSample) {
+TEST(MemoryContent, ShowsZeroBeforeTheFirstSample) {
     EXPECT_EQ(memoryContent(MemoryTelemetry::initial()),
               (MemoryContent{QStringLiteral("0%"), QStringLiteral("0.0 GB of 0.0 GB")}));
 }
@@ -64,13 +64,13 @@ TEST(CoolingHeading, DependsOnTheNumberOfFans) {
     EXPECT_EQ(coolingHeading(6), (CoolingHeading{QStringLiteral("Dual Fan RPM & Thermals"), fanblades}));
 }
 
-TEST(FanLabel, LosesItsWordInThreeColumnsOnly) {
+TEST(FanLabel, DropsItsWordOnlyInThreeColumns) {
     EXPECT_EQ(fanLabel(QStringLiteral("Fan #4"), 4), QStringLiteral("Fan #4"));
     EXPECT_EQ(fanLabel(QStringLiteral("Fan #5"), 5), QStringLiteral("#5"));
     EXPECT_EQ(fanLabel(QStringLiteral("Left Fan"), 6), QStringLiteral("Left Fan"));
 }
 
-TEST(IsCriticalTemperature, BeginsStrictlyAboveEightyDegreesCelsius) {
+TEST(IsCriticalTemperature, StartsStrictlyAboveEightyDegreesCelsius) {
     ThermalTelemetry thermals = ThermalTelemetry::initial();
     thermals.averageSoCTemp = 80.0;
     EXPECT_FALSE(isCriticalTemperature(thermals));
@@ -80,7 +80,7 @@ TEST(IsCriticalTemperature, BeginsStrictlyAboveEightyDegreesCelsius) {
     EXPECT_FALSE(isCriticalTemperature(thermals));
 }
 
-TEST(PowerSymbol, TellsChargingFromExternalPowerFromBattery) {
+TEST(PowerSymbol, DistinguishesChargingExternalPowerAndBattery) {
     PowerTelemetry power = PowerTelemetry::initial();
     power.isCharging = true;
     power.isPluggedIn = true;
@@ -91,7 +91,7 @@ TEST(PowerSymbol, TellsChargingFromExternalPowerFromBattery) {
     EXPECT_EQ(powerSymbol(power), QStringLiteral("battery.100"));
 }
 
-TEST(FreeSpaceText, ShowsGigabytesOfPowersOfTwo) {
+TEST(FreeSpaceText, ShowsBinaryGigabytes) {
     DiskTelemetry disk = DiskTelemetry::initial();
     disk.freeBytes = 656'271'007'744;
 

@@ -7,7 +7,7 @@ namespace {
 
 using namespace popover_geometry;
 
-TEST(CoolingBlock, HasOneLineForNoFanAndForOne) {
+TEST(CoolingBlock, HasOneLineForUpToOneFan) {
     for (const std::size_t count : {0, 1}) {
         const CoolingBlock block = coolingBlock(count);
 
@@ -34,7 +34,7 @@ TEST(CoolingBlock, HasTwoColumnsUpToFourFansAndThreeBeyond) {
     EXPECT_EQ(coolingBlock(6).fans[3], QRect(14, 180, 94, 16));
 }
 
-TEST(CoolingBlock, LeavesFurtherFansToTheDashboard) {
+TEST(CoolingBlock, ShowsAtMostSixFans) {
     EXPECT_EQ(coolingBlock(9).fans.size(), 6);
 }
 

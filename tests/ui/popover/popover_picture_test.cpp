@@ -29,7 +29,7 @@ protected:
         window_compositing::setOverride(std::nullopt);
     }
 
-    /// The popover over black.
+    /// The popover on a black background.
     QImage picture() {
         MenuBarPopoverView view(services.services(), PopoverActions{});
         view.show();
@@ -43,14 +43,14 @@ protected:
     SimulatedServices services;
 };
 
-TEST_F(PopoverPicture, OfTwoFansAndARunningKeepAwake) {
+TEST_F(PopoverPicture, ShowsTwoFansAndARunningKeepAwake) {
     services.keepAwake().activate(KeepAwakeDuration::minutes15);
     services.advance(std::chrono::seconds(55));
 
     expectLikeKeptPicture(picture(), QStringLiteral("popover-awake"));
 }
 
-TEST_F(PopoverPicture, OfAMachineWithoutFansInLilacWithAPlume) {
+TEST_F(PopoverPicture, ShowsAFanlessMachineInLilacWithAPlume) {
     services.settings().themePalette.set(ThemePalette::lilac);
     services.settings().halftonePattern.set(HalftonePatternStyle::plume);
     services.mac.smc.setFans({});
@@ -59,7 +59,7 @@ TEST_F(PopoverPicture, OfAMachineWithoutFansInLilacWithAPlume) {
     expectLikeKeptPicture(picture(), QStringLiteral("popover-fanless-lilac-plume"));
 }
 
-TEST_F(PopoverPicture, OfSixFansOnContrastGlass) {
+TEST_F(PopoverPicture, ShowsSixFansOnContrastGlass) {
     services.settings().glassMaterial.set(GlassMaterialStyle::hudContrast);
     services.settings().fanSpeedUnit.set(FanSpeedUnit::rawRPM);
     constexpr std::array<float, 6> speeds{1420, 5510, 980, 2210, 640, 7720};
@@ -69,7 +69,7 @@ TEST_F(PopoverPicture, OfSixFansOnContrastGlass) {
     expectLikeKeptPicture(picture(), QStringLiteral("popover-six-fans-hud"));
 }
 
-TEST(PictureDifference, IsSmallForAnEqualPictureAndLargeForOneThatMoved) {
+TEST(PictureDifference, IsSmallForEqualPicturesAndLargeForShiftedOnes) {
     QImage picture(100, 100, QImage::Format_RGB32);
     picture.fill(Qt::black);
     QImage moved = picture;

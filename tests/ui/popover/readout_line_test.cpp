@@ -8,7 +8,7 @@
 namespace kestro {
 namespace {
 
-/// Records what its line is asked to repaint.
+/// Records the region that the line repaints.
 class RecordingLine : public ReadoutLine {
 public:
     using ReadoutLine::ReadoutLine;
@@ -58,7 +58,7 @@ TEST_F(ReadoutLineTest, RepaintsOnlyTheValueThatChanged) {
     EXPECT_GE(area.left(), 165);
 }
 
-TEST_F(ReadoutLineTest, RepaintsNothingForAnEqualValue) {
+TEST_F(ReadoutLineTest, RepaintsNothingForTheSameValue) {
     repainted();
     line.setValue(QStringLiteral("1.4k"));
     line.setLabel(QStringLiteral("Left Fan"));
@@ -93,13 +93,13 @@ TEST_F(ReadoutLineTest, RepaintsOnlyTheValueBesideALabelThatFillsItsRoom) {
     EXPECT_GT(limited.painted.boundingRect().left(), 60);
 }
 
-TEST_F(ReadoutLineTest, SpeaksItsPrefixLabelAndValue) {
+TEST_F(ReadoutLineTest, ExposesPrefixLabelAndValue) {
     line.setSpokenPrefix(QStringLiteral("Cooling"));
 
     EXPECT_EQ(line.accessibleInfo().name, QStringLiteral("Cooling, Left Fan, 1.4k"));
 }
 
-TEST_F(ReadoutLineTest, SpeaksNothingForAnAbsentPart) {
+TEST_F(ReadoutLineTest, OmitsAbsentPartsFromItsAccessibleName) {
     line.setLabel({});
 
     EXPECT_EQ(line.accessibleInfo().name, QStringLiteral("1.4k"));

@@ -124,7 +124,7 @@ TEST_F(CoolingTabTest, EditsTheRightCurveAloneWhileTheFansAreIndependent) {
     EXPECT_EQ(fans().currentProfile.get(), FanProfile::custom);
 }
 
-TEST_F(CoolingTabTest, TakesAnUnknownFanForTheLeftOne) {
+TEST_F(CoolingTabTest, TreatsAnUnknownFanAsTheLeftOne) {
     openWithTwoFans();
     unlink();
     settings().selectedFanIndex.set(7);
@@ -136,7 +136,7 @@ TEST_F(CoolingTabTest, TakesAnUnknownFanForTheLeftOne) {
     EXPECT_EQ(fans().rightCurve.get().sensorSource, SensorSource::averageSoC);
 }
 
-TEST_F(CoolingTabTest, AppliesPresetsAndShowsTheOneInForce) {
+TEST_F(CoolingTabTest, AppliesPresetsAndShowsTheActiveOne) {
     openWithTwoFans();
 
     click(button("Aggressive Cooling"));
@@ -150,14 +150,14 @@ TEST_F(CoolingTabTest, AppliesPresetsAndShowsTheOneInForce) {
     EXPECT_FALSE(button("Aggressive Cooling").isOn());
 }
 
-TEST_F(CoolingTabTest, LightsTheBalancedPresetForANewUser) {
+TEST_F(CoolingTabTest, HighlightsTheBalancedPresetForANewUser) {
     openWithTwoFans();
 
     EXPECT_TRUE(button("Balanced Studio").isOn());
     EXPECT_FALSE(button("Quiet Studio").isOn());
 }
 
-TEST_F(CoolingTabTest, LightsNoPresetThatTheKeptCurvesAreNot) {
+TEST_F(CoolingTabTest, HighlightsNoPresetThatDiffersFromTheStoredCurves) {
     open(SettingsTab::cooling, [](SimulatedMac& mac) {
         mac.smc.setFans(std::array{1420.0F, 1512.0F});
         FanCurveConfig kept;
@@ -172,7 +172,7 @@ TEST_F(CoolingTabTest, LightsNoPresetThatTheKeptCurvesAreNot) {
     EXPECT_TRUE(button("Balanced Studio").isOn());
 }
 
-TEST_F(CoolingTabTest, LightsThePresetOfTheFanThatIsEdited) {
+TEST_F(CoolingTabTest, HighlightsThePresetOfTheEditedFan) {
     open(SettingsTab::cooling, [](SimulatedMac& mac) {
         mac.smc.setFans(std::array{1420.0F, 1512.0F});
         UserSettings kept(mac.userDefaults);
@@ -188,7 +188,7 @@ TEST_F(CoolingTabTest, LightsThePresetOfTheFanThatIsEdited) {
     EXPECT_FALSE(button("Balanced Studio").isOn());
 }
 
-TEST(IsInForceTest, ComparesWhatAPresetDecides) {
+TEST(IsInForceTest, ComparesOnlyWhatAPresetSets) {
     const FanCurveConfig quiet = applyTo(CurvePreset::quietStudio, 1350, 7300);
     const auto without = [&quiet](auto change) {
         FanCurveConfig other = quiet;
@@ -207,7 +207,7 @@ TEST(IsInForceTest, ComparesWhatAPresetDecides) {
     EXPECT_FALSE(without([](auto& other) { other.acousticCeilingEnabled = false; }));
 }
 
-TEST_F(CoolingTabTest, TakesNothingForAnEditThatChoosesWhatIsChosen) {
+TEST_F(CoolingTabTest, IgnoresAnEditThatChangesNothing) {
     openWithTwoFans();
     click(button("Aggressive Cooling"));
     fans().setProfile(FanProfile::turbo);
@@ -266,7 +266,7 @@ TEST_F(CoolingTabTest, CapsTheSpeedOnlyWhileTheCeilingIsOn) {
     EXPECT_FALSE(shows("Unconstrained turbine ceiling (Full 100% capacity)"));
 }
 
-TEST_F(CoolingTabTest, ShowsTheCeilingThatIsKept) {
+TEST_F(CoolingTabTest, ShowsTheStoredCeiling) {
     openWithTwoFans();
     FanCurveConfig curve = fans().leftCurve.get();
     curve.minRPM = 1350;

@@ -66,7 +66,7 @@ TEST_F(MenubarTabTest, PreviewsWhatTheStatusItemComposes) {
     EXPECT_NE(preview().readout(), before);
 }
 
-TEST(PreviewItemsTest, StandAtTheRightEndOfTheBar) {
+TEST(PreviewItemsTest, AlignToTheRightEndOfTheBar) {
     const QRectF bar(12, 11, 796, 26);
 
     const auto areas = previewItems(bar, {40, 90, 200});
@@ -77,7 +77,7 @@ TEST(PreviewItemsTest, StandAtTheRightEndOfTheBar) {
     EXPECT_EQ(areas[0], QRectF(436, 11, 40, 26));
 }
 
-TEST(PreviewItemsTest, CutTheReadoutToWhatTheExtrasLeave) {
+TEST(PreviewItemsTest, CutTheReadoutToTheRemainingWidth) {
     const QRectF bar(12, 11, 796, 26);
 
     const auto areas = previewItems(bar, {40, 90, 2000});
@@ -137,7 +137,7 @@ TEST_F(MenubarTabTest, MovesAModuleByItsChipsAndByKeys) {
     EXPECT_EQ(modules()[1], MenubarModuleType::memory);
 }
 
-TEST_F(MenubarTabTest, MovesNothingBeyondTheEnds) {
+TEST_F(MenubarTabTest, DoesNotMoveModulesBeyondTheEnds) {
     const MenubarModules list{MenubarModuleType::memory, MenubarModuleType::cpuUsage};
     setModules(list);
 
@@ -152,7 +152,7 @@ TEST_F(MenubarTabTest, MovesNothingBeyondTheEnds) {
     EXPECT_FALSE(module(MenubarModuleType::diskSpace).downButton().isEnabled());
 }
 
-TEST_F(MenubarTabTest, SpeaksAModulesPlace) {
+TEST_F(MenubarTabTest, ExposesAModulesPlace) {
     setModules({MenubarModuleType::cpuUsage, MenubarModuleType::memory});
 
     EXPECT_EQ(module(MenubarModuleType::memory).accessibleInfo().name,
@@ -161,7 +161,7 @@ TEST_F(MenubarTabTest, SpeaksAModulesPlace) {
               QStringLiteral("Network Throughput, hidden"));
 }
 
-/// Counts what it announces.
+/// Counts its announcements.
 class AnnouncedRow : public ModuleRow {
 public:
     using ModuleRow::ModuleRow;
@@ -173,7 +173,7 @@ protected:
 
 using ModuleRowTest = ViewTest;
 
-TEST_F(ModuleRowTest, TellsItsNewPlaceOnlyWhereTheFocusIs) {
+TEST_F(ModuleRowTest, AnnouncesItsNewPlaceOnlyWhenFocused) {
     QWidget window;
     AnnouncedRow option(MenubarModuleType::memory, &window);
     option.setPlace(1, 4);
@@ -193,7 +193,7 @@ TEST_F(ModuleRowTest, TellsItsNewPlaceOnlyWhereTheFocusIs) {
     option.setPlace(2, 4);
     EXPECT_EQ(option.announced, 2);
     option.upButton().setFocus(Qt::TabFocusReason);
-    option.setPlace(0, 4);  // which disables the chip that has the focus
+    option.setPlace(0, 4);  // disables the focused chip
     EXPECT_EQ(option.announced, 3);
 }
 
@@ -219,7 +219,7 @@ TEST_F(MenubarTabTest, BindsDelimiterAndLabelsBothWays) {
     EXPECT_TRUE(row("Show Metric Prefixes (e.g. RAM, CPU)").isOn());
 }
 
-TEST_F(MenubarTabTest, RestartsTheTimerWithTheProfile) {
+TEST_F(MenubarTabTest, RestartsTheTimerWhenTheProfileChanges) {
     SegmentedChoice& profile = segments("Refresh & Energy Profile");
     int samples = 0;
     const auto subscription = machine_->engine().cpu.subscribe([&samples](const CPUTelemetry&) { ++samples; });

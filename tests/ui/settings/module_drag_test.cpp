@@ -14,7 +14,7 @@ constexpr auto fanSpeed = MenubarModuleType::fanSpeed;
 constexpr auto battery = MenubarModuleType::battery;
 constexpr auto network = MenubarModuleType::network;
 
-/// Modules dragged over the list, which always shows in the same order.
+/// Fixture that drags modules over the list, whose rows always keep the same order.
 class ModuleDragTest : public SettingsViewFixture {
 protected:
     ModuleDragTest() {
@@ -45,7 +45,7 @@ protected:
         drop(module(from), module(to));
     }
 
-    /// Another button, while the left one is held.
+    /// Sends an event of another button while the left one is held.
     static void sendButton(QWidget& row, QEvent::Type type, Qt::MouseButton button) {
         const auto held =
             type == QEvent::MouseButtonPress ? Qt::LeftButton | button : Qt::MouseButtons(Qt::LeftButton);
@@ -64,7 +64,7 @@ protected:
     }
 };
 
-TEST_F(ModuleDragTest, GivesAModuleThePlaceItIsDroppedOn) {
+TEST_F(ModuleDragTest, MovesAModuleToWhereItIsDropped) {
     drag(icon, fanSpeed);
     EXPECT_EQ(restarted().activeMenubarModules.get(), (MenubarModules{memory, fanSpeed, icon, battery}));
 
@@ -72,14 +72,14 @@ TEST_F(ModuleDragTest, GivesAModuleThePlaceItIsDroppedOn) {
     EXPECT_EQ(restarted().activeMenubarModules.get(), (MenubarModules{battery, memory, fanSpeed, icon}));
 }
 
-TEST_F(ModuleDragTest, ShowsAModuleThatWasHiddenAtThePlaceItIsDroppedOn) {
+TEST_F(ModuleDragTest, ShowsAHiddenModuleWhereItIsDropped) {
     drag(network, memory);
 
     EXPECT_EQ(modules().get(), (MenubarModules{icon, network, memory, fanSpeed, battery}));
     EXPECT_TRUE(module(network).isOn());
 }
 
-TEST_F(ModuleDragTest, ChangesNothingElsewhere) {
+TEST_F(ModuleDragTest, IgnoresDropsElsewhere) {
     const MenubarModules before = modules().get();
 
     drag(memory, network);
@@ -93,7 +93,7 @@ TEST_F(ModuleDragTest, ChangesNothingElsewhere) {
     EXPECT_TRUE(module(memory).isOn());
 }
 
-TEST_F(ModuleDragTest, MarksTheRowWhosePlaceWouldBeTaken) {
+TEST_F(ModuleDragTest, MarksTheDropTarget) {
     lift(module(icon), module(fanSpeed));
     EXPECT_EQ(marked(), (std::vector{fanSpeed}));
 
@@ -118,7 +118,7 @@ TEST_F(ModuleDragTest, ShowsAPictureOfTheRowOnlyWhileItIsDragged) {
     EXPECT_EQ(children(), before);
 }
 
-TEST_F(ModuleDragTest, IsGivenUpByEscape) {
+TEST_F(ModuleDragTest, IsCancelledByEscape) {
     const MenubarModules before = modules().get();
 
     lift(module(icon), module(fanSpeed));
@@ -129,7 +129,7 @@ TEST_F(ModuleDragTest, IsGivenUpByEscape) {
     EXPECT_TRUE(marked().empty());
 }
 
-TEST_F(ModuleDragTest, IsGivenUpByTheRightButton) {
+TEST_F(ModuleDragTest, IsCancelledByTheRightButton) {
     const MenubarModules before = modules().get();
 
     for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
@@ -143,7 +143,7 @@ TEST_F(ModuleDragTest, IsGivenUpByTheRightButton) {
     EXPECT_TRUE(module(icon).isOn());
 }
 
-TEST_F(ModuleDragTest, GoesOnWhileOtherButtonsArePressed) {
+TEST_F(ModuleDragTest, ContinuesWhileOtherButtonsArePressed) {
     lift(module(icon), module(fanSpeed));
     sendButton(module(icon), QEvent::MouseButtonPress, Qt::MiddleButton);
     sendButton(module(icon), QEvent::MouseButtonRelease, Qt::MiddleButton);
@@ -154,7 +154,7 @@ TEST_F(ModuleDragTest, GoesOnWhileOtherButtonsArePressed) {
     EXPECT_EQ(modules().get(), (MenubarModules{memory, fanSpeed, icon, battery}));
 }
 
-TEST_F(ModuleDragTest, IsGivenUpWhenTheTabGoes) {
+TEST_F(ModuleDragTest, IsCancelledWhenTheTabChanges) {
     const MenubarModules before = modules().get();
     ModuleRow& dragged = module(icon);
     ModuleRow& target = module(fanSpeed);
@@ -166,7 +166,7 @@ TEST_F(ModuleDragTest, IsGivenUpWhenTheTabGoes) {
     EXPECT_EQ(modules().get(), before);
 }
 
-TEST_F(ModuleDragTest, StillTogglesARowThatIsPressedAndBarelyMoved) {
+TEST_F(ModuleDragTest, TogglesARowThatIsPressedAndBarelyMoved) {
     ModuleRow& option = module(battery);
 
     send(option, QEvent::MouseButtonPress, {60, 10}, Qt::LeftButton);

@@ -27,7 +27,7 @@ TEST_F(KeepAwakeTabTest, StartsAndStopsKeepingAwake) {
     EXPECT_EQ(machine_->mac.assertionsHeld(), 0);
 }
 
-TEST_F(KeepAwakeTabTest, FollowsWhatHappensElsewhere) {
+TEST_F(KeepAwakeTabTest, FollowsChangesMadeElsewhere) {
     open(SettingsTab::keepAwake);
 
     machine_->keepAwake().activate(KeepAwakeDuration::minutes30, KeepAwakeTarget::systemOnly);
@@ -69,7 +69,7 @@ TEST_F(KeepAwakeTabTest, BindsDurationAndBatteryProtectionBothWays) {
     EXPECT_EQ(cutoff.value(), 25);
 }
 
-TEST_F(KeepAwakeTabTest, BringsACutoffBeyondTheSliderToItsEnd) {
+TEST_F(KeepAwakeTabTest, CanMoveACutoffBeyondTheSliderToItsEnd) {
     open(SettingsTab::keepAwake);
     settings().keepAwakeBatteryThreshold.set(80);
     EXPECT_TRUE(shows("80%"));
@@ -82,7 +82,7 @@ TEST_F(KeepAwakeTabTest, BringsACutoffBeyondTheSliderToItsEnd) {
 
 using PowerTabTest = SettingsViewFixture;
 
-TEST_F(PowerTabTest, AsksForAModeAndShowsTheOneInForce) {
+TEST_F(PowerTabTest, RequestsAModeAndShowsTheActiveOne) {
     open(SettingsTab::power);
     EXPECT_TRUE(row("Balanced (Automatic)").isOn());
 
@@ -100,7 +100,7 @@ TEST_F(PowerTabTest, AsksForAModeAndShowsTheOneInForce) {
     EXPECT_EQ(badges, 1);
 }
 
-TEST_F(PowerTabTest, AsksTheSystemForNoModeThatTheArrowsPass) {
+TEST_F(PowerTabTest, DoesNotRequestModesThatTheArrowsPass) {
     open(SettingsTab::power);
     view_->activateWindow();
     QApplication::processEvents();
@@ -130,7 +130,7 @@ TEST_F(PowerTabTest, ShowsTheBattery) {
     EXPECT_TRUE(shows("Charging (12%)"));
 }
 
-TEST_F(PowerTabTest, ShowsWhatIsReadWithoutABattery) {
+TEST_F(PowerTabTest, ShowsExternalPowerWithoutABattery) {
     open(SettingsTab::power, [](SimulatedMac& mac) { mac.powerSources.removeBattery(); });
 
     EXPECT_TRUE(shows("100%"));
@@ -142,7 +142,7 @@ TEST_F(PowerTabTest, ShowsWhatIsReadWithoutABattery) {
     EXPECT_TRUE(shows("Health Condition: Normal"));
 }
 
-TEST(BatteryLineTest, NamesTheCapacitiesWhereTheyAreNotPercents) {
+TEST(BatteryLineTest, ShowsCapacitiesUnlessTheyArePercentages) {
     PowerTelemetry power;
     power.hasBattery = true;
     power.timeRemainingMinutes = 252;
@@ -179,7 +179,7 @@ TEST_F(DashboardTabTest, BindsEverySwitchBothWays) {
     }
 }
 
-TEST_F(DashboardTabTest, ListsProcessesAnewForAnotherMetric) {
+TEST_F(DashboardTabTest, ListsProcessesAgainForANewMetric) {
     open(SettingsTab::dashboard);
     int listings = 0;
     const auto subscription = machine_->engine().topProcesses.subscribe([&listings](const auto&) { ++listings; });

@@ -9,8 +9,8 @@
 namespace kestro {
 namespace {
 
-/// Every control, worked by the mouse and by the keyboard: what it sets, what that leaves in the preferences,
-/// and what it shows of a change made elsewhere.
+/// Operates every control by mouse and by keyboard and checks its setting, the stored preference, and that the
+/// control follows changes made elsewhere.
 class SettingsBindingsTest : public SettingsViewFixture {
 protected:
     PreferenceValue kept(std::string_view key) { return stored().values.at(std::string(key)); }
@@ -63,7 +63,7 @@ protected:
         }
     }
 
-    /// Controls that exclude one another, named after the cases of their setting.
+    /// Checks mutually exclusive controls, named after the cases of their setting.
     template <typename W, ClosedEnumeration E>
     void checkOptions(Setting<E>& setting, const std::vector<E>& shown, const std::function<void(E)>& assign) {
         const auto control = [this](E value) -> W& { return named<W>(std::string(rawValue(value)).c_str()); };
@@ -120,7 +120,7 @@ protected:
         open(SettingsTab::cooling, [](SimulatedMac& mac) { mac.smc.setFans(std::array{1420.0F, 1512.0F}); });
     }
 
-    /// What was edited is the curve in force, and what the next start reads.
+    /// The active curve; expects that the next start reads the same one.
     const FanCurveConfig& keptCurve() {
         EXPECT_EQ(restarted().leftFanCurve.get(), fans().leftCurve.get());
         return fans().leftCurve.get();
@@ -204,7 +204,7 @@ TEST_F(SettingsBindingsTest, BindsTheKeepAwakeTab) {
     EXPECT_FALSE(manager.isActive.get());
 }
 
-TEST_F(SettingsBindingsTest, ShowsAStoredCutoffBeyondTheSliderAsItIs) {
+TEST_F(SettingsBindingsTest, ShowsAStoredCutoffBeyondTheSliderUnclamped) {
     open(SettingsTab::keepAwake);
 
     settings().keepAwakeBatteryThreshold.set(80);
@@ -262,7 +262,8 @@ TEST_F(SettingsBindingsTest, AppliesEveryPreset) {
 TEST_F(SettingsBindingsTest, EditsSensorAndShape) {
     openWithTwoFans();
     const auto edit = [this](auto field, const auto& cases) {
-        click(row(std::string(rawValue(cases[1])).c_str()));  // another than the one in force, which is no edit
+        click(row(std::string(rawValue(cases[1]))
+                      .c_str()));  // starts from another value, since choosing the current one is no edit
         for (const auto value : cases) {
             const std::string label(rawValue(value));
             click(row(label.c_str()));
@@ -309,7 +310,7 @@ TEST_F(SettingsBindingsTest, MovesEverySliderOfTheCurve) {
     EXPECT_EQ(slider("Full Ramp Ceiling (T_high):").value(), 71);
 }
 
-TEST_F(SettingsBindingsTest, AsksForEveryPowerMode) {
+TEST_F(SettingsBindingsTest, RequestsEveryPowerMode) {
     open(SettingsTab::power);
     const auto settle = [this] {
         machine_->mac.runPending();

@@ -10,7 +10,7 @@ namespace {
 
 class SettingsReachTest : public SettingsViewFixture {
 protected:
-    /// The cooling tab in a window too low for it, and its scroll bar.
+    /// Opens the cooling tab in a window too low for it and returns the scroll bar.
     QScrollBar& openLow() {
         open(SettingsTab::cooling);
         view_->resize(860, 420);
@@ -27,7 +27,7 @@ protected:
     static bool isInSight(const QWidget& widget) { return widget.visibleRegion() == QRegion(widget.rect()); }
 };
 
-/// Where Tab goes from `widget`: the next that takes the focus by it.
+/// The widget that Tab moves to from `widget`: the next one that accepts focus by Tab.
 QWidget* afterTab(QWidget* widget) {
     QWidget* next = widget->nextInFocusChain();
     while (next != widget && !(next->isVisible() && next->isEnabled() && next->focusPolicy() & Qt::TabFocus)) {
@@ -36,7 +36,7 @@ QWidget* afterTab(QWidget* widget) {
     return next;
 }
 
-TEST_F(SettingsReachTest, GoesThroughEveryTabInReadingOrder) {
+TEST_F(SettingsReachTest, TabKeyFollowsTheReadingOrderOnEveryTab) {
     open(SettingsTab::menubar);
     for (const SettingsTab tab : allCases<SettingsTab>()) {
         settings().selectedSettingsTab.set(tab);
@@ -59,12 +59,12 @@ TEST_F(SettingsReachTest, GoesThroughEveryTabInReadingOrder) {
             ++stops;
         }
 
-        // The sensors have nothing to set.
+        // The sensors tab adds no controls.
         EXPECT_EQ(stops > 2, tab != SettingsTab::sensors) << rawValue(tab);
     }
 }
 
-TEST_F(SettingsReachTest, NamesWhatCanBeReached) {
+TEST_F(SettingsReachTest, NamesEveryControl) {
     open(SettingsTab::menubar);
     for (const SettingsTab tab : allCases<SettingsTab>()) {
         settings().selectedSettingsTab.set(tab);
@@ -75,7 +75,7 @@ TEST_F(SettingsReachTest, NamesWhatCanBeReached) {
     }
 }
 
-TEST_F(SettingsReachTest, ScrollsToWhatTabFocusesFromOutside) {
+TEST_F(SettingsReachTest, ScrollsToAControlFocusedByTabFromOutside) {
     QScrollBar& bar = openLow();
     auto& strip = *view_->findChild<TabStrip*>();
     strip.setFocus(Qt::TabFocusReason);
@@ -88,7 +88,7 @@ TEST_F(SettingsReachTest, ScrollsToWhatTabFocusesFromOutside) {
     EXPECT_LT(bar.value(), bar.maximum());
 }
 
-TEST_F(SettingsReachTest, ScrollsToWhatTheArrowsFocus) {
+TEST_F(SettingsReachTest, ScrollsToAControlFocusedByTheArrows) {
     QScrollBar& bar = openLow();
     SettingRow& chosen = row("Average SoC Temp");
     chosen.setFocus(Qt::TabFocusReason);
@@ -100,7 +100,7 @@ TEST_F(SettingsReachTest, ScrollsToWhatTheArrowsFocus) {
     EXPECT_TRUE(isInSight(row("Peak Silicon Die")));
 }
 
-TEST_F(SettingsReachTest, ScrollsNotForThePointer) {
+TEST_F(SettingsReachTest, DoesNotScrollForPointerFocus) {
     QScrollBar& bar = openLow();
     view_->findChild<TabStrip*>()->setFocus(Qt::TabFocusReason);
     bar.setValue(bar.maximum());

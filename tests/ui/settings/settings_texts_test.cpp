@@ -9,13 +9,13 @@
 namespace kestro {
 namespace {
 
-/// Whether `left` is read before `right`: higher up, or further left on the same line.
+/// Whether `left` precedes `right` in reading order: higher up, or further left on the same line.
 bool isBefore(const QRect& left, const QRect& right) {
     const bool isSameLine = left.top() <= right.bottom() && right.top() <= left.bottom();
     return isSameLine ? left.left() < right.left() : left.top() < right.top();
 }
 
-/// What one widget shows by itself, without what stands on it.
+/// The texts that a widget itself shows, without those of its children.
 std::vector<QString> textsOn(const QWidget& widget) {
     if (const auto* label = qobject_cast<const TextLabel*>(&widget)) {
         return {label->text()};
@@ -41,7 +41,7 @@ std::vector<QString> textsOn(const QWidget& widget) {
     return texts;
 }
 
-/// Appends every visible text in reading order. Of two columns side by side the left one is read first.
+/// Appends all visible texts in reading order. Of two columns side by side, the left one comes first.
 void read(const QWidget& widget, std::vector<std::string>& lines) {
     for (const QString& text : textsOn(widget)) {
         if (!text.isEmpty()) {
@@ -61,7 +61,7 @@ void read(const QWidget& widget, std::vector<std::string>& lines) {
     }
 }
 
-/// Every text of a tab, in the order in which it is read.
+/// Collects all texts of a tab in reading order.
 class SettingsTextsTest : public SettingsViewFixture {
 protected:
     std::vector<std::string> texts(SettingsTab tab) {

@@ -14,7 +14,7 @@ protected:
     TabStrip& strip() { return *view_->findChild<TabStrip*>(); }
 };
 
-TEST_F(SettingsViewTest, ShowsTheStoredTabAndMakesNoOther) {
+TEST_F(SettingsViewTest, CreatesOnlyTheStoredTab) {
     open(SettingsTab::power);
 
     EXPECT_EQ(strip().chosen(), 3);
@@ -23,7 +23,7 @@ TEST_F(SettingsViewTest, ShowsTheStoredTabAndMakesNoOther) {
     EXPECT_EQ(view_->content(SettingsTab::cooling), nullptr);
 }
 
-TEST_F(SettingsViewTest, StoresTheTabThatIsChosen) {
+TEST_F(SettingsViewTest, StoresTheChosenTab) {
     open(SettingsTab::menubar);
 
     press(strip(), Qt::Key_Right);
@@ -34,7 +34,7 @@ TEST_F(SettingsViewTest, StoresTheTabThatIsChosen) {
     EXPECT_FALSE(view_->content(SettingsTab::menubar)->isVisible());
 }
 
-TEST_F(SettingsViewTest, FollowsATabThatIsSetFromOutside) {
+TEST_F(SettingsViewTest, FollowsATabSetElsewhere) {
     open(SettingsTab::menubar);
 
     settings().selectedSettingsTab.set(SettingsTab::sensors);
@@ -43,7 +43,7 @@ TEST_F(SettingsViewTest, FollowsATabThatIsSetFromOutside) {
     EXPECT_TRUE(view_->content(SettingsTab::sensors)->isVisible());
 }
 
-TEST_F(SettingsViewTest, ShowsTheTabThatWasSetWhileHidden) {
+TEST_F(SettingsViewTest, ShowsATabThatWasSetWhileHidden) {
     open(SettingsTab::menubar);
     view_->hide();
     settings().selectedSettingsTab.set(SettingsTab::dashboard);
@@ -54,11 +54,11 @@ TEST_F(SettingsViewTest, ShowsTheTabThatWasSetWhileHidden) {
     EXPECT_TRUE(view_->content(SettingsTab::dashboard)->isVisible());
 }
 
-TEST_F(SettingsViewTest, GoesRoundTheTabsWithControlAndTab) {
+TEST_F(SettingsViewTest, CyclesThroughTheTabsWithControlTab) {
     open(SettingsTab::sensors);
     view_->activateWindow();
     QApplication::processEvents();
-    // As a key of the keyboard comes in, past the shortcuts and to the focused control.
+    // Sends a key the way the keyboard does: through the shortcuts to the focused control.
     const auto type = [this](Qt::KeyboardModifiers modifiers, Qt::Key key) {
         QTest::keyClick(view_->windowHandle(), key, modifiers);
     };
@@ -93,7 +93,7 @@ TEST_F(SettingsViewTest, FadesOneTabIntoTheNext) {
     EXPECT_TRUE(view_->content(SettingsTab::sensors)->isVisible());
 }
 
-TEST_F(SettingsViewTest, KeepsTheFocusWhenTheTabThatHasItGoes) {
+TEST_F(SettingsViewTest, MovesTheFocusToTheStripWhenTheFocusedTabGoes) {
     open(SettingsTab::dashboard);
     view_->activateWindow();
     QApplication::processEvents();
@@ -105,7 +105,7 @@ TEST_F(SettingsViewTest, KeepsTheFocusWhenTheTabThatHasItGoes) {
     EXPECT_EQ(view_->focusWidget(), &strip());
 }
 
-TEST_F(SettingsViewTest, ClosesByItsChip) {
+TEST_F(SettingsViewTest, ClosesWithItsChip) {
     open(SettingsTab::menubar);
 
     click(button("Close"));
@@ -168,7 +168,7 @@ TEST_F(SettingsViewTest, ShowsANewPaletteInEveryViewOfTheTab) {
     }
 }
 
-TEST_F(SettingsViewTest, NamesEveryInterfaceOnTheSensorsTab) {
+TEST_F(SettingsViewTest, ListsEveryInterfaceOnTheSensorsTab) {
     open(SettingsTab::sensors);
 
     for (const char* text : {"AUTHENTIC HARDWARE INTERFACES", "Hardware Platform", "AppleSMC Interface",
@@ -186,7 +186,7 @@ TEST_F(SettingsViewTest, NamesEveryInterfaceOnTheSensorsTab) {
                                     QStringLiteral("IOPM Verified")}));
 }
 
-TEST_F(SettingsViewTest, SumsUpMachinesWithOneFanAndWithNone) {
+TEST_F(SettingsViewTest, SummarizesMachinesWithUpToOneFan) {
     const auto badgeWith = [this](std::span<const float> speeds) {
         open(SettingsTab::sensors, [speeds](SimulatedMac& mac) { mac.smc.setFans(speeds); });
         return view_->findChildren<Badge*>().at(1)->text();

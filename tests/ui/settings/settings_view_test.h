@@ -16,7 +16,7 @@
 
 namespace kestro {
 
-/// The settings window's content on a simulated machine that stands still.
+/// Fixture for the settings window's content on a frozen simulated machine.
 class SettingsViewFixture : public testing::Test {
 protected:
     SettingsViewFixture() { motion::setReduced(true); }
@@ -49,13 +49,13 @@ protected:
     FanControlManager& fans() { return machine_->fanManager(); }
     SimulatedUserDefaults& stored() { return machine_->mac.userDefaults; }
 
-    /// The settings as the next start of the program reads them.
+    /// The settings as the program would read them at its next start.
     UserSettings& restarted() {
         restarted_ = std::make_unique<UserSettings>(stored());
         return *restarted_;
     }
 
-    /// The visible control of this kind whose name `matches`; throws when there is none.
+    /// The visible control of this type that `matches`; throws if there is none.
     template <typename W, typename Matches>
     W& find(Matches matches, const QString& what) {
         for (W* widget : view_->findChildren<W*>()) {
@@ -93,7 +93,7 @@ protected:
         send(widget, QEvent::MouseButtonRelease, middle, Qt::NoButton);
     }
 
-    /// A click on the segment with this index of a choice of `count`.
+    /// Clicks the segment at `index` in a choice of `count` segments.
     static void clickSegment(SegmentedChoice& choice, int index, int count) {
         const QPointF at = segmentAreas(QSizeF(choice.size()), count)[static_cast<std::size_t>(index)].center();
         send(choice, QEvent::MouseButtonPress, at, Qt::LeftButton);

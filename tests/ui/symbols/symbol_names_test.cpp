@@ -16,7 +16,7 @@
 namespace kestro {
 namespace {
 
-/// The strings of one word in the sources of a folder, by their files' paths from the root.
+/// The single-word string literals in the sources of a folder, by file path relative to the root.
 QMap<QString, QSet<QString>> wordsBelow(const QString& folder) {
     QMap<QString, QSet<QString>> words;
     const QRegularExpression word(QStringLiteral("\"([a-z][A-Za-z0-9.]*)\""));
@@ -36,7 +36,7 @@ QMap<QString, QSet<QString>> wordsBelow(const QString& folder) {
     return words;
 }
 
-/// What is one word, too, but no symbol.
+/// Single words that are not symbol names.
 const QMap<QString, QSet<QString>> kOtherWords{
     {QStringLiteral("app/status_bar/notifier/menu_tree.cpp"),
      {QStringLiteral("enabled"), QStringLiteral("label"), QStringLiteral("minus"), QStringLiteral("plus"),
@@ -51,7 +51,7 @@ const QMap<QString, QSet<QString>> kOtherWords{
     {QStringLiteral("ui/widgets/metric_gauge.cpp"), {QStringLiteral("percent")}},
 };
 
-/// Files that speak to the bus, to the display or to other programs, each in its words; none names a symbol.
+/// Files whose words are identifiers of the bus, the display or other programs; none is a symbol name.
 const QSet<QString> kForeignWords{
     QStringLiteral("app/accessibility_monitor.cpp"),
     QStringLiteral("app/command_channel.cpp"),
@@ -84,7 +84,7 @@ void expectSymbolForEachCase() {
     }
 }
 
-// A drawing that is missing is nowhere seen but on the screen: whatever is written like a name has to have one.
+// A missing drawing is noticed only on screen, so every word that looks like a symbol name must have one.
 TEST(SymbolNames, EveryNameInTheViewsHasADrawing) {
     const auto words = wordsBelow(QStringLiteral("ui"));
 
@@ -123,7 +123,7 @@ TEST(SymbolNames, EveryNameInATableHasADrawing) {
     }
 }
 
-TEST(SymbolNames, EveryDrawingHasAUser) {
+TEST(SymbolNames, EveryDrawingIsUsed) {
     QSet<QString> named;
     for (const char* folder : {"core", "ui", "app"}) {
         for (const QSet<QString>& words : wordsBelow(QString::fromUtf8(folder))) {

@@ -7,7 +7,7 @@
 namespace kestro {
 namespace {
 
-/// The part of the image that is inked, 0..1, and whether anything is opaque.
+/// The inked fraction of an image, 0..1, and its strongest alpha, 0..255.
 struct Ink {
     double coverage = 0;
     int strongest = 0;
@@ -61,7 +61,7 @@ TEST(SymbolPainter, TintsWithColorAndOpacity) {
     EXPECT_NEAR(corner.blue(), 100, 2);
 }
 
-TEST(SymbolPainter, LeavesMarksInSolidSymbolsAsHoles) {
+TEST(SymbolPainter, CutsMarksOutOfSolidSymbols) {
     const QImage image = SymbolPainter::image(QStringLiteral("checkmark.square.fill"), 48, Qt::white);
 
     EXPECT_EQ(qAlpha(image.pixel(21, 31)), 0);
@@ -91,7 +91,7 @@ TEST(SymbolPainter, PaintsNothingForAnUnknownNameOrAnEmptySquare) {
     EXPECT_EQ(SymbolPainter::image(QStringLiteral("cpu"), 1'000'000, Qt::white).width(), 512);
 }
 
-TEST(SymbolPainter, StandsOnWholeDevicePixelsAtEveryScale) {
+TEST(SymbolPainter, SnapsToWholeDevicePixelsAtEveryScale) {
     for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
         QImage canvas(40, 40, QImage::Format_ARGB32_Premultiplied);
         canvas.setDevicePixelRatio(scale);

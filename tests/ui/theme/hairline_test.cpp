@@ -45,7 +45,7 @@ TEST_P(HairlineAtScale, FillsExactlyOneRowOfDevicePixelsAtItsFullOpacity) {
     EXPECT_EQ(lit, 1);
 }
 
-TEST_P(HairlineAtScale, LiesInsideItsRectangle) {
+TEST_P(HairlineAtScale, StaysInsideItsRectangle) {
     QImage image = canvas(40, GetParam());
     QPainter painter(&image);
     const QRectF rect = snappedToDevice(painter, QRectF(10, 10, 20, 20));
@@ -73,7 +73,7 @@ TEST(SnappedToDevice, FollowsTheDevicePixelsOfTheScale) {
     EXPECT_DOUBLE_EQ(snapped.bottom() * 1.25, 13);
 }
 
-TEST(Motion, TakesNoTimeWhenTheDesktopReducesIt) {
+TEST(Motion, IsInstantWhenTheDesktopReducesIt) {
     motion::setReduced(true);
     const int reduced = motion::duration(motion::popoverOpen);
     motion::setReduced(false);

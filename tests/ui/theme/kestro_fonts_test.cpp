@@ -7,7 +7,7 @@
 namespace kestro {
 namespace {
 
-TEST(KestroFonts, PrefersTheFirstFamilyOfTheListThatIsInstalled) {
+TEST(KestroFonts, PrefersTheFirstInstalledFamilyOfTheList) {
     const QStringList installed{QStringLiteral("DejaVu Sans"), QStringLiteral("Cantarell"),
                                 QStringLiteral("Noto Sans"), QStringLiteral("Comic Neue")};
 
@@ -22,7 +22,7 @@ TEST(KestroFonts, SizesAreInPixels) {
     EXPECT_EQ(KestroFonts::sizeFactor(11), 1);
 }
 
-TEST(KestroFonts, FractionalSizesAreSetInTheNextWholeSizeWithTheirTracking) {
+TEST(KestroFonts, FractionalSizesUseTheNextWholeSizeWithScaledTracking) {
     const QFont font = KestroFonts::font(10.5, QFont::Medium, 0.5);
 
     EXPECT_EQ(font.pixelSize(), 11);
@@ -58,7 +58,7 @@ TEST(KestroFonts, FigureCellIsAsWideAsTheWidestFigureWithItsTracking) {
     EXPECT_NEAR(cell, widest - narrowest < 0.01 ? 0 : widest - 0.6, 1.0 / 64);
 }
 
-TEST(KestroFonts, NeedsNoCellsWhereFiguresAreEquallyWide) {
+TEST(KestroFonts, NeedsNoCellsWhenFiguresAreEquallyWide) {
     KestroFonts::setFamily(QStringLiteral("DejaVu Sans Mono"));
     const double cell = KestroFonts::figureWidth(KestroFonts::font(12));
     KestroFonts::setFamily({});

@@ -15,7 +15,7 @@ QColor rgb(double red, double green, double blue, double opacity = 1) {
                             static_cast<float>(opacity));
 }
 
-TEST(ThemePaletteColors, FollowTheTable) {
+TEST(ThemePaletteColors, MatchTheTable) {
     struct Expected {
         ThemePalette palette;
         QColor primary;

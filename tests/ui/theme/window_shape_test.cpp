@@ -10,7 +10,7 @@
 namespace kestro {
 namespace {
 
-/// The same shape as the toolkit paints it.
+/// The same shape as painted by Qt.
 QRegion painted(const QRect& rect, double radius) {
     QPainterPath path;
     path.addRoundedRect(QRectF(QPointF(), QSizeF(rect.size())), radius, radius);
@@ -22,7 +22,7 @@ QRegion painted(const QRect& rect, double radius) {
     return QRegion(mask).translated(rect.topLeft());
 }
 
-TEST(RoundedRegion, IsWhatIsPaintedAsARoundedRectangle) {
+TEST(RoundedRegion, MatchesAPaintedRoundedRectangle) {
     const QRect rects[] = {{0, 0, 330, 325}, {0, 0, 1260, 480}, {7, -3, 61, 40}, {0, 0, 33, 200}};
     for (const QRect& rect : rects) {
         for (const double radius : {0.0, 4.0, 5.0, 6.0, 8.0, 10.0, 12.0, 16.0}) {
@@ -32,12 +32,12 @@ TEST(RoundedRegion, IsWhatIsPaintedAsARoundedRectangle) {
     }
 }
 
-TEST(RoundedRegion, ConsistsOfAFewRectanglesHoweverLargeItIs) {
+TEST(RoundedRegion, HasFewRectanglesAtAnySize) {
     EXPECT_LE(roundedRegion({0, 0, 3840, 2160}, 12).rectCount(), 25);
     EXPECT_EQ(roundedRegion({0, 0, 3840, 2160}, 0).rectCount(), 1);
 }
 
-TEST(RoundedRegion, StaysWithinRectanglesThatAreSmallerThanTheirCorners) {
+TEST(RoundedRegion, StaysWithinRectanglesSmallerThanTheirCorners) {
     for (int width = 0; width < 30; ++width) {
         for (int height = 0; height < 30; ++height) {
             const QRect rect(3, 4, width, height);

@@ -35,7 +35,7 @@ TEST(CoreMatrixLayoutTest, HasTwoColumnsWithGapsOfFourWhenCompact) {
     EXPECT_EQ(layout.detail, CoreCellDetail::small);
 }
 
-TEST(CoreMatrixLayoutTest, MakesCellsAtMostFortyFourHigh) {
+TEST(CoreMatrixLayoutTest, LimitsCellsToAHeightOf44) {
     EXPECT_EQ(coreMatrixLayout(3, {204, 400}, false).cellHeight, 44);
     EXPECT_EQ(coreMatrixLayout(1, {204, 400}, false).rows, 1);
 }
@@ -75,7 +75,7 @@ protected:
     CoreMatrixView view_;
 };
 
-TEST_F(CoreMatrixViewTest, SpeaksEachCore) {
+TEST_F(CoreMatrixViewTest, ExposesEachCore) {
     view_.setCores(cores(12));
     QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&view_);
 
@@ -94,7 +94,7 @@ TEST_F(CoreMatrixViewTest, SurvivesAChangeOfTheNumberOfCores) {
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&view_)->childCount(), 2);
 }
 
-TEST_F(CoreMatrixViewTest, TakesNewLoadsWithoutRoomToShowThem) {
+TEST_F(CoreMatrixViewTest, AcceptsNewLoadsWithoutRoomToShowThem) {
     view_.setGeometry(300, 300, 204, 0);
     view_.setCores(cores(12, 17));
 

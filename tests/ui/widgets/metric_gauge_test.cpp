@@ -7,14 +7,14 @@
 namespace kestro {
 namespace {
 
-TEST(GaugeArc, GoesFromItsStartToItsEnd) {
+TEST(GaugeArc, MapsTheRangeFromStartToEnd) {
     EXPECT_DOUBLE_EQ(gaugeArcEnd(0, 0, 100), 0.15);
     EXPECT_DOUBLE_EQ(gaugeArcEnd(50, 0, 100), 0.5);
     EXPECT_DOUBLE_EQ(gaugeArcEnd(62.5, 20, 105), 0.5);
     EXPECT_DOUBLE_EQ(gaugeArcEnd(100, 0, 100), 0.85);
 }
 
-TEST(GaugeArc, EndsExactlyAtItsEndAboveTheMaximum) {
+TEST(GaugeArc, StopsAtItsEndAboveTheMaximum) {
     EXPECT_DOUBLE_EQ(gaugeArcEnd(9000, 0, 7300), 0.85);
 }
 
@@ -74,18 +74,18 @@ protected:
     MetricGauge gauge_;
 };
 
-TEST_F(MetricGaugeTest, SpeaksValueUnitAndMaximum) {
+TEST_F(MetricGaugeTest, ExposesValueUnitAndMaximum) {
     EXPECT_EQ(spoken(), QStringLiteral("Left Fan, 1420 RPM of 7300"));
 }
 
-TEST_F(MetricGaugeTest, SpeaksPercentAsAWord) {
+TEST_F(MetricGaugeTest, ExposesPercentAsAWord) {
     gauge_.setContent({QStringLiteral("Memory"), QStringLiteral("13.4 of 32.0 GB"), 42.7, 0, 100,
                        QStringLiteral("%"), KestroTheme::accentCool});
 
     EXPECT_EQ(spoken(), QStringLiteral("Memory, 42 percent, 13.4 of 32.0 GB"));
 }
 
-TEST_F(MetricGaugeTest, SpeaksNoMaximumOfAnEmptyRangeAndTheTargetOfACurve) {
+TEST_F(MetricGaugeTest, ExposesTheTargetButNoMaximumOfAnEmptyRange) {
     GaugeContent unknown = fan(1420);
     unknown.max = 0;
     unknown.subtitle = QStringLiteral("target 2100 RPM");
@@ -94,7 +94,7 @@ TEST_F(MetricGaugeTest, SpeaksNoMaximumOfAnEmptyRangeAndTheTargetOfACurve) {
     EXPECT_EQ(spoken(), QStringLiteral("Left Fan, 1420 RPM, target 2100 RPM"));
 }
 
-TEST_F(MetricGaugeTest, LeavesTheUnitOutWhereItWouldTouchTheRing) {
+TEST_F(MetricGaugeTest, OmitsTheUnitIfItWouldTouchTheRing) {
     gauge_.setCompact(true);
     gauge_.setContent(fan(12'000));
     GaugeContent bare = fan(12'000);
@@ -117,7 +117,7 @@ TEST_F(MetricGaugeTest, PaintsOnlyTheTrackForAnEmptyRange) {
     gauge_.setContent(empty);
     const QImage noRange = picture(gauge_);
 
-    // The left end of the ring, where a value arc would start, shows the same track in both.
+    // Where a value arc would start, both pictures show only the track.
     EXPECT_EQ(noRange.pixel(20, 64), atStart.pixel(20, 64));
     EXPECT_NEAR(qAlpha(noRange.pixel(14, 41)), 255 * 0.14, 3);
 }
@@ -140,7 +140,7 @@ TEST_F(MetricGaugeTest, ShrinksItsFigureToFitTheRing) {
     EXPECT_EQ(gauge_.fittingTextScale(), 1);
 }
 
-TEST_F(MetricGaugeTest, RepaintsNothingForAnEqualContent) {
+TEST_F(MetricGaugeTest, RepaintsNothingWithoutAVisibleChange) {
     gauge_.show();
     QApplication::processEvents();
     PaintCounter paints(gauge_);
@@ -150,7 +150,7 @@ TEST_F(MetricGaugeTest, RepaintsNothingForAnEqualContent) {
     EXPECT_EQ(paints.count, 0);
     gauge_.setContent(fan(1420.2));
     QApplication::processEvents();
-    EXPECT_EQ(paints.count, 0) << "less than a pixel shows";
+    EXPECT_EQ(paints.count, 0) << "a change of less than a pixel";
     gauge_.setContent(fan(1500));
     QApplication::processEvents();
 

@@ -6,7 +6,7 @@
 namespace kestro {
 namespace {
 
-TEST(RuledIndexGeometryTest, SetsTheRuleEightAboveTheEnd) {
+TEST(RuledIndexGeometryTest, PlacesTheRuleEightAboveTheBottom) {
     const auto geometry = ruledIndexGeometry({205, 28}, false, false);
 
     EXPECT_EQ(geometry.line, QRectF(0, 0, 205, 14));
@@ -14,19 +14,19 @@ TEST(RuledIndexGeometryTest, SetsTheRuleEightAboveTheEnd) {
     EXPECT_EQ(geometry.rule, QRectF(0, 20, 205, 2));
 }
 
-TEST(RuledIndexGeometryTest, SetsTheRuleNineAboveTheEndWithADetail) {
+TEST(RuledIndexGeometryTest, PlacesTheRuleNineAboveTheBottomWithADetail) {
     const auto geometry = ruledIndexGeometry({205, 38}, true, false);
 
     EXPECT_EQ(geometry.detail, QRectF(0, 13, 205, 11));
     EXPECT_EQ(geometry.rule.top(), 29);
 }
 
-TEST(RuledIndexGeometryTest, SetsTheRuleFiveAboveTheEndOfLowRows) {
+TEST(RuledIndexGeometryTest, PlacesTheRuleFiveAboveTheBottomOfLowRows) {
     EXPECT_EQ(ruledIndexGeometry({120, 23}, false, false).rule.top(), 18);
     EXPECT_EQ(ruledIndexGeometry({120, 24}, false, false).rule.top(), 16);
 }
 
-TEST(RuledIndexGeometryTest, SetsTheRuleFourAboveTheEndOfDenseRowsWithADetail) {
+TEST(RuledIndexGeometryTest, PlacesTheRuleFourAboveTheBottomOfDenseRowsWithADetail) {
     EXPECT_EQ(ruledIndexGeometry({120, 30}, true, true).rule.top(), 26);
     EXPECT_EQ(ruledIndexGeometry({120, 30}, false, true).rule.top(), 22);
 }
@@ -43,7 +43,7 @@ protected:
     RuledIndexRow row_;
 };
 
-TEST_F(RuledIndexRowTest, SpeaksLabelValueAndDetail) {
+TEST_F(RuledIndexRowTest, ExposesLabelValueAndDetail) {
     row_.setContent(temperature());
     QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&row_);
 
@@ -84,7 +84,7 @@ TEST_F(RuledIndexRowTest, UsesTheCompactLabelWhenCompact) {
     EXPECT_NE(picture(row_), full);
 }
 
-TEST_F(RuledIndexRowTest, RepaintsNothingForAnEqualContent) {
+TEST_F(RuledIndexRowTest, RepaintsNothingForTheSameContent) {
     row_.setContent(temperature());
     row_.show();
     QApplication::processEvents();
@@ -118,7 +118,7 @@ TEST_F(RuledIndexRowTest, RepaintsOnlyTheValueThatChanged) {
     EXPECT_LE(area.bottom(), 14);
 }
 
-TEST_F(RuledIndexRowTest, RepaintsTheLabelWhereTheValueTakesItsRoom) {
+TEST_F(RuledIndexRowTest, RepaintsTheLabelWhenTheValueTakesItsRoom) {
     row_.resize(110, 38);
     row_.setContent(temperature());
     row_.show();

@@ -13,7 +13,7 @@ TEST(SparklineTop, IsTheLimitWhenThereIsOne) {
     EXPECT_EQ(sparklineTop(std::vector{5.0, 250.0}, 100), 100);
 }
 
-TEST(SparklineTop, FollowsTheDataDownToOne) {
+TEST(SparklineTop, IsTheLargestValueButAtLeastOne) {
     EXPECT_EQ(sparklineTop(std::vector{5.0, 250.0}, std::nullopt), 250);
     EXPECT_EQ(sparklineTop(std::vector{0.1, 0.4}, std::nullopt), 1);
     EXPECT_EQ(sparklineTop(std::vector<double>{}, std::nullopt), 1);
@@ -30,7 +30,7 @@ TEST(SparklinePoints, GoFromEdgeToEdge) {
     EXPECT_EQ(points, (QPolygonF{QPointF(0, 40), QPointF(100, 0)}));
 }
 
-TEST(SparklinePoints, AreEvenlySpacedAndHigherForMore) {
+TEST(SparklinePoints, AreEvenlySpacedAndHigherForLargerValues) {
     const QPolygonF points = sparklinePoints(std::vector{0.0, 5.0, 2.5, 10.0, 0.0}, 10, kArea);
 
     EXPECT_EQ(points, (QPolygonF{{0, 40}, {25, 20}, {50, 30}, {75, 0}, {100, 40}}));
@@ -45,7 +45,7 @@ TEST(SparklinePoints, StayWithinTheArea) {
     EXPECT_EQ(points, (QPolygonF{{0, 0}, {25, 40}, {50, 0}, {75, 40}, {100, 40}}));
 }
 
-TEST(SparklinePoints, LieAtTheBottomForATopOfZero) {
+TEST(SparklinePoints, StayAtTheBottomForATopOfZero) {
     const QPolygonF points = sparklinePoints(std::vector{0.0, 3.0}, 0, kArea);
 
     EXPECT_EQ(points, (QPolygonF{{0, 40}, {100, 40}}));
@@ -63,7 +63,7 @@ protected:
     SparklineView view_;
 };
 
-TEST_F(SparklineViewTest, SpeaksTheLatestAndTheHighestValue) {
+TEST_F(SparklineViewTest, ExposesTheLatestAndTheHighestValue) {
     view_.setData({12, 46, 18});
 
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&view_)->text(QAccessible::Name),
@@ -78,7 +78,7 @@ TEST_F(SparklineViewTest, DrawsNoLineForOneValue) {
     EXPECT_EQ(picture(view_), empty);
 }
 
-TEST_F(SparklineViewTest, DrawsItsLineInTheTintAndItsAreaFading) {
+TEST_F(SparklineViewTest, DrawsATintedLineAndAFadingArea) {
     view_.setData({50, 50, 50});
 
     const QImage image = picture(view_);
@@ -88,7 +88,7 @@ TEST_F(SparklineViewTest, DrawsItsLineInTheTintAndItsAreaFading) {
     EXPECT_EQ(qAlpha(image.pixel(51, 10)), 0);
 }
 
-TEST_F(SparklineViewTest, RepaintsNothingForAnEqualHistory) {
+TEST_F(SparklineViewTest, RepaintsNothingForTheSameHistory) {
     view_.move(300, 300);
     view_.setData({1, 2, 3});
     view_.show();
