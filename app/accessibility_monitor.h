@@ -7,9 +7,8 @@
 
 namespace kestro {
 
-/// Follows what the desktop's accessibility settings ask of every surface, raised contrast and no animations,
-/// as the settings portal tells them, and passes it on to the theme. Starts no service: without a portal
-/// nothing is asked. Main thread.
+/// Follows the desktop's accessibility settings (raised contrast, no animations) through the settings portal and
+/// applies them to the theme. Starts no service: without a portal both stay off. Main thread.
 class AccessibilityMonitor : public QObject {
     Q_OBJECT
 

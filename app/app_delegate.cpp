@@ -84,12 +84,12 @@ void AppDelegate::bindTelemetry() {
     follow(services_.powerManager.currentMode);
     follow(services_.keepAwake.isActive);
     follow(services_.keepAwake.remainingSeconds);
-    // It announces a change before the value changes; the update runs in a later turn.
+    // The settings announce a change before the value changes; the update runs in a later turn.
     retain(services_.settings.subscribeWillChange([this] { statusItemUpdate_.request(); }));
     retain(
         services_.settings.activeMenubarModules.subscribe([this](const auto&) { measureWhatTheReadoutShows(); }));
     measureWhatTheReadoutShows();
-    // A fan can show up after the start: a header that never turned is not known to be one.
+    // Fans can appear after launch: a header counts as a fan only once it has turned.
     retain(engine.fans.subscribe([this](const auto& fans) { services_.fanManager.followFans(fans); }));
     retain(engine.power.subscribe([this](const PowerTelemetry& power) {
         services_.keepAwake.checkBatterySafeguard(power.percentage, power.isCharging);

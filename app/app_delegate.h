@@ -29,12 +29,13 @@ class SMCReader;
 class SettingsWindow;
 struct Platform;
 
-/// The root of the application: owns the status items and the windows, answers clicks, menus, commands and
-/// notifications, and keeps the engine informed whether anything but the status bar shows. Main thread;
-/// lives as long as the application.
+/// The root of the application: owns the status items and the windows, handles clicks, menus, commands and
+/// notifications, and lets the engine know whether any window is visible. Main thread; lives as long as the
+/// application.
 class AppDelegate final : public MainMenuActions, public CommandTarget, public WindowDelegate {
 public:
-    /// Takes commands from `commandFile`; `terminate` ends the application. Every reference outlives this object.
+    /// Reads commands from `commandFile`; `terminate` ends the application. Every reference outlives this
+    /// object.
     AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc, StatusBar& statusBar,
                 SurfaceFactories surfaces, std::string commandFile, std::function<void()> terminate);
     ~AppDelegate() override;
@@ -44,7 +45,7 @@ public:
     /// Builds everything, once, and starts to follow the engine, the settings and the command channel.
     void applicationDidFinishLaunching();
 
-    /// Composes the readout from the present values and shows what has changed.
+    /// Composes the readout from the current values and shows it if it changed.
     void updateStatusItemText();
 
     /// A plain click toggles the popover; a secondary one, or one with the control key, opens the menu.
@@ -60,20 +61,20 @@ public:
     void toggleDashboard() override;
     void showSettings() override;
 
-    /// Tells the engine whether the popover, the dashboard or the settings window is on the screen.
+    /// Notifies the engine whether the popover, the dashboard or the settings window is on the screen.
     void updateUIActiveState();
 
-    /// Fits the dashboard to its sections, unless the user has given it a size and `force` is false. Does
-    /// nothing in full screen.
+    /// Fits the dashboard to its sections, unless the user has resized it and `force` is false. Does nothing in
+    /// full screen.
     void adjustDashboardSize(bool force);
 
     /// The width that the dashboard's visible sections need.
     int optimalDashboardWidth() const;
 
-    /// Whether the dashboard's size is the user's, which automatic sizing respects. Never cleared.
+    /// Whether the user has resized the dashboard, which turns automatic sizing off. Never cleared.
     bool hasUserCustomResizedDashboard() const { return hasUserCustomResizedDashboard_; }
 
-    /// The windows; null before the launch, the settings also before the first request.
+    /// The windows; null before launch, the settings window also before the first request.
     PopoverWindow* popover() const { return popover_.get(); }
     KestroDashboardWindow* dashboardWindow() const { return dashboardWindow_.get(); }
     SettingsWindow* settingsWindow() const { return settingsWindow_.get(); }
@@ -93,7 +94,7 @@ public:
     void selectFan(std::int64_t index) override;
     void quit() override;
 
-    // What the windows tell.
+    // Window events.
     void popoverDidShow() override;
     void popoverDidClose() override;
     void windowVisibilityDidChange(QWidget& window) override;
@@ -108,7 +109,7 @@ private:
     void setupDashboardWindow();
     void setupSettingsWindow();
     void bindTelemetry();
-    /// Has the processor's load measured also while only the readout shows, as long as the readout contains it.
+    /// Keeps measuring the processor load while only the readout is visible, as long as the readout contains it.
     void measureWhatTheReadoutShows();
     void bindDashboard();
     void observeNotifications();

@@ -8,7 +8,7 @@
 
 #include <string>
 
-// What menus, clicks and commands make the application do.
+// Actions of menus, clicks and commands.
 
 namespace kestro {
 

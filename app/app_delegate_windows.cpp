@@ -15,7 +15,7 @@
 #include <functional>
 #include <utility>
 
-// The windows of the application: how they appear, what they tell, and who hears that one is showing.
+// The application's windows: showing them, handling their events, and reporting their visibility.
 
 namespace kestro {
 
@@ -151,9 +151,8 @@ void AppDelegate::showSettings() {
 }
 
 void AppDelegate::refreshTelemetry() {
-    // While nothing shows, the engine takes this sample itself when it hears that a window does. Two samples
-    // at the same moment would leave the second one, the one that is seen, without time to measure loads and
-    // rates over.
+    // While no window is visible, the engine takes this sample itself when a window appears. A second sample at
+    // the same moment, the one that is displayed, would have no interval over which to measure loads and rates.
     if (services_.engine.isUIActive.get()) {
         services_.engine.sampleFull();
     }

@@ -45,8 +45,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The machine and the session behind the ports. Its construction reads the preferences, and puts a damaged
-/// file of them aside: only the first instance has one.
+/// The machine and the session behind the ports. Construction reads the preferences and sets a damaged file
+/// aside, so only the first instance creates one.
 struct LinuxDesktop {
     explicit LinuxDesktop(BusNotifications& sessionNotifications) : notifications(sessionNotifications) {}
 
@@ -111,9 +111,9 @@ int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile) {
     return QCoreApplication::exec();
 }
 
-/// Keeps out what this program has no use for and would pay for in memory: the desktop's widget theme (every
-/// surface paints itself, in the fonts and colours of the settings) and the input method (there is nothing to
-/// type into).
+/// Disables what this program does not use but would pay for in memory: the desktop's widget theme (every
+/// surface paints itself with the fonts and colours of the settings) and the input method (there are no text
+/// fields).
 void prepareToolkit() {
     QGuiApplication::setDesktopSettingsAware(false);
     qputenv("QT_IM_MODULE", "none");
@@ -123,10 +123,10 @@ void prepareToolkit() {
 
 int runApplication(char** arguments, const std::string& commandFile) {
     prepareToolkit();
-    // The program takes nothing from its command line, and neither does the toolkit.
+    // Neither the program nor the toolkit reads the command line.
     int ownName = 1;
     QApplication application(ownName, arguments);
-    // The application object takes over the user's locale, whose decimal point no stored number has.
+    // The application object sets the user's locale; stored numbers always use a decimal point.
     std::setlocale(LC_NUMERIC, "C");
     QCoreApplication::setApplicationName(QStringLiteral("Kestro"));
     QGuiApplication::setDesktopFileName(QStringLiteral("kestro"));
@@ -135,7 +135,7 @@ int runApplication(char** arguments, const std::string& commandFile) {
     const QDBusConnection sessionBus = QDBusConnection::sessionBus();
     BusNotifications notifications(sessionBus);
     const auto showDashboard = [&notifications] { notifications.post(notificationNames::showDashboard); };
-    // Heard of before the name is taken: what a second start asks for meanwhile waits in the queue.
+    // Subscribed before the name is claimed, so that requests from a second start are queued in the meantime.
     const Subscription earlyCalls =
         notifications.observe(notificationNames::showDashboard, [](const NotificationUserInfo&) {});
     SingleInstance instance(sessionBus, SingleInstance::currentDisplay(), showDashboard);
@@ -149,10 +149,10 @@ int runApplication(char** arguments, const std::string& commandFile) {
     const UnixSignalNotifier signals([](int) { terminate(); });
     const int result = runFirstInstance(desktop, commandFile);
     desktop.userDefaults.flush();
-    // A start from now on is not a second one, and finds the preferences complete.
+    // A process started from now on becomes the first instance and finds the preferences complete.
     instance.release();
-    // What still runs in the background, such as a switch that waits for somebody's password, must not keep
-    // the process from ending, and what it refers to must not go away under it.
+    // Background work, such as a switch waiting for a password, must neither keep the process alive nor outlive
+    // what it refers to.
     if (!desktop.runLoop.finishBackgroundTasks(1s)) {
         std::_Exit(result);
     }

@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <utility>
 
-// The file lies in a static library: without a reference the linker would leave it out. Outside any namespace,
-// as the macro requires.
+// The resource is in a static library: without a reference the linker would drop it. Outside any namespace, as
+// the macro requires.
 static void registerApplicationIcon() {
     Q_INIT_RESOURCE(application_icon);
 }
@@ -21,10 +21,10 @@ namespace kestro {
 
 namespace {
 
-/// What task bars and switchers show; a window hands every one of these to the display.
+/// The sizes for task bars and switchers; every window sends all of them to the display.
 constexpr int windowIconSizes[] = {16, 24, 32, 48, 64};
 
-/// Qt's own engine for SVG files would have to be loaded as a plug-in when the program starts.
+/// Qt's own SVG icon engine would have to be loaded as a plug-in at startup.
 class SvgIconEngine final : public QIconEngine {
 public:
     explicit SvgIconEngine(QString file) : file_(std::move(file)) {}

@@ -5,15 +5,15 @@
 
 namespace kestro {
 
-/// The file of the application's icon inside the program.
+/// The resource path of the application's icon file.
 QString applicationIconFile();
 
-/// The icon that an SVG file holds; null when there is no such file. The file is read when the icon is first
-/// painted, and each size is painted once. Main thread.
+/// The icon in an SVG file; null if the file does not exist. The file is read when the icon is first painted,
+/// and each size is painted once. Main thread.
 QIcon applicationIcon(const QString& file);
 
-/// Makes the icon of `file` the application's, which its windows show in switchers and task bars. Without the
-/// file the application keeps the icon that it has.
+/// Makes the icon in `file` the application's icon, which its windows show in switchers and task bars. Keeps the
+/// current icon if the file does not exist.
 void loadApplicationIcon(const QString& file);
 
 }  // namespace kestro

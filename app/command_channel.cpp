@@ -83,14 +83,14 @@ void CommandChannel::fileWasWritten() {
     if (!bytes) {
         return;
     }
-    // More may stand behind what a full read returns, so the word in it cannot be told.
+    // A full read may be truncated, so the word in it is unknown.
     const bool isTooLong = bytes->size() >= FileEvents::longestRead;
     const std::string word = commandWord(*bytes);
     if (word.empty() && !isTooLong) {
         return;
     }
-    // Emptied before the command is performed: it is consumed once, whatever happens next. Emptying is a
-    // write too, whose event finds a blank file.
+    // Emptied before the command runs, so that the word is consumed once whatever happens next. Truncating is
+    // itself a write, whose event finds a blank file.
     fileEvents_.truncate(path_);
     if (!isTooLong) {
         performCommand(word, target_);

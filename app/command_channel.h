@@ -14,7 +14,7 @@
 
 namespace kestro {
 
-/// What a command word can make the application do. Main thread.
+/// The actions that command words trigger. Main thread.
 class CommandTarget {
 public:
     virtual ~CommandTarget() = default;
@@ -30,28 +30,29 @@ public:
     /// Shows the dashboard, then toggles the system's full screen.
     virtual void toggleFullScreenAction() = 0;
 
-    /// Shows the dashboard, then gives it a size, its bottom-left corner staying where it is.
+    /// Shows the dashboard, then resizes it, keeping its bottom-left corner in place.
     virtual void showDashboard(QSize size) = 0;
 
     virtual void hideDashboard() = 0;
 };
 
-/// Performs the command that `word` names exactly, letter case included. False: it names none.
+/// Performs the command that matches `word` exactly, including case. False: there is none.
 bool performCommand(std::string_view word, CommandTarget& target);
 
-/// The command word in what a file holds: the text without white space around it; empty when the bytes are
-/// not UTF-8 or blank.
+/// The command word in a file's contents: the text without surrounding white space; empty when the bytes are
+/// blank or not UTF-8.
 std::string commandWord(std::string_view bytes);
 
-/// The watched file through which any process of the user controls this one: each write of one command word
-/// performs it and empties the file. Unknown words are consumed as well, without a message, and so is a file
-/// that fills a whole read, whatever it begins with. When the file cannot be watched there is no channel. Main
-/// thread; lives as long as the application.
+/// The watched file through which any process of the user controls this one: each write of a command word runs
+/// the command and empties the file. Unknown words are discarded silently, and so is a file that fills a whole
+/// read, whatever it begins with. If the file cannot be watched, there is no channel. Main thread; lives as long
+/// as the application.
 class CommandChannel {
 public:
     static constexpr std::string_view defaultPath = "/tmp/.kestro_cmd";
 
-    /// Creates the file at `path` unless it exists, and starts the watch. Both references outlive it.
+    /// Creates the file at `path` if it does not exist, and starts watching it. Both references outlive this
+    /// object.
     CommandChannel(FileEvents& fileEvents, CommandTarget& target, std::string path);
     CommandChannel(const CommandChannel&) = delete;
     CommandChannel& operator=(const CommandChannel&) = delete;

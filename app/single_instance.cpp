@@ -48,7 +48,7 @@ bool belongsToThisUser(int connection) {
     return getsockopt(connection, SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0 && peer.uid == getuid();
 }
 
-/// Calls on the process that owns the address, by connecting to it. False: no process of this user does.
+/// Notifies the process that owns the address by connecting to it. False: no process of this user owns it.
 bool callOwner(const AbstractAddress& address) {
     const int connection = openSocket();
     const bool isAnswered = connection >= 0 && connect(connection, address.get(), address.length) == 0 &&
@@ -77,10 +77,10 @@ QString SingleInstance::currentDisplay() {
 
 void SingleInstance::callFirst(DistributedNotifications& notifications) {
     if (!bus_.isConnected()) {
-        return;  // finding it was the call
+        return;  // the first process was notified when this one found it
     }
     notifications.post(notificationNames::showDashboard);
-    // An answer of the bus to a later message proves that it has taken the earlier one.
+    // The bus handles messages in order: a reply to a later one proves that the earlier one has arrived.
     bus_.interface()->isServiceRegistered(QLatin1StringView(busName));
 }
 
@@ -97,7 +97,7 @@ void SingleInstance::release() {
 bool SingleInstance::claimBusName() {
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
         bus_.interface()->registerService(QLatin1StringView(busName), QDBusConnectionInterface::DontQueueService);
-    // A bus that does not answer keeps nobody from working.
+    // A bus that does not answer must not keep the program from running.
     return !reply.isValid() || reply.value() != QDBusConnectionInterface::ServiceNotRegistered;
 }
 

@@ -11,15 +11,15 @@ namespace kestro {
 
 class DistributedNotifications;
 
-/// Makes this process the only one of its session, or finds out that another one is. The first process owns
-/// the name "kestro.Kestro" on the session bus; without a bus, the abstract socket of its display, which the
-/// kernel takes back however the process ends. Main thread; lives as long as the application.
+/// Makes this process the only instance in its session, or detects that another one is running. The first
+/// process owns the name "kestro.Kestro" on the session bus; without a bus, the abstract socket of its display,
+/// which the kernel releases however the process ends. Main thread; lives as long as the application.
 class SingleInstance {
 public:
     static constexpr char busName[] = "kestro.Kestro";
 
-    /// `display` tells sessions without a bus apart. `onSecondStart` is called in the first process when a
-    /// second one without a bus finds it.
+    /// `display` distinguishes sessions without a bus. `onSecondStart` is called in the first process when a
+    /// second one without a bus contacts it.
     SingleInstance(const QDBusConnection& bus, const QString& display, std::function<void()> onSecondStart);
     ~SingleInstance();
     SingleInstance(const SingleInstance&) = delete;
@@ -27,13 +27,13 @@ public:
 
     bool isFirst() const { return isFirst_; }
 
-    /// Asks the first process to show its dashboard; returns when the request is on its way.
+    /// Asks the first process to show its dashboard; returns once the request has been sent.
     void callFirst(DistributedNotifications& notifications);
 
-    /// Lets another process be the first one from here on.
+    /// Lets another process become the first one.
     void release();
 
-    /// Names the display of this process for the constructor.
+    /// Identifies the display of this process, for the constructor.
     static QString currentDisplay();
 
 private:

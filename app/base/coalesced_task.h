@@ -8,9 +8,8 @@
 
 namespace kestro {
 
-/// Runs a task once in the next turn of the main queue, however often it was asked for before that: a sample
-/// publishes a dozen properties, and what follows them needs to be done once. Main thread; a request that is
-/// pending when this object dies is dropped.
+/// Runs a task once in the next turn of the main queue, however often it was requested: a sample publishes a
+/// dozen properties, and one update covers them all. Main thread; destruction drops a pending request.
 class CoalescedTask {
 public:
     /// `runLoop` outlives it.

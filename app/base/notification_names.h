@@ -4,7 +4,7 @@
 
 namespace kestro::notificationNames {
 
-/// The system-wide notifications that this program obeys; any process of the user may post them.
+/// The system-wide notifications that this program handles; any process of the user may post them.
 
 inline constexpr std::string_view togglePopover = "kestro.notify.togglePopover";
 inline constexpr std::string_view showDashboard = "kestro.notify.showDashboard";

@@ -6,13 +6,13 @@
 
 namespace kestro::settings_portal {
 
-/// Where the desktop tells its settings to every program: org.freedesktop.portal.Settings.
+/// The portal through which the desktop publishes its settings: org.freedesktop.portal.Settings.
 inline const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
 inline const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
 inline const QString interface = QStringLiteral("org.freedesktop.portal.Settings");
 inline const QString appearanceArea = QStringLiteral("org.freedesktop.appearance");
 
-/// A question for one setting; its answer has the signature "v". Starts no service.
+/// A call that reads one setting; its reply has the signature "v". Starts no service.
 QDBusMessage readCall(const QString& area, const QString& key);
 
 /// A setting's value, which the portal wraps once or twice, depending on its version.

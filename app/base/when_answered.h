@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// Calls `handle` with the reply, an error included, unless `context` dies before.
+/// Calls `handle` with the reply or error, unless `context` is destroyed first.
 template <typename Handle>
 void whenAnswered(const QDBusPendingCall& call, QObject* context, Handle handle) {
     auto* watcher = new QDBusPendingCallWatcher(call, context);

@@ -12,7 +12,7 @@
 
 namespace kestro {
 
-/// What the cooling item's menu can do. Main thread.
+/// Actions of the cooling item's menu. Main thread.
 class CoolingMenuActions {
 public:
     virtual ~CoolingMenuActions() = default;
@@ -37,7 +37,7 @@ StatusMenu coolingMenu(const CoolingMenuState& state, CoolingMenuActions& action
 /// A fan's line, such as "Left Fan: 2150 RPM (35%)".
 QString fanLine(const FanTelemetry& fan);
 
-/// The preset that is in effect: the active one while the curves drive the fans, else none.
+/// The preset in effect: the active one while the curves drive the fans, otherwise none.
 std::optional<CurvePreset> presetInEffect(FanProfile profile, std::optional<CurvePreset> activePreset);
 
 }  // namespace kestro

@@ -9,7 +9,7 @@ StatusMenu keepAwakeMenu(const KeepAwakeMenuState& state, KeepAwakeMenuActions& 
     const QString status = isActive
                                ? QStringLiteral("Keep-Awake: Active (") + state.remainingTime + QLatin1Char(')')
                                : QStringLiteral("Keep-Awake: Inactive");
-    // Off, the entry starts the default duration of the settings, which need not be without end.
+    // When off, this entry starts the default duration from the settings, which may be finite.
     const QString toggle =
         isActive ? QStringLiteral("Deactivate Keep-Awake") : QStringLiteral("Activate Indefinitely");
     return {

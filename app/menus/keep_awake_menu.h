@@ -9,7 +9,7 @@
 
 namespace kestro {
 
-/// What the keep-awake item's menu can do. Main thread.
+/// Actions of the keep-awake item's menu. Main thread.
 class KeepAwakeMenuActions {
 public:
     virtual ~KeepAwakeMenuActions() = default;

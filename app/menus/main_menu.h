@@ -9,7 +9,7 @@
 
 namespace kestro {
 
-/// What the main item's menu can make the application do. Main thread.
+/// Actions of the main item's menu. Main thread.
 class MainMenuActions {
 public:
     virtual ~MainMenuActions() = default;

@@ -36,8 +36,8 @@ inline void appendRows(StatusMenu& menu, StatusMenu rows) {
     std::ranges::move(rows, std::back_inserter(menu));
 }
 
-/// One entry per case in case order, titled with its label, with a check mark on the case `checked`.
-/// `choose` is called with the case of the entry that the user picks.
+/// One entry per case in case order, titled with its label; `checked` gets the check mark. `choose` receives the
+/// case that the user picks.
 template <ClosedEnumeration E>
 StatusMenu choiceRows(std::optional<E> checked, const std::function<void(E)>& choose) {
     StatusMenu rows;

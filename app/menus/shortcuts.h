@@ -4,9 +4,9 @@
 
 namespace kestro::shortcuts {
 
-/// The key of every command that has one, as portable key sequences. The command key of a Mac is the control
-/// key here and its control key is Meta, as the toolkit has it. Where the desktop keeps Meta for itself, F11,
-/// the habit on this desktop, does the same in a window.
+/// The shortcut of every command that has one, as portable key sequences. Following the toolkit's convention, a
+/// Mac's Command is Ctrl here and its Control is Meta. Where the desktop reserves Meta, F11, customary on this
+/// desktop, does the same in a window.
 
 inline const QString toggleDashboard = QStringLiteral("Ctrl+D");
 inline const QString toggleFullScreen = QStringLiteral("Ctrl+Meta+F");

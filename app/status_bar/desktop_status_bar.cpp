@@ -5,7 +5,7 @@
 
 namespace kestro {
 
-/// What the owner of an item holds: it stays while the real item behind it changes its place.
+/// What an item's owner holds: it stays valid while the real item behind it moves between hosts.
 class DesktopStatusBar::Item : public StatusItem {
 public:
     Item(DesktopStatusBar& bar, QString identifier, StatusItemHandlers handlers)

@@ -14,10 +14,9 @@
 
 namespace kestro {
 
-/// The place of the items on this desktop: its panels while one of them hosts status items, the strip
-/// otherwise. Items move along. A panel may take a moment to start or to come back; only when it stays away
-/// longer than the grace period does the strip appear, and at once where there is no bus. Main thread;
-/// outlives its items.
+/// Where items live on this desktop: in a panel that hosts status items, or on the strip if there is none. Items
+/// move when that changes. A panel may take a moment to start or restart, so the strip appears only after the
+/// grace period, or at once if there is no bus. Main thread; outlives its items.
 class DesktopStatusBar : public QObject, public StatusBar {
     Q_OBJECT
 

@@ -22,7 +22,7 @@ constexpr double figureWidth = 16;
 constexpr double figureTracking = -0.3;
 constexpr double trackOpacity = 0.28;
 
-/// Where a row stands and how large its figure is, on the grid.
+/// A row's position and the size of its figure, on the grid.
 struct RowPlace {
     double top;
     double height;
@@ -66,7 +66,7 @@ void paintRow(QPainter& painter, const GlanceRow& row, const QColor& color, doub
     const double width = metrics.horizontalAdvance(row.text) * shrink;
     const double narrow = std::min(1.0, row.figure.width() / std::max(width, 1.0));
     painter.save();
-    // A baseline on a whole pixel keeps the feet of small figures sharp.
+    // Placing the baseline on a whole pixel keeps the bottom edges of small figures sharp.
     painter.translate(row.figure.right() - width * narrow,
                       std::round(row.figure.center().y() + metrics.capHeight() * shrink / 2));
     painter.scale(shrink * narrow, shrink);
@@ -98,7 +98,7 @@ QImage glanceIcon(const StatusGlance& glance, int pixels, PanelScheme scheme) {
 }
 
 QImage symbolIcon(const QString& name, int pixels, double share, PanelScheme scheme) {
-    // The margins are whole pixels, so that the strokes stay sharp.
+    // Whole-pixel margins keep the strokes sharp.
     const int margin = static_cast<int>(std::lround(pixels * (1 - share) / 2));
     const QImage symbol =
         SymbolPainter::image(name, pixels - 2 * margin, panelColor(StatusTitleColor::label, scheme));

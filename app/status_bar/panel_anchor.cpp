@@ -21,8 +21,8 @@ std::optional<QPoint> pointFromPanel(QPoint devicePoint, const std::vector<Scree
         return std::nullopt;
     }
     for (const ScreenFrame& screen : screens) {
-        // A screen's origin is the same in both coordinate systems; only lengths are scaled. The sums are done in
-        // double: a caller may send any two integers.
+        // A screen's origin is the same in both coordinate systems; only lengths are scaled. Computed in double,
+        // since a caller may send any two integers.
         const double x = (static_cast<double>(devicePoint.x()) - screen.geometry.x()) / screen.scale;
         const double y = (static_cast<double>(devicePoint.y()) - screen.geometry.y()) / screen.scale;
         if (x >= 0 && y >= 0 && x < screen.geometry.width() && y < screen.geometry.height()) {

@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// One screen: where it is and what panels leave of it, in points, and its device pixels per point.
+/// One screen: its geometry and the part that panels leave free, in points, and its device pixels per point.
 struct ScreenFrame {
     QRect geometry;
     QRect available;
@@ -17,20 +17,22 @@ struct ScreenFrame {
 /// The screens of the application.
 std::vector<ScreenFrame> currentScreens();
 
-/// A panel's point in device pixels as global coordinates of the application; nothing where no screen is. The
-/// origin is no point either: hosts that cannot tell send it.
+/// Converts a panel's point in device pixels to the application's global coordinates; absent if no screen
+/// contains it. The origin is absent too: hosts send it when they do not know the position.
 std::optional<QPoint> pointFromPanel(QPoint devicePoint, const std::vector<ScreenFrame>& screens);
 
-/// Where a click on a panel took place. A pointer close to an edge of its screen, where panels are, is believed
-/// more than the panel: some report places relative to a window of theirs. Without either there is no place.
+/// The position of a click on a panel. A pointer close to a screen edge, where panels are, takes precedence over
+/// the position from the panel, since some panels report it relative to one of their windows. Absent without
+/// either.
 std::optional<QPoint> clickPoint(std::optional<QPoint> fromPanel, std::optional<QPoint> pointer,
                                  const std::vector<ScreenFrame>& screens);
 
-/// The pointer's place, where the window system tells it for other applications' windows; global coordinates.
+/// The pointer's position in global coordinates; absent where the window system hides it over other
+/// applications.
 std::optional<QPoint> currentPointer();
 
-/// Where to attach what opens for a click at `point`: within a panel's share of the screen, the panel's whole
-/// thickness at that place; elsewhere the point itself. A null rectangle without a point.
+/// The anchor for what a click at `point` opens: within a panel's share of the screen, the panel's whole
+/// thickness at that position; elsewhere the point itself. Null without a point.
 QRect panelAnchor(std::optional<QPoint> point, const std::vector<ScreenFrame>& screens);
 
 }  // namespace kestro

@@ -24,7 +24,7 @@ struct PanelFacts {
     bool isPaletteDark = false;       ///< the application palette has a dark window colour
 };
 
-/// A panel's scheme, and whether it is known or only the best guess.
+/// A panel's scheme, and whether it is known or only a guess.
 struct PanelLook {
     PanelScheme scheme = PanelScheme::dark;
     bool isKnown = false;
@@ -32,8 +32,8 @@ struct PanelLook {
     friend bool operator==(const PanelLook&, const PanelLook&) = default;
 };
 
-/// What follows from the facts. Panels that are always dark and the host's own setting are known; the desktop's
-/// preference, which is about applications, and after it the palette are guesses.
+/// Derives the look from the facts. Panels that are always dark and the host's own setting are certain; the
+/// desktop's preference, which is about applications, and then the palette are guesses.
 PanelLook panelLook(const PanelFacts& facts);
 
 }  // namespace kestro

@@ -22,7 +22,7 @@ const QString panelSettingsPath = QStringLiteral("/org/xfce/Xfconf");
 const QString panelChannel = QStringLiteral("xfce4-panel");
 const QString darkPanelProperty = QStringLiteral("/panels/dark-mode");
 
-/// 1: dark, 2: light; everything else: no preference.
+/// 1: dark, 2: light; anything else: no preference.
 std::optional<bool> darkPreference(const QVariant& value) {
     if (value.metaType() != QMetaType::fromType<uint>()) {
         return std::nullopt;

@@ -13,7 +13,7 @@ class HostMonitor;
 
 /// Follows whether the panel is dark or light: the desktop's colour preference from the settings portal, the
 /// panel's own setting where it has one (Xfce), the process that hosts the items, and the palette. Starts no
-/// service: who is not running has no say. Main thread.
+/// service: services that are not running are ignored. Main thread.
 class PanelSchemeMonitor : public QObject {
     Q_OBJECT
 

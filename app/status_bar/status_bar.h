@@ -20,7 +20,7 @@ struct StatusSymbol {
     friend bool operator==(const StatusSymbol&, const StatusSymbol&) = default;
 };
 
-/// The colour role of a title; the host decides the colour from the panel's scheme.
+/// The colour role of a title; the host picks the colour for the panel's scheme.
 enum class StatusTitleColor { label, secondaryLabel, orange };
 
 /// A title with its font: pixel size, weight (500 medium … 700 bold) and colour role. Figures are tabular.
@@ -46,7 +46,7 @@ struct StatusContent {
     std::optional<StatusSymbol> symbol;
     StatusTitle title;
 
-    /// The widest text that the title can become, so that a panel can reserve the room.
+    /// The widest text that the title can have, so that a panel can reserve the space.
     QString widestTitle;
 
     /// The whole readout for hosts that show no title; empty: the title itself.
@@ -55,10 +55,10 @@ struct StatusContent {
     /// What a screen reader says after the item's name, also where no text is shown; empty: the title itself.
     QString spokenText;
 
-    /// The title or what stands for it, as a screen reader says it.
+    /// The title or its replacement, as a screen reader says it.
     QString spoken() const { return spokenText.isEmpty() ? title.text.trimmed() : spokenText; }
 
-    /// Values to paint into the icon where the host shows no title; absent: the symbol stays the icon.
+    /// Values to paint into the icon where the host shows no title; absent: keeps the symbol.
     std::optional<StatusGlance> glance;
 
     friend bool operator==(const StatusContent&, const StatusContent&) = default;
@@ -71,7 +71,7 @@ struct StatusMenuEntry {
     bool isEnabled = true;
     bool isChecked = false;
     QString shortcut;                      ///< portable key sequence such as "Ctrl+D"; empty: none
-    std::function<void()> action;          ///< empty: nothing happens
+    std::function<void()> action;          ///< empty: does nothing
     std::vector<StatusMenuEntry> submenu;  ///< not empty: the entry opens a submenu
 
     static StatusMenuEntry separator() {
@@ -92,17 +92,17 @@ using StatusMenu = std::vector<StatusMenuEntry>;
 /// How an item was clicked.
 enum class StatusClick { primary, secondary };
 
-/// What an item tells its owner. `anchor` is where the item is on the screen, or the panel's edge nearest to
-/// the click, in global coordinates; a null rectangle when the host does not say.
+/// Events of an item. `anchor` is the item's area on the screen, or the panel edge nearest to the click, in
+/// global coordinates; null when the host does not report it.
 struct StatusItemHandlers {
-    /// A click, with `controlHeld` for the control key. Empty: any click opens the menu.
+    /// A click, with `controlHeld` for the control key. If empty, any click opens the menu.
     std::function<void(StatusClick click, bool controlHeld, const QRect& anchor)> onClick;
 
-    /// Builds the menu afresh for each opening.
+    /// Builds the menu each time it opens.
     std::function<StatusMenu()> buildMenu;
 };
 
-/// One item in the status bar; it leaves the bar when it is destroyed. Main thread.
+/// One item in the status bar; destroying it removes it. Main thread.
 class StatusItem {
 public:
     virtual ~StatusItem() = default;
@@ -113,11 +113,11 @@ public:
     /// Opens the item's menu beside the item, or at `position` (global coordinates) when given.
     virtual void openMenu(std::optional<QPoint> position = std::nullopt) = 0;
 
-    /// Where the item is, in global coordinates; null when the host does not say.
+    /// The item's area in global coordinates; null when the host does not report it.
     virtual QRect geometry() const = 0;
 };
 
-/// The place on the desktop where items live. Items move to another host when one appears or goes away.
+/// Where items live on the desktop. Items move to another host when one appears or disappears.
 class StatusBar {
 public:
     virtual ~StatusBar() = default;

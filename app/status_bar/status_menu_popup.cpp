@@ -13,7 +13,7 @@ std::vector<MenuEntry> menuEntries(const StatusMenu& menu) {
             entries.push_back(MenuEntry::separator());
             continue;
         }
-        // What can neither be chosen nor opened names the entries below it.
+        // An entry that can neither be chosen nor opened is a header.
         if (!source.isEnabled && source.submenu.empty()) {
             entries.push_back(MenuEntry::header(source.title));
             continue;

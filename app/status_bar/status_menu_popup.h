@@ -8,14 +8,14 @@
 
 namespace kestro {
 
-/// The menu of a status item as a window of ours. One is open at most; opening another closes it, and so does
-/// the end of this object. A chosen entry acts from the event loop, after the menu has closed. Main thread.
+/// A status item's menu in a window of our own. At most one is open; opening another or destroying this object
+/// closes it. A chosen entry runs from the event loop, after the menu has closed. Main thread.
 class StatusMenuPopup {
 public:
     ~StatusMenuPopup();
 
-    /// Opens with the top left corner at `position` in global coordinates, kept on the screen. An empty menu
-    /// opens nothing.
+    /// Opens with the top-left corner at `position` in global coordinates, kept on the screen. Does nothing for
+    /// an empty menu.
     void open(const StatusMenu& menu, QPoint position);
 
     /// The open menu, or null.

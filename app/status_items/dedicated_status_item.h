@@ -15,21 +15,21 @@ class RunLoop;
 template <typename T>
 class Setting;
 
-/// An extra item of the status bar that stands there while its setting is on, and opens its menu on either
-/// click. The object itself lives for the process. Main thread.
+/// An extra item in the status bar, present while its setting is on. Either click opens its menu. The object
+/// itself lives as long as the process. Main thread.
 class DedicatedStatusItem {
 public:
     virtual ~DedicatedStatusItem() = default;
     DedicatedStatusItem(const DedicatedStatusItem&) = delete;
     DedicatedStatusItem& operator=(const DedicatedStatusItem&) = delete;
 
-    /// Puts the item into the status bar; does nothing when it is there.
+    /// Adds the item to the status bar; does nothing if it is there.
     void enable();
 
-    /// Takes the item out of the status bar.
+    /// Removes the item from the status bar.
     void disable();
 
-    /// Shows the present state; does nothing while there is no item.
+    /// Shows the current state; does nothing while there is no item.
     void updateIcon();
 
     void showMenu();
@@ -37,23 +37,22 @@ public:
     bool isEnabled() const { return statusItem_ != nullptr; }
 
 protected:
-    /// `isShown` decides whether the item stands in the bar. All references outlive this object.
+    /// `isShown` decides whether the item is in the bar. All references outlive this object.
     DedicatedStatusItem(const QString& identifier, StatusBar& statusBar, RunLoop& runLoop,
                         const Setting<bool>& isShown);
 
     virtual StatusContent content() const = 0;
 
-    /// Built anew at every opening.
+    /// Built each time the menu opens.
     virtual StatusMenu menu() = 0;
 
-    /// Has the icon follow a published value or a setting, once for each turn of the main queue.
+    /// Updates the icon whenever a published value or a setting changes, once per turn of the main queue.
     template <typename Value>
     void follow(const Value& value) {
         subscriptions_.push_back(value.subscribe([this](const auto&) { iconUpdate_.request(); }));
     }
 
-    /// Follows the setting from now on, its present value included. The derived class calls it when it is
-    /// complete.
+    /// Applies the setting and follows it from now on. A derived class calls it once it is fully constructed.
     void observeSettings();
 
 private:

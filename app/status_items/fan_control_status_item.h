@@ -20,7 +20,7 @@ public:
 protected:
     StatusContent content() const override;
 
-    /// Reads the fans at this moment.
+    /// Takes a fresh reading of the fans.
     StatusMenu menu() override;
 
 private:

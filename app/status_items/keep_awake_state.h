@@ -6,8 +6,8 @@
 
 namespace kestro {
 
-/// The duration of the period that is running; none while keep-awake is off, although the manager remembers
-/// the last one.
+/// The duration of the running period; absent while keep-awake is off, although the manager remembers the last
+/// one.
 inline std::optional<KeepAwakeDuration> activeDuration(const KeepAwakeManager& manager) {
     return manager.isActive.get() ? std::optional(manager.currentDuration.get()) : std::nullopt;
 }

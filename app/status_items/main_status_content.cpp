@@ -15,7 +15,7 @@ int wholePercent(double percent) {
     return percent > 0 ? static_cast<int>(std::min(percent, 100.0)) : 0;
 }
 
-/// The figures stand in for a text: a readout without any is nothing but its symbol.
+/// The figures replace a text: a readout without text keeps its plain symbol.
 std::optional<StatusGlance> glance(const KestroServices& services, const ReadoutInputs& inputs,
                                    const Readout& readout) {
     if (readout.title.empty() || inputs.memory == nullptr) {
@@ -23,7 +23,7 @@ std::optional<StatusGlance> glance(const KestroServices& services, const Readout
     }
     StatusGlance loads;
     loads.upperPercent = wholePercent(inputs.memory->usedPercentage());
-    // A row that came and went with the windows, the only other time that the load is read, would be restless.
+    // Otherwise the load is read only while a window is visible, and its row would come and go with the windows.
     if (inputs.cpu != nullptr && services.engine.readsLoadWhileIdle()) {
         loads.lowerPercent = wholePercent(inputs.cpu->totalUsage);
     }

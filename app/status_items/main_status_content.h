@@ -6,14 +6,14 @@
 
 namespace kestro {
 
-/// What the main item shows: the readout that the user composed, and for hosts without text the memory and
-/// processor loads to paint into the icon, unless the user wants the bare icon or lists no module. Kept from one
-/// update to the next, so that one that changes nothing allocates nothing. Main thread.
+/// What the main item shows: the readout that the user composed and, for hosts without text, the memory and
+/// processor loads to paint into the icon, unless the user wants the bare icon or selects no module. Kept
+/// between updates, so that an update without changes allocates nothing. Main thread.
 class MainStatusContent {
 public:
     explicit MainStatusContent(const KestroServices& services) : services_(services) {}
 
-    /// Composes everything from the present values. Whether anything differs from before; the first time always.
+    /// Composes everything from the current values. True if anything changed; always true the first time.
     bool update();
 
     const StatusContent& content() const { return content_; }

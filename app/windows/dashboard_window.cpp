@@ -59,7 +59,7 @@ void KestroDashboardWindow::toggleWindowedFullScreen() {
 }
 
 void KestroDashboardWindow::toggleFullScreen() {
-    // What is left after full screen is the frame that the window was on its way to.
+    // Leaving full screen restores this frame, so finish the motion first.
     frameAnimation_.finish();
     setWindowState(windowState() ^ Qt::WindowFullScreen);
 }
@@ -88,7 +88,7 @@ void KestroDashboardWindow::ensureReachable() {
 }
 
 bool KestroDashboardWindow::backgroundPressed(QPoint position) {
-    // From here on the frame is the user's.
+    // From here on the user controls the frame.
     frameAnimation_.stop();
     const Qt::Edges edges = isFullScreen() ? Qt::Edges() : resizeEdges(position, size());
     return edges != Qt::Edges() && windowHandle()->startSystemResize(edges);
@@ -103,7 +103,7 @@ bool KestroDashboardWindow::event(QEvent* event) {
 
 void KestroDashboardWindow::showEvent(QShowEvent* event) {
     SurfaceWindow::showEvent(event);
-    // The window sees its events before the widget under the pointer does.
+    // The window receives its events before the widget under the pointer does.
     windowHandle()->installEventFilter(this);
 }
 
@@ -122,7 +122,7 @@ void KestroDashboardWindow::changeEvent(QEvent* event) {
 
 void KestroDashboardWindow::resizeEvent(QResizeEvent* event) {
     SurfaceWindow::resizeEvent(event);
-    // Coming back from full screen is no resize, and neither is what happens before anybody sees it.
+    // Leaving full screen is not a resize, and neither is a change before the window is first visible.
     if (isFullScreen() || size() == settledSize_) {
         return;
     }

@@ -17,7 +17,7 @@ public:
     /// `width` is the content's optimal width; the height starts at 480.
     KestroDashboardWindow(WindowDelegate& delegate, ContentFactory makeContent, int width);
 
-    /// The frame to return to after a windowed zoom.
+    /// The frame that a windowed zoom restores.
     const std::optional<QRect>& preZoomFrame() const { return preZoomFrame_; }
 
     /// Zooms to the screen's visible area, or back. Not the system's full screen.
@@ -26,15 +26,15 @@ public:
     /// Enters or leaves the system's full screen.
     void toggleFullScreen();
 
-    /// Gives the window a size that holds until the user or another command changes it, its bottom-left
-    /// corner staying where it is. Does nothing in full screen, where a window has no frame of its own.
+    /// Resizes the window until the user or another command changes it, keeping its bottom-left corner in place.
+    /// Does nothing in full screen, where a window has no frame of its own.
     void resizeKeepingOrigin(QSize size);
 
-    /// Fits the width to the content about the window's centre. The delegate does not hear of this resize.
+    /// Fits the width to the content around the window's centre. Does not notify the delegate of this resize.
     void fitWidth(int optimalWidth);
 
-    /// Puts the window in the middle of the screen if no screen shows its title band: at its first showing,
-    /// and after the screen that it stood on has gone.
+    /// Centres the window if no screen shows its title band: when it is first shown, and after its screen has
+    /// gone.
     void ensureReachable();
 
 protected:
@@ -52,7 +52,7 @@ private:
 
     FrameAnimation frameAnimation_;
     std::optional<QRect> preZoomFrame_;
-    QSize settledSize_;  ///< the last size outside full screen that is accounted for
+    QSize settledSize_;  ///< the last size outside full screen that has been handled
     bool isFittingWidth_ = false;
     bool wasFullScreen_ = false;
     bool isPlaced_ = false;

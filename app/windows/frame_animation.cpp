@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 constexpr auto lastEcho = motion::window + 400ms;
 
-/// After this a window manager has answered the last step.
+/// By then a window manager has answered the last step.
 constexpr auto settlingTime = 120ms;
 
 bool isBetween(int value, int one, int other) {

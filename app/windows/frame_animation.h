@@ -9,27 +9,27 @@ class QWidget;
 
 namespace kestro {
 
-/// Moves and resizes a window in one motion, or at once when the window is hidden or the desktop
-/// asks for no animations. Main thread; belongs to the window.
+/// Moves and resizes a window in one motion, or at once when the window is hidden or the desktop has animations
+/// off. Main thread; belongs to the window.
 class FrameAnimation {
 public:
     explicit FrameAnimation(QWidget& window);
 
-    /// Starts towards `target`; a motion under way turns towards it. A window manager that pushed the window
-    /// aside while it grew is asked once more, at the end, for the place.
+    /// Starts moving towards `target`; a running motion changes direction. If a window manager pushed the window
+    /// aside while it grew, the position is requested once more at the end.
     void start(const QRect& target);
 
-    /// Ends where the window is now.
+    /// Stops at the current frame.
     void stop();
 
-    /// Ends at the target.
+    /// Jumps to the target.
     void finish();
 
-    /// Where the window is, or will be at the end of a motion under way.
+    /// The window's frame, or the target of a running motion.
     QRect frame() const;
 
-    /// Whether the window may take `size` because of the motion that was started last: sizes on its way
-    /// come back from the window system a little after it has ended.
+    /// Whether the last motion can explain that the window has `size`: the window system still reports
+    /// intermediate sizes shortly after the motion has ended.
     bool explains(const QSize& size) const;
 
 private:

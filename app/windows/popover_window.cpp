@@ -20,7 +20,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Longer than a click with a slow finger, shorter than two deliberate ones.
+// Longer than a slow click, shorter than two deliberate ones.
 constexpr auto clickDuration = 500ms;
 
 constexpr double riseDistance = 4;
@@ -103,7 +103,7 @@ void PopoverWindow::closeEvent(QCloseEvent* event) {
 }
 
 bool PopoverWindow::event(QEvent* event) {
-    // Its own menus take the keyboard too, and closing under them would leave them in the air.
+    // The popover's own menus take the keyboard too; closing under them would orphan them.
     if (event->type() == QEvent::WindowDeactivate && QApplication::activePopupWidget() == nullptr) {
         dismiss();
     }
@@ -146,7 +146,7 @@ void PopoverWindow::fadeTo(double opacity, int milliseconds) {
 
 void PopoverWindow::takeStep(double opacity) {
     setWindowOpacity(opacity);
-    // It rises into its place when it opens, and stays there when it closes.
+    // It rises into place when it opens, and stays there when it closes.
     const double distance = isShown_ ? (1 - opacity) * riseDistance : 0;
     move(restingPlace_ + QPoint(0, qRound(distance)));
 }

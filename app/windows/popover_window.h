@@ -13,25 +13,25 @@ namespace kestro {
 
 class PressMonitor;
 
-/// The quick-glance popover: a small window beside the status item that closes when it loses the keyboard,
+/// The quick-glance popover: a small window beside the status item that closes when it loses the keyboard focus,
 /// on Escape, and on a press elsewhere. It opens and closes with a short fade.
 class PopoverWindow final : public SurfaceWindow {
 public:
     PopoverWindow(WindowDelegate& delegate, const Clock& clock, ContentFactory makeContent);
     ~PopoverWindow() override;
 
-    /// Shows it beside `anchor`, the status item's place on the screen; a null one is unknown.
+    /// Shows the popover beside `anchor`, the status item's area on the screen; null: unknown.
     void showRelativeTo(const QRect& anchor);
 
-    /// Whether it is open; no longer while it fades away.
+    /// Whether it is open; false while it fades out.
     bool isShown() const { return isShown_; }
 
     void orderOut() override;
 
-    /// Whether the click being handled is what closed it: a panel reports a click after the press has closed
-    /// the popover, and that click means "close". At most one click for each closing, within the time that a
-    /// click takes. `item` is where the clicked item is on the screen: a press elsewhere was not part of the
-    /// click. A null one is unknown.
+    /// Whether the click being handled is the one that closed the popover: a panel reports a click after its
+    /// press has closed the popover, and that click must not reopen it. True for at most one click per closing,
+    /// within the duration of a click. `item` is the clicked item's area on the screen, since a press elsewhere
+    /// is not part of the click; null: unknown.
     bool takesBack(const QRect& item);
 
 protected:
@@ -42,7 +42,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    /// How it closed by itself.
+    /// When and where it closed by itself.
     struct Dismissal {
         MonotonicTime time;
         QPoint pointer;

@@ -27,7 +27,7 @@ bool hasRawEvents(xcb_connection_t* display) {
     const auto cookie = xcb_input_xi_query_version(display, 2, 2);
     const Reply<xcb_input_xi_query_version_reply_t> reply(
         xcb_input_xi_query_version_reply(display, cookie, nullptr));
-    // From 2.1 on raw events arrive while another program holds a grab, too.
+    // Since 2.1, raw events arrive even while another program holds a grab.
     return reply && (reply->major_version > 2 || (reply->major_version == 2 && reply->minor_version >= 1));
 }
 
@@ -43,7 +43,7 @@ void selectRawPresses(xcb_connection_t* display) {
 
 }  // namespace
 
-/// A connection of our own, so that Qt's sees nothing of this.
+/// A connection of our own, so that Qt's does not receive these events.
 class PressMonitor::Connection {
 public:
     Connection(Display display, std::function<void()> onPress)

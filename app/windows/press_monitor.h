@@ -5,9 +5,9 @@
 
 namespace kestro {
 
-/// Tells of every press of a mouse button on the screen as long as it lives, whichever window it goes to: a
-/// press on the desktop or on a panel does not move the keyboard's focus, and would go unnoticed. By raw
-/// events of the X Input Extension 2; on other window systems it stays silent. Main thread.
+/// Reports every press of a mouse button on the screen as long as it lives, whichever window receives it: a
+/// press on the desktop or on a panel does not move the keyboard focus and would otherwise go unnoticed. Uses
+/// raw events of the X Input Extension 2; reports nothing on other window systems. Main thread.
 class PressMonitor {
 public:
     explicit PressMonitor(std::function<void()> onPress);

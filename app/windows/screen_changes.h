@@ -8,8 +8,8 @@ class QScreen;
 
 namespace kestro {
 
-/// Tells when a screen comes, goes, or changes its place, its size or the area that panels leave free, as long
-/// as it lives. Main thread.
+/// Reports when a screen is added, removed, moved or resized, or when the area that panels leave free changes.
+/// Main thread.
 class ScreenChanges : public QObject {
 public:
     explicit ScreenChanges(std::function<void()> onChange);

@@ -4,8 +4,8 @@
 
 namespace kestro {
 
-/// The preferences' window: of fixed size, in the middle of the screen when it is made, moved by its
-/// background. Made at the first request and then kept.
+/// The settings window: of fixed size, centred on the screen when created, moved by its background. Created on
+/// the first request and then kept.
 class SettingsWindow final : public SurfaceWindow {
 public:
     SettingsWindow(WindowDelegate& delegate, ContentFactory makeContent);

@@ -9,15 +9,15 @@ class QWidget;
 
 namespace kestro {
 
-/// Makes the content of each window as a child of `parent`, which fills itself with it. Called when the
-/// window is first shown.
+/// Creates the content of each window as a child of `parent`, which it fills. Called when the window is first
+/// shown.
 struct SurfaceFactories {
     std::function<QWidget*(const KestroServices&, const PopoverActions&, QWidget* parent)> popover;
     std::function<QWidget*(const KestroServices&, const DashboardActions&, QWidget* parent)> dashboard;
     std::function<QWidget*(const KestroServices&, const SettingsActions&, QWidget* parent)> settings;
 };
 
-/// The views that people see.
+/// The application's real views.
 SurfaceFactories kestroSurfaces();
 
 }  // namespace kestro

@@ -14,7 +14,7 @@ namespace kestro {
 SurfaceWindow::SurfaceWindow(WindowDelegate& delegate, ContentFactory makeContent, const QString& title,
                              Qt::WindowFlags type)
     : QWidget(nullptr, type | Qt::FramelessWindowHint), delegate_(delegate), makeContent_(std::move(makeContent)) {
-    // Before anything asks what this window is: the answer is kept.
+    // Install it before the first accessibility query for this window, whose answer is cached.
     installViewAccessibility();
     setWindowTitle(title);
     setAttribute(Qt::WA_TranslucentBackground);
@@ -71,7 +71,7 @@ void SurfaceWindow::mousePressEvent(QMouseEvent* event) {
 }
 
 void SurfaceWindow::mouseDoubleClickEvent(QMouseEvent*) {
-    // Its second press starts no drag: the window may be on its way elsewhere.
+    // The second press of a double click starts no drag: the window may already be moving.
     pressedAt_.reset();
 }
 
@@ -81,7 +81,7 @@ void SurfaceWindow::mouseMoveEvent(QMouseEvent* event) {
     }
     // On the screen, not in the window, which may move under a resting pointer.
     const QPoint distance = event->globalPosition().toPoint() - *pressedAt_;
-    // A drag, not a press: the window manager takes the pointer away, and a double click needs it.
+    // Wait for a real drag: the window manager takes the pointer away, and a double click still needs it.
     if (distance.manhattanLength() < QApplication::startDragDistance()) {
         return;
     }

@@ -12,9 +12,9 @@
 
 namespace kestro {
 
-/// A frameless, translucent window of ours that its content fills. The content is built when the window is
-/// first shown, so that a window which nobody opens costs next to nothing. Closing hides it, if the delegate
-/// agrees. Where the window system cannot blend, the content paints itself opaque.
+/// A frameless, translucent window that its content fills. The content is built when the window is first shown,
+/// so that an unopened window costs next to nothing. Closing hides it, if the delegate agrees. Where the window
+/// system cannot blend, the content paints itself opaque.
 class SurfaceWindow : public QWidget {
 public:
     /// Makes the content as a child of its argument.
@@ -31,13 +31,13 @@ public:
 protected:
     WindowDelegate& delegate() { return delegate_; }
 
-    /// What the delegate is told about appearing and leaving.
+    /// Notifies the delegate that the window has appeared or disappeared.
     virtual void visibilityDidChange() { delegate_.windowVisibilityDidChange(*this); }
 
-    /// A press on the window's background, before a drag of it can start. True: it was taken.
+    /// Handles a press on the window's background before it can start a drag. True: handled.
     virtual bool backgroundPressed(QPoint) { return false; }
 
-    /// For a window that takes leave before it is hidden.
+    /// For a window that fades out before it is hidden.
     void willHide() { withdrawalGuard_.windowWillHide(); }
 
     void showEvent(QShowEvent* event) override;

@@ -29,8 +29,8 @@ bool isNear(int left, int right) {
     return std::abs(left - right) <= zoomTolerance;
 }
 
-/// The start of a stretch of `length` as close to `wanted` as lies between `low` and `high`; at `low` when
-/// there is no room.
+/// The start of a stretch of `length`, as close to `wanted` as possible between `low` and `high`; `low` if there
+/// is no room.
 int fitted(int wanted, int length, int low, int high) {
     return std::max(low, std::min(wanted, high - length));
 }
@@ -104,7 +104,7 @@ Qt::Edges resizeEdges(QPoint position, QSize content) {
     if (std::min({left, top, right, bottom}) >= resizeBorder) {
         return {};
     }
-    // On the border, the neighbourhood of a corner takes both of its edges.
+    // On the border, a position near a corner counts for both of its edges.
     Qt::Edges edges;
     edges.setFlag(Qt::LeftEdge, left < resizeCorner);
     edges.setFlag(Qt::TopEdge, top < resizeCorner);

@@ -14,8 +14,8 @@ namespace kestro {
 namespace {
 
 /// Asks the window manager to activate a window, with the source indication of a pager. A click in a panel
-/// reaches this process over the bus, without the time of an X event, and a request with the source of a
-/// plain application would be held for an attempt to steal the focus (Extended Window Manager Hints 1.5).
+/// reaches this process over the bus, without the timestamp of an X event, and a request with the source of a
+/// plain application would count as stealing the focus (Extended Window Manager Hints 1.5).
 void requestActivationAsPager(xcb_connection_t* connection, xcb_window_t window) {
     constexpr std::uint32_t sourcePager = 2;
     xcb_client_message_event_t event{};
@@ -64,8 +64,8 @@ void setFloatingLevel(QWidget& window, bool isFloating) {
         return;
     }
     flags.setFlag(Qt::WindowStaysOnTopHint, isFloating);
-    // QWidget::setWindowFlags would hide the window and make another one; the QWindow sends a request to
-    // change the state of the one that stands.
+    // QWidget::setWindowFlags would hide and recreate the window; the QWindow requests a state change of the
+    // existing one.
     window.overrideWindowFlags(flags);
     if (QWindow* handle = window.windowHandle()) {
         handle->setFlags(flags);
@@ -88,7 +88,7 @@ bool isWithdrawn(const QWidget& window) {
     if (!attributes || attributes->map_state != XCB_MAP_STATE_UNMAPPED || !property) {
         return false;
     }
-    // A window manager removes the state of a window that it gives up, or sets it to 0.
+    // A window manager removes the state of a window that it withdraws, or sets it to 0.
     return xcb_get_property_value_length(property.get()) < static_cast<int>(sizeof(std::uint32_t)) ||
            *static_cast<const std::uint32_t*>(xcb_get_property_value(property.get())) == 0;
 }

@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A window manager that is behind by more than this has other troubles.
+// A window manager that lags by more than this has other problems.
 constexpr auto quickChange = 1s;
 constexpr auto firstLook = 250ms;
 constexpr auto lastLook = 4s;

@@ -12,17 +12,17 @@
 
 namespace kestro {
 
-/// Why a call was refused; becomes the standard bus error of that name.
+/// Why a call was refused; sent as the standard bus error of that name.
 struct BusRefusal {
     QString reason;
 };
 
-/// What a call answers: its results, or the refusal.
+/// The outcome of a call: its results or the refusal.
 using BusReply = std::variant<QVariantList, BusRefusal>;
 
-/// One object with one interface of ours at one path of one connection. A call reaches its handler only if
-/// its argument types are exactly the declared ones; anything else gets a standard bus error. The standard
-/// property interface is answered from the property table; every property is read-only. Main thread.
+/// Exports one object with one interface at one path of one connection. A call reaches its handler only if its
+/// argument types match the declared ones exactly; otherwise the caller gets a standard bus error. The standard
+/// properties interface is served from the property table; every property is read-only. Main thread.
 class BusObject : public QDBusVirtualObject {
     Q_OBJECT
 
@@ -30,23 +30,23 @@ public:
     using Handler = std::function<BusReply(const QVariantList& arguments)>;
     using Getter = std::function<QVariant()>;
 
-    /// `description` is the introspection text of the interface.
+    /// `description` is the introspection XML of the interface.
     BusObject(QString path, QString interface, QString description);
     ~BusObject() override;
 
-    /// Declares a method; `signature` is its argument types in bus notation. Before `publish`.
+    /// Declares a method; `signature` is its argument types in bus notation. Call before `publish`.
     void addMethod(const QString& name, const QString& signature, Handler handler);
 
-    /// Declares a property; the getter's value must have the type that the description tells.
+    /// Declares a property; the getter's value must have the type given in the description.
     void addProperty(const QString& name, Getter getter);
 
-    /// Puts the object on the connection. False: the path is taken or the connection is closed.
+    /// Exports the object on the connection. False: the path is taken or the connection is closed.
     bool publish(const QDBusConnection& connection);
 
-    /// Takes the object off the connection again; handlers are not called after this.
+    /// Removes the object from the connection; handlers are not called afterwards.
     void withdraw();
 
-    /// Sends a signal of the interface; nothing happens while not published.
+    /// Sends a signal of the interface; does nothing while unpublished.
     void emitSignal(const QString& name, const QVariantList& arguments = {}) const;
 
     QString introspect(const QString& path) const override;

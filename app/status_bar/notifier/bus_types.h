@@ -10,7 +10,7 @@
 
 namespace kestro {
 
-/// One picture of an icon as `(iiay)`: 32-bit ARGB rows in network byte order, not premultiplied.
+/// One size of an icon as `(iiay)`: 32-bit ARGB rows in network byte order, not premultiplied.
 struct NotifierPixmap {
     int width = 0;
     int height = 0;
@@ -20,7 +20,7 @@ struct NotifierPixmap {
 };
 using NotifierPixmaps = QList<NotifierPixmap>;
 
-/// `(sa(iiay)ss)`. Hosts read `text` as markup.
+/// `(sa(iiay)ss)`. Hosts parse `text` as markup.
 struct NotifierToolTip {
     QString iconName;
     NotifierPixmaps iconPixmaps;
@@ -41,7 +41,7 @@ struct MenuEntryProperties {
     QVariantMap properties;
 };
 
-/// The names of properties that went back to their defaults, `(ias)`.
+/// The names of properties that were reset to their defaults, `(ias)`.
 struct MenuRemovedProperties {
     int id = 0;
     QStringList names;
@@ -68,7 +68,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, MenuRemovedProper
 QDBusArgument& operator<<(QDBusArgument& argument, const MenuEvent& event);
 const QDBusArgument& operator>>(const QDBusArgument& argument, MenuEvent& event);
 
-/// Makes the types above known to Qt's bus binding; costs nothing after the first call.
+/// Registers the types above with Qt's bus binding; costs nothing after the first call.
 void registerBusTypes();
 
 }  // namespace kestro

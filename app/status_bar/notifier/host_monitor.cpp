@@ -11,7 +11,7 @@ namespace kestro {
 
 namespace {
 
-/// Connections are process-wide by name; each monitor has one of its own.
+/// Connections are process-wide by name, so each monitor needs its own.
 QString uniqueConnectionName() {
     static int count = 0;
     return QStringLiteral("kestro-status-hosts-%1").arg(++count);
@@ -69,8 +69,8 @@ HostMonitor::HostMonitor(NotifierEnvironment environment)
     whenAnswered(
         connection_.asyncCall(busCall(QStringLiteral("GetNameOwner"), watcherService())), this,
         [this](const QDBusMessage& reply) {
-            // A change of owner that came first is newer than this answer. Items made up to now have
-            // found this owner themselves.
+            // An owner change that arrived first is newer than this reply. Items created so far have found this
+            // owner themselves.
             if (owner_.isEmpty() && state_ == State::unknown) {
                 setOwner(isReply(reply, QLatin1StringView("s")) ? reply.arguments().at(0).toString() : QString());
             }
@@ -120,7 +120,7 @@ void HostMonitor::askForHost() {
         bool hasHost = true;
         if (isReply(reply, QLatin1StringView("v"))) {
             const QVariant value = reply.arguments().at(0).value<QDBusVariant>().variant();
-            // A watcher that cannot tell is taken at its word: it is there to be used.
+            // If the watcher cannot say whether it has a host, assume that it has one.
             hasHost = value.metaType() != QMetaType::fromType<bool>() || value.toBool();
         }
         setState(hasHost ? State::present : State::absent);

@@ -19,18 +19,18 @@ struct NotifierEnvironment {
     /// The entries of XDG_CURRENT_DESKTOP.
     QStringList desktops;
 
-    /// Name of a process as the kernel knows it, at most 15 characters; empty when it cannot be read.
+    /// Name of a process as the kernel reports it, at most 15 characters; empty when it cannot be read.
     std::function<QString(uint pid)> processName;
 
     /// This process's environment.
     static NotifierEnvironment current();
 
-    /// A connection of its own to the bus, under `name`.
+    /// Opens a private connection to the bus under `name`.
     QDBusConnection connect(const QString& name) const;
 };
 
-/// Follows org.kde.StatusNotifierWatcher on the bus: is there one, has it a host, and what does that host
-/// do with labels. Asks asynchronously; the state is `unknown` until the first answer. Main thread.
+/// Follows org.kde.StatusNotifierWatcher on the bus: whether there is one, whether it has a host, and what that
+/// host does with labels. Queries are asynchronous; the state is `unknown` until the first reply. Main thread.
 class HostMonitor : public QObject {
     Q_OBJECT
 
@@ -45,13 +45,13 @@ public:
 
     State state() const { return state_; }
 
-    /// What the present host does with labels.
+    /// What the current host does with labels.
     LabelSupport labels() const { return labels_; }
 
     /// Name of the process that owns the watcher; empty while unknown.
     const QString& hostProcess() const { return hostProcess_; }
 
-    /// The monitor's connection, for others that only ask and listen.
+    /// The monitor's connection, for other code that only sends queries and listens.
     const QDBusConnection& connection() const { return connection_; }
 
     const NotifierEnvironment& environment() const { return environment_; }
@@ -59,7 +59,7 @@ public:
 Q_SIGNALS:
     void stateChanged();
 
-    /// A watcher or a host has come: items have to register (again).
+    /// A watcher or a host has appeared: items must register (again).
     void hostArrived();
 
     /// `labels` or `hostProcess` changed.

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::array iconSizes{16, 22, 24, 32, 44, 48, 64};
 
-/// A symbol's share of its square among labels: as tall as the text that panels set.
+/// A symbol's share of its square beside labels: as tall as the text of panels.
 constexpr double amongLabels = 0.75;
 
 QImage paintedIcon(const NotifierIcon& icon, int pixels, PanelScheme scheme) {
@@ -22,7 +22,7 @@ QImage paintedIcon(const NotifierIcon& icon, int pixels, PanelScheme scheme) {
     return symbolIcon(symbol.name, pixels, symbol.isAmongLabels ? amongLabels : 1, scheme);
 }
 
-/// Where the panel's scheme is only a guess, the icon gets a halo that keeps it readable on the other one.
+/// If the panel's scheme is only a guess, the icon gets a halo that keeps it readable on the other scheme.
 QImage finishedIcon(const NotifierIcon& icon, int pixels, const PanelLook& look) {
     const QImage image = paintedIcon(icon, pixels, look.scheme);
     return image.isNull() || look.isKnown ? image : haloed(image, look.scheme);

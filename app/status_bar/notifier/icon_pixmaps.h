@@ -9,17 +9,17 @@
 
 namespace kestro {
 
-/// A picture in the form of the bus.
+/// Converts an image to the bus format.
 NotifierPixmap notifierPixmap(const QImage& image);
 
-/// The pictures of an item's icon in every size that panels ask for, painted only when somebody reads them and
-/// only once for the same icon and look. Main thread.
+/// An item's icon in every size that panels request, painted on first read and once per icon and look. Main
+/// thread.
 class IconPixmaps {
 public:
-    /// The icon to show from now on. True if that is another picture than before.
+    /// Sets the icon to show. True if the image changed.
     bool setIcon(const NotifierIcon& icon, const PanelLook& look);
 
-    /// From 16 to 64 pixels; empty for no icon.
+    /// Sizes from 16 to 64 pixels; empty for no icon.
     const NotifierPixmaps& pixmaps();
 
 private:

@@ -65,7 +65,7 @@ const char* const description = R"xml(
 </interface>
 )xml";
 
-/// More entries or names than any menu has: the caller is not a host.
+/// More entries or names than any menu has: a caller that sends more is not a host.
 constexpr qsizetype longestList = 4096;
 
 BusRefusal unknownEntry() {
@@ -171,7 +171,7 @@ BusReply MenuObject::aboutToShow(const QVariantList& arguments) {
     if (tree_.find(arguments.at(0).toInt()) == nullptr) {
         return unknownEntry();
     }
-    // Some hosts announce the submenus only.
+    // Some hosts announce only submenus.
     return QVariantList{rebuild()};
 }
 
@@ -214,12 +214,12 @@ bool MenuObject::handle(int id, const QString& event) {
         return false;
     }
     if (event == QLatin1StringView("opened") && id == 0) {
-        // Some hosts tell of an opening by this event only; the answer to it goes first.
+        // Some hosts report an opening only through this event. Reply to it first.
         QMetaObject::invokeMethod(
             this, [this] { rebuild(); }, Qt::QueuedConnection);
     }
     if (event == QLatin1StringView("clicked") && entry->isEnabled && entry->action) {
-        // An action may open a window, end the process or destroy this very menu: the host's answer goes first.
+        // An action may open a window, end the process or destroy this menu. Reply to the host first.
         QMetaObject::invokeMethod(this, entry->action, Qt::QueuedConnection);
     }
     return true;

@@ -10,9 +10,9 @@
 
 namespace kestro {
 
-/// A menu on the bus, as com.canonical.dbusmenu at "/MenuBar". The menu is built afresh each time that a host
-/// announces an opening, and once for a host that reads it before. Chosen entries act after the host has its
-/// answer, from the event loop; they are dropped if this object dies first. Main thread.
+/// A menu exported as com.canonical.dbusmenu at "/MenuBar". It is rebuilt whenever a host announces that it
+/// opens, and once for a host that reads it earlier. Chosen entries run from the event loop after the host has
+/// its reply; they are dropped if this object is destroyed first. Main thread.
 class MenuObject : public QObject {
     Q_OBJECT
 

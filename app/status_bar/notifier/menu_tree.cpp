@@ -20,8 +20,8 @@ bool isChoice(const StatusMenuEntry& entry) {
     return !entry.isSeparator && entry.submenu.empty() && (entry.isEnabled || entry.isChecked);
 }
 
-/// Which entries can carry a check mark: the choices that stand together, without a separator or a header
-/// between them, as soon as one of them is checked.
+/// Which entries can have a check mark: adjacent choices, not split by a separator or a header, if one of them
+/// is checked.
 std::vector<bool> toggleFlags(const StatusMenu& menu) {
     std::vector<bool> flags(menu.size(), false);
     for (std::size_t begin = 0; begin < menu.size();) {
@@ -71,7 +71,7 @@ QString chordKey(const QString& key) {
     return key.size() == 1 ? key.toLower() : key;
 }
 
-/// Compares by text where the type has no comparison of its own.
+/// Also compares shortcuts, whose type QVariant itself cannot compare.
 bool equalValues(const QVariant& left, const QVariant& right) {
     if (left.metaType() == QMetaType::fromType<QList<QStringList>>() && left.metaType() == right.metaType()) {
         return left.value<QList<QStringList>>() == right.value<QList<QStringList>>();
@@ -148,7 +148,7 @@ MenuChange MenuTree::replace(const StatusMenu& menu) {
     return change;
 }
 
-/// Gives the entries that stand at `ids` their new state; false as soon as the shapes differ.
+/// Updates the entries in `ids` to their new state; false as soon as the shapes differ.
 bool MenuTree::refill(const std::vector<int>& ids, const StatusMenu& menu, MenuChange& change) {
     if (ids.size() != menu.size()) {
         return false;

@@ -14,22 +14,22 @@
 
 namespace kestro {
 
-/// A title as com.canonical.dbusmenu wants it: hosts read "_" as the mark of an access key.
+/// Escapes a title for com.canonical.dbusmenu, where "_" marks an access key.
 QString menuLabel(const QString& title);
 
-/// A portable key sequence as com.canonical.dbusmenu wants it: one list of modifiers and key per chord, such
-/// as {{"Control", "d"}}. Empty for an empty or unreadable sequence.
+/// Converts a portable key sequence for com.canonical.dbusmenu: one list of modifiers and key per chord, such as
+/// {{"Control", "d"}}. Empty for an empty or invalid sequence.
 QList<QStringList> menuShortcut(const QString& portableSequence);
 
-/// What a menu's new state changed.
+/// What an update of the menu changed.
 struct MenuChange {
-    bool hasNewLayout = false;             ///< entries came, went or changed their kind: identifiers are new
-    QList<MenuEntryProperties> updated;    ///< else: properties that have new values
-    QList<MenuRemovedProperties> removed;  ///< else: properties that went back to their defaults
+    bool hasNewLayout = false;  ///< entries were added, removed or changed their kind: identifiers are new
+    QList<MenuEntryProperties> updated;    ///< otherwise: properties with new values
+    QList<MenuRemovedProperties> removed;  ///< otherwise: properties reset to their defaults
 };
 
-/// A menu as numbered entries with properties in the form of com.canonical.dbusmenu. Entry 0 is the root. An
-/// identifier is never used again for an entry of another layout, so that a late click cannot hit a stranger.
+/// A menu as numbered entries with properties in the form of com.canonical.dbusmenu. Entry 0 is the root.
+/// Identifiers are never reused in a later layout, so that a late click cannot hit the wrong entry.
 class MenuTree {
 public:
     /// One entry; `action` is empty for the root, separators and submenus.
@@ -43,23 +43,23 @@ public:
 
     MenuTree();
 
-    /// Takes a menu's new state. Identifiers stay while the shape of the menu stays.
+    /// Applies the menu's new state. Identifiers are kept while the shape of the menu is unchanged.
     MenuChange replace(const StatusMenu& menu);
 
-    /// Counts the layouts since the start.
+    /// The number of layouts since the start.
     uint revision() const { return revision_; }
 
-    /// The entry of that identifier, or nothing. Valid until the next `replace`.
+    /// The entry with that identifier, or null. Valid until the next `replace`.
     const Entry* find(int id) const;
 
     /// All identifiers in ascending order, the root included.
     std::vector<int> identifiers() const;
 
-    /// The entry and its descendants down to `depth` levels (−1: all), each with the named properties (none
-    /// named: all). Nothing for an unknown parent.
+    /// The entry and its descendants down to `depth` levels (−1: all), each with the named properties (no names:
+    /// all). Absent for an unknown parent.
     std::optional<MenuLayoutNode> layout(int parent, int depth, const QStringList& names) const;
 
-    /// The named properties of an entry (none named: all).
+    /// The named properties of an entry (no names: all).
     static QVariantMap selected(const QVariantMap& properties, const QStringList& names);
 
 private:

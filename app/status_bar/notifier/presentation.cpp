@@ -12,7 +12,7 @@ struct LabelHost {
     LabelSupport support;
 };
 
-/// Processes that own the watcher where items are shown with their labels.
+/// Processes that own the watcher on desktops that show labels.
 constexpr std::array labelProcesses{
     LabelHost{QLatin1StringView("gnome-shell"),
               LabelSupport::shown},  // there is a watcher only with AppIndicators
@@ -24,7 +24,7 @@ constexpr std::array labelProcesses{
     LabelHost{QLatin1StringView("xapp-sn-watcher"), LabelSupport::shown},  // Cinnamon, and XApp applets elsewhere
 };
 
-/// Desktops on which every usual host shows labels.
+/// Desktops whose usual hosts all show labels.
 constexpr std::array labelDesktops{
     LabelHost{QLatin1StringView("GNOME"), LabelSupport::shown},
     LabelHost{QLatin1StringView("Unity"), LabelSupport::shown},
@@ -53,7 +53,7 @@ NotifierPresentation notifierPresentation(const StatusContent& content, LabelSup
     const QString spoken = content.spoken();
     shown.accessibleDescription = spoken.isEmpty() ? shown.title : shown.title + QLatin1StringView(", ") + spoken;
 
-    // Before the first sample there are no values: the symbol tells more than two dashes.
+    // Before the first sample there are no values, and a symbol says more than two dashes.
     const bool hasValues = content.glance && *content.glance != StatusGlance();
     if (hasValues && !isTextVisible && !shown.label.isEmpty()) {
         shown.icon = *content.glance;

@@ -6,7 +6,7 @@
 
 namespace kestro {
 
-/// The desktop's panels as the place of the items. Main thread.
+/// A status bar whose items are in the desktop's panels. Main thread.
 class SniStatusBar : public StatusBar {
 public:
     /// Both outlive the bar and its items.

@@ -71,7 +71,7 @@ const char* const description = R"xml(
 /// Longer than any compositor's activation token.
 constexpr qsizetype longestToken = 512;
 
-/// Bus names are unique within the process by this number.
+/// This number makes bus names unique within the process.
 int nextItemNumber() {
     static int count = 0;
     return ++count;
@@ -83,7 +83,7 @@ QString nextServiceName() {
         .arg(nextItemNumber());
 }
 
-/// Where the click took place that a host reports with its coordinates.
+/// The position of a click that a host reports with its coordinates.
 std::optional<QPoint> clickPlace(const QVariantList& arguments) {
     const std::vector<ScreenFrame> screens = currentScreens();
     const QPoint reported(arguments.at(0).toInt(), arguments.at(1).toInt());
@@ -219,7 +219,7 @@ BusReply SniStatusItem::activate(const QVariantList& arguments, StatusClick clic
                 openMenu(point);
                 return;
             }
-            // A click can end this item; its handler has to survive its own call.
+            // A click can destroy this item; its handler must survive the call.
             const auto onClick = handlers_.onClick;
             onClick(click, isControlHeld(), anchor);
         },
@@ -239,7 +239,7 @@ BusReply SniStatusItem::scroll(const QVariantList& arguments) {
     if (orientation != QLatin1StringView("horizontal") && orientation != QLatin1StringView("vertical")) {
         return BusRefusal{QStringLiteral("the orientation is \"horizontal\" or \"vertical\"")};
     }
-    // Scrolling over an item means nothing here; hosts are told that it was understood.
+    // Scrolling over an item has no effect; acknowledge it anyway.
     return QVariantList{};
 }
 
@@ -248,7 +248,7 @@ BusReply SniStatusItem::provideActivationToken(const QVariantList& arguments) {
     if (token.size() > longestToken || token.contains('\0')) {
         return BusRefusal{QStringLiteral("no activation token looks like that")};
     }
-    // The windowing system takes the token from here at the next activation of a window.
+    // The windowing system uses this token for the next window activation.
     qputenv("XDG_ACTIVATION_TOKEN", token);
     return QVariantList{};
 }

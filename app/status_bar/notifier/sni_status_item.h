@@ -17,10 +17,10 @@ namespace kestro {
 
 class PanelSchemeMonitor;
 
-/// One item as org.kde.StatusNotifierItem at "/StatusNotifierItem", with its menu at "/MenuBar", on a
-/// connection and a bus name of its own. It registers with the watcher at once and whenever a watcher or a host
-/// comes. Signals are sent only for what changed. Clicks and entries act from the event loop, after the host
-/// has its answer. Without a bus it does nothing. Main thread.
+/// One item exported as org.kde.StatusNotifierItem at "/StatusNotifierItem", with its menu at "/MenuBar", on its
+/// own connection and bus name. It registers with the watcher at once and whenever a watcher or a host appears.
+/// It sends signals only for what changed. Clicks and entries run from the event loop, after the host has its
+/// reply. Without a bus it does nothing. Main thread.
 class SniStatusItem : public QObject, public StatusItem {
     Q_OBJECT
 

@@ -4,9 +4,9 @@ class QWidget;
 
 namespace kestro {
 
-/// Tells an X11 window manager that a window is a dock on every workspace, by the properties
-/// _NET_WM_WINDOW_TYPE and _NET_WM_DESKTOP (Extended Window Manager Hints 1.5). Creates the window; to be called
-/// before it is shown for the first time. Does nothing on other window systems.
+/// Marks a window as a dock on every workspace for an X11 window manager, with the properties
+/// _NET_WM_WINDOW_TYPE and _NET_WM_DESKTOP (Extended Window Manager Hints 1.5). Creates the window; call it
+/// before the window is first shown. Does nothing on other window systems.
 void makeDock(QWidget& window);
 
 }  // namespace kestro

@@ -9,16 +9,17 @@
 
 namespace kestro {
 
-/// One item on the strip: symbol and title, lit under the pointer. A click counts when the button is released
-/// over the item. Figures are not announced; the description always tells the current ones. Main thread.
+/// One item on the strip: symbol and title, highlighted under the pointer. A click counts when the button is
+/// released over the item. Changed figures are not announced, but the description is always current. Main
+/// thread.
 class StripItemView : public View {
 public:
     using ClickHandler = std::function<void(StatusClick click, bool controlHeld)>;
 
     StripItemView(ClickHandler onClick, QWidget* parent);
 
-    /// Shows new content and reserves the room for it: the width grows with the text, up to that of the widest
-    /// title, and does not shrink until the widest title is another one. True if the width changed.
+    /// Shows new content and reserves space for it: the width grows with the text, up to that of the widest
+    /// title, and shrinks only when the widest title changes. True if the width changed.
     bool setContent(const StatusContent& content);
 
     const StatusContent& content() const { return content_; }

@@ -10,8 +10,7 @@
 
 namespace kestro {
 
-/// Where everything stands on the strip, in points. Items stand in the order of a panel: the first one that was
-/// made is the rightmost.
+/// The layout of the strip, in points. Items are in a panel's order: the first one created is the rightmost.
 namespace strip_layout {
 
 inline constexpr int height = 28;
@@ -22,23 +21,23 @@ inline constexpr int symbolGap = 3;
 inline constexpr double itemRadius = 6;
 inline constexpr int separatorHeight = 14;
 
-/// How the title is set.
+/// The title's text style.
 TextStyle titleStyle(const StatusTitle& title);
 
-/// Width of the item for that content; never less than its height, so that it can be hit.
+/// Width of an item with that content; at least its height, so that it can be hit.
 int itemWidth(const StatusContent& content);
 
-/// The frames of items of those widths (first made first) in the strip, and nothing else on it.
+/// The frames of items of those widths, in order of creation, on a strip that holds nothing else.
 std::vector<QRect> itemFrames(const std::vector<int>& widths);
 
-/// The strip's size around items of those widths; empty for no items.
+/// The strip's size around items of those widths; empty without items.
 QSize stripSize(const std::vector<int>& widths);
 
-/// The strip's top left corner: 8 below the top and 10 left of the right edge of what panels leave of the
-/// screen, but not left of it.
+/// The strip's top-left corner: 8 below the top and 10 left of the right edge of the area that panels leave
+/// free, but never left of that area.
 QPoint stripPosition(QSize strip, const QRect& available);
 
-/// Left edges of the hairlines between items.
+/// Left edges of the separator lines between items.
 std::vector<int> separators(const std::vector<QRect>& frames);
 
 }  // namespace strip_layout

@@ -10,7 +10,7 @@ namespace kestro {
 
 namespace {
 
-/// An item on the strip. Clicks act from the event loop: their handler may end the item.
+/// An item on the strip. Clicks run from the event loop, since their handler may destroy the item.
 class StripStatusItem : public StatusItem {
 public:
     StripStatusItem(const QString& identifier, StatusItemHandlers handlers, std::shared_ptr<StripWindow> window)

@@ -8,8 +8,8 @@ namespace kestro {
 
 class StripWindow;
 
-/// A bar of our own as the place of the items, for desktops without a host. Its window exists while it has
-/// items. Main thread; outlives its items.
+/// A status bar of our own, for desktops without a host. Its window exists while it has items. Main thread;
+/// outlives its items.
 class StripStatusBar : public StatusBar {
 public:
     StripStatusBar();

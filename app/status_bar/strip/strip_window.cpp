@@ -24,7 +24,7 @@ StripWindow::StripWindow()
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
-    // A dock without a strut: above the windows, on every workspace, in no task list, and in nobody's way.
+    // A dock without a strut: above the windows, on every workspace, in no task list, and reserving no space.
     makeDock(*this);
     palette_ = KestroTheme::settings().themePalette.subscribe([this](const auto&) { update(); });
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &StripWindow::followPrimaryScreen);

@@ -12,24 +12,24 @@ namespace kestro {
 
 class StripItemView;
 
-/// The strip itself: a small bar of glass at the top right of the primary screen, above other windows and on
-/// every workspace, that never takes the keyboard and reserves no room. Hidden while it has no items; follows
-/// changes of the screens. Main thread.
+/// The strip itself: a small glass bar at the top right of the primary screen, above other windows and on every
+/// workspace, that never takes the keyboard focus and reserves no space. Hidden while it has no items; follows
+/// screen changes. Main thread.
 class StripWindow : public QWidget {
 public:
     StripWindow();
     ~StripWindow() override;
 
-    /// Puts an item at the left end; it has to be this window's child.
+    /// Adds an item at the left end; it must be a child of this window.
     void add(StripItemView& item);
 
-    /// Takes an item off, before it dies.
+    /// Removes an item before it is destroyed.
     void remove(StripItemView& item);
 
-    /// Lays the items out again after one of them changed its width.
+    /// Lays the items out again after one of them has changed its width.
     void arrange();
 
-    /// Makes the readout of the item at the right end the window's name, for window lists, screen readers and
+    /// Uses the readout of the rightmost item as the window's name, for window lists, screen readers and
     /// scripts.
     void nameAfterItems();
 
