@@ -13,11 +13,11 @@
 
 namespace kestro {
 
-/// Knows at every moment which of a few names on one bus are owned, and by which connection, without ever
-/// waiting for the bus. Nothing is started by watching. Main thread.
+/// Tracks which of a few names on one bus are owned, and by which connection, without ever blocking on the bus.
+/// Watching starts no service. Main thread.
 class BusNameOwners {
 public:
-    /// Called after the owner of `name` has changed, and once with an empty name when all have become known.
+    /// Called after the owner of `name` has changed, and once with an empty name when all owners are known.
     using Handler = std::function<void(const QString& name)>;
 
     BusNameOwners(const QDBusConnection& bus, const QStringList& names, Handler handler);
@@ -26,13 +26,13 @@ public:
 
     const QDBusConnection& bus() const { return bus_; }
 
-    /// The unique name of the owner's connection; empty: nobody owns the name, or it is not known yet.
+    /// The unique name of the owner's connection; empty: the name has no owner, or it is not known yet.
     QString owner(const QString& name) const;
 
-    /// Whether the bus has told about every name. Without a bus this is true and nothing is owned.
+    /// Whether the bus has reported the owner of every name. Without a bus this is true and nothing is owned.
     bool isKnown() const { return questions_.empty(); }
 
-    /// Takes answers that have arrived but wait in the event loop still, without running the loop.
+    /// Processes replies that have arrived but are still queued in the event loop, without running the loop.
     void poll();
 
 private:

@@ -15,7 +15,7 @@ constexpr int maximumEntries = 64;
 constexpr qsizetype maximumKeyBytes = 256;
 constexpr qsizetype maximumTextBytes = 4096;
 
-/// Where a notification lives on the bus.
+/// The address of a notification on the bus.
 struct SignalAddress {
     QString path;
     QString interface;

@@ -23,12 +23,12 @@ namespace kestro {
 ///
 ///     busctl --user emit /kestro/notify kestro.notify showSettings 'a{sv}' 1 tab s Keep-Awake
 ///
-/// Signals of any sender are taken, this process included. Nothing in them is trusted: an argument of another
-/// type, or with more than 64 entries, is taken as no user info, a value that is not a text of at most 4096
-/// bytes, a boolean or a number as a value of no kind, and entries with keys above 256 bytes are left out.
+/// Signals from any sender are accepted, including this process. Nothing in them is trusted: an argument of
+/// another type or with more than 64 entries counts as no user info, a value other than a boolean, a number or a
+/// text of at most 4096 bytes becomes an empty value, and entries with keys above 256 bytes are dropped.
 ///
-/// Without a bus a posting still reaches the observers in this process, from the event loop, so that the parts
-/// of the program find each other on a bare display too. Main thread.
+/// Without a bus, a notification still reaches the observers in this process, from the event loop, so that the
+/// parts of the program can communicate on a bare display too. Main thread.
 class BusNotifications final : public QObject, public DistributedNotifications {
     Q_OBJECT
 
@@ -51,7 +51,7 @@ private:
     std::map<std::string, std::unique_ptr<Observers>, std::less<>> observers_;
 };
 
-/// The user info that a signal carries, read with the limits above.
+/// Reads the user info of a signal, with the limits above.
 NotificationUserInfo notificationUserInfo(const QDBusMessage& signal);
 
 }  // namespace kestro

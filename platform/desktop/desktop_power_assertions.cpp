@@ -11,7 +11,7 @@ constexpr auto displayType = "PreventUserIdleDisplaySleep";
 constexpr auto systemType = "PreventUserIdleSystemSleep";
 constexpr std::uint32_t levelOn = 255;
 
-/// Short enough not to be felt, long enough that waiting costs nothing.
+/// Too short to be noticed, long enough that polling costs nothing.
 constexpr std::chrono::milliseconds pollInterval(1);
 
 QStringList namesOn(bool systemBus) {
@@ -78,7 +78,7 @@ void DesktopPowerAssertions::setRevocationHandler(std::function<void(PowerAssert
 void DesktopPowerAssertions::onPortalResponse(const QDBusMessage& signal) {
     const auto arguments = signal.arguments();
     const bool comesFromPortal = signal.service() == sessionOwners_.owner(serviceName(InhibitionBackend::portal));
-    // Response 0 confirms the request, any other one ends it.
+    // Response 0 confirms the request; any other ends it.
     if (!comesFromPortal || arguments.isEmpty() || arguments.constFirst().metaType().id() != QMetaType::UInt ||
         arguments.constFirst().toUInt() == 0) {
         return;

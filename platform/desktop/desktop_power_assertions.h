@@ -14,14 +14,14 @@
 
 namespace kestro {
 
-/// Power assertions through whichever service of the desktop keeps the session awake; InhibitionBackend names
-/// them in the order in which they are asked. A service is asked only when it is on the bus: none is started.
+/// Power assertions through whichever service of the desktop can keep the session awake; InhibitionBackend lists
+/// them in order of preference. Only services already on the bus are asked: none is started.
 ///
-/// `create` sends its question at once and waits for the answer up to a bound, without running the event loop.
-/// Refused, or no service at all: nullopt. No answer in time: the assertion is taken as granted, and the
-/// revocation handler tells when every service has refused in the end. An assertion whose service leaves the
-/// bus is asked for again, from the best service there is now, and waits while there is none.
-/// Main thread, after the application object.
+/// `create` sends its request at once and waits for the reply up to a bound, without running the event loop.
+/// Refused, or no service at all: nullopt. No reply in time: the assertion counts as granted, and the revocation
+/// handler is called if every service refuses in the end. When the service behind an assertion leaves the bus,
+/// the best remaining one is asked; while there is none, the assertion waits. Main thread, after the application
+/// object.
 class DesktopPowerAssertions final : public QObject, public PowerAssertions {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ public:
     struct Timing {
         /// The longest that `create` blocks.
         std::chrono::milliseconds answerBound = std::chrono::milliseconds(180);
-        /// After this a service that has not answered counts as one that refused.
+        /// A service that has not replied after this time counts as having refused.
         std::chrono::milliseconds patience = std::chrono::seconds(25);
     };
 
@@ -37,7 +37,7 @@ public:
     DesktopPowerAssertions(const QDBusConnection& sessionBus, const QDBusConnection& systemBus)
         : DesktopPowerAssertions(sessionBus, systemBus, Timing()) {}
 
-    /// Releases what is still held.
+    /// Releases all remaining assertions.
     ~DesktopPowerAssertions() override;
 
     std::optional<PowerAssertionID> create(const std::string& type, std::uint32_t level,

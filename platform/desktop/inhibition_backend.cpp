@@ -12,7 +12,7 @@ struct BackendRow {
     const char* service;
     const char* path;
     const char* interface;
-    const char* release;  // nullptr: released in another way
+    const char* release;  // nullptr: released by other means
     std::uint32_t displayFlags;
     std::uint32_t systemFlags;
 };
@@ -48,7 +48,7 @@ QDBusMessage call(const QString& service, const QString& path, const char* inter
     return message;
 }
 
-/// Requests need names of their own, or the portal takes them for one.
+/// Every request needs a unique name, or the portal merges them.
 QString nextHandleToken() {
     static int count = 0;
     return QStringLiteral("kestro%1").arg(++count);

@@ -12,8 +12,8 @@
 
 namespace kestro {
 
-/// The services that keep a session from idling, best first. Each gives its lock up when our connection to the
-/// bus ends, however the process ends; where that is written:
+/// The services that keep a session from idling, best first. Each releases its lock when our connection to the
+/// bus ends, however the process ends; sources:
 /// - GNOME's session manager, also MATE's and Cinnamon's: gsm-manager.c, remove_inhibitors_for_connection;
 /// - KDE's policy agent: powerdevilpolicyagent.cpp, PolicyAgent::onServiceUnregistered;
 /// - Xfce's power manager: xfpm-inhibit.c, xfpm_inhibit_connection_lost_cb;
@@ -31,35 +31,36 @@ enum class InhibitionBackend : std::uint8_t {
 
 inline constexpr std::size_t inhibitionBackendCount = 6;
 
-/// What is to be kept awake. `displayAndSystem` false: the system only.
+/// What to keep awake. `displayAndSystem` false: the system only.
 struct InhibitionWish {
     bool displayAndSystem = true;
     QString reason;
 };
 
-/// A lock that a backend gave: its cookie, its request object, or its descriptor.
+/// A lock that a backend granted: its cookie, its request object, or its descriptor.
 using InhibitionLock = std::variant<std::uint32_t, QDBusObjectPath, QDBusUnixFileDescriptor>;
 
 /// The well-known name of a backend.
 QString serviceName(InhibitionBackend backend);
 
-/// True for the backend that lives on the system bus; the others live on the session bus.
+/// True for the backend on the system bus; the others are on the session bus.
 bool isOnSystemBus(InhibitionBackend backend);
 
-/// The order in which backends are asked. `freedesktopPowerManagement` stops display and system together, so
-/// that where it reigns a wish for the system alone goes to logind first.
+/// The order in which backends are asked. `freedesktopPowerManagement` inhibits display and system together, so
+/// where it is present, a wish for the system alone goes to logind first.
 std::array<InhibitionBackend, inhibitionBackendCount> backendOrder(bool displayAndSystem,
                                                                    bool hasFreedesktopPowerManagement);
 
-/// The call that asks `backend` for a lock, which never starts a service. nullopt: the backend cannot do it.
-/// `weakest` asks logind for a mode that a user's own command overrides; daemons before version 257 refuse it.
+/// The call that asks `backend` for a lock, without starting a service. nullopt: the backend does not support
+/// it. `weakest` asks logind for a mode that a user's own command overrides; daemons before version 257 refuse
+/// it.
 std::optional<QDBusMessage> inhibitCall(InhibitionBackend backend, const InhibitionWish& wish, bool weakest);
 
-/// The lock in a reply; nullopt: refused, or a reply that holds none.
+/// The lock in a reply; nullopt: refused, or the reply contains none.
 std::optional<InhibitionLock> lockFromReply(InhibitionBackend backend, const QDBusMessage& reply);
 
-/// The call that gives a lock back to the connection that gave it, so that it never reaches a later owner of
-/// the backend's name. nullopt: dropping the lock is enough.
+/// The call that releases a lock. It is addressed to the connection that granted the lock, so that it never
+/// reaches a later owner of the backend's name. nullopt: dropping the lock is enough.
 std::optional<QDBusMessage> releaseCall(InhibitionBackend backend, const InhibitionLock& lock,
                                         const QString& grantedBy);
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::chrono::milliseconds writeInterval = std::chrono::seconds(1);
 
-// A handler of exit can reach nothing but statics.
+// An exit handler can only reach statics.
 JsonUserDefaults* flushedAtExit = nullptr;
 
 /// The value of a variable that names a directory; empty unless it is an absolute path.
@@ -73,7 +73,7 @@ void JsonUserDefaults::set(std::string_view key, PreferenceValue value) {
 void JsonUserDefaults::flush() {
     timer_.reset();
     isWriteDue_ = false;
-    // What a background write has taken may not have reached the disk yet; newer values go first.
+    // Values of an unfinished background write may not have reached the disk yet; newer values take precedence.
     pending_.insert(writing_.begin(), writing_.end());
     writing_.clear();
     writingSequence_ = 0;
@@ -101,7 +101,7 @@ void JsonUserDefaults::writeOrRest() {
 
 void JsonUserDefaults::writePending() {
     if (!isWriteDue_ || writingSequence_ != 0) {
-        return;  // while the disk is busy the timer asks again
+        return;  // while the disk is busy, the timer retries
     }
     isWriteDue_ = false;
     writing_ = std::exchange(pending_, {});
@@ -119,7 +119,7 @@ void JsonUserDefaults::writePending() {
 
 void JsonUserDefaults::finishWriting(std::uint64_t sequence, bool stored) {
     if (sequence != writingSequence_) {
-        return;  // a flush has taken over
+        return;  // superseded by a flush
     }
     writingSequence_ = 0;
     if (!stored) {

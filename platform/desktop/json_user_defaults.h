@@ -11,15 +11,14 @@
 
 namespace kestro {
 
-/// The preferences domain in one JSON file; preference_json.h has its form and PreferencesFile how it is read
-/// and written. Values are read once, at construction; a change that somebody else makes to the file later is
-/// seen at the next start. Each key belongs to whoever wrote it last, and keys that this program never assigns
-/// stay as they are.
+/// The preferences domain in one JSON file; preference_json.h defines its format and PreferencesFile reads and
+/// writes it. Values are read once, at construction; later changes to the file by other programs take effect at
+/// the next start. The last writer of each key wins, and keys that this program never assigns are preserved.
 ///
-/// What is assigned in one turn of the run loop is written at its end, in the background; what follows within a
-/// second is written together when that has passed, and what is left by `flush` before the process ends. When
-/// the disk refuses, the values are kept in memory and written with the next assignment. Main thread; the run
-/// loop outlives it.
+/// Assignments are written in the background at the end of the current turn of the run loop. Assignments within
+/// the following second are written together when it has passed, and `flush` writes the rest before the process
+/// ends. If the write fails, the values stay in memory and are written with the next assignment. Main thread;
+/// the run loop outlives it.
 class JsonUserDefaults final : public UserDefaults {
 public:
     JsonUserDefaults(RunLoop& runLoop, const std::string& path);
@@ -35,11 +34,12 @@ public:
     std::optional<PreferenceValue> object(std::string_view key) const override;
     void set(std::string_view key, PreferenceValue value) override;
 
-    /// Writes what has not reached the disk yet, now. Returns when it is there or was refused.
+    /// Writes everything that has not reached the disk yet. Returns when it is stored or has failed.
     void flush();
 
-    /// Flushes when the process calls `exit` while this object lives, as the toolkit does when the X server goes
-    /// away at logout. (When a compositor goes away it ends the process on the spot.) One object at a time.
+    /// Flushes when the process calls `exit` while this object exists, as the toolkit does when the X server
+    /// goes away at logout. (When a compositor goes away, the toolkit ends the process immediately.) One object
+    /// at a time.
     void flushAtExit();
 
 private:
@@ -54,8 +54,8 @@ private:
     PreferencesFile::Values writing_;
     std::uint64_t lastSequence_ = 0;
     std::uint64_t writingSequence_ = 0;    // 0: no background write is under way
-    bool isWriteDue_ = false;              // assigned to since the last write began
-    std::unique_ptr<RunLoopTimer> timer_;  // runs while a write would come too soon after another
+    bool isWriteDue_ = false;              // something was assigned since the last write began
+    std::unique_ptr<RunLoopTimer> timer_;  // runs while another write would be too soon
     Lifetime lifetime_;
 };
 

@@ -21,23 +21,23 @@ namespace {
 
 constexpr std::size_t maximumBytes = 256;
 
-/// How often a running program is looked at; it runs only while a person is being asked.
+/// How often to check on a running program; one runs only while the user is being asked.
 constexpr std::chrono::milliseconds lookInterval(50);
 
-/// The first bytes of a small file of the kernel, without the newline; empty when it cannot be read.
+/// The first bytes of a small kernel file, without the newline; empty when it cannot be read.
 std::string readSmallFile(const std::string& path) {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     const std::string text = readAtMost(file.get(), maximumBytes).value_or(std::string());
     return text.substr(0, text.find('\n'));
 }
 
-/// Starts a program that reads `input` and whose output is dropped; nullopt: it did not start.
+/// Starts a program that reads `input`, and discards its output; nullopt: it did not start.
 std::optional<pid_t> spawnWithInput(const std::vector<std::string>& command, const std::string& input) {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
         return std::nullopt;
     }
-    // A value is far smaller than a pipe: this never waits for the reader.
+    // A value is far smaller than a pipe's buffer, so this never blocks on the reader.
     const bool written = ::write(ends[1], input.data(), input.size()) == static_cast<ssize_t>(input.size());
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
@@ -58,7 +58,7 @@ std::optional<pid_t> spawnWithInput(const std::vector<std::string>& command, con
     return started ? std::optional(child) : std::nullopt;
 }
 
-/// Waits for a child; false: it runs still.
+/// Waits for a child; false: it is still running.
 bool waitForChild(pid_t child, std::chrono::steady_clock::time_point deadline,
                   const std::function<bool()>& keepWaiting) {
     while (::waitpid(child, nullptr, WNOHANG) == 0) {
@@ -82,13 +82,13 @@ void PlatformProfile::write(PowerProfile profile, std::chrono::milliseconds boun
     if (!value || read() == profile) {
         return;
     }
-    // Without an agent of the desktop pkexec would ask on a terminal that nobody looks at.
+    // Without an agent of the desktop, pkexec would prompt on a terminal that the user does not see.
     const auto child = spawnWithInput(
         {paths_.pkexec, "--disable-internal-agent", paths_.tee, path("platform_profile")}, *value + "\n");
     if (!child || waitForChild(*child, std::chrono::steady_clock::now() + bound, keepWaiting)) {
         return;
     }
-    // Allowed while pkexec is asking. Once it has changed to root, it only has a few bytes to write.
+    // Permitted while pkexec is asking. Once it runs as root, it only has a few bytes to write.
     ::kill(*child, SIGTERM);
     waitForChild(*child, std::chrono::steady_clock::now() + std::chrono::seconds(1), [] { return true; });
 }

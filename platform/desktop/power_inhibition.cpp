@@ -11,14 +11,14 @@
 namespace kestro {
 
 struct PowerInhibition::Attempt {
-    PowerInhibition* owner;  // nullptr: the answer does not count any more
+    PowerInhibition* owner;  // nullptr: the reply no longer counts
     InhibitionBackend backend;
     bool weakest;
     QDBusConnection bus;
     QDBusPendingCall call;
     bool taken = false;
 
-    /// Gives back what came too late.
+    /// Releases a lock that was granted too late.
     void giveBack() const {
         const auto reply = call.reply();
         const auto lock = lockFromReply(backend, reply);
@@ -85,12 +85,12 @@ void PowerInhibition::askBest() {
     }
     for (const auto backend : order()) {
         if (isOwned(backend) && !refusedBy_.contains(backend) && inhibitCall(backend, wish_, true)) {
-            // An idle lock is never in a user's way: only the one for sleep asks for the weakest form.
+            // An idle lock is never in the user's way: only a sleep lock asks for the weakest form.
             ask(backend, backend == InhibitionBackend::logind && !wish_.displayAndSystem);
             return;
         }
     }
-    // The service that gave the lock before may come back.
+    // The service that granted the lock before may return.
     if (!wasGranted_ || refusedBy_.contains(heldBackend_)) {
         refuse();
     }
@@ -99,11 +99,11 @@ void PowerInhibition::askBest() {
 void PowerInhibition::ask(InhibitionBackend backend, bool weakest) {
     state_ = State::asking;
     const auto& bus = buses_.of(backend).bus();
-    // No time limit on the bus: an answer that comes after all patience must still be given back.
+    // No timeout on the bus: a lock granted after `patience` must still be released.
     const auto call = bus.asyncCall(*inhibitCall(backend, wish_, weakest), std::numeric_limits<int>::max());
     attempt_ = std::make_shared<Attempt>(Attempt{this, backend, weakest, bus, call});
     patience_.start(buses_.patience);
-    // Outlives this object, for the answer that nobody waits for.
+    // Outlives this object, so that a late grant is still released.
     auto* watcher = new QDBusPendingCallWatcher(call, QCoreApplication::instance());
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
                      [attempt = attempt_](QDBusPendingCallWatcher* finished) {
@@ -154,7 +154,7 @@ void PowerInhibition::releaseLock() {
 
 void PowerInhibition::refuse() {
     state_ = State::refused;
-    // Later, because whoever asks at this moment sees the state.
+    // Deferred, because the caller of this moment sees the state itself.
     QMetaObject::invokeMethod(
         &patience_, [this] { onRefused_(); }, Qt::QueuedConnection);
 }

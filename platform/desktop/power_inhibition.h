@@ -15,7 +15,7 @@
 
 namespace kestro {
 
-/// The buses that inhibitions ask, and how long a service may take to answer before the next one is asked.
+/// The buses that inhibitions use, and how long to wait for one service's reply before asking the next one.
 struct InhibitionBuses {
     BusNameOwners& session;
     BusNameOwners& system;
@@ -25,28 +25,29 @@ struct InhibitionBuses {
     bool isKnown() const { return session.isKnown() && system.isKnown(); }
 };
 
-/// One wish to stay awake, from its making to its destruction, and the lock that stands for it at the moment.
-/// It holds a lock of at most one backend: the best one that is on the bus and does not refuse. When that
-/// one leaves the bus, or a better one joins, it asks anew; while there is none it waits.
+/// One wish to stay awake, from creation to destruction, and the lock that currently fulfils it. It holds a lock
+/// of at most one backend: the best one that is on the bus and does not refuse. When that one leaves the bus or
+/// a better one appears, it asks again; while there is none, it waits.
 ///
-/// Every question to a service is an attempt of its own. A grant that arrives for an attempt that is over,
-/// because the wish was given up or has turned to another service, is given back at once. Main thread.
+/// Every request to a service is a separate attempt. A lock granted to an obsolete attempt, because the wish was
+/// withdrawn or moved to another service, is released at once. Main thread.
 class PowerInhibition {
 public:
     enum class State { waiting, asking, held, refused };
 
     /// `onRefused` is called from the event loop at most once, when every service has refused, or when there is
-    /// none and never was; the inhibition may be destroyed in it.
+    /// none and never was; it may destroy the inhibition.
     PowerInhibition(const InhibitionBuses& buses, InhibitionWish wish, std::function<void()> onRefused);
 
-    /// Gives the lock back.
+    /// Releases the lock.
     ~PowerInhibition();
     PowerInhibition(const PowerInhibition&) = delete;
     PowerInhibition& operator=(const PowerInhibition&) = delete;
 
     State state() const { return state_; }
 
-    /// Takes an answer that has arrived but waits in the event loop still; asks, if the owners have become known.
+    /// Processes a reply that has arrived but is still queued in the event loop; asks a service if the owners
+    /// have become known.
     void poll();
 
     /// The owner of a backend's name has changed.

@@ -7,12 +7,12 @@
 
 namespace kestro {
 
-/// A power profile of the machine, numbered as the power-management tool's `powermode`.
+/// A power profile of the machine, with the numbers of the power-management tool's `powermode`.
 enum class PowerProfile : std::uint8_t { balanced = 0, powerSaver = 1, performance = 2 };
 
-/// The profile's name on the bus (org.freedesktop.UPower.PowerProfiles, ActiveProfile), and the values of the
-/// kernel's platform_profile that stand for it, the usual one first (Documentation/userspace-api/
-/// sysfs-platform_profile.rst).
+/// The profile's name on the bus (org.freedesktop.UPower.PowerProfiles, ActiveProfile), and the equivalent
+/// values of the kernel's platform_profile, the usual one first
+/// (Documentation/userspace-api/sysfs-platform_profile.rst).
 struct PowerProfileNames {
     PowerProfile profile;
     std::string_view busName;

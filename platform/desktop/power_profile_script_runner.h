@@ -10,8 +10,8 @@ namespace kestro {
 
 class PowerProfiles;
 
-/// Carries out the one script that switches the power mode; any other text does nothing, whatever it says.
-/// The service or pkexec asks for the administrator's consent. Any background thread.
+/// Runs the one script that switches the power mode; any other text is ignored. The service or pkexec asks for
+/// the administrator's consent. Any background thread.
 class PowerProfileScriptRunner final : public ScriptRunner {
 public:
     explicit PowerProfileScriptRunner(PowerProfiles& profiles) : profiles_(profiles) {}
@@ -22,8 +22,8 @@ private:
     PowerProfiles& profiles_;
 };
 
-/// The profile that the script text asks for; nullopt unless it is, byte for byte,
-/// `do shell script "pmset -a powermode N" with administrator privileges` with N being 0, 1 or 2.
+/// The profile that the script text requests; nullopt unless the text is, byte for byte, `do shell script "pmset
+/// -a powermode N" with administrator privileges` with N being 0, 1 or 2.
 std::optional<PowerProfile> profileOfScript(std::string_view source);
 
 }  // namespace kestro

@@ -53,7 +53,7 @@ PowerProfiles::PowerProfiles(const QDBusConnection& systemBus, PlatformProfile::
       timing_(timing),
       owners_(systemBus, serviceNames(), [this](const QString&) { ownerChanged(); }) {
     for (const auto& daemon : daemons) {
-        // The sender is checked here: naming the service would make Qt wait for the bus.
+        // The handler checks the sender: naming the service here would make Qt block on the bus.
         QDBusConnection(systemBus).connect(
             QString(), QString::fromLatin1(daemon.path), QString::fromLatin1(propertiesInterface),
             QStringLiteral("PropertiesChanged"), {QString::fromLatin1(daemon.service)}, QString(), this,
@@ -82,7 +82,7 @@ std::string PowerProfiles::pmsetReport() {
         profile = platformProfile_.read();
     }
     if (isUnclear) {
-        // One that had just started may have answered before it could; the next report has what it says now.
+        // A daemon that had just started may have replied too early; the next report has its current profile.
         QMetaObject::invokeMethod(
             this, [this] { readActiveProfile(); }, Qt::QueuedConnection);
     }
@@ -141,7 +141,7 @@ void PowerProfiles::ownerChanged() {
     }
     if (!isSame) {
         isReading_ = false;
-        writtenSelection_ = requestedSelection_;  // nobody is there to answer any more
+        writtenSelection_ = requestedSelection_;  // no daemon is left to reply
         readActiveProfile();
     }
 }
@@ -153,7 +153,7 @@ void PowerProfiles::readActiveProfile() {
     }
     mustReadAgain_ = isReading_;
     if (std::exchange(isReading_, true)) {
-        return;  // one question at a time, however often the daemon says that it changed
+        return;  // one query at a time, however many changes the daemon announces
     }
     auto* watcher =
         new QDBusPendingCallWatcher(owners_.bus().asyncCall(propertyCall(daemon_.service, "Get")), this);
@@ -197,7 +197,7 @@ void PowerProfiles::writeActiveProfile(PowerProfile profile, std::uint64_t selec
             [this, selection](QDBusPendingCallWatcher* finished) {
                 finished->deleteLater();
                 writtenSelection_ = std::max(writtenSelection_, selection);
-                // Whatever it answered: what counts is what it says now.
+                // Whatever the reply: only the profile that the daemon reports now counts.
                 readActiveProfile();
             });
 }

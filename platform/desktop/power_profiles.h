@@ -16,21 +16,21 @@
 
 namespace kestro {
 
-/// The machine's power profile: the power-profiles daemon on the system bus
-/// (`org.freedesktop.UPower.PowerProfiles`, else its older name `net.hadess.PowerProfiles`), or the kernel's
+/// The machine's power profile: from the power-profiles daemon on the system bus
+/// (`org.freedesktop.UPower.PowerProfiles`, or its older name `net.hadess.PowerProfiles`), or the kernel's
 /// platform profile where there is no daemon.
 ///
-/// The daemon tells when the profile changes, so that reading touches nothing but memory. The bus is handled on
-/// the main thread, where this object lives, without ever waiting; the public functions are for background
-/// threads, which must have ended, or been let go by `close`, before this object dies.
+/// The daemon announces changes of the profile, so reading only accesses memory. The bus is handled on the main
+/// thread, where this object lives, without ever blocking; the public functions are for background threads,
+/// which must have ended, or been released by `close`, before this object is destroyed.
 class PowerProfiles final : public QObject {
     Q_OBJECT
 
 public:
     struct Timing {
-        /// How long a reader waits for the daemon's very first answer.
+        /// How long a reader waits for the daemon's first reply.
         std::chrono::milliseconds firstAnswer = std::chrono::seconds(1);
-        /// How long a switch may take: a person may have to answer first.
+        /// How long a switch may take: the user may have to authenticate first.
         std::chrono::milliseconds consent = std::chrono::seconds(120);
     };
 
@@ -39,15 +39,16 @@ public:
     PowerProfiles(const QDBusConnection& systemBus, PlatformProfile::Paths paths, Timing timing);
     ~PowerProfiles() override;
 
-    /// A report in the form of `pmset -g`, with a line such as " powermode            2" when the profile is
-    /// known and without one when it is not.
+    /// A report in the form of `pmset -g`, with a line such as " powermode            2" if the profile is known
+    /// and without it otherwise.
     std::string pmsetReport();
 
-    /// Switches, and returns when the system has switched or refused and the profile has been read again. A
-    /// newer call ends an older one's wait, and so does `close`.
+    /// Switches the profile. Returns when the system has switched or refused and the profile has been read
+    /// again. A newer call releases an older one that is still waiting, and so does `close`.
     void select(PowerProfile profile);
 
-    /// Lets go everybody who waits, now and from now on. Called by itself when the application is about to quit.
+    /// Releases all waiting threads, now and from now on. Called automatically when the application is about to
+    /// quit.
     void close();
 
 private Q_SLOTS:
@@ -60,12 +61,12 @@ private:
         friend bool operator==(const Daemon&, const Daemon&) = default;
     };
 
-    /// What background threads see. Everything is guarded by the mutex.
+    /// State shared with background threads, guarded by the mutex.
     struct Shared {
         bool isKnown = false;
         bool hasDaemon = false;
         bool isClosed = false;
-        std::optional<PowerProfile> active;  // as the daemon says
+        std::optional<PowerProfile> active;  // as reported by the daemon
         std::uint64_t newestSelection = 0;
         std::uint64_t finishedSelection = 0;
     };

@@ -57,7 +57,7 @@ struct Encoder {
     PreferenceJson operator()(const PreferenceData& value) const {
         const std::string_view bytes(reinterpret_cast<const char*>(value.data()), value.size());
         auto parsed = parsePreferenceJson(bytes);
-        // Only what comes back byte for byte is written readably.
+        // Write only blobs readably that round-trip byte for byte.
         if (parsed && parsed->dump() == bytes) {
             auto object = PreferenceJson::object();
             object[jsonMember] = std::move(*parsed);

@@ -10,23 +10,23 @@
 
 namespace kestro {
 
-/// Preferences keep the order in which they stand in the file.
+/// Preferences keep their order in the file.
 using PreferenceJson = nlohmann::ordered_json;
 
-/// Bounds of everything that is read or written as preferences: bytes, levels of nesting, values. They are far
-/// above any real file and low enough that a hostile one costs neither time nor stack.
+/// Limits on all preferences that are read or written: bytes, levels of nesting, values. They are far above any
+/// real file and low enough that a hostile one costs neither time nor stack.
 inline constexpr std::size_t maximumPreferenceBytes = 1024UL * 1024;
 inline constexpr int maximumPreferenceDepth = 32;
 inline constexpr int maximumPreferenceElements = 10'000;
 
-/// Whether `text` keeps within the bounds. Says nothing about its syntax.
+/// Whether `text` is within the limits. Does not check its syntax.
 bool isBoundedPreferenceText(std::string_view text);
 
-/// Parses JSON within the bounds; nullopt: not JSON, or too large. A number that neither a 64-bit integer nor a
-/// double holds exactly becomes the nearest double, and is written as that.
+/// Parses JSON within the limits; nullopt: not JSON, or too large. A number that neither a 64-bit integer nor a
+/// double can represent exactly becomes the nearest double, and is written as that.
 std::optional<PreferenceJson> parsePreferenceJson(std::string_view text);
 
-/// A preference as it stands in the file, so that every kind can be told from the others:
+/// Encodes a preference for the file so that its type can be recovered:
 /// - a boolean as true or false, an integer as a number without a fraction, a double as a number with a
 ///   fraction or an exponent, text as text;
 /// - a data blob that holds compact JSON as {"json": VALUE}, for people to read, any other as
@@ -35,8 +35,8 @@ std::optional<PreferenceJson> parsePreferenceJson(std::string_view text);
 /// - text that is not UTF-8 as {"text": "BASE64"}.
 PreferenceJson encodePreference(const PreferenceValue& value);
 
-/// The reverse. nullopt: not a form that `encodePreference` writes, or an integer from 2^63 to 2^64 - 1. Any
-/// other whole number beyond 64 bits is the nearest double.
+/// The reverse of `encodePreference`. nullopt: not one of its forms, or an integer from 2^63 to 2^64 - 1. Any
+/// other whole number beyond 64 bits becomes the nearest double.
 std::optional<PreferenceValue> decodePreference(const PreferenceJson& json);
 
 }  // namespace kestro

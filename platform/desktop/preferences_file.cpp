@@ -19,13 +19,13 @@ namespace kestro {
 namespace {
 
 constexpr int maximumDamagedFiles = 9;
-constexpr int maximumLinks = 40;  // as the kernel follows
+constexpr int maximumLinks = 40;  // the kernel's limit
 
 bool makeDirectories(const std::filesystem::path& directory) {
     std::filesystem::path made;
     for (const auto& component : directory) {
         made /= component;
-        ::mkdir(made.c_str(), 0700);  // most exist already
+        ::mkdir(made.c_str(), 0700);  // most already exist
     }
     std::error_code error;
     return std::filesystem::is_directory(directory, error);
@@ -50,13 +50,13 @@ bool renameToFreeName(const std::string& from, const std::string& to) {
     if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
         return true;
     }
-    // Some file systems cannot rename so; the plain rename follows a look of our own.
+    // Some file systems do not support this; there, check first and then use the plain rename.
     struct stat status {};
     return errno == EINVAL && ::lstat(to.c_str(), &status) != 0 && errno == ENOENT &&
            ::rename(from.c_str(), to.c_str()) == 0;
 }
 
-/// The name behind the symbolic links at `path`, whether a file stands there or not; nullopt: a loop, or a link
+/// The name behind the symbolic links at `path`, whether that file exists or not; nullopt: a loop, or a link
 /// that cannot be read.
 std::optional<std::string> nameBehindLinks(std::filesystem::path path) {
     for (int link = 0; link <= maximumLinks; ++link) {
@@ -74,7 +74,7 @@ std::optional<std::string> nameBehindLinks(std::filesystem::path path) {
     return std::nullopt;
 }
 
-/// The readable form, or the compact one where only that is within the bounds; nullopt: neither is.
+/// The indented form, or the compact one if only that is within the limits; nullopt: neither is.
 std::optional<std::string> boundedText(const PreferenceJson& document) {
     for (const int indent : {2, -1}) {
         std::string text = document.dump(indent, ' ', false, PreferenceJson::error_handler_t::replace) + "\n";
@@ -98,7 +98,7 @@ bool replaceFileAtomically(const std::string& path, const std::string& contents)
         return false;
     }
     const std::string name = target.filename();
-    // Another process of the same user may be replacing the file as well.
+    // Another process of the same user may be replacing the file at the same time.
     const std::string temporary = name + ".new-" + std::to_string(::getpid());
     ::unlinkat(directoryDescriptor.get(), temporary.c_str(), 0);
     bool complete = false;
@@ -172,7 +172,7 @@ PreferencesFile::State PreferencesFile::read(const std::string& name, Preference
     if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return State::untouchable;
     }
-    // One byte beyond the bound, so that a file that is too large shows itself.
+    // One byte more than the limit, to detect a file that is too large.
     const auto text = readAtMost(file.get(), maximumPreferenceBytes + 1);
     if (!text) {
         return State::untouchable;

@@ -11,34 +11,33 @@
 
 namespace kestro {
 
-/// The preferences on disk: one JSON object in one file. Any thread; calls wait for each other. Every failure
-/// is silent: what cannot be read is absent, what cannot be written is reported as not stored.
+/// The preferences on disk: one JSON object in one file. Any thread; calls are serialised. Every failure is
+/// silent: what cannot be read is absent, what cannot be written is reported as not stored.
 ///
-/// The file is replaced as a whole (temporary file beside it, fsync, rename, fsync of the directory, mode
-/// 0600), so that a reader or a crash sees the old contents or the new ones. A symbolic link is kept: all this,
-/// and what follows, is done to the file behind it, which is made where it is missing. Missing directories are
-/// made with mode 0700.
+/// The file is replaced as a whole (temporary file beside it, fsync, rename, fsync of the directory, mode 0600),
+/// so that a reader or a crash sees either the old contents or the new ones. A symbolic link is preserved:
+/// everything here applies to the file behind it, which is created if missing. Missing directories are created
+/// with mode 0700.
 ///
-/// The file is written for people to read, with a line for each value, or as one line when only that keeps
-/// within the bounds.
+/// The file is formatted for people, with one line per value, or as a single line if only that is within the
+/// limits.
 ///
-/// A file that is not a JSON object, or larger than the bounds of preference_json.h, is renamed to NAME.damaged
-/// or, where such files exist already, to NAME.damaged.2 and so on up to 9; when no name is free, the file stays
-/// and nothing is stored. Something that is not a regular file, or cannot be opened, is left alone likewise.
+/// A file that is not a JSON object, or exceeds the limits of preference_json.h, is renamed to NAME.damaged or,
+/// if that exists, to NAME.damaged.2 and so on up to 9; if no name is free, the file stays and nothing is
+/// stored. Anything that is not a regular file or cannot be opened is left alone, too.
 class PreferencesFile {
 public:
     using Values = std::map<std::string, PreferenceValue, std::less<>>;
 
     explicit PreferencesFile(std::string path) : path_(std::move(path)) {}
 
-    /// The values of every key that holds one of a known form.
+    /// The values of all keys whose value has a known form.
     Values load();
 
-    /// Reads the file again and writes it with `changes` applied: other keys keep what stands there now,
-    /// whoever wrote it, also in forms unknown to this program; a number that parsePreferenceJson does not keep
-    /// exactly is written as it was read. A file that has vanished or was damaged in the meantime is written from
-    /// what was last seen in it. A call with a `sequence` that is not above those already stored does nothing.
-    /// False: not stored.
+    /// Reads the file again and writes it with `changes` applied. Other keys keep their current value in the
+    /// file, even in forms unknown to this program; a number that parsePreferenceJson does not represent exactly
+    /// is written as it was parsed. A file that has vanished or become damaged in the meantime is rewritten from
+    /// its last known contents. Does nothing if `sequence` is not above those already stored. False: not stored.
     bool store(const Values& changes, std::uint64_t sequence);
 
 private:
@@ -53,7 +52,8 @@ private:
     std::uint64_t storedSequence_ = 0;
 };
 
-/// Replaces the file at `path` by `contents` as described above, links not followed. False: the old file stands.
+/// Replaces the file at `path` by `contents` as described above, without following links. False: the old file
+/// remains.
 bool replaceFileAtomically(const std::string& path, const std::string& contents);
 
 }  // namespace kestro

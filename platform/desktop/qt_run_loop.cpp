@@ -25,7 +25,7 @@ timespec toTimespec(MonotonicTime time) {
             static_cast<long>(std::chrono::nanoseconds(sinceOrigin - seconds).count())};
 }
 
-/// The first whole multiple of `period` that is not before `earliest`.
+/// The first multiple of `period` that is not before `earliest`.
 MonotonicTime gridPoint(MonotonicTime earliest, std::chrono::nanoseconds period) {
     const std::int64_t multiples = (earliest.time_since_epoch() + period - std::chrono::nanoseconds(1)) / period;
     return MonotonicTime(multiples * period);
@@ -46,7 +46,7 @@ struct QtRunLoop::Entry {
     Task task;
     MonotonicTime due;
     bool live = true;
-    bool pending = false;  // due, and its task has not begun yet
+    bool pending = false;  // due, but its task has not started yet
     bool running = false;
 };
 
@@ -139,7 +139,7 @@ void QtRunLoop::fireDueTimers() {
             entry->due = nextFiringTime(now, entry->period);
         }
     }
-    // Before the tasks run: one of them may run an event loop of its own, in which the others go on firing.
+    // Before running the tasks: one of them may run a nested event loop, in which the other timers keep firing.
     arm();
     runPendingTasks();
     sweep();
@@ -147,7 +147,7 @@ void QtRunLoop::fireDueTimers() {
 
 void QtRunLoop::runPendingTasks() {
     ++firingDepth_;
-    // By index, and only what exists now: a task may add timers.
+    // By index, and only existing entries: a task may add timers.
     const std::size_t count = entries_.size();
     for (std::size_t index = 0; index < count; ++index) {
         const auto entry = entries_[index];
@@ -161,7 +161,7 @@ void QtRunLoop::runPendingTasks() {
             entry->running = true;
             entry->task();
             entry->running = false;
-            entry->pending = false;  // fell due in an event loop of the task's own: missed
+            entry->pending = false;  // became due during a nested event loop of the task: missed
         }
     }
     --firingDepth_;
@@ -178,7 +178,7 @@ void QtRunLoop::sweep() {
     if (firingDepth_ > 0 || !std::exchange(needsSweep_, false)) {
         return;
     }
-    // Destroying a task may destroy further timers, which come back here: the list is whole by then.
+    // Destroying a task may destroy further timers and re-enter this function; by then the list is consistent.
     std::vector<std::shared_ptr<Entry>> retired;
     const auto dead =
         std::stable_partition(entries_.begin(), entries_.end(), [](const auto& entry) { return entry->live; });

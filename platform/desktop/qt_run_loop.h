@@ -15,29 +15,28 @@
 
 namespace kestro {
 
-/// The first firing of a timer that is scheduled at `now`: the first whole multiple of `period` on the monotonic
-/// clock that lies at least a period after `now`. All timers share this grid, so that timers of 1 s, 2 s and
-/// 5 s fire in one wake-up whenever their times coincide.
+/// The first firing of a timer scheduled at `now`: the first multiple of `period` on the monotonic clock that is
+/// at least a period after `now`. All timers share this grid, so that timers of 1 s, 2 s and 5 s fire in one
+/// wake-up whenever they coincide.
 MonotonicTime firstFiringTime(MonotonicTime now, std::chrono::milliseconds period);
 
-/// The firing that follows one at `now`: the first point of the grid that lies at least half a period after
-/// `now`, so that what is measured from one firing to the next never is a rate over a moment.
+/// The firing after one at `now`: the first point of the grid at least half a period after `now`, so that rates
+/// between two firings never cover too short an interval.
 MonotonicTime nextFiringTime(MonotonicTime now, std::chrono::milliseconds period);
 
-/// The run loop on Qt's event loop. One kernel timer serves every repeating timer and is armed for the earliest
-/// of them only; with nothing scheduled it is off and nothing wakes the process. A firing allocates no memory.
-/// The first firing comes one to two periods after scheduling (never early), every later one a period after
-/// the one before is due, or two where that one is late by more than half a period: two firings are never less
-/// than half a period apart. A timer whose task runs a nested event loop does not fire again until that task
-/// returns.
+/// The run loop on Qt's event loop. One kernel timer serves all repeating timers and is armed only for the
+/// earliest; with nothing scheduled it is off and nothing wakes the process. A firing allocates no memory. The
+/// first firing is one to two periods after scheduling (never early). Every later one is due a period after the
+/// previous one, or two periods if that one is late by more than half a period: two firings are never less than
+/// half a period apart. A timer whose task runs a nested event loop does not fire again until that task returns.
 ///
 /// Lives on the main thread, after the application object; `post` and `runInBackground` may be called from any
-/// thread as long as it lives.
+/// thread while it exists.
 class QtRunLoop final : public RunLoop {
 public:
     QtRunLoop();
 
-    /// Drops background tasks that have not begun and waits for those that have, however long they take.
+    /// Drops background tasks that have not started and waits for the running ones, however long they take.
     /// Timers that outlive the run loop stop firing.
     ~QtRunLoop() override;
     QtRunLoop(const QtRunLoop&) = delete;
@@ -46,18 +45,18 @@ public:
     std::unique_ptr<RunLoopTimer> scheduleRepeating(std::chrono::milliseconds period, Task task) override;
     void post(Task task) override;
 
-    /// At most two tasks of utility priority and four of user-initiated priority run at once; the others wait
-    /// their turn, those of one priority never behind those of the other. Idle threads end by themselves.
+    /// At most two tasks of utility priority and four of user-initiated priority run at once; the others queue,
+    /// separately for each priority. Idle threads exit after a while.
     void runInBackground(TaskPriority priority, Task task) override;
 
-    /// Drops background tasks that have not begun and waits at most `bound` for those that have. False: some
-    /// still run, and with them whatever they refer to must stay alive. Main thread.
+    /// Drops background tasks that have not started and waits at most `bound` for the running ones. False: some
+    /// are still running, and everything they refer to must stay alive. Main thread.
     bool finishBackgroundTasks(std::chrono::milliseconds bound);
 
     /// How often the kernel timer has woken the main thread.
     std::uint64_t timerWakeUps() const { return timerWakeUps_; }
 
-    /// When the kernel timer will go off; nullopt while it is off.
+    /// When the kernel timer will fire; nullopt while it is off.
     std::optional<MonotonicTime> nextTimerWakeUp() const;
 
 private:
@@ -74,7 +73,7 @@ private:
     int timerDescriptor_;
     QSocketNotifier notifier_;
     std::vector<std::shared_ptr<Entry>> entries_;
-    std::shared_ptr<QtRunLoop*> self_;  // emptied at destruction: timers may live longer
+    std::shared_ptr<QtRunLoop*> self_;  // null after destruction, since timers may outlive it
     int firingDepth_ = 0;
     bool needsSweep_ = false;
     std::uint64_t timerWakeUps_ = 0;

@@ -6,8 +6,8 @@ namespace kestro {
 
 class PowerProfiles;
 
-/// Answers "/usr/bin/pmset" "-g" in process from the machine's power profile and leaves every other program to
-/// `others`. Any background thread; both references outlive it.
+/// Handles "/usr/bin/pmset" "-g" in process, with the machine's power profile, and forwards every other command
+/// to `others`. Any background thread; both references outlive it.
 class SessionCommandRunner final : public CommandRunner {
 public:
     SessionCommandRunner(PowerProfiles& profiles, CommandRunner& others) : profiles_(profiles), others_(others) {}

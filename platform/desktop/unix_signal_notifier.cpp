@@ -16,14 +16,14 @@ namespace {
 
 constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
 
-// A signal handler can reach nothing but statics.
+// A signal handler can only reach statics.
 std::array<int, 2> pipeEnds{-1, -1};
 std::array<struct sigaction, handledSignals.size()> formerActions;
 
 extern "C" void writeSignalToPipe(int signalNumber) {
     const int error = errno;
     const auto byte = static_cast<unsigned char>(signalNumber);
-    // A full pipe has plenty of signals waiting already.
+    // A full pipe already holds plenty of signals.
     [[maybe_unused]] const auto written = ::write(pipeEnds[1], &byte, 1);
     errno = error;
 }
@@ -41,7 +41,7 @@ int openPipe() {
 UnixSignalNotifier::UnixSignalNotifier(Handler handler)
     : handler_(std::move(handler)), notifier_(openPipe(), QSocketNotifier::Read) {
     if (pipeEnds[0] < 0) {
-        return;  // without the pipe the signals keep their usual effect
+        return;  // without the pipe, the signals keep their default effect
     }
     QObject::connect(&notifier_, &QSocketNotifier::activated, &context_, [this] { deliver(); });
     for (std::size_t index = 0; index < handledSignals.size(); ++index) {
