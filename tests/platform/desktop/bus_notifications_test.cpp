@@ -25,7 +25,7 @@ class BusNotificationsTest : public testing::Test {
 protected:
     BusNotificationsTest() {
         subscription = notifications.observe(showSettings, [this](const auto& info) { received.push_back(info); });
-        // The bus handles messages in order: what is sent after this round trip meets the observer.
+        // The bus handles messages in order: signals sent after this round trip reach the observer.
         ownBus.call(QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
                                                    QStringLiteral("org.freedesktop.DBus.Peer"),
                                                    QStringLiteral("Ping")));
@@ -53,7 +53,7 @@ NotificationUserInfo tab(NotificationValue value) {
     return {{"tab", std::move(value)}};
 }
 
-TEST_F(BusNotificationsTest, HearStrangersWithAndWithoutUserInfo) {
+TEST_F(BusNotificationsTest, ReceiveFromOtherProcessesWithAndWithoutUserInfo) {
     send({});
     send({QVariantMap{{QStringLiteral("tab"), QStringLiteral("Keep-Awake")}}});
 
@@ -61,7 +61,7 @@ TEST_F(BusNotificationsTest, HearStrangersWithAndWithoutUserInfo) {
     EXPECT_THAT(received, ElementsAre(NotificationUserInfo{}, tab("Keep-Awake")));
 }
 
-TEST_F(BusNotificationsTest, HearTheirOwnPostings) {
+TEST_F(BusNotificationsTest, ReceiveTheirOwnPosts) {
     notifications.post(showSettings);
     notifications.post(showSettings, {{"tab", std::string("Cooling & Fans")}, {"flag", true}, {"n", 2.5}});
 
@@ -71,7 +71,7 @@ TEST_F(BusNotificationsTest, HearTheirOwnPostings) {
                                           {"tab", std::string("Cooling & Fans")}, {"flag", true}, {"n", 2.5}}));
 }
 
-TEST_F(BusNotificationsTest, DeliverToEveryObserverOfTheNameOnlyUntilItLeaves) {
+TEST_F(BusNotificationsTest, DeliverToEveryObserverOfTheNameUntilItUnsubscribes) {
     int others = 0;
     int second = 0;
     const auto other = notifications.observe("kestro.notify.togglePopover", [&](const auto&) { ++others; });
@@ -88,7 +88,7 @@ TEST_F(BusNotificationsTest, DeliverToEveryObserverOfTheNameOnlyUntilItLeaves) {
     EXPECT_EQ(second, 1);
 }
 
-TEST_F(BusNotificationsTest, AnObserverMayLeaveInsideItsOwnCall) {
+TEST_F(BusNotificationsTest, AnObserverMayUnsubscribeInItsOwnCallback) {
     int calls = 0;
     Subscription once;
     once = notifications.observe(showSettings, [&](const auto&) {
@@ -103,7 +103,7 @@ TEST_F(BusNotificationsTest, AnObserverMayLeaveInsideItsOwnCall) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(BusNotificationsTest, TakeOtherArgumentTypesForNoUserInfo) {
+TEST_F(BusNotificationsTest, IgnoreUserInfoOfOtherTypes) {
     send({QStringLiteral("tab")});
     send({42, QVariantMap{{QStringLiteral("tab"), QStringLiteral("x")}}});
     send({QVariantMap{{QStringLiteral("tab"), QStringLiteral("x")}}, 1});
@@ -113,7 +113,7 @@ TEST_F(BusNotificationsTest, TakeOtherArgumentTypesForNoUserInfo) {
     EXPECT_THAT(received, testing::Each(NotificationUserInfo{}));
 }
 
-TEST_F(BusNotificationsTest, TakeOtherValueTypesForNoKind) {
+TEST_F(BusNotificationsTest, DeliverValuesOfOtherTypesAsEmpty) {
     const QString key = QStringLiteral("tab");
     send({QVariantMap{{key, 7}}});
     send({QVariantMap{{key, false}}});
@@ -125,7 +125,7 @@ TEST_F(BusNotificationsTest, TakeOtherValueTypesForNoKind) {
     EXPECT_THAT(received, ElementsAre(tab(7.0), tab(false), tab({}), tab({}), tab({})));
 }
 
-TEST_F(BusNotificationsTest, BoundWhatTheyTake) {
+TEST_F(BusNotificationsTest, LimitEntriesKeysAndTexts) {
     QVariantMap many;
     for (int entry = 0; entry < 65; ++entry) {
         many.insert(QString::number(entry), entry);
@@ -138,7 +138,7 @@ TEST_F(BusNotificationsTest, BoundWhatTheyTake) {
     EXPECT_THAT(received, ElementsAre(NotificationUserInfo{}, tab({}), tab(true)));
 }
 
-TEST_F(BusNotificationsTest, AThousandPostingsAllArrive) {
+TEST_F(BusNotificationsTest, AThousandPostsAllArrive) {
     for (int count = 0; count < 1000; ++count) {
         send({});
     }
@@ -147,7 +147,7 @@ TEST_F(BusNotificationsTest, AThousandPostingsAllArrive) {
     EXPECT_EQ(received.size(), 1000U);
 }
 
-TEST_F(BusNotificationsTest, TheDocumentedShellLinesWork) {
+TEST_F(BusNotificationsTest, TheDocumentedShellCommandsWork) {
     const auto run = [&](const std::string& line) {
         return std::system(("DBUS_SESSION_BUS_ADDRESS='" + bus.address().toStdString() + "' " + line).c_str());
     };
@@ -161,7 +161,7 @@ TEST_F(BusNotificationsTest, TheDocumentedShellLinesWork) {
     EXPECT_THAT(received, ElementsAre(NotificationUserInfo{}, tab("Keep-Awake")));
 }
 
-TEST_F(BusNotificationsTest, ADyingBusIsQuiet) {
+TEST_F(BusNotificationsTest, LosingTheBusDeliversNothing) {
     bus.kill();
     ASSERT_TRUE(waitUntil([&] { return !ownBus.isConnected(); }));
 
@@ -171,7 +171,7 @@ TEST_F(BusNotificationsTest, ADyingBusIsQuiet) {
     EXPECT_THAT(received, ElementsAre(tab("Sensors")));
 }
 
-TEST(BusNotificationsWithoutABus, StillServeTheirOwnProcessFromTheEventLoop) {
+TEST(BusNotificationsWithoutABus, StillDeliverWithinTheProcessFromTheEventLoop) {
     BusNotifications notifications(PrivateBus::none());
     std::vector<NotificationUserInfo> received;
     const auto subscription =

@@ -23,10 +23,10 @@ inline constexpr auto systemOnly = "PreventUserIdleSystemSleep";
 inline constexpr auto title = "Kestro Keep-Awake Active";
 inline constexpr auto requestPath = "/org/freedesktop/portal/desktop/request/1_7/kestro1";
 
-/// Power assertions on a session bus and a system bus of the test's own, where services come and go.
+/// Power assertions on a private session bus and system bus, where services appear and vanish.
 class DesktopPowerAssertionsTest : public testing::Test {
 protected:
-    /// A service that grants every wish; cookies count from 1.
+    /// A service that grants every request; cookies count from 1.
     std::unique_ptr<FakeService> service(InhibitionBackend backend) {
         auto& bus = isOnSystemBus(backend) ? systemBus : sessionBus;
         auto made = std::make_unique<FakeService>(bus.connect(), serviceName(backend));

@@ -21,7 +21,7 @@ void PrintTo(const BackendCase& row, std::ostream* out) {
 
 class EachBackend : public DesktopPowerAssertionsTest, public testing::WithParamInterface<BackendCase> {};
 
-TEST_P(EachBackend, IsAskedInItsOwnWordsAndReleased) {
+TEST_P(EachBackend, ReceivesItsOwnInhibitAndReleaseCalls) {
     const auto [backend, type, inhibit, release] = GetParam();
     const auto fake = service(backend);
 
@@ -63,7 +63,7 @@ INSTANTIATE_TEST_SUITE_P(
         BackendCase{InhibitionBackend::logind, systemOnly,
                     "Inhibit(\"sleep\", \"Kestro\", \"Kestro Keep-Awake Active\", \"block-weak\")", nullptr}));
 
-TEST_F(DesktopPowerAssertionsTest, TheLockOfLogindIsHeldUntilTheRelease) {
+TEST_F(DesktopPowerAssertionsTest, LogindsLockIsHeldUntilReleased) {
     const auto logind = service(InhibitionBackend::logind);
     const auto id = create();
     logind->answer(QStringLiteral("Inhibit"), {});
@@ -75,7 +75,7 @@ TEST_F(DesktopPowerAssertionsTest, TheLockOfLogindIsHeldUntilTheRelease) {
     EXPECT_TRUE(waitUntil([&] { return !pipe.isHeldBySomebody(); }));
 }
 
-TEST_F(DesktopPowerAssertionsTest, AnOlderLogindIsAskedForTheModeThatItKnows) {
+TEST_F(DesktopPowerAssertionsTest, AnOlderLogindIsAskedForAModeItKnows) {
     const auto logind = service(InhibitionBackend::logind);
     logind->answer(QStringLiteral("Inhibit"), [this](const QDBusMessage& call) {
         return call.arguments().at(3) == QStringLiteral("block")
@@ -90,13 +90,13 @@ TEST_F(DesktopPowerAssertionsTest, AnOlderLogindIsAskedForTheModeThatItKnows) {
                             "Inhibit(\"sleep\", \"Kestro\", \"Kestro Keep-Awake Active\", \"block\")"));
 }
 
-TEST_F(DesktopPowerAssertionsTest, TheBestServiceOnTheBusIsAskedAlone) {
+TEST_F(DesktopPowerAssertionsTest, OnlyTheBestServiceOnTheBusIsAsked) {
     std::vector<std::unique_ptr<FakeService>> services;
     for (std::size_t index = 0; index < inhibitionBackendCount; ++index) {
         services.push_back(service(static_cast<InhibitionBackend>(index)));
     }
 
-    // One after the other leaves: the next best takes over.
+    // They leave one after the other: the next best takes over.
     ASSERT_TRUE(create().has_value());
     for (std::size_t index = 0; index < inhibitionBackendCount; ++index) {
         ASSERT_TRUE(waitForCalls(*services[index], 1)) << index;
@@ -109,7 +109,7 @@ TEST_F(DesktopPowerAssertionsTest, TheBestServiceOnTheBusIsAskedAlone) {
     EXPECT_THAT(revoked, IsEmpty());
 }
 
-TEST_F(DesktopPowerAssertionsTest, WhereDisplayAndSystemGoTogetherTheSystemAloneIsLogindsMatter) {
+TEST_F(DesktopPowerAssertionsTest, LogindInhibitsTheSystemAloneWhereTheDesktopServiceCannot) {
     const auto manager = service(InhibitionBackend::freedesktopPowerManagement);
     const auto portal = service(InhibitionBackend::portal);
     const auto logind = service(InhibitionBackend::logind);
@@ -129,18 +129,18 @@ TEST_F(DesktopPowerAssertionsTest, AScreenSaverCannotKeepTheSystemAwake) {
     EXPECT_THAT(saver->calls(), IsEmpty());
 }
 
-TEST_F(DesktopPowerAssertionsTest, WithoutAnyServiceTheyAreRefused) {
+TEST_F(DesktopPowerAssertionsTest, AreRefusedWithoutAnyService) {
     EXPECT_EQ(create(), std::nullopt);
     EXPECT_EQ(create(systemOnly), std::nullopt);
 }
 
-TEST(DesktopPowerAssertions, WithoutABusTheyAreRefused) {
+TEST(DesktopPowerAssertions, AreRefusedWithoutABus) {
     DesktopPowerAssertions assertions(PrivateBus::none(), PrivateBus::none());
 
     EXPECT_EQ(assertions.create(display, 255, title), std::nullopt);
 }
 
-TEST_F(DesktopPowerAssertionsTest, AfterTheEndOfTheBusTheyAreRefused) {
+TEST_F(DesktopPowerAssertionsTest, AreRefusedAfterTheBusHasGone) {
     const auto gnome = service(InhibitionBackend::gnomeSessionManager);
     ASSERT_TRUE(create().has_value());
     sessionBus.kill();
@@ -158,7 +158,7 @@ TEST_F(DesktopPowerAssertionsTest, UnknownTypesAndLevelsAreRefused) {
     EXPECT_THAT(gnome->calls(), IsEmpty());
 }
 
-TEST_F(DesktopPowerAssertionsTest, ARefusalIsToldAtOnce) {
+TEST_F(DesktopPowerAssertionsTest, ARefusalIsReportedAtOnce) {
     const auto gnome = service(InhibitionBackend::gnomeSessionManager);
     gnome->refuse(QStringLiteral("Inhibit"));
 
@@ -177,7 +177,7 @@ TEST_F(DesktopPowerAssertionsTest, TheNextServiceIsAskedWhenOneRefuses) {
     EXPECT_EQ(logind->calls().size(), 1U);
 }
 
-TEST_F(DesktopPowerAssertionsTest, RepliesOfTheWrongTypeAreRefusals) {
+TEST_F(DesktopPowerAssertionsTest, RepliesOfTheWrongTypeCountAsRefusals) {
     const auto gnome = service(InhibitionBackend::gnomeSessionManager);
     const auto portal = service(InhibitionBackend::portal);
     const auto logind = service(InhibitionBackend::logind);
@@ -190,7 +190,7 @@ TEST_F(DesktopPowerAssertionsTest, RepliesOfTheWrongTypeAreRefusals) {
     EXPECT_EQ(logind->calls().size(), 1U);
 }
 
-TEST_F(DesktopPowerAssertionsTest, ThePortalMayEndARequestAndNobodyElse) {
+TEST_F(DesktopPowerAssertionsTest, OnlyThePortalCanEndARequest) {
     const auto portal = service(InhibitionBackend::portal);
     const auto id = create();
     const auto respond = [&](const QDBusConnection& from, uint response) {
@@ -215,7 +215,7 @@ TEST_F(DesktopPowerAssertionsTest, ThePortalMayEndARequestAndNobodyElse) {
     EXPECT_THAT(revoked, ElementsAre(*id));
 }
 
-TEST_F(DesktopPowerAssertionsTest, EachOfSeveralIsReleasedByItself) {
+TEST_F(DesktopPowerAssertionsTest, EachOneIsReleasedSeparately) {
     const auto gnome = service(InhibitionBackend::gnomeSessionManager);
     const auto first = create();
     const auto second = create(systemOnly);

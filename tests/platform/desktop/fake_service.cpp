@@ -68,7 +68,7 @@ public:
         return true;
     }
 
-    /// With the mutex held.
+    /// The mutex must be held.
     void reply(const QDBusMessage& message, const QDBusConnection& connection) {
         const auto found = answers.find(message.member());
         connection.send(found == answers.end() ? message.createReply() : found->second(message));

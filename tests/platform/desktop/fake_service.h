@@ -14,27 +14,27 @@
 
 namespace kestro::testing_support {
 
-/// A service on a private bus that lives on a thread of its own, as a real one lives in a process of its own.
-/// Records every call as text, such as `Inhibit("Kestro", "why", 8u)`, and answers as it was told.
+/// A service on a private bus with its own thread, as a real one has its own process. Records every call as
+/// text, such as `Inhibit("Kestro", "why", 8u)`, and replies as configured.
 class FakeService {
 public:
     using Answer = std::function<QDBusMessage(const QDBusMessage& call)>;
 
     using Answers = std::map<QString, Answer>;
 
-    /// With `answers` the service knows from its first moment on the bus how to answer those members.
+    /// `answers` are in place before the service appears on the bus.
     FakeService(const QDBusConnection& connection, const QString& name, Answers answers = {});
     ~FakeService();
     FakeService(const FakeService&) = delete;
     FakeService& operator=(const FakeService&) = delete;
 
-    /// How calls of this member are answered from now on; without one they get an empty reply.
+    /// Sets the reply to calls of this member; without one they get an empty reply.
     void answer(const QString& member, Answer answer);
 
     /// Refuses calls of this member.
     void refuse(const QString& member, const QString& error = QStringLiteral("org.freedesktop.DBus.Error.Failed"));
 
-    /// Leaves calls unanswered until `answerHeld`, which takes them in the order of arrival.
+    /// Leaves calls unanswered until `answerHeld`, which answers them in order of arrival.
     void hold(bool holding);
     std::size_t heldCalls() const;
     void answerHeld();
@@ -45,8 +45,8 @@ public:
 
     std::vector<std::string> calls() const;
 
-    /// When this returns, the service has seen everything that `sender` sent before, and `sender` has handled
-    /// everything that reached it until then.
+    /// When this returns, the service has processed everything that `sender` sent before, and `sender` has
+    /// handled everything that reached it until then.
     void settle(const QDBusConnection& sender) const;
     const QDBusConnection& connection() const { return connection_; }
 
@@ -59,7 +59,7 @@ private:
     Object* object_;
 };
 
-/// The arguments of a message as text; the token of a portal request is left out.
+/// The arguments of a message as text, without the token of a portal request.
 std::string describe(const QDBusMessage& message);
 
 }  // namespace kestro::testing_support

@@ -22,7 +22,7 @@ inline std::string contentsOf(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Preferences in a directory of their own, with a run loop that a test turns.
+/// Preferences in a temporary directory, with a run loop driven by the test.
 class JsonUserDefaultsTest : public testing::Test {
 protected:
     void write(const std::string& text) {
@@ -47,7 +47,7 @@ protected:
         return found == values.end() ? std::nullopt : std::optional(found->second);
     }
 
-    /// Lets the write happen that is due a second after an assignment.
+    /// Triggers the write that is due a second after an assignment.
     void passASecond() {
         runLoop.fireTimers();
         runLoop.runTasks();

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST_F(JsonUserDefaultsTest, AFreshUserHasNothingAndNoFileIsMade) {
+TEST_F(JsonUserDefaultsTest, AreEmptyForANewUserAndCreateNoFile) {
     {
         const auto defaults = open();
         EXPECT_EQ(defaults.object("kestro.isPinned"), std::nullopt);
@@ -25,7 +25,7 @@ TEST_F(JsonUserDefaultsTest, AFreshUserHasNothingAndNoFileIsMade) {
     EXPECT_FALSE(fs::exists(path.parent_path()));
 }
 
-TEST_F(JsonUserDefaultsTest, ReadsSeeEarlierWritesAtOnce) {
+TEST_F(JsonUserDefaultsTest, ReadsSeeEarlierWritesImmediately) {
     auto defaults = open();
 
     defaults.set("kestro.processCountLimit", std::int64_t{-1});
@@ -34,7 +34,7 @@ TEST_F(JsonUserDefaultsTest, ReadsSeeEarlierWritesAtOnce) {
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(JsonUserDefaultsTest, ValuesComeBackAtTheNextStart) {
+TEST_F(JsonUserDefaultsTest, ValuesAreRestoredAtTheNextStart) {
     const std::string json = "\"Fahrenheit (°F)\"";
     const PreferenceData unit(json.begin(), json.end());
     {
@@ -51,7 +51,7 @@ TEST_F(JsonUserDefaultsTest, ValuesComeBackAtTheNextStart) {
     EXPECT_EQ(defaults.object("kestro.temperatureUnit"), PreferenceValue(unit));
 }
 
-TEST_F(JsonUserDefaultsTest, PeopleCanReadTheFile) {
+TEST_F(JsonUserDefaultsTest, TheFileIsHumanReadable) {
     const std::string json = R"({"lowTemp":48.0})";
     {
         auto defaults = open();
@@ -70,7 +70,7 @@ TEST_F(JsonUserDefaultsTest, PeopleCanReadTheFile) {
 )");
 }
 
-TEST_F(JsonUserDefaultsTest, WhatChangesTogetherIsWrittenTogetherAndAtOnce) {
+TEST_F(JsonUserDefaultsTest, ChangesOfOneTurnAreWrittenTogetherAtOnce) {
     auto defaults = open();
     defaults.set("kestro.isPinned", true);
     defaults.set("kestro.customFanRPM", 3500.0);
@@ -83,7 +83,7 @@ TEST_F(JsonUserDefaultsTest, WhatChangesTogetherIsWrittenTogetherAndAtOnce) {
     EXPECT_EQ(stored("kestro.customFanRPM"), PreferenceValue(3500.0));
 }
 
-TEST_F(JsonUserDefaultsTest, ABurstIsWrittenAtItsBeginningAndASecondLater) {
+TEST_F(JsonUserDefaultsTest, ABurstIsWrittenAtItsStartAndASecondLater) {
     auto defaults = open();
 
     for (int step = 0; step <= 100; ++step) {
@@ -100,7 +100,7 @@ TEST_F(JsonUserDefaultsTest, ABurstIsWrittenAtItsBeginningAndASecondLater) {
     EXPECT_EQ(stored("kestro.customFanRPM"), PreferenceValue(1100.0));
 }
 
-TEST_F(JsonUserDefaultsTest, RestsASecondAfterTheLastWrite) {
+TEST_F(JsonUserDefaultsTest, StopsTheTimerASecondAfterTheLastWrite) {
     auto defaults = open();
     defaults.set("kestro.isPinned", true);
     runLoop.endTurn();
@@ -112,7 +112,7 @@ TEST_F(JsonUserDefaultsTest, RestsASecondAfterTheLastWrite) {
     EXPECT_EQ(runLoop.runningTimers(), 0);
 }
 
-TEST_F(JsonUserDefaultsTest, ASlowDiskHasOneWriteAtATime) {
+TEST_F(JsonUserDefaultsTest, ASlowDiskGetsOneWriteAtATime) {
     auto defaults = open();
     defaults.set("kestro.customFanRPM", 1.0);
     runLoop.fireTimers();
@@ -140,7 +140,7 @@ TEST_F(JsonUserDefaultsTest, FlushWritesNowAndALateWriteDoesNotUndoIt) {
     EXPECT_EQ(runLoop.runningTimers(), 0);
 }
 
-TEST_F(JsonUserDefaultsTest, FlushTakesAWriteThatHasNotBegun) {
+TEST_F(JsonUserDefaultsTest, FlushTakesOverAWriteThatHasNotStarted) {
     auto defaults = open();
     defaults.set("kestro.isPinned", true);
     runLoop.fireTimers();
@@ -150,7 +150,7 @@ TEST_F(JsonUserDefaultsTest, FlushTakesAWriteThatHasNotBegun) {
     EXPECT_EQ(stored("kestro.isPinned"), PreferenceValue(true));
 }
 
-TEST_F(JsonUserDefaultsTest, AWriteMayEndAfterItsOwner) {
+TEST_F(JsonUserDefaultsTest, AWriteMayOutliveItsOwner) {
     {
         auto defaults = open();
         defaults.set("kestro.isPinned", true);
@@ -162,7 +162,7 @@ TEST_F(JsonUserDefaultsTest, AWriteMayEndAfterItsOwner) {
     EXPECT_EQ(stored("kestro.isPinned"), PreferenceValue(true));
 }
 
-TEST_F(JsonUserDefaultsTest, WritesByItselfOnTheRealRunLoop) {
+TEST_F(JsonUserDefaultsTest, WritesAutomaticallyOnTheRealRunLoop) {
     QtRunLoop realRunLoop;
     JsonUserDefaults defaults(realRunLoop, path);
 
@@ -183,7 +183,7 @@ TEST_F(JsonUserDefaultsTest, IsSavedWhenASignalEndsTheProcess) {
         });
 
         ASSERT_EQ(::raise(number), 0);
-        EXPECT_EQ(delivered, 0) << "only the event loop delivers";
+        EXPECT_EQ(delivered, 0) << "signals are delivered only by the event loop";
         ASSERT_TRUE(waitUntil([&] { return delivered != 0; }));
 
         EXPECT_EQ(delivered, number);
@@ -192,7 +192,7 @@ TEST_F(JsonUserDefaultsTest, IsSavedWhenASignalEndsTheProcess) {
 }
 
 TEST_F(JsonUserDefaultsTest, IsSavedWhenTheToolkitExits) {
-    // The child runs this test anew, in a directory of its own: the variable names the parent's.
+    // The child runs this test again, with a directory of its own: the variable holds the parent's.
     constexpr auto variable = "KESTRO_TEST_PREFERENCES";
     if (qEnvironmentVariableIsEmpty(variable)) {
         qputenv(variable, path.c_str());
@@ -213,7 +213,7 @@ TEST_F(JsonUserDefaultsTest, IsSavedWhenTheToolkitExits) {
     EXPECT_EQ(stored("kestro.isPinned"), PreferenceValue(true));
 }
 
-TEST(UnixSignalNotifier, LeavesIgnoredSignalsIgnoredAndPutsTheOthersBack) {
+TEST(UnixSignalNotifier, LeavesIgnoredSignalsIgnoredAndRestoresTheOthers) {
     const auto former = std::signal(SIGHUP, SIG_IGN);
     struct sigaction action {};
     {

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing_support::FakeService;
 
-/// The manager on a clock that the test turns, with assertions of a session manager on a bus.
+/// The manager on a clock driven by the test, with assertions of a session manager on a bus.
 struct KeepAwakeOnTheBus : testing::Test {
     PrivateBus sessionBus;
     QDBusConnection session = sessionBus.connect();
@@ -56,7 +56,7 @@ struct KeepAwakeOnTheBus : testing::Test {
     }
 };
 
-TEST_F(KeepAwakeOnTheBus, IsReleasedWhenItsTimeHasRunOut) {
+TEST_F(KeepAwakeOnTheBus, IsReleasedWhenItsTimeRunsOut) {
     manager.activate(KeepAwakeDuration::minutes15);
     mac.advance(899s);
     EXPECT_THAT(calls(), ElementsAre(acquired));
@@ -75,7 +75,7 @@ TEST_F(KeepAwakeOnTheBus, IsReleasedAtTheBatteryThreshold) {
     EXPECT_THAT(calls(), ElementsAre(acquired, "Uninhibit(7u)"));
 }
 
-TEST_F(KeepAwakeOnTheBus, IsRefusedAsOneWhenTheServiceRefuses) {
+TEST_F(KeepAwakeOnTheBus, IsRefusedAsAWholeWhenTheServiceRefuses) {
     sessionManager.refuse(QStringLiteral("Inhibit"));
 
     manager.activate(KeepAwakeDuration::minutes15);

@@ -8,7 +8,7 @@ namespace {
 using namespace std::chrono_literals;
 using namespace testing_support;
 
-TEST_F(PowerProfilesTest, WithoutADaemonReportTheKernelsProfile) {
+TEST_F(PowerProfilesTest, ReportTheKernelsProfileWithoutADaemon) {
     for (const auto& [value, mode] : std::map<std::string, char>{{"low-power", '1'},
                                                                  {"quiet", '1'},
                                                                  {"cool", '1'},
@@ -26,14 +26,14 @@ TEST_F(PowerProfilesTest, WithoutADaemonReportTheKernelsProfile) {
     EXPECT_EQ(report(), header);
 }
 
-TEST_F(PowerProfilesTest, WithoutABusReportTheKernelsProfile) {
+TEST_F(PowerProfilesTest, ReportTheKernelsProfileWithoutABus) {
     setKernel("performance", "balanced performance");
     PowerProfiles alone(PrivateBus::none(), paths, timing);
 
     EXPECT_EQ(alone.pmsetReport(), reportOf('2'));
 }
 
-TEST_F(PowerProfilesTest, WithoutADaemonTheAdministratorWritesTheKernelsProfile) {
+TEST_F(PowerProfilesTest, WriteTheKernelsProfileAsAdministratorWithoutADaemon) {
     setKernel("balanced", "quiet balanced performance");
     setPkexec(R"(test "$1" = --disable-internal-agent || exit 1; shift; exec "$@")");
 
@@ -45,7 +45,7 @@ TEST_F(PowerProfilesTest, WithoutADaemonTheAdministratorWritesTheKernelsProfile)
     EXPECT_EQ(contentsOf(kernelFile()), "balanced\n");
 }
 
-TEST_F(PowerProfilesTest, NobodyIsAskedForWhatTheKernelDoesNotOfferOrHasAlready) {
+TEST_F(PowerProfilesTest, DoNotPromptForUnsupportedOrActiveProfiles) {
     setKernel("balanced", "low-power balanced");
     setPkexec("touch '" + paths.root + "/asked'");
 
@@ -67,7 +67,7 @@ TEST_F(PowerProfilesTest, ARefusalOrAMissingProgramChangesNothing) {
     EXPECT_EQ(contentsOf(kernelFile()), "balanced\n");
 }
 
-TEST_F(PowerProfilesTest, AQuestionThatNobodyAnswersIsWithdrawn) {
+TEST_F(PowerProfilesTest, CancelAPromptWithoutAnAnswer) {
     setKernel("balanced", "low-power balanced performance");
     const std::string pidFile = paths.root + "/pid";
     setPkexec("cd '" + paths.root + "' && echo $$ > pid.new && mv pid.new pid; exec sleep 1000");
@@ -78,7 +78,7 @@ TEST_F(PowerProfilesTest, AQuestionThatNobodyAnswersIsWithdrawn) {
     profiles().close();
     asking.get();
 
-    EXPECT_EQ(::kill(std::stoi(contentsOf(pidFile)), 0), -1) << "the program has ended and was waited for";
+    EXPECT_EQ(::kill(std::stoi(contentsOf(pidFile)), 0), -1) << "the program has ended and was reaped";
     EXPECT_EQ(contentsOf(kernelFile()), "balanced\n");
 }
 

@@ -11,7 +11,7 @@
 
 namespace kestro::testing_support {
 
-/// The write end goes to whoever asks for a lock; the read end tells when nobody holds it any more.
+/// The write end goes to the holder of a lock; the read end shows when no process holds it any more.
 class LockPipe {
 public:
     LockPipe() { EXPECT_EQ(::pipe2(ends_, O_CLOEXEC), 0); }

@@ -10,7 +10,7 @@
 
 namespace kestro::testing_support {
 
-/// A run loop in which things happen only when a test says so. One thread.
+/// A run loop driven by the test: nothing runs by itself. One thread.
 class ManualRunLoop final : public RunLoop {
 public:
     std::unique_ptr<RunLoopTimer> scheduleRepeating(std::chrono::milliseconds period, Task task) override {
@@ -23,7 +23,7 @@ public:
     void post(Task task) override { posted_.push_back(std::move(task)); }
     void runInBackground(TaskPriority, Task task) override { background_.push_back(std::move(task)); }
 
-    /// Lets every timer that exists now fire once.
+    /// Fires every existing timer once.
     void fireTimers() {
         const auto timers = timers_;
         for (const auto& timer : timers) {
@@ -33,7 +33,7 @@ public:
         }
     }
 
-    /// Runs what was posted.
+    /// Runs the posted tasks.
     void endTurn() {
         for (auto& task : std::exchange(posted_, {})) {
             task();

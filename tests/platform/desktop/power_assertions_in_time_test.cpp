@@ -64,7 +64,7 @@ TEST_F(DesktopPowerAssertionsTest, TheRevocationHandlerMayAskAgain) {
     EXPECT_THAT(revoked, ElementsAre(*first));
 }
 
-TEST_F(DesktopPowerAssertionsTest, ALateGrantNeverTouchesANewerWish) {
+TEST_F(DesktopPowerAssertionsTest, ALateGrantDoesNotAffectANewerRequest) {
     timing.answerBound = 20ms;
     const auto gnome = service(InhibitionBackend::gnomeSessionManager);
     gnome->hold(true);
@@ -76,7 +76,7 @@ TEST_F(DesktopPowerAssertionsTest, ALateGrantNeverTouchesANewerWish) {
     gnome->hold(false);
     gnome->answerHeld();
 
-    // The first wish's cookie comes back by itself, the second one's with its release only.
+    // The first request's cookie is released automatically, the second one's only with its assertion.
     ASSERT_TRUE(waitForCalls(*gnome, 3));
     EXPECT_EQ(gnome->calls().back(), "Uninhibit(1u)");
     EXPECT_EQ(gnome->calls().size(), 3U);
@@ -85,14 +85,14 @@ TEST_F(DesktopPowerAssertionsTest, ALateGrantNeverTouchesANewerWish) {
     EXPECT_EQ(gnome->calls().back(), "Uninhibit(2u)");
 }
 
-TEST_F(DesktopPowerAssertionsTest, AServiceThatReturnsIsAskedAgain) {
+TEST_F(DesktopPowerAssertionsTest, AReturningServiceIsAskedAgain) {
     const auto gnome = service(InhibitionBackend::gnomeSessionManager);
     const auto id = create();
 
     gnome->vanish();
     ASSERT_TRUE(waitForCalls(*gnome, 2));
     gnome->settle(session);
-    // Its connection lives on, so that the old lock goes back there; there is nobody to ask.
+    // Its connection lives on, so the old lock is released there; no other service is left to ask.
     EXPECT_THAT(gnome->calls(), ElementsAre(StartsWith("Inhibit"), "Uninhibit(1u)"));
     gnome->appear();
 
@@ -116,7 +116,7 @@ TEST_F(DesktopPowerAssertionsTest, ABetterServiceTakesOverWhenItAppears) {
     EXPECT_EQ(saver->calls().back(), "UnInhibit(1u)");
 }
 
-TEST_F(DesktopPowerAssertionsTest, AWorseServiceThatAppearsChangesNothing) {
+TEST_F(DesktopPowerAssertionsTest, AnAppearingWorseServiceChangesNothing) {
     const auto gnome = service(InhibitionBackend::gnomeSessionManager);
     ASSERT_TRUE(create().has_value());
 
@@ -128,7 +128,7 @@ TEST_F(DesktopPowerAssertionsTest, AWorseServiceThatAppearsChangesNothing) {
     EXPECT_THAT(portal->calls(), IsEmpty());
 }
 
-TEST_F(DesktopPowerAssertionsTest, AnotherProcessThatTakesTheNameOverIsAskedAndTheOldOneIsNot) {
+TEST_F(DesktopPowerAssertionsTest, OnlyTheNewOwnerIsAskedWhenANameChangesHands) {
     auto old = service(InhibitionBackend::gnomeSessionManager);
     const auto id = create();
     old->vanish();
@@ -140,10 +140,10 @@ TEST_F(DesktopPowerAssertionsTest, AnotherProcessThatTakesTheNameOverIsAskedAndT
     assertions().release(*id);
 
     ASSERT_TRUE(waitForCalls(*successor, 2));
-    EXPECT_EQ(successor->calls().back(), "Uninhibit(2u)") << "the cookie of the one that gave it";
+    EXPECT_EQ(successor->calls().back(), "Uninhibit(2u)") << "the cookie of the process that granted it";
 }
 
-TEST_F(DesktopPowerAssertionsTest, AServiceThatHangsIsPassedOverAndItsLateGrantGivenBack) {
+TEST_F(DesktopPowerAssertionsTest, AHangingServiceIsSkippedAndItsLateGrantReleased) {
     timing = {20ms, 30ms};
     const auto gnome = service(InhibitionBackend::gnomeSessionManager);
     const auto kde = service(InhibitionBackend::kdePolicyAgent);
@@ -159,7 +159,7 @@ TEST_F(DesktopPowerAssertionsTest, AServiceThatHangsIsPassedOverAndItsLateGrantG
     EXPECT_THAT(revoked, IsEmpty());
 }
 
-TEST_F(DesktopPowerAssertionsTest, TheLastServiceThatHangsRevokesInTheEnd) {
+TEST_F(DesktopPowerAssertionsTest, RevokesWhenTheLastServiceHangs) {
     timing = {20ms, 30ms};
     const auto gnome = service(InhibitionBackend::gnomeSessionManager);
     gnome->hold(true);
@@ -171,7 +171,7 @@ TEST_F(DesktopPowerAssertionsTest, TheLastServiceThatHangsRevokesInTheEnd) {
     EXPECT_THAT(revoked, ElementsAre(*id));
 }
 
-TEST_F(DesktopPowerAssertionsTest, BeforeTheBusHasAnsweredTheyAreTakenAsGranted) {
+TEST_F(DesktopPowerAssertionsTest, CountAsGrantedUntilTheBusReplies) {
     timing.answerBound = 0ms;
     const auto gnome = service(InhibitionBackend::gnomeSessionManager);
 
@@ -182,7 +182,7 @@ TEST_F(DesktopPowerAssertionsTest, BeforeTheBusHasAnsweredTheyAreTakenAsGranted)
     EXPECT_THAT(revoked, IsEmpty());
 }
 
-TEST_F(DesktopPowerAssertionsTest, TakenAsGrantedWithoutAnyServiceTheyAreRevoked) {
+TEST_F(DesktopPowerAssertionsTest, AreRevokedIfPresumedGrantedWithoutAnyService) {
     timing.answerBound = 0ms;
 
     const auto id = create();

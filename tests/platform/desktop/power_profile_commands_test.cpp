@@ -10,7 +10,7 @@ using namespace testing_support;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(ProfileOfScript, TakesTheThreeScriptsAndNothingElse) {
+TEST(ProfileOfScript, AcceptsOnlyTheThreeScripts) {
     const std::string before = "do shell script \"pmset -a powermode ";
     const std::string after = "\" with administrator privileges";
 
@@ -27,7 +27,7 @@ TEST(ProfileOfScript, TakesTheThreeScriptsAndNothingElse) {
     }
 }
 
-TEST_F(PowerProfilesTest, TheScriptSwitchesAndOtherTextsDoNothing) {
+TEST_F(PowerProfilesTest, OnlyTheExactScriptSwitches) {
     FakeDaemon daemon(bus.connect(), newName);
     ASSERT_EQ(report(), reportOf('0'));
     PowerProfileScriptRunner runner(profiles());
@@ -54,7 +54,7 @@ public:
     std::vector<std::string> calls;
 };
 
-TEST_F(PowerProfilesTest, TheCommandRunnerAnswersThePowerToolAndPassesTheRestOn) {
+TEST_F(PowerProfilesTest, TheCommandRunnerHandlesThePowerToolAndForwardsTheRest) {
     setKernel("performance", "balanced performance");
     RecordingRunner others;
     SessionCommandRunner runner(profiles(), others);

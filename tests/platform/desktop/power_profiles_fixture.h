@@ -61,7 +61,7 @@ public:
         profile_ = profile;
     }
 
-    /// Announces a change; `from` is who says so.
+    /// Announces a change, sent by `from`.
     void announce(const QVariantMap& changes, const QStringList& invalidated, const QDBusConnection& from) const {
         auto signal = QDBusMessage::createSignal(
             QLatin1Char('/') + QString(name_).replace(QLatin1Char('.'), QLatin1Char('/')),
@@ -83,7 +83,7 @@ public:
     FakeService service;
 };
 
-/// Power profiles on a system bus and a kernel of the test's own.
+/// Power profiles on a private system bus and a simulated kernel.
 class PowerProfilesTest : public testing::Test {
 protected:
     PowerProfilesTest() {
@@ -103,7 +103,7 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    /// Puts a program in the place of pkexec.
+    /// Replaces pkexec by a script.
     void setPkexec(const std::string& script) {
         const fs::path program = fs::path(paths.root) / "pkexec";
         std::ofstream(program) << "#!/bin/sh\n" << script << '\n';
@@ -118,7 +118,7 @@ protected:
         return *profiles_;
     }
 
-    /// Runs a background thread's call while the main thread's event loop goes on.
+    /// Runs `call` on a background thread while the main thread's event loop keeps running.
     template <typename Call>
     auto inBackground(Call call) {
         auto future = std::async(std::launch::async, std::move(call));

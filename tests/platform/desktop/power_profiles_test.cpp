@@ -21,7 +21,7 @@ TEST_F(PowerProfilesTest, ReportTheDaemonsProfileUnderEitherName) {
     }
 }
 
-TEST_F(PowerProfilesTest, ReadingAsksTheDaemonOnce) {
+TEST_F(PowerProfilesTest, ReadingQueriesTheDaemonOnce) {
     FakeDaemon daemon(bus.connect(), newName);
 
     for (int reading = 0; reading < 50; ++reading) {
@@ -32,7 +32,7 @@ TEST_F(PowerProfilesTest, ReadingAsksTheDaemonOnce) {
                 ElementsAre("Get(\"org.freedesktop.UPower.PowerProfiles\", \"ActiveProfile\")"));
 }
 
-TEST_F(PowerProfilesTest, ADaemonThatRefusedIsAskedAgainByTheNextReading) {
+TEST_F(PowerProfilesTest, TheNextReadingRetriesADaemonThatRefused) {
     FakeDaemon daemon(bus.connect(), newName);
     daemon.service.refuse(QStringLiteral("Get"));
     EXPECT_EQ(report(), header);
@@ -44,7 +44,7 @@ TEST_F(PowerProfilesTest, ADaemonThatRefusedIsAskedAgainByTheNextReading) {
     EXPECT_TRUE(reports(reportOf('2')));
 }
 
-TEST_F(PowerProfilesTest, FollowWhatTheDaemonAnnounces) {
+TEST_F(PowerProfilesTest, FollowTheDaemonsAnnouncements) {
     FakeDaemon daemon(bus.connect(), newName);
     ASSERT_EQ(report(), reportOf('0'));
 
@@ -55,7 +55,7 @@ TEST_F(PowerProfilesTest, FollowWhatTheDaemonAnnounces) {
     EXPECT_TRUE(reports(reportOf('1')));
 }
 
-TEST_F(PowerProfilesTest, DoNotListenToStrangers) {
+TEST_F(PowerProfilesTest, IgnoreSignalsFromOtherSenders) {
     FakeDaemon daemon(bus.connect(), newName);
     const FakeService stranger(bus.connect(), QStringLiteral("org.example.Stranger"));
     ASSERT_EQ(report(), reportOf('0'));
@@ -67,7 +67,7 @@ TEST_F(PowerProfilesTest, DoNotListenToStrangers) {
     EXPECT_EQ(report(), reportOf('0'));
 }
 
-TEST_F(PowerProfilesTest, KnowNoModeForWhatIsNoProfile) {
+TEST_F(PowerProfilesTest, ReportNoModeForAnUnknownProfile) {
     for (const QVariant& nonsense :
          {QVariant(7), QVariant(QStringLiteral("turbo")), QVariant(QStringList{QStringLiteral("balanced")}),
           QVariant(QString(100'000, QLatin1Char('x')))}) {
@@ -79,7 +79,7 @@ TEST_F(PowerProfilesTest, KnowNoModeForWhatIsNoProfile) {
     }
 }
 
-TEST_F(PowerProfilesTest, SurviveSignalsOfOtherForms) {
+TEST_F(PowerProfilesTest, SurviveMalformedSignals) {
     FakeDaemon daemon(bus.connect(), newName);
     ASSERT_EQ(report(), reportOf('0'));
     auto signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/UPower/PowerProfiles"),
@@ -97,7 +97,7 @@ TEST_F(PowerProfilesTest, SurviveSignalsOfOtherForms) {
     EXPECT_TRUE(reports(reportOf('2')));
 }
 
-TEST_F(PowerProfilesTest, ASlowDaemonHasNoModeYet) {
+TEST_F(PowerProfilesTest, ReportNoModeWhileTheDaemonIsSlow) {
     timing.firstAnswer = 10ms;
     FakeDaemon daemon(bus.connect(), newName);
     daemon.service.hold(true);
@@ -110,7 +110,7 @@ TEST_F(PowerProfilesTest, ASlowDaemonHasNoModeYet) {
     EXPECT_TRUE(reports(reportOf('2')));
 }
 
-TEST_F(PowerProfilesTest, FollowTheDaemonThatIsThere) {
+TEST_F(PowerProfilesTest, FollowWhicheverDaemonIsPresent) {
     setKernel("low-power", "low-power balanced performance");
     FakeDaemon older(bus.connect(), oldName);
     older.setProfile(QStringLiteral("performance"));
@@ -122,12 +122,12 @@ TEST_F(PowerProfilesTest, FollowTheDaemonThatIsThere) {
     }
     EXPECT_TRUE(reports(reportOf('2')));
     older.service.vanish();
-    EXPECT_TRUE(reports(reportOf('1'))) << "what the kernel says";
+    EXPECT_TRUE(reports(reportOf('1'))) << "the kernel's profile";
     older.service.appear();
     EXPECT_TRUE(reports(reportOf('2')));
 }
 
-TEST_F(PowerProfilesTest, SwitchAndReadAgain) {
+TEST_F(PowerProfilesTest, SwitchAndReadBack) {
     FakeDaemon daemon(bus.connect(), oldName);
     ASSERT_EQ(report(), reportOf('0'));
 
@@ -136,10 +136,10 @@ TEST_F(PowerProfilesTest, SwitchAndReadAgain) {
     EXPECT_EQ(report(), reportOf('2'));
     EXPECT_EQ(daemon.service.calls()[1],
               "Set(\"net.hadess.PowerProfiles\", \"ActiveProfile\", <\"performance\">)");
-    EXPECT_TRUE(daemon.wasInteractive) << "the user may be asked";
+    EXPECT_TRUE(daemon.wasInteractive) << "the user may be prompted";
 }
 
-TEST_F(PowerProfilesTest, ADaemonThatRevertsTheChangeAtOnceShowsTheOldProfile) {
+TEST_F(PowerProfilesTest, ShowTheOldProfileWhenTheDaemonRevertsAtOnce) {
     FakeDaemon daemon(bus.connect(), newName);
     daemon.service.answer(QStringLiteral("Set"), [&](const QDBusMessage& call) {
         daemon.announce(QStringLiteral("performance"));
@@ -152,7 +152,7 @@ TEST_F(PowerProfilesTest, ADaemonThatRevertsTheChangeAtOnceShowsTheOldProfile) {
     EXPECT_EQ(report(), reportOf('0'));
 }
 
-TEST_F(PowerProfilesTest, ARefusedSwitchShowsTheOldProfile) {
+TEST_F(PowerProfilesTest, ShowTheOldProfileAfterARefusedSwitch) {
     FakeDaemon daemon(bus.connect(), newName);
     daemon.service.refuse(QStringLiteral("Set"), QStringLiteral("org.freedesktop.DBus.Error.AccessDenied"));
 
@@ -161,7 +161,7 @@ TEST_F(PowerProfilesTest, ARefusedSwitchShowsTheOldProfile) {
     EXPECT_EQ(report(), reportOf('0'));
 }
 
-TEST_F(PowerProfilesTest, ADaemonThatVanishesWhileSwitchingLetsGo) {
+TEST_F(PowerProfilesTest, ASwitchEndsWhenTheDaemonVanishes) {
     FakeDaemon daemon(bus.connect(), newName);
     ASSERT_EQ(report(), reportOf('0'));
     daemon.service.hold(true);
@@ -192,7 +192,7 @@ TEST_F(PowerProfilesTest, ANewerSwitchEndsTheWaitOfAnOlderOne) {
     EXPECT_EQ(report(), reportOf('1'));
 }
 
-TEST_F(PowerProfilesTest, ClosingLetsEverybodyGo) {
+TEST_F(PowerProfilesTest, ClosingReleasesAllWaiters) {
     FakeDaemon daemon(bus.connect(), newName);
     ASSERT_EQ(report(), reportOf('0'));
     daemon.service.hold(true);
@@ -205,7 +205,7 @@ TEST_F(PowerProfilesTest, ClosingLetsEverybodyGo) {
     profiles().select(PowerProfile::powerSaver);
 }
 
-TEST_F(PowerProfilesTest, ADaemonThatNeverAnswersIsGivenUp) {
+TEST_F(PowerProfilesTest, GiveUpOnADaemonThatNeverAnswers) {
     timing.consent = 30ms;
     FakeDaemon daemon(bus.connect(), newName);
     ASSERT_EQ(report(), reportOf('0'));

@@ -17,13 +17,13 @@ std::string encoded(const PreferenceValue& value) {
     return encodePreference(value).dump();
 }
 
-/// What comes back after a journey through the text of a file.
+/// A value after a round trip through the text of a file.
 std::optional<PreferenceValue> roundTrip(const PreferenceValue& value) {
     const auto json = parsePreferenceJson(encoded(value));
     return json ? decodePreference(*json) : std::nullopt;
 }
 
-TEST(PreferenceJson, WritesEachKindInAFormOfItsOwn) {
+TEST(PreferenceJson, WritesEachTypeInADistinctForm) {
     EXPECT_EQ(encoded(true), "true");
     EXPECT_EQ(encoded(std::int64_t{3}), "3");
     EXPECT_EQ(encoded(3.0), "3.0");
@@ -32,7 +32,7 @@ TEST(PreferenceJson, WritesEachKindInAFormOfItsOwn) {
     EXPECT_EQ(encoded(data("\xff\x01")), R"({"data":"/wE="})");
 }
 
-TEST(PreferenceJson, KeepsKindsApart) {
+TEST(PreferenceJson, KeepsTypesDistinct) {
     const std::vector<PreferenceValue> values{
         true,
         false,
@@ -66,7 +66,7 @@ TEST(PreferenceJson, KeepsKindsApart) {
     }
 }
 
-TEST(PreferenceJson, KeepsTheSignOfZeroAndNotANumber) {
+TEST(PreferenceJson, PreservesNegativeZeroAndNaN) {
     EXPECT_TRUE(std::signbit(std::get<double>(*roundTrip(-0.0))));
     EXPECT_TRUE(std::isnan(std::get<double>(*roundTrip(std::nan("")))));
 }
@@ -82,7 +82,7 @@ TEST(PreferenceJson, ReadsDataBackByteForByte) {
     }
 }
 
-TEST(PreferenceJson, LeavesUnknownFormsAlone) {
+TEST(PreferenceJson, RejectsUnknownForms) {
     for (const auto* text : {"null", "[1]", "{}", R"({"data":3})", R"({"data":"*"})", R"({"double":"x"})",
                              R"({"json":1,"data":""})", "18446744073709551615", R"({"other":"x"})"}) {
         EXPECT_EQ(decodePreference(*parsePreferenceJson(text)), std::nullopt) << text;
@@ -99,12 +99,12 @@ TEST(PreferenceJson, ReadsWholeNumbersBeyond64BitsAsDoubles) {
     EXPECT_EQ(decoded("-9223372036854775809"), PreferenceValue(-0x1p63));
 }
 
-TEST(PreferenceJson, WritesANumberThatNoDoubleHoldsAsTheNearestOne) {
+TEST(PreferenceJson, RoundsAnInexactNumberToTheNearestDouble) {
     EXPECT_EQ(parsePreferenceJson("[99999999999999999999,0.12345678901234567890]")->dump(),
               "[1e+20,0.12345678901234568]");
 }
 
-TEST(PreferenceJson, RefusesWhatIsTooDeepTooLargeOrTooMany) {
+TEST(PreferenceJson, RejectsTextThatIsTooDeepTooLargeOrHasTooManyValues) {
     const std::string deep(maximumPreferenceDepth + 1, '[');
     const std::string deepClosed = deep + std::string(deep.size(), ']');
     std::string many = "[0";
@@ -119,7 +119,7 @@ TEST(PreferenceJson, RefusesWhatIsTooDeepTooLargeOrTooMany) {
     EXPECT_NE(parsePreferenceJson(R"("\"[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[")"), std::nullopt);
 }
 
-TEST(PreferenceJson, RefusesWhatIsNoJson) {
+TEST(PreferenceJson, RejectsInvalidJson) {
     for (const auto* text : {"", "{", "nul", "1e999", "\"\xff\"", "{\"a\":1,}", "1 2"}) {
         EXPECT_EQ(parsePreferenceJson(text), std::nullopt) << text;
     }

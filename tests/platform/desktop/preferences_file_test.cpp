@@ -20,7 +20,7 @@ using testing::UnorderedElementsAre;
 
 class PreferencesFileTest : public JsonUserDefaultsTest {};
 
-TEST_F(PreferencesFileTest, KeepsKeysThatItDoesNotKnow) {
+TEST_F(PreferencesFileTest, PreservesUnknownKeys) {
     write(R"({"later.version": {"deep": [1, null]}, "kestro.isPinned": false, "nothing": null, "n": 1})");
     {
         auto defaults = open();
@@ -32,7 +32,7 @@ TEST_F(PreferencesFileTest, KeepsKeysThatItDoesNotKnow) {
     EXPECT_EQ(json->dump(), R"({"later.version":{"deep":[1,null]},"kestro.isPinned":true,"nothing":null,"n":1})");
 }
 
-TEST_F(PreferencesFileTest, KeepsWhatSomebodyElseWroteMeanwhile) {
+TEST_F(PreferencesFileTest, PreservesConcurrentChangesOfOtherPrograms) {
     auto defaults = open();
     write(R"({"other": "new", "kestro.isPinned": false})");
 
@@ -43,7 +43,7 @@ TEST_F(PreferencesFileTest, KeepsWhatSomebodyElseWroteMeanwhile) {
     EXPECT_EQ(stored("kestro.isPinned"), PreferenceValue(true));
 }
 
-TEST_F(PreferencesFileTest, AVanishedFileIsWrittenAsAWhole) {
+TEST_F(PreferencesFileTest, RewritesAVanishedFileCompletely) {
     write(R"({"kestro.showMemory": false, "later": null})");
     auto defaults = open();
     fs::remove(path);
@@ -55,7 +55,7 @@ TEST_F(PreferencesFileTest, AVanishedFileIsWrittenAsAWhole) {
               R"({"kestro.showMemory":false,"later":null,"kestro.isPinned":true})");
 }
 
-TEST_F(PreferencesFileTest, FileAndDirectoryBelongToTheUserAlone) {
+TEST_F(PreferencesFileTest, OnlyTheUserCanAccessFileAndDirectory) {
     const auto formerMask = ::umask(0);
     {
         auto defaults = open();
@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(Forms, DamagedPreferences,
                                          std::string(100'000, '['), std::string(2 * 1024 * 1024, ' '),
                                          "{\"kestro.isPinned\": true} x"));
 
-TEST_F(PreferencesFileTest, AnEmptyFileHoldsNothing) {
+TEST_F(PreferencesFileTest, AnEmptyFileHoldsNoValues) {
     write("");
     {
         auto defaults = open();
@@ -101,7 +101,7 @@ TEST_F(PreferencesFileTest, AnEmptyFileHoldsNothing) {
     EXPECT_THAT(filesInDirectory(), UnorderedElementsAre("preferences.json"));
 }
 
-TEST_F(PreferencesFileTest, EarlierDamagedFilesAreNotLost) {
+TEST_F(PreferencesFileTest, KeepsEarlierDamagedFiles) {
     for (const std::string text : {"one", "two", "three"}) {
         write(text);
         open();
@@ -112,7 +112,7 @@ TEST_F(PreferencesFileTest, EarlierDamagedFilesAreNotLost) {
     EXPECT_EQ(contentsOf(path.string() + ".damaged.3"), "three");
 }
 
-TEST_F(PreferencesFileTest, ADamagedFileThatCannotBeSetAsideStays) {
+TEST_F(PreferencesFileTest, KeepsADamagedFileThatCannotBeSetAside) {
     for (int number = 0; number < 9; ++number) {
         write("damaged " + std::to_string(number));
         open();
@@ -127,7 +127,7 @@ TEST_F(PreferencesFileTest, ADamagedFileThatCannotBeSetAsideStays) {
     EXPECT_EQ(defaults.object("kestro.isPinned"), PreferenceValue(true));
 }
 
-TEST_F(PreferencesFileTest, AFileDamagedMeanwhileIsSetAsideAndWrittenFromMemory) {
+TEST_F(PreferencesFileTest, AFileDamagedMeanwhileIsSetAsideAndRewrittenFromMemory) {
     write(R"({"kestro.showMemory": false})");
     auto defaults = open();
     write("{\"half");
@@ -153,7 +153,7 @@ protected:
         return fs::is_symlink(path) && fs::read_symlink(real.parent_path() / "current.json") == "kestro.json";
     }
 
-    /// Beside the directory of the preferences, behind two links.
+    /// Outside the preferences directory, behind two links.
     const fs::path real = path.parent_path().parent_path().parent_path() / "dotfiles" / "kestro.json";
 };
 
@@ -169,7 +169,7 @@ TEST_F(LinkedPreferences, AreReplacedBehindTheLinks) {
     EXPECT_THAT(contentsOf(real), HasSubstr("kestro.isPinned"));
 }
 
-TEST_F(LinkedPreferences, AreMadeBehindTheLinksWhereTheyAreMissing) {
+TEST_F(LinkedPreferences, AreCreatedBehindTheLinksIfMissing) {
     std::ofstream(real) << R"({"n": 1})";
     auto defaults = open();
     fs::remove_all(real);
@@ -198,7 +198,7 @@ TEST_F(LinkedPreferences, AreSetAsideBehindTheLinksWhenDamaged) {
     EXPECT_EQ(stored("kestro.isPinned"), PreferenceValue(true));
 }
 
-TEST_F(LinkedPreferences, InALoopAreLeftAlone) {
+TEST_F(LinkedPreferences, AreLeftAloneInALinkLoop) {
     fs::create_symlink("current.json", real);
 
     auto defaults = open();
@@ -211,7 +211,7 @@ TEST_F(LinkedPreferences, InALoopAreLeftAlone) {
     EXPECT_EQ(defaults.object("kestro.isPinned"), PreferenceValue(true));
 }
 
-TEST_F(PreferencesFileTest, WhatIsNoRegularFileIsLeftAlone) {
+TEST_F(PreferencesFileTest, LeavesAnythingButARegularFileAlone) {
     fs::create_directories(path.parent_path());
     ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
     {
@@ -223,7 +223,7 @@ TEST_F(PreferencesFileTest, WhatIsNoRegularFileIsLeftAlone) {
     EXPECT_THAT(filesInDirectory(), UnorderedElementsAre("preferences.json"));
 }
 
-TEST_F(PreferencesFileTest, ALinkToTheNullDeviceStaysOne) {
+TEST_F(PreferencesFileTest, KeepsALinkToTheNullDevice) {
     fs::create_directories(path.parent_path());
     fs::create_symlink("/dev/null", path);
     {
@@ -234,7 +234,7 @@ TEST_F(PreferencesFileTest, ALinkToTheNullDeviceStaysOne) {
     EXPECT_EQ(fs::read_symlink(path), "/dev/null");
 }
 
-TEST_F(PreferencesFileTest, WhereNothingCanBeWrittenTheNextChangeTriesAgain) {
+TEST_F(PreferencesFileTest, RetriesAFailedWriteWithTheNextChange) {
     const fs::path obstacle = path.parent_path().parent_path();
     std::ofstream(obstacle) << "a file where the directory belongs";
     auto defaults = open();
@@ -244,7 +244,7 @@ TEST_F(PreferencesFileTest, WhereNothingCanBeWrittenTheNextChangeTriesAgain) {
     EXPECT_EQ(defaults.object("kestro.isPinned"), PreferenceValue(true));
     runLoop.fireTimers();
     EXPECT_EQ(runLoop.runningTimers(), 0) << "no timer runs while nothing changes";
-    EXPECT_EQ(runLoop.waitingBackgroundTasks(), 0U) << "the disk is not asked again and again";
+    EXPECT_EQ(runLoop.waitingBackgroundTasks(), 0U) << "the write is not retried continuously";
     fs::remove(obstacle);
     defaults.set("kestro.showMemory", false);
     passASecond();
@@ -253,7 +253,7 @@ TEST_F(PreferencesFileTest, WhereNothingCanBeWrittenTheNextChangeTriesAgain) {
     EXPECT_EQ(stored("kestro.showMemory"), PreferenceValue(false));
 }
 
-TEST_F(PreferencesFileTest, AFullDiskLeavesTheOldFileWhole) {
+TEST_F(PreferencesFileTest, AFullDiskLeavesTheOldFileIntact) {
     write(R"({"kestro.isPinned": true})");
     auto defaults = open();
     defaults.set("filler", std::string(100'000, 'x'));
@@ -273,7 +273,7 @@ TEST_F(PreferencesFileTest, AFullDiskLeavesTheOldFileWhole) {
     EXPECT_THAT(contentsOf(path), HasSubstr("filler"));
 }
 
-TEST_F(PreferencesFileTest, NeverWritesWhatItWouldNotReadBack) {
+TEST_F(PreferencesFileTest, NeverWritesWhatItCouldNotReadBack) {
     auto defaults = open();
     defaults.set("kestro.isPinned", true);
     defaults.flush();
@@ -285,7 +285,7 @@ TEST_F(PreferencesFileTest, NeverWritesWhatItWouldNotReadBack) {
     EXPECT_EQ(stored("huge"), std::nullopt);
 }
 
-TEST_F(PreferencesFileTest, IsWrittenInOneLineWhereOnlyThatIsWithinTheBounds) {
+TEST_F(PreferencesFileTest, WritesOneLineIfOnlyThatIsWithinTheLimits) {
     constexpr int depth = 30;
     std::string deep = '"' + std::string(40, 'x') + '"';
     for (int count = 1; count < maximumPreferenceElements - 2 * depth; ++count) {
@@ -301,7 +301,7 @@ TEST_F(PreferencesFileTest, IsWrittenInOneLineWhereOnlyThatIsWithinTheBounds) {
     EXPECT_EQ(contentsOf(path), "{\"deep\":" + deep + ",\"kestro.isPinned\":true}\n");
 }
 
-TEST_F(PreferencesFileTest, ALeftoverOfACrashIsNoObstacle) {
+TEST_F(PreferencesFileTest, ReplacesTheTemporaryFileOfACrash) {
     write("{}");
     std::ofstream(path.string() + ".new-" + std::to_string(::getpid())) << "half a fi";
     {
@@ -313,7 +313,7 @@ TEST_F(PreferencesFileTest, ALeftoverOfACrashIsNoObstacle) {
     EXPECT_EQ(stored("kestro.isPinned"), PreferenceValue(true));
 }
 
-TEST_F(PreferencesFileTest, LeavesTheFileThatAnotherProcessIsWriting) {
+TEST_F(PreferencesFileTest, KeepsTheTemporaryFileOfAnotherProcess) {
     write("{}");
     const std::string ofAnother = path.string() + ".new-" + std::to_string(::getppid());
     std::ofstream(ofAnother) << "half a fi";

@@ -39,13 +39,13 @@ TEST(FiringTime, KeepsToTheGridAfterALateFiring) {
     EXPECT_EQ(nextFiringTime(at(18s + 1ms), 1ms), at(18s + 2ms));
 }
 
-TEST(FiringTime, IsNoLessThanHalfAPeriodAfterTheOneBefore) {
+TEST(FiringTime, IsAtLeastHalfAPeriodAfterThePreviousOne) {
     EXPECT_EQ(nextFiringTime(at(18'500ms + 1ns), 1000ms), at(20s));
     EXPECT_EQ(nextFiringTime(at(18'990ms), 1000ms), at(20s));
     EXPECT_EQ(nextFiringTime(at(10'490ms), 500ms), at(11s));
 }
 
-TEST(FiringTime, SkipsWhatWasMissed) {
+TEST(FiringTime, SkipsMissedFirings) {
     EXPECT_EQ(nextFiringTime(at(17'200ms), 1000ms), at(18s));
 }
 
@@ -87,7 +87,7 @@ TEST(QtRunLoop, NeverFiresBeforeAPeriodHasPassed) {
     EXPECT_GE(*first - start, 60ms);
 }
 
-TEST(QtRunLoop, DoesNotFireTwiceInAMomentAfterTheThreadWasBusy) {
+TEST(QtRunLoop, DoesNotFireTwiceInQuickSuccessionAfterABusyThread) {
     constexpr auto period = 40ms;
     QtRunLoop runLoop;
     int firings = 0;
@@ -109,7 +109,7 @@ TEST(QtRunLoop, DoesNotFireTwiceInAMomentAfterTheThreadWasBusy) {
     EXPECT_GT(*dueNext - busyUntil, period / 2 - 1ms);
 }
 
-TEST(QtRunLoop, DoesNotFireTwiceInAMomentAfterAnotherTimerWasBusy) {
+TEST(QtRunLoop, DoesNotFireTwiceInQuickSuccessionAfterABusyTimer) {
     constexpr auto period = 40ms;
     QtRunLoop runLoop;
     MonotonicTime busyUntil;
@@ -128,7 +128,7 @@ TEST(QtRunLoop, DoesNotFireTwiceInAMomentAfterAnotherTimerWasBusy) {
     EXPECT_GT(*dueNext - busyUntil, period / 2 - 1ms);
 }
 
-TEST(QtRunLoop, ATimerMayDieInItsOwnFiring) {
+TEST(QtRunLoop, ATimerMayBeDestroyedByItsOwnTask) {
     QtRunLoop runLoop;
     std::unique_ptr<RunLoopTimer> timer;
     const auto witness = std::make_shared<int>(0);
@@ -143,7 +143,7 @@ TEST(QtRunLoop, ATimerMayDieInItsOwnFiring) {
     EXPECT_EQ(runLoop.nextTimerWakeUp(), std::nullopt);
 }
 
-TEST(QtRunLoop, ATimerThatAnotherOneKillsInTheSameWakeUpDoesNotFire) {
+TEST(QtRunLoop, ATimerDestroyedInTheSameWakeUpDoesNotFire) {
     QtRunLoop runLoop;
     std::unique_ptr<RunLoopTimer> victim;
     int killerFirings = 0;
@@ -173,7 +173,7 @@ TEST(QtRunLoop, ATimerMayScheduleAnother) {
     EXPECT_TRUE(waitUntil([&] { return firings > 20; }));
 }
 
-TEST(QtRunLoop, OtherTimersGoOnWhileATaskRunsAnEventLoop) {
+TEST(QtRunLoop, OtherTimersKeepFiringWhileATaskRunsAnEventLoop) {
     QtRunLoop runLoop;
     int others = 0;
     int entered = 0;
@@ -186,7 +186,7 @@ TEST(QtRunLoop, OtherTimersGoOnWhileATaskRunsAnEventLoop) {
     });
     const auto other = runLoop.scheduleRepeating(5ms, [&] {
         ++others;
-        EXPECT_TRUE(left || entered <= 1) << "fired again inside its own firing";
+        EXPECT_TRUE(left || entered <= 1) << "fired again within its own task";
     });
 
     EXPECT_TRUE(waitUntil([&] { return left; }));
@@ -282,7 +282,7 @@ TEST(QtRunLoop, BoundsItsThreads) {
     EXPECT_LE(most, 2);
 }
 
-TEST(QtRunLoop, FinishingDropsWhatHasNotBegunAndWaitsForTheRest) {
+TEST(QtRunLoop, FinishingDropsQueuedTasksAndWaitsForRunningOnes) {
     QtRunLoop runLoop;
     QSemaphore began;
     QSemaphore gate;
@@ -303,7 +303,7 @@ TEST(QtRunLoop, FinishingDropsWhatHasNotBegunAndWaitsForTheRest) {
     EXPECT_EQ(ended, 2);
 }
 
-TEST(QtRunLoop, DoesNotMakeUpForAFiringMissedInItsOwnEventLoop) {
+TEST(QtRunLoop, DoesNotCatchUpOnFiringsMissedInItsOwnEventLoop) {
     QtRunLoop runLoop;
     std::vector<char> firings;
     QEventLoop nested;
