@@ -14,7 +14,7 @@ namespace {
 const QString appearance = QStringLiteral("org.freedesktop.appearance");
 const QString desktop = QStringLiteral("org.gnome.desktop.interface");
 
-/// The settings portal with the settings given.
+/// A settings portal with the given settings.
 class PortalOfSettings : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
@@ -49,7 +49,7 @@ protected:
         motion::setReduced(false);
     }
 
-    /// The desktop's switch alone; the style of these tests has animations.
+    /// Only the desktop's setting matters: the style of these tests has animations.
     static bool isStill() { return motion::duration(motion::window) == 0; }
 
     PrivateBus bus;
@@ -57,7 +57,7 @@ protected:
     BusClient ownSide{bus.address()};
 };
 
-TEST_F(AccessibilityMonitorTest, TakesOverWhatTheDesktopAsksForAtTheStart) {
+TEST_F(AccessibilityMonitorTest, AppliesTheDesktopsSettingsAtStartup) {
     PortalOfSettings portal(desktopSide.connection());
     portal.values[QStringLiteral("org.freedesktop.appearance/contrast")] = 1U;
     portal.values[QStringLiteral("org.gnome.desktop.interface/enable-animations")] = false;
@@ -91,14 +91,14 @@ TEST_F(AccessibilityMonitorTest, IgnoresValuesOfAnotherTypeAndOtherSettings) {
     Q_EMIT portal.SettingChanged(appearance, QStringLiteral("accent-color"), QDBusVariant(1U));
     Q_EMIT portal.SettingChanged(desktop, QStringLiteral("enable-animations"), QDBusVariant(false));
 
-    // The last of the three has arrived, so the others have as well.
+    // The last of the three has arrived, so the others have, too.
     ASSERT_TRUE(waitUntil([] { return isStill(); }));
     EXPECT_FALSE(KestroTheme::isHighContrast());
 }
 
-TEST_F(AccessibilityMonitorTest, AsksForNothingWithoutAPortal) {
+TEST_F(AccessibilityMonitorTest, LeavesBothOffWithoutAPortal) {
     const AccessibilityMonitor monitor(ownSide.connection());
-    // The bus has answered this call, and the monitor's before it.
+    // The bus has replied to this call, and to the monitor's before it.
     ownSide.call(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
                  QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
 

@@ -15,8 +15,8 @@
 
 namespace kestro::testing {
 
-/// The whole application on a simulated machine, a status bar in memory and offscreen windows whose contents
-/// are empty; windows move without animation.
+/// The whole application on a simulated machine, with an in-memory status bar and offscreen windows without
+/// content; windows move without animation.
 struct AppDelegateFixture : ::testing::Test, SimulatedKestro {
     const QString mainItem = QStringLiteral("kestro-main");
     FakeStatusBar bar;
@@ -52,7 +52,7 @@ struct AppDelegateFixture : ::testing::Test, SimulatedKestro {
         settle();
     }
 
-    /// Runs what is pending in both the simulated and the window system's loop.
+    /// Runs everything pending in the simulated and in the window system's loop.
     void settle() {
         mac.runPending();
         QApplication::processEvents();

@@ -14,7 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 
 struct AppDelegatePopover : testing::AppDelegateFixture {
-    /// The popover closes by itself, with the pointer at that place.
+    /// Makes the popover close by itself, with the pointer at that position.
     void pressAt(const QPoint& pointer) {
         QCursor::setPos(pointer);
         QEvent deactivate(QEvent::WindowDeactivate);
@@ -34,7 +34,7 @@ TEST_F(AppDelegatePopover, OpensAndClosesOnClicks) {
     EXPECT_TRUE(isPopoverShown());
 }
 
-TEST_F(AppDelegatePopover, StandsBesideTheItem) {
+TEST_F(AppDelegatePopover, OpensBesideTheItem) {
     launch();
 
     click();
@@ -42,7 +42,7 @@ TEST_F(AppDelegatePopover, StandsBesideTheItem) {
     EXPECT_EQ(delegate.popover()->pos(), QPoint(740 - 330, 26));
 }
 
-TEST_F(AppDelegatePopover, PrefersThePlaceThatTheItemTells) {
+TEST_F(AppDelegatePopover, PrefersThePositionReportedByTheItem) {
     launch();
     bar.item(mainItem).geometry = {500, 0, 40, 20};
 
@@ -61,7 +61,7 @@ TEST_F(AppDelegatePopover, OpensWithAFreshFullSample) {
     EXPECT_EQ(engine.cpuHistory.get().size(), 30);
 }
 
-TEST_F(AppDelegatePopover, TakesOneSampleForOpening) {
+TEST_F(AppDelegatePopover, TakesOnlyOneSampleWhenOpening) {
     launch();
     int samples = 0;
     const Subscription subscription = engine.disk.subscribe([&samples](const DiskTelemetry&) { ++samples; });
@@ -73,7 +73,7 @@ TEST_F(AppDelegatePopover, TakesOneSampleForOpening) {
     EXPECT_EQ(samples, 2);
 }
 
-TEST_F(AppDelegatePopover, KeepsTheEngineActiveWhileItShows) {
+TEST_F(AppDelegatePopover, KeepsTheEngineActiveWhileVisible) {
     launch();
 
     click();
@@ -98,7 +98,7 @@ TEST_F(AppDelegatePopover, StaysClosedAfterTheClickThatTookItsFocus) {
     EXPECT_TRUE(isPopoverShown());
 }
 
-TEST_F(AppDelegatePopover, TakesBackOneClickOnly) {
+TEST_F(AppDelegatePopover, IgnoresOnlyOneClickAfterClosing) {
     launch();
     click();
     pressAt({100, 300});
@@ -109,7 +109,7 @@ TEST_F(AppDelegatePopover, TakesBackOneClickOnly) {
     EXPECT_TRUE(isPopoverShown());
 }
 
-TEST_F(AppDelegatePopover, TakesBackNoClickAfterAPressBesideAnItemWhosePlaceIsKnown) {
+TEST_F(AppDelegatePopover, IgnoresNoClickAfterAPressOutsideAnItemOfKnownPosition) {
     launch();
     bar.item(mainItem).geometry = {500, 0, 40, 20};
     click();
@@ -123,7 +123,7 @@ TEST_F(AppDelegatePopover, TakesBackNoClickAfterAPressBesideAnItemWhosePlaceIsKn
     EXPECT_FALSE(isPopoverShown());
 }
 
-TEST_F(AppDelegatePopover, TakesBackNoClickAfterTheMenuWasOpened) {
+TEST_F(AppDelegatePopover, IgnoresNoClickAfterTheMenuWasOpened) {
     launch();
     click();
     pressAt({100, 300});
@@ -134,7 +134,7 @@ TEST_F(AppDelegatePopover, TakesBackNoClickAfterTheMenuWasOpened) {
     EXPECT_TRUE(isPopoverShown());
 }
 
-TEST_F(AppDelegatePopover, ForgetsThePlaceOfTheLastClickWhenTheScreensChange) {
+TEST_F(AppDelegatePopover, ForgetsTheLastClicksPositionWhenTheScreensChange) {
     launch();
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
     click();
@@ -151,7 +151,7 @@ TEST_F(AppDelegatePopover, ForgetsThePlaceOfTheLastClickWhenTheScreensChange) {
     EXPECT_NE(delegate.popover()->pos(), beside);
 }
 
-TEST_F(AppDelegatePopover, OpensByCommandRightAfterItLostItsFocus) {
+TEST_F(AppDelegatePopover, OpensByCommandRightAfterLosingFocus) {
     launch();
     click();
     pressAt({100, 300});
@@ -161,7 +161,7 @@ TEST_F(AppDelegatePopover, OpensByCommandRightAfterItLostItsFocus) {
     EXPECT_TRUE(isPopoverShown());
 }
 
-TEST_F(AppDelegatePopover, GivesWayToTheDashboard) {
+TEST_F(AppDelegatePopover, ClosesWhenTheDashboardOpens) {
     launch();
     click();
 
@@ -173,7 +173,7 @@ TEST_F(AppDelegatePopover, GivesWayToTheDashboard) {
     EXPECT_TRUE(engine.isUIActive.get());
 }
 
-TEST_F(AppDelegatePopover, GivesWayToTheSettings) {
+TEST_F(AppDelegatePopover, ClosesWhenTheSettingsOpen) {
     launch();
     click();
 

@@ -20,7 +20,7 @@ TEST_F(AppDelegateMenu, OpensOnASecondaryClickAndOnAControlClick) {
     EXPECT_FALSE(isPopoverShown());
 }
 
-TEST_F(AppDelegateMenu, ShowsThePresentState) {
+TEST_F(AppDelegateMenu, ShowsTheCurrentState) {
     launch();
     settings.isPinned.set(true);
     keepAwake.activate(KeepAwakeDuration::minutes30);
@@ -49,7 +49,7 @@ TEST_F(AppDelegateMenu, OpensTheSurfaces) {
     EXPECT_TRUE(isSettingsShown());
 }
 
-TEST_F(AppDelegateMenu, TogglesFullScreenOfTheShownDashboard) {
+TEST_F(AppDelegateMenu, TogglesFullScreenOfTheVisibleDashboard) {
     launch();
 
     EXPECT_TRUE(pickFromMenu("Toggle Full Screen"));
@@ -67,7 +67,7 @@ TEST_F(AppDelegateMenu, PinsAndUnpins) {
     EXPECT_FALSE(settings.isPinned.get());
 }
 
-TEST_F(AppDelegateMenu, DrivesKeepAwake) {
+TEST_F(AppDelegateMenu, ControlsKeepAwake) {
     settings.defaultKeepAwakeDuration.set(KeepAwakeDuration::hours1);
     launch();
 
@@ -79,7 +79,7 @@ TEST_F(AppDelegateMenu, DrivesKeepAwake) {
     EXPECT_FALSE(keepAwake.isActive.get());
 }
 
-TEST_F(AppDelegateMenu, DrivesTheFans) {
+TEST_F(AppDelegateMenu, ControlsTheFans) {
     launch();
 
     EXPECT_TRUE(pickFromMenu("Turbo"));
@@ -126,7 +126,7 @@ TEST_F(AppDelegateNotifications, ShowTheDashboard) {
     EXPECT_TRUE(engine.isUIActive.get());
 }
 
-TEST_F(AppDelegateNotifications, ShowTheSettingsAtATabNamedByItsLabel) {
+TEST_F(AppDelegateNotifications, ShowTheSettingsAtTheTabWithTheGivenLabel) {
     launch();
 
     notify("kestro.notify.showSettings", {{"tab", std::string("Keep-Awake")}});
@@ -165,7 +165,7 @@ TEST_F(AppDelegateNotifications, OpenTheSettingsForTheDedicatedItems) {
 
 using AppDelegateCommands = testing::AppDelegateFixture;
 
-TEST_F(AppDelegateCommands, OpenTheSettingsAtATabAndSaveIt) {
+TEST_F(AppDelegateCommands, OpenTheSettingsAtATabAndSaveTheTab) {
     launch();
 
     command("settings-cooling\n");
@@ -176,7 +176,7 @@ TEST_F(AppDelegateCommands, OpenTheSettingsAtATabAndSaveIt) {
     EXPECT_EQ(mac.fileEvents.contents(commandFile), "");
 }
 
-TEST_F(AppDelegateCommands, ResizeAClosedDashboardAfterOpeningItFromItsBottomLeftCorner) {
+TEST_F(AppDelegateCommands, OpenAndResizeAClosedDashboardFromItsBottomLeftCorner) {
     launch();
     delegate.showDashboard();
     delegate.hideDashboard();
@@ -211,7 +211,7 @@ TEST_F(AppDelegateCommands, ShowTheDashboardInFullScreen) {
     EXPECT_TRUE(isDashboardShown());
 }
 
-TEST_F(AppDelegateCommands, HideTheDashboardAndLetTheEngineRest) {
+TEST_F(AppDelegateCommands, HideTheDashboardAndLetTheEngineIdle) {
     launch();
     command("dashboard");
     ASSERT_TRUE(engine.isUIActive.get());
@@ -232,7 +232,7 @@ TEST_F(AppDelegateCommands, HideWithoutADashboardStillRecomputesTheUIActiveState
     EXPECT_FALSE(engine.isUIActive.get());
 }
 
-TEST_F(AppDelegateCommands, DriveTheFans) {
+TEST_F(AppDelegateCommands, ControlTheFans) {
     launch();
 
     command("toggle-fan-link");
@@ -245,7 +245,7 @@ TEST_F(AppDelegateCommands, DriveTheFans) {
     EXPECT_EQ(fanManager.activePreset.get(), CurvePreset::quietStudio);
 }
 
-TEST_F(AppDelegateCommands, LoseNoWindowInAThousandWords) {
+TEST_F(AppDelegateCommands, ReuseTheWindowsInAThousandCommands) {
     launch();
     for (int round = 0; round < 200; ++round) {
         for (const char* word : {"popover", "settings", "dashboard", "hide", "popover"}) {

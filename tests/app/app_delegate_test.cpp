@@ -24,7 +24,7 @@ TEST_F(AppDelegateLaunch, CreatesTheMainItemFirst) {
                                          QStringLiteral("kestro-cooling")));
 }
 
-TEST_F(AppDelegateLaunch, LoadsTheApplicationIconBeforeAnyItemIsMade) {
+TEST_F(AppDelegateLaunch, LoadsTheApplicationIconBeforeCreatingAnyItem) {
     QGuiApplication::setWindowIcon(QIcon());
     bool hadIcon = false;
     bar.onCreate = [&] { hadIcon = !QGuiApplication::windowIcon().isNull(); };
@@ -34,7 +34,7 @@ TEST_F(AppDelegateLaunch, LoadsTheApplicationIconBeforeAnyItemIsMade) {
     EXPECT_TRUE(hadIcon);
 }
 
-TEST_F(AppDelegateLaunch, ComposesTheFirstReadoutBeforeAnySampleAndAnyOtherItem) {
+TEST_F(AppDelegateLaunch, ComposesTheFirstReadoutBeforeAnySampleOrOtherItem) {
     std::vector<StatusContent> beforeOthers;
     bar.onCreate = [&] {
         if (bar.contains(mainItem)) {
@@ -62,7 +62,7 @@ TEST_F(AppDelegateLaunch, ShowsNoWindowAndBuildsNoContent) {
     EXPECT_FALSE(engine.isUIActive.get());
 }
 
-TEST_F(AppDelegateLaunch, MakesTheDashboardAsWideAsItsSections) {
+TEST_F(AppDelegateLaunch, FitsTheDashboardsWidthToItsSections) {
     settings.showCompute.set(false);
 
     launch();
@@ -133,7 +133,7 @@ TEST_F(AppDelegateReadout, MeasuresTheLoadThatItShows) {
     EXPECT_EQ(mac.machHost.processorInfoCalls(), 2);
 }
 
-TEST_F(AppDelegateReadout, MeasuresFromTheStartTheClustersThatItShows) {
+TEST_F(AppDelegateReadout, MeasuresItsClustersFromTheStart) {
     settings.activeMenubarModules.set({MenubarModuleType::memory, MenubarModuleType::cpuClusters});
 
     launch();
@@ -142,7 +142,7 @@ TEST_F(AppDelegateReadout, MeasuresFromTheStartTheClustersThatItShows) {
     EXPECT_EQ(mac.machHost.processorInfoCalls(), 2);
 }
 
-TEST_F(AppDelegateReadout, EndsToMeasureTheLoadWithItsLastModule) {
+TEST_F(AppDelegateReadout, StopsMeasuringTheLoadWithoutItsLastModule) {
     settings.activeMenubarModules.set({MenubarModuleType::cpuUsage, MenubarModuleType::cpuClusters});
     launch();
     settings.activeMenubarModules.set({MenubarModuleType::cpuClusters});
@@ -155,7 +155,7 @@ TEST_F(AppDelegateReadout, EndsToMeasureTheLoadWithItsLastModule) {
     EXPECT_EQ(mac.machHost.processorInfoCalls(), 1);
 }
 
-TEST_F(AppDelegateReadout, LeavesTheStoredDisplayModeAlone) {
+TEST_F(AppDelegateReadout, LeavesTheStoredDisplayModeUnchanged) {
     launch();
     settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
     const auto writes = mac.userDefaults.writes("kestro.menubarDisplayMode");
@@ -179,7 +179,7 @@ TEST_F(AppDelegateReadout, PaintsTheLoadThatIsMeasuredForItsModule) {
     EXPECT_TRUE(shown().glance->lowerPercent);
 }
 
-TEST_F(AppDelegateReadout, FollowsAFanThatShowsUpLate) {
+TEST_F(AppDelegateReadout, FollowsAFanThatAppearsLate) {
     const float one[] = {1400};
     const float two[] = {1400, 1450};
     mac.smc.setFans(one);
@@ -192,7 +192,7 @@ TEST_F(AppDelegateReadout, FollowsAFanThatShowsUpLate) {
     EXPECT_EQ(fanManager.fanCount.get(), 2);
 }
 
-TEST_F(AppDelegateReadout, FollowsAnExchangedFan) {
+TEST_F(AppDelegateReadout, FollowsAReplacedFan) {
     launch();
     ASSERT_EQ(fanManager.currentFans.get()[0].maxRPM, 7300);
 
@@ -202,7 +202,7 @@ TEST_F(AppDelegateReadout, FollowsAnExchangedFan) {
     EXPECT_EQ(fanManager.currentFans.get()[0].maxRPM, 6100);
 }
 
-TEST_F(AppDelegateReadout, KeepsAnEditedCurveWhenAFanShowsUpLate) {
+TEST_F(AppDelegateReadout, KeepsAnEditedCurveWhenAFanAppearsLate) {
     const float one[] = {1400};
     const float two[] = {1400, 1450};
     mac.smc.setFans(one);
@@ -221,7 +221,7 @@ TEST_F(AppDelegateReadout, KeepsAnEditedCurveWhenAFanShowsUpLate) {
     EXPECT_EQ(settings.leftFanCurve.get(), edited);
 }
 
-TEST_F(AppDelegateReadout, IsComposedOnceForATick) {
+TEST_F(AppDelegateReadout, IsComposedOncePerTick) {
     launch();
     mac.advance(2s);
     const int before = bar.item(mainItem).contentsSet;
@@ -253,7 +253,7 @@ TEST_F(AppDelegateReadout, PaintsLoadsForHostsWithoutText) {
     EXPECT_TRUE(shown().toolTip.contains(QStringLiteral("RAM")));
 }
 
-TEST_F(AppDelegateReadout, PaintsNoProcessorLoadThatIsNotMeasured) {
+TEST_F(AppDelegateReadout, PaintsNoUnmeasuredProcessorLoad) {
     launch();
     mac.advance(2s);
     EXPECT_FALSE(shown().glance->lowerPercent);
@@ -275,7 +275,7 @@ TEST_F(AppDelegateReadout, KeepsTheRowsOfItsIconWhileAWindowOpens) {
     EXPECT_FALSE(shown().glance->lowerPercent);
 }
 
-TEST_F(AppDelegateReadout, IsOnlyTheSymbolOnEveryHostWithoutAModule) {
+TEST_F(AppDelegateReadout, IsOnlyTheSymbolOnEveryHostWithoutModules) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
     launch();
     mac.advance(4s);

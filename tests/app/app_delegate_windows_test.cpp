@@ -22,7 +22,7 @@ struct AppDelegateDashboard : testing::AppDelegateFixture {
     }
 };
 
-TEST_F(AppDelegateDashboard, CountsAtLeastThreeSections) {
+TEST_F(AppDelegateDashboard, IsAtLeastThreeSectionsWide) {
     const int widths[] = {788, 788, 788, 788, 1024, 1260};
     for (int count = 0; count <= 5; ++count) {
         showSections(count);
@@ -30,7 +30,7 @@ TEST_F(AppDelegateDashboard, CountsAtLeastThreeSections) {
     }
 }
 
-TEST_F(AppDelegateDashboard, FollowsItsSectionsAtTheNextShowing) {
+TEST_F(AppDelegateDashboard, FollowsItsSectionsWhenNextShown) {
     launch();
     showSections(2);
 
@@ -40,7 +40,7 @@ TEST_F(AppDelegateDashboard, FollowsItsSectionsAtTheNextShowing) {
     EXPECT_FALSE(delegate.hasUserCustomResizedDashboard());
 }
 
-TEST_F(AppDelegateDashboard, FollowsItsSectionsWhileItShows) {
+TEST_F(AppDelegateDashboard, FollowsItsSectionsWhileVisible) {
     launch();
     delegate.showDashboard();
 
@@ -66,7 +66,7 @@ TEST_F(AppDelegateDashboard, KeepsTheUsersSize) {
     EXPECT_EQ(window().size(), QSize(900, 600));
 }
 
-TEST_F(AppDelegateDashboard, FitsItselfAgainstTheUsersSizeWhenForced) {
+TEST_F(AppDelegateDashboard, OverridesTheUsersSizeWhenForced) {
     launch();
     delegate.showDashboard();
     window().resize(900, 600);
@@ -76,7 +76,7 @@ TEST_F(AppDelegateDashboard, FitsItselfAgainstTheUsersSizeWhenForced) {
     EXPECT_EQ(window().size(), QSize(1260, 600));
 }
 
-TEST_F(AppDelegateDashboard, DoesNotFitItselfInFullScreen) {
+TEST_F(AppDelegateDashboard, KeepsItsSizeInFullScreen) {
     launch();
     delegate.toggleFullScreenAction();
     settle();
@@ -88,7 +88,7 @@ TEST_F(AppDelegateDashboard, DoesNotFitItselfInFullScreen) {
     EXPECT_FALSE(delegate.hasUserCustomResizedDashboard());
 }
 
-TEST_F(AppDelegateDashboard, HidesWhenItIsClosedAndComesBackAsTheSameWindow) {
+TEST_F(AppDelegateDashboard, HidesWhenClosedAndReappearsAsTheSameWindow) {
     launch();
     delegate.showDashboard();
     const KestroDashboardWindow* before = delegate.dashboardWindow();
@@ -162,7 +162,7 @@ TEST_F(AppDelegateDashboard, DoesNotFloatInFullScreen) {
     EXPECT_TRUE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
 }
 
-TEST_F(AppDelegateDashboard, RestsWhileItIsMinimised) {
+TEST_F(AppDelegateDashboard, LetsTheEngineIdleWhileMinimised) {
     launch();
     delegate.showDashboard();
 
@@ -175,7 +175,7 @@ TEST_F(AppDelegateDashboard, RestsWhileItIsMinimised) {
     EXPECT_TRUE(engine.isUIActive.get());
 }
 
-TEST_F(AppDelegateDashboard, DoesNothingBeforeTheLaunch) {
+TEST_F(AppDelegateDashboard, DoesNothingBeforeLaunch) {
     delegate.togglePopover();
     delegate.showDashboard();
     delegate.showDashboard({1500, 750});
@@ -237,7 +237,7 @@ TEST_F(AppDelegateShortcuts, CloseEveryWindow) {
 
 using AppDelegateSettings = testing::AppDelegateFixture;
 
-TEST_F(AppDelegateSettings, AreMadeOnceAndKept) {
+TEST_F(AppDelegateSettings, AreCreatedOnceAndKept) {
     launch();
     delegate.showSettings();
     const SettingsWindow* before = delegate.settingsWindow();
@@ -251,7 +251,7 @@ TEST_F(AppDelegateSettings, AreMadeOnceAndKept) {
     EXPECT_EQ(contentsMade, 1);
 }
 
-TEST_F(AppDelegateSettings, KeepTheEngineActiveWhileTheyShow) {
+TEST_F(AppDelegateSettings, KeepTheEngineActiveWhileVisible) {
     launch();
 
     delegate.showSettings();

@@ -19,7 +19,7 @@ TEST_F(ApplicationIconTest, IsTheIconOfTheApplication) {
     EXPECT_FALSE(QGuiApplication::windowIcon().isNull());
 }
 
-TEST_F(ApplicationIconTest, LeavesTheIconThatIsThereWithoutAFile) {
+TEST_F(ApplicationIconTest, KeepsTheCurrentIconWithoutAFile) {
     QPixmap pixmap(16, 16);
     pixmap.fill(Qt::red);
     const QIcon before(pixmap);
@@ -31,14 +31,14 @@ TEST_F(ApplicationIconTest, LeavesTheIconThatIsThereWithoutAFile) {
     EXPECT_TRUE(applicationIcon(QStringLiteral(":/kestro/nothing.svg")).isNull());
 }
 
-TEST_F(ApplicationIconTest, IsPaintedInEverySizeThatATaskBarAsksFor) {
+TEST_F(ApplicationIconTest, IsPaintedInEverySizeThatATaskBarRequests) {
     const QIcon icon = applicationIcon(applicationIconFile());
 
     ASSERT_FALSE(icon.availableSizes().isEmpty());
     for (const QSize& size : icon.availableSizes()) {
         const QImage image = icon.pixmap(size, 1.0).toImage();
         ASSERT_EQ(image.size(), size);
-        // A dark tile with round corners, and a light needle from its middle.
+        // A dark tile with rounded corners, and a light needle from its centre.
         EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0);
         EXPECT_GT(image.pixelColor(size.width() / 2, size.height() * 3 / 4).alpha(), 250);
         EXPECT_GT(image.pixelColor(size.width() / 2, size.height() * 71 / 128).lightness(), 180);

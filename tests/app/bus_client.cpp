@@ -25,7 +25,7 @@ QDBusMessage BusClient::call(const QString& service, const QString& path, const 
                              const QString& method, const QVariantList& arguments) {
     QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
     message.setArguments(arguments);
-    // Only a watcher's signal wakes the event loop when the answer arrives.
+    // Only a watcher's signal wakes the event loop when the reply arrives.
     const QDBusPendingCallWatcher pending(connection_.asyncCall(message));
     waitUntil([&] { return pending.isFinished(); });
     return pending.reply();

@@ -10,7 +10,7 @@
 
 namespace kestro {
 
-/// A connection of its own to a bus.
+/// A private connection to a bus.
 class BusClient {
 public:
     explicit BusClient(const QString& address);
@@ -20,7 +20,7 @@ public:
 
     QDBusConnection& connection() { return connection_; }
 
-    /// Calls and runs the event loop until the answer is there; an invalid message when none comes.
+    /// Calls a method and runs the event loop until the reply arrives; an invalid message without a reply.
     QDBusMessage call(const QString& service, const QString& path, const QString& interface, const QString& method,
                       const QVariantList& arguments = {});
 

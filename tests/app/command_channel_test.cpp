@@ -51,7 +51,7 @@ TEST_F(CommandWords, ShowAndHideWindows) {
     }
 }
 
-TEST_F(CommandWords, SelectATabBeforeTheSettingsShow) {
+TEST_F(CommandWords, SelectATabBeforeShowingTheSettings) {
     const std::pair<const char*, SettingsTab> words[] = {
         {"settings-sensors", SettingsTab::sensors}, {"settings-dashboard", SettingsTab::dashboard},
         {"settings-menubar", SettingsTab::menubar}, {"settings-keepawake", SettingsTab::keepAwake},
@@ -66,7 +66,7 @@ TEST_F(CommandWords, SelectATabBeforeTheSettingsShow) {
     }
 }
 
-TEST_F(CommandWords, DriveTheFans) {
+TEST_F(CommandWords, ControlTheFans) {
     InSequence inSequence;
     EXPECT_CALL(target, toggleFanLink());
     EXPECT_CALL(target, selectFan(0));
@@ -78,7 +78,7 @@ TEST_F(CommandWords, DriveTheFans) {
     }
 }
 
-TEST_F(CommandWords, ShapeTheDashboard) {
+TEST_F(CommandWords, ResizeTheDashboard) {
     InSequence inSequence;
     EXPECT_CALL(target, toggleFullScreenAction());
     EXPECT_CALL(target, showDashboard(QSize(1500, 750)));
@@ -121,7 +121,7 @@ TEST_F(CommandChannelTest, CreatesTheFileEmpty) {
     EXPECT_EQ(mac.fileEvents.contents(file), "");
 }
 
-TEST_F(CommandChannelTest, LeavesAFileThatIsThereAlone) {
+TEST_F(CommandChannelTest, LeavesAnExistingFileAlone) {
     mac.fileEvents.write(file, "popover");
 
     const CommandChannel channel(mac.fileEvents, target, file);
@@ -138,14 +138,14 @@ TEST_F(CommandChannelTest, PerformsAWordOnceAndEmptiesTheFile) {
     EXPECT_EQ(mac.fileEvents.contents(file), "");
 }
 
-TEST_F(CommandChannelTest, EmptiesTheFileBeforeItPerformsTheWord) {
+TEST_F(CommandChannelTest, EmptiesTheFileBeforePerformingTheWord) {
     const CommandChannel channel(mac.fileEvents, target, file);
     EXPECT_CALL(target, showDashboard()).WillOnce([this] { EXPECT_EQ(mac.fileEvents.contents(file), ""); });
 
     write("dashboard");
 }
 
-TEST_F(CommandChannelTest, ConsumesAnUnknownWordWithoutDoingAnything) {
+TEST_F(CommandChannelTest, DiscardsAnUnknownWord) {
     const CommandChannel channel(mac.fileEvents, target, file);
 
     write("Settings\n");
@@ -153,7 +153,7 @@ TEST_F(CommandChannelTest, ConsumesAnUnknownWordWithoutDoingAnything) {
     EXPECT_EQ(mac.fileEvents.contents(file), "");
 }
 
-TEST_F(CommandChannelTest, ConsumesAFileThatIsTooLongWithoutDoingAnything) {
+TEST_F(CommandChannelTest, DiscardsAFileThatIsTooLong) {
     const CommandChannel channel(mac.fileEvents, target, file);
 
     for (const std::string& tail : {std::string("text"), std::string("\xff")}) {
@@ -166,7 +166,7 @@ TEST_F(CommandChannelTest, ConsumesAFileThatIsTooLongWithoutDoingAnything) {
     EXPECT_EQ(mac.fileEvents.contents(file), "");
 }
 
-TEST_F(CommandChannelTest, PerformsAWordInFrontOfManyBlanks) {
+TEST_F(CommandChannelTest, PerformsAWordFollowedByManyBlanks) {
     const CommandChannel channel(mac.fileEvents, target, file);
     EXPECT_CALL(target, togglePopover());
     std::string text = "popover";
@@ -177,7 +177,7 @@ TEST_F(CommandChannelTest, PerformsAWordInFrontOfManyBlanks) {
     EXPECT_EQ(mac.fileEvents.contents(file), "");
 }
 
-TEST_F(CommandChannelTest, LeavesABlankFileAsItIs) {
+TEST_F(CommandChannelTest, LeavesABlankFileUnchanged) {
     const CommandChannel channel(mac.fileEvents, target, file);
 
     write(" \n");
@@ -185,7 +185,7 @@ TEST_F(CommandChannelTest, LeavesABlankFileAsItIs) {
     EXPECT_EQ(mac.fileEvents.contents(file), " \n");
 }
 
-TEST_F(CommandChannelTest, LeavesBytesThatAreNotTextAsTheyAre) {
+TEST_F(CommandChannelTest, LeavesBytesThatAreNotTextUnchanged) {
     const CommandChannel channel(mac.fileEvents, target, file);
 
     write("popover\xff");
@@ -210,7 +210,7 @@ TEST_F(CommandChannelTest, PerformsTheWordEvenWhenTheFileCannotBeEmptied) {
     write("settings");
 }
 
-TEST_F(CommandChannelTest, CountsOnlyWhatTheFileHoldsWhenItIsRead) {
+TEST_F(CommandChannelTest, PerformsOnlyTheWordPresentWhenTheFileIsRead) {
     const CommandChannel channel(mac.fileEvents, target, file);
     EXPECT_CALL(target, hideDashboard()).Times(1);
 
@@ -228,7 +228,7 @@ TEST_F(CommandChannelTest, PerformsAThousandWordsInTurn) {
     }
 }
 
-TEST_F(CommandChannelTest, DoesWithoutAFileThatCannotBeWatched) {
+TEST_F(CommandChannelTest, ToleratesAFileThatCannotBeWatched) {
     mac.fileEvents.watchFailure.always();
     const CommandChannel channel(mac.fileEvents, target, file);
 
@@ -237,7 +237,7 @@ TEST_F(CommandChannelTest, DoesWithoutAFileThatCannotBeWatched) {
     EXPECT_EQ(mac.fileEvents.watches(), 0);
 }
 
-TEST_F(CommandChannelTest, GoesSilentWithItsEnd) {
+TEST_F(CommandChannelTest, StopsWhenDestroyed) {
     {
         const CommandChannel channel(mac.fileEvents, target, file);
         mac.fileEvents.write(file, "popover");

@@ -9,7 +9,7 @@
 
 namespace kestro::testing {
 
-/// A status bar in memory: what its items show, and clicks on them.
+/// An in-memory status bar: records what its items show, and clicks them.
 class FakeStatusBar final : public StatusBar {
 public:
     struct Item {
@@ -35,7 +35,7 @@ public:
     Item& item(const QString& identifier) { return items.at(identifier); }
     StatusMenu menu(const QString& identifier) { return items.at(identifier).handlers.buildMenu(); }
 
-    /// Clicks as a panel reports it.
+    /// Clicks an item as a panel reports it.
     void click(const QString& identifier, StatusClick click, bool controlHeld, const QRect& anchor) {
         Item& clicked = items.at(identifier);
         if (clicked.handlers.onClick) {
@@ -46,8 +46,8 @@ public:
     }
 
     std::map<QString, Item> items;
-    std::function<void()> onCreate;  ///< called before each item is made, when set
-    std::vector<QString> created;    ///< in order, those that are gone included
+    std::function<void()> onCreate;  ///< if set, called before each item is created
+    std::vector<QString> created;    ///< in order, including destroyed ones
 
 private:
     class Handle final : public StatusItem {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-// Those tests that need a bus start one.
+// Tests that need a bus start one.
 int main(int argc, char** argv) {
     const kestro::SealedEnvironment environment;
     ::testing::InitGoogleTest(&argc, argv);

@@ -4,7 +4,7 @@
 
 namespace kestro::testing {
 
-/// Everything behind the application, by name, on a simulated machine that holds still.
+/// Everything behind the application, by name, on a simulated machine that is at rest.
 struct SimulatedKestro {
     SimulatedServices simulated;
     SimulatedMac& mac = simulated.mac;

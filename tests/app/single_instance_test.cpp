@@ -10,7 +10,7 @@
 namespace kestro {
 namespace {
 
-/// A session without a bus, on a display that no other test process has.
+/// A session without a bus, on a display unique to this test process.
 struct SingleInstanceTest : ::testing::Test {
     const QDBusConnection noBus{QStringLiteral("no such bus")};
     const QString display = QStringLiteral(":test-%1").arg(getpid());
@@ -31,13 +31,13 @@ TEST_F(SingleInstanceTest, IsTheFirstOfItsDisplay) {
     EXPECT_TRUE(start(display).isFirst());
 }
 
-TEST_F(SingleInstanceTest, KnowsThatAnotherOneRuns) {
+TEST_F(SingleInstanceTest, DetectsAnotherInstance) {
     const SingleInstance first = start(display);
 
     EXPECT_FALSE(start(display).isFirst());
 }
 
-TEST_F(SingleInstanceTest, CallsTheFirstOnce) {
+TEST_F(SingleInstanceTest, NotifiesTheFirstOnce) {
     const SingleInstance first = start(display);
 
     SingleInstance second = start(display);
@@ -47,13 +47,13 @@ TEST_F(SingleInstanceTest, CallsTheFirstOnce) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(SingleInstanceTest, IsFirstAgainWhenTheOtherHasEnded) {
+TEST_F(SingleInstanceTest, IsFirstAgainAfterTheOtherHasEnded) {
     { const SingleInstance first = start(display); }
 
     EXPECT_TRUE(start(display).isFirst());
 }
 
-TEST_F(SingleInstanceTest, LetsAnotherBeFirstOnceItIsReleased) {
+TEST_F(SingleInstanceTest, LetsAnotherBeFirstAfterRelease) {
     SingleInstance first = start(display);
 
     first.release();
@@ -62,13 +62,13 @@ TEST_F(SingleInstanceTest, LetsAnotherBeFirstOnceItIsReleased) {
     EXPECT_TRUE(start(display).isFirst());
 }
 
-TEST_F(SingleInstanceTest, LeavesOtherDisplaysAlone) {
+TEST_F(SingleInstanceTest, IgnoresOtherDisplays) {
     const SingleInstance first = start(display);
 
     EXPECT_TRUE(start(display + QStringLiteral(".1")).isFirst());
 }
 
-TEST_F(SingleInstanceTest, TakesADisplayNameOfAnyLength) {
+TEST_F(SingleInstanceTest, AcceptsADisplayNameOfAnyLength) {
     const QString longName(5000, QLatin1Char('x'));
     const SingleInstance first = start(longName);
 

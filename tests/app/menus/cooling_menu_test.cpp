@@ -48,7 +48,7 @@ TEST_F(CoolingMenu, ListsFansProfilesPresetsAndPowerModes) {
                                    "---", "Cooling Settings..."));
 }
 
-TEST_F(CoolingMenu, SaysThatAFanlessMachineIsSilent) {
+TEST_F(CoolingMenu, ReportsAFanlessMachineAsSilent) {
     const auto lines = linesOf(menu());
 
     EXPECT_EQ(lines[2], "(Acoustics: 0 dB (Fanless Architecture))");
@@ -64,12 +64,12 @@ TEST_F(CoolingMenu, ChecksThePresetInEffect) {
     EXPECT_THAT(lines, ElementsAre("Quiet Studio", "Balanced Studio", "Aggressive Cooling", "* Linear Standard"));
 }
 
-TEST_F(CoolingMenu, APresetIsInEffectOnlyWhileTheCurvesDriveTheFans) {
+TEST_F(CoolingMenu, HasAPresetInEffectOnlyWhileTheCurvesDriveTheFans) {
     EXPECT_EQ(presetInEffect(FanProfile::normal, CurvePreset::linearPro), std::nullopt);
     EXPECT_EQ(presetInEffect(FanProfile::custom, std::nullopt), std::nullopt);
 }
 
-TEST_F(CoolingMenu, EveryChoiceHandsItsValueOver) {
+TEST_F(CoolingMenu, EveryChoicePassesItsValue) {
     pickEach<FanProfile>(menu(), [this](auto value) { EXPECT_CALL(actions, selectFanProfile(value)); });
     pickEach<CurvePreset>(menu(), [this](auto value) { EXPECT_CALL(actions, selectCurvePreset(value)); });
     pickEach<SystemPowerMode>(menu(), [this](auto value) { EXPECT_CALL(actions, selectPowerMode(value)); });
@@ -85,7 +85,7 @@ TEST(FanLine, TruncatesSpeedAndPercentage) {
     EXPECT_EQ(fanLine(fan("Fan 1", 2999.99, 1000, 4000)), QStringLiteral("Fan 1: 2999 RPM (66%)"));
 }
 
-TEST(FanLine, KeepsThePercentageBetween0And100) {
+TEST(FanLine, ClampsThePercentageTo0To100) {
     EXPECT_EQ(fanLine(fan("Fan 1", 9000, 1000, 4000)), QStringLiteral("Fan 1: 9000 RPM (100%)"));
     EXPECT_EQ(fanLine(fan("Fan 1", 500, 1000, 4000)), QStringLiteral("Fan 1: 500 RPM (0%)"));
 }
@@ -95,14 +95,14 @@ TEST(FanLine, ReadsAnEmptyRangeAsZeroPercent) {
     EXPECT_EQ(fanLine(fan("Fan 1", 1200, 3000, 1200)), QStringLiteral("Fan 1: 1200 RPM (0%)"));
 }
 
-TEST(FanLine, SurvivesSpeedsThatNoIntegerHolds) {
+TEST(FanLine, ToleratesSpeedsBeyondTheRangeOfIntegers) {
     EXPECT_EQ(fanLine(fan("F", 1e300, 0, 1)), QStringLiteral("F: 1000000000 RPM (100%)"));
     EXPECT_EQ(fanLine(fan("F", -0.5, 0, 1)), QStringLiteral("F: 0 RPM (0%)"));
     EXPECT_EQ(fanLine(fan("F", std::numeric_limits<double>::quiet_NaN(), 0, 1)).left(7),
               QStringLiteral("F: 0 RP"));
 }
 
-TEST(FanLine, TakesTheNameAsPlainText) {
+TEST(FanLine, TreatsTheNameAsPlainText) {
     EXPECT_EQ(fanLine(fan("A&B_c", 100, 0, 200)), QStringLiteral("A&B_c: 100 RPM (50%)"));
 }
 

@@ -70,7 +70,7 @@ TEST_F(KeepAwakeMenu, HasNoShortcuts) {
     }
 }
 
-TEST_F(KeepAwakeMenu, EveryEntryActs) {
+TEST_F(KeepAwakeMenu, EveryEntryRunsItsAction) {
     EXPECT_CALL(actions, toggleAction());
     EXPECT_CALL(actions, openSettingsAction());
     EXPECT_TRUE(pick(menu(), QStringLiteral("Activate Indefinitely")));

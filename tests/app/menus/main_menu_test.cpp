@@ -55,7 +55,7 @@ TEST_F(MainMenu, OffersToUnpinAPinnedWindow) {
     EXPECT_EQ(lines[6], "Unpin Window [Ctrl+P]");
 }
 
-TEST_F(MainMenu, NamesTheRemainingTimeWhileKeepAwakeIsOn) {
+TEST_F(MainMenu, ShowsTheRemainingTimeWhileKeepAwakeIsOn) {
     state.isKeepAwakeActive = true;
     state.remainingTime = QStringLiteral("14m 05s");
 
@@ -73,7 +73,7 @@ TEST_F(MainMenu, ChecksTheRunningDuration) {
     EXPECT_THAT(lines, ElementsAre("Indefinitely", "15 Minutes", "30 Minutes", "* 1 Hour", "2 Hours", "4 Hours"));
 }
 
-TEST_F(MainMenu, ChecksTheCurrentDurationWhileKeepAwakeIsOffToo) {
+TEST_F(MainMenu, ChecksTheCurrentDurationEvenWhileKeepAwakeIsOff) {
     state.currentDuration = KeepAwakeDuration::minutes30;
 
     const auto lines = linesOf(findEntry(menu(), QStringLiteral("Keep Awake"))->submenu);
@@ -81,7 +81,7 @@ TEST_F(MainMenu, ChecksTheCurrentDurationWhileKeepAwakeIsOffToo) {
     EXPECT_THAT(lines, ElementsAre("Indefinitely", "15 Minutes", "* 30 Minutes", "1 Hour", "2 Hours", "4 Hours"));
 }
 
-TEST_F(MainMenu, ChecksTheProfileAndListsThePresetsPlain) {
+TEST_F(MainMenu, ChecksTheProfileButNoPreset) {
     state.fanProfile = FanProfile::custom;
 
     const auto lines = linesOf(findEntry(menu(), QStringLiteral("Fan Performance"))->submenu);
@@ -115,7 +115,7 @@ TEST_F(MainMenu, CommandsActOnTheApplication) {
     }
 }
 
-TEST_F(MainMenu, EveryChoiceHandsItsValueOver) {
+TEST_F(MainMenu, EveryChoicePassesItsValue) {
     pickEach<KeepAwakeDuration>(menu(),
                                 [this](auto value) { EXPECT_CALL(actions, selectKeepAwakeDuration(value)); });
     pickEach<FanProfile>(menu(), [this](auto value) { EXPECT_CALL(actions, selectFanProfile(value)); });

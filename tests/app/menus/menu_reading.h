@@ -10,8 +10,8 @@
 
 namespace kestro::testing {
 
-/// A menu as lines of text: "---" for a separator, "(…)" for a disabled entry, "* " before a checked one,
-/// " > " after one that opens a submenu, its shortcut in brackets.
+/// A menu entry as a line of text: "---" for a separator, "(…)" for a disabled entry, "* " before a checked one,
+/// " > " after one that opens a submenu, and its shortcut in brackets.
 inline std::string lineOf(const StatusMenuEntry& entry) {
     if (entry.isSeparator) {
         return "---";
@@ -40,7 +40,7 @@ inline std::vector<std::string> linesOf(const StatusMenu& menu) {
     return lines;
 }
 
-/// The entry with this title, submenus included; nullptr when there is none.
+/// The entry with this title, including submenus; nullptr if there is none.
 inline const StatusMenuEntry* findEntry(const StatusMenu& menu, const QString& title) {
     for (const StatusMenuEntry& entry : menu) {
         if (entry.title == title) {

@@ -6,7 +6,7 @@
 
 namespace kestro {
 
-/// Gives the theme a settings store while it lives.
+/// Gives the theme a settings store for its own lifetime.
 class BoundTheme {
 public:
     BoundTheme() { KestroTheme::bind(&settings_); }

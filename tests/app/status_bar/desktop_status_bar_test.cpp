@@ -23,7 +23,7 @@ protected:
     bool isRegistered() const { return watcher && !watcher->registrations.isEmpty(); }
 };
 
-TEST_F(DesktopStatusBarTest, LivesInThePanelWhereThereIsOne) {
+TEST_F(DesktopStatusBarTest, UsesThePanelIfThereIsOne) {
     startWatcher();
     DesktopStatusBar bar(environment(), longGrace);
 
@@ -35,7 +35,7 @@ TEST_F(DesktopStatusBarTest, LivesInThePanelWhereThereIsOne) {
     EXPECT_TRUE(item->geometry().isNull());
 }
 
-TEST_F(DesktopStatusBarTest, TakesTheStripWhenNoPanelComesInTime) {
+TEST_F(DesktopStatusBarTest, FallsBackToTheStripWhenNoPanelAppearsInTime) {
     DesktopStatusBar bar(environment(), noGrace);
     const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
     item->setContent(content());
@@ -45,7 +45,7 @@ TEST_F(DesktopStatusBarTest, TakesTheStripWhenNoPanelComesInTime) {
     EXPECT_GT(item->geometry().width(), 22);
 }
 
-TEST_F(DesktopStatusBarTest, TakesTheStripWhenTheWatcherHasNoHost) {
+TEST_F(DesktopStatusBarTest, FallsBackToTheStripWhenTheWatcherHasNoHost) {
     startWatcher(false);
     DesktopStatusBar bar(environment(), noGrace);
     const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
@@ -53,7 +53,7 @@ TEST_F(DesktopStatusBarTest, TakesTheStripWhenTheWatcherHasNoHost) {
     EXPECT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
 }
 
-TEST_F(DesktopStatusBarTest, TakesTheStripAtOnceWithoutABus) {
+TEST_F(DesktopStatusBarTest, FallsBackToTheStripAtOnceWithoutABus) {
     bus.kill();
 
     const DesktopStatusBar bar(environment(), longGrace);
@@ -89,7 +89,7 @@ TEST_F(DesktopStatusBarTest, MovesToTheStripWhenThePanelEnds) {
     EXPECT_GT(item->geometry().width(), 22);
 }
 
-TEST_F(DesktopStatusBarTest, StaysWhileAPanelRestartsInTime) {
+TEST_F(DesktopStatusBarTest, StaysWhenThePanelRestartsInTime) {
     startWatcher();
     DesktopStatusBar bar(environment(), longGrace);
     const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
@@ -104,7 +104,7 @@ TEST_F(DesktopStatusBarTest, StaysWhileAPanelRestartsInTime) {
     EXPECT_FALSE(bar.isOnStrip());
 }
 
-TEST_F(DesktopStatusBarTest, TakesTheStripWhenTheBusEnds) {
+TEST_F(DesktopStatusBarTest, FallsBackToTheStripWhenTheBusEnds) {
     startWatcher();
     DesktopStatusBar bar(environment(), noGrace);
     const auto item = bar.createItem(QStringLiteral("kestro-main"), {});

@@ -7,8 +7,8 @@
 
 namespace kestro {
 
-/// A panel's side of the protocol: org.kde.StatusNotifierWatcher with one host. It remembers every registration
-/// and every signal that the items send.
+/// A panel's side of the protocol: org.kde.StatusNotifierWatcher with one host. It records every registration
+/// and every signal of the items.
 class FakeWatcher : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
@@ -17,7 +17,7 @@ class FakeWatcher : public QObject {
     Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ registered)
 
 public:
-    /// Takes the watcher's name on `connection`.
+    /// Acquires the watcher's name on `connection`.
     explicit FakeWatcher(const QDBusConnection& connection, bool hasHost = true);
     ~FakeWatcher() override;
 
@@ -25,7 +25,7 @@ public:
     int protocolVersion() const { return 0; }
     QStringList registered() const { return registrations; }
 
-    /// A host comes or goes.
+    /// A host appears or disappears.
     void setHost(bool hasHost);
 
     QStringList registrations;  ///< the argument of each registration, in order

@@ -9,7 +9,7 @@
 namespace kestro {
 namespace {
 
-/// The greatest opacity of the pixels in a column.
+/// The maximum opacity of the pixels in a column.
 int columnOpacity(const QImage& image, int column) {
     int most = 0;
     for (int row = 0; row < image.height(); ++row) {
@@ -18,7 +18,7 @@ int columnOpacity(const QImage& image, int column) {
     return most;
 }
 
-TEST(GlanceIcon, HasItsRowsOnAGridOf22) {
+TEST(GlanceIcon, PlacesItsRowsOnAGridOf22) {
     const auto rows = glanceRows({42, 18}, 22);
 
     EXPECT_EQ(rows[0].bar, QRectF(1, 1, 2.5, 9));
@@ -70,7 +70,7 @@ TEST(GlanceIcon, StaysInsideItsSquareInEverySize) {
         const QImage image = glanceIcon({100, 100}, pixels, PanelScheme::dark);
 
         ASSERT_EQ(image.size(), QSize(pixels, pixels));
-        // The hundred reaches its right edge and leaves the gap beside the bar free.
+        // The figure 100 reaches its right edge and keeps clear of the gap beside the bar.
         EXPECT_GT(columnOpacity(image, pixels * 20 / 22), 0) << pixels;
         EXPECT_LT(columnOpacity(image, pixels * 9 / 44), 128) << pixels;
     }
@@ -122,7 +122,7 @@ TEST(NotifierPixmap, IsInNetworkByteOrderAndNotPremultiplied) {
     EXPECT_EQ(pixmap.bytes, QByteArray::fromHex("80112233ffaabbcc"));
 }
 
-TEST(IconPixmaps, TellsWhetherThePictureIsANewOne) {
+TEST(IconPixmaps, ReportsWhetherTheImageChanged) {
     IconPixmaps icon;
 
     EXPECT_TRUE(icon.setIcon(StatusGlance{1, 2}, PanelLook{PanelScheme::dark, true}));
@@ -135,7 +135,7 @@ TEST(IconPixmaps, TellsWhetherThePictureIsANewOne) {
     EXPECT_TRUE(icon.pixmaps().isEmpty());
 }
 
-TEST(IconPixmaps, HaveAHaloWhereThePanelIsAGuess) {
+TEST(IconPixmaps, HaveAHaloWhenTheSchemeIsAGuess) {
     IconPixmaps known;
     IconPixmaps guessed;
 
@@ -145,7 +145,7 @@ TEST(IconPixmaps, HaveAHaloWhereThePanelIsAGuess) {
     EXPECT_NE(known.pixmaps(), guessed.pixmaps());
 }
 
-TEST(IconPixmaps, HasNoPictureForAnUnknownSymbol) {
+TEST(IconPixmaps, AreEmptyForAnUnknownSymbol) {
     IconPixmaps icon;
 
     icon.setIcon(NotifierSymbol{QStringLiteral("no.such.symbol"), false}, PanelLook{PanelScheme::dark, true});

@@ -85,7 +85,7 @@ TEST_F(MenuObjectTest, ShowsTheWholeMenu) {
               QList<QStringList>({{QStringLiteral("Control"), QStringLiteral("q")}}));
 }
 
-TEST_F(MenuObjectTest, IsBuiltOnceForReadingAndAfreshForEveryOpening) {
+TEST_F(MenuObjectTest, IsBuiltOnceForReadingAndRebuiltForEveryOpening) {
     layout();
     layout();
     EXPECT_EQ(built, 1);
@@ -96,7 +96,7 @@ TEST_F(MenuObjectTest, IsBuiltOnceForReadingAndAfreshForEveryOpening) {
     EXPECT_EQ(built, 3);
 }
 
-TEST_F(MenuObjectTest, IsBuiltAfreshAlsoForHostsThatTellOfAnOpeningInAnotherWay) {
+TEST_F(MenuObjectTest, IsRebuiltForHostsThatReportAnOpeningOnlyByEvent) {
     const int submenu = child(layout(), 2).id;
 
     menuCall(*item, "AboutToShow", {submenu});
@@ -106,7 +106,7 @@ TEST_F(MenuObjectTest, IsBuiltAfreshAlsoForHostsThatTellOfAnOpeningInAnotherWay)
     EXPECT_TRUE(waitUntil([&] { return built == 3; }));
 }
 
-TEST_F(MenuObjectTest, ActsOnAChosenEntryAndShowsItsNewState) {
+TEST_F(MenuObjectTest, RunsAChosenEntryAndShowsItsNewState) {
     const MenuLayoutNode root = layout();
     const int second = child(child(root, 2), 1).id;
 
@@ -129,7 +129,7 @@ TEST_F(MenuObjectTest, IgnoresHoveringAndHeaders) {
     EXPECT_EQ(quits, 0);
 }
 
-TEST_F(MenuObjectTest, TakesEventsInGroups) {
+TEST_F(MenuObjectTest, HandlesGroupsOfEvents) {
     const int quit = child(layout(), 3).id;
     const MenuEvent known{quit, QStringLiteral("clicked"), QDBusVariant(0), 0};
     const MenuEvent unknown{INT_MAX, QStringLiteral("clicked"), QDBusVariant(0), 0};
@@ -143,7 +143,7 @@ TEST_F(MenuObjectTest, TakesEventsInGroups) {
     EXPECT_TRUE(waitUntil([&] { return quits == 2; }));
 }
 
-TEST_F(MenuObjectTest, AnnouncesOpeningsInGroups) {
+TEST_F(MenuObjectTest, HandlesGroupsOfOpenings) {
     layout();
 
     const QDBusMessage reply = menuCall(*item, "AboutToShowGroup", ids({0, INT_MIN}));
@@ -153,7 +153,7 @@ TEST_F(MenuObjectTest, AnnouncesOpeningsInGroups) {
     EXPECT_EQ(built, 2);
 }
 
-TEST_F(MenuObjectTest, IsBuiltAfreshForAGroupThatNamesOnlyASubmenu) {
+TEST_F(MenuObjectTest, IsRebuiltForAGroupThatNamesOnlyASubmenu) {
     const int submenu = child(layout(), 2).id;
     hasNews = true;
 
@@ -165,7 +165,7 @@ TEST_F(MenuObjectTest, IsBuiltAfreshForAGroupThatNamesOnlyASubmenu) {
     EXPECT_EQ(layout().children.size(), 5);
 }
 
-TEST_F(MenuObjectTest, IsNotBuiltForAGroupOfStrangers) {
+TEST_F(MenuObjectTest, IsNotBuiltForAGroupOfUnknownEntries) {
     layout();
 
     menuCall(*item, "AboutToShowGroup", ids({INT_MIN, INT_MAX}));
@@ -173,7 +173,7 @@ TEST_F(MenuObjectTest, IsNotBuiltForAGroupOfStrangers) {
     EXPECT_EQ(built, 1);
 }
 
-TEST_F(MenuObjectTest, GivesPropertiesSingleAndInGroups) {
+TEST_F(MenuObjectTest, ReturnsPropertiesSinglyAndInGroups) {
     const int quit = child(layout(), 3).id;
 
     const QDBusMessage single = menuCall(*item, "GetProperty", {quit, QStringLiteral("label")});
@@ -190,7 +190,7 @@ TEST_F(MenuObjectTest, GivesPropertiesSingleAndInGroups) {
     EXPECT_EQ(qdbus_cast<QList<MenuEntryProperties>>(all.arguments().value(0)).size(), 7);
 }
 
-TEST_F(MenuObjectTest, RefusesWrongArguments) {
+TEST_F(MenuObjectTest, RejectsInvalidArguments) {
     const QString text = QStringLiteral("text");
     const QVariantList wrong[] = {{}, {text}, {1.5, 2}, {text, text, text}, {0, 0, 0, 0}};
 
@@ -209,7 +209,7 @@ TEST_F(MenuObjectTest, RefusesWrongArguments) {
     EXPECT_EQ(built, 1);
 }
 
-TEST_F(MenuObjectTest, AnswersItsOwnProperties) {
+TEST_F(MenuObjectTest, ServesItsOwnProperties) {
     const auto read = [&](const char* name) {
         return client.property(item->serviceName(), QStringLiteral("/MenuBar"),
                                QStringLiteral("com.canonical.dbusmenu"), QString::fromLatin1(name));

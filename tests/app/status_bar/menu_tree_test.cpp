@@ -18,7 +18,7 @@ QVariant property(const MenuTree& tree, std::size_t index, const char* name) {
     return tree.find(tree.find(0)->children.at(index))->properties.value(QString::fromLatin1(name));
 }
 
-TEST(MenuTree, ShowsUnderscoresAndAmpersandsAsThemselves) {
+TEST(MenuTree, ShowsUnderscoresAndAmpersandsLiterally) {
     EXPECT_EQ(menuLabel(QStringLiteral("a_b & c")), QStringLiteral("a__b & c"));
 }
 
@@ -48,7 +48,7 @@ TEST(MenuTree, DescribesSeparatorsHeadersAndSubmenus) {
     EXPECT_FALSE(property(tree, 2, "enabled").isValid());
 }
 
-TEST(MenuTree, GivesCheckMarksToTheGroupOfACheckedEntryOnly) {
+TEST(MenuTree, GivesCheckMarksOnlyToTheGroupOfACheckedEntry) {
     MenuTree tree;
 
     tree.replace({entry("alone"), StatusMenuEntry::separator(), entry("one"), entry("two", true),
@@ -61,7 +61,7 @@ TEST(MenuTree, GivesCheckMarksToTheGroupOfACheckedEntryOnly) {
     EXPECT_FALSE(property(tree, 5, "toggle-type").isValid());
 }
 
-TEST(MenuTree, KeepsIdentifiersWhileTheShapeStays) {
+TEST(MenuTree, KeepsIdentifiersWhileTheShapeIsUnchanged) {
     MenuTree tree;
     tree.replace({entry("one", true), entry("two")});
     const std::vector<int> before = tree.identifiers();
@@ -77,7 +77,7 @@ TEST(MenuTree, KeepsIdentifiersWhileTheShapeStays) {
     EXPECT_EQ(change.updated.at(1).properties.value(QStringLiteral("label")).toString(), QStringLiteral("2"));
 }
 
-TEST(MenuTree, TellsWhichPropertiesWentAway) {
+TEST(MenuTree, ReportsRemovedProperties) {
     MenuTree tree;
     tree.replace({StatusMenuEntry::header(QStringLiteral("one"))});
 
@@ -101,7 +101,7 @@ TEST(MenuTree, ReportsNothingForAnEqualMenu) {
     EXPECT_TRUE(change.removed.isEmpty());
 }
 
-TEST(MenuTree, NeverUsesAnIdentifierAgainForAnotherLayout) {
+TEST(MenuTree, NeverReusesAnIdentifierInAnotherLayout) {
     MenuTree tree;
     tree.replace({entry("one"), entry("two")});
     const std::vector<int> before = tree.find(0)->children;
@@ -114,7 +114,7 @@ TEST(MenuTree, NeverUsesAnIdentifierAgainForAnotherLayout) {
     }
 }
 
-TEST(MenuTree, TakesTheNewActionsOnEveryReplacement) {
+TEST(MenuTree, AdoptsTheNewActionsOnEveryReplacement) {
     MenuTree tree;
     int called = 0;
     StatusMenuEntry act = entry("act");
@@ -128,7 +128,7 @@ TEST(MenuTree, TakesTheNewActionsOnEveryReplacement) {
     EXPECT_EQ(called, 2);
 }
 
-TEST(MenuTree, CutsTheLayoutAtTheAskedDepth) {
+TEST(MenuTree, LimitsTheLayoutToTheRequestedDepth) {
     MenuTree tree;
     StatusMenuEntry parent = entry("Parent");
     parent.submenu = {entry("Child")};

@@ -20,7 +20,7 @@ TEST(PanelAnchor, SpansTheThicknessOfThePanel) {
     EXPECT_EQ(panelAnchor(QPoint(1270, 300), {right}), QRect(1240, 300, 40, 1));
 }
 
-TEST(PanelAnchor, IsThePointItselfWherePanelsReserveNothing) {
+TEST(PanelAnchor, IsThePointItselfWherePanelsReserveNoSpace) {
     EXPECT_EQ(panelAnchor(QPoint(600, 400), {topPanel}), QRect(600, 400, 1, 1));
 }
 
@@ -29,12 +29,12 @@ TEST(PanelAnchor, IsNullWithoutAPoint) {
     EXPECT_TRUE(panelAnchor(QPoint(5000, 5000), {topPanel}).isNull());
 }
 
-TEST(ClickPoint, BelievesThePointerWhereItIsAtAPanel) {
+TEST(ClickPoint, PrefersAPointerAtAPanel) {
     EXPECT_EQ(clickPoint(QPoint(197, 25), QPoint(1000, 12), {topPanel}), QPoint(1000, 12));
     EXPECT_EQ(clickPoint(QPoint(197, 25), QPoint(640, 400), {topPanel}), QPoint(197, 25));
 }
 
-TEST(ClickPoint, TakesWhatThereIs) {
+TEST(ClickPoint, UsesWhicheverPointIsKnown) {
     EXPECT_EQ(clickPoint(std::nullopt, QPoint(640, 400), {topPanel}), QPoint(640, 400));
     EXPECT_EQ(clickPoint(QPoint(197, 25), std::nullopt, {topPanel}), QPoint(197, 25));
     EXPECT_FALSE(clickPoint(std::nullopt, std::nullopt, {topPanel}).has_value());
@@ -48,7 +48,7 @@ TEST(PointFromPanel, ScalesFromTheOriginOfItsScreen) {
     EXPECT_EQ(pointFromPanel({1280 + 2000, 30}, {left, doubled}), QPoint(1280 + 1000, 15));
 }
 
-TEST(PointFromPanel, KnowsThatTheOriginAndPlacesBesideEveryScreenAreNoPoints) {
+TEST(PointFromPanel, RejectsTheOriginAndPointsOutsideEveryScreen) {
     for (const QPoint point : {QPoint(0, 0), QPoint(-5, 10), QPoint(5000, 10), QPoint(INT_MAX, INT_MIN)}) {
         EXPECT_FALSE(pointFromPanel(point, {topPanel}).has_value());
     }

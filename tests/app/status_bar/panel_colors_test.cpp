@@ -25,13 +25,13 @@ TEST(PanelLook, PrefersTheHostsOwnSettingToTheDesktops) {
     EXPECT_EQ(panelLook({{}, {}, {}, {}, false}), (PanelLook{PanelScheme::light, false}));
 }
 
-TEST(PanelLook, KnowsThePanelsThatAreAlwaysDark) {
+TEST(PanelLook, RecognisesPanelsThatAreAlwaysDark) {
     const PanelLook dark{PanelScheme::dark, true};
     EXPECT_EQ(panelLook({QStringLiteral("gnome-shell"), {}, false, {}, false}), dark);
     EXPECT_EQ(panelLook({{}, {QStringLiteral("Unity")}, false, {}, false}), dark);
 }
 
-/// The settings portal as far as colours go.
+/// A settings portal that knows only the colour scheme.
 class FakePortal : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
@@ -59,7 +59,7 @@ private:
 
 using PanelSchemeMonitorTest = SniFixture;
 
-TEST_F(PanelSchemeMonitorTest, FollowsTheColourPreferenceOfTheDesktop) {
+TEST_F(PanelSchemeMonitorTest, FollowsTheDesktopsColourPreference) {
     FakePortal portal(panel.connection());
     startMonitors();
     ASSERT_TRUE(waitUntil([&] { return scheme->look().scheme == PanelScheme::dark; }));

@@ -15,7 +15,7 @@ StatusContent readout() {
     return content;
 }
 
-TEST(NotifierPresentation, LeavesTheSymbolBesideALabel) {
+TEST(NotifierPresentation, KeepsTheSymbolBesideALabel) {
     const NotifierPresentation shown = notifierPresentation(readout(), LabelSupport::shown);
 
     EXPECT_EQ(shown.title, QStringLiteral("Kestro"));
@@ -34,7 +34,7 @@ TEST(NotifierPresentation, PaintsTheValuesWhereNoLabelIsShown) {
     EXPECT_EQ(shown.label, QStringLiteral("RAM 42% · 1420 RPM"));
 }
 
-TEST(NotifierPresentation, LeavesTheSymbolOnEveryHostWhenThereIsNoText) {
+TEST(NotifierPresentation, KeepsTheSymbolOnEveryHostWithoutText) {
     StatusContent content = readout();
     content.title.text.clear();
 
@@ -58,7 +58,7 @@ TEST(NotifierPresentation, SpeaksTheFiguresOfABareIcon) {
     }
 }
 
-TEST(NotifierPresentation, SpeaksTheNameAloneWhereThereIsNothingElse) {
+TEST(NotifierPresentation, SpeaksOnlyTheNameWithoutFigures) {
     StatusContent content = readout();
     content.title.text.clear();
 
@@ -73,7 +73,7 @@ TEST(NotifierPresentation, ShowsTheSymbolUntilThereAreValues) {
               NotifierIcon(NotifierSymbol{QStringLiteral("waveform.path.ecg"), false}));
 }
 
-TEST(NotifierPresentation, UsesTheTitleWhereThereIsNoToolTip) {
+TEST(NotifierPresentation, UsesTheTitleWithoutAToolTip) {
     StatusContent content = readout();
     content.toolTip.clear();
 
@@ -81,7 +81,7 @@ TEST(NotifierPresentation, UsesTheTitleWhereThereIsNoToolTip) {
               QStringLiteral("RAM 42% · 1420 RPM"));
 }
 
-TEST(NotifierPresentation, NeedsNoIconBesideALabelButAlwaysOneWithout) {
+TEST(NotifierPresentation, NeedsAnIconOnlyWithoutALabel) {
     StatusContent content = readout();
     content.symbol.reset();
     content.glance.reset();
@@ -108,7 +108,7 @@ TEST(NotifierPresentation, EscapesMarkup) {
               QStringLiteral("&lt;b&gt;a&lt;/b&gt; &amp; &quot;c&quot;<br/>d"));
 }
 
-TEST(NotifierPresentation, KeepsALabelAwayFromTheNextItem) {
+TEST(NotifierPresentation, SeparatesALabelFromTheNextItem) {
     const NotifierPresentation shown = notifierPresentation(readout(), LabelSupport::shownWithoutMargin);
     StatusContent symbolOnly = readout();
     symbolOnly.title.text.clear();
@@ -118,7 +118,7 @@ TEST(NotifierPresentation, KeepsALabelAwayFromTheNextItem) {
     EXPECT_TRUE(notifierPresentation(symbolOnly, LabelSupport::shownWithoutMargin).label.isEmpty());
 }
 
-TEST(LabelSupport, IsKnownByTheProcess) {
+TEST(LabelSupport, DependsOnTheProcess) {
     for (const char* host : {"gnome-shell", "xapp-sn-watcher", "indicator-appli", "ayatana-indicat"}) {
         EXPECT_EQ(labelSupport(QString::fromLatin1(host), {}), LabelSupport::shown) << host;
     }
@@ -127,7 +127,7 @@ TEST(LabelSupport, IsKnownByTheProcess) {
     }
 }
 
-TEST(LabelSupport, IsNotAssumedOfOthersWhateverTheDesktop) {
+TEST(LabelSupport, IsNotAssumedForOtherProcessesOnAnyDesktop) {
     for (const char* host :
          {"kded5", "plasmashell", "xfce4-panel", "lxqt-panel", "waybar", "swaybar", "python3"}) {
         EXPECT_EQ(labelSupport(QString::fromLatin1(host), {QStringLiteral("GNOME")}), LabelSupport::hidden)
@@ -135,7 +135,7 @@ TEST(LabelSupport, IsNotAssumedOfOthersWhateverTheDesktop) {
     }
 }
 
-TEST(LabelSupport, FollowsTheDesktopWhenTheProcessIsHidden) {
+TEST(LabelSupport, DependsOnTheDesktopWhenTheProcessIsHidden) {
     EXPECT_EQ(labelSupport(QString(), {QStringLiteral("ubuntu"), QStringLiteral("GNOME")}), LabelSupport::shown);
     EXPECT_EQ(labelSupport(QString(), {QStringLiteral("MATE")}), LabelSupport::shownWithoutMargin);
     EXPECT_EQ(labelSupport(QString(), {QStringLiteral("KDE")}), LabelSupport::hidden);

@@ -14,7 +14,7 @@
 
 namespace kestro {
 
-/// A private bus with a panel on it, and what items need to live there.
+/// A private bus with a panel on it, and everything that items need there.
 class SniFixture : public testing::Test {
 protected:
     SniFixture() : client(bus.address()), panel(bus.address()) {}
@@ -55,14 +55,14 @@ protected:
                            QStringLiteral("com.canonical.dbusmenu"), QString::fromLatin1(method), arguments);
     }
 
-    /// Waits until everything that the item sent up to now has arrived at the panel.
+    /// Waits until everything that the item has sent so far has reached the panel.
     void settle(const SniStatusItem& item) {
         property(item, "Id");
         panel.call(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
                    QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
     }
 
-    /// Waits until everything that was queued for the event loop up to now has happened.
+    /// Waits until every event queued so far has been handled.
     void settle() {
         bool isDone = false;
         QMetaObject::invokeMethod(

@@ -32,7 +32,7 @@ QList<QSize> sizes(const QVariant& pixmaps) {
     return found;
 }
 
-TEST_F(SniStatusItemTest, RegistersUnderANameOfItsOwn) {
+TEST_F(SniStatusItemTest, RegistersUnderAUniqueName) {
     startWatcher();
     startMonitors();
 
@@ -60,7 +60,7 @@ TEST_F(SniStatusItemTest, RegistersOnlyOnceWithTheSamePanel) {
     EXPECT_EQ(watcher->registrations, QStringList{item->serviceName()});
 }
 
-TEST_F(SniStatusItemTest, AnswersEveryProperty) {
+TEST_F(SniStatusItemTest, ServesEveryProperty) {
     startWatcher();
     startMonitors();
     const auto item = makeItem({[](StatusClick, bool, const QRect&) {}, {}});
@@ -89,7 +89,7 @@ TEST_F(SniStatusItemTest, AnswersEveryProperty) {
     EXPECT_EQ(toolTip.text, QStringLiteral("RAM &lt;42%&gt;"));
 }
 
-TEST_F(SniStatusItemTest, GivesAllPropertiesAtOnce) {
+TEST_F(SniStatusItemTest, ReturnsAllPropertiesAtOnce) {
     startMonitors();
     const auto item = makeItem();
 
@@ -102,7 +102,7 @@ TEST_F(SniStatusItemTest, GivesAllPropertiesAtOnce) {
     EXPECT_EQ(qdbus_cast<QVariantMap>(reply.arguments().at(0)).size(), 19);
 }
 
-TEST_F(SniStatusItemTest, DescribesItselfWithEverythingItAnswers) {
+TEST_F(SniStatusItemTest, IntrospectionListsEverythingItServes) {
     startMonitors();
     const auto item = makeItem();
 
@@ -133,7 +133,7 @@ TEST_F(SniStatusItemTest, AnnouncesOnlyWhatChanged) {
     EXPECT_EQ(watcher->announcements, QStringList{QStringLiteral("XAyatanaNewLabel")});
 }
 
-TEST_F(SniStatusItemTest, SpeaksNewFiguresWithoutASignalOfTheirOwn) {
+TEST_F(SniStatusItemTest, UpdatesTheSpokenFiguresWithoutASignal) {
     startWatcher();
     startMonitors();
     const auto item = makeItem();
@@ -151,7 +151,7 @@ TEST_F(SniStatusItemTest, SpeaksNewFiguresWithoutASignalOfTheirOwn) {
     EXPECT_TRUE(watcher->announcements.isEmpty());
 }
 
-TEST_F(SniStatusItemTest, PaintsTheIconAgainOnlyForNewValues) {
+TEST_F(SniStatusItemTest, RepaintsTheIconOnlyForNewValues) {
     startWatcher();
     startMonitors();
     const auto item = makeItem();
@@ -184,7 +184,7 @@ TEST_F(SniStatusItemTest, ShowsTheSymbolOnceTheHostIsKnownToShowLabels) {
     EXPECT_TRUE(qdbus_cast<NotifierToolTip>(property(*item, "ToolTip")).text.isEmpty());
 }
 
-TEST_F(SniStatusItemTest, RegistersAgainWhenTheWatcherComesBack) {
+TEST_F(SniStatusItemTest, RegistersAgainWhenTheWatcherReturns) {
     startWatcher();
     startMonitors();
     const auto item = makeItem();
@@ -198,7 +198,7 @@ TEST_F(SniStatusItemTest, RegistersAgainWhenTheWatcherComesBack) {
     EXPECT_TRUE(waitUntil([&] { return monitor->state() == HostMonitor::State::present; }));
 }
 
-TEST_F(SniStatusItemTest, RegistersAgainWhenAHostComesBack) {
+TEST_F(SniStatusItemTest, RegistersAgainWhenAHostReturns) {
     startWatcher();
     startMonitors();
     const auto item = makeItem();
@@ -228,7 +228,7 @@ TEST_F(SniStatusItemTest, LeavesTheBusWithItsName) {
     }));
 }
 
-TEST_F(SniStatusItemTest, TellsClicksToItsOwner) {
+TEST_F(SniStatusItemTest, ReportsClicksToItsOwner) {
     startMonitors();
     std::vector<StatusClick> clicks;
     QThread* thread = nullptr;
@@ -246,7 +246,7 @@ TEST_F(SniStatusItemTest, TellsClicksToItsOwner) {
     EXPECT_EQ(thread, QCoreApplication::instance()->thread());
 }
 
-TEST_F(SniStatusItemTest, SurvivesItsEndInsideAClick) {
+TEST_F(SniStatusItemTest, MayBeDestroyedByItsOwnClick) {
     startMonitors();
     std::unique_ptr<SniStatusItem> item;
     bool isClicked = false;
@@ -261,7 +261,7 @@ TEST_F(SniStatusItemTest, SurvivesItsEndInsideAClick) {
     EXPECT_TRUE(waitUntil([&] { return isClicked; }));
 }
 
-TEST_F(SniStatusItemTest, OpensItsMenuForHostsThatOnlyAskForIt) {
+TEST_F(SniStatusItemTest, OpensItsMenuForHostsThatOnlyRequestIt) {
     startMonitors();
     int built = 0;
     const auto item = makeItem({[](StatusClick, bool, const QRect&) {},
@@ -292,7 +292,7 @@ TEST_F(SniStatusItemTest, OpensTheMenuOnEitherClickWithoutAClickHandler) {
     EXPECT_TRUE(waitUntil([&] { return built == 2 && QApplication::activePopupWidget() != nullptr; }));
 }
 
-TEST_F(SniStatusItemTest, PassesTheActivationTokenOn) {
+TEST_F(SniStatusItemTest, ForwardsTheActivationToken) {
     startMonitors();
     const auto item = makeItem();
 
@@ -305,7 +305,7 @@ TEST_F(SniStatusItemTest, PassesTheActivationTokenOn) {
     qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
-TEST_F(SniStatusItemTest, RefusesWrongArguments) {
+TEST_F(SniStatusItemTest, RejectsInvalidArguments) {
     startMonitors();
     int clicks = 0;
     const auto item = makeItem({[&](StatusClick, bool, const QRect&) { ++clicks; }, {}});
@@ -325,7 +325,7 @@ TEST_F(SniStatusItemTest, RefusesWrongArguments) {
     EXPECT_EQ(clicks, 0);
 }
 
-TEST_F(SniStatusItemTest, TakesAnyCoordinates) {
+TEST_F(SniStatusItemTest, ToleratesAnyCoordinates) {
     startMonitors();
     QRect anchor(1, 2, 3, 4);
     int clicks = 0;
@@ -356,7 +356,7 @@ TEST_F(SniStatusItemTest, PropertiesCannotBeSet) {
     EXPECT_EQ(reply.errorName(), QStringLiteral("org.freedesktop.DBus.Error.PropertyReadOnly"));
 }
 
-TEST_F(SniStatusItemTest, LivesWithoutABus) {
+TEST_F(SniStatusItemTest, WorksWithoutABus) {
     bus.kill();
     startMonitors();
 
@@ -366,7 +366,7 @@ TEST_F(SniStatusItemTest, LivesWithoutABus) {
     EXPECT_EQ(monitor->state(), HostMonitor::State::absent);
 }
 
-TEST_F(SniStatusItemTest, NoticesTheEndOfTheBus) {
+TEST_F(SniStatusItemTest, DetectsTheLossOfTheBus) {
     startWatcher();
     startMonitors();
     ASSERT_TRUE(waitUntil([&] { return monitor->state() == HostMonitor::State::present; }));

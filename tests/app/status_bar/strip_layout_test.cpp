@@ -11,7 +11,7 @@ using strip_layout::separators;
 using strip_layout::stripPosition;
 using strip_layout::stripSize;
 
-TEST(StripLayout, PutsTheFirstItemAtTheRight) {
+TEST(StripLayout, PutsTheFirstItemOnTheRight) {
     EXPECT_EQ(itemFrames({200, 50, 100}),
               (std::vector{QRect(153, 3, 200, 22), QRect(103, 3, 50, 22), QRect(3, 3, 100, 22)}));
     EXPECT_EQ(stripSize({200, 50, 100}), QSize(356, 28));
@@ -28,16 +28,16 @@ TEST(StripLayout, IsEmptyWithoutItems) {
     EXPECT_TRUE(itemFrames({}).empty());
 }
 
-TEST(StripLayout, StandsAtTheTopRightOfWhatPanelsLeave) {
+TEST(StripLayout, IsAtTheTopRightOfTheAvailableArea) {
     EXPECT_EQ(stripPosition({300, 28}, {0, 0, 1280, 800}), QPoint(970, 8));
     EXPECT_EQ(stripPosition({300, 28}, {1280, 28, 1920, 1052}), QPoint(2890, 36));
 }
 
-TEST(StripLayout, NeverLeavesTheScreenAtTheLeft) {
+TEST(StripLayout, NeverExtendsBeyondTheLeftOfTheScreen) {
     EXPECT_EQ(stripPosition({900, 28}, {100, 0, 640, 480}), QPoint(100, 8));
 }
 
-TEST(StripLayout, MakesRoomForSymbolAndTitle) {
+TEST(StripLayout, ReservesSpaceForSymbolAndTitle) {
     StatusContent symbolOnly;
     symbolOnly.symbol = StatusSymbol{QStringLiteral("waveform.path.ecg"), QStringLiteral("Kestro"), 12};
     StatusContent both = symbolOnly;

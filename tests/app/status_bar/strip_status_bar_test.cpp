@@ -94,7 +94,7 @@ TEST_F(StripStatusBarTest, IsNamedAfterTheReadoutOfTheFirstItem) {
     EXPECT_EQ(strip()->windowTitle(), QStringLiteral("Kestro: RAM 42%"));
 }
 
-TEST_F(StripStatusBarTest, GoesAwayWithItsLastItem) {
+TEST_F(StripStatusBarTest, DisappearsWithItsLastItem) {
     auto main = bar.createItem(QStringLiteral("kestro-main"), {});
     auto extra = bar.createItem(QStringLiteral("kestro-cooling"), {});
 
@@ -113,7 +113,7 @@ TEST_F(StripStatusBarTest, NeverTakesTheKeyboard) {
     EXPECT_EQ(viewOf("kestro-main")->focusPolicy(), Qt::NoFocus);
 }
 
-TEST_F(StripStatusBarTest, DoesNotTwitchWhileTheTextChanges) {
+TEST_F(StripStatusBarTest, KeepsItsWidthWhileTheTextChanges) {
     const auto main = bar.createItem(QStringLiteral("kestro-main"), {});
     main->setContent(titled(" RAM 9%"));
     const int one = main->geometry().width();
@@ -127,7 +127,7 @@ TEST_F(StripStatusBarTest, DoesNotTwitchWhileTheTextChanges) {
     EXPECT_EQ(again, two);
 }
 
-TEST_F(StripStatusBarTest, TakesUpLessRoomWhenTheReadoutIsAnotherOne) {
+TEST_F(StripStatusBarTest, ShrinksForADifferentReadout) {
     const auto main = bar.createItem(QStringLiteral("kestro-main"), {});
     main->setContent(titled(" RAM 42% · CPU 18%", " RAM 100% · CPU 100%"));
     const int wide = main->geometry().width();
@@ -137,7 +137,7 @@ TEST_F(StripStatusBarTest, TakesUpLessRoomWhenTheReadoutIsAnotherOne) {
     EXPECT_LT(main->geometry().width(), wide);
 }
 
-TEST_F(StripStatusBarTest, TellsClicksWithTheirPlace) {
+TEST_F(StripStatusBarTest, ReportsClicksWithTheirAnchor) {
     const auto main = bar.createItem(QStringLiteral("kestro-main"), recording());
     main->setContent(titled(" RAM 42%"));
 
@@ -178,7 +178,7 @@ TEST_F(StripStatusBarTest, OpensTheMenuBelowTheItemWithoutAClickHandler) {
     EXPECT_GT(QApplication::activePopupWidget()->geometry().top(), extra->geometry().bottom());
 }
 
-TEST_F(StripStatusBarTest, SurvivesTheEndOfAnItemInsideItsClick) {
+TEST_F(StripStatusBarTest, AnItemMayBeDestroyedByItsOwnClick) {
     std::unique_ptr<StatusItem> item;
     bool isClicked = false;
     item = bar.createItem(QStringLiteral("kestro-main"), {[&](StatusClick, bool, const QRect&) {

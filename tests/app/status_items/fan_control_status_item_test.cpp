@@ -64,7 +64,7 @@ TEST_F(FanControlStatusItemTest, ReadsTheFansWhenItsMenuOpens) {
     EXPECT_EQ(lines[3], "---");
 }
 
-TEST_F(FanControlStatusItemTest, SaysThatAMachineHasNoFans) {
+TEST_F(FanControlStatusItemTest, ReportsAMachineWithoutFans) {
     enable();
     mac.smc.setFans({});
 
@@ -101,7 +101,7 @@ TEST_F(FanControlStatusItemTest, SwitchesThePowerMode) {
     EXPECT_TRUE(findEntry(bar.menu(identifier), QStringLiteral("Low Power"))->isChecked);
 }
 
-TEST_F(FanControlStatusItemTest, AsksForTheSettingsAtItsTab) {
+TEST_F(FanControlStatusItemTest, OpensTheSettingsAtItsTab) {
     enable();
 
     EXPECT_TRUE(pick(bar.menu(identifier), QStringLiteral("Cooling Settings...")));

@@ -29,7 +29,7 @@ struct KeepAwakeStatusItemTest : ::testing::Test {
     const StatusContent& shown() { return bar.item(identifier).content; }
 };
 
-TEST_F(KeepAwakeStatusItemTest, StandsInTheBarFromTheStart) {
+TEST_F(KeepAwakeStatusItemTest, IsInTheBarFromTheStart) {
     ASSERT_TRUE(bar.contains(identifier));
     EXPECT_EQ(shown().symbol, (StatusSymbol{QStringLiteral("cup.and.saucer"), QStringLiteral("Keep Awake"), 13}));
     EXPECT_EQ(shown().title.text, QString());
@@ -63,7 +63,7 @@ TEST_F(KeepAwakeStatusItemTest, FillsTheCupAndCountsTheMinutes) {
     EXPECT_EQ(shown().title, (StatusTitle{QStringLiteral(" 14m"), 11, 600, StatusTitleColor::orange}));
 }
 
-TEST_F(KeepAwakeStatusItemTest, ShowsNoMinutesWithoutAnEnd) {
+TEST_F(KeepAwakeStatusItemTest, ShowsNoMinutesForAnIndefinitePeriod) {
     manager.activate(KeepAwakeDuration::indefinite);
     mac.runPending();
 
@@ -71,7 +71,7 @@ TEST_F(KeepAwakeStatusItemTest, ShowsNoMinutesWithoutAnEnd) {
     EXPECT_EQ(shown().title.text, QString());
 }
 
-TEST_F(KeepAwakeStatusItemTest, ShowsZeroMinutesInTheLastOne) {
+TEST_F(KeepAwakeStatusItemTest, ShowsZeroMinutesInTheLastMinute) {
     manager.activate(KeepAwakeDuration::minutes15);
     mac.advance(850s);
 
@@ -104,7 +104,7 @@ TEST_F(KeepAwakeStatusItemTest, OpensItsMenuOnEitherClick) {
     EXPECT_EQ(bar.item(identifier).menusOpened, 3);
 }
 
-TEST_F(KeepAwakeStatusItemTest, BuildsItsMenuAfreshFromTheManager) {
+TEST_F(KeepAwakeStatusItemTest, RebuildsItsMenuFromTheManager) {
     manager.activate(KeepAwakeDuration::minutes15);
     mac.advance(55s);
 
@@ -115,7 +115,7 @@ TEST_F(KeepAwakeStatusItemTest, BuildsItsMenuAfreshFromTheManager) {
     EXPECT_TRUE(findEntry(menu, QStringLiteral("Display & System"))->isChecked);
 }
 
-TEST_F(KeepAwakeStatusItemTest, StartsTheDefaultDurationWhateverTheWording) {
+TEST_F(KeepAwakeStatusItemTest, StartsTheDefaultDurationDespiteTheEntrysLabel) {
     settings.defaultKeepAwakeDuration.set(KeepAwakeDuration::hours2);
 
     EXPECT_TRUE(pick(bar.menu(identifier), QStringLiteral("Activate Indefinitely")));
@@ -146,7 +146,7 @@ TEST_F(KeepAwakeStatusItemTest, ChangesTheTarget) {
     EXPECT_EQ(settings.keepAwakeTargetMode.get(), KeepAwakeTarget::systemOnly);
 }
 
-TEST_F(KeepAwakeStatusItemTest, AsksForTheSettingsAtItsTab) {
+TEST_F(KeepAwakeStatusItemTest, OpensTheSettingsAtItsTab) {
     EXPECT_TRUE(pick(bar.menu(identifier), QStringLiteral("Keep-Awake Settings...")));
 
     EXPECT_EQ(settings.selectedSettingsTab.get(), SettingsTab::keepAwake);

@@ -19,7 +19,7 @@ struct Fixture : testing::SimulatedKestro {
     }
 };
 
-TEST(MainStatusContent, IsNewTheFirstTimeOnly) {
+TEST(MainStatusContent, ChangesOnlyTheFirstTime) {
     Fixture f;
 
     EXPECT_TRUE(f.status.update());
@@ -32,7 +32,7 @@ TEST(MainStatusContent, IsNewTheFirstTimeOnly) {
               (StatusSymbol{QStringLiteral("waveform.path.ecg"), QStringLiteral("Kestro"), 12}));
 }
 
-TEST(MainStatusContent, StandsStillWhileNothingShownChanges) {
+TEST(MainStatusContent, IsUnchangedWhileNothingVisibleChanges) {
     Fixture f;
     f.mac.advance(2s);
     f.status.update();
@@ -57,7 +57,7 @@ TEST(MainStatusContent, FollowsAReading) {
     EXPECT_TRUE(f.status.content().toolTip.endsWith(QStringLiteral("L:1800 R:1460")));
 }
 
-TEST(MainStatusContent, IsNewWhenOnlyTheLoadsInTheIconChange) {
+TEST(MainStatusContent, ChangesWhenOnlyTheLoadsInTheIconChange) {
     Fixture f;
     f.settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
     f.mac.advance(2s);
@@ -94,7 +94,7 @@ TEST(MainStatusContent, SpeaksTheFiguresBesideABareIcon) {
     EXPECT_EQ(f.status.content().spokenText, QStringLiteral("RAM -- · 0 RPM"));
 }
 
-TEST(MainStatusContent, KeepsRoomForAFasterFan) {
+TEST(MainStatusContent, ReservesSpaceForAFasterFan) {
     Fixture f;
     f.mac.advance(2s);
     f.status.update();

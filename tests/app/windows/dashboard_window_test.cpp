@@ -55,13 +55,13 @@ TEST_F(DashboardWindowTest, IsCreatedHiddenWithItsSizeAndTitle) {
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Kestro Studio Dashboard"));
 }
 
-TEST_F(DashboardWindowTest, FirstShowsInTheMiddleOfTheScreen) {
+TEST_F(DashboardWindowTest, FirstAppearsInTheMiddleOfTheScreen) {
     show();
 
     EXPECT_EQ(window.geometry(), centred({788, 480}, available));
 }
 
-TEST_F(DashboardWindowTest, ComesBackWhereItWas) {
+TEST_F(DashboardWindowTest, ReappearsWhereItWas) {
     show();
     window.move(12, 34);
     window.orderOut();
@@ -71,7 +71,7 @@ TEST_F(DashboardWindowTest, ComesBackWhereItWas) {
     EXPECT_EQ(window.pos(), QPoint(12, 34));
 }
 
-TEST_F(DashboardWindowTest, ComesBackToTheScreenWhenItsPlaceHasGone) {
+TEST_F(DashboardWindowTest, ReturnsToTheScreenWhenItsPositionIsGone) {
     show();
     window.move(5000, 5000);
     window.orderOut();
@@ -81,7 +81,7 @@ TEST_F(DashboardWindowTest, ComesBackToTheScreenWhenItsPlaceHasGone) {
     EXPECT_EQ(window.geometry(), centred({788, 480}, available));
 }
 
-TEST_F(DashboardWindowTest, TellsOfAResizeByTheUser) {
+TEST_F(DashboardWindowTest, ReportsAResizeByTheUser) {
     show();
 
     window.resize(780, 450);
@@ -89,7 +89,7 @@ TEST_F(DashboardWindowTest, TellsOfAResizeByTheUser) {
     EXPECT_THAT(delegate.taken(), ElementsAre("didResize"));
 }
 
-TEST_F(DashboardWindowTest, DoesNotTakeAMoveForAResize) {
+TEST_F(DashboardWindowTest, DoesNotReportAMoveAsAResize) {
     show();
 
     window.move(12, 34);
@@ -97,7 +97,7 @@ TEST_F(DashboardWindowTest, DoesNotTakeAMoveForAResize) {
     EXPECT_THAT(delegate.taken(), IsEmpty());
 }
 
-TEST_F(DashboardWindowTest, KeepsFittingItsWidthToItself) {
+TEST_F(DashboardWindowTest, DoesNotReportFittingItsWidth) {
     show();
 
     window.fitWidth(750);
@@ -106,7 +106,7 @@ TEST_F(DashboardWindowTest, KeepsFittingItsWidthToItself) {
     EXPECT_THAT(delegate.taken(), IsEmpty());
 }
 
-TEST_F(DashboardWindowTest, TellsOfAUsersResizeAfterFittingItsWidth) {
+TEST_F(DashboardWindowTest, ReportsAUsersResizeAfterFittingItsWidth) {
     show();
     window.fitWidth(750);
 
@@ -115,7 +115,7 @@ TEST_F(DashboardWindowTest, TellsOfAUsersResizeAfterFittingItsWidth) {
     EXPECT_THAT(delegate.taken(), ElementsAre("didResize"));
 }
 
-TEST_F(DashboardWindowTest, FitsItsWidthWhileHiddenToo) {
+TEST_F(DashboardWindowTest, FitsItsWidthEvenWhileHidden) {
     window.fitWidth(760);
 
     show();
@@ -123,7 +123,7 @@ TEST_F(DashboardWindowTest, FitsItsWidthWhileHiddenToo) {
     EXPECT_EQ(window.size(), QSize(760, 480));
 }
 
-TEST_F(DashboardWindowTest, TakesACommandedSizeFromItsBottomLeftCorner) {
+TEST_F(DashboardWindowTest, KeepsItsBottomLeftCornerWhenResizedByCommand) {
     show();
     window.setGeometry(10, 300, 740, 420);
 
@@ -133,7 +133,7 @@ TEST_F(DashboardWindowTest, TakesACommandedSizeFromItsBottomLeftCorner) {
     EXPECT_THAT(delegate.taken(), Contains("didResize"));
 }
 
-TEST_F(DashboardWindowTest, ZoomsAndReturnsAndZoomsAgainByDoubleClicksOnItsTitleBand) {
+TEST_F(DashboardWindowTest, ZoomsAndRestoresByDoubleClicksOnItsTitleBand) {
     show();
     const QRect before = window.geometry();
 
@@ -149,7 +149,7 @@ TEST_F(DashboardWindowTest, ZoomsAndReturnsAndZoomsAgainByDoubleClicksOnItsTitle
     EXPECT_EQ(window.geometry(), available);
 }
 
-TEST_F(DashboardWindowTest, RemembersItsFrameThroughAZoomThatIsTakenBackHalfWay) {
+TEST_F(DashboardWindowTest, RestoresItsFrameAfterAZoomReversedHalfWay) {
     show();
     const QRect before = window.geometry();
     motion::setReduced(false);
@@ -164,7 +164,7 @@ TEST_F(DashboardWindowTest, RemembersItsFrameThroughAZoomThatIsTakenBackHalfWay)
     EXPECT_EQ(window.geometry(), before);
 }
 
-TEST_F(DashboardWindowTest, LeavesTheFrameToTheUserOnceTheWindowIsPressed) {
+TEST_F(DashboardWindowTest, LeavesTheFrameToTheUserOncePressed) {
     show();
     window.setGeometry(10, 300, 740, 420);
     motion::setReduced(false);
@@ -188,7 +188,7 @@ TEST_F(DashboardWindowTest, DoesNotZoomByDoubleClicksElsewhere) {
     EXPECT_EQ(window.geometry(), before);
 }
 
-TEST_F(DashboardWindowTest, MovesWithADragOfItsBackground) {
+TEST_F(DashboardWindowTest, MovesWhenItsBackgroundIsDragged) {
     show();
     window.move(10, 20);
 
@@ -198,7 +198,7 @@ TEST_F(DashboardWindowTest, MovesWithADragOfItsBackground) {
     EXPECT_EQ(window.pos(), QPoint(50, 50));
 }
 
-TEST_F(DashboardWindowTest, DoesNotMoveWithATremblingClick) {
+TEST_F(DashboardWindowTest, DoesNotMoveOnAShakyClick) {
     show();
     const QPoint before = window.pos();
 
@@ -222,7 +222,7 @@ TEST_F(DashboardWindowTest, DoesNotMoveAfterADoubleClick) {
     EXPECT_EQ(window.pos(), before);
 }
 
-TEST_F(DashboardWindowTest, PassesTheDoubleClickOn) {
+TEST_F(DashboardWindowTest, ForwardsTheDoubleClick) {
     show();
     struct Clicked : QWidget {
         using QWidget::QWidget;
@@ -251,7 +251,7 @@ TEST_F(DashboardWindowTest, EntersAndLeavesFullScreen) {
     EXPECT_THAT(delegate.taken(), Contains("didExitFullScreen"));
 }
 
-TEST_F(DashboardWindowTest, DoesNotTakeFullScreenForAResize) {
+TEST_F(DashboardWindowTest, DoesNotReportFullScreenAsAResize) {
     show();
 
     window.toggleFullScreen();
@@ -263,7 +263,7 @@ TEST_F(DashboardWindowTest, DoesNotTakeFullScreenForAResize) {
     EXPECT_THAT(delegate.taken(), Not(Contains("didResize")));
 }
 
-TEST_F(DashboardWindowTest, HasNoFrameToSetInFullScreen) {
+TEST_F(DashboardWindowTest, IgnoresFrameChangesInFullScreen) {
     show();
     window.toggleFullScreen();
     QApplication::processEvents();
@@ -276,7 +276,7 @@ TEST_F(DashboardWindowTest, HasNoFrameToSetInFullScreen) {
     EXPECT_EQ(window.preZoomFrame(), std::nullopt);
 }
 
-TEST_F(DashboardWindowTest, ChangesItsLevelWithoutBecomingAnotherWindow) {
+TEST_F(DashboardWindowTest, ChangesItsLevelWithoutRecreatingTheWindow) {
     show();
     const QWindow* handle = window.windowHandle();
 
@@ -291,7 +291,7 @@ TEST_F(DashboardWindowTest, ChangesItsLevelWithoutBecomingAnotherWindow) {
     EXPECT_FALSE(window.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
 }
 
-TEST_F(DashboardWindowTest, IsShownAtTheLevelThatItGotWhileHidden) {
+TEST_F(DashboardWindowTest, AppearsAtTheLevelSetWhileHidden) {
     setFloatingLevel(window, true);
 
     show();
@@ -299,7 +299,7 @@ TEST_F(DashboardWindowTest, IsShownAtTheLevelThatItGotWhileHidden) {
     EXPECT_TRUE(window.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
 }
 
-TEST_F(DashboardWindowTest, StaysWhenTheDelegateRefusesToClose) {
+TEST_F(DashboardWindowTest, StaysOpenWhenTheDelegateRefusesToClose) {
     show();
     delegate.allowsClosing = false;
 
@@ -318,7 +318,7 @@ TEST_F(DashboardWindowTest, IsNotOnTheScreenWhileMinimised) {
     EXPECT_THAT(delegate.taken(), Contains("visibility"));
 }
 
-TEST_F(DashboardWindowTest, ComesBackFromTheDockWhenItIsOrderedFront) {
+TEST_F(DashboardWindowTest, IsRestoredFromTheDockWhenOrderedFront) {
     show();
     window.setWindowState(Qt::WindowMinimized);
 

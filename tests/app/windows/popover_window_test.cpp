@@ -51,7 +51,7 @@ TEST_F(PopoverWindowTest, Is330By325) {
     EXPECT_EQ(popover.size(), QSize(330, 325));
 }
 
-TEST_F(PopoverWindowTest, MakesItsContentWhenItIsFirstShown) {
+TEST_F(PopoverWindowTest, BuildsItsContentWhenFirstShown) {
     EXPECT_EQ(contentsMade, 0);
 
     show();
@@ -62,14 +62,14 @@ TEST_F(PopoverWindowTest, MakesItsContentWhenItIsFirstShown) {
     EXPECT_EQ(popover.findChild<QWidget*>()->size(), popover.size());
 }
 
-TEST_F(PopoverWindowTest, TellsOfShowingAndClosing) {
+TEST_F(PopoverWindowTest, ReportsShowingAndClosing) {
     show();
     popover.orderOut();
 
     EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "popoverDidClose"));
 }
 
-TEST_F(PopoverWindowTest, StandsBesideItsItem) {
+TEST_F(PopoverWindowTest, OpensBesideItsItem) {
     show();
 
     EXPECT_EQ(popover.pos(), QPoint(740 - 330, 26));
@@ -92,7 +92,7 @@ TEST_F(PopoverWindowTest, StaysOpenOnOtherKeys) {
     EXPECT_TRUE(popover.isVisible());
 }
 
-TEST_F(PopoverWindowTest, ClosesWhenItLosesTheKeyboard) {
+TEST_F(PopoverWindowTest, ClosesWhenItLosesTheKeyboardFocus) {
     show();
     ASSERT_TRUE(popover.isActiveWindow());
 
@@ -112,7 +112,7 @@ TEST_F(PopoverWindowTest, StaysOpenUnderItsOwnMenu) {
     EXPECT_TRUE(popover.isVisible());
 }
 
-TEST_F(PopoverWindowTest, TakesBackOneClickWithinHalfASecondAfterAPressElsewhere) {
+TEST_F(PopoverWindowTest, IgnoresOneClickWithinHalfASecondAfterAPressElsewhere) {
     for (const auto& [passed, expected] : {std::pair{499ms, true}, std::pair{500ms, false}}) {
         show();
         activate(elsewhere);
@@ -124,7 +124,7 @@ TEST_F(PopoverWindowTest, TakesBackOneClickWithinHalfASecondAfterAPressElsewhere
     }
 }
 
-TEST_F(PopoverWindowTest, TakesBackNoClickOnAnItemThatThePressDidNotHit) {
+TEST_F(PopoverWindowTest, IgnoresNoClickOnAnItemThatThePressMissed) {
     const QRect item(700, 0, 40, 20);
     QCursor::setPos(300, 300);
     show();
@@ -137,7 +137,7 @@ TEST_F(PopoverWindowTest, TakesBackNoClickOnAnItemThatThePressDidNotHit) {
     EXPECT_TRUE(popover.takesBack(item));
 }
 
-TEST_F(PopoverWindowTest, ForgetsItWhenItIsShownAgain) {
+TEST_F(PopoverWindowTest, ForgetsThePressWhenShownAgain) {
     show();
     activate(elsewhere);
 
@@ -146,7 +146,7 @@ TEST_F(PopoverWindowTest, ForgetsItWhenItIsShownAgain) {
     EXPECT_FALSE(popover.takesBack({}));
 }
 
-TEST_F(PopoverWindowTest, CountsAsClosedWhileItFadesAway) {
+TEST_F(PopoverWindowTest, CountsAsClosedWhileFadingOut) {
     motion::setReduced(false);
     show();
 
@@ -157,7 +157,7 @@ TEST_F(PopoverWindowTest, CountsAsClosedWhileItFadesAway) {
     EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "popoverDidClose"));
 }
 
-TEST_F(PopoverWindowTest, OpensAgainWhileItFadesAway) {
+TEST_F(PopoverWindowTest, ReopensWhileFadingOut) {
     motion::setReduced(false);
     show();
     popover.orderOut();
@@ -168,7 +168,7 @@ TEST_F(PopoverWindowTest, OpensAgainWhileItFadesAway) {
     EXPECT_TRUE(popover.isVisible());
 }
 
-TEST_F(PopoverWindowTest, ClosesWhenTheWindowManagerAsksForIt) {
+TEST_F(PopoverWindowTest, ClosesWhenTheWindowManagerRequestsIt) {
     show();
 
     popover.close();

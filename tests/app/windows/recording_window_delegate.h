@@ -8,7 +8,7 @@
 
 namespace kestro::testing {
 
-/// Writes down what the windows tell.
+/// Records the events of windows.
 class RecordingWindowDelegate : public WindowDelegate {
 public:
     void popoverDidShow() override { events.emplace_back("popoverDidShow"); }

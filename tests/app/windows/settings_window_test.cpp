@@ -11,7 +11,7 @@
 namespace kestro {
 namespace {
 
-TEST(SettingsWindow, StandsInTheMiddleOfTheScreen) {
+TEST(SettingsWindow, AppearsInTheMiddleOfTheScreen) {
     testing::RecordingWindowDelegate delegate;
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
 
@@ -21,7 +21,7 @@ TEST(SettingsWindow, StandsInTheMiddleOfTheScreen) {
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Kestro Preferences"));
 }
 
-TEST(SettingsWindow, HidesWhenItIsClosedAndTellsSo) {
+TEST(SettingsWindow, HidesAndReportsItWhenClosed) {
     testing::RecordingWindowDelegate delegate;
     SettingsWindow window(delegate, {});
     window.show();

@@ -5,7 +5,7 @@
 namespace kestro {
 namespace {
 
-// A screen with a panel 30 high at the top, as most of these tests need it.
+// A screen with a 30 points high top panel, as most of these tests need.
 constexpr QRect screen(0, 0, 1920, 1080);
 constexpr QRect belowTopPanel(0, 30, 1920, 1050);
 constexpr QRect aboveBottomPanel(0, 0, 1920, 1040);
@@ -39,13 +39,13 @@ TEST(PopoverFrame, OpensBesideAnItemInAVerticalPanel) {
               QRect(1860 - 6 - 330, 400, 330, 325));
 }
 
-TEST(PopoverFrame, StandsAtTheUsualCornerWhenTheItemsPlaceIsUnknown) {
+TEST(PopoverFrame, OpensInTheUsualCornerWhenTheItemsPositionIsUnknown) {
     EXPECT_EQ(popoverFrame({}, popoverSize, screen, belowTopPanel), QRect(1582, 36, 330, 325));
     EXPECT_EQ(popoverFrame({}, popoverSize, screen, aboveBottomPanel), QRect(1582, 1040 - 6 - 325, 330, 325));
     EXPECT_EQ(popoverFrame({}, popoverSize, screen, screen), QRect(1582, 8, 330, 325));
 }
 
-TEST(PopoverFrame, StaysOnTheItemsScreenOfSeveral) {
+TEST(PopoverFrame, StaysOnTheItemsScreen) {
     const QRect secondScreen(1920, 0, 1280, 1024);
     const QRect item(1930, 0, 50, 24);
 
@@ -58,7 +58,7 @@ TEST(PopoverFrame, StartsAtTheTopLeftOfAScreenThatIsTooSmall) {
     EXPECT_EQ(popoverFrame({300, 0, 20, 20}, popoverSize, tiny, tiny).topLeft(), QPoint(8, 8));
 }
 
-TEST(ResizedKeepingBottomLeft, LeavesTheBottomLeftCorner) {
+TEST(ResizedKeepingBottomLeft, KeepsTheBottomLeftCorner) {
     const QRect frame(200, 400, 1260, 480);
 
     EXPECT_EQ(resizedKeepingBottomLeft(frame, {1500, 750}, belowTopPanel), QRect(200, 130, 1500, 750));
@@ -73,14 +73,14 @@ TEST(ResizedKeepingBottomLeft, KeepsTheTitleBandOnTheScreen) {
     EXPECT_EQ(resizedKeepingBottomLeft(belowTheScreen, {800, 420}, belowTopPanel).y(), 1030);
 }
 
-TEST(AutomaticDashboardFrame, GrowsAndShrinksAboutTheCentre) {
+TEST(AutomaticDashboardFrame, GrowsAndShrinksAroundTheCentre) {
     const QRect frame(330, 300, 1260, 480);
 
     EXPECT_EQ(automaticDashboardFrame(frame, 788, belowTopPanel), QRect(566, 300, 788, 480));
     EXPECT_EQ(automaticDashboardFrame({566, 300, 788, 480}, 1260, belowTopPanel), QRect(330, 300, 1260, 480));
 }
 
-TEST(AutomaticDashboardFrame, KeepsATallerHeight) {
+TEST(AutomaticDashboardFrame, KeepsAGreaterHeight) {
     const QRect tall(330, 200, 1260, 700);
 
     EXPECT_EQ(automaticDashboardFrame(tall, 1260, belowTopPanel), tall);
@@ -105,7 +105,7 @@ TEST(WindowedZoomRule, ReturnsToThePreviousFrame) {
     EXPECT_EQ(windowedZoom(belowTopPanel, before, belowTopPanel), (WindowedZoom{before, std::nullopt}));
 }
 
-TEST(WindowedZoomRule, CentresAnElevenHundredWideWindowWithoutOne) {
+TEST(WindowedZoomRule, CentresADefaultFrameWithoutAPreviousOne) {
     EXPECT_EQ(windowedZoom(belowTopPanel, std::nullopt, belowTopPanel),
               (WindowedZoom{QRect(410, 30 + 525 - 240, 1100, 480), std::nullopt}));
 }
@@ -130,7 +130,7 @@ TEST(TitleBand, IsTheTopFiftyPointsLeftOfTheButtons) {
     EXPECT_FALSE(isInTitleBand({100, -1}, content));
 }
 
-TEST(ResizeEdges, AreTheBorderAndTheCornersBothWays) {
+TEST(ResizeEdges, AreTheBorderAndBothEdgesNearCorners) {
     const QSize content(800, 500);
 
     EXPECT_EQ(resizeEdges({400, 250}, content), Qt::Edges());
@@ -143,13 +143,13 @@ TEST(ResizeEdges, AreTheBorderAndTheCornersBothWays) {
     EXPECT_EQ(resizeEdges({8, 8}, content), Qt::Edges());
 }
 
-TEST(SettingsWindowSize, TakesTheHeightThatThereIs) {
+TEST(SettingsWindowSize, FitsTheAvailableHeight) {
     EXPECT_EQ(settingsWindowSize(belowTopPanel), QSize(860, 750));
     EXPECT_EQ(settingsWindowSize({0, 0, 1366, 700}), QSize(860, 700));
     EXPECT_EQ(settingsWindowSize({0, 0, 800, 400}), QSize(860, 480));
 }
 
-TEST(Centred, PutsTheMiddlesTogether) {
+TEST(Centred, AlignsTheCentres) {
     EXPECT_EQ(centred({860, 750}, belowTopPanel), QRect(530, 180, 860, 750));
 }
 
