@@ -23,7 +23,7 @@ struct SpokenObject {
     bool isFocusable = false;
     std::vector<SpokenObject> children;
 
-    /// The first object below this one whose name starts with that.
+    /// The first object below this one whose name starts with `start`.
     const SpokenObject* find(const QString& start) const;
 
     /// This object and all below it, in reading order.
@@ -38,7 +38,7 @@ struct ChangeAnnouncement {
     bool isOn = false;
 };
 
-/// A screen reader on the session's accessibility bus, which it starts. Make it before the program starts.
+/// A screen reader on the session's accessibility bus, which it starts. Create it before the program starts.
 class AccessibilityClient : public QObject {
     Q_OBJECT
 
@@ -49,16 +49,16 @@ public:
     /// Whether there is a bus to listen on.
     bool isConnected() const { return bus().isConnected(); }
 
-    /// Everything that Kestro shows; nothing while it has not said that it is there.
+    /// Everything that Kestro shows; absent until it has registered.
     std::optional<SpokenObject> program() const;
 
-    /// Does the object's first action, as a click does.
+    /// Performs the object's first action, as a click does.
     void press(const SpokenObject& object) const;
 
-    /// Moves an object with a value, as a slider, to that one.
+    /// Sets the value of an object such as a slider.
     void setValue(const SpokenObject& object, double value) const;
 
-    /// From now on changes of states and of values are heard.
+    /// Starts recording changes of states and values.
     void listen();
     const std::vector<ChangeAnnouncement>& heard() const { return heard_; }
 

@@ -9,14 +9,14 @@
 namespace kestro {
 namespace {
 
-/// What a screen reader says of a window, by the beginnings of the names.
+/// What a screen reader says about a window, as the beginnings of the names.
 using Starts = std::vector<QString>;
 
 class AccessibilityOnTheDesktop : public ShellFixture {
 protected:
     AccessibilityOnTheDesktop() : reader(session) {}
 
-    /// What the window with that title holds and shows.
+    /// The visible objects of the window with that title.
     std::vector<SpokenObject> shownIn(const QString& title) const {
         std::vector<SpokenObject> shown;
         const auto program = reader.program();
@@ -30,7 +30,7 @@ protected:
         return shown;
     }
 
-    /// The beginnings that no shown object's name has.
+    /// The expected beginnings that no visible object's name has.
     static QStringList missing(const std::vector<SpokenObject>& shown, const Starts& starts) {
         QStringList absent;
         for (const QString& start : starts) {
@@ -42,7 +42,7 @@ protected:
         return absent;
     }
 
-    /// Everything that is shown is named, and that is among it.
+    /// Expects every visible object to have a name, and the given names among them.
     void expectNamed(const QString& title, const Starts& starts) {
         std::vector<SpokenObject> shown;
         waitUntil([&] {
@@ -150,7 +150,7 @@ TEST_F(AccessibilityOnTheDesktop, NamesEveryValueAndControlOfTheDashboard) {
                                      "Refreshed every 1.0s"}));
 }
 
-TEST_F(AccessibilityOnTheDesktop, TellsThatAChipWasToggled) {
+TEST_F(AccessibilityOnTheDesktop, AnnouncesAToggledChip) {
     ASSERT_TRUE(reader.isConnected());
     launch();
     notify(QStringLiteral("showDashboard"));
@@ -170,7 +170,7 @@ TEST_F(AccessibilityOnTheDesktop, TellsThatAChipWasToggled) {
     EXPECT_TRUE(after->find(QStringLiteral("Unpin Window"))->isChecked);
 }
 
-TEST_F(AccessibilityOnTheDesktop, TellsThatASliderWasMoved) {
+TEST_F(AccessibilityOnTheDesktop, AnnouncesAMovedSlider) {
     ASSERT_TRUE(reader.isConnected());
     launch();
     notify(QStringLiteral("showSettings"), atTab(QStringLiteral("Keep-Awake")));

@@ -18,10 +18,10 @@
 namespace kestro {
 namespace {
 
-/// The shipped program's command file, which belongs to whoever created it first.
+/// The shipped program's command file, owned by the user who created it first.
 constexpr auto sharedFile = "/tmp/.kestro_cmd";
 
-/// Whether a Kestro of this user, who would obey the words in the file too, runs on this machine.
+/// Whether a Kestro of this user, which would also obey the commands in the file, is running on this machine.
 bool isKestroRunning() {
     const QStringList processes = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
     return std::ranges::any_of(processes, [](const QString& process) {
@@ -30,7 +30,7 @@ bool isKestroRunning() {
     });
 }
 
-/// Why the shared file cannot be used now; empty when it can.
+/// Why the shared file cannot be used now; empty if it can.
 std::string obstacleToTheSharedFile() {
     struct stat found {};
     if (::lstat(sharedFile, &found) == 0 &&
@@ -41,7 +41,7 @@ std::string obstacleToTheSharedFile() {
 }
 
 struct CommandFileOnTheDesktop : ShellFixture {
-    /// Puts a file with that content in the place of the command file, in one step.
+    /// Atomically replaces the command file by a file with that content.
     void place(const QByteArray& content, mode_t mode = S_IRUSR | S_IWUSR,
                const std::function<void(const QString&)>& change = {}) const {
         const QString other = session.path(QStringLiteral("runtime/other"));
@@ -56,7 +56,7 @@ struct CommandFileOnTheDesktop : ShellFixture {
         ASSERT_EQ(::rename(QFile::encodeName(other).constData(), path().constData()), 0);
     }
 
-    /// The channel works: a word in a new file is obeyed, and none before it has shown the dashboard.
+    /// The channel works: a command in a new file is obeyed, and no earlier one has shown the dashboard.
     void expectTheNextWordIsObeyed() {
         remove();
         place("settings");
@@ -82,7 +82,7 @@ struct CommandFileOnTheDesktop : ShellFixture {
     QByteArray path() const { return QFile::encodeName(commandFile()); }
 };
 
-TEST_F(CommandFileOnTheDesktop, IsMadeForThisUserAloneAndObeysTheWordsThatChangePreferences) {
+TEST_F(CommandFileOnTheDesktop, IsPrivateToTheUserAndAcceptsCommandsThatChangePreferences) {
     launch();
     const QFileInfo file(commandFile());
     EXPECT_EQ(file.permissions() & ~(QFile::ReadUser | QFile::WriteUser), QFile::ReadOwner | QFile::WriteOwner);
@@ -111,7 +111,7 @@ TEST_F(CommandFileOnTheDesktop, IsMadeForThisUserAloneAndObeysTheWordsThatChange
 
 TEST_F(CommandFileOnTheDesktop, IsInTmpForTheShippedProgram) {
     if (const std::string obstacle = obstacleToTheSharedFile(); !obstacle.empty()) {
-        GTEST_SKIP() << sharedFile << " cannot be tried: " << obstacle;
+        GTEST_SKIP() << sharedFile << " cannot be tested: " << obstacle;
     }
     const bool existedBefore = QFileInfo::exists(QString::fromUtf8(sharedFile));
     launch({}, KestroProgram::shipped);
@@ -129,7 +129,7 @@ TEST_F(CommandFileOnTheDesktop, IsInTmpForTheShippedProgram) {
     }
 }
 
-TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnythingWithoutHarm) {
+TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnything) {
     launch();
 
     remove();
@@ -164,7 +164,7 @@ TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnythingWithoutHarm) {
     }
 }
 
-TEST_F(CommandFileOnTheDesktop, MayHoldAnythingWithoutHarm) {
+TEST_F(CommandFileOnTheDesktop, MayContainAnything) {
     launch();
 
     place(QByteArray("dashboard\n").repeated(500'000));

@@ -24,7 +24,7 @@ constexpr int patience = 20'000;
 const QString sessionBusVariable = QStringLiteral("DBUS_SESSION_BUS_ADDRESS");
 const QString systemBusVariable = QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS");
 
-/// The first line that a process prints; empty when it prints none in time.
+/// The first line that a process prints; empty if it prints none in time.
 QString firstLine(QProcess& process) {
     while (!process.canReadLine()) {
         if (!process.waitForReadyRead(patience)) {
@@ -34,7 +34,7 @@ QString firstLine(QProcess& process) {
     return QString::fromUtf8(process.readLine()).trimmed();
 }
 
-/// The rest of the caller's environment (scales, styles, displays, buses) belongs to the caller's session.
+/// The rest of the caller's environment (scales, styles, displays, buses) belongs to the caller's own session.
 QProcessEnvironment whatASessionInherits() {
     QProcessEnvironment inherited;
     for (const char* name : {"PATH", "USER", "LOGNAME", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "LSAN_OPTIONS",
@@ -96,10 +96,10 @@ DesktopSession::~DesktopSession() {
         (*process)->waitForFinished(patience);
     }
     if (kestro_ != nullptr) {
-        // Such as the findings of a sanitizer.
+        // Such as a sanitizer's report.
         std::cerr << kestro_->readAll().toStdString();
     }
-    // What the bus or a panel has started carries the session's folder in its environment.
+    // Processes started by the bus or a panel carry the session's folder in their environment.
     for (const qint64 pid : processesOfSession()) {
         ::kill(static_cast<pid_t>(pid), SIGKILL);
     }
@@ -135,7 +135,7 @@ bool DesktopSession::startWindowManager() {
 }
 
 QString DesktopSession::startBus(const QString& socket) {
-    // In the session's folder, where nothing of it is left when the daemon is killed.
+    // In the session's folder, so that a killed daemon leaves nothing behind.
     QProcess& daemon =
         start(QStringLiteral("dbus-daemon"),
               {QStringLiteral("--session"), QStringLiteral("--nofork"),
@@ -150,7 +150,7 @@ QString DesktopSession::startBus(const QString& socket) {
 bool DesktopSession::startBuses() {
     const QString sessionAddress = startBus(QStringLiteral("session-bus"));
     environment_.insert(sessionBusVariable, sessionAddress);
-    // Not the machine's own, whose services would answer.
+    // A private bus, since the services on the machine's own would respond.
     const QString systemAddress = startBus(QStringLiteral("system-bus"));
     environment_.insert(systemBusVariable, systemAddress);
     if (failure_.isEmpty() && !QDBusConnection::connectToBus(sessionAddress, connectionName_).isConnected()) {
@@ -219,7 +219,7 @@ void DesktopSession::startPanel() {
 }
 
 void DesktopSession::killPanel() {
-    // The part that hosts the items can be a process of its own, which the panel only embeds.
+    // The items may be hosted by a separate process that the panel only embeds.
     const QDBusMessage owner =
         call(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus"),
              QStringLiteral("GetConnectionUnixProcessID"), {QStringLiteral("org.kde.StatusNotifierWatcher")});

@@ -20,11 +20,11 @@
 
 namespace kestro {
 
-/// The panels that the tests know how to start.
+/// The panels that the tests can start.
 enum class DesktopPanel { none, mate, xfce, lxqt };
 
-/// Which executable a test starts: the one whose command file lies in the session's runtime directory, or the
-/// shipped one, whose command file every process of this machine shares.
+/// Which executable a test starts: the one with its command file in the session's runtime directory, or the
+/// shipped one, whose command file is shared by all processes of this machine.
 enum class KestroProgram { underTest, shipped };
 
 /// A window on the screen.
@@ -34,9 +34,9 @@ struct DesktopWindow {
     QRect frame;
 };
 
-/// A desktop of the test's own: a display, a session and a system bus, a window manager and a panel, with home and
-/// configuration in a folder that is empty at first. Everything ends with this object, by process identifier,
-/// also what the bus started on request.
+/// A private desktop for a test: a display, a session and a system bus, a window manager and a panel, with home
+/// and configuration in an initially empty folder. Destruction ends all of its processes, by identifier,
+/// including those that the bus started on request.
 class DesktopSession {
 public:
     explicit DesktopSession(DesktopPanel panel = DesktopPanel::none);
@@ -44,14 +44,14 @@ public:
     DesktopSession(const DesktopSession&) = delete;
     DesktopSession& operator=(const DesktopSession&) = delete;
 
-    /// Why the session cannot be used; empty when everything runs. Check it first.
+    /// Why the session cannot be used; empty when everything is running. Check it first.
     const QString& failure() const { return failure_; }
 
-    /// Starts Kestro; further variables are added to its environment. Returns the new process.
+    /// Starts Kestro with additional environment variables. Returns the new process.
     QProcess& startKestro(const QStringList& variables = {}, KestroProgram program = KestroProgram::underTest);
 
-    /// Waits until `condition` holds. False: it did not in time, or the Kestro started last has crashed or ended
-    /// with an error; then the wait ends at once and the test fails with what the program printed.
+    /// Waits until `condition` holds. False: it timed out, or the Kestro started last has crashed or exited with
+    /// an error. In the latter case the wait ends at once and the test fails with the program's output.
     template <typename Condition>
     bool waitFor(Condition condition) const {
         bool holds = false;
@@ -65,22 +65,22 @@ public:
         return holds;
     }
 
-    /// Starts any other program in the session, for as long as the session lives.
+    /// Starts another program that runs as long as the session.
     QProcess& start(const QString& program, const QStringList& arguments);
 
-    /// Ends the panel's processes as a crash would, without starting them again.
+    /// Kills the panel's processes, as a crash would, without restarting them.
     void killPanel();
     void startPanel();
 
-    /// A connection of the test to the session bus.
+    /// The test's connection to the session bus.
     QDBusConnection bus() const { return QDBusConnection(connectionName_); }
 
     enum class Bus { session, system };
 
-    /// One more connection, for a service of the test's own; closed with the session.
+    /// An additional connection, for a service of the test; closed with the session.
     QDBusConnection connect(Bus bus);
 
-    /// Calls and waits for the answer, which may be an error.
+    /// Calls a method and waits for the reply, which may be an error.
     QDBusMessage call(const QString& service, const QString& path, const QString& interface, const QString& method,
                       const QVariantList& arguments = {}) const;
 
@@ -88,10 +88,10 @@ public:
     QVariant property(const QString& service, const QString& path, const QString& interface,
                       const QString& name) const;
 
-    /// What the screen shows now; also kept as `name`.png beside the test programs, to be looked at.
+    /// A screenshot; also saved as `name`.png beside the test programs, for inspection.
     QImage screenshot(const QString& name) const;
 
-    /// A click of the mouse's button 1, 2 or 3.
+    /// Clicks mouse button 1, 2 or 3.
     void click(QPoint position, int button = 1) const;
     void moveTo(QPoint position) const;
 
@@ -104,17 +104,17 @@ public:
     /// Kestro's visible windows.
     std::vector<DesktopWindow> windows() const;
 
-    /// The strip; nothing while there is none, or none with figures yet.
+    /// The strip; absent while there is none or it shows no figures yet.
     std::optional<DesktopWindow> strip() const;
 
-    /// Gives Kestro preferences to start with.
+    /// Writes the preferences that Kestro starts with.
     void writePreferences(const QByteArray& json) const;
 
     /// Every file below the session's folder, as relative paths, sorted.
     QStringList files() const;
     QString path(const QString& relative) const { return folder_.filePath(relative); }
 
-    /// Runs a program in the session and returns what it printed; empty when it failed.
+    /// Runs a program in the session and returns its output; empty if it failed.
     QByteArray output(const QString& program, const QStringList& arguments) const;
 
     static constexpr QSize screenSize{1280, 800};
@@ -128,7 +128,7 @@ private:
     void reportKestro() const;
     std::vector<qint64> processesOfSession() const;
 
-    // Always below /tmp: a bus wants a short path without spaces, and the display has its socket there anyway.
+    // Always below /tmp: a bus needs a short path without spaces, and the display has its socket there anyway.
     QTemporaryDir folder_{QStringLiteral("/tmp/kestro-desktop-XXXXXX")};
     QProcessEnvironment environment_;
     DesktopPanel panel_;

@@ -6,7 +6,7 @@
 namespace kestro {
 namespace {
 
-TEST(DesktopSession, ReportsWhatAProgramPrintedThatDidNotStart) {
+TEST(DesktopSession, ReportsTheOutputOfAProgramThatFailedToStart) {
     DesktopSession session;
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
     const QProcess& kestro = session.startKestro({QStringLiteral("DISPLAY=:60999")});

@@ -8,7 +8,7 @@ namespace kestro {
 
 namespace {
 
-// The settings daemon of MATE tells applications to show icons in buttons, and without it nothing does.
+// MATE's settings daemon makes applications show icons in buttons; without it nothing does.
 const char* const gtkSettings = "[Settings]\ngtk-button-images=1\n";
 
 const char* const xfceSettings = R"(<?xml version="1.0" encoding="UTF-8"?>

@@ -7,14 +7,14 @@
 
 namespace kestro {
 
-/// What XDG_CURRENT_DESKTOP says where that panel is at home.
+/// The value of XDG_CURRENT_DESKTOP on the panel's own desktop.
 QString panelDesktop(DesktopPanel panel);
 
 /// The panel's program and arguments.
 QStringList panelCommand(DesktopPanel panel);
 
-/// Writes settings under which the panel shows status items at the top right, as it does on a desktop of its
-/// own: `config` is the folder of the configuration.
+/// Writes settings that make the panel show status items at the top right, as on its own desktop; `config` is
+/// the configuration folder.
 void writePanelSettings(DesktopPanel panel, const QString& config);
 
 }  // namespace kestro

@@ -19,7 +19,7 @@ protected:
     }
 };
 
-TEST_F(PreferencesOnTheDesktop, AreLeftAloneByASecondStart) {
+TEST_F(PreferencesOnTheDesktop, AreLeftAloneByASecondInstance) {
     constexpr auto halfAFile = R"({"kestro.isPinned": tr)";
     launch();
     session.writePreferences(halfAFile);
@@ -32,7 +32,7 @@ TEST_F(PreferencesOnTheDesktop, AreLeftAloneByASecondStart) {
     EXPECT_FALSE(session.files().contains(QStringLiteral("config/kestro/preferences.json.damaged")));
 }
 
-TEST_F(PreferencesOnTheDesktop, AreCompleteWhenANewStartIsTheFirstOne) {
+TEST_F(PreferencesOnTheDesktop, AreCompleteWhenANewFirstInstanceStarts) {
     launch();
     const QDBusServiceWatcher watcher(QStringLiteral("kestro.Kestro"), session.bus(),
                                       QDBusServiceWatcher::WatchForUnregistration);
@@ -46,7 +46,7 @@ TEST_F(PreferencesOnTheDesktop, AreCompleteWhenANewStartIsTheFirstOne) {
     EXPECT_TRUE(waitUntil([&] { return found.contains(keepAwakeTab); })) << found.toStdString();
 }
 
-/// A user in whose language a decimal point and the mark between thousands are letters of two bytes.
+/// A user whose locale uses two-byte characters as decimal point and thousands separator.
 class PreferencesInPashto : public PreferencesOnTheDesktop {
 protected:
     void SetUp() override {
@@ -64,7 +64,7 @@ protected:
                                 QStringLiteral("LOCPATH=") + session.path(QString())};
 };
 
-TEST_F(PreferencesInPashto, KeepTheirFractions) {
+TEST_F(PreferencesInPashto, PreserveTheirFractions) {
     session.writePreferences(R"({"kestro.rampSmoothingSeconds": 1.5, "other": 0.25})");
     launch(variables);
 

@@ -23,7 +23,7 @@ using testing_support::FakeService;
 using testing_support::LockPipe;
 using Bus = DesktopSession::Bus;
 
-/// A service that keeps the session awake, and how it is asked.
+/// A service that keeps the session awake, and the calls it expects.
 struct AwakeService {
     const char* name;
     Bus bus;
@@ -44,7 +44,7 @@ constexpr AwakeService screenSaver{"org.freedesktop.ScreenSaver", Bus::session,
 constexpr AwakeService logind{"org.freedesktop.login1", Bus::system,
                               R"(Inhibit("idle", "Kestro", "Kestro Keep-Awake Active", "block"))", nullptr};
 
-/// One of these services on its bus: it grants every wish and remembers who holds the lock.
+/// One of these services on its bus: it grants every request and remembers who holds the lock.
 class GrantingService {
 public:
     GrantingService(DesktopSession& session, const AwakeService& service) : service_(service) {
@@ -73,7 +73,7 @@ public:
         return waitUntil([&] { return count(service_.release) == times; });
     }
 
-    /// Whether the connection that asked last is on the bus: when it is not, a service drops its locks.
+    /// Whether the last caller is still on the bus; a service drops its locks when it is not.
     bool isHolderThere() const {
         const std::lock_guard lock(mutex_);
         return fake_->connection().interface()->isServiceRegistered(holder_);
@@ -140,7 +140,7 @@ struct ServicesOnTheDesktop : ShellFixture {
     const StatusItemClient client{session};
 };
 
-TEST_F(ServicesOnTheDesktop, KeepAwakeGoesThroughEachServiceAndComesBackWithIt) {
+TEST_F(ServicesOnTheDesktop, KeepAwakeUsesEachServiceAndAcquiresAgainWhenItReturns) {
     launch();
 
     for (const AwakeService* service : {&gnome, &kde, &freedesktop, &portal, &screenSaver, &logind}) {
@@ -174,7 +174,7 @@ TEST_F(ServicesOnTheDesktop, KeepAwakeStaysOffWithoutAnyService) {
     EXPECT_FALSE(entry(deactivate, mainItem));
 }
 
-TEST_F(ServicesOnTheDesktop, KeepAwakeAsksAnewForTheSystemAlone) {
+TEST_F(ServicesOnTheDesktop, KeepAwakeAsksAgainForTheSystemAlone) {
     session.writePreferences(R"({"kestro.showDedicatedFanItem": true})");
     launch();
     {
@@ -192,7 +192,7 @@ TEST_F(ServicesOnTheDesktop, KeepAwakeAsksAnewForTheSystemAlone) {
             [&] { return granting.count(R"(Inhibit("Kestro", 0u, "Kestro Keep-Awake Active", 4u))") == 1; }));
     }
 
-    // The session manager has gone: the one who is left is asked in its own words.
+    // The session manager has gone: the remaining service is asked instead.
     const GrantingService system(session, logind);
 
     EXPECT_TRUE(waitUntil([&] {
@@ -239,7 +239,7 @@ public:
                 {{QStringLiteral("Get"), [this](const QDBusMessage& call) { return get(call); }},
                  {QStringLiteral("Set"), [this](const QDBusMessage& call) { return set(call); }}}) {}
 
-    /// From now on every wish is accepted and undone at once.
+    /// Accepts every request from now on, and reverts it at once.
     void revert() {
         const std::lock_guard lock(mutex_);
         reverts_ = true;
@@ -300,7 +300,7 @@ TEST_F(ServicesOnTheDesktop, ThePowerModeFollowsTheDaemonUnderEitherName) {
     }
     EXPECT_TRUE(checks(balanced));
 
-    // At the end: what is asked of nobody would still reach a daemon that comes in time.
+    // Last, because a request without a daemon would still reach one that starts in time.
     choose(high);
     EXPECT_TRUE(checks(balanced));
 }

@@ -12,13 +12,13 @@
 namespace kestro {
 namespace {
 
-/// A place in the settings window, and what lies around it that shows the setting.
+/// A point in the settings window, and the area around it that shows the setting.
 struct Place {
     QPoint point;
     QRect around;
 };
 
-/// A user without preferences sets things up by the mouse, on a desktop with a panel.
+/// A user without preferences changes settings with the mouse, on a desktop with a panel.
 class SettingsOnTheDesktop : public ShellFixture {
 protected:
     SettingsOnTheDesktop() : ShellFixture(DesktopPanel::mate) {}
@@ -42,7 +42,7 @@ protected:
         rest();
     }
 
-    /// Takes the pointer off every control and lets hover and slide come to rest.
+    /// Moves the pointer off every control and waits until hover and slide animations have ended.
     void rest() const {
         session.moveTo(corner() + QPoint(430, 746));
         QThread::msleep(400);
@@ -52,8 +52,8 @@ protected:
         return session.screenshot(QString::fromUtf8(name)).copy(inWindow.translated(corner()));
     }
 
-    /// The button of the "Turbo" profile. How far down it stands depends on the number of fans: the chosen
-    /// profile beside it is the first thing in the accent's colour below the tabs.
+    /// The button of the "Turbo" profile. Its vertical position depends on the number of fans; it is found by
+    /// the chosen profile beside it, the first accent-coloured element below the tabs.
     Place turbo() const {
         const QImage picture = session.screenshot(QStringLiteral("settings-cooling"));
         const QPoint origin = corner();
@@ -71,7 +71,7 @@ protected:
     }
 };
 
-TEST_F(SettingsOnTheDesktop, OpensFromTheMenuFromTheExtraAndByACommand) {
+TEST_F(SettingsOnTheDesktop, OpensFromTheMenuFromTheExtraItemAndByCommand) {
     launch();
 
     choose(QStringLiteral("kestro-main"), "Settings...");
@@ -90,7 +90,7 @@ TEST_F(SettingsOnTheDesktop, OpensFromTheMenuFromTheExtraAndByACommand) {
     EXPECT_TRUE(saved("\"Cooling & Fans\""));
 }
 
-TEST_F(SettingsOnTheDesktop, FindsEveryChangeAgainAfterACrash) {
+TEST_F(SettingsOnTheDesktop, RestoresEveryChangeAfterACrash) {
     enum Tab { menubarTab, keepAwakeTab, coolingTab, powerTab, dashboardTab, appearanceTab, sensorsTab };
     constexpr std::array changed{menubarTab, keepAwakeTab, coolingTab, dashboardTab, appearanceTab};
     launch();

@@ -16,7 +16,7 @@ namespace {
 
 using ShellOnTheDesktop = ShellFixture;
 
-/// In the middle of the test's screen, as it first shows.
+/// Centred on the test's screen, as when first shown.
 constexpr QRect centredDashboard(10, 160, 1260, 480);
 
 TEST_F(ShellOnTheDesktop, OpensResizesAndHidesTheDashboardByCommands) {
@@ -32,7 +32,7 @@ TEST_F(ShellOnTheDesktop, OpensResizesAndHidesTheDashboardByCommands) {
     command("dashboard-shrink\n");
     EXPECT_EQ(settledFrame(dashboard, {10, 180, 800, 460}), QRect(10, 180, 800, 460));
 
-    // Too tall for this screen: the bottom-left corner gives way so that the title band stays on it.
+    // Too tall for this screen: the bottom-left corner moves so that the title band stays visible.
     command("dashboard-resize");
     EXPECT_EQ(settledFrame(dashboard, {10, 0, 1500, 750}), QRect(10, 0, 1500, 750));
 
@@ -43,7 +43,7 @@ TEST_F(ShellOnTheDesktop, OpensResizesAndHidesTheDashboardByCommands) {
     EXPECT_EQ(settledFrame(dashboard, {10, 0, 1500, 750}), QRect(10, 0, 1500, 750));
 }
 
-TEST_F(ShellOnTheDesktop, ConsumesUnknownWordsAndRefusesLongOnes) {
+TEST_F(ShellOnTheDesktop, DiscardsUnknownAndOverlongCommands) {
     launch();
 
     command("Dashboard");
@@ -55,7 +55,7 @@ TEST_F(ShellOnTheDesktop, ConsumesUnknownWordsAndRefusesLongOnes) {
     EXPECT_FALSE(frame(popover));
 }
 
-TEST_F(ShellOnTheDesktop, OpensTheSettingsAtATabAndSavesIt) {
+TEST_F(ShellOnTheDesktop, OpensTheSettingsAtATabAndSavesTheTab) {
     launch();
 
     command("settings-cooling");
@@ -71,7 +71,7 @@ TEST_F(ShellOnTheDesktop, OpensTheSettingsAtATabAndSavesIt) {
     EXPECT_TRUE(waitUntil([&] { return preferences().contains(QStringLiteral("\"Keep-Awake\"")); }));
 }
 
-TEST_F(ShellOnTheDesktop, TakesSignalsOfAnyFormAndOnlyTheTabsThatItKnows) {
+TEST_F(ShellOnTheDesktop, ToleratesMalformedSignalsAndUnknownTabs) {
     launch();
     command("settings-power");
     ASSERT_TRUE(appears(settings));
@@ -153,7 +153,7 @@ TEST_F(ShellOnTheDesktop, EntersAndLeavesFullScreen) {
     EXPECT_EQ(settledFrame(dashboard, centredDashboard), centredDashboard);
 }
 
-TEST_F(ShellOnTheDesktop, PinsTheWindowThatStands) {
+TEST_F(ShellOnTheDesktop, PinsTheExistingWindow) {
     launch();
     command("dashboard");
     ASSERT_TRUE(appears(dashboard));
@@ -185,7 +185,7 @@ TEST_F(ShellOnTheDesktop, MovesByItsBackgroundAndResizesByItsEdge) {
     EXPECT_EQ(frame(dashboard)->topLeft(), moved.topLeft());
 }
 
-TEST_F(ShellOnTheDesktop, EndsOnASignalAlthoughTheDashboardShows) {
+TEST_F(ShellOnTheDesktop, EndsOnASignalEvenWithTheDashboardOpen) {
     launch();
     command("dashboard");
     ASSERT_TRUE(appears(dashboard));
@@ -197,7 +197,7 @@ TEST_F(ShellOnTheDesktop, EndsOnASignalAlthoughTheDashboardShows) {
     EXPECT_EQ(kestro->exitCode(), 0);
 }
 
-TEST_F(ShellOnTheDesktop, ShowsTheDashboardForASecondStart) {
+TEST_F(ShellOnTheDesktop, ShowsTheDashboardWhenStartedAgain) {
     launch();
 
     const QProcess& second = session.startKestro();
@@ -208,7 +208,7 @@ TEST_F(ShellOnTheDesktop, ShowsTheDashboardForASecondStart) {
     EXPECT_EQ(kestro->state(), QProcess::Running);
 }
 
-TEST_F(ShellOnTheDesktop, WorksWithoutABusAndKnowsASecondStart) {
+TEST_F(ShellOnTheDesktop, WorksWithoutABusAndDetectsASecondStart) {
     const QStringList noBus{QStringLiteral("DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent")};
     launch(noBus);
 
@@ -219,7 +219,7 @@ TEST_F(ShellOnTheDesktop, WorksWithoutABusAndKnowsASecondStart) {
     EXPECT_TRUE(appears(dashboard));
 }
 
-TEST_F(ShellOnTheDesktop, LosesNoWindowAndNoDescriptorInManyWords) {
+TEST_F(ShellOnTheDesktop, LeaksNoWindowsOrDescriptorsInManyCommands) {
     launch();
     const auto openDescriptors = [&] {
         return QDir(QStringLiteral("/proc/%1/fd").arg(kestro->processId()))
@@ -237,7 +237,7 @@ TEST_F(ShellOnTheDesktop, LosesNoWindowAndNoDescriptorInManyWords) {
             command(word);
         }
     }
-    // As fast as they can be written: what counts is what stands there when the file is read.
+    // As fast as they can be written: only the content at the time of reading counts.
     for (int count = 0; count < 1000; ++count) {
         QFile file(commandFile());
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -251,7 +251,7 @@ TEST_F(ShellOnTheDesktop, LosesNoWindowAndNoDescriptorInManyWords) {
     EXPECT_LE(openDescriptors(), before + 4);
 }
 
-TEST_F(ShellOnTheDesktop, BringsBackAWindowThatIsWithdrawnRightAfterItWasHiddenAndShown) {
+TEST_F(ShellOnTheDesktop, RestoresAWindowWithdrawnRightAfterBeingHiddenAndShown) {
     launch();
     command("dashboard");
     ASSERT_TRUE(appears(dashboard));
@@ -260,14 +260,14 @@ TEST_F(ShellOnTheDesktop, BringsBackAWindowThatIsWithdrawnRightAfterItWasHiddenA
     finishCommands();
     ASSERT_TRUE(appears(dashboard));
 
-    // What a window manager that is behind makes of it.
+    // What a lagging window manager does.
     unmap(*window(dashboard));
 
     ASSERT_TRUE(appears(dashboard));
     EXPECT_FALSE(session.windowProperty(*window(dashboard), QStringLiteral("WM_STATE")).isEmpty());
 }
 
-TEST_F(ShellOnTheDesktop, LeavesAWindowAloneThatSomebodyTakesAwayLater) {
+TEST_F(ShellOnTheDesktop, DoesNotRestoreAWindowWithdrawnLater) {
     launch();
     command("dashboard");
     ASSERT_TRUE(appears(dashboard));
@@ -297,7 +297,7 @@ TEST_F(ShellOnMate, OpensThePopoverUnderTheItemAndClosesItWithASecondClick) {
     EXPECT_TRUE(disappears(popover));
 }
 
-TEST_F(ShellOnMate, ActsOnMenuEntriesFiredOverTheBus) {
+TEST_F(ShellOnMate, RunsMenuEntriesTriggeredOverTheBus) {
     launch();
     const StatusItemClient client(session);
     const QString item = client.waitForItem();

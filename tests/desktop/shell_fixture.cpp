@@ -23,7 +23,7 @@ bool ShellFixture::showsFigures() const {
     if (panel_ == DesktopPanel::none) {
         return session.strip().has_value();
     }
-    // A panel that is starting may lose its items once, and gets new ones then.
+    // A panel that is starting may lose its items once and get new ones.
     const StatusItemClient client(session);
     const auto item = client.item(QStringLiteral("kestro-main"));
     return item && client.label(*item).contains(QLatin1Char('%'));
@@ -31,13 +31,13 @@ bool ShellFixture::showsFigures() const {
 
 void ShellFixture::command(const QByteArray& word) {
     QFile file(commandFile());
-    ASSERT_TRUE(session.waitFor([&] { return file.size() == 0; })) << "the word before is not consumed";
+    ASSERT_TRUE(session.waitFor([&] { return file.size() == 0; })) << "the previous word was not consumed";
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(word);
 }
 
 void ShellFixture::finishCommands() {
-    // A word is consumed before it is performed, but after those before it were.
+    // A word is consumed before it is performed, but after the preceding ones were performed.
     command("no command");
     ASSERT_TRUE(session.waitFor([&] { return QFile(commandFile()).size() == 0; }));
 }
@@ -100,7 +100,7 @@ void ShellFixture::doubleClick(QPoint position) const {
 void ShellFixture::drag(QPoint from, QPoint to) const {
     const auto xdotool = [this](const QStringList& arguments) {
         session.output(QStringLiteral("xdotool"), arguments);
-        // The window manager takes the pointer over between two steps.
+        // The window manager grabs the pointer between two steps.
         QThread::msleep(150);
     };
     session.moveTo(from);

@@ -11,7 +11,7 @@
 
 namespace kestro {
 
-/// The real program on a desktop of its own.
+/// The real program on a private desktop.
 class ShellFixture : public testing::Test {
 protected:
     explicit ShellFixture(DesktopPanel panel = DesktopPanel::none);
@@ -19,40 +19,40 @@ protected:
     /// Starts the program and waits until its readout shows figures on the strip or in the panel.
     void launch(const QStringList& variables = {}, KestroProgram program = KestroProgram::underTest);
 
-    /// Writes a word into the command file, once the word before it is consumed.
+    /// Writes a word into the command file once the previous one has been consumed.
     void command(const QByteArray& word);
 
-    /// Waits until every word before has been performed.
+    /// Waits until all previous words have been performed.
     void finishCommands();
 
-    /// Takes a window off the screen behind the program's back.
+    /// Unmaps a window without the program's knowledge.
     void unmap(const DesktopWindow& window) const;
 
     /// Posts a notification as any process of the session can.
     void notify(const QString& member, const QVariantList& arguments = {});
 
-    /// The argument that names a settings tab.
+    /// The argument that selects a settings tab.
     static QVariantList atTab(const QVariant& tab);
 
-    /// The visible window with exactly that title; nothing while there is none.
+    /// The visible window with exactly that title; absent if there is none.
     std::optional<DesktopWindow> window(const QString& title) const;
     std::optional<QRect> frame(const QString& title) const;
 
     bool appears(const QString& title) const;
     bool disappears(const QString& title) const;
 
-    /// Waits until the window has that frame, and returns the frame that it has in the end.
+    /// Waits until the window has the expected frame, and returns its final frame.
     QRect settledFrame(const QString& title, const QRect& expected) const;
 
-    /// Whether the window manager has the window in that state, such as "_NET_WM_STATE_ABOVE".
+    /// Whether the window has a state that the window manager has set, such as "_NET_WM_STATE_ABOVE".
     bool hasState(const QString& title, const QByteArray& state) const;
 
     void doubleClick(QPoint position) const;
 
-    /// Presses at one point, moves to another and releases there, in steps that a window manager follows.
+    /// Presses at one point, moves to another and releases there, in steps that a window manager can follow.
     void drag(QPoint from, QPoint to) const;
 
-    /// The program's end; false when it does not come.
+    /// Waits for the program to exit; false on a timeout.
     bool ends();
 
     QString preferences() const;

@@ -9,7 +9,7 @@
 namespace kestro {
 namespace {
 
-/// Percent of the memory in use as the kernel reports it now.
+/// The percentage of memory in use, as the kernel reports it now.
 double usedMemoryPercent() {
     QFile file(QStringLiteral("/proc/meminfo"));
     if (!file.open(QIODevice::ReadOnly)) {
@@ -23,7 +23,7 @@ double usedMemoryPercent() {
     return 100 * (1 - kilobytes("MemAvailable") / kilobytes("MemTotal"));
 }
 
-/// Waits for the strip; an empty window when it does not come.
+/// Waits for the strip; an empty window if it does not appear.
 DesktopWindow waitForStrip(const DesktopSession& session) {
     std::optional<DesktopWindow> found;
     session.waitFor([&] {
@@ -33,7 +33,7 @@ DesktopWindow waitForStrip(const DesktopSession& session) {
     return found.value_or(DesktopWindow());
 }
 
-/// The memory figure of a readout; nothing before the first sample.
+/// The memory figure of a readout; absent before the first sample.
 std::optional<int> memoryFigure(const QString& label) {
     const auto match = QRegularExpression(QStringLiteral("RAM (\\d+)%")).match(label);
     return match.hasMatch() ? std::optional(match.captured(1).toInt()) : std::nullopt;
@@ -49,7 +49,8 @@ bool showsMemory(const StatusItemClient& client, const QString& item) {
     return showsMemory(client.label(item));
 }
 
-/// The files in the session's folder besides the preferences, the command file and what was there `before`.
+/// The files in the session's folder other than the preferences, the command file and those that existed
+/// `before`.
 QStringList filesLeft(const DesktopSession& session, const QStringList& before) {
     QStringList left = session.files();
     for (const QString& file : before) {
@@ -60,8 +61,8 @@ QStringList filesLeft(const DesktopSession& session, const QStringList& before) 
     return left;
 }
 
-/// True when the item's icon has the bar of the memory at its left: pixels over most of its height, which no
-/// symbol has there.
+/// True if the item's icon has the memory bar at its left: pixels over most of its height, which no symbol has
+/// there.
 bool hasValuesInIcon(const StatusItemClient& client, const QString& item) {
     const QImage icon = client.icon(item, 22);
     if (icon.isNull()) {
@@ -74,7 +75,7 @@ bool hasValuesInIcon(const StatusItemClient& client, const QString& item) {
     return painted >= 16;
 }
 
-/// Waits until the panel's right half looks another way than on `before`.
+/// Waits until the panel's right half differs from `before`.
 bool panelChanged(const DesktopSession& session, const QImage& before, const QString& name) {
     const QRect half(DesktopSession::screenSize.width() / 2, 0, DesktopSession::screenSize.width() / 2, 24);
     return waitUntil([&] { return session.screenshot(name).copy(half) != before.copy(half); });
@@ -94,7 +95,7 @@ TEST(StatusBarOnMate, ShowsTheReadoutAsALabel) {
     session.screenshot(QStringLiteral("mate-panel"));
 }
 
-TEST(StatusBarOnMate, SurvivesTheCrashAndRestartOfThePanel) {
+TEST(StatusBarOnMate, SurvivesACrashAndRestartOfThePanel) {
     DesktopSession session(DesktopPanel::mate);
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
     const StatusItemClient client(session);
@@ -135,7 +136,7 @@ TEST(StatusBarOnMate, QuitsThroughItsMenuAndLeavesOnlyThePreferences) {
     EXPECT_EQ(filesLeft(session, before), QStringList());
 }
 
-TEST(StatusBarOnMate, OpensItsMenuUnderARightClick) {
+TEST(StatusBarOnMate, OpensItsMenuOnARightClick) {
     DesktopSession session(DesktopPanel::mate);
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
     const StatusItemClient client(session);
@@ -153,7 +154,7 @@ TEST(StatusBarOnMate, OpensItsMenuUnderARightClick) {
         [&] { return session.screenshot(QStringLiteral("mate-panel-menu")).copy(below) != before.copy(below); }));
 }
 
-/// On panels without labels the values stand in the icon, and the panel shows them.
+/// On panels without labels, the icon contains the values and the panel shows it.
 void expectValuesInTheIcon(DesktopPanel panel, const QString& picture) {
     DesktopSession session(panel);
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
@@ -228,7 +229,7 @@ TEST(StatusBarWithoutAPanel, QuitsThroughTheMenuOfTheStrip) {
     EXPECT_EQ(filesLeft(session, filesBefore), QStringList());
 }
 
-TEST(StatusBarWithoutAPanel, MovesToThePanelThatStarts) {
+TEST(StatusBarWithoutAPanel, MovesToAPanelThatStarts) {
     DesktopSession session(DesktopPanel::mate);
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
     const StatusItemClient client(session);
@@ -243,7 +244,7 @@ TEST(StatusBarWithoutAPanel, MovesToThePanelThatStarts) {
     EXPECT_TRUE(waitUntil([&] { return !session.strip().has_value(); }));
 }
 
-TEST(CoolingItemOnMate, ActsOnTheEntriesOfItsMenu) {
+TEST(CoolingItemOnMate, RunsTheEntriesOfItsMenu) {
     DesktopSession session(DesktopPanel::mate);
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
     session.writePreferences(R"({"kestro.showDedicatedFanItem": true})");
@@ -267,7 +268,7 @@ TEST(CoolingItemOnMate, ActsOnTheEntriesOfItsMenu) {
     session.screenshot(QStringLiteral("mate-panel-extras"));
 }
 
-TEST(CoolingItemOnMate, OpensItsMenuUnderALeftClick) {
+TEST(CoolingItemOnMate, OpensItsMenuOnALeftClick) {
     DesktopSession session(DesktopPanel::mate);
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
     session.writePreferences(R"({"kestro.showDedicatedFanItem": true, "kestro.showDedicatedKeepAwakeItem": false,
@@ -275,7 +276,7 @@ TEST(CoolingItemOnMate, OpensItsMenuUnderALeftClick) {
     const StatusItemClient client(session);
     session.startKestro();
     ASSERT_FALSE(client.waitForItem(QStringLiteral("kestro-cooling")).isEmpty());
-    // The cooling item's text stands left of the main item's icon and the clock.
+    // The cooling item's text is to the left of the main item's icon and the clock.
     const QPoint place(1030, 12);
     const QImage before = session.screenshot(QStringLiteral("mate-panel-cooling"));
 

@@ -55,7 +55,7 @@ QStringList StatusItemClient::items() const {
         session_.property(watcher, watcherPath, watcher, QStringLiteral("RegisteredStatusNotifierItems"))
             .toStringList();
     for (const QString& entry : registered) {
-        // Watchers append the object's path to the name, or do not.
+        // Some watchers append the object's path to the name.
         names.append(entry.section(QLatin1Char('/'), 0, 0));
     }
     return names;

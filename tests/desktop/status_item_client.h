@@ -21,7 +21,7 @@ struct HostMenuEntry {
     QString label() const { return properties.value(QStringLiteral("label")).toString(); }
     bool isChecked() const { return properties.value(QStringLiteral("toggle-state"), 0).toInt() == 1; }
 
-    /// The first entry below this one whose label (with "__" for "_") is that.
+    /// The first entry below this one with that label (with "__" for "_").
     const HostMenuEntry* find(const QString& wanted) const;
 };
 
@@ -30,28 +30,28 @@ class StatusItemClient {
 public:
     explicit StatusItemClient(const DesktopSession& session) : session_(session) {}
 
-    /// True while a panel is there that hosts items.
+    /// True while a panel that hosts items is running.
     bool hasHost() const;
 
-    /// Bus names of the items that are registered with the present panel.
+    /// Bus names of the items registered with the current panel.
     QStringList items() const;
 
-    /// Bus name of the registered item with that identifier; nothing while there is none.
+    /// Bus name of the registered item with that identifier; absent if there is none.
     std::optional<QString> item(const QString& identifier) const;
 
-    /// Waits for that item; an empty name when it does not come.
+    /// Waits for that item; an empty name if it does not appear.
     QString waitForItem(const QString& identifier = QStringLiteral("kestro-main")) const;
 
     QVariant property(const QString& item, const QString& name) const;
     QString label(const QString& item) const { return property(item, QStringLiteral("XAyatanaLabel")).toString(); }
 
-    /// The item's icon at that size, not premultiplied; null when the item offers none.
+    /// The item's icon in that size, not premultiplied; null if the item has none.
     QImage icon(const QString& item, int pixels) const;
 
-    /// The whole menu, after announcing its opening.
+    /// The whole menu, read after announcing that it opens.
     HostMenuEntry menu(const QString& item) const;
 
-    /// Chooses an entry as a click does.
+    /// Chooses an entry, as a click does.
     void choose(const QString& item, int entry) const;
 
 private:

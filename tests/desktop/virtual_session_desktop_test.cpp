@@ -17,7 +17,8 @@
 namespace kestro {
 namespace {
 
-/// The scripts that run programs where there is no display, started from a session that is set up against them.
+/// The scripts that run programs without a display, started from a session whose environment conflicts with
+/// them.
 class VirtualSession : public testing::Test {
 protected:
     ~VirtualSession() override {
@@ -46,7 +47,7 @@ protected:
         ASSERT_TRUE(script.waitForStarted());
     }
 
-    /// Whether the script prints this before it ends, within half a minute.
+    /// Whether the script prints a match before it ends, within half a minute.
     bool prints(const QRegularExpression& expected) {
         bool isThere = false;
         waitUntil(
@@ -80,7 +81,7 @@ std::size_t coloursOf(const QImage& picture) {
     return found.size();
 }
 
-TEST_F(VirtualSession, PrintsTheReadoutAndPicturesTheSurfacesWhateverTheCallersSessionSays) {
+TEST_F(VirtualSession, PrintsTheReadoutAndCapturesTheSurfacesWhateverTheCallersSession) {
     const QString pictures = folder.filePath(QStringLiteral("pictures of it"));
 
     start("virtual_session.sh", {QStringLiteral(KESTRO_BINARY_DIR "/tests/kestro_under_test"), pictures});
@@ -93,9 +94,9 @@ TEST_F(VirtualSession, PrintsTheReadoutAndPicturesTheSurfacesWhateverTheCallersS
     for (const char* surface : {"readout", "popover", "dashboard", "settings"}) {
         const QImage picture(pictures + QLatin1Char('/') + QString::fromUtf8(surface) + QStringLiteral(".png"));
         EXPECT_EQ(picture.size(), QSize(1600, 1000)) << surface;
-        // A screen without a window has one.
+        // A screen without a window has only one colour.
         EXPECT_GT(coloursOf(picture), 50U) << surface;
-        // Windows are not scaled: the left half is free beside the popover.
+        // Windows are not scaled: the left half beside the popover is empty.
         if (surface == std::string_view("popover")) {
             EXPECT_EQ(coloursOf(picture.copy(0, 0, 800, 1000)), 1U);
         }
@@ -117,7 +118,7 @@ TEST_F(VirtualSession, LeavesNothingBehindWhenItIsStopped) {
 
     EXPECT_TRUE(ends());
     EXPECT_FALSE(QDir(found.captured(1)).exists());
-    // It has no command line when it is gone, and neither when nobody has asked for its status yet.
+    // Its command line is gone once it has ended, even if it has not been reaped yet.
     QFile child(QStringLiteral("/proc/%1/cmdline").arg(found.captured(2)));
     EXPECT_TRUE(!child.open(QIODevice::ReadOnly) || child.readAll().isEmpty());
 }
@@ -129,7 +130,7 @@ TEST_F(VirtualSession, EndsWithTheStatusOfItsProgram) {
     EXPECT_EQ(script.exitCode(), 7);
 }
 
-TEST_F(VirtualSession, TellsWhatDoesNotStart) {
+TEST_F(VirtualSession, ReportsWhatFailsToStart) {
     QFile server(folder.filePath(QStringLiteral("Xvfb")));
     ASSERT_TRUE(server.open(QIODevice::WriteOnly));
     server.write("#!/bin/sh\necho no screens found >&2\nexit 1\n");
