@@ -9,8 +9,8 @@ thread_local std::int64_t allocations = 0;
 
 }  // namespace
 
-// Alone in this file: inlined into their callers, the operators would look mismatched to the compiler.
-// The sanitizers bring a form of each operator of their own: all that pair up are replaced together.
+// In a separate file: if inlined into callers, the operators would look mismatched to the compiler.
+// The sanitizers provide their own form of each operator, so all matching ones are replaced together.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++allocations;
     return std::malloc(size != 0 ? size : 1);

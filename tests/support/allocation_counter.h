@@ -4,7 +4,7 @@
 
 namespace kestro::test {
 
-/// Calls of `operator new` by this thread so far. A program that asks is linked with counting operators.
+/// Calls of `operator new` by this thread so far. Programs that use this link the counting operators.
 std::int64_t allocationsOfThisThread();
 
 }  // namespace kestro::test

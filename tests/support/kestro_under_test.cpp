@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-/// The program as it is shipped, but for its command file, which lies in the session's runtime directory: tests
-/// that run at the same time, and a Kestro that somebody uses, never take each other's commands.
+/// The program as shipped, except that its command file is in the session's runtime directory, so that
+/// concurrent tests and a Kestro in daily use never receive each other's commands.
 int main(int /*argumentCount*/, char** arguments) {
     const char* const runtimeDirectory = std::getenv("XDG_RUNTIME_DIR");
     if (runtimeDirectory == nullptr) {

@@ -11,11 +11,11 @@
 
 namespace kestro {
 
-/// How far two pictures are apart to the eye. Both are reduced to a fifth first, so that neither the rastering
-/// of letters nor the rounding of a curve counts, but a part that moved, vanished or changed its colour does.
+/// The visible difference between two pictures. Both are reduced to a fifth first, so that glyph rasterisation
+/// and rounding of curves do not count, but a part that moved, vanished or changed its colour does.
 struct PictureDifference {
     double mean = 255;  ///< over all pixels and channels, 0..255
-    int most = 255;     ///< of any pixel's channel
+    int most = 255;     ///< the maximum over all pixels and channels
 };
 
 inline QImage reducedPicture(const QImage& picture) {
@@ -44,7 +44,7 @@ inline PictureDifference pictureDifference(const QImage& reduced, const QImage& 
     return difference;
 }
 
-/// Compares with the kept picture of that name. With KESTRO_KEEP_PICTURES set, keeps this one instead.
+/// Compares with the stored picture of that name. With KESTRO_KEEP_PICTURES set, stores this one instead.
 inline void expectLikeKeptPicture(const QImage& picture, const QString& name) {
     const QString path = QStringLiteral(KESTRO_SOURCE_DIR "/tests/ui/pictures/") + name + QStringLiteral(".png");
     const QImage reduced = reducedPicture(picture);

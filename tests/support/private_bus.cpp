@@ -34,13 +34,13 @@ constexpr auto configuration = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DT
 </busconfig>
 )";
 
-/// In the address of a bus only letters, digits and few signs stand for themselves. The same are safe in XML.
+/// In a bus address only letters, digits and a few symbols stand for themselves. They are safe in XML, too.
 QString escapedForAddress(const QString& path) {
     return QString::fromLatin1(QUrl::toPercentEncoding(path, "/", "~"));
 }
 
-/// Starts the daemon, which writes its address into `output`. Not by QProcess: its child lives in the memory of
-/// this process for a while, and the thread sanitizer then takes this process for the child and stops looking.
+/// Starts the daemon, which writes its address to `output`. QProcess is unsuitable: its child briefly shares
+/// this process's memory, and the thread sanitizer then mistakes this process for the child and stops checking.
 pid_t startDaemon(const std::string& configurationFile, const Descriptor& output) {
     std::string program = "dbus-daemon";
     std::string file = "--config-file=" + configurationFile;
@@ -59,7 +59,7 @@ pid_t startDaemon(const std::string& configurationFile, const Descriptor& output
     return failure == 0 ? child : -1;
 }
 
-/// What comes before the first newline; what came so far when the other end closes.
+/// Everything before the first newline, or everything so far if the other end closes.
 std::string readLine(const Descriptor& input) {
     std::string line;
     for (char next = 0; ::read(input.get(), &next, 1) == 1 && next != '\n';) {

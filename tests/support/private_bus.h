@@ -10,7 +10,7 @@
 
 namespace kestro {
 
-/// A message bus of the test's own, without any service that could be started on it. Ended with the object.
+/// A private message bus for a test, without activatable services. It ends with the object.
 class PrivateBus {
 public:
     PrivateBus();
@@ -18,15 +18,15 @@ public:
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
 
-    /// A connection of its own each time, closed with the bus.
+    /// A new connection each time, closed with the bus.
     QDBusConnection connect();
 
-    /// Ends the daemon as a crash would.
+    /// Kills the daemon, as a crash would.
     void kill();
 
     const QString& address() const { return address_; }
 
-    /// A connection that was never made.
+    /// A connection that never existed.
     static QDBusConnection none() { return QDBusConnection(QStringLiteral("no such bus")); }
 
 private:

@@ -13,13 +13,12 @@
 
 namespace kestro {
 
-/// Keeps a program from what the session of the person who starts it decides: scales, fonts' resolution,
-/// styles, desktop, language, displays, buses, and where files lie. Made in main() before the application
-/// object. Windows have no screen, no bus can be reached, and every folder of the user's is an empty one that
-/// goes with this object.
+/// Isolates a program from the caller's session: scales, font resolution, styles, desktop, language, displays,
+/// buses and file locations. Create it in main() before the application object. Windows have no screen, no bus
+/// can be reached, and every folder of the user is an empty temporary one that is removed with this object.
 class SealedEnvironment {
 public:
-    /// `scale` is that of every window, as the toolkit reads it.
+    /// `scale` applies to every window, in the toolkit's format.
     explicit SealedEnvironment(const char* scale = "1") {
         if (!home_.isValid()) {
             qFatal("no folder for the files of the program: %s", qPrintable(home_.errorString()));
@@ -41,7 +40,7 @@ public:
     }
 
 private:
-    /// What finds the toolkit's parts, and what one sets to look into the program, stays.
+    /// Keeps variables that locate the toolkit's parts or help to debug the program.
     static bool isKept(std::string_view name) {
         constexpr std::array<std::string_view, 5> kept{"QT_PLUGIN_PATH", "QT_QPA_PLATFORM_PLUGIN_PATH",
                                                        "QT_LOGGING_RULES", "QT_DEBUG_PLUGINS",

@@ -9,8 +9,8 @@
 
 namespace kestro {
 
-/// A simulated machine with everything that observes and drives it, for tests and pictures of the surfaces.
-/// A test that must arrange the machine or its preferences before the objects are made passes `arrange`.
+/// A simulated machine with everything that observes and controls it, for tests and pictures of the surfaces. A
+/// test that must prepare the machine or its preferences before the objects are created passes `arrange`.
 struct SimulatedServices {
     SimulatedServices() : SimulatedServices([](SimulatedMac&) {}) {}
 
@@ -20,7 +20,7 @@ struct SimulatedServices {
         objects = std::make_unique<Objects>(mac);
     }
 
-    /// The references that the surfaces take.
+    /// The references that the surfaces need.
     KestroServices services() {
         return {objects->engine, objects->settings, objects->fanManager, objects->keepAwake,
                 objects->powerManager};
@@ -34,7 +34,8 @@ struct SimulatedServices {
 
     void advance(std::chrono::nanoseconds duration) { mac.advance(duration); }
 
-    /// As after half a minute with the dashboard open: full histories, processes listed, power mode read.
+    /// Advances to the state after half a minute with the dashboard open: full histories, processes listed,
+    /// power mode read.
     void settle() {
         objects->engine.setUIActive(true);
         mac.advance(std::chrono::seconds(40));

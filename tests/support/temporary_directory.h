@@ -10,7 +10,7 @@
 
 namespace kestro {
 
-/// A directory of a test's own, removed with everything in it.
+/// A temporary directory, removed with everything in it.
 class TemporaryDirectory {
 public:
     TemporaryDirectory() {
@@ -27,7 +27,7 @@ public:
     const std::filesystem::path& path() const { return path_; }
     std::string operator/(std::string_view name) const { return (path_ / name).string(); }
 
-    /// Writes a file, and the directories above it where they are missing.
+    /// Writes a file, creating missing parent directories.
     void write(std::string_view name, std::string_view text) const {
         const auto file = path_ / name;
         std::filesystem::create_directories(file.parent_path());
