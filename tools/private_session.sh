@@ -1,20 +1,20 @@
 #!/usr/bin/env bash
-# private_session.sh PROGRAM [ARGUMENT...]: runs a program in a session of its own and ends with its status: a
-# display that nobody sees, a bus, a window manager and an empty home. Nothing of the caller's session gets in, and
-# nothing of this one outlives it.
+# private_session.sh PROGRAM [ARGUMENT...]: runs a program in a private session and exits with its status. The
+# session has a hidden display, a bus, a window manager and an empty home. Nothing leaks in from the caller's
+# session, and nothing of this one outlives it.
 set -euo pipefail
 
 say() { printf 'private session: %s\n' "$*" >&2; }
 
-# Always below /tmp: the bus wants a short path without spaces, and the display has its socket there anyway.
+# Always below /tmp: the bus needs a short path without spaces, and the display has its socket there anyway.
 home=$(mktemp -d /tmp/kestro-session-XXXXXX)
 mkdir -m 700 "$home/run"
 
 environment=(HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" XDG_CACHE_HOME="$home/cache"
     XDG_RUNTIME_DIR="$home/run" XDG_SESSION_TYPE=x11 DBUS_SESSION_BUS_ADDRESS="unix:path=$home/bus"
     NO_AT_BRIDGE=1 GSETTINGS_BACKEND=memory LC_ALL=C.UTF-8)
-# What finds programs and their parts, and what looks into them. Scales, styles, displays, languages and folders
-# are the caller's own.
+# Variables that locate programs and their parts, or help to debug them. Scales, styles, displays, languages and
+# folders of the caller do not apply here.
 for name in PATH USER LOGNAME LD_LIBRARY_PATH QT_PLUGIN_PATH FONTCONFIG_FILE FONTCONFIG_PATH QT_LOGGING_RULES \
     ASAN_OPTIONS LSAN_OPTIONS UBSAN_OPTIONS TSAN_OPTIONS KESTRO_TEST_RUN; do
     if [ -n "${!name:-}" ]; then
@@ -26,8 +26,8 @@ sealed() { exec env -i "${environment[@]}" "$@"; }
 program=''
 servers=()
 
-# Ends the program first, while it still has a display and a bus, then the rest, also what the bus has started:
-# all of it carries the session's folder in its environment.
+# Ends the program first, while it still has a display and a bus, then everything else, including what the bus
+# has started: all these processes have the session's folder in their environment.
 stop() {
     local pid tries
     trap '' INT TERM HUP
@@ -49,7 +49,7 @@ stop() {
         kill -KILL "$pid" 2>/dev/null || true
     done
     wait 2>/dev/null || true
-    # What was killed and is no child of this process may write until it is gone.
+    # Killed processes that are not children of this one may write until they are gone.
     rm -rf "$home" 2>/dev/null || { sleep 0.2; rm -rf "$home"; } || say "cannot remove $home"
 }
 members() { grep -sl --null-data -Fx "XDG_RUNTIME_DIR=$home/run" /proc/[0-9]*/environ | cut -d/ -f3 || true; }
@@ -57,7 +57,7 @@ trap stop EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM HUP
 
-# server NAME READY: the process started last serves the session; waits until READY says that it does.
+# server NAME READY: registers the last started process as a server of the session; waits until READY succeeds.
 server() {
     local name=$1 ready=$2 pid=$! tries
     servers=("$pid" "${servers[@]}")

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# virtual_session.sh KESTRO PICTURES: runs Kestro in a private session, saves a picture of each surface, and prints
-# the readout line by line until it is stopped.
+# virtual_session.sh KESTRO PICTURES: runs Kestro in a private session, saves a picture of each surface, and
+# prints the readout line by line until it is stopped.
 set -euo pipefail
 if [ "$1" != --inside ]; then
     mkdir -p "$2"
@@ -13,10 +13,10 @@ pictures=$3
 program=$!
 trap 'kill "$program" 2>/dev/null || true; wait "$program" || true; exit 143' TERM
 
-# Without a panel Kestro shows a strip of its own, whose window carries the readout as its name.
+# Without a panel Kestro shows its own strip, whose window is named after the readout.
 window=''
 for ((tries = 300; tries > 0; --tries)); do
-    # A window that dies while it is listed makes xwininfo fail; the next look finds it gone.
+    # A window that closes while xwininfo lists it makes xwininfo fail; the next attempt no longer lists it.
     window=$({ xwininfo -root -tree 2>/dev/null || true; } | awk '/"Kestro: / && !found { found = $1 } END { print found }')
     [ -n "$window" ] && break
     kill -0 "$program" 2>/dev/null || { wait "$program"; exit 1; }
@@ -27,7 +27,7 @@ done
 xprop -id "$window" -spy _NET_WM_NAME | sed -u 's/^_NET_WM_NAME[^=]*= "Kestro: //; s/"$//' &
 
 notify() { dbus-send --type=signal /kestro/notify "kestro.notify.$1"; }
-picture() {  # in the background, since a signal waits for the end of what is in front
+picture() {  # in the background, since a trap waits for the foreground command to finish
     sleep 2 &
     wait $!
     import -window root "$pictures/$1.png"
