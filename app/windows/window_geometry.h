@@ -52,7 +52,7 @@ Qt::Edges resizeEdges(QPoint position, QSize content);
 /// `size` in the middle of the available area.
 QRect centred(QSize size, const QRect& available);
 
-/// 860 × 750, or smaller to fit the screen, but at least 480 high.
+/// 860 × 750, or lower on a smaller screen, but at least 480 high.
 QSize settingsWindowSize(const QRect& available);
 
 }  // namespace kestro

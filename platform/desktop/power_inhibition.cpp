@@ -154,7 +154,7 @@ void PowerInhibition::releaseLock() {
 
 void PowerInhibition::refuse() {
     state_ = State::refused;
-    // Deferred, because the caller of this moment sees the state itself.
+    // Deferred: a caller that is asking right now reads the state itself.
     QMetaObject::invokeMethod(
         &patience_, [this] { onRefused_(); }, Qt::QueuedConnection);
 }

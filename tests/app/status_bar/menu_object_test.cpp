@@ -96,7 +96,7 @@ TEST_F(MenuObjectTest, IsBuiltOnceForReadingAndRebuiltForEveryOpening) {
     EXPECT_EQ(built, 3);
 }
 
-TEST_F(MenuObjectTest, IsRebuiltForHostsThatReportAnOpeningOnlyByEvent) {
+TEST_F(MenuObjectTest, IsRebuiltForHostsThatReportAnOpeningDifferently) {
     const int submenu = child(layout(), 2).id;
 
     menuCall(*item, "AboutToShow", {submenu});

@@ -102,7 +102,7 @@ TEST_F(SniStatusItemTest, ReturnsAllPropertiesAtOnce) {
     EXPECT_EQ(qdbus_cast<QVariantMap>(reply.arguments().at(0)).size(), 19);
 }
 
-TEST_F(SniStatusItemTest, IntrospectionListsEverythingItServes) {
+TEST_F(SniStatusItemTest, DescribesItsMethods) {
     startMonitors();
     const auto item = makeItem();
 

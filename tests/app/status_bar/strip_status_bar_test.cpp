@@ -113,7 +113,7 @@ TEST_F(StripStatusBarTest, NeverTakesTheKeyboard) {
     EXPECT_EQ(viewOf("kestro-main")->focusPolicy(), Qt::NoFocus);
 }
 
-TEST_F(StripStatusBarTest, KeepsItsWidthWhileTheTextChanges) {
+TEST_F(StripStatusBarTest, DoesNotShrinkWhileTheTextChanges) {
     const auto main = bar.createItem(QStringLiteral("kestro-main"), {});
     main->setContent(titled(" RAM 9%"));
     const int one = main->geometry().width();

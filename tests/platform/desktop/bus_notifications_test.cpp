@@ -161,7 +161,7 @@ TEST_F(BusNotificationsTest, TheDocumentedShellCommandsWork) {
     EXPECT_THAT(received, ElementsAre(NotificationUserInfo{}, tab("Keep-Awake")));
 }
 
-TEST_F(BusNotificationsTest, LosingTheBusDeliversNothing) {
+TEST_F(BusNotificationsTest, StillDeliverWithinTheProcessAfterLosingTheBus) {
     bus.kill();
     ASSERT_TRUE(waitUntil([&] { return !ownBus.isConnected(); }));
 

@@ -39,7 +39,7 @@ public:
     std::size_t heldCalls() const;
     void answerHeld();
 
-    /// Takes the name off the bus, and puts it back.
+    /// Releases the name on the bus, and acquires it again.
     void vanish();
     void appear();
 

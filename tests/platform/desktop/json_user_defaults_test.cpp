@@ -192,7 +192,7 @@ TEST_F(JsonUserDefaultsTest, IsSavedWhenASignalEndsTheProcess) {
 }
 
 TEST_F(JsonUserDefaultsTest, IsSavedWhenTheToolkitExits) {
-    // The child runs this test again, with a directory of its own: the variable holds the parent's.
+    // The child runs this test again, in its own directory: the variable holds the parent's.
     constexpr auto variable = "KESTRO_TEST_PREFERENCES";
     if (qEnvironmentVariableIsEmpty(variable)) {
         qputenv(variable, path.c_str());

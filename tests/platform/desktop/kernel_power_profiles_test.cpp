@@ -67,7 +67,7 @@ TEST_F(PowerProfilesTest, ARefusalOrAMissingProgramChangesNothing) {
     EXPECT_EQ(contentsOf(kernelFile()), "balanced\n");
 }
 
-TEST_F(PowerProfilesTest, CancelAPromptWithoutAnAnswer) {
+TEST_F(PowerProfilesTest, ClosingCancelsAnUnansweredPrompt) {
     setKernel("balanced", "low-power balanced performance");
     const std::string pidFile = paths.root + "/pid";
     setPkexec("cd '" + paths.root + "' && echo $$ > pid.new && mv pid.new pid; exec sleep 1000");

@@ -97,7 +97,7 @@ TEST_F(PowerProfilesTest, SurviveMalformedSignals) {
     EXPECT_TRUE(reports(reportOf('2')));
 }
 
-TEST_F(PowerProfilesTest, ReportNoModeWhileTheDaemonIsSlow) {
+TEST_F(PowerProfilesTest, ReportNoModeUntilASlowDaemonReplies) {
     timing.firstAnswer = 10ms;
     FakeDaemon daemon(bus.connect(), newName);
     daemon.service.hold(true);
