@@ -11,10 +11,10 @@
 
 namespace kestro {
 
-/// Calls every subscriber once per announcement, in the order of subscription. An announcement made inside
-/// another one waits until the running one has reached every subscriber; a subscriber that joined after an
-/// announcement was made is not called for it. Subscribing, unsubscribing and destroying the announcer
-/// inside a call are safe. Main thread only. Announcing allocates nothing unless it is re-entrant.
+/// Calls every subscriber once per announcement, in subscription order. A nested announcement is queued until the
+/// running one has reached every subscriber. A subscriber that joins after an announcement was made misses that
+/// one. Subscribing, unsubscribing and destroying the announcer inside a callback are safe. Main thread only.
+/// Announcing allocates nothing unless it is nested.
 template <typename... Args>
 class Announcer {
 public:
@@ -25,13 +25,13 @@ public:
     Announcer(const Announcer&) = delete;
     Announcer& operator=(const Announcer&) = delete;
 
-    /// The callback runs until the returned object dies.
+    /// The callback stays subscribed until the returned object is destroyed.
     Subscription subscribe(Callback callback) const {
         return Subscription(list_, list_->add(std::move(callback)));
     }
 
-    /// `arguments` is asked before each call, so that no subscriber sees a value that is no longer true.
-    /// Returns false when the announcer was destroyed by a subscriber.
+    /// Invokes `arguments` before each call, so that no subscriber sees a stale value. Returns false if a
+    /// subscriber destroyed the announcer.
     template <typename Arguments>
     bool announceWith(Arguments&& arguments) {
         const auto list = list_;
@@ -42,7 +42,7 @@ public:
         return announceWith([](const Callback& callback) { callback(); });
     }
 
-    /// Whether an announcement is being delivered at this moment.
+    /// Whether an announcement is being delivered right now.
     bool isAnnouncing() const { return list_->announcing(); }
 
 private:
@@ -59,11 +59,11 @@ private:
                 return;
             }
             if (announcing_) {
-                // The callback may be the one that is running: it is destroyed after the pass.
+                // The callback may be the running one: destroy it after the pass.
                 (*found)->live = false;
                 needsSweep_ = true;
             } else {
-                // Out of the list first: destroying the callback may unsubscribe others.
+                // Remove it from the list first: destroying the callback may unsubscribe others.
                 const auto retired = std::move(*found);
                 slots_.erase(found);
             }
@@ -120,7 +120,7 @@ private:
             slots_.erase(firstDead, slots_.end());
         }
 
-        std::vector<std::unique_ptr<Slot>> slots_;  // pointers: a slot stays put while the list grows
+        std::vector<std::unique_ptr<Slot>> slots_;  // pointers keep slots in place while the list grows
         std::vector<std::uint64_t> waiting_;
         std::uint64_t lastId_ = 0;
         bool announcing_ = false;

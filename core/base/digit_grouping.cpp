@@ -21,7 +21,7 @@ DigitGrouping DigitGrouping::ofLocale(const char* name) {
     if (locale == locale_t{}) {
         return english();
     }
-    // localeconv has no form that takes a locale, so this thread's is changed around the call.
+    // localeconv has no variant that takes a locale, so switch this thread's locale around the call.
     const locale_t previous = uselocale(locale);
     const lconv* conventions = localeconv();
     DigitGrouping found{conventions->thousands_sep, conventions->grouping};
@@ -33,7 +33,7 @@ DigitGrouping DigitGrouping::ofLocale(const char* name) {
         return english();
     }
     if (!isValidUtf8(found.separator)) {
-        // In the legacy encodings, where it is one byte, the no-break space is the one separator beyond ASCII.
+        // Legacy encodings have only one single-byte separator beyond ASCII: the no-break space.
         found.separator = noBreakSpace;
     }
     return found;

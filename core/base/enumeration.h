@@ -7,9 +7,9 @@
 
 namespace kestro {
 
-/// The one table of a closed enumeration. A specialisation holds
-/// `static constexpr std::array rows`, one row per case in case order, each with at least the members
-/// `value` (the case) and `rawValue` (its stored form). Cases are numbered from 0 without gaps.
+/// The table of a closed enumeration. A specialisation defines `static constexpr std::array rows`, one row per
+/// case in case order, each with at least the members `value` (the case) and `rawValue` (its stored form). Cases
+/// are numbered from 0 without gaps.
 template <typename E>
 struct EnumerationTable;
 
@@ -59,7 +59,7 @@ constexpr std::optional<E> fromRawValue(std::string_view text) {
     return std::nullopt;
 }
 
-/// True when the rows stand in case order; every table is checked with it at compile time.
+/// True when the rows are in case order. Every table checks this at compile time.
 template <ClosedEnumeration E>
 constexpr bool tableIsInCaseOrder() {
     std::size_t index = 0;

@@ -6,11 +6,11 @@
 
 namespace kestro {
 
-/// The JSON value that the whole of `text` is; a discarded one when it is none. Pure; any thread. The library
-/// reads fractions by the decimal point of the process's locale: LC_NUMERIC has to stay "C".
+/// Parses the whole of `text` as one JSON value; returns a discarded value when it is not valid JSON. Pure; any
+/// thread. The library parses fractions with the process locale's decimal point, so LC_NUMERIC must stay "C".
 template <typename Json = nlohmann::json>
 Json parsedJson(std::string_view text) {
-    // The parser takes a zero byte, which no JSON holds, for the end of the text.
+    // The parser treats a zero byte, which is never valid JSON, as the end of the text.
     const bool endsEarly = text.find('\0') != std::string_view::npos;
     return endsEarly ? Json(Json::value_t::discarded) : Json::parse(text, nullptr, false);
 }

@@ -4,8 +4,8 @@
 
 namespace kestro {
 
-/// Lets work that comes back later see whether its owner still exists. The owner keeps a Lifetime as its
-/// last member; the work keeps `watch()` and does nothing once it has expired. Both on the main thread.
+/// Lets deferred work check whether its owner still exists. The owner keeps a Lifetime as its last member; the
+/// work keeps `watch()` and does nothing once it has expired. Main thread only.
 class Lifetime {
 public:
     std::weak_ptr<const void> watch() const { return token_; }

@@ -9,13 +9,13 @@
 
 namespace kestro {
 
-/// A value that announces every assignment. Shared part of both forms of Published below.
+/// A value that announces every assignment. Common base of both forms of Published below.
 ///
-/// Every assignment, one of an equal value included, calls every subscriber exactly once, on the main
-/// thread, after the value has changed. A subscriber always receives the newest value: when one of them
-/// assigns again, the ones after it are called once for each assignment, both times with the newer value.
-/// Subscribing, unsubscribing, assigning again and destroying the owner inside a call are safe; the
-/// reference that a subscriber receives stays valid until the outermost notification has ended.
+/// Every assignment, even of an equal value, calls every subscriber exactly once, on the main thread, after the
+/// value has changed. Subscribers always receive the newest value: when one of them assigns again, those after it
+/// are still called once per assignment, both times with the newer value. Subscribing, unsubscribing, reassigning
+/// and destroying the owner inside a callback are safe. The reference passed to a subscriber stays valid until the
+/// outermost notification ends.
 template <typename T>
 class PublishedValue {
 public:
@@ -28,8 +28,8 @@ public:
 
     const T& get() const { return state_->value; }
 
-    /// Calls `callback` with the new value after every assignment, until the returned object dies.
-    /// It is not called for the value held at the moment of subscribing.
+    /// Calls `callback` with the new value after every assignment, until the returned object is destroyed. Does
+    /// not call it for the current value.
     Subscription subscribe(Callback callback) const { return announcer_.subscribe(std::move(callback)); }
 
 protected:
@@ -37,8 +37,8 @@ protected:
 
     void assign(T value) { assignBySwapping(value); }
 
-    /// As `assign`, and leaves in `value` what was held before, so that its storage can be used again; an
-    /// assignment inside a notification leaves an empty value.
+    /// Like `assign`, but returns the previous value in `value` so that the caller can reuse its storage. An
+    /// assignment inside a notification returns an empty value.
     void assignBySwapping(T& value) {
         const auto state = state_;  // a subscriber may destroy this object
         if (announcer_.isAnnouncing()) {
@@ -56,7 +56,7 @@ protected:
 private:
     struct State {
         T value{};
-        std::deque<T> retired;  // values that a running notification may still refer to
+        std::deque<T> retired;  // values that a running notification may still reference
     };
 
     void announce(const std::shared_ptr<State>& state) {
@@ -67,8 +67,8 @@ private:
     mutable Announcer<const T&> announcer_;
 };
 
-/// A value that only its `Owner` assigns and that everybody may read and observe. The owner assigns with
-/// `set`, or with `swapIn` to get the old value's storage back. See PublishedValue for the guarantees.
+/// A value that only its `Owner` may assign and that anyone may read and observe. The owner assigns with `set`, or
+/// with `swapIn` to reuse the old value's storage. See PublishedValue for the guarantees.
 template <typename T, typename Owner = void>
 class Published : public PublishedValue<T> {
 public:
@@ -80,14 +80,14 @@ private:
     void swapIn(T& value) { this->assignBySwapping(value); }
 };
 
-/// A value that anybody may assign.
+/// A value that anyone may assign.
 template <typename T>
 class Published<T, void> : public PublishedValue<T> {
 public:
     using PublishedValue<T>::PublishedValue;
     void set(T value) { this->assign(std::move(value)); }
 
-    /// As `set`, and leaves the old value in `value`, for its storage.
+    /// Like `set`, but returns the old value in `value` so that its storage can be reused.
     void swapIn(T& value) { this->assignBySwapping(value); }
 };
 

@@ -6,7 +6,7 @@
 
 namespace kestro {
 
-/// The list that a Subscription leaves when it dies. Main thread only.
+/// The list from which a Subscription removes itself. Main thread only.
 class SubscriberList {
 public:
     virtual ~SubscriberList() = default;
@@ -15,8 +15,8 @@ public:
     virtual void unsubscribe(std::uint64_t id) = 0;
 };
 
-/// One subscriber's place in a list, given up when this object dies. Move-only; may outlive the list.
-/// Main thread only.
+/// One subscriber's entry in a list, removed when this object is destroyed. Move-only; may outlive the list. Main
+/// thread only.
 class [[nodiscard]] Subscription {
 public:
     Subscription() = default;

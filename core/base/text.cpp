@@ -21,7 +21,7 @@ std::size_t utf8SequenceLength(std::string_view bytes) {
     if (bytes.size() < length) {
         return 0;
     }
-    // Some leads narrow the range of the byte after them (Unicode, table 3-7).
+    // Some lead bytes restrict the range of the byte that follows (Unicode, table 3-7).
     const unsigned char lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     const unsigned char highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
     if (byteAt(1) < lowest || byteAt(1) > highest) {

@@ -5,16 +5,16 @@
 
 namespace kestro {
 
-/// ASCII white space, as text from tools and from the kernel has it.
+/// ASCII white space, as found in the output of tools and of the kernel.
 inline constexpr std::string_view whiteSpace = " \t\n\v\f\r";
 
 /// `text` without white space at either end.
 std::string_view trimmed(std::string_view text);
 
-/// Cuts the first piece between white space off `text` and returns it; empty when there is none left.
+/// Removes the first white-space-separated token from `text` and returns it; empty when none is left.
 std::string_view takePiece(std::string_view& text);
 
-/// How many bytes the well-formed UTF-8 sequence at the start of `bytes` has: no overlong form, no surrogate,
+/// Length in bytes of the well-formed UTF-8 sequence at the start of `bytes`: no overlong form, no surrogate,
 /// nothing beyond U+10FFFF. 0: there is none.
 std::size_t utf8SequenceLength(std::string_view bytes);
 
@@ -22,7 +22,7 @@ std::size_t utf8SequenceLength(std::string_view bytes);
 /// U+007F to U+009F.
 bool beginsWithControl(std::string_view text);
 
-/// Whether `bytes` are well-formed UTF-8 to their end.
+/// Whether `bytes` is well-formed UTF-8 throughout.
 bool isValidUtf8(std::string_view bytes);
 
 }  // namespace kestro

@@ -5,8 +5,8 @@
 
 namespace kestro {
 
-/// The reading that drives a curve, in degrees Celsius; the source's fallback where it is not above 0.
-/// Pure; any thread.
+/// The reading that drives a curve, in degrees Celsius; the source's fallback when it is not above 0. Pure; any
+/// thread.
 double drivingTemperature(SensorSource source, const ThermalTelemetry& thermals);
 
 }  // namespace kestro

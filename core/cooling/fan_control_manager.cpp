@@ -73,7 +73,7 @@ void FanControlManager::applyProfile(FanProfile profile) {
 }
 
 void FanControlManager::applyPreset(CurvePreset preset) {
-    // The ranges without a fan to ask; deliberately not those of the default curves.
+    // Ranges for a missing fan; deliberately different from those of the default curves.
     constexpr SpeedRange leftFallback{1200.0, 7300.0};
     constexpr SpeedRange rightFallback{1300.0, 7800.0};
     activePreset.set(preset);
@@ -87,7 +87,7 @@ void FanControlManager::applyPreset(CurvePreset preset) {
 }
 
 void FanControlManager::updateCurve(std::int64_t fanIndex, const FanCurveConfig& config) {
-    const FanCurveConfig edited = config;  // the caller's may be one of our own curves
+    const FanCurveConfig edited = config;  // `config` may alias one of our own curves
     activePreset.set(std::nullopt);
     if (fanIndex == 0 || isLinked.get()) {
         leftCurve.set(edited);
@@ -174,7 +174,7 @@ void FanControlManager::evaluateAndApplyCurves() {
 
 void FanControlManager::engageCustom() {
     if (currentProfile.get() == FanProfile::custom) {
-        return;  // the next firing of the timer picks the new curves up
+        return;  // the next timer tick picks up the new curves
     }
     currentProfile.set(FanProfile::custom);
     settings_.fanProfile.set(FanProfile::custom);

@@ -19,10 +19,9 @@ class TelemetryEngine;
 class UserSettings;
 struct Platform;
 
-/// Holds the cooling choice, the two fan curves and the speeds that they ask for. The speeds are computed
-/// once a second while the profile is `custom`, and only displayed: nothing is ever written to the hardware.
-/// Fan 0 is the left fan, fan 1 the right one. Main thread only. Must not be destroyed from inside one
-/// of its own notifications.
+/// Holds the fan profile, the two fan curves and the speeds they ask for. Speeds are computed once a second while
+/// the profile is `custom`, and only displayed: nothing is ever written to the hardware. Fan 0 is the left fan,
+/// fan 1 the right one. Main thread only. Must not be destroyed inside one of its own notifications.
 class FanControlManager {
 public:
     FanControlManager(const Platform& platform, UserSettings& settings, TelemetryEngine& engine, SMCReader& smc);
@@ -30,7 +29,7 @@ public:
     FanControlManager(const FanControlManager&) = delete;
     FanControlManager& operator=(const FanControlManager&) = delete;
 
-    /// The process-wide manager on the current platform, made at first use.
+    /// The process-wide manager on the current platform, created on first use.
     static FanControlManager& shared();
 
     Published<FanProfile, FanControlManager> currentProfile;
@@ -42,33 +41,33 @@ public:
     Published<FanCurveConfig, FanControlManager> leftCurve;
     Published<FanCurveConfig, FanControlManager> rightCurve;
 
-    /// The preset that was applied last, `balancedEveryday` at the start; none after an edit.
+    /// The last applied preset, initially `balancedEveryday`; nullopt after an edit.
     Published<std::optional<CurvePreset>, FanControlManager> activePreset;
     Published<double, FanControlManager> evaluatedLeftTargetRPM;
     Published<double, FanControlManager> evaluatedRightTargetRPM;
 
-    /// Makes `profile` current, stores it and applies it; a target is kept in `customRPM` and stored.
+    /// Makes `profile` current, stores it and applies it. A target is stored too, and kept in `customRPM`.
     void setProfile(FanProfile profile, std::optional<double> targetRPM = std::nullopt);
 
-    /// Makes `profile` current without storing it, then applies it: for callers that store first.
+    /// Makes `profile` current and applies it without storing it, for callers that store first.
     void selectProfile(FanProfile profile);
 
-    /// Replaces both curves from a preset, over each fan's own speed range, and switches to `custom`.
+    /// Replaces both curves with a preset, scaled to each fan's speed range, and switches to `custom`.
     void applyPreset(CurvePreset preset);
 
-    /// Installs an edited curve for fan 0 or 1, for both while linked, and switches to `custom`.
+    /// Installs an edited curve for fan 0 or 1, or for both while linked, and switches to `custom`.
     void updateCurve(std::int64_t fanIndex, const FanCurveConfig& config);
 
     /// Links or unlinks the two curves; linking copies the left one to the right fan.
     void toggleLinking();
 
-    /// Reads the fan inventory and gives the curves its fans' speed ranges, without storing them. Done once, at
-    /// construction; later changes come by `followFans`.
+    /// Reads the fan inventory and applies each fan's speed range to its curve, without storing it. Called once,
+    /// at construction; `followFans` handles later changes.
     void refreshHardware();
 
-    /// Takes the fans that a sample has read for the inventory, unless they are the same but for their speeds. A
-    /// new fan gives its curve its range, an exchanged one if the curve has the range of the old one: what the
-    /// user edited stays. One that is gone for a while is not new when it comes back. Nothing is stored.
+    /// Updates the inventory from sampled fans, unless only their speeds changed. A new fan applies its range to
+    /// its curve. A replaced fan does so only if the curve still has the old fan's range, so user edits survive. A
+    /// fan that disappears and returns does not count as new. Stores nothing.
     void followFans(const std::vector<FanTelemetry>& fans);
 
 private:
@@ -84,7 +83,7 @@ private:
     static SpeedRange rangeOf(const std::vector<FanTelemetry>& fans, std::size_t index, SpeedRange fallback);
     static FanCurveConfig withRange(FanCurveConfig curve, SpeedRange range);
 
-    /// Evaluates the curves at once for `custom`; does nothing for the other profiles or without fans.
+    /// For `custom`, evaluates the curves at once; does nothing for other profiles or without fans.
     void applyProfile(FanProfile profile);
 
     void takeInventory(const std::vector<FanTelemetry>& fans);
@@ -98,7 +97,7 @@ private:
     UserSettings& settings_;
     TelemetryEngine& engine_;
     SMCReader& smc_;
-    std::array<std::optional<SpeedRange>, 2> knownRanges_;  ///< of the left and the right fan, when last seen
+    std::array<std::optional<SpeedRange>, 2> knownRanges_;  ///< left and right fan, as last seen
     std::unique_ptr<RunLoopTimer> evalTimer_;
 };
 

@@ -11,11 +11,12 @@ namespace kestro {
 
 namespace {
 
-// Fields are written in their order. Reading keeps none: a lookup then costs little, however many there are.
+// Writing preserves the field order. Reading does not need it, so lookup stays cheap however many fields there
+// are.
 using OrderedJson = nlohmann::ordered_json;
 using Json = nlohmann::json;
 
-/// The share of the span at position `t` between the two temperatures, both 0..1.
+/// The fraction of the speed range at position `t` between the two temperatures, both 0..1.
 double shapedFraction(CurveShape shape, double t) {
     switch (shape) {
         case CurveShape::sCurve:
@@ -96,7 +97,7 @@ double FanCurveConfig::evaluateRPM(double temperature) const {
         return std::max(minRPM, std::min(fixedRPM, maxRPM));
     }
     const double ceiling = acousticCeilingEnabled ? std::min(acousticCeilingRPM, maxRPM) : maxRPM;
-    // Negated comparisons: a bound that is not a number takes the safe way out.
+    // Negated comparisons, so that a NaN bound takes the safe branch.
     if (!(minRPM < ceiling) || temperature <= lowTemp) {
         return minRPM;
     }

@@ -9,7 +9,7 @@
 
 namespace kestro {
 
-/// The user's choice of cooling. Only `custom` computes anything; the others are stored and shown.
+/// The user's fan profile. Only `custom` computes anything; the others are just stored and shown.
 enum class FanProfile { silent, normal, cool, turbo, custom };
 
 template <>
@@ -76,7 +76,7 @@ struct EnumerationTable<CurveShape> {
 };
 static_assert(tableIsInCaseOrder<CurveShape>());
 
-/// Ready-made curves. Some cases and labels differ on purpose.
+/// Ready-made curves. Some labels deliberately differ from the case names.
 enum class CurvePreset { quietStudio, balancedEveryday, aggressiveTurbo, linearPro };
 
 template <>
@@ -127,7 +127,7 @@ constexpr std::string_view iconName(CurvePreset preset) {
     return tableRow(preset).iconName;
 }
 
-/// Degrees Celsius that stand for a source whose reading is not above 0.
+/// Degrees Celsius to assume for a source whose reading is not above 0.
 constexpr double fallbackTemperature(SensorSource source) {
     return tableRow(source).fallbackTemperature;
 }
@@ -140,12 +140,12 @@ struct FanCurveConfig {
     double highTemp = 84.0;  ///< at or above it the fan runs at the ceiling
     double minRPM = 1250.0;
     double maxRPM = 7300.0;
-    bool isFixedRPM = false;  ///< the curve is ignored and `fixedRPM` used
+    bool isFixedRPM = false;  ///< ignore the curve and use `fixedRPM`
     double fixedRPM = 2400.0;
     bool acousticCeilingEnabled = false;  ///< the upper end of the curve is capped
     double acousticCeilingRPM = 6000.0;
 
-    /// The curves in use as long as none is stored.
+    /// The curves in use until others are stored.
     static constexpr FanCurveConfig leftDefault() { return {}; }
     static constexpr FanCurveConfig rightDefault() {
         FanCurveConfig config;
@@ -154,7 +154,7 @@ struct FanCurveConfig {
         return config;
     }
 
-    /// The speed for a temperature. What is not a number gives `minRPM`, but never from `highTemp` on.
+    /// The speed for a temperature. A NaN result becomes `minRPM`, but never at or above `highTemp`.
     double evaluateRPM(double temperature) const;
 
     friend bool operator==(const FanCurveConfig&, const FanCurveConfig&) = default;
@@ -163,11 +163,11 @@ struct FanCurveConfig {
 /// The preset's complete curve for a fan with the given speed range.
 FanCurveConfig applyTo(CurvePreset preset, double minRPM, double maxRPM);
 
-/// The stored form: a JSON object of exactly the ten fields, enumerations by their raw value. nullopt: a
-/// figure is not finite, which JSON cannot hold.
+/// The stored form: a JSON object with exactly the ten fields, enumerations by raw value. nullopt: a number is not
+/// finite, which JSON cannot represent.
 std::optional<std::string> encodeFanCurve(const FanCurveConfig& config);
 
-/// Reads the stored form. nullopt: a field is missing or of another type, or the text is not JSON.
+/// Parses the stored form. nullopt: the text is not JSON, or a field is missing or of another type.
 std::optional<FanCurveConfig> decodeFanCurve(std::string_view json);
 
 }  // namespace kestro

@@ -4,7 +4,7 @@
 
 namespace kestro {
 
-/// Whether a display mode has the processor's load read also while only the status bar shows.
+/// Whether a display mode also samples the CPU load while only the status bar is visible.
 constexpr bool readsCPUWhileIdle(MenubarDisplayMode mode) {
     return mode == MenubarDisplayMode::combined || mode == MenubarDisplayMode::tripleGlance ||
            mode == MenubarDisplayMode::cpuOnly;

@@ -40,7 +40,7 @@ std::string versionText(ProcessInfoService& processInfo) {
 }
 
 WallTime bootTimeOf(const Platform& platform) {
-    // What the clock's type can hold; a kernel that says otherwise is not believed.
+    // The range of the clock's type; clamp a kernel value outside it.
     constexpr std::int64_t latest = 9'000'000'000;
     const auto boot = platform.systemControl.bootTime();
     return boot ? WallTime(std::chrono::seconds(std::clamp<std::int64_t>(boot->seconds, 0, latest)))
@@ -105,7 +105,7 @@ void TelemetryEngine::restartTimer() {
 
 void TelemetryEngine::sampleFull() {
     const auto sample = ++newestSample_;
-    // The spare records are taken out while they are filled: a subscriber may ask for a sample of its own.
+    // Take the spare records out while filling them: a subscriber may trigger a nested sample.
     auto newFans = std::exchange(spareFans_, {});
     readers_.smc.readFans(newFans);
     auto newMemory = readers_.memory.read();
@@ -173,7 +173,7 @@ bool TelemetryEngine::readsLoadWhileIdle() const {
 void TelemetryEngine::enterHistories(const HistoryEntry& newest) {
     pendingEntries_.push_back(newest);
     if (std::exchange(isEnteringHistories_, true)) {
-        return;  // a subscriber of a history has this sample taken: the older one's entry is completed first
+        return;  // nested sample, triggered by a history's subscriber: the outer loop appends it in order
     }
     for (std::size_t next = 0; next < pendingEntries_.size(); ++next) {
         const HistoryEntry entry = pendingEntries_[next];
@@ -231,7 +231,7 @@ std::string TelemetryEngine::formatTemp(double celsius) const {
 }
 
 std::string TelemetryEngine::formatFanRPM(double rpm) const {
-    // Wide enough for any fan, and a number that is none cannot be converted.
+    // Wide enough for any fan. A NaN cannot be converted to an integer.
     constexpr double fastest = 1e15;
     const double wholeRPM = std::isnan(rpm) ? 0 : std::clamp(std::trunc(rpm), -fastest, fastest);
     return format(settings_.fanSpeedUnit.get(), static_cast<std::int64_t>(wholeRPM));
@@ -239,7 +239,7 @@ std::string TelemetryEngine::formatFanRPM(double rpm) const {
 
 std::string TelemetryEngine::uptimeString() const {
     const auto since = std::chrono::duration_cast<std::chrono::seconds>(platform_.clock.wallNow() - bootTime_);
-    // A wall clock that was set back would otherwise count below zero.
+    // Do not go negative after the wall clock is set back.
     const std::int64_t seconds = std::max<std::int64_t>(since.count(), 0);
     const std::int64_t days = seconds / 86400;
     const std::int64_t hours = seconds % 86400 / 3600;

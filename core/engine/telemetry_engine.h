@@ -34,10 +34,10 @@ class ThermalReader;
 class UserSettings;
 struct Platform;
 
-/// What the engine samples, one reader each.
+/// The sources that the engine samples, one reader each.
 enum class TelemetrySource : std::uint8_t { fans, memory, thermals, cpu, disk, network, power };
 
-/// The readers that one engine drives; references that outlive it.
+/// The readers that an engine drives, as references that outlive it.
 struct TelemetryReaders {
     CPUReader& cpu;
     MemoryReader& memory;
@@ -49,10 +49,10 @@ struct TelemetryReaders {
     ProcessReader& processes;
 };
 
-/// Drives the readers on a timer and keeps their latest results. While a window shows, each tick samples
-/// every source; otherwise only what the status bar can display. Main thread only, but for the process
-/// listing, which runs in the background and is assigned back on the main thread.
-/// Must not be destroyed from inside one of its own notifications.
+/// Drives the readers on a timer and keeps their latest results. While a window is visible, each tick samples
+/// every source; otherwise only what the status bar can display. Main thread only, except that processes are
+/// listed in the background and published on the main thread. Must not be destroyed inside one of its own
+/// notifications.
 class TelemetryEngine {
 public:
     /// Starts the timer; takes no sample.
@@ -61,7 +61,7 @@ public:
     TelemetryEngine(const TelemetryEngine&) = delete;
     TelemetryEngine& operator=(const TelemetryEngine&) = delete;
 
-    /// The process-wide engine on the current platform, made at first use.
+    /// The process-wide engine on the current platform, created on first use.
     static TelemetryEngine& shared();
 
     Published<std::vector<FanTelemetry>, TelemetryEngine> fans;
@@ -73,37 +73,37 @@ public:
     Published<PowerTelemetry, TelemetryEngine> power;
     Published<std::vector<ProcessInfoItem>, TelemetryEngine> topProcesses;
 
-    /// Exactly 30 entries each, oldest first: percent, and bytes per second.
+    /// Exactly 30 entries each, oldest first. CPU in percent, network in bytes per second.
     Published<std::vector<double>, TelemetryEngine> cpuHistory;
     Published<std::vector<double>, TelemetryEngine> netDownHistory;
     Published<std::vector<double>, TelemetryEngine> netUpHistory;
 
-    /// Whether the popover, the dashboard or the settings window is showing.
+    /// Whether the popover, the dashboard or the settings window is visible.
     Published<bool, TelemetryEngine> isUIActive;
 
-    /// A changed value restarts the timer with its new period and, when true, samples everything at once;
-    /// an equal value does nothing.
+    /// A changed value restarts the timer with the new period and, when true, takes a full sample at once. An
+    /// equal value does nothing.
     void setUIActive(bool active);
 
-    /// Whether the readout contains the processor's load, which is then read also while nothing else shows,
-    /// whatever the display mode says. False at first; counts from the next tick.
+    /// Whether the readout contains the CPU load, which is then sampled even while nothing else is visible,
+    /// regardless of the display mode. Initially false; takes effect on the next tick.
     void setReadoutShowsLoad(bool shows) { readoutShowsLoad_ = shows; }
 
-    /// Whether the processor's load is read while only the status bar shows: for the readout or by the mode.
+    /// Whether the CPU load is sampled while only the status bar is visible, because of the readout or the mode.
     bool readsLoadWhileIdle() const;
 
-    /// Takes and publishes one sample of every source. When a subscriber has a newer sample taken meanwhile,
-    /// the rest of the older one is neither published nor entered in the histories.
+    /// Samples and publishes every source. If a subscriber triggers a newer sample, the rest of this one is
+    /// neither published nor added to the histories.
     void sampleFull();
 
-    /// Whether a sample has published a reading of `source`, a fallback included. Until then its property holds
-    /// the initial value, which a reading may equal.
+    /// Whether a sample has published a reading of `source`, fallbacks included. Until then the property holds its
+    /// initial value, which a real reading may equal.
     bool hasSampled(TelemetrySource source) const { return sampled_.test(static_cast<std::size_t>(source)); }
 
-    /// Starts one background listing of the top processes; the one that finishes last is kept.
+    /// Starts one background listing of the top processes; the last one to finish wins.
     void refreshProcesses();
 
-    /// Replaces the timer with one of the current period, for after a change of the polling profile.
+    /// Restarts the timer with the current period. Call it after the polling profile changes.
     void restartTimer();
 
     /// Pass-through to the settings.
@@ -112,11 +112,11 @@ public:
     MenubarDisplayMode menubarMode() const;
     void setMenubarMode(MenubarDisplayMode mode);
 
-    /// Display texts in the units that the user chose.
+    /// Display texts in the user's units.
     std::string formatTemp(double celsius) const;
     std::string formatFanRPM(double rpm) const;
 
-    /// Time since the machine booted: "5h 3m", or "2d 0h 41m" from one day on.
+    /// Time since boot: "5h 3m", or "2d 0h 41m" after the first day.
     std::string uptimeString() const;
 
     const std::string& macModel() const { return macModel_; }
@@ -126,14 +126,14 @@ public:
 private:
     using History = Published<std::vector<double>, TelemetryEngine>;
 
-    /// What one sample adds to the three histories, which stay in step with one another.
+    /// What one sample adds to the three histories, which advance in lockstep.
     struct HistoryEntry {
         double totalUsage;
         double downloadBytesPerSec;
         double uploadBytesPerSec;
     };
 
-    /// What the status bar can display, as `sampleFull` does it when a newer sample is taken meanwhile.
+    /// Samples what the status bar can display. Yields to a nested newer sample, like `sampleFull`.
     void sampleLightweight();
     void markSampled(TelemetrySource source) { sampled_.set(static_cast<std::size_t>(source)); }
     void enterHistories(const HistoryEntry& newest);
@@ -146,7 +146,7 @@ private:
     std::string macOSVersion_;
     WallTime bootTime_;
 
-    // What was published before the present values, kept for its storage: a tick allocates nothing.
+    // Previously published values, kept for their storage so that a tick allocates nothing.
     std::vector<FanTelemetry> spareFans_;
     CPUTelemetry spareCPU_;
     std::vector<double> spareHistory_;

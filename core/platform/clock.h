@@ -4,10 +4,10 @@
 
 namespace kestro {
 
-/// Wall-clock time: follows the user's calendar, may jump.
+/// Wall-clock time: follows the user's clock and may jump.
 using WallTime = std::chrono::system_clock::time_point;
 
-/// Time that never goes back; its origin has no meaning.
+/// Time that never goes backwards; its origin is arbitrary.
 using MonotonicTime = std::chrono::steady_clock::time_point;
 
 /// The two clocks. Any thread; never fails.

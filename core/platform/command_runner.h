@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// What a program printed on its standard output, byte for byte. Standard error is drained and dropped.
+/// What a program wrote to standard output, byte for byte. Standard error is drained and dropped.
 struct CommandOutput {
     std::string standardOutput;
     std::int32_t exitStatus = 0;
@@ -18,8 +18,8 @@ class CommandRunner {
 public:
     virtual ~CommandRunner() = default;
 
-    /// nullopt: the program could not be launched. A program that prints too much or never ends is stopped
-    /// after a bound that the platform sets; what it printed until then is returned.
+    /// nullopt: the program could not be launched. The platform sets limits on output and run time; a program that
+    /// exceeds one is stopped, and its output so far is returned.
     virtual std::optional<CommandOutput> run(const std::string& executable,
                                              const std::vector<std::string>& arguments) = 0;
 };

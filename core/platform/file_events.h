@@ -14,9 +14,9 @@ public:
     virtual ~FileEventSource() = default;
 };
 
-/// Event-only watching of one small file in a directory that strangers may write to, and the few operations
-/// on that file. Every operation refuses a path that is not a regular file owned by this user and writable by
-/// nobody else; none follows a link or blocks. Main thread.
+/// Event-driven watching of one small file in a directory where other users may write, and the few operations on
+/// that file. Every operation rejects a path that is not a regular file, owned by this user and writable by no
+/// other user; none follows a symbolic link or blocks. Main thread.
 class FileEvents {
 public:
     using Handler = std::function<void()>;
@@ -26,15 +26,15 @@ public:
 
     virtual ~FileEvents() = default;
 
-    /// Creates an empty file, writable by this user only, unless something exists at the path already.
+    /// Creates an empty file that only this user may write, unless something already exists at the path.
     virtual void createIfMissing(const std::string& path) = 0;
 
-    /// Calls `handler` on the main thread after every write to the file, also after the file was replaced by
-    /// another one or deleted and created again. nullptr: the file cannot be watched.
+    /// Calls `handler` on the main thread after every write to the file, even after the file is replaced, or
+    /// deleted and recreated. nullptr: the file cannot be watched.
     [[nodiscard]] virtual std::unique_ptr<FileEventSource> watchWrites(const std::string& path,
                                                                        Handler handler) = 0;
 
-    /// The file's bytes, at most the first `longestRead`. nullopt: it cannot be read or is not to be trusted.
+    /// The file's contents, at most the first `longestRead` bytes. nullopt: it cannot be read or is not trusted.
     virtual std::optional<std::string> read(const std::string& path) = 0;
 
     /// Empties the file; failures are ignored.

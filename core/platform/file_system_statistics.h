@@ -10,7 +10,7 @@ namespace kestro {
 struct FileSystemStatus {
     std::uint64_t fragmentSize = 0;     ///< f_frsize, bytes
     std::uint64_t blocks = 0;           ///< f_blocks, in fragments
-    std::uint64_t availableBlocks = 0;  ///< f_bavail: what an unprivileged user may still use
+    std::uint64_t availableBlocks = 0;  ///< f_bavail: available to unprivileged users
 };
 
 /// File-system statistics. Main thread.

@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// A client of the event system. Valid for as long as the event system.
+/// A client of the event system. Valid as long as the event system exists.
 using HIDClient = std::uint32_t;
 
 /// One of a client's services: a sensor. Valid until the client's next `copyServices`.
@@ -24,14 +24,14 @@ public:
     /// Restricts the client to services of this usage; 0xFF00 and 5 select the temperature sensors.
     virtual void setMatching(HIDClient client, std::int32_t primaryUsagePage, std::int32_t primaryUsage) = 0;
 
-    /// The matching services in a stable order. nullopt: no list could be made.
+    /// The matching services in a stable order. nullopt: they could not be listed.
     virtual std::optional<std::vector<HIDService>> copyServices(HIDClient client) = 0;
 
     /// The service's "Product" text; nullopt when it has none.
     virtual std::optional<std::string> copyProduct(HIDService service) = 0;
 
-    /// The level of the service's temperature event in degrees Celsius; nullopt when there is no event,
-    /// for example for a moment after resume.
+    /// The level of the service's temperature event in degrees Celsius; nullopt when there is no event, for
+    /// example briefly after resume.
     virtual std::optional<double> copyTemperatureEvent(HIDService service) = 0;
 };
 

@@ -7,12 +7,12 @@
 
 namespace kestro {
 
-/// The answer of `host_processor_info` for the flavour PROCESSOR_CPU_LOAD_INFO.
+/// The result of `host_processor_info` for the flavour PROCESSOR_CPU_LOAD_INFO.
 struct ProcessorLoadInfo {
     std::uint32_t processorCount = 0;
 
-    /// Four cumulative tick counts for each logical core, in the order user, system, idle, nice. They wrap
-    /// as 32-bit numbers. Owned by the caller, who gives it back with `vmDeallocate`. Null data: no array.
+    /// Four cumulative tick counts per logical core, in the order user, system, idle, nice. They wrap at 32 bits.
+    /// Owned by the caller, who releases it with `vmDeallocate`. Null data: no array.
     std::span<std::int32_t> info;
 };
 
@@ -25,16 +25,16 @@ struct VirtualMemoryStatistics {
     std::uint32_t compressorPageCount = 0;
 };
 
-/// The kernel's host port: processor ticks and virtual-memory statistics. Main thread; in steady state no
-/// call allocates memory.
+/// The kernel's host port: processor ticks and virtual-memory statistics. Main thread; no call allocates memory in
+/// steady state.
 class MachHost {
 public:
     virtual ~MachHost() = default;
 
-    /// nullopt: the kernel did not answer, or with counters that make no sense.
+    /// nullopt: the call failed or returned implausible counters.
     virtual std::optional<ProcessorLoadInfo> hostProcessorInfo() = 0;
 
-    /// Gives back an array of `hostProcessorInfo`; `byteCount` is its length in integers times 4.
+    /// Releases an array from `hostProcessorInfo`; `byteCount` is its length in integers times 4.
     virtual void vmDeallocate(std::int32_t* address, std::size_t byteCount) = 0;
 
     /// nullopt: the statistics cannot be read.

@@ -8,16 +8,16 @@
 
 namespace kestro {
 
-/// Interface flags, numbered as everywhere: IFF_UP, IFF_LOOPBACK and IFF_RUNNING.
+/// Interface flags with the usual values of IFF_UP, IFF_LOOPBACK and IFF_RUNNING.
 inline constexpr std::uint32_t interfaceUp = 0x1;
 inline constexpr std::uint32_t interfaceLoopback = 0x8;
 inline constexpr std::uint32_t interfaceRunning = 0x40;
 
-/// Address families that are in use; every other one crosses the port as `other`.
+/// The address families in use; all others cross the port as `other`.
 enum class AddressFamily : std::uint8_t { other = 0, ipv4 = 2, link = 18 };
 
-/// Traffic counters of a link-level entry, in bytes since some moment in the past. They outlast the interface's
-/// going down and coming up, and begin at 0 where it is made anew.
+/// Traffic counters of a link-level entry, in bytes since an arbitrary time. They survive taking the interface
+/// down and up, and restart at 0 when it is recreated.
 struct InterfaceStatistics {
     std::uint64_t receivedBytes = 0;
     std::uint64_t sentBytes = 0;
@@ -29,7 +29,7 @@ struct InterfaceAddress {
     std::array<std::uint8_t, 4> ipv4{};
 };
 
-/// One entry of `getifaddrs`. An interface has several: one at link level and one for each address.
+/// One entry of `getifaddrs`. An interface has several: one at link level and one per address.
 struct InterfaceEntry {
     std::string name;
     std::uint32_t flags = 0;
@@ -42,11 +42,11 @@ class NetworkInterfaces {
 public:
     virtual ~NetworkInterfaces() = default;
 
-    /// Every entry in the system's order. nullopt: the call failed. An interface that only repeats the
-    /// traffic of another one has no link-level entry.
+    /// Every entry in the system's order. nullopt: the call failed. An interface that only repeats another's
+    /// traffic has no link-level entry.
     virtual std::optional<std::vector<InterfaceEntry>> getifaddrs() = 0;
 
-    /// The numeric text of an address (NI_NUMERICHOST); nullopt: it cannot be written.
+    /// The numeric text of an address (NI_NUMERICHOST); nullopt: it cannot be formatted.
     virtual std::optional<std::string> getnameinfo(const InterfaceAddress& address) = 0;
 };
 

@@ -19,7 +19,7 @@ class ScriptRunner;
 class SystemControl;
 class UserDefaults;
 
-/// Everything that the program needs from the machine and the session, as references that outlive every user.
+/// Everything that the program needs from the machine and the session, as references that outlive all users.
 struct Platform {
     Clock& clock;
     RunLoop& runLoop;
@@ -38,8 +38,8 @@ struct Platform {
     DistributedNotifications& notifications;
     FileEvents& fileEvents;
 
-    /// The platform that the process-wide shared objects are built on. `install` comes first, once, from
-    /// main; asking before that is a bug of ours.
+    /// The platform on which the process-wide shared objects are built. main calls `install` once; calling
+    /// `current` before that is a bug.
     static const Platform& current();
     static void install(const Platform& platform);
 };

@@ -16,8 +16,8 @@ using PowerSourceValue = std::variant<bool, std::int64_t, std::string>;
 /// percent of 100), "BatteryHealth" (text), "Time to Empty" (integer minutes, negative while estimating).
 using PowerSourceDescription = std::map<std::string, PowerSourceValue, std::less<>>;
 
-/// The power sources that the system publishes. Main thread; some milliseconds where the
-/// firmware behind a battery answers slowly.
+/// The power sources that the system publishes. Main thread; takes a few milliseconds when a battery's firmware is
+/// slow.
 class PowerSources {
 public:
     virtual ~PowerSources() = default;

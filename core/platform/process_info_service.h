@@ -5,8 +5,8 @@
 
 namespace kestro {
 
-/// The running system's name and version. The name belongs to the platform ("macOS" on a Mac, the NAME of
-/// os-release on Linux), so that no machine claims to be another.
+/// The running system's name and version. The name depends on the platform ("macOS" on a Mac, NAME from os-release
+/// on Linux), so that no system poses as another.
 struct OperatingSystemVersion {
     std::string productName;
     std::int64_t major = 0;
@@ -19,7 +19,7 @@ class ProcessInfoService {
 public:
     virtual ~ProcessInfoService() = default;
 
-    /// Bytes of physical memory that the system can use.
+    /// Bytes of physical memory available to the system.
     virtual std::uint64_t physicalMemory() = 0;
 
     /// 0 nominal, 1 fair, 2 serious, 3 critical.

@@ -6,10 +6,10 @@
 
 namespace kestro {
 
-/// How urgent background work is: `userInitiated` for work that somebody waits for, `utility` for the rest.
+/// Urgency of background work: `userInitiated` when the user is waiting for it, `utility` otherwise.
 enum class TaskPriority { utility, userInitiated };
 
-/// A running timer; destroying it invalidates it, also from inside its own firing.
+/// A running timer; destroying it cancels it, even inside its own callback.
 class RunLoopTimer {
 public:
     virtual ~RunLoopTimer() = default;
@@ -22,18 +22,17 @@ public:
 
     virtual ~RunLoop() = default;
 
-    /// Calls `task` on the main thread every `period` until the returned timer dies. A firing
-    /// never comes inside another call, except in an event loop that this one runs. Timers are coarse: firings
-    /// may be late by a fraction of the period so that timers share a wake-up, and missed firings are not made
-    /// up for. Of timers that fall due together the oldest fires first; what a firing posts may run before or
-    /// after the next one's. Main thread.
+    /// Calls `task` on the main thread every `period` until the returned timer is destroyed. A timer never fires
+    /// inside another call, except in an event loop that the call runs. Timers are coarse: they may fire late by a
+    /// fraction of the period to share wake-ups, and missed firings are dropped. Of timers due together the oldest
+    /// fires first; a task posted by one may run before or after the next timer fires. Main thread.
     [[nodiscard]] virtual std::unique_ptr<RunLoopTimer> scheduleRepeating(std::chrono::milliseconds period,
                                                                           Task task) = 0;
 
     /// Appends a task to the main thread's queue. Any thread.
     virtual void post(Task task) = 0;
 
-    /// Runs a task off the main thread; tasks may overlap and end in any order. Any thread.
+    /// Runs a task off the main thread; tasks may overlap and finish in any order. Any thread.
     virtual void runInBackground(TaskPriority priority, Task task) = 0;
 };
 

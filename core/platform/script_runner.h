@@ -4,13 +4,13 @@
 
 namespace kestro {
 
-/// Executes a script of the scripting service; the system may ask the user for an administrator's consent,
-/// so a call can take as long as a person does. Any background thread.
+/// Executes a script of the scripting service. The system may ask the user for administrator consent, so a call
+/// may block until the user responds. Any background thread.
 class ScriptRunner {
 public:
     virtual ~ScriptRunner() = default;
 
-    /// Returns when the script has ended. The result and any error are of no use to callers.
+    /// Returns when the script has ended. Callers need neither the result nor any error.
     virtual void execute(const std::string& source) = 0;
 };
 

@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// The parts of the kernel's swap-usage record that are in use, in bytes.
+/// The fields of the kernel's swap-usage record that are in use, in bytes.
 struct SwapUsage {
     std::uint64_t total = 0;
     std::uint64_t used = 0;
@@ -19,7 +19,7 @@ struct TimeValue {
     std::int64_t microseconds = 0;
 };
 
-/// Kernel state by name. Main thread. Every call returns nullopt for a name that this kernel does not have.
+/// Kernel state by name. Main thread. Every call returns nullopt for a name that this kernel lacks.
 class SystemControl {
 public:
     virtual ~SystemControl() = default;
@@ -32,7 +32,7 @@ public:
     /// "hw.perflevel1.name", "hw.model", "machdep.cpu.brand_string".
     virtual std::optional<std::string> sysctlByNameText(std::string_view name) = 0;
 
-    /// "vm.swapusage". A machine without swap answers zeros.
+    /// "vm.swapusage". Zeros on a machine without swap.
     virtual std::optional<SwapUsage> swapUsage() = 0;
 
     /// {CTL_KERN, KERN_BOOTTIME}.

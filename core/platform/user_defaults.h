@@ -9,14 +9,14 @@
 
 namespace kestro {
 
-/// A data blob of the preferences.
+/// A data blob in the preferences.
 using PreferenceData = std::vector<std::uint8_t>;
 
-/// A stored preference. The kinds are kept apart: what was written as an integer reads back as one.
+/// A stored preference. Types are preserved: what was written as an integer reads back as one.
 using PreferenceValue = std::variant<bool, std::int64_t, double, std::string, PreferenceData>;
 
-/// The per-user preferences domain. Main thread. Reads see every earlier write at once; the platform decides
-/// when the values reach the disk, at the latest before the process ends. Writing never fails visibly.
+/// The per-user preferences domain. Main thread. Reads see every earlier write immediately. The platform decides
+/// when values reach the disk, at the latest before the process ends. Write errors are not reported.
 class UserDefaults {
 public:
     virtual ~UserDefaults() = default;

@@ -52,7 +52,7 @@ void KeepAwakeManager::activate(KeepAwakeDuration duration, std::optional<KeepAw
         targetMode.set(*target);
         settings_.keepAwakeTargetMode.set(*target);
     }
-    // The old assertion goes before the new one is asked for, so that at most one is ever held.
+    // Release the old assertion before requesting the new one, so that at most one is ever held.
     releaseAssertion();
     timer_.reset();
     const auto created =
@@ -66,7 +66,7 @@ void KeepAwakeManager::activate(KeepAwakeDuration duration, std::optional<KeepAw
         currentDuration.set(duration);
     }
     if (assertionID_ != *created) {
-        return;  // a subscriber has ended or restarted the period, and what it did stands
+        return;  // a subscriber ended or restarted the period; keep its change
     }
     const auto length = seconds(duration);
     if (!length) {
@@ -85,7 +85,7 @@ void KeepAwakeManager::deactivate() {
     expirationDate_.reset();
     remainingSeconds.set(std::nullopt);
     if (assertionID_ != 0) {
-        return;  // a subscriber has started a new period, and that one stands
+        return;  // a subscriber started a new period; keep it
     }
     isActive.set(false);
 }

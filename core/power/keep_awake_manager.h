@@ -15,10 +15,9 @@ class RunLoopTimer;
 class UserSettings;
 struct Platform;
 
-/// Keeps the machine, and if wished the display, from idle sleep by holding one power assertion, counts a
-/// timed period down, and ends it when the time runs out, when the user says so, when the battery is low, or
-/// when the system takes the assertion away. Main thread only. Must not be destroyed from inside one of its own
-/// notifications.
+/// Keeps the machine, and optionally the display, from idle sleep by holding one power assertion. Counts down a
+/// timed period and ends it when the time is up, on the user's request, when the battery is low, or when the
+/// system revokes the assertion. Main thread only. Must not be destroyed inside one of its own notifications.
 class KeepAwakeManager {
 public:
     KeepAwakeManager(const Platform& platform, UserSettings& settings);
@@ -26,27 +25,28 @@ public:
     KeepAwakeManager(const KeepAwakeManager&) = delete;
     KeepAwakeManager& operator=(const KeepAwakeManager&) = delete;
 
-    /// The process-wide manager on the current platform, made at first use.
+    /// The process-wide manager on the current platform, created on first use.
     static KeepAwakeManager& shared();
 
     Published<bool, KeepAwakeManager> isActive;
     Published<KeepAwakeDuration, KeepAwakeManager> currentDuration;
 
-    /// Seconds left; none while inactive or without end.
+    /// Seconds left; nullopt while inactive or indefinite.
     Published<std::optional<double>, KeepAwakeManager> remainingSeconds;
     Published<KeepAwakeTarget, KeepAwakeManager> targetMode;
 
-    /// Starts, or starts again. A refused assertion changes nothing but what was released before asking.
+    /// Starts or restarts a period. Releases the old assertion first; if the new one is refused, nothing else
+    /// changes.
     void activate(KeepAwakeDuration duration, std::optional<KeepAwakeTarget> target = std::nullopt);
     void deactivate();
 
-    /// Starts with the default duration of the settings, or stops.
+    /// Starts with the default duration from the settings, or stops.
     void toggle();
 
-    /// A different target restarts an active period with its full duration.
+    /// Changing the target restarts an active period with its full duration.
     void setTargetMode(KeepAwakeTarget mode);
 
-    /// Ends an active period when the battery, not charging, has fallen to the threshold of the settings.
+    /// Ends an active period when the battery is not charging and has fallen to the threshold in the settings.
     /// `batteryLevel` in percent.
     void checkBatterySafeguard(double batteryLevel, bool isCharging);
 

@@ -29,7 +29,7 @@ struct EnumerationTable<KeepAwakeDuration> {
 };
 static_assert(tableIsInCaseOrder<KeepAwakeDuration>());
 
-/// Length of the period; nullopt: it never ends by itself.
+/// Length of the period; nullopt: it never ends on its own.
 constexpr std::optional<double> seconds(KeepAwakeDuration duration) {
     return tableRow(duration).seconds;
 }
@@ -51,7 +51,7 @@ struct EnumerationTable<KeepAwakeTarget> {
 };
 static_assert(tableIsInCaseOrder<KeepAwakeTarget>());
 
-/// The type of power assertion that the target asks for.
+/// The type of power assertion that the target requires.
 constexpr std::string_view assertionType(KeepAwakeTarget target) {
     return tableRow(target).assertionType;
 }

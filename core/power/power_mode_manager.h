@@ -11,9 +11,9 @@ namespace kestro {
 class RunLoopTimer;
 struct Platform;
 
-/// Shows and changes the system-wide power mode. Reads it every five seconds in the background; a switch
-/// runs in the background too and is followed by a read, so what is published is what the system did.
-/// Published values change on the main thread only.
+/// Shows and changes the system-wide power mode. Polls it every five seconds in the background. A switch also runs
+/// in the background and is followed by a read, so the published value is what the system actually did. Published
+/// values change on the main thread only.
 class PowerModeManager {
 public:
     explicit PowerModeManager(const Platform& platform);
@@ -21,17 +21,17 @@ public:
     PowerModeManager(const PowerModeManager&) = delete;
     PowerModeManager& operator=(const PowerModeManager&) = delete;
 
-    /// The process-wide manager on the current platform, made at first use.
+    /// The process-wide manager on the current platform, created on first use.
     static PowerModeManager& shared();
 
-    /// The mode last read; `balanced` until the first read has ended.
+    /// The mode last read; `balanced` until the first read completes.
     Published<SystemPowerMode, PowerModeManager> currentMode;
     Published<bool, PowerModeManager> supportsHighPowerMode;
 
-    /// Asks the system to switch; returns at once and never changes `currentMode` by itself.
+    /// Asks the system to switch; returns at once and never changes `currentMode` itself.
     void setPowerMode(SystemPowerMode mode);
 
-    /// Reads the mode again in the background; the read that ends last is kept.
+    /// Rereads the mode in the background; the last read to finish wins.
     void refreshPowerMode();
 
 private:

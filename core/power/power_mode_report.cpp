@@ -8,14 +8,14 @@ namespace kestro {
 
 namespace {
 
-/// The second of the pieces between white space; nullopt when there are fewer.
+/// The second white-space-separated token; nullopt when there are fewer.
 std::optional<std::string_view> secondPiece(std::string_view line) {
     takePiece(line);
     const auto second = takePiece(line);
     return second.empty() ? std::nullopt : std::optional(second);
 }
 
-/// The mode that one line decides on; nullopt: the next line is to be asked.
+/// The mode that one line selects; nullopt: continue with the next line.
 std::optional<SystemPowerMode> modeOfLine(std::string_view line) {
     if (line.starts_with("powermode")) {
         const auto value = secondPiece(line);

@@ -43,7 +43,7 @@ constexpr std::string_view iconName(SystemPowerMode mode) {
     return tableRow(mode).iconName;
 }
 
-/// The number that the power-management tool has for the mode; not in case order.
+/// The number that the power-management tool uses for the mode; not in case order.
 constexpr std::string_view toolValue(SystemPowerMode mode) {
     return tableRow(mode).toolValue;
 }

@@ -22,49 +22,49 @@ struct ReadoutSymbol {
     friend bool operator==(const ReadoutSymbol&, const ReadoutSymbol&) = default;
 };
 
-/// Beside or instead of text, in the readout's own size.
+/// Next to or in place of text, in the readout's own size.
 inline constexpr ReadoutSymbol readoutSymbol{"waveform.path.ecg", "Kestro", 12};
 
-/// Alone, for a list without any module, in the natural size of a status bar's icons.
+/// Alone, for an empty module list, in the natural size of a status-bar icon.
 inline constexpr ReadoutSymbol emptyReadoutSymbol{"waveform.path.ecg", "Kestro", 16};
 
-/// The user's choice of what the readout shows and how. The modules are only referred to.
+/// The user's choice of what the readout shows and how. Does not own the modules.
 struct ReadoutLayout {
     std::span<const MenubarModuleType> modules;
     MenubarDelimiter delimiter = MenubarDelimiter::middleDot;
 
-    /// `iconsAndText` shows what the modules say. `textOnly` drops the symbol as long as there is text.
-    /// `iconOnly` shows the symbol, whether the list holds it or not, and no text.
+    /// `iconsAndText` shows what is listed. `textOnly` hides the symbol whenever there is text. `iconOnly` shows
+    /// only the symbol, listed or not.
     MenubarIconStyle iconStyle = MenubarIconStyle::iconsAndText;
 
-    /// The layout as the settings stand now.
+    /// The layout from the current settings.
     static ReadoutLayout of(const UserSettings& settings);
 };
 
-/// The composed readout. Comparing two is the cheap way to see whether anything has changed.
+/// The composed readout. Comparing two is a cheap way to detect changes.
 struct Readout {
     std::optional<ReadoutSymbol> symbol;
 
-    /// The title after the symbol, with the blank that sets it apart.
+    /// The title after the symbol, including the blank that separates them.
     std::string title;
 
-    /// The texts of all modules, joined, whether the style shows them or not: for accessibility.
+    /// The joined texts of all modules, even if the style hides them: for accessibility.
     std::string spokenText;
 
     friend bool operator==(const Readout&, const Readout&) = default;
 };
 
-/// Composes the readout from its modules in list order; the symbol always leads, wherever it is listed.
+/// Composes the readout from its modules in list order; the symbol always comes first, wherever it is listed.
 /// Pure; any thread.
 Readout composeReadout(const ReadoutLayout& layout, const ReadoutInputs& inputs);
 
-/// The same into `readout`, whose buffers are used again: nothing is allocated in steady state.
+/// The same, but into `readout`, reusing its buffers: no allocation in steady state.
 void composeReadout(const ReadoutLayout& layout, const ReadoutInputs& inputs, Readout& readout);
 
-/// The widest that the readout can become on this machine, so that a panel can keep the room.
+/// The widest readout possible on this machine, so that a panel can reserve the room.
 Readout widestReadout(const ReadoutLayout& layout, const WidestTextInputs& inputs);
 
-/// The whole readout in one line for hosts that show no title: "Kestro: RAM 42% · 1420 RPM".
+/// The whole readout in one line, for hosts that show no title: "Kestro: RAM 42% · 1420 RPM".
 std::string readoutToolTip(const Readout& readout);
 
 }  // namespace kestro

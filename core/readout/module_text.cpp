@@ -17,7 +17,7 @@ void append(std::string& text, fmt::format_string<Args...> format, Args&&... arg
     fmt::format_to(std::back_inserter(text), format, std::forward<Args>(args)...);
 }
 
-/// Truncated toward zero; what is not a number counts as 0, and what is out of range as the range's end.
+/// Truncates toward zero. NaN becomes 0; values out of range are clamped.
 std::int64_t wholeNumber(double value) {
     if (std::isnan(value)) {
         return 0;
@@ -129,8 +129,8 @@ void appendKeepAwake(std::string& text, const ReadoutInputs& inputs) {
     }
 }
 
-/// A figure of as many digits as the fan's greatest speed has, at least four. Only the inventory decides, so that
-/// the room that a panel keeps stands still.
+/// As many nines as the fan's maximum speed has digits, at least four. Depends only on the inventory, so that the
+/// room a panel reserves stays constant.
 int widestSpeed(bool isFast) {
     return isFast ? 99999 : 9999;
 }
@@ -154,7 +154,7 @@ void appendFormattedText(std::string& text, MenubarModuleType module, const Read
             return appendPercent(text, label("CPU ", inputs.showLabels), inputs.cpu != nullptr,
                                  inputs.cpu ? inputs.cpu->totalUsage : 0);
         case MenubarModuleType::cpuClusters:
-            // The first cluster is the one of the performance cores.
+            // The first cluster is the performance cores.
             appendPercent(text, "P:", inputs.cpu != nullptr, inputs.cpu ? inputs.cpu->cluster0Usage : 0);
             return appendPercent(text, " E:", inputs.cpu != nullptr, inputs.cpu ? inputs.cpu->cluster1Usage : 0);
         case MenubarModuleType::thermal:
@@ -218,7 +218,7 @@ void appendWidestText(std::string& text, MenubarModuleType module, const WidestT
             text += profileText(FanProfile::custom);
             return;
         case MenubarModuleType::powerMode:
-            // The widest picture with the widest word: the bolt may come from a narrower text font.
+            // The widest emoji with the widest word: the bolt may come from a narrower text font.
             text += "🚀 AUTO";
             return;
         case MenubarModuleType::network:

@@ -7,11 +7,11 @@
 
 namespace kestro {
 
-/// Keeps one readout up to date, and beside it the widest one. A composition allocates nothing in steady state,
-/// and the widest readout is composed only when the layout or the machine has changed. Any one thread.
+/// Maintains one readout and its widest form. Composing allocates nothing in steady state; the widest readout is
+/// recomposed only when the layout or the machine has changed. Any one thread.
 class ReadoutComposer {
 public:
-    /// Composes anew. Whether the readout or the widest one differs from before; the first time always.
+    /// Recomposes. Returns whether the readout or the widest one has changed; always true the first time.
     bool compose(const ReadoutLayout& layout, const ReadoutInputs& inputs);
 
     const Readout& readout() const { return readout_; }
@@ -24,7 +24,7 @@ private:
     Readout spare_;
     Readout widest_;
 
-    // What the widest readout was composed from; no inputs: it was not yet.
+    // What the widest readout was composed from; no inputs: not composed yet.
     std::vector<MenubarModuleType> modules_;
     MenubarDelimiter delimiter_ = MenubarDelimiter::middleDot;
     MenubarIconStyle iconStyle_ = MenubarIconStyle::iconsAndText;

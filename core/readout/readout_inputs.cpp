@@ -10,7 +10,7 @@ namespace kestro {
 
 namespace {
 
-/// A share of nothing cannot be told.
+/// Without a total there is no share to show.
 template <typename Record>
 const Record* withSize(const Record* record) {
     return record && record->totalBytes > 0 ? record : nullptr;

@@ -21,8 +21,8 @@ class PowerModeManager;
 class TelemetryEngine;
 class UserSettings;
 
-/// What the modules of the readout show. It only refers to the records: a null one has nothing to show, and all
-/// are to be used before the next sample replaces them.
+/// What the readout's modules show. Does not own the records: a null one has nothing to show, and all must be used
+/// before the next sample replaces them.
 struct ReadoutInputs {
     const CPUTelemetry* cpu = nullptr;
     const MemoryTelemetry* memory = nullptr;
@@ -38,8 +38,8 @@ struct ReadoutInputs {
     bool showLabels = true;
 };
 
-/// The inputs as everything stands now. A record is absent before its first sample and only then, whatever the
-/// reading says; but for memory and disk without a size, of which no share can be told. Main thread.
+/// The current inputs. A record is null only before its first sample, whatever it reads; memory and disk also when
+/// their size is 0, because no share can be computed. Main thread.
 ReadoutInputs readoutInputs(const TelemetryEngine& engine, const UserSettings& settings,
                             const FanControlManager& fanManager, const KeepAwakeManager& keepAwake,
                             const PowerModeManager& powerManager);

@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// The colour themes; the theme gives each its colours.
+/// The colour themes; the UI theme defines their colours.
 enum class ThemePalette { cryogenic, thermal, obsidian, lilac, monolith };
 
 template <>
@@ -48,7 +48,7 @@ constexpr double alpha(HalftoneIntensity intensity) {
     return tableRow(intensity).alpha;
 }
 
-/// Where the dots of the halftone decoration gather.
+/// Where the dots of the halftone decoration are concentrated.
 enum class HalftonePatternStyle { band, plume, ambient };
 
 template <>
@@ -65,7 +65,7 @@ struct EnumerationTable<HalftonePatternStyle> {
 };
 static_assert(tableIsInCaseOrder<HalftonePatternStyle>());
 
-/// A translucent background material, numbered as NSVisualEffectView.Material.
+/// A translucent background material, numbered like NSVisualEffectView.Material.
 enum class VisualEffectMaterial { popover = 6, hudWindow = 13, underWindowBackground = 21 };
 
 /// The translucent background of the popover and the windows.

@@ -24,8 +24,8 @@ struct EnumerationTable<MenubarIconStyle> {
 };
 static_assert(tableIsInCaseOrder<MenubarIconStyle>());
 
-/// The older, fixed choice of what the menu-bar item shows. The module list has taken its place in the
-/// readout; the engine still decides by it what to sample while idle.
+/// The older, fixed choice of what the menu-bar item shows. The module list has replaced it in the readout; the
+/// engine still uses it to decide what to sample while idle.
 enum class MenubarDisplayMode { memoryAndFan, combined, tripleGlance, fansOnly, memoryOnly, cpuOnly, iconOnly };
 
 template <>
@@ -46,7 +46,7 @@ struct EnumerationTable<MenubarDisplayMode> {
 };
 static_assert(tableIsInCaseOrder<MenubarDisplayMode>());
 
-/// The separator between two modules; its raw value is the very text that is inserted.
+/// The separator between two modules; its raw value is the exact text inserted.
 enum class MenubarDelimiter { middleDot, pipe, slash, space };
 
 template <>
@@ -121,7 +121,7 @@ constexpr std::string_view iconName(MenubarModuleType module) {
     return tableRow(module).iconName;
 }
 
-/// Fixed sample text for the settings window; never computed from live data.
+/// Fixed sample text for the settings window; never derived from live data.
 constexpr std::string_view previewSample(MenubarModuleType module) {
     return tableRow(module).previewSample;
 }

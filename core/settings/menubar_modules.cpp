@@ -7,7 +7,7 @@ namespace kestro {
 
 namespace {
 
-/// Without the later repetitions of a module: two equal neighbours would only be swapped with each other.
+/// Drops later duplicates of a module: swapping two equal neighbours would have no effect.
 MenubarModules listedOnce(MenubarModules modules, MenubarModuleType module) {
     const auto found = std::ranges::find(modules, module);
     if (found != modules.end()) {

@@ -22,7 +22,7 @@ PreferenceData bytesOf(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
-/// The blob's JSON; a discarded value when it is none, or when `stored` is not a blob.
+/// The blob parsed as JSON; a discarded value when it is invalid or `stored` is not a blob.
 Json jsonOf(const PreferenceValue& stored) {
     const auto* data = std::get_if<PreferenceData>(&stored);
     return data ? parsedJson(textOf(*data)) : Json(Json::value_t::discarded);

@@ -13,11 +13,11 @@
 
 namespace kestro {
 
-/// The stored form of one kind of preference. `encode` gives nullopt for a value that has no stored form,
-/// `decode` for a stored value of another kind or with damaged contents. Pure functions; any thread.
+/// The stored form of one kind of preference. `encode` returns nullopt for a value without a stored form, `decode`
+/// for a stored value of another kind or with corrupt contents. Pure functions; any thread.
 ///
-/// Flags and figures are stored as they are. Integers and doubles convert into each other where nothing is
-/// lost; flags and numbers never do. Enumerations, module lists and curves are data blobs of JSON.
+/// Flags and numbers are stored as they are. Integers and doubles convert into each other if nothing is lost;
+/// flags and numbers never do. Enumerations, module lists and curves are data blobs of JSON.
 template <typename T>
 struct PreferenceCodec;
 
@@ -39,7 +39,7 @@ struct PreferenceCodec<double> {
     static std::optional<double> decode(const PreferenceValue& stored);
 };
 
-/// A JSON array of raw values in display order; one unknown entry spoils the whole list.
+/// A JSON array of raw values in display order; one unknown entry invalidates the whole list.
 template <>
 struct PreferenceCodec<std::vector<MenubarModuleType>> {
     static std::optional<PreferenceValue> encode(const std::vector<MenubarModuleType>& modules);
@@ -52,10 +52,10 @@ struct PreferenceCodec<FanCurveConfig> {
     static std::optional<FanCurveConfig> decode(const PreferenceValue& stored);
 };
 
-/// The JSON string fragment of `text`, quotes included, as a data blob.
+/// `text` as a JSON string fragment, including the quotes, in a data blob.
 PreferenceValue jsonStringData(std::string_view text);
 
-/// The text of such a blob; nullopt when it is not exactly one JSON string.
+/// The text of such a blob; nullopt unless it is exactly one JSON string.
 std::optional<std::string> textOfJsonStringData(const PreferenceValue& stored);
 
 template <ClosedEnumeration E>

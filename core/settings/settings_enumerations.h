@@ -53,7 +53,7 @@ struct EnumerationTable<ProcessSortMetric> {
 };
 static_assert(tableIsInCaseOrder<ProcessSortMetric>());
 
-/// How often the engine samples; the labels name the idle interval first and the active one second.
+/// How often the engine samples. The labels show the idle interval first, then the active one.
 enum class PollingProfile { eco, balanced, highPrecision };
 
 template <>
@@ -72,12 +72,12 @@ struct EnumerationTable<PollingProfile> {
 };
 static_assert(tableIsInCaseOrder<PollingProfile>());
 
-/// Seconds between two samples while a window shows.
+/// Seconds between samples while a window is visible.
 constexpr double activeInterval(PollingProfile profile) {
     return tableRow(profile).activeInterval;
 }
 
-/// Seconds between two samples while nothing but the status bar shows.
+/// Seconds between samples while only the status bar is visible.
 constexpr double idleInterval(PollingProfile profile) {
     return tableRow(profile).idleInterval;
 }

@@ -43,8 +43,8 @@ struct EnumerationTable<FanSpeedUnit> {
 };
 static_assert(tableIsInCaseOrder<FanSpeedUnit>());
 
-/// A speed in revolutions per minute as text: compact "7.8k" (below 1000 the bare "850"), or full
-/// "7,820 RPM" with digits grouped as the user's locale does.
+/// A speed in revolutions per minute as text: compact "7.8k" (just "850" below 1000), or full "7,820 RPM" with the
+/// digits grouped as in the user's locale.
 std::string format(FanSpeedUnit unit, std::int64_t rpm, const DigitGrouping& grouping = DigitGrouping::ofUser());
 
 }  // namespace kestro

@@ -30,7 +30,7 @@ template <typename T>
 void Setting<T>::set(T value) {
     store_.willChange_.announce();
     value_.set(std::move(value));
-    // Read back: a subscriber may have assigned a newer value, and the newest one is to be the one stored.
+    // Read it back: a subscriber may have assigned a newer value, and the newest must be the one stored.
     store_.save(value_.get(), key_);
 }
 

@@ -16,7 +16,7 @@ namespace kestro {
 class UserDefaults;
 class UserSettings;
 
-/// One preference: an observable value that writes itself through to the preferences on every assignment.
+/// One preference: an observable value that writes through to the preferences on every assignment.
 template <typename T>
 class Setting {
 public:
@@ -26,10 +26,10 @@ public:
 
     const T& get() const { return value_.get(); }
 
-    /// Announces the change, publishes the value, and stores it under the key; an equal value as well.
+    /// Announces the change, publishes the value and stores it under the key, even if it is equal.
     void set(T value);
 
-    /// Calls back with the new value after every assignment.
+    /// Calls `callback` with the new value after every assignment.
     Subscription subscribe(std::function<void(const T&)> callback) const {
         return value_.subscribe(std::move(callback));
     }
@@ -42,21 +42,20 @@ private:
     Published<T> value_;
 };
 
-/// Every preference of the program, read once at construction and written through on every assignment. A
-/// missing or unreadable stored value yields the default and is left as it is. No value is clamped.
-/// Main thread only; lives as long as the process, and must not be destroyed from inside one of its own
-/// notifications.
+/// Every preference of the program, read once at construction and written through on every assignment. A missing
+/// or unreadable stored value yields the default and is left untouched. No value is clamped. Main thread only.
+/// Lives as long as the process; must not be destroyed inside one of its own notifications.
 class UserSettings {
 public:
     explicit UserSettings(UserDefaults& defaults);
     UserSettings(const UserSettings&) = delete;
     UserSettings& operator=(const UserSettings&) = delete;
 
-    /// The process-wide store on the current platform, made at first use.
+    /// The process-wide store on the current platform, created on first use.
     static UserSettings& shared();
 
-    /// Called before any preference changes. The announcement of a change that is made inside another
-    /// announcement is delivered after that one, when the inner change has already been made.
+    /// Called before any preference changes. A nested change is announced after the current announcement, when
+    /// that change has already been made.
     Subscription subscribeWillChange(std::function<void()> callback) const {
         return willChange_.subscribe(std::move(callback));
     }
@@ -103,15 +102,15 @@ private:
     template <typename T>
     friend class Setting;
 
-    /// The value stored under `key`, or `defaultValue` when there is none that can be read as a T.
+    /// The value stored under `key`, or `defaultValue` if there is none that decodes as a T.
     template <typename T>
     T load(std::string_view key, T defaultValue) const;
 
-    /// Stores `value` under `key`; writes nothing when it has no stored form.
+    /// Stores `value` under `key`; writes nothing if it has no stored form.
     template <typename T>
     void save(const T& value, std::string_view key);
 
-    // Before the settings: their construction reads through them.
+    // Declared before the settings, whose construction reads through them.
     UserDefaults& defaults_;
     Announcer<> willChange_;
 

@@ -30,7 +30,7 @@ void readName(SystemControl& system, std::string_view name, std::string& text) {
     }
 }
 
-/// Counters wrap, so the difference is taken in 32 bits.
+/// Counters wrap, so take the difference in 32 bits.
 double grown(std::int32_t current, std::int32_t previous) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(current) - static_cast<std::uint32_t>(previous));
 }
@@ -63,7 +63,7 @@ CPUReader::CPUReader(MachHost& host, SystemControl& system) : host_(host) {
 }
 
 CPUReader& CPUReader::shared() {
-    // Never destroyed: it lives as long as the process, and longer than the platform that main made.
+    // Never destroyed: it lives as long as the process and outlives the platform created in main.
     static auto* const reader = new CPUReader(Platform::current().machHost, Platform::current().systemControl);
     return *reader;
 }
@@ -90,7 +90,7 @@ void CPUReader::readCPU(CPUTelemetry& record) {
         return;
     }
 
-    // Cores come and go while the machine runs: only those that both arrays hold can be compared.
+    // Cores may go on- or offline at run time: compare only those in both arrays.
     const std::size_t cores = std::min({std::size_t{load->processorCount}, load->info.size() / statesPerCore,
                                         previousCpuInfo_.size() / statesPerCore});
     const Sums sums = measureCores(load->info, cores, record);

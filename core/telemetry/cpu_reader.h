@@ -12,23 +12,23 @@ namespace kestro {
 class MachHost;
 class SystemControl;
 
-/// Turns the kernel's cumulative ticks into the load between two readings. Keeps the counter array of the
-/// previous reading, which belongs to it until the next one replaces it. Any thread, one call at a time.
+/// Converts the kernel's cumulative ticks into the load between two readings. Owns the previous reading's counter
+/// array until the next one replaces it. Any thread, one call at a time.
 class CPUReader {
 public:
-    /// Asks the hardware for the sizes and names of its two clusters; what it does not answer keeps its default.
+    /// Queries the sizes and names of the hardware's two clusters; missing values keep their defaults.
     CPUReader(MachHost& host, SystemControl& system);
     CPUReader(const CPUReader&) = delete;
     CPUReader& operator=(const CPUReader&) = delete;
 
-    /// The process-wide reader on the current platform, made at first use.
+    /// The process-wide reader on the current platform, created on first use.
     static CPUReader& shared();
 
-    /// The load since the previous call. The first call, and one that the kernel does not answer, read as
-    /// idle without cores; the next one then measures across the gap.
+    /// The load since the previous call. The first call and a failed one read as idle without cores; after a
+    /// failure the next call measures across the gap.
     CPUTelemetry readCPU();
 
-    /// The same into an existing record, whose storage is used again.
+    /// The same, but into an existing record, reusing its storage.
     void readCPU(CPUTelemetry& record);
 
 private:

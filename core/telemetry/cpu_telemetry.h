@@ -6,7 +6,7 @@
 
 namespace kestro {
 
-/// One logical core. Its identity is its index in the order in which the kernel reports cores.
+/// One logical core, identified by its index in the kernel's order.
 struct CoreLoad {
     std::int64_t id = 0;
     std::string clusterName;  ///< "Super" in the first cluster, "Perf" in every other; not the hardware's name
@@ -22,8 +22,8 @@ struct CPUTelemetry {
     double systemUsage = 0;
     double userUsage = 0;
     double idleUsage = 0;
-    /// In core order, of the cores that this sample and the last successful one before it have; empty for the
-    /// first sample and for one that failed.
+    /// In core order, for cores present in both this sample and the last successful one; empty for the first
+    /// sample and for a failed one.
     std::vector<CoreLoad> coreLoads;
     double cluster0Usage = 0;
     double cluster1Usage = 0;
@@ -33,7 +33,7 @@ struct CPUTelemetry {
     std::int64_t cluster1Count = 0;
     std::int64_t coreCount = 0;  ///< logical cores reported by the last sample
 
-    /// What is shown before the first sample.
+    /// Shown before the first sample.
     static CPUTelemetry initial();
 
     double superClusterUsage() const { return cluster0Usage; }

@@ -6,18 +6,18 @@ namespace kestro {
 
 class FileSystemStatistics;
 
-/// Reads the size of the root file system. Keeps no state. Main thread.
+/// Reads the size of the root file system. Stateless. Main thread.
 class DiskReader {
 public:
     explicit DiskReader(FileSystemStatistics& fileSystem) : fileSystem_(fileSystem) {}
     DiskReader(const DiskReader&) = delete;
     DiskReader& operator=(const DiskReader&) = delete;
 
-    /// The process-wide reader on the current platform, made at first use.
+    /// The process-wide reader on the current platform, created on first use.
     static DiskReader& shared();
 
-    /// All counts are 0 when the file system does not answer. The volume's and the file system's names are
-    /// fixed texts. What is reserved for the superuser counts as used.
+    /// All counts are 0 if the file system cannot be read. The volume and file-system names are fixed texts. Space
+    /// reserved for the superuser counts as used.
     DiskTelemetry read();
 
 private:

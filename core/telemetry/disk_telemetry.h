@@ -8,12 +8,12 @@ namespace kestro {
 /// One sample of the root file system, in bytes.
 struct DiskTelemetry {
     std::uint64_t totalBytes = 0;
-    std::uint64_t freeBytes = 0;  ///< what an ordinary user may still use
+    std::uint64_t freeBytes = 0;  ///< available to unprivileged users
     std::uint64_t usedBytes = 0;
     std::string volumeName;
     std::string fileSystem;
 
-    /// What is shown before the first sample.
+    /// Shown before the first sample.
     static DiskTelemetry initial() { return {0, 0, 0, "Macintosh HD", "APFS"}; }
 
     /// Used share in percent; 0 when the total is 0.

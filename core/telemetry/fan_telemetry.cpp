@@ -7,7 +7,7 @@ double FanTelemetry::percentage() const {
         return 0;
     }
     const double fraction = (currentRPM - minRPM) / (maxRPM - minRPM);
-    // Written so that a speed that is no number reads as 0.
+    // Written so that NaN yields 0.
     return fraction > 0 ? (fraction < 1 ? fraction : 1) : 0;
 }
 

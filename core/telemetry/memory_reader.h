@@ -11,19 +11,19 @@ class MachHost;
 class ProcessInfoService;
 class SystemControl;
 
-/// Reads page counts, swap usage and memory pressure. Holds two constants and no state; as many threads as
-/// the ports allow.
+/// Reads page counts, swap usage and memory pressure. Holds two constants and no state; as thread-safe as its
+/// ports.
 class MemoryReader {
 public:
     MemoryReader(MachHost& host, SystemControl& system, ProcessInfoService& processInfo);
     MemoryReader(const MemoryReader&) = delete;
     MemoryReader& operator=(const MemoryReader&) = delete;
 
-    /// The process-wide reader on the current platform, made at first use.
+    /// The process-wide reader on the current platform, created on first use.
     static MemoryReader& shared();
 
-    /// Without page statistics the whole machine reads as free; without swap usage or pressure only those
-    /// read as 0 and "Normal". Nothing is clamped. Allocates no memory.
+    /// Without page statistics all memory reads as free. Missing swap usage reads as 0, missing pressure as
+    /// "Normal". Nothing is clamped. Allocates no memory.
     MemoryTelemetry read();
 
 private:

@@ -18,10 +18,10 @@ struct MemoryTelemetry {
     std::uint64_t swapTotalBytes = 0;
     std::string pressureLevel = "Normal";  ///< "Normal", "Warning" or "Critical"
 
-    /// What is shown before the first sample.
+    /// Shown before the first sample.
     static MemoryTelemetry initial() { return {}; }
 
-    /// Used share in percent; 0 when the total is 0. May exceed 100 when the kernel's counts do.
+    /// Used share in percent; 0 when the total is 0. May exceed 100 if the kernel's counts do.
     double usedPercentage() const;
 
     friend bool operator==(const MemoryTelemetry&, const MemoryTelemetry&) = default;

@@ -14,14 +14,14 @@ bool isActive(const InterfaceEntry& entry) {
 }
 
 double rate(std::uint64_t now, std::uint64_t before, double seconds) {
-    // Two calls at the same moment measure nothing.
+    // Two calls at the same instant measure nothing.
     if (now <= before || before == 0 || seconds <= 0) {
         return 0;
     }
     return static_cast<double>(now - before) / seconds;
 }
 
-/// What one walk over the interfaces finds.
+/// Accumulates one pass over the interfaces.
 struct Walk {
     std::uint64_t bytesIn = 0;
     std::uint64_t bytesOut = 0;
@@ -41,7 +41,7 @@ struct Walk {
         }
         bytesIn += entry.statistics->receivedBytes;
         bytesOut += entry.statistics->sentBytes;
-        // Also takes over an "en0" that an address has set: the order of the list decides.
+        // Also replaces an "en0" set from an address: list order decides.
         if (record.primaryInterface == "en0") {
             record.primaryInterface = entry.name;
         }

@@ -10,19 +10,20 @@ namespace kestro {
 
 class NetworkInterfaces;
 
-/// Measures the throughput of all active interfaces between two readings, and finds the local address.
-/// Any thread, one call at a time.
+/// Measures the throughput of all active interfaces between two readings and determines the local address. Any
+/// thread, one call at a time.
 class NetworkReader {
 public:
     NetworkReader(NetworkInterfaces& interfaces, Clock& clock);
     NetworkReader(const NetworkReader&) = delete;
     NetworkReader& operator=(const NetworkReader&) = delete;
 
-    /// The process-wide reader on the current platform, made at first use.
+    /// The process-wide reader on the current platform, created on first use.
     static NetworkReader& shared();
 
-    /// Rates since the previous call. The first call, and a counter that went backwards, give 0. Without a
-    /// list of interfaces both rates are 0, the texts "en0" and "--", and the next call measures across the gap.
+    /// Rates since the previous call. The first call and a counter that went backwards yield 0. If the interfaces
+    /// cannot be listed, both rates are 0, the texts are "en0" and "--", and the next call measures across the
+    /// gap.
     NetworkTelemetry read();
 
 private:

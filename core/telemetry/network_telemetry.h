@@ -9,9 +9,9 @@ struct NetworkTelemetry {
     double uploadBytesPerSec = 0;
     double downloadBytesPerSec = 0;
     std::string primaryInterface;  ///< an interface name such as "en0"
-    std::string localIP;           ///< dotted IPv4 text; "--" when none is known
+    std::string localIP;           ///< dotted IPv4 text; "--" when unknown
 
-    /// What is shown before the first sample.
+    /// Shown before the first sample.
     static NetworkTelemetry initial() { return {0, 0, "en0", "--"}; }
 
     friend bool operator==(const NetworkTelemetry&, const NetworkTelemetry&) = default;

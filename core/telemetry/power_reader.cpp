@@ -23,7 +23,7 @@ PowerTelemetry batteryRecord(const PowerSourceDescription& description) {
     record.isPluggedIn = valueOf<std::string>(description, "Power Source State") == "AC Power";
     record.currentCapacity = valueOf<std::int64_t>(description, "Current Capacity").value_or(100);
     record.maxCapacity = valueOf<std::int64_t>(description, "Max Capacity").value_or(100);
-    // Multiplied first: 57 of 100 is then exactly 57, which a truncating text must not turn into 56.
+    // Multiply first, so that 57 of 100 is exactly 57 and does not truncate to 56.
     record.percentage = record.maxCapacity < 1 ? 100.0
                                                : 100.0 * static_cast<double>(record.currentCapacity) /
                                                      static_cast<double>(record.maxCapacity);

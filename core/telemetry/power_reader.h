@@ -6,18 +6,18 @@ namespace kestro {
 
 class PowerSources;
 
-/// Reads the first power source that has a description. Keeps no state. Main thread.
+/// Reads the first power source that has a description. Stateless. Main thread.
 class PowerReader {
 public:
     explicit PowerReader(PowerSources& sources) : sources_(sources) {}
     PowerReader(const PowerReader&) = delete;
     PowerReader& operator=(const PowerReader&) = delete;
 
-    /// The process-wide reader on the current platform, made at first use.
+    /// The process-wide reader on the current platform, created on first use.
     static PowerReader& shared();
 
-    /// Without any description: external power and no battery. A key that is missing or of the wrong kind
-    /// takes its default.
+    /// Without any description: external power and no battery. A key that is missing or of the wrong type takes
+    /// its default.
     PowerTelemetry read();
 
 private:

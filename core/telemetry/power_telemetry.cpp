@@ -20,7 +20,7 @@ std::string PowerTelemetry::statusDescription() const {
     if (!hasBattery) {
         return "AC Connected (No Battery)";
     }
-    // As a double, because nonsense from a platform may not fit an integer; adding 0 turns -0 into 0.
+    // Formatted as a double, since a bogus platform value may not fit an integer; adding 0 turns -0 into 0.
     const double wholePercentage = std::trunc(percentage) + 0.0;
     if (isCharging) {
         return fmt::format("Charging ({:.0f}%)", wholePercentage);

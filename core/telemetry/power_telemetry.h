@@ -15,9 +15,9 @@ struct PowerTelemetry {
     std::int64_t maxCapacity = 0;  ///< in the unit of `currentCapacity`
     double percentage = 0;
     std::string condition;                             ///< the battery's health
-    std::optional<std::int64_t> timeRemainingMinutes;  ///< absent: the platform does not know
+    std::optional<std::int64_t> timeRemainingMinutes;  ///< absent: unknown to the platform
 
-    /// What is shown before the first sample, and on a machine without a battery.
+    /// Shown before the first sample and on a machine without a battery.
     static PowerTelemetry initial();
 
     /// One line for the user: "Charging (57%)", "Fully Charged / On AC", "3h 7m remaining",

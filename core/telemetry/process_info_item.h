@@ -13,7 +13,7 @@ struct ProcessInfoItem {
     double cpuPercent = 0;         ///< percent of one core; may exceed 100
     double memoryMB = 0;           ///< resident memory in mebibytes
     std::string memoryString;      ///< resident memory for display: "512 MB" or "2.0 GB"
-    bool isSystemProcess = false;  ///< the command lies in a system location
+    bool isSystemProcess = false;  ///< the command is in a system location
 
     friend bool operator==(const ProcessInfoItem&, const ProcessInfoItem&) = default;
 };

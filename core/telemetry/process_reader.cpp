@@ -29,7 +29,7 @@ std::optional<double> finiteNumberOf(std::string_view text) {
     return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
-/// Takes the text up to the next run of spaces off the front of `rest`, and the run with it.
+/// Removes the text up to the next run of spaces, and that run, from the front of `rest`.
 std::string_view takeField(std::string_view& rest) {
     const auto field = rest.substr(0, rest.find(' '));
     rest.remove_prefix(field.size());
@@ -46,7 +46,7 @@ std::string memoryText(double mebibytes) {
     return mebibytes >= 1024 ? fmt::format("{:.1f} GB", mebibytes / 1024) : fmt::format("{:.0f} MB", mebibytes);
 }
 
-/// Slashes at the end do not count, as with file names everywhere.
+/// Ignores trailing slashes, as is usual for file names.
 std::string_view lastPathComponent(std::string_view path) {
     const auto last = path.find_last_not_of('/');
     if (last == path.npos) {
@@ -62,12 +62,12 @@ void removeAll(std::string& text, std::string_view part) {
     }
 }
 
-/// One line of the listing; nullopt when it is no process or the tool itself.
+/// One line of the listing; nullopt when it is not a process, or is the tool itself.
 std::optional<ProcessInfoItem> processOfLine(std::string_view line) {
     std::string_view rest = trimmed(line);
     const auto id = numberOf<std::int32_t>(takeField(rest));
     const auto cpuPercent = finiteNumberOf(takeField(rest));
-    takeField(rest);  // the share of the memory
+    takeField(rest);  // %mem
     const auto residentKiB = finiteNumberOf(takeField(rest));
     if (!id || !cpuPercent || !residentKiB || rest.empty() || rest.ends_with("/ps")) {
         return std::nullopt;

@@ -13,7 +13,7 @@ namespace kestro {
 
 namespace {
 
-// A count beyond what its one byte can hold is damage, not fans.
+// The count is a single byte; a greater value is corrupt.
 constexpr double mostFans = 255;
 
 std::optional<double> decode(std::uint32_t type, const SMCRecord& record) {
@@ -27,10 +27,10 @@ std::optional<double> decode(std::uint32_t type, const SMCRecord& record) {
         case smc::code("flt "):
             return std::bit_cast<float>(smc::read32(record, smc::bytesOffset));
         case smc::code("fpe2"):
-            // The two bits of the fraction are dropped on purpose.
+            // The two fraction bits are dropped on purpose.
             return b0 * 64 + b1 / 4;
         case smc::code("sp78"):
-            // Unsigned on purpose: a negative reading comes out near 256.
+            // Unsigned on purpose: a negative reading becomes a value near 256.
             return (b0 * 256 + b1) / 256.0;
         default:
             return std::nullopt;
@@ -61,7 +61,7 @@ SMCReader::~SMCReader() {
 }
 
 SMCReader& SMCReader::shared() {
-    // Never destroyed: it lives as long as the process, and longer than the platform that main made.
+    // Never destroyed: it lives as long as the process and outlives the platform created in main.
     static auto* const reader = new SMCReader(Platform::current().smc);
     return *reader;
 }

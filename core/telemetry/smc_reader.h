@@ -12,9 +12,9 @@ namespace kestro {
 
 class SMCService;
 
-/// Reads keys of the system management controller, in this program those of the fans. It only ever reads:
-/// there is no operation that writes a key. Opens the connection once, tries again at each reading while
-/// there is none, and closes it when it dies. Any thread, one key at a time.
+/// Reads keys of the system management controller, here those of the fans. Read-only: no operation writes a key.
+/// Opens the connection once, retries at each reading while there is none, and closes it on destruction. Any
+/// thread, one key at a time.
 class SMCReader {
 public:
     explicit SMCReader(SMCService& service);
@@ -22,18 +22,18 @@ public:
     SMCReader(const SMCReader&) = delete;
     SMCReader& operator=(const SMCReader&) = delete;
 
-    /// The process-wide reader on the current platform, made at first use.
+    /// The process-wide reader on the current platform, created on first use.
     static SMCReader& shared();
 
-    /// The value of a key of four characters. nullopt: no controller, no such key, a type that is not
-    /// understood, or a value that is not a finite number.
+    /// The value of a four-character key. nullopt: no controller, no such key, an unsupported type, or a value
+    /// that is not finite.
     std::optional<double> readValue(std::string_view key);
 
-    /// Every fan in the controller's order; empty without a controller or without fans. A speed that is
-    /// missing reads 0 (current), the current speed (target), 1200 (minimum) or 7800 (maximum).
+    /// Every fan in the controller's order; empty without a controller or without fans. A missing speed reads as 0
+    /// (current), the current speed (target), 1200 (minimum) or 7800 (maximum).
     std::vector<FanTelemetry> readFans();
 
-    /// The same into an existing list, whose storage is used again.
+    /// The same, but into an existing list, reusing its storage.
     void readFans(std::vector<FanTelemetry>& fans);
 
 private:

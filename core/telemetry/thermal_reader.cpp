@@ -10,7 +10,7 @@ namespace kestro {
 
 namespace {
 
-// The vendor page of sensors, and temperature on it.
+// The vendor-defined sensor page, and the temperature usage on it.
 constexpr std::int32_t sensorUsagePage = 0xFF00;
 constexpr std::int32_t temperatureUsage = 5;
 

@@ -10,20 +10,20 @@ namespace kestro {
 class HIDEventSystem;
 class ProcessInfoService;
 
-/// Reads the temperature sensors that the event system publishes, and the system's own thermal state.
-/// Main thread; keeps its client for life.
+/// Reads the temperature sensors that the event system publishes, and the system's own thermal state. Main thread;
+/// keeps its client for its whole lifetime.
 class ThermalReader {
 public:
     ThermalReader(HIDEventSystem& eventSystem, ProcessInfoService& processInfo);
     ThermalReader(const ThermalReader&) = delete;
     ThermalReader& operator=(const ThermalReader&) = delete;
 
-    /// The process-wide reader on the current platform, made at first use.
+    /// The process-wide reader on the current platform, created on first use.
     static ThermalReader& shared();
 
-    /// Means of the die and the battery sensors, and the peak of all sensors, whatever they measure. A
-    /// reading counts when it lies between 10 and 125 degrees, both excluded. Without a client or a list of
-    /// sensors the record is the initial one.
+    /// Means of the die and battery sensors, and the peak of all sensors, whatever they measure. Only readings
+    /// strictly between 10 and 125 degrees count. Without a client or a list of sensors, returns the initial
+    /// record.
     ThermalTelemetry readThermals();
 
 private:

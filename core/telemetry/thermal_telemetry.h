@@ -11,10 +11,10 @@ struct ThermalTelemetry {
     double averageSoCTemp = 0;
     double peakDieTemp = 0;  ///< the hottest reading of any sensor, whatever it measures
     double batteryTemp = 0;
-    std::int64_t sensorCount = 0;  ///< how many sensors the system exposes
-    std::string thermalState;      ///< the system's own word: "Nominal", "Fair", "Serious" or "Critical"
+    std::int64_t sensorCount = 0;  ///< number of sensors that the system exposes
+    std::string thermalState;      ///< as reported by the system: "Nominal", "Fair", "Serious" or "Critical"
 
-    /// What is shown before the first sample: plausible readings, so that no gauge starts at zero.
+    /// Shown before the first sample: plausible readings, so that no gauge starts at zero.
     static ThermalTelemetry initial() { return {45.0, 48.0, 32.0, 0, "Nominal"}; }
 
     /// From the peak alone: "Critical" from 95, "Elevated" from 80, "Nominal" from 60, else "Cool".
