@@ -40,7 +40,7 @@ struct Pipe {
     }
 };
 
-/// What a new child is given: empty input, its two pipes, default signals, a process group of its own.
+/// Attributes of a new child: empty input, its two pipes, default signals and a separate process group.
 class SpawnPlan {
 public:
     SpawnPlan(int output, int error) {
@@ -85,7 +85,7 @@ private:
     posix_spawnattr_t attributes_{};
 };
 
-/// Reads what is there. False at the end of the stream.
+/// Reads the available data. False at end of file.
 bool drain(const Descriptor& from, std::string* into, std::size_t limit) {
     std::array<char, 16384> bytes;
     const auto length = read(from.get(), bytes.data(), bytes.size());
@@ -98,10 +98,10 @@ bool drain(const Descriptor& from, std::string* into, std::size_t limit) {
     return length > 0;
 }
 
-/// Drains both pipes until both have ended. False: a bound was passed first.
+/// Drains both pipes until end of file. False: a limit was exceeded first.
 bool drainBoth(Descriptor& output, Descriptor& error, std::string& text, std::size_t limit, Deadline deadline) {
     while (output.isOpen() || error.isOpen()) {
-        // A closed descriptor is -1, which poll passes over.
+        // A closed descriptor is -1, which poll ignores.
         std::array<pollfd, 2> waiting{{{output.get(), POLLIN, 0}, {error.get(), POLLIN, 0}}};
         const int ready = poll(waiting.data(), waiting.size(), millisecondsUntil(deadline));
         if (std::chrono::steady_clock::now() >= deadline) {
@@ -126,7 +126,7 @@ bool drainBoth(Descriptor& output, Descriptor& error, std::string& text, std::si
     return true;
 }
 
-/// Looks again and again, where a sandbox knows no process descriptors.
+/// Polls for the exit, for sandboxes without process descriptors.
 bool waitForExitByLooking(pid_t child, Deadline deadline) {
     constexpr int milliseconds = 10;
     for (;;) {
@@ -145,7 +145,7 @@ bool waitForExitByLooking(pid_t child, Deadline deadline) {
     }
 }
 
-/// Waits for the child's end. False: the deadline came first.
+/// Waits for the child to exit. False: the deadline expired first.
 bool waitForExit(pid_t child, Deadline deadline) {
     const Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
     if (!process.isOpen()) {

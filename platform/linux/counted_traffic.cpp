@@ -9,13 +9,13 @@ namespace {
 
 std::uint64_t growth(std::uint64_t now, std::uint64_t& origin) {
     if (now < origin) {
-        // The interface was made anew under its old name.
+        // The interface was recreated under the same name.
         origin = 0;
     }
     return now - origin;
 }
 
-/// Where a link that joins others is counted from.
+/// The origin of a link that joins others.
 InterfaceStatistics originOf(const InterfaceStatistics& joining) {
     return {std::max<std::uint64_t>(joining.receivedBytes, 1) - 1,
             std::max<std::uint64_t>(joining.sentBytes, 1) - 1};

@@ -9,26 +9,26 @@
 
 namespace kestro {
 
-/// The traffic that links had while they were counted.
+/// Counts each link's traffic only while the link is in the counted set.
 ///
-/// Which links count changes while the machine runs: wireless goes away and the tunnel above it remains, and then
-/// the other way round. A link that joins brings the traffic of days along, which would look like that of one
-/// moment in a sum over all links; so it starts anew here, from 1 where it had traffic: a sum of 0 would say that
-/// there never was any. Links that join while no other is counted keep their
-/// whole counters, since there is no sum that they could change. One thread at a time.
+/// The set changes at run time: wireless disappears while the tunnel on top of it remains, and later returns. A
+/// link that joins brings along the counters of days, which in a sum over all links would look like a burst. Its
+/// count therefore restarts here, from 1 if it had any traffic, since a sum of 0 means that there never was any.
+/// Links that join while no other is counted keep their full counters, because there is no sum to distort. One
+/// thread at a time.
 class CountedTraffic {
 public:
-    /// Takes over the links that are counted from now on, with the counters that `traffic` has for them.
+    /// Replaces the set of counted links; `traffic` holds their current counters.
     void follow(const std::vector<std::string_view>& links, const std::vector<InterfaceTraffic>& traffic);
 
-    /// Of the link's present counters, what it moved while it was counted; all of it after the counters began
-    /// anew. A link that is not counted has its counters as they are.
+    /// What the link moved while it was counted, given its current counters; all of it if the counters restarted.
+    /// For a link that is not counted, returns its counters unchanged.
     InterfaceStatistics sinceCounted(std::string_view link, const InterfaceStatistics& now);
 
 private:
     struct Link {
         std::string name;
-        std::optional<InterfaceStatistics> origin;  ///< absent until its counters could be read
+        std::optional<InterfaceStatistics> origin;  ///< nullopt until its counters have been read
     };
 
     std::vector<Link> links_;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view coreDirectory = "/sys/devices/system/cpu";
 
-/// Every kind of core but the performance cores; the last one is the island of the lowest power.
+/// Every kind of core other than performance cores; the last one is the low-power island.
 constexpr std::array<std::string_view, 2> efficiencyLists{"/sys/devices/cpu_atom/cpus",
                                                           "/sys/devices/cpu_lowpower/cpus"};
 

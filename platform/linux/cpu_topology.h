@@ -8,24 +8,24 @@
 
 namespace kestro {
 
-/// Numbers of logical cores, ascending, each once.
+/// Unique logical-core numbers in ascending order.
 using CoreSet = std::vector<std::uint32_t>;
 
-/// A list as the kernel writes it, "0-3,8,10-11" (Documentation/admin-guide/cputopology.rst). Empty for a text
-/// that is malformed anywhere; numbers beyond the largest that is taken are left out.
+/// Parses a list in the kernel's format, "0-3,8,10-11" (Documentation/admin-guide/cputopology.rst). Empty if any
+/// part is malformed; numbers above the supported maximum are dropped.
 CoreSet parseCoreList(std::string_view text);
 
-/// Which of the cores are efficiency cores, by their relative capacities: those within a tenth of the lowest
-/// one, provided that it lies more than a tenth below the highest. Empty: there is one kind of core only.
+/// Selects the efficiency cores by relative capacity: those within a tenth of the lowest, provided that the lowest
+/// is more than a tenth below the highest. Empty: only one kind of core.
 CoreSet efficiencyCores(const std::vector<std::pair<std::uint32_t, std::uint32_t>>& capacityOfCore);
 
-/// The machine's kinds of cores, fixed when it was read.
+/// The machine's kinds of cores, as of construction.
 struct CpuTopology {
-    CoreSet efficiency;  ///< empty: one kind of core only
+    CoreSet efficiency;  ///< empty: only one kind of core
 
     bool isEfficiency(std::uint32_t cpu) const;
 
-    /// From the two lists of an Intel hybrid (/sys/devices/cpu_core and cpu_atom), else from `cpu_capacity`.
+    /// From the two lists of an Intel hybrid (/sys/devices/cpu_core and cpu_atom), or else from `cpu_capacity`.
     static CpuTopology read(const std::string& root);
 };
 

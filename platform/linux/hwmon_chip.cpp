@@ -43,7 +43,7 @@ constexpr std::array<KnownChip, 42> knownChips{{
     {"dell_ddv", ChipKind::repeating},    {"acpi_fan", ChipKind::repeating},
 }};
 
-/// The path without links of a chip's directory, less the numbered part at its end.
+/// A chip directory's path with links resolved, without the numbered last component.
 std::string devicePath(const std::string& directory) {
     struct Free {
         void operator()(char* text) const { std::free(text); }
@@ -65,7 +65,7 @@ ChipKind chipKind(std::string_view name) {
     if (known != knownChips.end()) {
         return known->kind;
     }
-    // Chips that thermal zones bring along carry the zone's type for a name: cpu0_thermal, soc_thermal.
+    // Chips created by thermal zones use the zone's type as their name: cpu0_thermal, soc_thermal.
     const bool isProcessorZone = name.ends_with("_thermal") && (name.find("cpu") != std::string_view::npos ||
                                                                 name.find("soc") != std::string_view::npos);
     return isProcessorZone ? ChipKind::processor : ChipKind::other;

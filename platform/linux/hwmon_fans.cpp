@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t fanLimit = 32;
 
-// Controllers answer 65535 for a fan that they cannot measure.
+// Controllers report 65535 for a fan that they cannot measure.
 constexpr std::int64_t largestSpeed = 50'000;
 
 std::optional<double> parseSpeed(std::string_view text) {
@@ -93,7 +93,7 @@ void HwmonFans::listFans() {
     bool hasOwn = false;
     for (std::size_t index = 0; index < fans_.size(); ++index) {
         auto& fan = fans_[index];
-        // Chips that tell again what others tell come last, and count only where the others tell nothing.
+        // Chips that duplicate others come last, and count only if no other chip reports a fan.
         if (fan.isRepeated && hasOwn) {
             break;
         }

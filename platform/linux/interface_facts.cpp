@@ -12,8 +12,8 @@
 namespace kestro {
 namespace {
 
-/// Types of link (include/uapi/linux/if_arp.h) that carry packets through something else: point-to-point,
-/// IP in IP, SIT, GRE, and none at all, which tun and WireGuard have.
+/// Link types (include/uapi/linux/if_arp.h) that tunnel packets through another interface: point-to-point, IP in
+/// IP, SIT, GRE, and "none", which tun and WireGuard use.
 constexpr std::array<std::uint32_t, 8> tunnelTypes{512, 768, 769, 776, 778, 783, 823, 65534};
 constexpr std::array<std::string_view, 5> tunnelDeviceTypes{"wireguard", "vxlan", "geneve", "ppp", "gtp"};
 
@@ -32,7 +32,7 @@ bool contains(const auto& table, const auto& value) {
     return std::ranges::find(table, value) != table.end();
 }
 
-/// Groups of interfaces without hardware, the one that is closest to the outside first.
+/// Groups of interfaces without hardware, from the outermost inwards.
 enum class Group { plain, bridge, tunnel };
 
 Group groupOf(const InterfaceFacts& facts) {
@@ -44,7 +44,7 @@ Group groupOf(const InterfaceFacts& facts) {
 
 using Interfaces = std::vector<InterfaceFacts>;
 
-/// Whether hardware lies directly below; `deepest` more layers are looked through, but no tunnel.
+/// Whether hardware is directly below; looks through up to `deepest` more layers, but not through tunnels.
 bool ridesOnHardware(const Interfaces& interfaces, const InterfaceFacts& upper, int deepest) {
     return std::ranges::any_of(upper.lowerNames, [&](const std::string& name) {
         const auto lower = std::ranges::find(interfaces, name, &InterfaceFacts::name);
@@ -75,7 +75,7 @@ InterfaceFacts readInterfaceFacts(const std::string& root, const std::string& na
     }
     const auto type = readFile(directory + "/type", 4096);
     const auto uevent = readFile(directory + "/uevent", 4096);
-    // The channels of a modem are of no type either, and ride on its card.
+    // A modem's channels have no link type either, but have its card below them.
     const bool ridesOnNothing = facts.lowerNames.empty();
     facts.isTunnel =
         facts.isTunnel ||
@@ -85,9 +85,9 @@ InterfaceFacts readInterfaceFacts(const std::string& root, const std::string& na
 }
 
 std::vector<InterfaceStanding> standings(const Interfaces& interfaces) {
-    // A VLAN of a bridge above a bond is about as deep as anybody builds.
+    // A VLAN on a bridge on a bond is about as deep as real setups go.
     constexpr int deepest = 4;
-    // Ports of a switch chip and paravirtual cards have a device and yet ride on the card that moves the data.
+    // Ports of a switch chip and paravirtual cards have a device, but the card below them moves the data.
     const auto hasOwn = [&](const InterfaceFacts& facts) {
         return facts.isLoopback || (facts.isHardware && !ridesOnHardware(interfaces, facts, 0));
     };

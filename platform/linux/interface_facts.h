@@ -7,36 +7,36 @@
 
 namespace kestro {
 
-/// What decides whether an interface has traffic of its own.
+/// The facts that decide whether an interface has traffic of its own.
 struct InterfaceFacts {
     std::string name;
     bool isLoopback = false;
     bool isUp = false;        ///< up and running
-    bool isHardware = false;  ///< a device stands behind it
+    bool isHardware = false;  ///< backed by a device
     bool isBridge = false;
     bool isBridgePort = false;            ///< a member of a bridge
-    bool isTunnel = false;                ///< tun, tap, WireGuard, point-to-point and the like
-    std::vector<std::string> lowerNames;  ///< interfaces of this machine that it rides on
+    bool isTunnel = false;                ///< tun, tap, WireGuard, point-to-point etc.
+    std::vector<std::string> lowerNames;  ///< local interfaces directly below it
 };
 
-/// The facts from /sys/class/net; `isLoopback` and `isUp` are the caller's. An interface that is not there, or
-/// whose name is no file name, has none.
+/// Reads the facts from /sys/class/net; the caller sets `isLoopback` and `isUp`. An interface that does not exist,
+/// or whose name is not a valid file name, has no facts.
 InterfaceFacts readInterfaceFacts(const std::string& root, const std::string& name);
 
-/// What an interface's traffic is to the machine.
+/// How an interface's traffic counts towards the machine's total.
 enum class InterfaceStanding : std::uint8_t {
     counted,  ///< traffic of its own
     carried,  ///< repeats what the hardware below it moves: a bond, a VLAN, a bridge above hardware
-    inner,    ///< repeats it too, and leads to containers, virtual machines or a tunnel's far end
+    inner,    ///< repeats it too, towards containers, virtual machines or a tunnel's far end
 };
 
-/// The standing of each interface among the others.
+/// The standing of each interface relative to the others.
 ///
-/// Hardware that does not ride on other hardware and the loopback interface are always counted. Whatever rides on
-/// another interface is not (bonds, VLANs, bridges above hardware), nor are the members of a bridge. What is left
-/// has no hardware below it and repeats whatever hardware is up (bridges of containers, tun, WireGuard); without
-/// any, the first of these groups that is up is counted: a container's veth and other plain interfaces, then
-/// bridges, then tunnels.
+/// The loopback interface, and hardware without other hardware below it, are always counted. An interface on top
+/// of another is not (bonds, VLANs, bridges above hardware), nor are members of a bridge. The rest have no
+/// hardware below and repeat the traffic of any hardware that is up (container bridges, tun, WireGuard). If no
+/// hardware is up, the first of these groups with an interface that is up is counted: plain interfaces such as a
+/// container's veth, then bridges, then tunnels.
 std::vector<InterfaceStanding> standings(const std::vector<InterfaceFacts>& interfaces);
 
 }  // namespace kestro

@@ -15,7 +15,7 @@
 namespace kestro {
 namespace {
 
-// A storm of announcements is left for the next time rather than followed to its end.
+// Bounds the work in a burst of notifications; the rest is read next time.
 constexpr int announcementLimit = 256;
 
 InterfaceAddress asAddress(const sockaddr& address) {
@@ -77,7 +77,7 @@ bool KernelInterfaceSource::hasChanged() {
         if (size < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
             break;
         }
-        // ENOBUFS among the failures: announcements were lost, so that something has changed for certain.
+        // This includes ENOBUFS: notifications were lost, so assume a change.
         changed = true;
     }
     return changed;

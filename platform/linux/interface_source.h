@@ -8,8 +8,8 @@
 
 namespace kestro {
 
-/// Where the list of interfaces and addresses comes from: a call of the system, and so the one thing about a
-/// machine's network that cannot be replayed from files. One thread at a time.
+/// The source of the interface and address list. It is a system call, so it is the only part of a machine's
+/// network that cannot be replayed from files. One thread at a time.
 class InterfaceSource {
 public:
     virtual ~InterfaceSource() = default;
@@ -17,13 +17,12 @@ public:
     /// Every entry in the system's order, without statistics. nullopt: the call failed.
     virtual std::optional<std::vector<InterfaceEntry>> list() = 0;
 
-    /// Whether the list may be another than when this was asked the last time; true at first.
+    /// Whether the list may have changed since the previous call; true on the first call.
     virtual bool hasChanged() = 0;
 };
 
-/// The running kernel's interfaces. It listens to the kernel's announcements of links and IPv4 addresses
-/// (rtnetlink(7)), so that an unchanged list costs one system call; where it may not listen, the list counts as
-/// changed every time.
+/// The running kernel's interfaces. Subscribes to the kernel's link and IPv4 address notifications (rtnetlink(7)),
+/// so an unchanged list costs one system call. If it cannot subscribe, it always reports a change.
 class KernelInterfaceSource final : public InterfaceSource {
 public:
     KernelInterfaceSource();

@@ -13,7 +13,7 @@ void parseInterfaceTraffic(std::string_view text, std::vector<InterfaceTraffic>&
     traffic.clear();
     while (!text.empty()) {
         auto line = takeLine(text);
-        // The number can follow the colon at once, and no name contains one.
+        // The number may follow the colon without a blank; names contain no colon.
         const auto colon = line.find(':');
         if (colon == std::string_view::npos) {
             continue;

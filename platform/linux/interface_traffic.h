@@ -7,14 +7,14 @@
 
 namespace kestro {
 
-/// The traffic of an interface; the name lies within the text that was parsed.
+/// The traffic of an interface; the name points into the parsed text.
 struct InterfaceTraffic {
     std::string_view name;
     InterfaceStatistics statistics;
 };
 
-/// Reads /proc/net/dev, whose counters have 64 bits, into `traffic` in the file's order; malformed lines are left
-/// out. Reuses the vector's memory. Any thread.
+/// Parses /proc/net/dev, whose counters are 64-bit, into `traffic` in file order; skips malformed lines. Reuses
+/// the vector's memory. Any thread.
 void parseInterfaceTraffic(std::string_view text, std::vector<InterfaceTraffic>& traffic);
 
 }  // namespace kestro

@@ -17,8 +17,8 @@ namespace {
 constexpr std::size_t initialSize = 4096;
 constexpr std::size_t directoryEntryLimit = 4096;
 
-// Files of many records (/proc/net/dev, /proc/swaps) come a page at a time and end each piece with a whole
-// record, so a piece of less than half a page is the last one and needs no further call to find the end.
+// Files of many records (/proc/net/dev, /proc/swaps) arrive a page at a time, each chunk ending with a whole
+// record. A chunk of less than half a page is therefore the last, and no further read is needed to detect the end.
 constexpr std::size_t surelyLastPiece = 2048;
 
 ssize_t preadRetrying(int descriptor, char* target, std::size_t byteCount, std::size_t offset) {
@@ -34,7 +34,7 @@ bool meansGone(int errorNumber) {
            errorNumber == EBADF;
 }
 
-// O_NONBLOCK: a name that turns out to be a pipe or a device must not hold the caller up.
+// O_NONBLOCK: do not block if the name turns out to be a pipe or a device.
 int openForReading(const std::string& path) {
     return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
 }
@@ -132,12 +132,12 @@ std::optional<std::string_view> PersistentFile::readBeginning(ReadBuffer& buffer
 std::uint64_t DirectoryWatch::fingerprint() const {
     constexpr std::uint64_t offsetBasis = 14695981039346656037ULL;
     constexpr std::uint64_t prime = 1099511628211ULL;
-    // Opened each time: a descriptor that is kept goes on showing a directory that was removed and made anew.
+    // Reopen each time: a kept descriptor keeps showing a directory that was removed and recreated.
     const Descriptor directory(::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!directory.isOpen()) {
         return 0;
     }
-    // FNV-1a over each entry, summed, so that the order in which the kernel lists them does not matter.
+    // Sum of each entry's FNV-1a hash, so that the kernel's listing order does not matter.
     std::uint64_t sum = offsetBasis;
     alignas(dirent64) std::array<char, 8192> buffer;
     for (;;) {

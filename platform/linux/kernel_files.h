@@ -11,14 +11,14 @@
 
 namespace kestro {
 
-/// A buffer that many files are read into, one after another. It grows to what the largest of them needs and
-/// stays there, up to a limit in bytes. Owned by the object whose files it serves; one thread at a time.
+/// A buffer shared by several files that are read in turn. It grows to the size of the largest and keeps that
+/// size, up to a limit in bytes. Owned by the object whose files it serves; one thread at a time.
 class ReadBuffer {
 public:
     explicit ReadBuffer(std::size_t limit = std::size_t{1} << 20);
 
-    /// The whole of an open file from its beginning. nullopt: `errorNumber` says why; EFBIG stands for a file
-    /// larger than the limit. The view lasts until the next call.
+    /// The whole of an open file from its beginning. nullopt: see `errorNumber`; EFBIG means that the file exceeds
+    /// the limit. The view is valid until the next call.
     std::optional<std::string_view> readAll(int descriptor);
 
     /// At most the first `byteCount` bytes, with one system call.
@@ -34,25 +34,25 @@ private:
     int errorNumber_ = 0;
 };
 
-/// A file that is read again and again and stays open. Move-only. One thread at a time.
+/// A file that is read repeatedly and stays open. Move-only. One thread at a time.
 class PersistentFile {
 public:
-    /// What follows when the device behind the open file went away (hot-plug, suspend, a driver loaded again).
+    /// What to do when the device behind the open file disappears (hot-plug, suspend, driver reload).
     enum class WhenGone {
-        openAgain,  ///< the path names the same thing as ever
-        stayGone,   ///< the path may name another device by now, so that only a new search can tell
+        openAgain,  ///< the path still refers to the same thing
+        stayGone,   ///< the path may refer to another device now; a new search is required
     };
 
     PersistentFile() = default;
     explicit PersistentFile(std::string path, WhenGone whenGone = WhenGone::openAgain)
         : path_(std::move(path)), whenGone_(whenGone) {}
 
-    /// What the file holds now; the view lasts until the buffer's next use. nullopt: it cannot be read. When
-    /// `isGone`, that is so until the path names something again, and for good after a device that `stayGone`
-    /// took for lost; else for the moment (a sensor answers ENODATA while its device wakes up).
+    /// The file's current contents; the view is valid until the buffer's next use. nullopt: it cannot be read. If
+    /// `isGone`, this lasts until the path exists again, or forever with `stayGone` once the device is lost;
+    /// otherwise it is temporary (a sensor returns ENODATA while its device wakes up).
     std::optional<std::string_view> read(ReadBuffer& buffer);
 
-    /// The same for at most the first `byteCount` bytes.
+    /// The same, but at most the first `byteCount` bytes.
     std::optional<std::string_view> readBeginning(ReadBuffer& buffer, std::size_t byteCount);
 
     /// Whether the last failed read found the file or its device missing.
@@ -71,13 +71,13 @@ private:
     bool isGone_ = false;
 };
 
-/// Tells whether the entries of a directory are others than before, without allocating. One thread at a time.
+/// Detects changes of a directory's entries without allocating. One thread at a time.
 class DirectoryWatch {
 public:
     explicit DirectoryWatch(std::string path) : path_(std::move(path)) {}
 
-    /// Whether an entry was added, removed, renamed or replaced since the last call; true at the first one. A
-    /// directory that comes or goes counts as changed.
+    /// Whether an entry was added, removed, renamed or replaced since the last call; true on the first call. A
+    /// directory that appears or disappears counts as changed.
     bool hasChanged();
 
 private:
@@ -87,14 +87,14 @@ private:
     std::optional<std::uint64_t> last_;
 };
 
-/// Where `path`, which begins with a slash, lies in a file system that is mounted at `root`.
+/// Maps `path`, which begins with a slash, into the file system mounted at `root`.
 std::string pathUnder(const std::string& root, std::string_view path);
 
-/// A file that is read once in a while. nullopt: it cannot be read or is larger than `limit` bytes.
+/// Reads a whole file, for files that are read rarely. nullopt: it cannot be read or exceeds `limit` bytes.
 std::optional<std::string> readFile(const std::string& path, std::size_t limit = 65536);
 
-/// Names in a directory in byte order, without the two dot entries; empty when it cannot be read. At most
-/// 4096 names are taken.
+/// Names in a directory in byte order, without the two dot entries; empty when it cannot be read. At most 4096
+/// names.
 std::vector<std::string> listDirectory(const std::string& path);
 
 bool isDirectory(const std::string& path);

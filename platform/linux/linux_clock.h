@@ -4,7 +4,7 @@
 
 namespace kestro {
 
-/// The kernel's two clocks. The monotonic one stands still while the machine sleeps.
+/// The kernel's two clocks. The monotonic one stops while the machine sleeps.
 class LinuxClock final : public Clock {
 public:
     WallTime wallNow() const override { return std::chrono::system_clock::now(); }

@@ -8,11 +8,11 @@
 
 namespace kestro {
 
-/// Answers the process-status tool, "/bin/ps", from /proc in this process, and runs every other program as a
-/// child. A child gets an empty standard input and none of our descriptors.
+/// Emulates the process-status tool, "/bin/ps", from /proc in this process, and runs any other program as a child.
+/// A child gets an empty standard input and inherits no descriptors.
 class LinuxCommandRunner final : public CommandRunner {
 public:
-    /// What a child may print and how long it may run before it is killed.
+    /// Limits on a child's output and run time; a child that exceeds one is killed.
     struct Bounds {
         std::size_t outputBytes = 4 << 20;
         std::chrono::milliseconds time{10000};

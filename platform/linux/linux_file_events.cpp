@@ -23,8 +23,8 @@ namespace kestro {
 
 namespace {
 
-/// Follows one path through writes, replacement and deletion. While the file is there only the file is
-/// watched; the directory, where strangers may be busy, only while the file is missing or not to be trusted.
+/// Follows one path across writes, replacement and deletion. Watches only the file while it exists. Watches the
+/// directory, where other users may be busy, only while the file is missing or untrusted.
 class PathWatch {
 public:
     explicit PathWatch(const std::string& path)
@@ -35,14 +35,14 @@ public:
 
     int descriptor() const { return inotify_.get(); }
 
-    /// Watches the file, or waits for one to be trusted where there is none. False: its directory is missing,
-    /// or the kernel has no watch left.
+    /// Watches the file, or waits for a trusted one to appear. False: its directory is missing, or the kernel has
+    /// no watch left.
     bool arm() {
         watchFile();
         if (fileWatch_ < 0 && directoryWatch_ < 0) {
             directoryWatch_ = inotify_add_watch(inotify_.get(), directory_.c_str(),
                                                 IN_CREATE | IN_MOVED_TO | IN_ATTRIB | IN_ONLYDIR);
-            // Again: the file may have come before the directory was watched.
+            // Retry: the file may have appeared before the directory was watched.
             watchFile();
         }
         if (fileWatch_ >= 0) {
@@ -51,7 +51,7 @@ public:
         return fileWatch_ >= 0 || directoryWatch_ >= 0;
     }
 
-    /// Takes in everything that happened. True: the file was written to, or another one took its place.
+    /// Consumes all pending events. True: the file was written to or replaced.
     bool consume() {
         bool written = false;
         bool moved = false;
@@ -82,14 +82,14 @@ private:
     void watchFile() {
         const auto file = openTrusted(path_, O_RDONLY);
         if (file.isOpen()) {
-            // Through the descriptor: the path may name another file by now.
+            // Via the descriptor: the path may refer to another file by now.
             const auto opened = fmt::format("/proc/self/fd/{}", file.get());
             fileWatch_ = inotify_add_watch(inotify_.get(), opened.c_str(),
                                            IN_MODIFY | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF);
         }
     }
 
-    /// True: the path now names a file that was not watched before.
+    /// True: the path now refers to a file that was not watched before.
     bool follow() {
         const auto before = std::exchange(fileWatch_, -1);
         arm();
@@ -151,7 +151,7 @@ private:
             if (ready > 0 && watch_.consume() && !announced_.exchange(true)) {
                 runLoop_.post([weak = weakSelf_] {
                     if (const auto self = weak.lock()) {
-                        // First: a write that happens during the call is a new event.
+                        // Reset it first: a write during the call is a new event.
                         self->announced_ = false;
                         self->handler_();
                     }
@@ -169,7 +169,7 @@ private:
     std::thread thread_;
 };
 
-/// What the caller owns: the watch itself may be in the middle of a call when it is cancelled.
+/// The caller's handle: the watch itself may be inside a callback when it is cancelled.
 class OwnedSource final : public FileEventSource {
 public:
     explicit OwnedSource(std::shared_ptr<InotifySource> source) : source_(std::move(source)) {}
@@ -201,7 +201,7 @@ std::optional<std::string> LinuxFileEvents::read(const std::string& path) {
 void LinuxFileEvents::truncate(const std::string& path) {
     const auto file = openTrusted(path, O_WRONLY);
     if (file.isOpen()) {
-        // A failure is of no consequence: the word has been read.
+        // A failure is harmless: the contents have already been read.
         [[maybe_unused]] const int result = ftruncate(file.get(), 0);
     }
 }

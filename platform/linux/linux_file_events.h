@@ -6,8 +6,8 @@ namespace kestro {
 
 class RunLoop;
 
-/// File events by inotify(7). A watch waits on a thread of its own, which sleeps until something happens, and
-/// calls back through the run loop; any number of writes that happen before the call are one call.
+/// File events through inotify(7). Each watch waits on a separate thread, which sleeps until something happens and
+/// calls back through the run loop. All writes before the callback are coalesced into one call.
 class LinuxFileEvents final : public FileEvents {
 public:
     explicit LinuxFileEvents(RunLoop& runLoop) : runLoop_(runLoop) {}

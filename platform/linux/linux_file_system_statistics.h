@@ -7,11 +7,11 @@
 
 namespace kestro {
 
-/// `statvfs` of a path below the root directory. Main thread; a path on a network file system whose server
-/// does not answer blocks, so only local paths are meant for it.
+/// `statvfs` for a path below the root directory. Main thread. Blocks on a network file system whose server does
+/// not respond, so pass only local paths.
 class LinuxFileSystemStatistics final : public FileSystemStatistics {
 public:
-    /// `root` is where the machine's file system is mounted.
+    /// `root` is the mount point of the machine's file system.
     explicit LinuxFileSystemStatistics(std::string root = "/") : root_(std::move(root)) {}
 
     std::optional<FileSystemStatus> statvfs(const std::string& path) override;

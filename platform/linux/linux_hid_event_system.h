@@ -10,14 +10,14 @@
 
 namespace kestro {
 
-/// The temperature sensors as services of the event system. Main thread. Only the usage of temperature sensors
-/// matches anything; a client that has set no matching sees them too.
+/// Exposes the temperature sensors as services of the event system. Main thread. Only the usage of temperature
+/// sensors matches anything; a client without any matching set sees them too.
 class LinuxHIDEventSystem final : public HIDEventSystem {
 public:
-    /// `root` is where the machine's file system is mounted.
+    /// `root` is the mount point of the machine's file system.
     explicit LinuxHIDEventSystem(const Clock& clock, std::string root = "/");
 
-    /// Always there, also on a machine without sensors: they can come later.
+    /// Always succeeds, even without sensors: they may appear later.
     std::optional<HIDClient> createClient() override;
 
     void setMatching(HIDClient client, std::int32_t primaryUsagePage, std::int32_t primaryUsage) override;
@@ -31,7 +31,7 @@ public:
 private:
     const Clock& clock_;
     TemperatureSensors sensors_;
-    std::vector<bool> matches_;  ///< of each client, whether its matching selects the sensors
+    std::vector<bool> matches_;  ///< per client: whether its matching selects the sensors
 };
 
 }  // namespace kestro

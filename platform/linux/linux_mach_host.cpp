@@ -8,7 +8,7 @@
 namespace kestro {
 namespace {
 
-// The lines after the cores can fill megabytes on large machines, so only as much is read as the cores need.
+// The lines after the cores can fill megabytes on large machines, so read only as much as the cores need.
 constexpr std::size_t initialStatPrefix = 4096;
 constexpr std::size_t largestStatPrefix = std::size_t{1} << 20;
 
@@ -17,13 +17,13 @@ std::size_t systemPageSize() {
     return size > 0 ? static_cast<std::size_t>(size) : 4096;
 }
 
-/// The kernel's estimates step back by a few ticks; whatever steps back further has started again.
+/// The kernel's estimates may step back by a few ticks; a greater step back means a restart.
 constexpr std::int32_t largestDip = 100;
 
-/// Adds what a counter grew by since it was last read. One that went backwards has stood still; after a dip it
-/// counts again once it is above where it was.
+/// Adds a counter's growth since the previous reading. A counter that went backwards adds nothing; after a dip it
+/// adds again once it exceeds its previous maximum.
 void advance(std::uint32_t& total, std::uint32_t& latest, std::uint32_t now) {
-    // Counters wrap at 32 bits, so that the sign of the difference tells the direction.
+    // Counters wrap at 32 bits, so the sign of the difference gives the direction.
     const auto growth = static_cast<std::int32_t>(now - latest);
     if (growth < 0 && growth >= -largestDip) {
         return;
@@ -93,7 +93,7 @@ std::int32_t* LinuxMachHost::lendArray(std::size_t integerCount) {
             return array.integers.get();
         }
     }
-    // Arrays of an outgrown size are of no more use.
+    // Arrays of an outdated size cannot be reused.
     std::erase_if(arrays_, [](const TickArray& array) { return !array.isLent; });
     arrays_.push_back({std::make_unique<std::int32_t[]>(integerCount), integerCount, true});
     return arrays_.back().integers.get();

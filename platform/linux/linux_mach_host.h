@@ -18,15 +18,16 @@ namespace kestro {
 
 /// Processor ticks from /proc/stat and page counts from /proc/meminfo. Main thread.
 ///
-/// Cores are listed with the performance cores first, then the efficiency cores, each by number, as they are
-/// online at construction. A core keeps its place for as long as this object lives: one that goes offline keeps
-/// its last ticks and so reads as doing nothing, and one that appears later is appended.
+/// Lists performance cores first, then efficiency cores, each by number, as online at construction. A core keeps
+/// its position for the lifetime of this object: one that goes offline keeps its last ticks and so reads as idle,
+/// and one that appears later is appended.
 ///
-/// Ticks never go backwards, although the kernel's do: idle time restarts from 0 on many kernels when a core
-/// comes back, as all but one do after a suspend, and the share of it that waits for I/O is an estimate.
+/// Ticks never go backwards, although the kernel's do. On many kernels, idle time restarts from 0 when a core
+/// comes back online, which after a suspend affects all cores but one. The I/O-wait part of idle time is only an
+/// estimate.
 class LinuxMachHost final : public MachHost {
 public:
-    /// `root` is where the machine's file system is mounted; `pageSize` is that machine's, 0 for this one's.
+    /// `root` is the mount point of the machine's file system; `pageSize` is that machine's, 0 for this one's.
     explicit LinuxMachHost(const Clock& clock, std::string root = "/", std::size_t pageSize = 0);
 
     std::optional<ProcessorLoadInfo> hostProcessorInfo() override;
@@ -41,10 +42,10 @@ private:
         bool isLent = false;
     };
 
-    /// A core in its place in the answer.
+    /// A core at its fixed position in the result.
     struct Slot {
         CoreTicks latest;  ///< as last read, or higher during a dip
-        CoreTicks total;   ///< what is answered
+        CoreTicks total;   ///< what is reported
     };
 
     bool readCores();
@@ -61,7 +62,7 @@ private:
 
     std::size_t statPrefix_;
     std::vector<CoreTicks> cores_;         ///< as last read
-    std::vector<Slot> slots_;              ///< every core ever seen, in the order of the answer
+    std::vector<Slot> slots_;              ///< every core ever seen, in result order
     std::vector<std::int32_t> slotOfCpu_;  ///< -1: never seen
     std::vector<TickArray> arrays_;
 };

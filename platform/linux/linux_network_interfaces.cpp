@@ -20,8 +20,8 @@ bool isActive(const InterfaceEntry& entry) {
     return (entry.flags & active) == active;
 }
 
-/// Leaves out the link-level entries of interfaces that only repeat the traffic of others, and lists the rest of
-/// them after the interfaces with traffic of their own: a container's bridge is not the way to the network.
+/// Drops the link-level entries of interfaces that only repeat the traffic of others, and sorts their remaining
+/// entries after interfaces with traffic of their own: a container's bridge is not an uplink.
 void orderByTraffic(const std::string& root, std::vector<InterfaceEntry>& entries) {
     std::vector<InterfaceFacts> facts;
     for (const auto& entry : entries) {

@@ -13,13 +13,13 @@
 
 namespace kestro {
 
-/// The machine's interfaces with 64-bit counters. Main thread. While the list of interfaces is unchanged, a call
-/// costs one read of /proc/net/dev for the counters of all of them. Interfaces that only repeat the traffic of
-/// others have no link-level entry and come last, those of containers and tunnels after the rest; the counters of
-/// a link that joins those with traffic of their own start at 0.
+/// The machine's interfaces with 64-bit counters. Main thread. While the interface list is unchanged, a call costs
+/// a single read of /proc/net/dev. Interfaces that only repeat the traffic of others have no link-level entry and
+/// come last, those of containers and tunnels at the very end. When a link joins those with traffic of their own,
+/// its counters start at 0.
 class LinuxNetworkInterfaces final : public NetworkInterfaces {
 public:
-    /// `root` is where the machine's file system is mounted; no `source` stands for the running kernel.
+    /// `root` is the mount point of the machine's file system. Without a `source`, uses the running kernel.
     explicit LinuxNetworkInterfaces(std::string root = "/", std::unique_ptr<InterfaceSource> source = nullptr);
 
     std::optional<std::vector<InterfaceEntry>> getifaddrs() override;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t sourceLimit = 32;
 
-/// Files that stand in for "uevent" on drivers of which one property fails all of it.
+/// Read in place of "uevent" for drivers where one failing property makes all of "uevent" fail.
 constexpr std::array<std::string_view, 17> attributes{"status",
                                                       "present",
                                                       "online",
@@ -83,7 +83,7 @@ PowerSupply LinuxPowerSources::read(Source& source) {
         attributesText = readAttributes(source.directory);
     }
     auto supply = parsePowerSupply(text.value_or(attributesText));
-    // Kernels before 5.8 leave the type out of the properties.
+    // Kernels before 5.8 omit the type from the properties.
     supply.kind = source.kind;
     supply.isPresent = supply.isPresent && (text || !attributesText.empty());
     return supply;

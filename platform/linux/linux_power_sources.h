@@ -12,15 +12,15 @@
 
 namespace kestro {
 
-/// The machine's batteries from /sys/class/power_supply, as one power source: a laptop with two batteries has one
-/// charge to its user. Main thread. One read of an open file for each supply; the firmware behind some of them
-/// can take some milliseconds, which the kernel's own cache limits to once a second.
+/// The machine's batteries from /sys/class/power_supply as a single power source: to the user, a laptop with two
+/// batteries has one charge. Main thread. Costs one read of an open file per supply. Some firmware takes several
+/// milliseconds; the kernel's cache limits that to once a second.
 class LinuxPowerSources final : public PowerSources {
 public:
-    /// `root` is where the machine's file system is mounted.
+    /// `root` is the mount point of the machine's file system.
     explicit LinuxPowerSources(const Clock& clock, std::string root = "/");
 
-    /// Empty without a battery. nullopt: the kernel has no power supplies at all.
+    /// Empty without a battery. nullopt: the kernel does not support power supplies.
     std::optional<std::vector<std::optional<PowerSourceDescription>>> copyDescriptions() override;
 
 private:
@@ -37,7 +37,7 @@ private:
     std::string directory_;
     ReadBuffer buffer_;
     SearchSchedule schedule_;
-    bool isSupported_ = false;  ///< whether the kernel has power supplies, as of the last check
+    bool isSupported_ = false;  ///< whether the kernel supports power supplies, as of the last check
     std::vector<Source> sources_;
     std::vector<PowerSupply> supplies_;
 };

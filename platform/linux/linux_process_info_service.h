@@ -14,12 +14,12 @@ namespace kestro {
 
 /// Memory size, thermal state and the system's name and version. Main thread.
 ///
-/// Physical memory is what the kernel calls total; a container's own limit does not change it, as it does not
-/// for any other Linux tool, unless the container replaces /proc/meminfo. The thermal state is the worst of
-/// all zones; a zone's temperature can cost a firmware call, so it is asked for every other second at most.
+/// Physical memory is the kernel's total. As in other Linux tools, a container's limit does not affect it unless
+/// the container replaces /proc/meminfo. The thermal state is the worst of all zones. Reading a zone may cost a
+/// firmware call, so it happens at most every other second.
 class LinuxProcessInfoService final : public ProcessInfoService {
 public:
-    /// `root` is where the machine's file system is mounted.
+    /// `root` is the mount point of the machine's file system.
     explicit LinuxProcessInfoService(const Clock& clock, std::string root = "/");
 
     /// 0: unknown.
@@ -27,8 +27,8 @@ public:
 
     std::int64_t thermalState() override;
 
-    /// The name is "Linux" where the distribution does not state one. The version is the kernel's where the
-    /// distribution has none because it is updated without releases.
+    /// The name is "Linux" if the distribution states none. The version is the kernel's for a rolling
+    /// distribution, which has none.
     OperatingSystemVersion operatingSystemVersion() override;
 
 private:

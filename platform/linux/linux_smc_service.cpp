@@ -41,7 +41,7 @@ std::optional<LinuxSMCService::FanKey> LinuxSMCService::fanKey(std::uint32_t key
     if (first == 'F' && isDigit(second)) {
         fan = second - '0';
     } else if (isDigit(first) && isDigit(second) && first != '0') {
-        // A key holds four characters: with two digits, the leading letter has been shifted out.
+        // A key holds four characters: two digits shift out the leading letter.
         fan = (first - '0') * 10 + (second - '0');
     }
     const FanKey result{fan, static_cast<std::uint16_t>(key)};

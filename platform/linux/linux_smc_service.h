@@ -10,15 +10,15 @@
 
 namespace kestro {
 
-/// Answers the controller's fan keys from hwmon: "FNum" as "ui8 ", and for each fan actual, minimum, maximum
-/// and target speed ("F0Ac", "F0Mn", "F0Mx", "F0Tg") as "flt ". Any thread, one call at a time; allocates
-/// nothing in steady state.
+/// Emulates the controller's fan keys from hwmon: "FNum" as "ui8 ", and for each fan its actual, minimum, maximum
+/// and target speed ("F0Ac", "F0Mn", "F0Mx", "F0Tg") as "flt ". Any thread, one call at a time; allocates nothing
+/// in steady state.
 ///
-/// A key whose figure the fan does not have fails, as does one that cannot be read at the moment. The list of
-/// fans is brought up to date when the information of "FNum" is asked for, with which every listing begins.
+/// A key fails if the fan lacks that value or it cannot be read at the moment. Querying the information of "FNum",
+/// with which every listing starts, updates the list of fans.
 class LinuxSMCService final : public SMCService {
 public:
-    /// `root` is where the machine's file system is mounted.
+    /// `root` is the mount point of the machine's file system.
     explicit LinuxSMCService(const Clock& clock, std::string root = "/");
 
     /// nullopt while the machine has no fans.

@@ -41,7 +41,7 @@ LinuxSystemControl::CoreCounts LinuxSystemControl::countCores() {
     for (const auto& core : cores) {
         ++(topology.isEfficiency(core.cpu) ? counts.efficiency : counts.performance);
     }
-    // With all cores of one kind offline, those of the other are simply the machine's cores.
+    // With all cores of one kind offline, the other kind is simply the machine's cores.
     if (counts.performance == 0) {
         std::swap(counts.performance, counts.efficiency);
     }

@@ -12,14 +12,14 @@
 
 namespace kestro {
 
-/// The named kernel state that the Mac's readers ask for, from /proc and /sys. Main thread.
+/// The named kernel state that the Mac's readers query, from /proc and /sys. Main thread.
 ///
-/// Performance levels count the logical cores in use, so that they agree with the order of the tick arrays. A
-/// machine with one kind of core has level 0 only. Swap and pressure, which are asked for on every tick, are
-/// read from open descriptors without allocating.
+/// Performance levels count the logical cores in use, consistent with the order of the tick arrays. A machine with
+/// one kind of core has only level 0. Swap and pressure, which are queried on every tick, are read from open
+/// descriptors without allocating.
 class LinuxSystemControl final : public SystemControl {
 public:
-    /// `root` is where the machine's file system is mounted.
+    /// `root` is the mount point of the machine's file system.
     explicit LinuxSystemControl(const Clock& clock, std::string root = "/");
 
     std::optional<std::int32_t> sysctlByNameInt32(std::string_view name) override;

@@ -13,7 +13,7 @@
 namespace kestro {
 namespace {
 
-// Enough for the first core of any machine and for all cores of an Arm one; a server's file is far longer.
+// Enough for the first core of any machine and all cores of an Arm one; a server's file is far longer.
 constexpr std::size_t cpuInfoPrefix = 65536;
 
 constexpr std::array<std::string_view, 20> fillers{"to be filled by o.e.m.",
@@ -84,7 +84,7 @@ constexpr std::array<ArmPart, 22> armParts{
      {0xd49, "Neoverse N2"}, {0xd4b, "Cortex-A78C"}, {0xd4d, "Cortex-A715"}, {0xd4e, "Cortex-X3"},
      {0xd4f, "Neoverse V2"}, {0xd80, "Cortex-A520"}}};
 
-/// Names under which architectures state the processor, the better one first.
+/// Keys under which architectures state the processor, in order of preference.
 constexpr std::array<std::string_view, 6> brandKeys{"model name", "Model Name", "cpu model",
                                                     "uarch",      "cpu",        "Hardware"};
 
@@ -143,7 +143,7 @@ std::optional<std::string> parseProcessorBrand(std::string_view cpuInfo) {
         } else if (key == "CPU implementer") {
             implementer = parseHexadecimal(value);
         } else if (key == "CPU part") {
-            // The last cores are the large ones of a machine that has two sizes.
+            // On a machine with two core sizes, the last cores are the large ones.
             part = parseHexadecimal(value);
         }
     }

@@ -6,23 +6,23 @@
 
 namespace kestro {
 
-/// Whether a text of the firmware's tables says nothing: what makers leave in when they fill in no name, such as
-/// "To Be Filled By O.E.M." or "System Product Name".
+/// Whether a firmware text is a placeholder left in by the manufacturer, such as "To Be Filled By O.E.M." or
+/// "System Product Name".
 bool isFirmwareFiller(std::string_view text);
 
-/// The processor's name from /proc/cpuinfo: "model name" on PCs, its counterparts on other architectures, and
-/// the maker and part number put into words on Arm, where there is no name. nullopt: none of them.
+/// The processor's name from /proc/cpuinfo: "model name" on PCs, its equivalents on other architectures, or on
+/// Arm, which has no name, text made from the maker and part numbers. nullopt: none of these.
 std::optional<std::string> parseProcessorBrand(std::string_view cpuInfo);
 
-/// The name of an Apple chip from the device tree's "compatible" list, whose texts are separated by zero bytes:
-/// "apple,t6000" is an Apple M1 Pro. nullopt: no chip of that maker, or one that is not known by name.
+/// The name of an Apple chip from the device tree's "compatible" list, whose entries are separated by zero bytes:
+/// "apple,t6000" is an Apple M1 Pro. nullopt: not an Apple chip, or an unknown one.
 std::optional<std::string> appleChipName(std::string_view compatible);
 
-/// The machine's model: the device tree's, else the firmware's name of the product, else that of its mainboard,
-/// else the kernel's name of the architecture. nullopt: nothing is known.
+/// The machine's model: from the device tree, or else the firmware's product name, its mainboard name, or the
+/// kernel's architecture name. nullopt: none of these.
 std::optional<std::string> readMachineModel(const std::string& root);
 
-/// The processor's name: an Apple chip's by the device tree, else by /proc/cpuinfo. nullopt: nothing is known.
+/// The processor's name: for an Apple chip from the device tree, otherwise from /proc/cpuinfo. nullopt: unknown.
 std::optional<std::string> readProcessorBrand(const std::string& root);
 
 }  // namespace kestro

@@ -31,7 +31,7 @@ void MemoryPoolReader::lookUp(ReadBuffer& buffer) {
         }
     }
     for (auto& disk : disks_) {
-        // A disk that was never given a size holds no memory.
+        // A disk without a size holds no memory.
         const auto size = disk.size.read(buffer);
         disk.isInUse = size && parseInteger<std::uint64_t>(*size).value_or(0) > 0;
     }

@@ -10,14 +10,14 @@
 
 namespace kestro {
 
-/// Reads the memory held by compressed RAM disks and given up by the ZFS cache. The files stay open; which
-/// disks are in use is looked up every half minute, so that a machine that has neither pays nothing in between.
-/// One thread at a time; allocates only when a disk appears or goes away.
+/// Reads the memory held by compressed RAM disks and reclaimable from the ZFS cache. The files stay open. The
+/// disks in use are refreshed every 30 seconds, so a machine without either pays nothing in between. One thread at
+/// a time; allocates only when a disk appears or disappears.
 class MemoryPoolReader {
 public:
     explicit MemoryPoolReader(const std::string& root);
 
-    /// What cannot be read counts 0.
+    /// Counts as 0 what cannot be read.
     MemoryPools read(MonotonicTime now, ReadBuffer& buffer);
 
 private:

@@ -5,7 +5,7 @@
 namespace kestro {
 namespace {
 
-/// The value of an assignment as the shell would have it, without expansions.
+/// The value of an assignment with shell quoting removed, without expansions.
 std::string unquoted(std::string_view value) {
     value = trimmedField(value);
     const char quote = !value.empty() && (value.front() == '"' || value.front() == '\'') ? value.front() : '\0';

@@ -14,12 +14,11 @@ using Amount = std::optional<std::int64_t>;
 using Kind = PowerSupply::Kind;
 using Status = PowerSupply::Status;
 
-// Far above any battery, and low enough that sums and products of a few stay exact.
+// Far above any battery, but low enough that sums and products of a few values stay exact.
 constexpr std::int64_t largestAmount = 10'000'000'000;
 constexpr double serviceShare = 0.8;
 
-// Just after the charger went, gauges tell a current of next to nothing, at which any battery would last for
-// weeks.
+// Just after the charger is unplugged, gauges report almost no current, at which any battery would last for weeks.
 constexpr std::int64_t longestMinutes = 7 * 24 * 60;
 
 constexpr std::array<std::pair<std::string_view, Amount PowerSupply::*>, 13> amounts{{
@@ -61,7 +60,7 @@ void take(PowerSupply& supply, std::string_view key, std::string_view value) {
     } else if (key == "PRESENT") {
         supply.isPresent = value != "0";
     } else if (key == "ONLINE") {
-        // 2 stands for a fixed and 3 for a programmable voltage.
+        // 2 means a fixed and 3 a programmable voltage.
         supply.isOnline = parseInteger<int>(value).value_or(0) > 0;
     } else if (key == "STATUS") {
         const auto* const status = std::ranges::find(statuses, value, &decltype(statuses)::value_type::first);
@@ -75,7 +74,7 @@ bool isAboveZero(const Amount& amount) {
     return amount && *amount > 0;
 }
 
-/// Millivolts by which a battery's energy and charge are converted.
+/// The voltage in mV for converting between a battery's energy and charge.
 Amount voltage(const PowerSupply& battery) {
     const auto microvolts = isAboveZero(battery.voltageMinDesign) ? battery.voltageMinDesign : battery.voltageNow;
     return isAboveZero(microvolts) && *microvolts >= 1000 ? Amount(*microvolts / 1000) : std::nullopt;
@@ -116,7 +115,7 @@ std::int64_t percentOf(const Level& level) {
 
 using Batteries = std::vector<const PowerSupply*>;
 
-/// Several batteries by the energy they hold, or by the mean of their percentages where one does not know it.
+/// Combines several batteries by energy, or by the mean of their percentages if one has no energy value.
 std::optional<Level> combinedPercent(const Batteries& batteries) {
     Level energy;
     std::int64_t percentSum = 0;
@@ -197,7 +196,7 @@ Minutes minutesOfEnergy(const Batteries& batteries) {
     return power > 0 && energy > 0 ? Minutes(energy * 60 / power) : std::nullopt;
 }
 
-/// Minutes until all batteries are empty, of the first source that can be believed; -1 while none can.
+/// Minutes until all batteries are empty, from the first plausible source; -1 if there is none.
 std::int64_t minutesToEmpty(const Batteries& batteries) {
     std::array<Minutes, 3> sources{{{}, {}, minutesOfEnergy(batteries)}};
     if (batteries.size() == 1) {
@@ -209,9 +208,9 @@ std::int64_t minutesToEmpty(const Batteries& batteries) {
     return found != sources.end() ? **found : -1;
 }
 
-/// A charger that is online counts before what can be told from the batteries; one that is not may be one of
-/// several connectors. A battery that neither charges nor discharges is held at its limit by external power,
-/// unless another one discharges: of two, one rests.
+/// An online charger takes precedence over the batteries; an offline one may be just one of several connectors. A
+/// battery that neither charges nor discharges is held at its limit by external power, unless another one
+/// discharges: of two batteries, one rests.
 bool isPluggedIn(const std::vector<PowerSupply>& supplies, const Batteries& batteries) {
     bool hasCharger = false;
     for (const auto& supply : supplies) {

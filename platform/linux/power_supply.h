@@ -10,15 +10,15 @@
 
 namespace kestro {
 
-/// What a power supply says of itself (Documentation/ABI/testing/sysfs-class-power): the lines
+/// The properties of a power supply (Documentation/ABI/testing/sysfs-class-power): the lines
 /// "POWER_SUPPLY_KEY=value" of its "uevent". Charge in µAh, energy in µWh, power in µW, current in µA, voltage in
-/// µV. Absent: the supply does not know.
+/// µV. Absent: unknown to the supply.
 struct PowerSupply {
     enum class Kind : std::uint8_t { other, battery, charger };
     enum class Status : std::uint8_t { unknown, charging, discharging, notCharging, full };
 
     Kind kind = Kind::other;
-    bool isDevice = false;  ///< belongs to a wireless mouse or the like, not to the machine
+    bool isDevice = false;  ///< belongs to a peripheral such as a wireless mouse, not to the machine
     bool isPresent = true;  ///< false for an empty bay
     std::optional<bool> isOnline;
     Status status = Status::unknown;
@@ -37,21 +37,21 @@ struct PowerSupply {
     std::string health;
 };
 
-/// The kind by the word in a supply's "type": mains, USB and wireless supplies are chargers.
+/// Determines the kind from a supply's "type": mains, USB and wireless supplies are chargers.
 PowerSupply::Kind parseSupplyKind(std::string_view type);
 
-/// Lines that are malformed or unknown are left out; negative amounts are made positive, since drivers disagree
-/// on the sign of a discharge.
+/// Skips malformed and unknown lines. Negative amounts become positive, because drivers disagree on the sign of a
+/// discharge.
 PowerSupply parsePowerSupply(std::string_view uevent);
 
-/// The machine's batteries as the one power source that its user knows, or none. `supplies` are all power
-/// supplies of the machine.
+/// The machine's batteries as one power source, or nullopt without a battery. `supplies` are all power supplies of
+/// the machine.
 ///
-/// A single battery states its charge in mAh; where it counts energy, the voltage converts it. One that knows
-/// only its percentage, and several batteries together, state percent of 100. External power is there when a
-/// charger is online or a battery charges, is held at a limit, or is full on a machine that reports no charger.
-/// "BatteryHealth" is "Service Recommended" when a full charge is below 80 % of the design, the driver's word
-/// when that is worse than good, else "Normal". "Time to Empty" comes while discharging only, in minutes up to a
+/// A single battery reports its charge in mAh; an energy value is converted using the voltage. A battery that has
+/// only a percentage, and several batteries together, report percent of 100. The machine is on external power if a
+/// charger is online, or if a battery charges, is held at a limit, or is full while no charger is reported.
+/// "BatteryHealth" is "Service Recommended" when a full charge is below 80 % of the design; otherwise the driver's
+/// word if worse than good, else "Normal". "Time to Empty" is present only while discharging, in minutes up to a
 /// week; -1: not known yet.
 std::optional<PowerSourceDescription> describeBatteries(const std::vector<PowerSupply>& supplies);
 

@@ -28,7 +28,7 @@ enum Line {
     lineCount
 };
 
-// In the order in which the kernel prints them, so that one pass with a moving start finds each at once.
+// In the kernel's output order, so that one pass with a moving start finds each at once.
 constexpr std::array<std::string_view, lineCount> lineNames{
     "MemTotal:",     "MemFree:",    "MemAvailable:", "Buffers:",    "Cached:",
     "Unevictable:",  "SwapTotal:",  "SwapFree:",     "Zswap:",      "Shmem:",
@@ -73,8 +73,8 @@ Figures readFigures(std::string_view text) {
     return figures;
 }
 
-/// What procps took for available before the kernel said so: the free memory and the caches, less the shared
-/// memory that is counted among them but cannot be dropped.
+/// procps's estimate of available memory before the kernel provided one: free memory plus caches, minus the shared
+/// memory included in them, which cannot be dropped.
 std::uint64_t estimatedAvailable(const Figures& figures) {
     const auto caches =
         sum(sum(figures[buffers].value_or(0), figures[cached].value_or(0)), figures[sReclaimable].value_or(0));

@@ -10,7 +10,7 @@ namespace {
 
 enum Column { user, nice, system, idle, ioWait, irq, softIrq, steal, columnCount };
 
-// Kernels older than the later columns end their lines earlier.
+// Kernels that predate the later columns have shorter lines.
 constexpr std::size_t leastColumns = idle + 1;
 
 std::optional<CoreTicks> parseCoreLine(std::string_view line) {
@@ -54,7 +54,7 @@ std::optional<CoreTicks> parseCoreLine(std::string_view line) {
 bool parseProcStatCores(std::string_view text, std::vector<CoreTicks>& cores) {
     cores.clear();
     while (!text.empty()) {
-        // A line of the kernel ends with a line break; one that does not has been cut off.
+        // The kernel ends every line with a line break; a line without one was cut off.
         if (text.find('\n') == std::string_view::npos) {
             return false;
         }

@@ -17,7 +17,7 @@ std::optional<SwapUsage> parseSwaps(std::string_view text) {
     }
     SwapUsage usage;
     while (!text.empty()) {
-        // The kernel writes blanks within a file's name as octal escapes, so that columns are safe to count.
+        // The kernel octal-escapes blanks in file names, so columns can be counted safely.
         auto line = takeLine(text);
         takeField(line);
         takeField(line);

@@ -7,8 +7,8 @@
 
 namespace kestro {
 
-/// The sum over the devices and files that /proc/swaps lists; zeros for none. nullopt: the text has no heading
-/// of that file or a line is malformed.
+/// Sums the devices and files listed in /proc/swaps; zeros if there are none. nullopt: the heading is missing or a
+/// line is malformed.
 std::optional<SwapUsage> parseSwaps(std::string_view text);
 
 }  // namespace kestro

@@ -6,7 +6,7 @@ namespace kestro {
 
 namespace {
 
-/// Reads the number at the start of `text` and moves past it; false when there is none.
+/// Parses the number at the start of `text` and moves past it; false when there is none.
 template <typename Number>
 bool takeNumber(std::string_view& text, Number& number) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -17,7 +17,7 @@ bool takeNumber(std::string_view& text, Number& number) {
     return true;
 }
 
-/// Moves past `count` fields that end in a space; false when the text ends before.
+/// Skips `count` fields that end in a space; false when the text ends first.
 bool skipFields(std::string_view& text, int count) {
     for (; count > 0; --count) {
         const auto space = text.find(' ');
@@ -46,7 +46,7 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text) {
     }
     stat.name = text.substr(nameStart + 1, nameEnd - nameStart - 1);
 
-    // Fields are numbered from 1 (pid) and 2 (name); what follows begins with the blank before field 3.
+    // Fields are numbered from 1 (pid) and 2 (name); the rest begins with the blank before field 3.
     auto rest = text.substr(nameEnd + 1);
     std::uint64_t userTicks = 0;
     std::uint64_t systemTicks = 0;

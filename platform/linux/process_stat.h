@@ -15,7 +15,7 @@ struct ProcessStat {
     std::uint64_t residentPages = 0;   ///< rss; 0 when the kernel reports a negative count
 };
 
-/// nullopt: the text is not a whole, well-formed line. The name may hold spaces, parentheses and any other
+/// nullopt: the text is not one complete, well-formed line. The name may contain spaces, parentheses and any other
 /// byte: it ends at the last ")".
 std::optional<ProcessStat> parseProcessStat(std::string_view text);
 

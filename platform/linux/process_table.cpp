@@ -20,7 +20,7 @@ namespace kestro {
 
 namespace {
 
-/// Over less the kernel's ticks of 10 ms say little.
+/// Shorter intervals are too coarse with the kernel's 10 ms ticks.
 constexpr double shortestMeasure = 0.4;
 
 double ticksPerSecond() {
@@ -43,8 +43,9 @@ bool isProcessDirectory(const char* name) {
     return name[0] >= '1' && name[0] <= '9';
 }
 
-/// The kernel's name in the place of a path. It is none: of "kworker/0:1" the last component would say little, so
-/// its slashes become U+2215, which looks the same. A name of blanks alone would leave a row without a command.
+/// The kernel's name in place of a path. It is not a path, and the last component of "kworker/0:1" would be
+/// meaningless, so slashes become the look-alike U+2215. A name of only blanks would leave a row without a
+/// command.
 std::string nameAsCommand(std::string_view name) {
     if (name.find_first_not_of(' ') == std::string_view::npos) {
         return "?";
@@ -148,7 +149,7 @@ void ProcessTable::measure() {
         const auto* before = earlier < baseline_.count ? &baseline_.processes[earlier] : nullptr;
         const bool known =
             before != nullptr && before->pid == process.pid && before->startTicks == process.startTicks;
-        // A start is known to a tick: what began within the last one would come out at any figure.
+        // Start times have tick resolution: a process started within the last tick could show any value.
         const double age = now - static_cast<double>(process.startTicks) / ticksPerSecond();
         const double life = age < 0 ? 0 : std::max(age, 1 / ticksPerSecond());
         const double seconds = known ? elapsed : life;

@@ -8,11 +8,11 @@
 
 namespace kestro {
 
-/// The processes of this machine as the process-status tool would list them, read straight from /proc.
+/// The processes of this machine, listed as the process-status tool would, straight from /proc.
 ///
-/// Processor use is measured between two listings at least 0.4 s apart, as `top` does; a process that was not
-/// there at the earlier one counts from its start. Any thread; listings wait for each other. A /proc that cannot
-/// be read lists nothing.
+/// CPU use is measured between two listings at least 0.4 s apart, as `top` does; a process missing from the
+/// earlier one is measured from its start. Any thread; concurrent listings are serialised. Lists nothing if /proc
+/// cannot be read.
 class ProcessTable {
 public:
     enum class Order { processor, residentMemory };
@@ -26,13 +26,13 @@ public:
     ProcessTable(const ProcessTable&) = delete;
     ProcessTable& operator=(const ProcessTable&) = delete;
 
-    /// A header line, then at most `rowLimit` lines of pid, CPU percent of one core, memory percent, resident
-    /// KiB and command, the greatest first. The command is the executable's path where it can be read and the
-    /// kernel's name otherwise, always valid UTF-8 without control characters and never empty. Only a path holds
-    /// slashes; those of a kernel's name become U+2215.
+    /// A header line, then at most `rowLimit` lines of pid, CPU percent of one core, memory percent, resident KiB
+    /// and command, greatest first. The command is the executable's path if readable, otherwise the kernel's name:
+    /// always valid UTF-8, without control characters, never empty. Only paths contain slashes; those in a kernel
+    /// name become U+2215.
     std::string list(Order order);
 
-    /// Several times what the longest list of the program shows.
+    /// Several times the program's longest process list.
     static constexpr std::size_t rowLimit = 100;
 
     /// CLOCK_BOOTTIME.
@@ -48,11 +48,11 @@ private:
         std::string name;
     };
 
-    /// Every process at one time, by process id.
+    /// All processes at one point in time, sorted by process id.
     struct Listing {
         std::vector<Process> processes;
         std::size_t count = 0;  // entries in use; the others keep their storage
-        double time = -1;       // of the uptime source; -1: there is none
+        double time = -1;       // from the uptime source; -1: none yet
     };
 
     void scan();
@@ -65,8 +65,8 @@ private:
     const UptimeSource uptime_;
     std::mutex mutex_;
     Listing newest_;
-    Listing next_;      // what later listings are measured against once it is old enough
-    Listing baseline_;  // what the newest one is measured against
+    Listing next_;      // becomes the baseline of later listings once it is old enough
+    Listing baseline_;  // the baseline of the newest one
     std::vector<std::uint32_t> ranking_;
 };
 

@@ -10,23 +10,23 @@
 
 namespace kestro {
 
-/// Decides when the devices below a directory of /sys are searched for again: when an entry came or went, which
-/// is checked every ten seconds, and soon after a reading found its device gone, less and less often while that
-/// does not help. Allocates nothing. One thread at a time.
+/// Decides when to search the devices below a /sys directory again: when an entry was added or removed, checked
+/// every ten seconds, and soon after a reading found its device gone, with increasing delays while that does not
+/// help. Allocates nothing. One thread at a time.
 class SearchSchedule {
 public:
     enum class Due : std::uint8_t {
         nothing,
-        check,   ///< the same devices as before; a good moment for what need not be done at every tick
+        check,   ///< same devices as before; do any work not needed on every tick
         search,  ///< a new search
     };
 
     explicit SearchSchedule(std::string directory) : directory_(std::move(directory)) {}
 
-    /// What is to be done now; the first call asks for a search.
+    /// What to do now; the first call requests a search.
     Due due(MonotonicTime now);
 
-    /// A reading found its device gone.
+    /// Reports that a reading found its device gone.
     void noteGone() { isAnyGone_ = true; }
 
 private:

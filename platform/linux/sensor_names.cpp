@@ -12,7 +12,7 @@ namespace {
 constexpr std::array<std::pair<std::string_view, std::string_view>, 3> dieWords{
     {{"tdie", "die"}, {"soc", "package"}, {"cpu", "processor"}}};
 
-/// "Package id 1" of coretemp and everything else that a processor's chip calls its inputs.
+/// Shortens "Package id 1" of coretemp and keeps a processor chip's other labels.
 std::string processorLabel(std::string_view label) {
     constexpr std::string_view package = "Package id ";
     if (!label.starts_with(package)) {

@@ -16,7 +16,7 @@ constexpr std::size_t sensorLimit = 256;
 constexpr std::chrono::seconds slowPeriod{10};
 constexpr auto stayGone = PersistentFile::WhenGone::stayGone;
 
-/// The name under which the kernel registers a chip for a power supply or a thermal zone.
+/// The name under which the kernel registers a power supply's or thermal zone's chip.
 std::string asChipName(std::string_view name) {
     std::string result(name);
     std::ranges::replace(result, '-', '_');
@@ -49,7 +49,7 @@ bool TemperatureSensors::isAnyRepaired() const {
     return std::ranges::any_of(faults_, [](const std::string& path) { return holds(path, "0"); });
 }
 
-/// Whether input `number` measures nothing: it says so, or is one that is commonly left open on mainboards.
+/// Whether input `number` measures nothing: it reports a fault, or is commonly unconnected on mainboards.
 bool TemperatureSensors::isUnconnected(const HwmonChip& chip, std::uint32_t number,
                                        const std::optional<std::string>& label) {
     const auto prefix = chip.directory + "/temp" + std::to_string(number);
@@ -70,7 +70,7 @@ void TemperatureSensors::search() {
         supplies.push_back(asChipName(name));
     }
     for (const auto& chip : chips) {
-        // A supply's chip tells the supply's own figures again, those of a wireless mouse among them.
+        // A supply's chip only repeats the supply's own values, even those of a wireless mouse.
         if (std::ranges::find(supplies, chip.name) == supplies.end()) {
             addChip(chip);
         }
@@ -89,7 +89,7 @@ void TemperatureSensors::addChip(const HwmonChip& chip) {
     for (const auto number : numbers) {
         labels.push_back(readLabel(chip, number));
     }
-    // Tctl is Tdie plus an offset for the fans on the processors that have both.
+    // On processors that have both, Tctl is Tdie plus an offset for fan control.
     const bool hasDie = std::ranges::find(labels, "Tdie") != labels.end();
     for (std::size_t index = 0; index < numbers.size(); ++index) {
         const auto& label = labels[index];
@@ -130,7 +130,7 @@ void TemperatureSensors::addBatteries() {
 void TemperatureSensors::addZones(const std::vector<HwmonChip>& chips) {
     for (auto& zone : readThermalZones(root_)) {
         const bool isListed = std::ranges::find(chips, asChipName(zone.type), &HwmonChip::name) != chips.end();
-        // The package zone comes as coretemp, and the policy device of the same family measures nothing.
+        // coretemp already covers the package zone, and that family's policy device measures nothing.
         if (isListed || zone.type.starts_with("INT3400")) {
             continue;
         }

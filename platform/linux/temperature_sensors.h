@@ -13,23 +13,23 @@
 
 namespace kestro {
 
-/// The machine's temperature sensors: those of hwmon, the batteries' own, and the thermal zones where hwmon has
-/// none of the processor die. Sensors of the die come first, ACPI's coarse zone last; that one stands for the
-/// processor where nothing else does. One thread at a time.
+/// The machine's temperature sensors: those of hwmon, those in the batteries, and thermal zones if hwmon has none
+/// for the processor die. Die sensors come first. The coarse ACPI zone comes last and serves as the die sensor if
+/// there is no other. One thread at a time.
 ///
-/// Drives and memory modules are asked every ten seconds at most, since a reading is a command to the device,
-/// and a sleeping graphics card not at all.
+/// Reads drives and memory modules at most every ten seconds, since each reading sends a command to the device,
+/// and never reads a sleeping graphics card.
 class TemperatureSensors {
 public:
     explicit TemperatureSensors(std::string root);
 
-    /// Brings the list up to date where that is due; positions are those of the list until the next call.
+    /// Updates the list if due; positions refer to the list and are valid until the next call.
     void refresh(MonotonicTime now);
 
     std::size_t count() const { return sensors_.size(); }
     const std::string& name(std::size_t sensor) const { return sensors_[sensor].name; }
 
-    /// Degrees Celsius. nullopt: no reading for the moment; the sensor keeps its place.
+    /// Degrees Celsius. nullopt: no reading at the moment; the sensor keeps its position.
     std::optional<double> temperature(std::size_t sensor, MonotonicTime now);
 
 private:
@@ -59,7 +59,7 @@ private:
     ReadBuffer buffer_;
     SearchSchedule schedule_;
     std::vector<Sensor> sensors_;
-    std::vector<std::string> faults_;  ///< files by which inputs said at the search that they measure nothing
+    std::vector<std::string> faults_;  ///< fault files of inputs that measured nothing at the last search
 };
 
 }  // namespace kestro

@@ -12,21 +12,21 @@
 
 namespace kestro {
 
-/// Small pieces of which the parsers of /proc and /sys are made. All are pure, allocate nothing unless they
-/// return a string, and take any bytes at all. Any thread.
+/// Building blocks for the parsers of /proc and /sys. All are pure, accept arbitrary bytes, and allocate nothing
+/// unless they return a string. Any thread.
 
-/// `text` without white space, line breaks and zero bytes at both ends.
+/// `text` without leading and trailing white space, line breaks and zero bytes.
 std::string_view trimmedField(std::string_view text);
 
-/// Cuts the first line off `rest` and returns it without its line break; at the end of the text, `rest` is
-/// left empty.
+/// Removes the first line from `rest` and returns it without its line break. At the end of the text, `rest`
+/// becomes empty.
 std::string_view takeLine(std::string_view& rest);
 
-/// Cuts the first field, delimited by blanks or tabs, off `rest`; empty when there is none left.
+/// Removes the first field, delimited by blanks or tabs, from `rest`; empty when none is left.
 std::string_view takeField(std::string_view& rest);
 
-/// The number that the whole of `text` is, white space around it aside; nullopt for anything else, a number
-/// out of range included.
+/// Parses the whole of `text`, apart from surrounding white space, as a number; nullopt for anything else,
+/// including a number out of range.
 template <typename Integer>
 std::optional<Integer> parseInteger(std::string_view text) {
     text = trimmedField(text);
@@ -41,11 +41,11 @@ std::optional<Integer> parseInteger(std::string_view text) {
 /// The same for a finite decimal fraction such as "0.25".
 std::optional<double> parseDecimal(std::string_view text);
 
-/// Text that may be shown: the first line of `text`, trimmed, its runs of blanks made one. nullopt when
-/// nothing is left, and for more than 256 bytes, control characters or bytes that are not UTF-8.
+/// Text fit for display: the first line of `text`, trimmed, with runs of blanks collapsed. nullopt if nothing is
+/// left, or for more than 256 bytes, control characters or invalid UTF-8.
 std::optional<std::string> displayText(std::string_view text);
 
-/// ASCII letters made lower case; other bytes are kept.
+/// Converts ASCII letters to lower case; keeps other bytes.
 std::string lowered(std::string_view text);
 
 }  // namespace kestro

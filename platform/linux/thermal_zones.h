@@ -8,8 +8,8 @@
 
 namespace kestro {
 
-/// A temperature at which the kernel acts (Documentation/driver-api/thermal/sysfs-api.rst), in thousandths of
-/// a degree Celsius. Trip points that only drive fans are of no interest here.
+/// A temperature at which the kernel acts (Documentation/driver-api/thermal/sysfs-api.rst), in thousandths of a
+/// degree Celsius. Excludes trip points that only drive fans.
 struct TripPoint {
     enum class Kind : std::uint8_t { passive, hot, critical };
 
@@ -24,22 +24,22 @@ struct ThermalZone {
     std::vector<TripPoint> trips;
 };
 
-/// Thousandths of a degree Celsius as hwmon and the thermal zones state them. nullopt: malformed, or a value
-/// that stands for none because no sensor measures it (at or below -100 or above 300 degrees).
+/// Parses thousandths of a degree Celsius as stated by hwmon and the thermal zones. nullopt: malformed, or a
+/// placeholder for a missing sensor (at or below -100 or above 300 degrees).
 std::optional<std::int32_t> parseMillidegrees(std::string_view text);
 
 /// nullopt: a fan's trip point or an unknown kind.
 std::optional<TripPoint::Kind> parseTripKind(std::string_view text);
 
-/// Every enabled zone by number. Trip points that are not above 0 degrees are not set and are left out.
+/// Every enabled zone, ordered by number. Skips trip points at or below 0 degrees, which are unset.
 std::vector<ThermalZone> readThermalZones(const std::string& root);
 
-/// Whether the kernel acts on this zone's trip points. Those of "x86_pkg_temp" are only thresholds at which a
-/// program wants to be told, and lie close to whatever the temperature is.
+/// Whether the kernel acts on this zone's trip points. Those of "x86_pkg_temp" are only notification thresholds
+/// for programs, and track the current temperature.
 bool hasMeaningfulTrips(std::string_view zoneType);
 
-/// The Mac's thermal state of a zone: 1 fair from a passive trip point on, where the kernel begins to slow the
-/// machine down, 2 serious from a hot one on, 3 critical from a critical one on, else 0 nominal.
+/// The Mac's thermal state of a zone: 1 fair from a passive trip point, at which the kernel starts throttling, 2
+/// serious from a hot one, 3 critical from a critical one, otherwise 0 nominal.
 std::int64_t thermalStateAt(const std::vector<TripPoint>& trips, std::int32_t temperature);
 
 }  // namespace kestro

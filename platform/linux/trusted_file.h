@@ -6,10 +6,10 @@
 
 namespace kestro {
 
-/// Opens a file with `accessMode` (O_RDONLY or O_WRONLY) without following a link and without blocking, although
-/// anybody may write to its directory. Trusted is a regular file that this user owns, that nobody else may
-/// write to, and that has no second name: otherwise a stranger could have linked a file of ours to this path.
-/// A descriptor that is not open: there is no file, or none to be trusted.
+/// Opens a file with `accessMode` (O_RDONLY or O_WRONLY) without following a link or blocking, although anyone may
+/// write to its directory. A trusted file is a regular file that this user owns, that no other user may write to,
+/// and that has no second hard link: otherwise another user could have linked one of our files to this path. A
+/// descriptor that is not open: the file is missing or untrusted.
 Descriptor openTrusted(const std::string& path, int accessMode);
 
 }  // namespace kestro

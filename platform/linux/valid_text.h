@@ -5,7 +5,7 @@
 
 namespace kestro {
 
-/// `bytes` as one line of valid UTF-8: control characters become "?", bytes that are no UTF-8 become U+FFFD.
+/// `bytes` as one line of valid UTF-8: control characters become "?", invalid bytes become U+FFFD.
 std::string validText(std::string_view bytes);
 
 }  // namespace kestro

@@ -6,8 +6,8 @@
 
 namespace kestro {
 
-/// The bytes from where an open file stands to its end, at most the first `limit`. Goes on after an interrupted
-/// call. nullopt: the file cannot be read; errno says why. Any thread.
+/// Reads an open file from its current position to the end, at most `limit` bytes. Retries interrupted calls.
+/// nullopt: the file cannot be read; see errno. Any thread.
 std::optional<std::string> readAtMost(int descriptor, std::size_t limit);
 
 }  // namespace kestro

@@ -6,7 +6,7 @@
 
 namespace kestro {
 
-/// Owns a file descriptor; -1 is none.
+/// Owns a file descriptor; -1 when empty.
 class Descriptor {
 public:
     Descriptor() = default;

@@ -4,7 +4,7 @@
 
 namespace kestro {
 
-/// Both clocks, standing still until somebody turns them.
+/// Both clocks, stopped until a caller advances them.
 class SimulatedClock final : public Clock {
 public:
     /// A Thursday morning in June 2025, 09:41 UTC.
@@ -13,16 +13,16 @@ public:
     WallTime wallNow() const override { return wall_; }
     MonotonicTime monotonicNow() const override { return monotonic_; }
 
-    /// Time since the clock was made.
+    /// Time since construction.
     std::chrono::nanoseconds elapsed() const { return monotonic_ - MonotonicTime{std::chrono::hours(1)}; }
 
-    /// Turns both clocks; fires nothing.
+    /// Advances both clocks; fires nothing.
     void turn(std::chrono::nanoseconds duration) {
         monotonic_ += duration;
         wall_ += std::chrono::duration_cast<WallTime::duration>(duration);
     }
 
-    /// The user, or the network, sets the wall clock; monotonic time does not notice.
+    /// Simulates the user or the network setting the wall clock; monotonic time is unaffected.
     void setWall(WallTime wall) { wall_ = wall; }
 
 private:

@@ -8,7 +8,7 @@
 
 namespace kestro {
 
-/// One row of the process tool's list.
+/// One row of the process tool's output.
 struct SimulatedProcess {
     std::int32_t pid = 0;
     double cpuPercent = 0;
@@ -16,14 +16,14 @@ struct SimulatedProcess {
     std::string command;
 };
 
-/// One program that was run.
+/// One executed program.
 struct SimulatedCommandCall {
     std::string executable;
     std::vector<std::string> arguments;
 };
 
-/// Answers "/bin/ps" from a list of processes and "/usr/bin/pmset" from a power mode, in the tools' own text
-/// forms, or any program with the text that a test gives.
+/// Emulates "/bin/ps" from a list of processes and "/usr/bin/pmset" from a power mode, in the tools' own output
+/// format, or returns fixed text for any program.
 class SimulatedCommandRunner final : public CommandRunner {
 public:
     explicit SimulatedCommandRunner(const SimulatedPattern& pattern);
@@ -32,7 +32,7 @@ public:
                                      const std::vector<std::string>& arguments) override;
 
     SimulatedFailure failure;
-    std::map<std::string, std::string> outputs;  ///< fixed standard output by executable; goes first
+    std::map<std::string, std::string> outputs;  ///< fixed standard output by executable; takes precedence
     std::vector<SimulatedProcess> processes;
     std::int64_t powerMode = 0;  ///< the tool's number: 0 automatic, 1 low, 2 high
 

@@ -11,13 +11,13 @@
 
 namespace kestro {
 
-/// One notification that was posted.
+/// One posted notification.
 struct SimulatedPosting {
     std::string name;
     NotificationUserInfo userInfo;
 };
 
-/// Delivers every posting to the observers of its name, as a task of the main queue, and keeps a record.
+/// Delivers every notification to the observers of its name, as a task on the main queue, and records it.
 class SimulatedDistributedNotifications final : public DistributedNotifications {
 public:
     explicit SimulatedDistributedNotifications(RunLoop& runLoop) : runLoop_(runLoop) {}
@@ -36,7 +36,7 @@ public:
         });
     }
 
-    SimulatedFailure loss;  ///< a posting that nobody delivers
+    SimulatedFailure loss;  ///< drops a posted notification
     std::vector<SimulatedPosting> postings;
 
 private:

@@ -4,16 +4,16 @@
 
 namespace kestro {
 
-/// Decides whether one platform call fails. By default it never does.
+/// Decides whether a platform call fails; by default it never does.
 class SimulatedFailure {
 public:
-    /// Every call fails from now on.
+    /// Fails every call from now on.
     void always() { remaining_ = -1; }
 
-    /// The next `count` calls fail, then none.
+    /// Fails the next `count` calls, then none.
     void times(std::int64_t count) { remaining_ = count; }
 
-    /// Asked once by each call.
+    /// Queried once per call.
     bool strikes() {
         if (remaining_ > 0) {
             --remaining_;

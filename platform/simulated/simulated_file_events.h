@@ -9,8 +9,8 @@
 
 namespace kestro {
 
-/// Files in memory. A write raises an event in the main queue of everybody who watches the path; writes that
-/// follow each other before it is delivered share one. Truncating is a write too.
+/// Files in memory. A write posts an event to the main queue for every watcher of the path; writes before its
+/// delivery are coalesced. Truncating also counts as a write.
 class SimulatedFileEvents final : public FileEvents {
 public:
     explicit SimulatedFileEvents(RunLoop& runLoop);
@@ -23,16 +23,16 @@ public:
 
     SimulatedFailure createFailure;
     SimulatedFailure watchFailure;
-    SimulatedFailure readFailure;  ///< also a file that is not to be trusted
+    SimulatedFailure readFailure;  ///< also simulates an untrusted file
     SimulatedFailure truncateFailure;
 
-    /// Another process writes the file, which need not exist.
+    /// Simulates another process writing the file, creating it if necessary.
     void write(const std::string& path, const std::string& text);
 
-    /// Another process deletes the file; its watchers stay.
+    /// Simulates another process deleting the file; its watchers stay.
     void remove(const std::string& path);
 
-    /// What the file holds; nullopt: there is no file.
+    /// The file's contents; nullopt: there is no file.
     std::optional<std::string> contents(const std::string& path) const;
 
     std::int64_t watches() const;

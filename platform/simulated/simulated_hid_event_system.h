@@ -8,12 +8,12 @@ namespace kestro {
 
 /// One temperature sensor, in degrees Celsius.
 struct SimulatedSensor {
-    std::optional<std::string> product;  ///< none: the property is missing
-    std::optional<double> temperature;   ///< none: no event
-    double wobble = 0;                   ///< how far the reading moves around the temperature
+    std::optional<std::string> product;  ///< nullopt: the property is missing
+    std::optional<double> temperature;   ///< nullopt: no event
+    double wobble = 0;                   ///< amplitude around the temperature
 };
 
-/// Twenty named temperature sensors, and a keyboard that only a client without matching would see.
+/// Twenty named temperature sensors, and a keyboard that only a client without matching sees.
 class SimulatedHIDEventSystem final : public HIDEventSystem {
 public:
     explicit SimulatedHIDEventSystem(const SimulatedPattern& pattern);

@@ -21,25 +21,25 @@
 
 namespace kestro {
 
-/// A whole machine behind every port, for tests and pictures. Its time stands still until a test turns it,
-/// every call can be made to fail, and everything happens on the test's thread. Left alone it lives: load,
-/// traffic, temperatures and fans move a little, the same in every run; frozen, they hold what was set.
+/// A whole machine behind every port, for tests and screenshots. Time advances only on request, every call can be
+/// made to fail, and everything runs on the test's thread. By default it is live: load, traffic, temperatures and
+/// fans fluctuate slightly, identically in every run. Frozen, they keep their set values.
 class SimulatedMac {
 public:
     SimulatedMac();
     SimulatedMac(const SimulatedMac&) = delete;
     SimulatedMac& operator=(const SimulatedMac&) = delete;
 
-    /// The ports; valid as long as this object.
+    /// The ports; valid as long as this object exists.
     const Platform& platform() const { return platform_; }
 
-    /// Turns the clock and runs every timer and task that falls due on the way, in order.
+    /// Advances the clock and runs every timer and task that falls due, in order.
     void advance(std::chrono::nanoseconds duration) { runLoop.advance(duration); }
 
-    /// Runs the posted tasks, and the background tasks unless they are held; the clock stands still.
+    /// Runs posted tasks, and background tasks unless they are held, without advancing the clock.
     void runPending() { runLoop.runPending(); }
 
-    /// Stops all movement: counters stand still and readings are exactly what was set.
+    /// Stops all fluctuation: counters stop and readings equal their set values.
     void freeze() { pattern.freeze(); }
 
     std::int64_t assertionsHeld() const { return std::ssize(powerAssertions.held()); }

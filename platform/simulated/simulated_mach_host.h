@@ -17,8 +17,8 @@ struct SimulatedCoreTicks {
     std::uint32_t nice = 0;
 };
 
-/// Eight performance cores and four efficiency cores at 18 % together, and 32 GB of which 42 % are in use.
-/// Arrays come from a pool, so that nothing is allocated once two of them are out.
+/// Eight performance and four efficiency cores at 18 % overall, and 32 GB of memory with 42 % in use. Arrays come
+/// from a pool, so nothing is allocated once two of them are in use.
 class SimulatedMachHost final : public MachHost {
 public:
     explicit SimulatedMachHost(const SimulatedPattern& pattern);
@@ -32,11 +32,11 @@ public:
     SimulatedFailure statisticsFailure;
     SimulatedFailure pageSizeFailure;
 
-    std::vector<SimulatedCoreTicks> cores;  ///< the counters; while moving they grow with `coreLoads`
-    std::vector<double> coreLoads;          ///< percent that each core tends to
-    bool answersWithoutArray = false;       ///< success, but a null array
-    std::uint32_t countedInExcess = 0;      ///< processors reported beyond those in the array
-    VirtualMemoryStatistics statistics;     ///< what the page counts tend to
+    std::vector<SimulatedCoreTicks> cores;  ///< the counters; unless frozen, they grow with `coreLoads`
+    std::vector<double> coreLoads;          ///< mean load of each core in percent
+    bool answersWithoutArray = false;       ///< succeeds with a null array
+    std::uint32_t countedInExcess = 0;      ///< processors reported in excess of the array
+    VirtualMemoryStatistics statistics;     ///< mean page counts
     std::optional<std::size_t> pageSize = 16384;
 
     std::int64_t outstandingArrays() const { return outstanding_; }

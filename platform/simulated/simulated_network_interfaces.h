@@ -6,8 +6,8 @@
 
 namespace kestro {
 
-/// Interfaces in a given order: by default the loopback, "en0" with an address, and an idle "awdl0". While
-/// moving, the counters of the first entry that is up and not the loopback grow.
+/// Interfaces in a given order: by default the loopback, "en0" with an address, and an idle "awdl0". Unless
+/// frozen, the counters of the first entry that is up and not the loopback grow.
 class SimulatedNetworkInterfaces final : public NetworkInterfaces {
 public:
     explicit SimulatedNetworkInterfaces(const SimulatedPattern& pattern);
@@ -15,7 +15,7 @@ public:
     std::optional<std::vector<InterfaceEntry>> getifaddrs() override;
     std::optional<std::string> getnameinfo(const InterfaceAddress& address) override;
 
-    /// Entries for the list below, up and running unless other flags are given.
+    /// Entries for the list below, up and running unless `flags` differ.
     static InterfaceEntry link(std::string name, std::uint64_t receivedBytes, std::uint64_t sentBytes,
                                std::uint32_t flags = interfaceUp | interfaceRunning);
     static InterfaceEntry ipv4(std::string name, std::array<std::uint8_t, 4> address,
@@ -24,7 +24,7 @@ public:
     SimulatedFailure interfacesFailure;
     SimulatedFailure nameInfoFailure;
     std::vector<InterfaceEntry> entries;
-    double downloadBytesPerSec = 900'000;  ///< what the traffic tends to
+    double downloadBytesPerSec = 900'000;  ///< mean rates
     double uploadBytesPerSec = 190'000;
 
 private:

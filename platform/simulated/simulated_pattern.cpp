@@ -8,7 +8,7 @@ namespace kestro {
 
 namespace {
 
-/// Phases a golden angle apart never fall together.
+/// Phases a golden angle apart never coincide.
 double phase(std::uint32_t channel) {
     return channel * 2.399963;
 }

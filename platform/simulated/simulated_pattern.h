@@ -6,13 +6,13 @@
 
 namespace kestro {
 
-/// The liveliness of the simulated machine: smooth, repeatable movement as a function of time alone. Frozen,
-/// every movement is 0 and time stands still for the counters, so that they hold exactly what a test sets.
+/// The fluctuation of the simulated machine: smooth, repeatable and a function of time alone. When frozen, every
+/// fluctuation is 0 and time stops for the counters, so they keep exactly what a test sets.
 class SimulatedPattern {
 public:
     explicit SimulatedPattern(const SimulatedClock& clock) : clock_(clock) {}
 
-    /// Seconds since the machine was made, or until it was frozen.
+    /// Seconds since construction, or until frozen.
     double seconds() const;
 
     void freeze();
@@ -21,7 +21,7 @@ public:
     double wave(std::uint32_t channel) const { return waveAt(channel, seconds()); }
     double waveAt(std::uint32_t channel, double seconds) const;
 
-    /// Mostly 0, with a short peak up to 1 every half minute or so.
+    /// Mostly 0, with a short peak up to 1 about every 30 seconds.
     double burstAt(std::uint32_t channel, double seconds) const;
 
 private:
@@ -29,8 +29,8 @@ private:
     double frozenAt_ = -1;
 };
 
-/// Movement that is the sum over time: calls back with the moments and lengths, in seconds, of the stretch
-/// since the last call, in at most 120 pieces.
+/// Integrates a fluctuation over time: calls back with the times and lengths, in seconds, of the interval since
+/// the last call, split into at most 120 pieces.
 class SimulatedStretch {
 public:
     template <typename Piece>

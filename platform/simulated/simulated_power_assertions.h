@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// One assertion as it was asked for.
+/// One assertion as requested.
 struct SimulatedAssertion {
     PowerAssertionID id = 0;
     std::string type;
@@ -15,7 +15,7 @@ struct SimulatedAssertion {
     std::string name;
 };
 
-/// Grants assertions, counts them, and takes them away when a test says so.
+/// Grants assertions, counts them, and revokes them at a test's request.
 class SimulatedPowerAssertions final : public PowerAssertions {
 public:
     std::optional<PowerAssertionID> create(const std::string& type, std::uint32_t level,
@@ -38,9 +38,9 @@ public:
     SimulatedFailure refusal;
 
     const std::vector<SimulatedAssertion>& held() const { return held_; }
-    PowerAssertionID created() const { return lastID_; }  ///< how many were ever granted; also the newest
+    PowerAssertionID created() const { return lastID_; }  ///< number granted so far; also the newest ID
 
-    /// The system takes an assertion away; one that is not held is not revoked.
+    /// Simulates the system revoking an assertion; does nothing if it is not held.
     void revoke(PowerAssertionID id) {
         if (std::erase_if(held_, [id](const SimulatedAssertion& assertion) { return assertion.id == id; }) == 0) {
             return;

@@ -5,7 +5,7 @@
 
 namespace kestro {
 
-/// One battery at 87 %, in use, with 4 hours and 12 minutes to go.
+/// One battery at 87 %, discharging, with 4 hours and 12 minutes left.
 class SimulatedPowerSources final : public PowerSources {
 public:
     SimulatedPowerSources() { setBattery(87, false); }
@@ -29,7 +29,7 @@ public:
         }};
     }
 
-    /// A desktop machine.
+    /// Simulates a desktop machine.
     void removeBattery() { descriptions.clear(); }
 
     SimulatedFailure failure;

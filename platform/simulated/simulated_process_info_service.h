@@ -4,7 +4,7 @@
 
 namespace kestro {
 
-/// 32 GB of memory, nominal, and a system's name and version.
+/// 32 GB of memory, nominal thermal state, and a system name and version.
 class SimulatedProcessInfoService final : public ProcessInfoService {
 public:
     std::uint64_t physicalMemory() override { return memory; }

@@ -98,7 +98,7 @@ std::vector<std::chrono::milliseconds> SimulatedRunLoop::timerPeriods() const {
 }
 
 std::shared_ptr<SimulatedRunLoop::TimerState> SimulatedRunLoop::nextDueBy(MonotonicTime moment) const {
-    // The oldest of the timers that fall due together goes first.
+    // Of timers due together, the oldest fires first.
     const auto next = std::ranges::min_element(timers_->running, {}, [](const auto& timer) { return timer->due; });
     return next != timers_->running.end() && (*next)->due <= moment ? *next : nullptr;
 }

@@ -9,9 +9,9 @@
 
 namespace kestro {
 
-/// A run loop that runs only when a test says so, all on the test's thread. Tasks run in the order in which
-/// they came, timers in the order in which they fall due. Background tasks run like posted ones, unless they
-/// are held; held ones are finished one by one in the order that the test chooses.
+/// A run loop that runs only on request, entirely on the test's thread. Tasks run in posting order, timers in due
+/// order. Background tasks run like posted ones unless held; the test finishes held ones individually, in any
+/// order.
 class SimulatedRunLoop final : public RunLoop {
 public:
     explicit SimulatedRunLoop(SimulatedClock& clock);
@@ -22,30 +22,30 @@ public:
     void post(Task task) override;
     void runInBackground(TaskPriority priority, Task task) override;
 
-    /// Turns the clock and runs everything that falls due on the way.
+    /// Advances the clock and runs everything that falls due.
     void advance(std::chrono::nanoseconds duration);
 
-    /// Runs posted and background tasks until none is left; the clock stands still.
+    /// Runs posted and background tasks until none is left, without advancing the clock.
     void runPending();
 
-    /// From now on background tasks wait for `finishBackgroundTask`.
+    /// From now on, background tasks wait for `finishBackgroundTask`.
     void holdBackgroundTasks() { holdsBackgroundTasks_ = true; }
 
-    /// Finishes the held tasks in order, and holds no others.
+    /// Finishes the held tasks in order and stops holding new ones.
     void releaseBackgroundTasks();
 
-    /// Runs one held task (0 is the one held longest), and then whatever it posted.
+    /// Runs one held task (0 is the oldest) and then everything it posted.
     void finishBackgroundTask(std::size_t index);
 
     std::int64_t heldBackgroundTasks() const { return std::ssize(held_); }
 
-    /// Background tasks ever started at this priority.
+    /// Number of background tasks started so far at this priority.
     std::int64_t startedBackgroundTasks(TaskPriority priority) const;
 
     /// Periods of the running timers, oldest timer first.
     std::vector<std::chrono::milliseconds> timerPeriods() const;
 
-    std::int64_t scheduledTimers() const { return scheduledTimers_; }  ///< ever, also those that are gone
+    std::int64_t scheduledTimers() const { return scheduledTimers_; }  ///< total so far, including cancelled ones
 
 private:
     struct TimerState;

@@ -9,7 +9,7 @@
 
 namespace kestro {
 
-/// Records every script. One that switches the power mode, word for word, does so unless it is refused.
+/// Records every script. A script that exactly matches a power-mode switch performs it, unless refused.
 class SimulatedScriptRunner final : public ScriptRunner {
 public:
     explicit SimulatedScriptRunner(SimulatedCommandRunner& commandRunner) : commandRunner_(commandRunner) {}

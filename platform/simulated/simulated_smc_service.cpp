@@ -20,7 +20,7 @@ bool isZero(const SMCRecord& record) {
     return record == SMCRecord{};
 }
 
-/// Nothing but the key, the command and, for a read of bytes, the size may be set.
+/// Only the key, the command and, for reading bytes, the size may be set.
 bool isWellFormed(const SMCRecord& input) {
     SMCRecord rest = input;
     smc::write32(rest, smc::keyOffset, 0);

@@ -10,7 +10,7 @@
 
 namespace kestro {
 
-/// A management controller that answers the 80-byte records for real, with two fans at 1420 and 1460 rpm.
+/// A management controller that implements the 80-byte record protocol, with two fans at 1420 and 1460 rpm.
 class SimulatedSMCService final : public SMCService {
 public:
     explicit SimulatedSMCService(const SimulatedPattern& pattern);
@@ -20,13 +20,13 @@ public:
     void close(std::uint32_t connection) override;
 
     SimulatedFailure openFailure;
-    SimulatedFailure informationFailure;  ///< of command 9
-    SimulatedFailure bytesFailure;        ///< of command 5
+    SimulatedFailure informationFailure;  ///< for command 9
+    SimulatedFailure bytesFailure;        ///< for command 5
 
-    /// A missing key is then answered with result 132 and no type, instead of failing the call.
+    /// If set, a missing key returns result 132 and no type instead of failing the call.
     bool answersMissingKeys = false;
 
-    /// A key's value in the encoding of its type.
+    /// A key's value, encoded as its type requires.
     void setUi8(std::string_view key, std::uint8_t value);
     void setUi16(std::string_view key, std::uint16_t value);
     void setFloat(std::string_view key, float value);
@@ -34,21 +34,21 @@ public:
     void setRaw(std::string_view key, std::string_view type, std::span<const std::uint8_t> bytes);
     void remove(std::string_view key);
 
-    /// The whole inventory: "FNum" and, for each speed, its fan's four keys from 1200 to 7300 rpm.
+    /// The whole inventory: "FNum" and four keys per fan, with a range of 1200 to 7300 rpm.
     void setFans(std::span<const float> speeds);
 
     std::int64_t openConnections() const { return openConnections_; }
-    std::int64_t opened() const { return opened_; }  ///< attempts, the failed ones included
+    std::int64_t opened() const { return opened_; }  ///< attempts, including failed ones
     std::int64_t informationCalls() const { return informationCalls_; }
     std::int64_t bytesCalls() const { return bytesCalls_; }
-    std::int64_t malformedRecords() const { return malformedRecords_; }  ///< records that are not as laid down
+    std::int64_t malformedRecords() const { return malformedRecords_; }  ///< records that violate the protocol
 
 private:
     struct Key {
         std::uint32_t type = 0;
         std::array<std::uint8_t, 32> bytes{};
         std::uint32_t size = 0;
-        double wobble = 0;  ///< how far a "flt " value moves around what was set
+        double wobble = 0;  ///< amplitude around a set "flt " value
     };
 
     bool readInformation(std::uint32_t key, SMCRecord& output);

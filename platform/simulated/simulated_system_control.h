@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// Kernel state by name. A test makes a call fail by taking the name, or the value, away.
+/// Kernel state by name. A test makes a call fail by removing the name or the value.
 class SimulatedSystemControl final : public SystemControl {
 public:
     std::optional<std::int32_t> sysctlByNameInt32(std::string_view name) override {

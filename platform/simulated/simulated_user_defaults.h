@@ -6,7 +6,7 @@
 
 namespace kestro {
 
-/// Preferences in memory. Reads are of `values`, which a test may fill; writes are counted for each key.
+/// Preferences in memory. Reads use `values`, which a test may fill; writes are counted per key.
 class SimulatedUserDefaults final : public UserDefaults {
 public:
     std::optional<PreferenceValue> object(std::string_view key) const override {
