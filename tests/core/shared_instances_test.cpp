@@ -15,8 +15,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The machine behind the shared objects, which live as long as the process: what a test changes here, it
-/// changes for the others.
+/// The machine behind the shared objects, which live as long as the process: a change made by one test is visible
+/// to the others.
 SimulatedMac& sharedMac() {
     static auto* const mac = [] {
         auto* const machine = new SimulatedMac;
@@ -28,7 +28,7 @@ SimulatedMac& sharedMac() {
     return *mac;
 }
 
-TEST(SharedInstances, AreMadeOnce) {
+TEST(SharedInstances, AreCreatedOnce) {
     sharedMac();
 
     EXPECT_EQ(&UserSettings::shared(), &UserSettings::shared());

@@ -13,7 +13,8 @@
 namespace kestro {
 namespace {
 
-/// A user with French numbers in ISO 8859-1, in which the separator is the byte A0, and everything else in UTF-8.
+/// A user with French number formats in ISO 8859-1, where the separator is the byte A0, and UTF-8 for everything
+/// else.
 class NumbersInLatin1 {
 public:
     NumbersInLatin1() {
@@ -41,25 +42,25 @@ private:
     bool isMade_ = false;
 };
 
-TEST(DigitGrouping, SetsThousandsApart) {
+TEST(DigitGrouping, GroupsThousands) {
     EXPECT_EQ(groupedDigits(0, DigitGrouping::english()), "0");
     EXPECT_EQ(groupedDigits(999, DigitGrouping::english()), "999");
     EXPECT_EQ(groupedDigits(1000, DigitGrouping::english()), "1,000");
     EXPECT_EQ(groupedDigits(1234567, DigitGrouping::english()), "1,234,567");
 }
 
-TEST(DigitGrouping, KeepsTheSignOutOfTheGroups) {
+TEST(DigitGrouping, ExcludesTheSignFromTheGroups) {
     EXPECT_EQ(groupedDigits(-100, DigitGrouping::english()), "-100");
     EXPECT_EQ(groupedDigits(-1234, DigitGrouping::english()), "-1,234");
     EXPECT_EQ(groupedDigits(std::numeric_limits<std::int64_t>::min(), DigitGrouping::english()),
               "-9,223,372,036,854,775,808");
 }
 
-TEST(DigitGrouping, FollowsUnevenGroups) {
+TEST(DigitGrouping, SupportsUnevenGroups) {
     EXPECT_EQ(groupedDigits(123456789, {",", "\3\2"}), "12,34,56,789");
 }
 
-TEST(DigitGrouping, LeavesTheRestTogetherAfterAnEndMark) {
+TEST(DigitGrouping, StopsGroupingAtAnEndMark) {
     EXPECT_EQ(groupedDigits(123456789, {".", "\3\x7f"}), "123456.789");
     EXPECT_EQ(groupedDigits(123456789, {".", std::string("\3\0", 2)}), "123456.789");
 }
@@ -69,13 +70,13 @@ TEST(DigitGrouping, GroupsNothingWithoutSeparatorOrSizes) {
     EXPECT_EQ(groupedDigits(1234567, {",", ""}), "1234567");
 }
 
-TEST(DigitGrouping, TakesAnUnknownOrPlainLocaleForEnglish) {
+TEST(DigitGrouping, FallsBackToEnglishForAnUnknownOrPlainLocale) {
     EXPECT_EQ(DigitGrouping::ofLocale("C"), DigitGrouping::english());
     EXPECT_EQ(DigitGrouping::ofLocale("C.UTF-8"), DigitGrouping::english());
     EXPECT_EQ(DigitGrouping::ofLocale("xx_NOWHERE"), DigitGrouping::english());
 }
 
-TEST(DigitGrouping, FollowsTheUserAndNotTheProcessAndIsUtf8InAnyCharset) {
+TEST(DigitGrouping, UsesTheUsersLocaleNotTheProcessesAndReturnsUtf8InAnyCharset) {
     const NumbersInLatin1 user;
     ASSERT_TRUE(user.isMade());
     ASSERT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
@@ -85,7 +86,7 @@ TEST(DigitGrouping, FollowsTheUserAndNotTheProcessAndIsUtf8InAnyCharset) {
     EXPECT_EQ(groupedDigits(1234567, grouping), "1\u00A0234\u00A0567");
 }
 
-TEST(DigitGrouping, LeavesTheLocaleOfTheProcessAsItWas) {
+TEST(DigitGrouping, PreservesTheLocaleOfTheProcess) {
     const locale_t before = uselocale(locale_t{});
 
     DigitGrouping::ofLocale("C.UTF-8");

@@ -20,7 +20,7 @@ TEST(Published, CallsEverySubscriberAfterTheValueHasChanged) {
     EXPECT_EQ(seen, (std::vector{2, 20}));
 }
 
-TEST(Published, DoesNotCallAtTheMomentOfSubscribing) {
+TEST(Published, DoesNotCallOnSubscribing) {
     Published<int> value{1};
     int calls = 0;
 
@@ -29,7 +29,7 @@ TEST(Published, DoesNotCallAtTheMomentOfSubscribing) {
     EXPECT_EQ(calls, 0);
 }
 
-TEST(Published, CallsForAnEqualValueToo) {
+TEST(Published, AlsoCallsForAnEqualValue) {
     Published<int> value{1};
     int calls = 0;
     const auto subscription = value.subscribe([&](const int&) { ++calls; });
@@ -40,7 +40,7 @@ TEST(Published, CallsForAnEqualValueToo) {
     EXPECT_EQ(calls, 2);
 }
 
-TEST(Published, StopsCallingWhenTheSubscriptionDies) {
+TEST(Published, StopsCallingWhenTheSubscriptionIsDestroyed) {
     Published<int> value{1};
     int calls = 0;
     {
@@ -53,7 +53,7 @@ TEST(Published, StopsCallingWhenTheSubscriptionDies) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST(Published, AMovedSubscriptionKeepsItsPlace) {
+TEST(Published, AMovedSubscriptionStaysInOrder) {
     Published<int> value{1};
     int calls = 0;
     Subscription kept;
@@ -69,7 +69,7 @@ TEST(Published, AMovedSubscriptionKeepsItsPlace) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST(Published, AssigningInsideANotificationCallsEverybodyOncePerAssignmentAndNeverWithAnOldValue) {
+TEST(Published, ANestedAssignmentCallsEverySubscriberOncePerAssignmentAndNeverWithAStaleValue) {
     Published<int> value{0};
     std::vector<int> first;
     std::vector<int> second;
@@ -88,7 +88,7 @@ TEST(Published, AssigningInsideANotificationCallsEverybodyOncePerAssignmentAndNe
     EXPECT_EQ(value.get(), 2);
 }
 
-TEST(Published, TheReceivedReferenceOutlivesAnAssignmentInsideTheCall) {
+TEST(Published, TheReceivedReferenceOutlivesANestedAssignment) {
     Published<std::vector<std::string>> value;
     std::vector<std::string> seen;
     bool assigned = false;
@@ -107,7 +107,7 @@ TEST(Published, TheReceivedReferenceOutlivesAnAssignmentInsideTheCall) {
     EXPECT_EQ(seen.size(), 2u);
 }
 
-TEST(Published, SwappingInGivesTheOldStorageBack) {
+TEST(Published, SwappingInReturnsTheOldStorage) {
     Published<std::vector<int>> value{{1, 2, 3}};
     std::vector<int> next{4, 5, 6};
     const int* const storage = value.get().data();
@@ -158,7 +158,7 @@ TEST(Published, UnsubscribingInsideANotificationIsSafe) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST(Published, ASubscriberThatJoinsInsideANotificationIsCalledFromTheNextOneOn) {
+TEST(Published, ASubscriberThatJoinsInsideANotificationIsFirstCalledForTheNextOne) {
     Published<int> value{0};
     std::vector<int> late;
     Subscription joined;
@@ -190,7 +190,7 @@ TEST(Published, TheOwnerMayBeDestroyedInsideANotification) {
     EXPECT_EQ(later, 0);
 }
 
-TEST(Published, ASubscriptionMayOutliveTheOwnerAndKeepsNothingOfItAlive) {
+TEST(Published, ASubscriptionMayOutliveTheOwnerWithoutKeepingItAlive) {
     const auto captured = std::make_shared<int>(0);
     Subscription subscription;
     {
@@ -209,7 +209,7 @@ public:
     void assign(int newest) { value.set(newest); }
 };
 
-TEST(Published, OnlyItsOwnerAssigns) {
+TEST(Published, OnlyItsOwnerCanAssign) {
     Owner owner;
     int seen = 0;
     const auto subscription = owner.value.subscribe([&](const int& newest) { seen = newest; });
@@ -219,7 +219,7 @@ TEST(Published, OnlyItsOwnerAssigns) {
     EXPECT_EQ(seen, 5);
 }
 
-TEST(Announcer, AnAnnouncementInsideAnotherOneReachesEverybodyAfterIt) {
+TEST(Announcer, ANestedAnnouncementReachesEverySubscriberAfterTheOuterOne) {
     Announcer<> announcer;
     std::string order;
     bool again = true;

@@ -14,7 +14,7 @@ TEST(Text, TrimsWhiteSpaceAtBothEnds) {
     EXPECT_EQ(trimmed(""), "");
 }
 
-TEST(Text, TakesPiecesFromTheLeft) {
+TEST(Text, TakesTokensFromTheLeft) {
     std::string_view text = "  powermode \t 2";
 
     EXPECT_EQ(takePiece(text), "powermode");
@@ -30,7 +30,7 @@ TEST(Text, AcceptsWellFormedUtf8) {
     }
 }
 
-TEST(Text, KnowsControlCharacters) {
+TEST(Text, RecognisesControlCharacters) {
     for (const std::string_view control : {"\t", "\x1F.", "\x7F", "\xC2\x80", "\xC2\x9F."}) {
         EXPECT_TRUE(beginsWithControl(control)) << control;
     }
@@ -39,7 +39,7 @@ TEST(Text, KnowsControlCharacters) {
     }
 }
 
-TEST(Text, RefusesWhatIsNotUtf8) {
+TEST(Text, RejectsInvalidUtf8) {
     for (const std::string_view bad : {"\x80", "a\xFF", "\xC3", "\xE2\x82", "\xF0\x9F\x8E", "\xC0\x80", "\xC1\xBF",
                                        "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xF4\x90\x80\x80",
                                        "\xF5\x80\x80\x80", "\xC3(", "\xE2\x82(", "\xF0\x9F\x8E("}) {

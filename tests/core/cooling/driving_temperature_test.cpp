@@ -7,7 +7,7 @@
 namespace kestro {
 namespace {
 
-TEST(DrivingTemperature, IsTheReadingOfTheSource) {
+TEST(DrivingTemperature, ReturnsTheReadingOfTheSource) {
     const ThermalTelemetry thermals{51, 73, 36, 20, "Nominal"};
 
     EXPECT_EQ(drivingTemperature(SensorSource::averageSoC, thermals), 51);
@@ -15,7 +15,7 @@ TEST(DrivingTemperature, IsTheReadingOfTheSource) {
     EXPECT_EQ(drivingTemperature(SensorSource::batteryPack, thermals), 36);
 }
 
-TEST(DrivingTemperature, FallsBackWhereTheReadingIsNotAboveZero) {
+TEST(DrivingTemperature, FallsBackWhenTheReadingIsNotAboveZero) {
     for (const double missing : {0.0, -12.0, std::numeric_limits<double>::quiet_NaN()}) {
         const ThermalTelemetry thermals{missing, missing, missing, 20, "Nominal"};
 

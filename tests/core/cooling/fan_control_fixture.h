@@ -14,7 +14,7 @@ namespace kestro {
 
 inline const std::vector<float> fanless;
 
-/// A still machine whose fans run from 1200 to 7300, with a manager made at first use.
+/// A frozen machine with fans from 1200 to 7300 rpm, and a manager created on first use.
 struct FanControlFixture {
     SimulatedMac mac;
     UserSettings settings{mac.userDefaults};
@@ -34,19 +34,19 @@ struct FanControlFixture {
         return *made;
     }
 
-    /// The only sensors from now on: one in the die, one in the battery.
+    /// Replaces all sensors with one in the die and one in the battery.
     void setTemperatures(double die, double battery) {
         mac.hidEventSystem.sensors = {{"PMU tdie1", die}, {"gas gauge battery", battery}};
         engine.sampleFull();
     }
 
-    /// The second fan with a range of its own.
+    /// Gives the second fan a separate range.
     void setRightRange(float minRPM, float maxRPM) {
         mac.smc.setFloat("F1Mn", minRPM);
         mac.smc.setFloat("F1Mx", maxRPM);
     }
 
-    /// The next firing of the one-second timer.
+    /// Advances to the next firing of the one-second timer.
     void tick() { mac.advance(std::chrono::seconds(1)); }
 
     std::int64_t writes(std::string_view key) const { return mac.userDefaults.writes(key); }

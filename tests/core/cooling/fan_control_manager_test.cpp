@@ -11,7 +11,7 @@ namespace {
 
 using Fixture = FanControlFixture;
 
-TEST(FanControlManager, StartsFromTheDefaults) {
+TEST(FanControlManager, StartsWithTheDefaults) {
     Fixture f(fanless);
     auto& manager = f.manager();
 
@@ -28,7 +28,7 @@ TEST(FanControlManager, StartsFromTheDefaults) {
     EXPECT_EQ(manager.evaluatedRightTargetRPM.get(), 1350);
 }
 
-TEST(FanControlManager, StartsFromWhatIsStored) {
+TEST(FanControlManager, StartsWithTheStoredValues) {
     Fixture f(fanless);
     auto left = linear(30, 60, 900, 4000);
     f.settings.fanProfile.set(FanProfile::turbo);
@@ -42,7 +42,7 @@ TEST(FanControlManager, StartsFromWhatIsStored) {
     EXPECT_EQ(f.manager().leftCurve.get(), left);
 }
 
-TEST(FanControlManager, TakesTheRangesOfTheFansWithoutStoringThem) {
+TEST(FanControlManager, AdoptsTheRangesOfTheFansWithoutStoringThem) {
     Fixture f;
     f.setRightRange(1350, 7800);
     auto left = FanCurveConfig::leftDefault();
@@ -66,7 +66,7 @@ TEST(FanControlManager, LeavesTheRightCurveAloneWithOneFan) {
     EXPECT_EQ(f.manager().rightCurve.get(), FanCurveConfig::rightDefault());
 }
 
-TEST(FanControlManager, ReadsTheFansAgainWhenAsked) {
+TEST(FanControlManager, RereadsTheFansOnRequest) {
     Fixture f(fanless);
     f.manager();
     f.mac.smc.setFans(std::vector<float>{2000, 2100});
@@ -79,7 +79,7 @@ TEST(FanControlManager, ReadsTheFansAgainWhenAsked) {
     EXPECT_EQ(f.manager().leftCurve.get().minRPM, 1200);
 }
 
-TEST(FanControlManager, FollowsFansThatShowUpLate) {
+TEST(FanControlManager, DetectsFansThatAppearLate) {
     Fixture f(fanless);
     f.manager();
     f.mac.smc.setFans(std::vector<float>{2000, 2100});
@@ -95,7 +95,7 @@ TEST(FanControlManager, FollowsFansThatShowUpLate) {
     EXPECT_EQ(f.mac.userDefaults.totalWrites(), 0);
 }
 
-TEST(FanControlManager, KeepsAnEditedCurveWhenAnotherFanShowsUp) {
+TEST(FanControlManager, KeepsAnEditedCurveWhenAnotherFanAppears) {
     Fixture f({1420});
     const auto edited = linear(45, 85, 1000, 9000);
     f.manager().updateCurve(0, edited);
@@ -110,7 +110,7 @@ TEST(FanControlManager, KeepsAnEditedCurveWhenAnotherFanShowsUp) {
     EXPECT_EQ(f.manager().activePreset.get(), std::nullopt);
 }
 
-TEST(FanControlManager, LeavesEverythingAloneWhileOnlyTheSpeedsChange) {
+TEST(FanControlManager, ChangesNothingWhenOnlyTheSpeedsChange) {
     Fixture f;
     auto& manager = f.manager();
     int announcements = 0;
@@ -123,7 +123,7 @@ TEST(FanControlManager, LeavesEverythingAloneWhileOnlyTheSpeedsChange) {
     EXPECT_EQ(announcements, 0);
 }
 
-TEST(FanControlManager, FollowsAFanThatIsExchangedUnlessItsRangeWasEdited) {
+TEST(FanControlManager, AdoptsTheRangeOfAReplacedFanUnlessItWasEdited) {
     Fixture f;
     f.settings.isFansLinked.set(false);
     const auto edited = linear(45, 85, 1000, 9000);
@@ -139,7 +139,7 @@ TEST(FanControlManager, FollowsAFanThatIsExchangedUnlessItsRangeWasEdited) {
     EXPECT_EQ(f.manager().rightCurve.get().maxRPM, 5400);
 }
 
-TEST(FanControlManager, KnowsAFanThatComesBack) {
+TEST(FanControlManager, RemembersAFanThatReturns) {
     Fixture f;
     const auto edited = linear(45, 85, 1000, 9000);
     f.manager().updateCurve(0, edited);
@@ -209,7 +209,7 @@ TEST(FanControlManager, ComputesNothingWithoutFans) {
     EXPECT_EQ(f.settings.leftFanCurve.get(), applyTo(CurvePreset::aggressiveTurbo, 1200, 7300));
 }
 
-TEST(FanControlManager, DrivesEachCurveByItsOwnSensorEvenWhenLinked) {
+TEST(FanControlManager, DrivesEachCurveFromItsOwnSensorEvenWhenLinked) {
     Fixture f;
     f.setTemperatures(70, 35);
     auto left = linear(30, 90, 0, 0);
@@ -225,7 +225,7 @@ TEST(FanControlManager, DrivesEachCurveByItsOwnSensorEvenWhenLinked) {
     EXPECT_NE(f.manager().evaluatedLeftTargetRPM.get(), f.manager().evaluatedRightTargetRPM.get());
 }
 
-TEST(FanControlManager, DrivesACurveAsAt32DegreesWhileTheBatterySensorReadsZero) {
+TEST(FanControlManager, AssumesBatteryFallbackOf32DegreesWhileTheSensorReadsZero) {
     Fixture f;
     auto left = linear(30, 40, 0, 0);
     left.sensorSource = SensorSource::batteryPack;
@@ -291,12 +291,12 @@ TEST(FanControlManager, OnlyEverReadsTheHardware) {
     f.manager().refreshHardware();
     f.made.reset();
 
-    // The simulated controller counts every command but the two that read as malformed.
+    // The simulated controller counts any command other than its two read commands as malformed.
     EXPECT_EQ(f.mac.smc.malformedRecords(), 0);
     EXPECT_GT(f.mac.smc.bytesCalls(), 0);
 }
 
-TEST(FanControlManager, EndsItsTimerWhenDestroyed) {
+TEST(FanControlManager, CancelsItsTimerWhenDestroyed) {
     Fixture f;
     f.manager();
     const auto timers = f.mac.runLoop.timerPeriods().size();

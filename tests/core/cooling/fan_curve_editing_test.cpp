@@ -41,7 +41,7 @@ TEST(FanControlManager, AppliesAPresetOverTheFallbackRanges) {
     EXPECT_EQ(one.manager().rightCurve.get(), applyTo(CurvePreset::linearPro, 1300, 7800));
 }
 
-TEST(FanControlManager, LeavesAPresetToTheTimerWhenAlreadyCustom) {
+TEST(FanControlManager, DefersAPresetToTheTimerWhenAlreadyCustom) {
     Fixture f;
     f.setTemperatures(92, 30);
     f.settings.fanProfile.set(FanProfile::custom);
@@ -56,7 +56,7 @@ TEST(FanControlManager, LeavesAPresetToTheTimerWhenAlreadyCustom) {
     EXPECT_EQ(f.manager().evaluatedLeftTargetRPM.get(), 5200);
 }
 
-TEST(FanControlManager, AppliesAPresetInOrder) {
+TEST(FanControlManager, NotifiesInOrderWhenApplyingAPreset) {
     Fixture f;
     auto& manager = f.manager();
     std::vector<std::string> order;
@@ -98,7 +98,7 @@ TEST(FanControlManager, CopiesALinkedEditButKeepsTheRightFansRange) {
     EXPECT_EQ(f.settings.rightFanCurve.get(), right);
 }
 
-TEST(FanControlManager, GivesTheLeftCurveTheRangeOfALinkedEditOfTheRight) {
+TEST(FanControlManager, AppliesTheRangeOfALinkedRightEditToTheLeftCurve) {
     Fixture f;
     f.setRightRange(1350, 7800);
     const auto edited = linear(45, 85, 1000, 9000);
@@ -137,7 +137,7 @@ TEST(FanControlManager, EditsOneCurveWhileIndependent) {
     EXPECT_EQ(f.writes("kestro.leftFanCurve"), 1);
 }
 
-TEST(FanControlManager, SwitchesToCustomWithAnEdit) {
+TEST(FanControlManager, SwitchesToCustomOnAnEdit) {
     Fixture f;
     f.setTemperatures(90, 30);
     f.manager().setProfile(FanProfile::silent);
@@ -149,7 +149,7 @@ TEST(FanControlManager, SwitchesToCustomWithAnEdit) {
     EXPECT_EQ(f.manager().evaluatedLeftTargetRPM.get(), 7300);
 }
 
-TEST(FanControlManager, LeavesAnEditToTheTimerWhenAlreadyCustom) {
+TEST(FanControlManager, DefersAnEditToTheTimerWhenAlreadyCustom) {
     Fixture f;
     f.setTemperatures(90, 30);
     f.settings.fanProfile.set(FanProfile::custom);

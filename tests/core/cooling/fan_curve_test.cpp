@@ -13,7 +13,7 @@ namespace {
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// 1000 to 5000 revolutions between 40 and 80 degrees.
+/// 1000 to 5000 rpm between 40 and 80 degrees.
 FanCurveConfig curve(CurveShape shape) {
     FanCurveConfig config;
     config.curveShape = shape;
@@ -24,7 +24,7 @@ FanCurveConfig curve(CurveShape shape) {
     return config;
 }
 
-TEST(FanProfile, HasItsTextsInOrder) {
+TEST(FanProfile, ListsItsTextsInOrder) {
     struct Expected {
         std::string_view label, description, iconName;
     };
@@ -47,7 +47,7 @@ TEST(FanProfile, HasItsTextsInOrder) {
     }
 }
 
-TEST(SensorSource, HasItsTextsAndFallbacksInOrder) {
+TEST(SensorSource, ListsItsTextsAndFallbacksInOrder) {
     struct Expected {
         std::string_view label, description, iconName;
         double fallback;
@@ -70,7 +70,7 @@ TEST(SensorSource, HasItsTextsAndFallbacksInOrder) {
     }
 }
 
-TEST(CurveShape, HasItsTextsInOrder) {
+TEST(CurveShape, ListsItsTextsInOrder) {
     struct Expected {
         std::string_view label, description, iconName;
     };
@@ -92,7 +92,7 @@ TEST(CurveShape, HasItsTextsInOrder) {
     }
 }
 
-TEST(CurvePreset, HasItsLabelsAndSymbolsInOrder) {
+TEST(CurvePreset, ListsItsLabelsAndSymbolsInOrder) {
     struct Expected {
         CurvePreset value;
         std::string_view label, iconName;
@@ -136,7 +136,7 @@ TEST(CurvePreset, CapsTheQuietCeilingAtTheFansMaximum) {
     EXPECT_EQ(applyTo(CurvePreset::quietStudio, 1200, 7300).acousticCeilingRPM, 5200);
 }
 
-TEST(FanCurveConfig, RunsAtTheEndsOutsideTheThresholds) {
+TEST(FanCurveConfig, ClampsToTheEndsOutsideTheThresholds) {
     const auto linear = curve(CurveShape::linear);
 
     EXPECT_EQ(linear.evaluateRPM(-20), 1000);
@@ -175,7 +175,7 @@ TEST(FanCurveConfig, RisesInStepsWithEachBreakpointInTheUpperTier) {
     EXPECT_DOUBLE_EQ(stepped.evaluateRPM(99), 5000);
 }
 
-TEST(FanCurveConfig, JumpsWhereTheThresholdsMeet) {
+TEST(FanCurveConfig, JumpsWhenTheThresholdsAreEqual) {
     auto jump = curve(CurveShape::linear);
     jump.highTemp = jump.lowTemp;
 
@@ -193,7 +193,7 @@ TEST(FanCurveConfig, RunsAtTheCeilingAboveCrossedThresholds) {
     EXPECT_EQ(crossed.evaluateRPM(81), 5000);
 }
 
-TEST(FanCurveConfig, EndsAtTheAcousticCeiling) {
+TEST(FanCurveConfig, StopsAtTheAcousticCeiling) {
     auto capped = curve(CurveShape::linear);
     capped.acousticCeilingEnabled = true;
     capped.acousticCeilingRPM = 3000;
@@ -202,7 +202,7 @@ TEST(FanCurveConfig, EndsAtTheAcousticCeiling) {
     EXPECT_EQ(capped.evaluateRPM(90), 3000);
 }
 
-TEST(FanCurveConfig, IgnoresACeilingAboveTheMaximumAndOneThatIsOff) {
+TEST(FanCurveConfig, IgnoresACeilingThatIsOffOrAboveTheMaximum) {
     auto high = curve(CurveShape::linear);
     high.acousticCeilingEnabled = true;
     high.acousticCeilingRPM = 9000;
@@ -213,7 +213,7 @@ TEST(FanCurveConfig, IgnoresACeilingAboveTheMaximumAndOneThatIsOff) {
     EXPECT_EQ(off.evaluateRPM(90), 5000);
 }
 
-TEST(FanCurveConfig, StaysAtTheMinimumBelowItsOwnFloor) {
+TEST(FanCurveConfig, StaysAtTheMinimumWhenTheCeilingIsBelowIt) {
     auto capped = curve(CurveShape::linear);
     capped.acousticCeilingEnabled = true;
     capped.acousticCeilingRPM = 800;
@@ -223,7 +223,7 @@ TEST(FanCurveConfig, StaysAtTheMinimumBelowItsOwnFloor) {
     }
 }
 
-TEST(FanCurveConfig, KeepsAFixedSpeedWithinTheRangeAndOutsideTheCeiling) {
+TEST(FanCurveConfig, ClampsAFixedSpeedToTheRangeButNotToTheCeiling) {
     auto fixed = curve(CurveShape::linear);
     fixed.isFixedRPM = true;
     fixed.acousticCeilingEnabled = true;
@@ -237,7 +237,7 @@ TEST(FanCurveConfig, KeepsAFixedSpeedWithinTheRangeAndOutsideTheCeiling) {
     EXPECT_EQ(fixed.evaluateRPM(90), 1000);
 }
 
-TEST(FanCurveConfig, FallsToTheMinimumOnWhatIsNotANumber) {
+TEST(FanCurveConfig, FallsBackToTheMinimumOnNaN) {
     for (const auto shape : allCases<CurveShape>()) {
         auto noLow = curve(shape);
         noLow.lowTemp = notANumber;
@@ -283,7 +283,7 @@ TEST(FanCurveConfig, ComparesByEveryField) {
     EXPECT_TRUE(differsWith(&FanCurveConfig::acousticCeilingRPM, 1.0));
 }
 
-/// The stored form of some curve, whole.
+/// The complete stored form of a sample curve.
 const std::string stored =
     R"({"sensorSource":"Peak Silicon Die","curveShape":"Stepped Acoustic Stages","lowTemp":45,"highTemp":82.5,)"
     R"("minRPM":1300,"maxRPM":6100.25,"isFixedRPM":true,"fixedRPM":2200,"acousticCeilingEnabled":false,)"
@@ -302,7 +302,7 @@ TEST(FanCurveJson, ReadsEveryField) {
     EXPECT_EQ(decodeFanCurve(withReplaced("{", "{ \"later\" : [1], ")), expected);
 }
 
-TEST(FanCurveJson, ReadsBackWhatItWrote) {
+TEST(FanCurveJson, RoundTrips) {
     for (const auto preset : allCases<CurvePreset>()) {
         const auto config = applyTo(preset, 1234.5, 0.1);
 
@@ -313,7 +313,7 @@ TEST(FanCurveJson, ReadsBackWhatItWrote) {
     }
 }
 
-TEST(FanCurveJson, NeedsEveryField) {
+TEST(FanCurveJson, RequiresEveryField) {
     for (const std::string_view key :
          {"sensorSource", "curveShape", "lowTemp", "highTemp", "minRPM", "maxRPM", "isFixedRPM", "\"fixedRPM",
           "acousticCeilingEnabled", "acousticCeilingRPM"}) {
@@ -321,12 +321,12 @@ TEST(FanCurveJson, NeedsEveryField) {
     }
 }
 
-TEST(FanCurveJson, RefusesUnknownChoices) {
+TEST(FanCurveJson, RejectsUnknownChoices) {
     EXPECT_EQ(decodeFanCurve(withReplaced("Peak Silicon Die", "peakDie")), std::nullopt);
     EXPECT_EQ(decodeFanCurve(withReplaced("Stepped Acoustic Stages", "Curvy")), std::nullopt);
 }
 
-TEST(FanCurveJson, RefusesOtherTypes) {
+TEST(FanCurveJson, RejectsOtherTypes) {
     EXPECT_EQ(decodeFanCurve(withReplaced("45", "\"45\"")), std::nullopt);
     EXPECT_EQ(decodeFanCurve(withReplaced("45", "true")), std::nullopt);
     EXPECT_EQ(decodeFanCurve(withReplaced("45", "null")), std::nullopt);
@@ -335,7 +335,7 @@ TEST(FanCurveJson, RefusesOtherTypes) {
     EXPECT_EQ(decodeFanCurve(withReplaced("45", "1e999")), std::nullopt);
 }
 
-TEST(FanCurveJson, RefusesWhatIsNoObject) {
+TEST(FanCurveJson, RejectsAnythingButAnObject) {
     for (const std::string_view text : {"", "null", "[]", "{}", "{", "\"curve\"", "\xff"}) {
         EXPECT_EQ(decodeFanCurve(text), std::nullopt) << text;
     }
@@ -343,8 +343,8 @@ TEST(FanCurveJson, RefusesWhatIsNoObject) {
     EXPECT_EQ(decodeFanCurve(stored + '\0'), std::nullopt);
 }
 
-TEST(FanCurveJson, ReadsPastAnyNumberOfOtherFields) {
-    // A reading that looked through all fields for each of them would take minutes.
+TEST(FanCurveJson, SkipsAnyNumberOfOtherFields) {
+    // Scanning all fields for each lookup would take minutes.
     std::string others;
     for (int field = 0; field < 100'000; ++field) {
         others += "\"" + std::to_string(field) + "\":0,";
@@ -353,7 +353,7 @@ TEST(FanCurveJson, ReadsPastAnyNumberOfOtherFields) {
     EXPECT_TRUE(decodeFanCurve(withReplaced("{", "{" + others)));
 }
 
-TEST(FanCurveJson, CannotHoldFiguresThatAreNotFinite) {
+TEST(FanCurveJson, CannotRepresentNonFiniteNumbers) {
     for (const auto field :
          {&FanCurveConfig::lowTemp, &FanCurveConfig::highTemp, &FanCurveConfig::minRPM, &FanCurveConfig::maxRPM,
           &FanCurveConfig::fixedRPM, &FanCurveConfig::acousticCeilingRPM}) {

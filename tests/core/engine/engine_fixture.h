@@ -9,8 +9,8 @@
 
 namespace kestro {
 
-/// A simulated machine with its settings and readers. The engine is made at first use, so that a test can
-/// arrange the machine before.
+/// A simulated machine with its settings and readers. The engine is created on first use, so that a test can set
+/// up the machine first.
 class EngineFixture : public testing::Test {
 protected:
     TelemetryEngine& engine() {

@@ -10,7 +10,7 @@
 namespace kestro {
 namespace {
 
-/// What was read, each source once however many calls it takes.
+/// Records what was read, each source once no matter how many calls it takes.
 class Log {
 public:
     void add(const std::string& source) {
@@ -121,7 +121,7 @@ private:
     PowerSources& inner_;
 };
 
-TEST(TelemetryEngine, ReadsEverySourceInOrderBeforeItPublishesAny) {
+TEST(TelemetryEngine, ReadsEverySourceInOrderBeforePublishingAny) {
     SimulatedMac mac;
     UserSettings settings(mac.userDefaults);
     Log log;

@@ -9,12 +9,12 @@
 
 namespace kestro {
 
-/// An engine whose published properties are noted.
+/// An engine whose published properties are recorded.
 class TelemetryEngineTest : public EngineFixture {
 protected:
     using Periods = std::vector<std::chrono::milliseconds>;
 
-    /// Notes the name of every property as it is published.
+    /// Records the name of every property as it is published.
     template <typename Property>
     void watch(const Property& property, std::string name) {
         subscriptions_.push_back(

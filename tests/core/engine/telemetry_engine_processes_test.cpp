@@ -8,7 +8,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST_F(TelemetryEngineTest, ListsProcessesInTheBackgroundByTheSettings) {
+TEST_F(TelemetryEngineTest, ListsProcessesInTheBackgroundAccordingToTheSettings) {
     settings.processSortMetric.set(ProcessSortMetric::memory);
     settings.processCountLimit.set(3);
     mac.runLoop.holdBackgroundTasks();
@@ -23,7 +23,7 @@ TEST_F(TelemetryEngineTest, ListsProcessesInTheBackgroundByTheSettings) {
     EXPECT_EQ(engine().topProcesses.get()[0].name, "Safari");
 }
 
-TEST_F(TelemetryEngineTest, ReadsTheSettingsOfAListingWhenItIsAskedFor) {
+TEST_F(TelemetryEngineTest, ReadsTheSettingsOfAListingOnRequest) {
     settings.processSortMetric.set(ProcessSortMetric::cpu);
     settings.processCountLimit.set(4);
     mac.runLoop.holdBackgroundTasks();
@@ -85,7 +85,7 @@ TEST_F(TelemetryEngineTest, AnEmptyListingReplacesTheList) {
     EXPECT_TRUE(engine().topProcesses.get().empty());
 }
 
-TEST_F(TelemetryEngineTest, AListingThatEndsAfterTheEngineChangesNothing) {
+TEST_F(TelemetryEngineTest, IgnoresAListingThatFinishesAfterTheEngineIsDestroyed) {
     mac.runLoop.holdBackgroundTasks();
     engine().refreshProcesses();
     mac.runLoop.holdBackgroundTasks();

@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST_F(TelemetryEngineTest, FallsSilentWhenItIsDestroyed) {
+TEST_F(TelemetryEngineTest, StopsSamplingWhenDestroyed) {
     engine();
     mac.advance(2s);
     const auto calls = mac.machHost.statisticsCalls();
@@ -21,7 +21,7 @@ TEST_F(TelemetryEngineTest, FallsSilentWhenItIsDestroyed) {
     EXPECT_TRUE(mac.runLoop.timerPeriods().empty());
 }
 
-TEST_F(TelemetryEngineTest, ASubscriberMayAskForASampleOfItsOwn) {
+TEST_F(TelemetryEngineTest, ASubscriberMayTriggerANestedSample) {
     mac.freeze();
     int samples = 0;
     const auto subscription = engine().fans.subscribe([&](const auto&) {
@@ -38,7 +38,7 @@ TEST_F(TelemetryEngineTest, ASubscriberMayAskForASampleOfItsOwn) {
     EXPECT_EQ(engine().cpuHistory.get().size(), 30u);
 }
 
-TEST_F(TelemetryEngineTest, NothingOlderIsPublishedAfterASampleThatASubscriberAskedFor) {
+TEST_F(TelemetryEngineTest, PublishesNothingOlderAfterANestedSample) {
     mac.freeze();
     engine().sampleFull();
     const auto coreTicks = [&](std::uint32_t busy) {
@@ -70,7 +70,7 @@ TEST_F(TelemetryEngineTest, NothingOlderIsPublishedAfterASampleThatASubscriberAs
     EXPECT_EQ(entered, std::vector<double>{70});
 }
 
-TEST_F(TelemetryEngineTest, ALightSampleEndsWhenASubscriberOfTheFansShowsAWindow) {
+TEST_F(TelemetryEngineTest, AbandonsALightSampleWhenAFanSubscriberShowsAWindow) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
     settings.showTopProcesses.set(false);
     const auto onFans = engine().fans.subscribe([&](const auto&) { engine().setUIActive(true); });
@@ -85,7 +85,7 @@ TEST_F(TelemetryEngineTest, ALightSampleEndsWhenASubscriberOfTheFansShowsAWindow
     EXPECT_EQ(mac.machHost.processorInfoCalls(), 1);
 }
 
-TEST_F(TelemetryEngineTest, ALightSampleEndsWhenASubscriberOfTheMemoryShowsAWindow) {
+TEST_F(TelemetryEngineTest, AbandonsALightSampleWhenAMemorySubscriberShowsAWindow) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
     settings.showTopProcesses.set(false);
     const auto onMemory = engine().memory.subscribe([&](const auto&) { engine().setUIActive(true); });
@@ -97,7 +97,7 @@ TEST_F(TelemetryEngineTest, ALightSampleEndsWhenASubscriberOfTheMemoryShowsAWind
     EXPECT_EQ(mac.machHost.processorInfoCalls(), 1);
 }
 
-TEST_F(TelemetryEngineTest, TheNewestReadingEndsTheHistoryWhenTheLastPropertyAsksForASample) {
+TEST_F(TelemetryEngineTest, TheHistoryEndsWithTheNewestReadingWhenTheLastPropertyTriggersASample) {
     mac.freeze();
     engine().sampleFull();
     bool asked = false;
@@ -115,10 +115,10 @@ TEST_F(TelemetryEngineTest, TheNewestReadingEndsTheHistoryWhenTheLastPropertyAsk
 
     EXPECT_EQ(published, std::vector<std::string>{"cpuHistory"});
     EXPECT_EQ(engine().cpuHistory.get().back(), 70);
-    EXPECT_EQ(mac.runLoop.startedBackgroundTasks(TaskPriority::userInitiated), 2) << "one listing for each sample";
+    EXPECT_EQ(mac.runLoop.startedBackgroundTasks(TaskPriority::userInitiated), 2) << "one listing per sample";
 }
 
-TEST_F(TelemetryEngineTest, TheHistoriesStayInStepWhenASubscriberOfTheFirstAsksForASample) {
+TEST_F(TelemetryEngineTest, TheHistoriesStayInStepWhenASubscriberOfTheFirstTriggersASample) {
     mac.freeze();
     engine().sampleFull();
     bool asked = false;

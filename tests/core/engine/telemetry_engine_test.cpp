@@ -33,7 +33,7 @@ TEST_F(TelemetryEngineTest, NamesTheMachineByBrandAndModel) {
     EXPECT_EQ(engine().macModel(), "Apple M2 Pro (Mac14,9)");
 }
 
-TEST_F(TelemetryEngineTest, NamesTheMachineByItsModelAloneWithoutABrand) {
+TEST_F(TelemetryEngineTest, NamesTheMachineByModelOnlyWithoutABrand) {
     mac.systemControl.texts.erase("machdep.cpu.brand_string");
     EXPECT_EQ(engine().macModel(), "Mac14,9");
 
@@ -42,7 +42,7 @@ TEST_F(TelemetryEngineTest, NamesTheMachineByItsModelAloneWithoutABrand) {
     EXPECT_EQ(engine().macModel(), "Mac14,9");
 }
 
-TEST_F(TelemetryEngineTest, HasNoNameForAMachineThatSaysNothing) {
+TEST_F(TelemetryEngineTest, HasNoNameForAMachineWithoutBrandAndModel) {
     mac.systemControl.texts.clear();
 
     EXPECT_EQ(engine().macModel(), "");
@@ -62,7 +62,7 @@ TEST_F(TelemetryEngineTest, DropsTheMicrosecondsOfTheBootTime) {
     EXPECT_EQ(engine().bootTime(), WallTime(1'700'000'000s));
 }
 
-TEST_F(TelemetryEngineTest, TakesThePresentForAnUnknownBootTime) {
+TEST_F(TelemetryEngineTest, SubstitutesTheCurrentTimeForAnUnknownBootTime) {
     mac.systemControl.boot = std::nullopt;
     mac.advance(1min);
 
@@ -70,7 +70,7 @@ TEST_F(TelemetryEngineTest, TakesThePresentForAnUnknownBootTime) {
     EXPECT_EQ(engine().uptimeString(), "0h 0m");
 }
 
-TEST_F(TelemetryEngineTest, SurvivesABootTimeWithoutMeaning) {
+TEST_F(TelemetryEngineTest, ToleratesAnImplausibleBootTime) {
     mac.systemControl.boot = TimeValue{std::numeric_limits<std::int64_t>::max(), 0};
     EXPECT_EQ(engine().uptimeString(), "0h 0m");
 
@@ -79,7 +79,7 @@ TEST_F(TelemetryEngineTest, SurvivesABootTimeWithoutMeaning) {
     EXPECT_EQ(engine().bootTime(), WallTime());
 }
 
-TEST_F(TelemetryEngineTest, WritesTheUptime) {
+TEST_F(TelemetryEngineTest, FormatsTheUptime) {
     EXPECT_EQ(uptimeAfter(0s), "0h 0m");
     EXPECT_EQ(uptimeAfter(59s), "0h 0m");
     EXPECT_EQ(uptimeAfter(5h + 3min + 59s), "5h 3m");
@@ -89,7 +89,7 @@ TEST_F(TelemetryEngineTest, WritesTheUptime) {
     EXPECT_EQ(uptimeAfter(24h * 400), "400d 0h 0m");
 }
 
-TEST_F(TelemetryEngineTest, NeverCountsTheUptimeBelowZero) {
+TEST_F(TelemetryEngineTest, NeverReportsANegativeUptime) {
     EXPECT_EQ(uptimeAfter(-3h), "0h 0m");
 }
 
@@ -102,7 +102,7 @@ TEST_F(TelemetryEngineTest, ChoosesThePeriodByProfileAndActivity) {
     EXPECT_EQ(periodsWith(PollingProfile::highPrecision, false), Periods{1000ms});
 }
 
-TEST_F(TelemetryEngineTest, FollowsAProfileThatChangesWhileAWindowShows) {
+TEST_F(TelemetryEngineTest, AdoptsAProfileChangeWhileAWindowIsVisible) {
     engine().setUIActive(true);
 
     settings.pollingProfile.set(PollingProfile::highPrecision);
@@ -113,7 +113,7 @@ TEST_F(TelemetryEngineTest, FollowsAProfileThatChangesWhileAWindowShows) {
     EXPECT_EQ(mac.runLoop.timerPeriods(), Periods{1000ms});
 }
 
-TEST_F(TelemetryEngineTest, SamplesAtOnceWhenAWindowShowsAndNotWhenItHides) {
+TEST_F(TelemetryEngineTest, SamplesAtOnceWhenAWindowAppearsButNotWhenItHides) {
     watchEverything();
 
     engine().setUIActive(true);
@@ -124,7 +124,7 @@ TEST_F(TelemetryEngineTest, SamplesAtOnceWhenAWindowShowsAndNotWhenItHides) {
     EXPECT_TRUE(published.empty());
 }
 
-TEST_F(TelemetryEngineTest, BecomingActiveTwiceInARowRestartsAndSamplesOnce) {
+TEST_F(TelemetryEngineTest, RestartsAndSamplesOnceWhenActivatedTwiceInARow) {
     watchEverything();
     const auto scheduledBefore = mac.runLoop.scheduledTimers();
 
@@ -135,7 +135,7 @@ TEST_F(TelemetryEngineTest, BecomingActiveTwiceInARowRestartsAndSamplesOnce) {
     EXPECT_EQ(std::ranges::count(published, "disk"), 1);
 }
 
-TEST_F(TelemetryEngineTest, PublishesTheNewActivityBeforeItSamples) {
+TEST_F(TelemetryEngineTest, PublishesTheNewActivityBeforeSampling) {
     std::vector<std::string> order;
     const auto activity = engine().isUIActive.subscribe([&](bool) { order.emplace_back("active"); });
     const auto sample = engine().fans.subscribe([&](const auto&) { order.emplace_back("fans"); });
@@ -179,7 +179,7 @@ TEST_F(TelemetryEngineTest, PublishesWhatTheReadersRead) {
     EXPECT_FALSE(engine().topProcesses.get().empty());
 }
 
-TEST_F(TelemetryEngineTest, DoesNotNotifyBetweenReadings) {
+TEST_F(TelemetryEngineTest, CompletesAllReadingsBeforeNotifying) {
     std::int64_t processorReadings = 0;
     const auto subscription =
         engine().fans.subscribe([&](const auto&) { processorReadings = mac.machHost.processorInfoCalls(); });
@@ -189,7 +189,7 @@ TEST_F(TelemetryEngineTest, DoesNotNotifyBetweenReadings) {
     EXPECT_EQ(processorReadings, 1);
 }
 
-TEST_F(TelemetryEngineTest, TakesFullSamplesWhileAWindowShows) {
+TEST_F(TelemetryEngineTest, TakesFullSamplesWhileAWindowIsVisible) {
     engine().setUIActive(true);
     watchEverything();
 
@@ -199,7 +199,7 @@ TEST_F(TelemetryEngineTest, TakesFullSamplesWhileAWindowShows) {
     EXPECT_EQ(std::ranges::count(published, "cpuHistory"), 3);
 }
 
-TEST_F(TelemetryEngineTest, TakesOnlyLightSamplesWhileNothingShows) {
+TEST_F(TelemetryEngineTest, TakesOnlyLightSamplesWhileNothingIsVisible) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
     watchEverything();
 
@@ -208,7 +208,7 @@ TEST_F(TelemetryEngineTest, TakesOnlyLightSamplesWhileNothingShows) {
     EXPECT_EQ(published, (std::vector<std::string>{"fans", "memory", "cpu", "fans", "memory", "cpu"}));
 }
 
-TEST_F(TelemetryEngineTest, ReadsTheProcessorWhileIdleOnlyWhereTheModeShowsIt) {
+TEST_F(TelemetryEngineTest, ReadsTheCPUWhileIdleOnlyIfTheModeShowsIt) {
     for (const MenubarDisplayMode mode : allCases<MenubarDisplayMode>()) {
         settings.menubarDisplayMode.set(mode);
         const auto before = mac.machHost.processorInfoCalls();
@@ -222,7 +222,7 @@ TEST_F(TelemetryEngineTest, ReadsTheProcessorWhileIdleOnlyWhereTheModeShowsIt) {
     }
 }
 
-TEST_F(TelemetryEngineTest, ReadsTheProcessorWhileIdleInAnyModeForAReadoutThatShowsIt) {
+TEST_F(TelemetryEngineTest, ReadsTheCPUWhileIdleInAnyModeIfTheReadoutShowsIt) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
     EXPECT_FALSE(engine().readsLoadWhileIdle());
 
@@ -237,7 +237,7 @@ TEST_F(TelemetryEngineTest, ReadsTheProcessorWhileIdleInAnyModeForAReadoutThatSh
     EXPECT_EQ(settings.menubarDisplayMode.get(), MenubarDisplayMode::memoryOnly);
 }
 
-TEST_F(TelemetryEngineTest, StillReadsTheProcessorByTheModeWithoutAReadoutThatShowsIt) {
+TEST_F(TelemetryEngineTest, ReadsTheCPUForTheModeEvenIfTheReadoutDoesNotShowIt) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
     engine().setReadoutShowsLoad(true);
 
@@ -247,7 +247,7 @@ TEST_F(TelemetryEngineTest, StillReadsTheProcessorByTheModeWithoutAReadoutThatSh
     EXPECT_EQ(mac.machHost.processorInfoCalls(), 1);
 }
 
-TEST_F(TelemetryEngineTest, DoesNotRepublishTheProcessorInMemoryOnlyMode) {
+TEST_F(TelemetryEngineTest, DoesNotRepublishTheCPUInMemoryOnlyMode) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
     watchEverything();
 
@@ -256,7 +256,7 @@ TEST_F(TelemetryEngineTest, DoesNotRepublishTheProcessorInMemoryOnlyMode) {
     EXPECT_EQ(published, (std::vector<std::string>{"fans", "memory"}));
 }
 
-TEST_F(TelemetryEngineTest, MeasuresTheProcessorAcrossTheWholeIdleStretch) {
+TEST_F(TelemetryEngineTest, MeasuresTheCPUAcrossTheWholeIdlePeriod) {
     mac.freeze();
     settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
     engine().sampleFull();
@@ -270,7 +270,7 @@ TEST_F(TelemetryEngineTest, MeasuresTheProcessorAcrossTheWholeIdleStretch) {
     EXPECT_DOUBLE_EQ(engine().cpu.get().totalUsage, 30);
 }
 
-TEST_F(TelemetryEngineTest, LooksAtTheActivityWhenTheTimerFires) {
+TEST_F(TelemetryEngineTest, TakesAFullSampleAtTheNextTickAfterActivation) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::iconOnly);
     watchEverything();
 
@@ -306,7 +306,7 @@ TEST_F(TelemetryEngineTest, AppendsTheNewestAtTheEndOfTheHistory) {
     EXPECT_EQ(history[28], 0);
 }
 
-TEST_F(TelemetryEngineTest, PassesThePinAndTheModeThroughToTheSettings) {
+TEST_F(TelemetryEngineTest, ForwardsThePinAndTheModeToTheSettings) {
     settings.isPinned.set(true);
     EXPECT_TRUE(engine().isPinned());
     engine().setPinned(false);
@@ -318,7 +318,7 @@ TEST_F(TelemetryEngineTest, PassesThePinAndTheModeThroughToTheSettings) {
     EXPECT_EQ(UserSettings(mac.userDefaults).menubarDisplayMode.get(), MenubarDisplayMode::fansOnly);
 }
 
-TEST_F(TelemetryEngineTest, WritesTemperaturesInTheChosenUnit) {
+TEST_F(TelemetryEngineTest, FormatsTemperaturesInTheChosenUnit) {
     settings.temperatureUnit.set(TemperatureUnit::celsius);
     EXPECT_EQ(engine().formatTemp(48.04), "48.0°C");
 
@@ -326,7 +326,7 @@ TEST_F(TelemetryEngineTest, WritesTemperaturesInTheChosenUnit) {
     EXPECT_EQ(engine().formatTemp(48), "118.4°F");
 }
 
-TEST_F(TelemetryEngineTest, WritesFanSpeedsInTheChosenUnit) {
+TEST_F(TelemetryEngineTest, FormatsFanSpeedsInTheChosenUnit) {
     settings.fanSpeedUnit.set(FanSpeedUnit::kRPM);
     EXPECT_EQ(engine().formatFanRPM(1420.9), "1.4k");
     EXPECT_EQ(engine().formatFanRPM(999.9), "999");
@@ -335,7 +335,7 @@ TEST_F(TelemetryEngineTest, WritesFanSpeedsInTheChosenUnit) {
     EXPECT_EQ(engine().formatFanRPM(850.2), "850 RPM");
 }
 
-TEST_F(TelemetryEngineTest, WritesAFanSpeedThatIsNoNumberAsZero) {
+TEST_F(TelemetryEngineTest, FormatsANaNFanSpeedAsZero) {
     settings.fanSpeedUnit.set(FanSpeedUnit::kRPM);
 
     EXPECT_EQ(engine().formatFanRPM(std::numeric_limits<double>::quiet_NaN()), "0");

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 class TickAllocationsTest : public EngineFixture {
 protected:
-    /// Allocations of a hundred seconds, after ten that prepare the storage.
+    /// Allocations within a hundred seconds, after ten seconds of warm-up.
     std::int64_t allocationsInSteadyState() {
         const auto onFans = engine().fans.subscribe([this](const auto& newest) { seenFans += newest.size(); });
         const auto onCPU =

@@ -11,7 +11,7 @@
 
 namespace kestro {
 
-/// A manager on a simulated machine whose preferences are those of a fresh user.
+/// A manager on a simulated machine with a new user's preferences.
 struct KeepAwakeFixture {
     SimulatedMac mac;
     UserSettings settings{mac.userDefaults};
@@ -20,7 +20,7 @@ struct KeepAwakeFixture {
 
     std::size_t timers() const { return mac.runLoop.timerPeriods().size(); }
 
-    /// The remaining time's text one tick after the wall clock has passed `elapsed` of a period of four hours.
+    /// The text for the remaining time, one tick after `elapsed` of a four-hour period on the wall clock.
     std::string remainingAfter(std::chrono::milliseconds elapsed) {
         manager.activate(KeepAwakeDuration::hours4);
         mac.clock.setWall(mac.clock.wallNow() + elapsed);

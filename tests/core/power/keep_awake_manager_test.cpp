@@ -30,7 +30,7 @@ TEST(KeepAwakeManager, StartsInactive) {
     EXPECT_EQ(f.timers(), 0U);
 }
 
-TEST(KeepAwakeManager, TakesTheStoredTarget) {
+TEST(KeepAwakeManager, LoadsTheStoredTarget) {
     SimulatedMac mac;
     UserSettings settings(mac.userDefaults);
     settings.keepAwakeTargetMode.set(systemOnly);
@@ -52,7 +52,7 @@ TEST(KeepAwakeManager, HoldsANamedAssertionOfTheTargetsType) {
     EXPECT_EQ(assertion.name, "Kestro Keep-Awake Active");
 }
 
-TEST(KeepAwakeManager, PublishesAndStoresAGivenTargetBeforeAsking) {
+TEST(KeepAwakeManager, PublishesAndStoresAGivenTargetBeforeRequestingTheAssertion) {
     Fixture f;
 
     f.manager.activate(KeepAwakeDuration::minutes15, systemOnly);
@@ -63,7 +63,7 @@ TEST(KeepAwakeManager, PublishesAndStoresAGivenTargetBeforeAsking) {
     EXPECT_EQ(f.mac.powerAssertions.held().front().type, "PreventUserIdleSystemSleep");
 }
 
-TEST(KeepAwakeManager, StoresNoTargetWithoutOne) {
+TEST(KeepAwakeManager, StoresNoTargetIfNoneIsGiven) {
     Fixture f;
 
     f.manager.activate(KeepAwakeDuration::minutes15);
@@ -71,7 +71,7 @@ TEST(KeepAwakeManager, StoresNoTargetWithoutOne) {
     EXPECT_EQ(f.mac.userDefaults.totalWrites(), 0);
 }
 
-TEST(KeepAwakeManager, RunsWithoutEndAndWithoutTimer) {
+TEST(KeepAwakeManager, RunsIndefinitelyWithoutATimer) {
     Fixture f;
 
     f.manager.activate(KeepAwakeDuration::indefinite);
@@ -95,7 +95,7 @@ TEST(KeepAwakeManager, CountsDownOnceASecond) {
     EXPECT_EQ(f.manager.currentDuration.get(), KeepAwakeDuration::minutes15);
 }
 
-TEST(KeepAwakeManager, EndsWhenTheTimeRunsOut) {
+TEST(KeepAwakeManager, EndsWhenTheTimeIsUp) {
     Fixture f;
 
     f.manager.activate(KeepAwakeDuration::minutes15);
@@ -111,7 +111,7 @@ TEST(KeepAwakeManager, EndsWhenTheTimeRunsOut) {
     EXPECT_EQ(f.manager.currentDuration.get(), KeepAwakeDuration::minutes15);
 }
 
-TEST(KeepAwakeManager, EndsByTheWallClockAfterTheMachineSlept) {
+TEST(KeepAwakeManager, EndsByTheWallClockAfterSuspend) {
     Fixture f;
 
     f.manager.activate(KeepAwakeDuration::hours1);
@@ -121,7 +121,7 @@ TEST(KeepAwakeManager, EndsByTheWallClockAfterTheMachineSlept) {
     EXPECT_FALSE(f.manager.isActive.get());
 }
 
-TEST(KeepAwakeManager, ReleasesTheOldAssertionBeforeAskingForTheNew) {
+TEST(KeepAwakeManager, ReleasesTheOldAssertionBeforeRequestingTheNew) {
     Fixture f;
     f.manager.activate(KeepAwakeDuration::minutes15);
     f.mac.advance(60s);
@@ -134,7 +134,7 @@ TEST(KeepAwakeManager, ReleasesTheOldAssertionBeforeAskingForTheNew) {
     EXPECT_EQ(f.timers(), 1U);
 }
 
-TEST(KeepAwakeManager, DropsTheTimerWhenRestartedWithoutEnd) {
+TEST(KeepAwakeManager, CancelsTheTimerWhenRestartedIndefinitely) {
     Fixture f;
     f.manager.activate(KeepAwakeDuration::minutes15);
 
@@ -161,7 +161,7 @@ TEST(KeepAwakeManager, StaysInactiveWhenRefused) {
     EXPECT_EQ(f.timers(), 0U);
 }
 
-TEST(KeepAwakeManager, KeepsWhatItShowedWhenARestartIsRefused) {
+TEST(KeepAwakeManager, KeepsItsPublishedStateWhenARestartIsRefused) {
     Fixture f;
     f.manager.activate(KeepAwakeDuration::minutes15);
     f.mac.powerAssertions.refusal.times(1);
@@ -226,7 +226,7 @@ TEST(KeepAwakeManager, ActivatesInOrder) {
     EXPECT_EQ(order, (std::vector<std::string>{"target", "stored", "active", "duration", "remaining"}));
 }
 
-TEST(KeepAwakeManager, TogglesWithTheDefaultDurationNotTheLastOne) {
+TEST(KeepAwakeManager, TogglesWithTheDefaultDurationInsteadOfTheLastOne) {
     Fixture f;
     f.settings.defaultKeepAwakeDuration.set(KeepAwakeDuration::hours2);
     f.manager.activate(KeepAwakeDuration::minutes15);
@@ -276,7 +276,7 @@ TEST(KeepAwakeManager, OnlyStoresATargetWhileInactive) {
     EXPECT_EQ(f.mac.powerAssertions.created(), 0U);
 }
 
-TEST(KeepAwakeManager, LetsASubscriberStopWhatHasJustStarted) {
+TEST(KeepAwakeManager, LetsASubscriberStopAPeriodThatJustStarted) {
     Fixture f;
     const auto subscription = f.manager.isActive.subscribe([&](const bool& active) {
         if (active) {
@@ -292,7 +292,7 @@ TEST(KeepAwakeManager, LetsASubscriberStopWhatHasJustStarted) {
     EXPECT_EQ(f.timers(), 0U);
 }
 
-TEST(KeepAwakeManager, LetsASubscriberStartAgainWhatHasJustStopped) {
+TEST(KeepAwakeManager, LetsASubscriberRestartAPeriodThatJustStopped) {
     Fixture f;
     f.manager.activate(KeepAwakeDuration::hours1);
     const auto subscription = f.manager.remainingSeconds.subscribe([&](const std::optional<double>& remaining) {
@@ -310,7 +310,7 @@ TEST(KeepAwakeManager, LetsASubscriberStartAgainWhatHasJustStopped) {
     EXPECT_EQ(f.timers(), 1U);
 }
 
-TEST(KeepAwakeManager, WritesTheRemainingTimeInMinutesAndSeconds) {
+TEST(KeepAwakeManager, FormatsTheRemainingTimeInMinutesAndSeconds) {
     Fixture f;
 
     EXPECT_EQ(f.remainingAfter(4h - 1s - 845s), "14m 05s");
@@ -319,14 +319,14 @@ TEST(KeepAwakeManager, WritesTheRemainingTimeInMinutesAndSeconds) {
     EXPECT_EQ(f.remainingAfter(4h - 1s - 300ms), "0m 00s");
 }
 
-TEST(KeepAwakeManager, WritesTheRemainingTimeInHoursFromOneHourOn) {
+TEST(KeepAwakeManager, FormatsTheRemainingTimeInHoursFromOneHourOn) {
     Fixture f;
 
     EXPECT_EQ(f.remainingAfter(4h - 1s - 3600s), "1h 00m");
     EXPECT_EQ(f.remainingAfter(4h - 1s - 7199s), "1h 59m");
 }
 
-TEST(KeepAwakeManager, WritesTheStateWithoutARemainingTime) {
+TEST(KeepAwakeManager, FormatsTheStateWithoutARemainingTime) {
     Fixture f;
 
     EXPECT_EQ(f.manager.formattedRemainingTime(), "Off");

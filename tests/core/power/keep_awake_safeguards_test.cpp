@@ -24,7 +24,7 @@ TEST(KeepAwakeManager, StopsAtTheBatteryThreshold) {
     EXPECT_EQ(f.mac.assertionsHeld(), 0U);
 }
 
-TEST(KeepAwakeManager, FollowsTheThresholdOfTheSettings) {
+TEST(KeepAwakeManager, UsesTheThresholdFromTheSettings) {
     Fixture f;
     f.settings.keepAwakeBatteryThreshold.set(50);
     f.manager.activate(KeepAwakeDuration::indefinite);
@@ -63,7 +63,7 @@ TEST(KeepAwakeManager, PublishesNothingForALowBatteryWhileInactive) {
     EXPECT_EQ(published, 0);
 }
 
-TEST(KeepAwakeManager, StopsWhenTheSystemTakesTheAssertionAway) {
+TEST(KeepAwakeManager, StopsWhenTheSystemRevokesTheAssertion) {
     Fixture f;
     f.manager.activate(KeepAwakeDuration::hours1);
 

@@ -10,7 +10,7 @@
 namespace kestro {
 namespace {
 
-TEST(KeepAwakeDuration, HasItsLabelsAndLengthsInOrder) {
+TEST(KeepAwakeDuration, ListsItsLabelsAndLengthsInOrder) {
     struct Expected {
         KeepAwakeDuration value;
         std::string_view label;
@@ -37,7 +37,7 @@ TEST(KeepAwakeDuration, HasItsLabelsAndLengthsInOrder) {
     }
 }
 
-TEST(KeepAwakeTarget, HasItsLabelsAndAssertionTypesInOrder) {
+TEST(KeepAwakeTarget, ListsItsLabelsAndAssertionTypesInOrder) {
     const auto cases = allCases<KeepAwakeTarget>();
 
     ASSERT_EQ(cases.size(), 2U);
@@ -48,7 +48,7 @@ TEST(KeepAwakeTarget, HasItsLabelsAndAssertionTypesInOrder) {
     EXPECT_EQ(fromRawValue<KeepAwakeTarget>("systemOnly"), std::nullopt);
 }
 
-TEST(SystemPowerMode, HasItsTextsAndToolValuesInOrder) {
+TEST(SystemPowerMode, ListsItsTextsAndToolValuesInOrder) {
     struct Expected {
         std::string_view label, shortTag, description, iconName, toolValue;
     };

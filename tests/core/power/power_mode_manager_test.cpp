@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(PowerModeManager, IsBalancedUntilTheFirstReadHasEnded) {
+TEST(PowerModeManager, IsBalancedUntilTheFirstReadCompletes) {
     SimulatedMac mac;
     mac.commandRunner.powerMode = 2;
 
@@ -39,7 +39,7 @@ TEST(PowerModeManager, ReadsWithThePowerToolInTheBackground) {
     EXPECT_EQ(mac.runLoop.startedBackgroundTasks(TaskPriority::utility), 1);
 }
 
-TEST(PowerModeManager, ReadsAgainEveryFiveSeconds) {
+TEST(PowerModeManager, RereadsEveryFiveSeconds) {
     SimulatedMac mac;
     const PowerModeManager manager(mac.platform());
     mac.runPending();
@@ -53,7 +53,7 @@ TEST(PowerModeManager, ReadsAgainEveryFiveSeconds) {
     EXPECT_EQ(mac.commandRunner.calls().size(), 2U);
 }
 
-TEST(PowerModeManager, PublishesEveryReadAnEqualOneToo) {
+TEST(PowerModeManager, PublishesEveryReadEvenIfEqual) {
     SimulatedMac mac;
     PowerModeManager manager(mac.platform());
     int published = 0;
@@ -66,7 +66,7 @@ TEST(PowerModeManager, PublishesEveryReadAnEqualOneToo) {
     EXPECT_EQ(published, 2);
 }
 
-TEST(PowerModeManager, TakesAToolThatCannotRunForBalanced) {
+TEST(PowerModeManager, FallsBackToBalancedWhenTheToolCannotRun) {
     SimulatedMac mac;
     mac.commandRunner.powerMode = 2;
     PowerModeManager manager(mac.platform());
@@ -79,7 +79,7 @@ TEST(PowerModeManager, TakesAToolThatCannotRunForBalanced) {
     EXPECT_EQ(manager.currentMode.get(), SystemPowerMode::balanced);
 }
 
-TEST(PowerModeManager, TakesUnreadableOutputForBalanced) {
+TEST(PowerModeManager, FallsBackToBalancedOnUnreadableOutput) {
     SimulatedMac mac;
     mac.commandRunner.outputs["/usr/bin/pmset"] = "powermode 2\n\xC3(";
     const PowerModeManager manager(mac.platform());
@@ -89,7 +89,7 @@ TEST(PowerModeManager, TakesUnreadableOutputForBalanced) {
     EXPECT_EQ(manager.currentMode.get(), SystemPowerMode::balanced);
 }
 
-TEST(PowerModeManager, SwitchesByAScriptWithAdministratorPrivileges) {
+TEST(PowerModeManager, SwitchesThroughAScriptWithAdministratorPrivileges) {
     SimulatedMac mac;
     PowerModeManager manager(mac.platform());
     mac.runPending();
@@ -108,7 +108,7 @@ TEST(PowerModeManager, SwitchesByAScriptWithAdministratorPrivileges) {
     EXPECT_EQ(mac.runLoop.startedBackgroundTasks(TaskPriority::userInitiated), 3);
 }
 
-TEST(PowerModeManager, NeverShowsASwitchBeforeTheSystemMadeIt) {
+TEST(PowerModeManager, NeverShowsASwitchBeforeItTakesEffect) {
     SimulatedMac mac;
     PowerModeManager manager(mac.platform());
     mac.runPending();
@@ -124,7 +124,7 @@ TEST(PowerModeManager, NeverShowsASwitchBeforeTheSystemMadeIt) {
     EXPECT_EQ(seen, std::vector{SystemPowerMode::highPower});
 }
 
-TEST(PowerModeManager, ComesBackToTheOldModeWhenTheUserDeclines) {
+TEST(PowerModeManager, KeepsTheOldModeWhenTheUserDeclines) {
     SimulatedMac mac;
     mac.commandRunner.powerMode = 1;
     mac.scriptRunner.refusal.always();
@@ -138,7 +138,7 @@ TEST(PowerModeManager, ComesBackToTheOldModeWhenTheUserDeclines) {
     EXPECT_EQ(mac.commandRunner.calls().size(), 2U);
 }
 
-TEST(PowerModeManager, KeepsTheReadThatEndsLast) {
+TEST(PowerModeManager, KeepsTheLastReadToFinish) {
     SimulatedMac mac;
     PowerModeManager manager(mac.platform());
     mac.runPending();
@@ -155,7 +155,7 @@ TEST(PowerModeManager, KeepsTheReadThatEndsLast) {
     EXPECT_EQ(manager.currentMode.get(), SystemPowerMode::lowPower);
 }
 
-TEST(PowerModeManager, OutlivedByItsWorkDoesNothingMore) {
+TEST(PowerModeManager, IgnoresWorkThatFinishesAfterItsDestruction) {
     SimulatedMac mac;
     auto manager = std::make_unique<PowerModeManager>(mac.platform());
     mac.runPending();

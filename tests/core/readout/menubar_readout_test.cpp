@@ -15,7 +15,7 @@ namespace {
 using Module = MenubarModuleType;
 using Modules = std::vector<Module>;
 
-/// A machine with 42 % of memory in use, a load of 18 % and one fan at 1420.
+/// A machine with 42 % of memory in use, 18 % load and one fan at 1420 rpm.
 struct Fixture {
     MemoryTelemetry memory;
     CPUTelemetry cpu = CPUTelemetry::initial();
@@ -80,7 +80,7 @@ TEST(MenubarReadout, ShowsTheSmallerSymbolForTheIconAlone) {
     }
 }
 
-TEST(MenubarReadout, LeadsWithTheSymbolWhereverItIsListed) {
+TEST(MenubarReadout, PutsTheSymbolFirstWhereverItIsListed) {
     Fixture f;
     f.modules = {Module::memory, Module::fanSpeed, Module::appIcon};
 
@@ -119,14 +119,14 @@ TEST(MenubarReadout, ShowsARepeatedModuleAgain) {
     EXPECT_EQ(f.readout().title, "RAM 42% · RAM 42%");
 }
 
-TEST(MenubarReadout, DropsTheSymbolInTheTextStyle) {
+TEST(MenubarReadout, HidesTheSymbolInTheTextStyle) {
     Fixture f;
     f.style = MenubarIconStyle::textOnly;
 
     EXPECT_EQ(f.readout(), (Readout{std::nullopt, "RAM 42% · 1420 RPM", "RAM 42% · 1420 RPM"}));
 }
 
-TEST(MenubarReadout, ShowsOnlyTheSymbolInTheIconStyleAndStillSpeaks) {
+TEST(MenubarReadout, ShowsOnlyTheSymbolInTheIconStyleButKeepsTheSpokenText) {
     Fixture f;
     f.style = MenubarIconStyle::iconOnly;
     EXPECT_EQ(f.readout(), (Readout{readoutSymbol, "", "RAM 42% · 1420 RPM"}));
@@ -135,7 +135,7 @@ TEST(MenubarReadout, ShowsOnlyTheSymbolInTheIconStyleAndStillSpeaks) {
     EXPECT_EQ(f.readout(), (Readout{readoutSymbol, "", "RAM 42%"}));
 }
 
-TEST(MenubarReadout, ComposesIntoUsedBuffersAsIntoNewOnes) {
+TEST(MenubarReadout, ComposesIntoReusedBuffersAsIntoNewOnes) {
     Fixture f;
     Readout used{std::nullopt, "something old", "something else"};
 
@@ -158,7 +158,7 @@ TEST(MenubarReadout, AllocatesNothingForTheSameLength) {
     EXPECT_EQ(used.spokenText.data(), spoken);
 }
 
-TEST(MenubarReadout, IsEqualExactlyWhenNothingShownHasChanged) {
+TEST(MenubarReadout, ComparesEqualOnlyWhenNothingVisibleHasChanged) {
     Fixture f;
     const auto before = f.readout();
 
@@ -169,7 +169,7 @@ TEST(MenubarReadout, IsEqualExactlyWhenNothingShownHasChanged) {
     EXPECT_NE(f.readout(), before);
 }
 
-TEST(MenubarReadout, KeepsRoomForTheWidestReadout) {
+TEST(MenubarReadout, ReservesRoomForTheWidestReadout) {
     Fixture f;
 
     EXPECT_EQ(widestReadout(f.layout(), WidestTextInputs::of(f.inputs)).title, " RAM 100% · 9999 RPM");
@@ -177,7 +177,7 @@ TEST(MenubarReadout, KeepsRoomForTheWidestReadout) {
     EXPECT_EQ(widestReadout(f.layout(), WidestTextInputs::of(f.inputs)).title, "");
 }
 
-TEST(MenubarReadout, TellsEverythingInTheToolTip) {
+TEST(MenubarReadout, ShowsEverythingInTheToolTip) {
     Fixture f;
     EXPECT_EQ(readoutToolTip(f.readout()), "Kestro: RAM 42% · 1420 RPM");
 

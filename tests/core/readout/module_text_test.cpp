@@ -14,7 +14,7 @@ namespace {
 
 using Module = MenubarModuleType;
 
-/// A machine in use: 42 % of memory, 18 % load, one fan at 1420.
+/// A machine in use: 42 % of memory, 18 % load, one fan at 1420 rpm.
 struct Machine {
     CPUTelemetry cpu = CPUTelemetry::initial();
     MemoryTelemetry memory;
@@ -57,7 +57,7 @@ std::string textWithoutData(Module module, bool showLabels = true) {
     return formattedText(module, nothing);
 }
 
-TEST(ModuleText, SaysWhatIsMissingBeforeTheFirstSample) {
+TEST(ModuleText, ShowsPlaceholdersBeforeTheFirstSample) {
     EXPECT_EQ(textWithoutData(Module::appIcon), "");
     EXPECT_EQ(textWithoutData(Module::memory), "RAM --");
     EXPECT_EQ(textWithoutData(Module::cpuUsage), "CPU --");
@@ -83,7 +83,7 @@ TEST(ModuleText, ShowsEachReadingTruncated) {
     EXPECT_EQ(machine.text(Module::diskSpace), "SSD 512G");
 }
 
-TEST(ModuleText, LeavesTheLabelOffMemoryAndLoadOnly) {
+TEST(ModuleText, OmitsOnlyTheMemoryAndLoadLabels) {
     const Machine machine;
     for (const auto module : allCases<Module>()) {
         auto inputs = machine.inputs();
@@ -148,14 +148,14 @@ TEST(ModuleText, ShowsEveryPowerMode) {
     }
 }
 
-TEST(ModuleText, MarksACharge) {
+TEST(ModuleText, MarksAChargingBattery) {
     Machine machine;
     machine.power.isCharging = true;
 
     EXPECT_EQ(machine.text(Module::battery), "\u26A198%");
 }
 
-TEST(ModuleText, ShowsAMachineWithoutABatteryAsOnMains) {
+TEST(ModuleText, ShowsACForAMachineWithoutABattery) {
     Machine machine;
     machine.power.hasBattery = false;
     machine.power.isCharging = true;
@@ -186,7 +186,7 @@ TEST(ModuleText, ShowsTheKeepAwakeState) {
     EXPECT_EQ(formattedText(Module::keepAwake, inputs), "\u2615 ON");
 }
 
-TEST(ModuleText, ShowsTheWholeMinutesThatKeepAwakeHasLeft) {
+TEST(ModuleText, ShowsTheWholeMinutesLeftOfKeepAwake) {
     ReadoutInputs inputs;
     inputs.isKeepAwakeActive = true;
     const auto withRemaining = [&](double seconds) {
@@ -213,7 +213,7 @@ TEST(ModuleText, ShowsNetworkRatesByTheirSize) {
     EXPECT_EQ(formatNetRate(1'250'000'000), "1250M");
 }
 
-TEST(ModuleText, SurvivesFiguresThatAreNone) {
+TEST(ModuleText, ToleratesNonFiniteNumbers) {
     Machine machine;
     constexpr double none = std::numeric_limits<double>::quiet_NaN();
     machine.cpu.totalUsage = none;
@@ -267,7 +267,7 @@ TEST(ModuleText, IsNeverLongerThanItsWidestText) {
     }
 }
 
-TEST(ModuleText, HasAWidestTextThatNoReadingChanges) {
+TEST(ModuleText, KeepsTheWidestTextIndependentOfReadings) {
     Machine first;
     Machine second;
     second.memory.usedBytes = 10;
@@ -287,7 +287,7 @@ TEST(ModuleText, HasAWidestTextThatNoReadingChanges) {
     }
 }
 
-TEST(ModuleText, HasAWidestSpeedThatAReadingAboveTheMaximumLeavesAlone) {
+TEST(ModuleText, KeepsTheWidestSpeedForAReadingAboveTheMaximum) {
     Machine machine;
     machine.fans = {{0, "Fan #1", 1420, 1420, 1200, 7300}};
     std::string before;

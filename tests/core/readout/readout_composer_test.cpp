@@ -12,7 +12,7 @@ namespace {
 
 using Module = MenubarModuleType;
 
-/// A machine with 42 % of memory in use and one fan at 1420.
+/// A machine with 42 % of memory in use and one fan at 1420 rpm.
 struct Fixture {
     MemoryTelemetry memory;
     PowerTelemetry power;
@@ -39,14 +39,14 @@ struct Fixture {
     }
     bool compose() { return composer.compose(layout(), inputs()); }
 
-    /// Whether what is kept is what a composition from nothing gives.
+    /// Whether the cached readouts equal a composition from scratch.
     bool isRight() const {
         return composer.readout() == composeReadout(layout(), inputs()) &&
                composer.widest() == widestReadout(layout(), WidestTextInputs::of(inputs()));
     }
 };
 
-TEST(ReadoutComposer, IsNewTheFirstTimeOnly) {
+TEST(ReadoutComposer, ReportsAChangeOnTheFirstCompositionOnly) {
     Fixture f;
 
     EXPECT_TRUE(f.compose());
@@ -56,7 +56,7 @@ TEST(ReadoutComposer, IsNewTheFirstTimeOnly) {
     EXPECT_TRUE(f.isRight());
 }
 
-TEST(ReadoutComposer, TellsAReadingThatShowsFromOneThatDoesNot) {
+TEST(ReadoutComposer, ReportsOnlyReadingsThatChangeTheReadout) {
     Fixture f;
     f.compose();
 
@@ -68,7 +68,7 @@ TEST(ReadoutComposer, TellsAReadingThatShowsFromOneThatDoesNot) {
     EXPECT_EQ(f.composer.readout().title, " RAM 42% · 1421 RPM");
 }
 
-TEST(ReadoutComposer, FollowsEveryPartOfTheLayout) {
+TEST(ReadoutComposer, ReactsToEveryPartOfTheLayout) {
     Fixture f;
     f.compose();
 
@@ -90,7 +90,7 @@ TEST(ReadoutComposer, FollowsEveryPartOfTheLayout) {
     EXPECT_TRUE(f.isRight());
 }
 
-TEST(ReadoutComposer, TellsWhenOnlyTheWidestReadoutHasChanged) {
+TEST(ReadoutComposer, ReportsAChangeOfOnlyTheWidestReadout) {
     Fixture f;
     f.compose();
 
@@ -101,7 +101,7 @@ TEST(ReadoutComposer, TellsWhenOnlyTheWidestReadoutHasChanged) {
     EXPECT_EQ(f.composer.widest().title, " RAM 100% · 99999 RPM");
 }
 
-TEST(ReadoutComposer, FollowsTheMachine) {
+TEST(ReadoutComposer, ReactsToTheMachine) {
     Fixture f;
     f.modules.push_back(Module::battery);
     f.compose();

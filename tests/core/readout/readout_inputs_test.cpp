@@ -13,7 +13,7 @@
 namespace kestro {
 namespace {
 
-/// Everything that the readout draws on, on a still machine.
+/// Everything that the readout depends on, on a frozen machine.
 struct Fixture : FanControlFixture {
     KeepAwakeManager keepAwake{mac.platform(), settings};
     PowerModeManager powerManager{mac.platform()};
@@ -45,7 +45,7 @@ TEST(ReadoutInputs, AreAbsentBeforeTheFirstSample) {
     EXPECT_EQ(inputs.disk, nullptr);
 }
 
-TEST(ReadoutInputs, HoldAfterALightSampleWhatItReads) {
+TEST(ReadoutInputs, HoldOnlyWhatALightSampleReads) {
     Fixture f;
     f.settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
 
@@ -61,7 +61,7 @@ TEST(ReadoutInputs, HoldAfterALightSampleWhatItReads) {
     EXPECT_EQ(inputs.disk, nullptr);
 }
 
-TEST(ReadoutInputs, ShowAnIdleProcessorAfterTheFirstReading) {
+TEST(ReadoutInputs, ShowAnIdleCPUAfterTheFirstReading) {
     Fixture f;
     f.showProcessorModules();
     EXPECT_EQ(f.title(), "CPU -- · P:-- E:--");
@@ -71,7 +71,7 @@ TEST(ReadoutInputs, ShowAnIdleProcessorAfterTheFirstReading) {
     EXPECT_EQ(f.title(), "CPU 0% · P:0% E:0%");
 }
 
-TEST(ReadoutInputs, ShowAnIdleProcessorAfterACallThatFailed) {
+TEST(ReadoutInputs, ShowAnIdleCPUAfterAFailedCall) {
     Fixture f;
     f.showProcessorModules();
     f.mac.machHost.processorInfoFailure.always();
@@ -97,7 +97,7 @@ TEST(ReadoutInputs, ShowAFirstReadingThatEqualsTheInitialRecord) {
     EXPECT_EQ(f.title(engine), "CPU 0% · P:0% E:0%");
 }
 
-TEST(ReadoutInputs, ShowWhatTheRecordCarriesWithoutSensors) {
+TEST(ReadoutInputs, ShowTheRecordsFallbackWithoutSensors) {
     Fixture f;
     f.settings.activeMenubarModules.set({MenubarModuleType::thermal});
     EXPECT_EQ(f.title(), "--°C");
@@ -123,7 +123,7 @@ TEST(ReadoutInputs, ShowNoTrafficWithoutInterfaces) {
     EXPECT_EQ(f.title(), "↓0 ↑0");
 }
 
-TEST(ReadoutInputs, TellNoShareOfMemoryAndDiskWithoutASize) {
+TEST(ReadoutInputs, ShowNoShareOfMemoryAndDiskWithoutASize) {
     Fixture f;
     f.settings.activeMenubarModules.set({MenubarModuleType::memory, MenubarModuleType::diskSpace});
     f.mac.fileSystem.failure.always();
@@ -137,13 +137,13 @@ TEST(ReadoutInputs, TellNoShareOfMemoryAndDiskWithoutASize) {
     EXPECT_EQ(f.title(engine), "RAM -- · SSD --");
 }
 
-TEST(ReadoutInputs, HaveNoReadingsBeforeTheFirstSample) {
+TEST(ReadoutInputs, ShowPlaceholdersBeforeTheFirstSample) {
     Fixture f;
 
     EXPECT_EQ(f.title(), " RAM -- · 0 RPM");
 }
 
-TEST(ReadoutInputs, ReferToTheEnginesRecords) {
+TEST(ReadoutInputs, PointToTheEnginesRecords) {
     Fixture f;
     f.engine.sampleFull();
     f.mac.advance(std::chrono::seconds(2));
@@ -161,7 +161,7 @@ TEST(ReadoutInputs, ReferToTheEnginesRecords) {
     EXPECT_EQ(inputs.disk, &f.engine.disk.get());
 }
 
-TEST(ReadoutInputs, FollowTheManagersAndTheLabels) {
+TEST(ReadoutInputs, ReflectTheManagersAndTheLabels) {
     Fixture f;
     f.manager().selectProfile(FanProfile::turbo);
     f.keepAwake.activate(KeepAwakeDuration::minutes15);

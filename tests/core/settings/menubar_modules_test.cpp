@@ -24,53 +24,53 @@ TEST(MenubarModules, ToggleNeverRemovesTheLastModule) {
     EXPECT_EQ(toggleModule({memory}, memory), MenubarModules{memory});
 }
 
-TEST(MenubarModules, ToggleRemovesRepetitionsButLeavesOneModule) {
+TEST(MenubarModules, ToggleRemovesDuplicatesButLeavesOneModule) {
     EXPECT_EQ(toggleModule({memory, fans, memory}, memory), MenubarModules{fans});
     EXPECT_EQ(toggleModule({memory, memory}, memory), MenubarModules{memory});
 }
 
-TEST(MenubarModules, MoveUpSwapsWithTheOneBefore) {
+TEST(MenubarModules, MoveUpSwapsWithThePredecessor) {
     EXPECT_EQ(moveModuleUp({icon, memory, fans}, fans), (MenubarModules{icon, fans, memory}));
 }
 
-TEST(MenubarModules, MoveUpLeavesTheFirstAndTheUnlisted) {
+TEST(MenubarModules, MoveUpIgnoresTheFirstAndTheUnlisted) {
     EXPECT_EQ(moveModuleUp({icon, memory}, icon), (MenubarModules{icon, memory}));
     EXPECT_EQ(moveModuleUp({icon, memory}, disk), (MenubarModules{icon, memory}));
     EXPECT_EQ(moveModuleUp({}, disk), MenubarModules{});
 }
 
-TEST(MenubarModules, MoveDownSwapsWithTheOneAfter) {
+TEST(MenubarModules, MoveDownSwapsWithTheSuccessor) {
     EXPECT_EQ(moveModuleDown({icon, memory, fans}, icon), (MenubarModules{memory, icon, fans}));
 }
 
-TEST(MenubarModules, MoveDownLeavesTheLastAndTheUnlisted) {
+TEST(MenubarModules, MoveDownIgnoresTheLastAndTheUnlisted) {
     EXPECT_EQ(moveModuleDown({icon, memory}, memory), (MenubarModules{icon, memory}));
     EXPECT_EQ(moveModuleDown({icon, memory}, disk), (MenubarModules{icon, memory}));
     EXPECT_EQ(moveModuleDown({}, disk), MenubarModules{});
 }
 
-TEST(MenubarModules, MovesPastRepetitionsOfAModule) {
+TEST(MenubarModules, MoveSkipsDuplicatesOfAModule) {
     EXPECT_EQ(moveModuleDown({memory, memory, disk}, memory), (MenubarModules{disk, memory}));
     EXPECT_EQ(moveModuleUp({disk, memory, memory}, memory), (MenubarModules{memory, disk}));
     EXPECT_EQ(moveModuleDown({memory, disk, memory, fans}, memory), (MenubarModules{disk, memory, fans}));
 }
 
-TEST(MenubarModules, PlaceGivesAModuleThePlaceOfAnother) {
+TEST(MenubarModules, PlaceMovesAModuleToThePositionOfAnother) {
     EXPECT_EQ(placeModule({icon, memory, fans, disk}, icon, fans), (MenubarModules{memory, fans, icon, disk}));
     EXPECT_EQ(placeModule({icon, memory, fans, disk}, disk, memory), (MenubarModules{icon, disk, memory, fans}));
 }
 
-TEST(MenubarModules, PlacePutsInAModuleThatIsNotListed) {
+TEST(MenubarModules, PlaceInsertsAModuleThatIsNotListed) {
     EXPECT_EQ(placeModule({icon, memory}, disk, icon), (MenubarModules{disk, icon, memory}));
 }
 
-TEST(MenubarModules, PlaceNeedsAnotherListedModule) {
+TEST(MenubarModules, PlaceRequiresAnotherListedModule) {
     EXPECT_EQ(placeModule({icon, memory}, memory, memory), (MenubarModules{icon, memory}));
     EXPECT_EQ(placeModule({icon, memory}, memory, disk), (MenubarModules{icon, memory}));
     EXPECT_EQ(placeModule({}, memory, disk), MenubarModules{});
 }
 
-TEST(MenubarModules, PlaceTakesRepetitionsTogether) {
+TEST(MenubarModules, PlaceMergesDuplicates) {
     EXPECT_EQ(placeModule({memory, memory, icon}, memory, icon), (MenubarModules{icon, memory}));
 }
 

@@ -11,7 +11,7 @@
 
 namespace kestro {
 
-/// Preferences in memory that remember every read and every write in order.
+/// Preferences in memory that record every read and write in order.
 class RecordingUserDefaults final : public UserDefaults {
 public:
     using Write = std::pair<std::string, PreferenceValue>;
@@ -36,7 +36,7 @@ public:
         values.insert_or_assign(std::string(key), std::move(value));
     }
 
-    /// The blob under `key` as text; a marker when there is none.
+    /// The blob under `key` as text; a marker if there is none.
     std::string dataText(std::string_view key) const {
         const auto found = values.find(key);
         const auto* data = found == values.end() ? nullptr : std::get_if<PreferenceData>(&found->second);

@@ -21,7 +21,7 @@ Labels rawValuesOf() {
     return labels;
 }
 
-/// Each raw value leads back to its case, is the case's identity, and belongs to no other case.
+/// Each raw value maps back to its case, is the case's identity, and belongs to no other case.
 template <ClosedEnumeration E>
 void expectRoundTrip() {
     std::unordered_set<std::string_view> distinct;
@@ -52,7 +52,7 @@ TEST(SettingsEnumerations, FindEveryCaseByItsRawValueAndNothingElse) {
     expectRoundTrip<MenubarModuleType>();
 }
 
-TEST(SettingsTab, HasItsLabelsAndSymbolsInTabOrder) {
+TEST(SettingsTab, ListsItsLabelsAndSymbolsInTabOrder) {
     EXPECT_EQ(rawValuesOf<SettingsTab>(), (Labels{"Menu Bar", "Keep-Awake", "Cooling & Fans", "Power & Energy",
                                                   "Dashboard", "Appearance", "Sensors"}));
     EXPECT_EQ(icon(SettingsTab::menubar), "menubar.dock.rectangle");
@@ -64,34 +64,34 @@ TEST(SettingsTab, HasItsLabelsAndSymbolsInTabOrder) {
     EXPECT_EQ(icon(SettingsTab::sensors), "cpu");
 }
 
-TEST(ThemePalette, HasItsLabelsInOrder) {
+TEST(ThemePalette, ListsItsLabelsInOrder) {
     EXPECT_EQ(rawValuesOf<ThemePalette>(), (Labels{"Cryogenic Azure", "Thermal Infrared", "Obsidian Emerald",
                                                    "Velvet Lilac", "Monolith Titanium"}));
 }
 
-TEST(TemperatureUnit, HasItsLabelsInOrder) {
+TEST(TemperatureUnit, ListsItsLabelsInOrder) {
     EXPECT_EQ(rawValuesOf<TemperatureUnit>(), (Labels{"Celsius (\u00B0C)", "Fahrenheit (\u00B0F)"}));
 }
 
-TEST(FanSpeedUnit, HasItsLabelsInOrder) {
+TEST(FanSpeedUnit, ListsItsLabelsInOrder) {
     EXPECT_EQ(rawValuesOf<FanSpeedUnit>(), (Labels{"Compact (e.g. 7.8k)", "Full (e.g. 7,820 RPM)"}));
 }
 
-TEST(MenubarIconStyle, HasItsLabelsInOrder) {
+TEST(MenubarIconStyle, ListsItsLabelsInOrder) {
     EXPECT_EQ(rawValuesOf<MenubarIconStyle>(), (Labels{"Icons & Text", "Text Only", "Icon Only"}));
 }
 
-TEST(MenubarDisplayMode, HasItsLabelsInOrder) {
+TEST(MenubarDisplayMode, ListsItsLabelsInOrder) {
     EXPECT_EQ(rawValuesOf<MenubarDisplayMode>(),
               (Labels{"Memory & Fan (Default)", "CPU & Fan", "Triple (RAM / CPU / Fan)", "Fan Speed Only",
                       "Memory Only", "CPU Only", "Icon Only"}));
 }
 
-TEST(ProcessSortMetric, HasItsLabelsInOrder) {
+TEST(ProcessSortMetric, ListsItsLabelsInOrder) {
     EXPECT_EQ(rawValuesOf<ProcessSortMetric>(), (Labels{"CPU Load (%)", "Memory Footprint"}));
 }
 
-TEST(PollingProfile, HasItsIntervals) {
+TEST(PollingProfile, DefinesItsIntervals) {
     EXPECT_EQ(rawValuesOf<PollingProfile>(),
               (Labels{"Eco Saver (3.0s / 1.5s)", "Balanced (2.0s / 1.0s)", "High Precision (1.0s / 0.5s)"}));
     EXPECT_EQ(activeInterval(PollingProfile::eco), 1.5);
@@ -102,7 +102,7 @@ TEST(PollingProfile, HasItsIntervals) {
     EXPECT_EQ(idleInterval(PollingProfile::highPrecision), 1.0);
 }
 
-TEST(HalftoneIntensity, HasItsOpacities) {
+TEST(HalftoneIntensity, DefinesItsOpacities) {
     EXPECT_EQ(rawValuesOf<HalftoneIntensity>(), (Labels{"Off", "Subtle (12%)", "Standard (25%)", "Bold (45%)"}));
     EXPECT_EQ(alpha(HalftoneIntensity::off), 0.0);
     EXPECT_EQ(alpha(HalftoneIntensity::subtle), 0.12);
@@ -110,11 +110,11 @@ TEST(HalftoneIntensity, HasItsOpacities) {
     EXPECT_EQ(alpha(HalftoneIntensity::bold), 0.45);
 }
 
-TEST(HalftonePatternStyle, HasItsLabelsInOrder) {
+TEST(HalftonePatternStyle, ListsItsLabelsInOrder) {
     EXPECT_EQ(rawValuesOf<HalftonePatternStyle>(), (Labels{"Header Band", "Thermal Plume", "Ambient Field"}));
 }
 
-TEST(GlassMaterialStyle, HasItsMaterialsByTheirPlatformNumbers) {
+TEST(GlassMaterialStyle, MapsToThePlatformsMaterialNumbers) {
     EXPECT_EQ(rawValuesOf<GlassMaterialStyle>(), (Labels{"Deep Frosted (.underWindowBackground)",
                                                          "HUD Contrast (.hudWindow)", "Subtle Tint (.popover)"}));
     EXPECT_EQ(static_cast<int>(nsMaterial(GlassMaterialStyle::deepFrosted)), 21);
@@ -130,7 +130,7 @@ TEST(MenubarDelimiter, InsertsItsRawValueAndShowsItsTitle) {
     EXPECT_EQ(title(MenubarDelimiter::space), "Double Space (   )");
 }
 
-TEST(MenubarModuleType, HasItsNamesSymbolsAndSamples) {
+TEST(MenubarModuleType, ListsItsNamesSymbolsAndSamples) {
     struct Expected {
         std::string_view rawValue, displayName, iconName, previewSample;
     };

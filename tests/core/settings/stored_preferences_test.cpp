@@ -14,7 +14,7 @@ namespace {
 using Fixture = UserSettingsFixture;
 using Modules = std::vector<MenubarModuleType>;
 
-TEST(UserSettings, ReadsAListOfModulesInItsOrder) {
+TEST(UserSettings, ReadsAListOfModulesInOrder) {
     Fixture fixture;
     fixture.defaults.storeData("kestro.activeMenubarModules", R"(["cpuUsage", "memory"])");
 
@@ -29,7 +29,7 @@ TEST(UserSettings, KeepsAnEmptyListOfModules) {
     EXPECT_TRUE(fixture.settings().activeMenubarModules.get().empty());
 }
 
-TEST(UserSettings, DropsAListWithOneUnknownModule) {
+TEST(UserSettings, RejectsAListWithOneUnknownModule) {
     Fixture fixture;
     fixture.defaults.storeData("kestro.activeMenubarModules", R"(["cpuUsage", "gpuUsage"])");
 
@@ -38,7 +38,7 @@ TEST(UserSettings, DropsAListWithOneUnknownModule) {
     EXPECT_TRUE(fixture.defaults.writes.empty());
 }
 
-TEST(UserSettings, ReadsAChoiceByItsLabelOnly) {
+TEST(UserSettings, ReadsAChoiceOnlyByItsLabel) {
     Fixture byLabel;
     byLabel.defaults.storeData("kestro.temperatureUnit", "\"Fahrenheit (°F)\"");
     Fixture byCaseName;
@@ -57,7 +57,7 @@ TEST(UserSettings, ReadsAnEscapedLabel) {
     EXPECT_EQ(fixture.settings().menubarDelimiter.get(), MenubarDelimiter::middleDot);
 }
 
-TEST(UserSettings, FallsBackOnDamagedChoices) {
+TEST(UserSettings, FallsBackOnCorruptChoices) {
     const std::string deeplyNested(20'000, '[');
     for (const std::string_view damaged :
          {"", "\"", "Thermal Infrared", "\"Thermal Infrared\" x", "1", "null", "true", "[\"Thermal Infrared\"]",
@@ -69,7 +69,7 @@ TEST(UserSettings, FallsBackOnDamagedChoices) {
     }
 }
 
-TEST(UserSettings, FallsBackOnDataThatGoesOnAfterAZeroByte) {
+TEST(UserSettings, FallsBackOnDataThatContinuesAfterAZeroByte) {
     constexpr std::string_view choice("\"Thermal Infrared\"\0x", 20);
     constexpr std::string_view list("[]\0", 3);
     Fixture fixture;
@@ -80,7 +80,7 @@ TEST(UserSettings, FallsBackOnDataThatGoesOnAfterAZeroByte) {
     EXPECT_EQ(fixture.settings().activeMenubarModules.get().size(), 3U);
 }
 
-TEST(UserSettings, FallsBackOnKeepAwakeLabelsThatItDoesNotKnow) {
+TEST(UserSettings, FallsBackOnUnknownKeepAwakeLabels) {
     Fixture fixture;
     fixture.defaults.storeData("kestro.keepAwakeTargetMode", "\"Display Only\"");
     fixture.defaults.storeData("kestro.defaultKeepAwakeDuration", "\"3 Hours\"");
@@ -91,7 +91,7 @@ TEST(UserSettings, FallsBackOnKeepAwakeLabelsThatItDoesNotKnow) {
     EXPECT_EQ(fixture.defaults.dataText("kestro.defaultKeepAwakeDuration"), "\"3 Hours\"");
 }
 
-TEST(UserSettings, TakesATextForNoData) {
+TEST(UserSettings, DoesNotAcceptTextAsData) {
     Fixture fixture;
     fixture.defaults.store("kestro.themePalette", std::string("\"Thermal Infrared\""));
     fixture.defaults.store("kestro.activeMenubarModules", std::string("[]"));
@@ -129,7 +129,7 @@ TEST(UserSettings, AcceptsWholeNumbersOfEitherKindForIntegers) {
     EXPECT_EQ(whole.settings().processCountLimit.get(), 10);
 }
 
-TEST(UserSettings, RefusesWhatIsNoIntegerForIntegers) {
+TEST(UserSettings, RejectsNonIntegersForIntegers) {
     for (const PreferenceValue& wrong : std::vector<PreferenceValue>{
              true, 8.5, 0x1p63, -1e300, std::numeric_limits<double>::quiet_NaN(),
              std::numeric_limits<double>::infinity(), std::string("8"), PreferenceData{'8'}}) {
@@ -149,7 +149,7 @@ TEST(UserSettings, AcceptsIntegersForDoubles) {
     EXPECT_EQ(fixture.settings().rampSmoothingSeconds.get(), 1.5);
 }
 
-TEST(UserSettings, RefusesIntegersThatNoDoubleHolds) {
+TEST(UserSettings, RejectsIntegersThatADoubleCannotRepresent) {
     constexpr std::int64_t largestExact = std::int64_t{1} << 53;
     Fixture exact;
     exact.defaults.store("kestro.customFanRPM", -largestExact);
@@ -162,7 +162,7 @@ TEST(UserSettings, RefusesIntegersThatNoDoubleHolds) {
     EXPECT_EQ(inexact.settings().temperatureDeadband.get(), 2.0);
 }
 
-TEST(UserSettings, RefusesFlagsAndTextsForDoubles) {
+TEST(UserSettings, RejectsFlagsAndTextsForDoubles) {
     for (const PreferenceValue& wrong :
          std::vector<PreferenceValue>{true, std::string("4200"), PreferenceData{'4', '2'}}) {
         Fixture fixture;

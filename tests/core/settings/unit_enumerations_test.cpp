@@ -20,7 +20,7 @@ TEST(TemperatureUnit, ConvertsToFahrenheitBeforeRounding) {
     EXPECT_EQ(format(TemperatureUnit::fahrenheit, 0.0), "32.0°F");
 }
 
-TEST(TemperatureUnit, IsFoundByItsFullLabelOnly) {
+TEST(TemperatureUnit, IsFoundOnlyByItsFullLabel) {
     EXPECT_EQ(fromRawValue<TemperatureUnit>("Celsius (°C)"), TemperatureUnit::celsius);
     EXPECT_EQ(fromRawValue<TemperatureUnit>("Celsius"), std::nullopt);
     EXPECT_EQ(fromRawValue<TemperatureUnit>("celsius"), std::nullopt);
@@ -31,7 +31,7 @@ TEST(FanSpeedUnit, ShowsThousandsWithOneDecimal) {
     EXPECT_EQ(format(FanSpeedUnit::kRPM, 1000), "1.0k");
 }
 
-TEST(FanSpeedUnit, ShowsSmallSpeedsBareInTheCompactForm) {
+TEST(FanSpeedUnit, ShowsSmallSpeedsWithoutAUnitInTheCompactForm) {
     EXPECT_EQ(format(FanSpeedUnit::kRPM, 999), "999");
     EXPECT_EQ(format(FanSpeedUnit::kRPM, 850), "850");
     EXPECT_EQ(format(FanSpeedUnit::kRPM, 0), "0");

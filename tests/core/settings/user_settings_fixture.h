@@ -7,7 +7,7 @@
 
 namespace kestro {
 
-/// A store over preferences that a test fills before it is made.
+/// A store over preferences that a test fills before creating it.
 struct UserSettingsFixture {
     RecordingUserDefaults defaults;
     std::unique_ptr<UserSettings> made;

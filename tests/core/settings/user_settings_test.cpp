@@ -16,7 +16,7 @@ namespace {
 using Fixture = UserSettingsFixture;
 using Modules = std::vector<MenubarModuleType>;
 
-TEST(UserSettings, GivesAFreshUserTheDefaultChoices) {
+TEST(UserSettings, GivesANewUserTheDefaultChoices) {
     Fixture fresh;
     const auto& settings = fresh.settings();
 
@@ -39,7 +39,7 @@ TEST(UserSettings, GivesAFreshUserTheDefaultChoices) {
     EXPECT_EQ(settings.fanProfile.get(), FanProfile::normal);
 }
 
-TEST(UserSettings, GivesAFreshUserTheDefaultFlagsAndFigures) {
+TEST(UserSettings, GivesANewUserTheDefaultFlagsAndNumbers) {
     Fixture fresh;
     const auto& settings = fresh.settings();
 
@@ -124,7 +124,7 @@ TEST(UserSettings, ReadsEachKeyOnceInOrderAndWritesNoneAtConstruction) {
     EXPECT_TRUE(fresh.defaults.writes.empty());
 }
 
-TEST(UserSettings, WritesEachKindInItsOwnForm) {
+TEST(UserSettings, WritesEachKindInItsStoredForm) {
     Fixture fixture;
     auto& settings = fixture.settings();
 
@@ -155,7 +155,7 @@ TEST(UserSettings, WritesACurveWithItsTenFieldsInOrder) {
               R"("acousticCeilingEnabled":false,"acousticCeilingRPM":6000.0})");
 }
 
-TEST(UserSettings, SkipsTheWriteOfACurveThatJsonCannotHold) {
+TEST(UserSettings, SkipsWritingACurveThatJsonCannotRepresent) {
     Fixture fixture;
     auto curve = FanCurveConfig::leftDefault();
     curve.highTemp = std::numeric_limits<double>::infinity();
@@ -178,7 +178,7 @@ TEST(UserSettings, ClampsNothing) {
     EXPECT_EQ(UserSettings(fixture.defaults).processCountLimit.get(), -7);
 }
 
-TEST(UserSettings, AnnouncesPublishesAndWritesAnEqualValueToo) {
+TEST(UserSettings, AlsoAnnouncesPublishesAndWritesAnEqualValue) {
     Fixture fixture;
     auto& settings = fixture.settings();
     int announced = 0;
@@ -225,7 +225,7 @@ TEST(UserSettings, StoresTheNewestValueWhenASubscriberAssignsAgain) {
     EXPECT_EQ(fixture.defaults.writes.back().second, PreferenceValue(std::int64_t{10}));
 }
 
-/// Assigns `value`, and expects a store made afterwards to read it back.
+/// Assigns `value` and expects a store created afterwards to read it back.
 template <typename T>
 void expectSurvivesARestart(Setting<T> UserSettings::*setting, T value) {
     RecordingUserDefaults defaults;
@@ -262,7 +262,7 @@ TEST(UserSettings, ReadsBackEveryChoice) {
     expectEveryCaseSurvivesARestart(&UserSettings::fanProfile);
 }
 
-TEST(UserSettings, ReadsBackEveryListFigureAndCurve) {
+TEST(UserSettings, ReadsBackEveryListNumberAndCurve) {
     const auto every = allCases<MenubarModuleType>();
     auto curve = FanCurveConfig::rightDefault();
     curve.lowTemp = 41.7;

@@ -7,7 +7,7 @@
 namespace kestro {
 namespace {
 
-/// A machine whose cores do only what a test says.
+/// A machine whose core ticks change only when a test adds some.
 class CPUReaderTest : public testing::Test {
 protected:
     CPUReaderTest() {
@@ -144,7 +144,7 @@ TEST_F(CPUReaderTest, SplitsTheCoresByTheSizeOfTheFirstCluster) {
     EXPECT_DOUBLE_EQ(record.cluster1Usage, 75.0 / 6);
 }
 
-TEST_F(CPUReaderTest, GivesAnEmptySecondClusterTheTotal) {
+TEST_F(CPUReaderTest, ReportsTheTotalForAnEmptySecondCluster) {
     mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 40;
     reader().readCPU();
     addToEveryCore({20, 10, 60, 10});
@@ -170,7 +170,7 @@ TEST_F(CPUReaderTest, MeasuresAcrossCountersThatWrap) {
     EXPECT_DOUBLE_EQ(record.idleUsage, 40);
 }
 
-TEST_F(CPUReaderTest, ClampsWhatCountersThatWentBackwardsWouldGive) {
+TEST_F(CPUReaderTest, ClampsTheResultOfCountersThatWentBackwards) {
     useCores(1);
     reader().readCPU();
     mac.machHost.cores[0] = {1200, 1000, 900, 1000};
@@ -193,7 +193,7 @@ TEST_F(CPUReaderTest, ReadsANegativeTotalAsIdle) {
     EXPECT_EQ(record.coreLoads[0].usagePercentage, 0);
 }
 
-TEST_F(CPUReaderTest, ReadsAFailingCallAsIdleAndMeasuresAcrossTheGap) {
+TEST_F(CPUReaderTest, ReadsAFailedCallAsIdleAndMeasuresAcrossTheGap) {
     reader().readCPU();
     addToEveryCore({50, 0, 50, 0});
     mac.machHost.processorInfoFailure.times(1);
@@ -211,7 +211,7 @@ TEST_F(CPUReaderTest, ReadsAFailingCallAsIdleAndMeasuresAcrossTheGap) {
     EXPECT_DOUBLE_EQ(next.totalUsage, 25);
 }
 
-TEST_F(CPUReaderTest, ReadsAnAnswerWithoutArrayLikeAFailure) {
+TEST_F(CPUReaderTest, TreatsAResultWithoutAnArrayAsAFailure) {
     reader().readCPU();
     mac.machHost.answersWithoutArray = true;
 
@@ -222,7 +222,7 @@ TEST_F(CPUReaderTest, ReadsAnAnswerWithoutArrayLikeAFailure) {
     EXPECT_EQ(mac.machHost.outstandingArrays(), 1);
 }
 
-TEST_F(CPUReaderTest, HoldsOneArrayHoweverOftenItReads) {
+TEST_F(CPUReaderTest, HoldsOneArrayNoMatterHowOftenItReads) {
     for (int sample = 0; sample < 100; ++sample) {
         addToEveryCore({1, 1, 8, 0});
         reader().readCPU();
@@ -232,7 +232,7 @@ TEST_F(CPUReaderTest, HoldsOneArrayHoweverOftenItReads) {
     EXPECT_EQ(mac.machHost.wrongDeallocations(), 0);
 }
 
-TEST_F(CPUReaderTest, ReplacesTheArrayAlsoWhenThereAreNoProcessors) {
+TEST_F(CPUReaderTest, ReplacesTheArrayEvenWithoutProcessors) {
     reader().readCPU();
     useCores(0);
 
@@ -246,7 +246,7 @@ TEST_F(CPUReaderTest, ReplacesTheArrayAlsoWhenThereAreNoProcessors) {
     EXPECT_EQ(mac.machHost.wrongDeallocations(), 0);
 }
 
-TEST_F(CPUReaderTest, ComparesOnlyTheCoresThatBothSamplesHave) {
+TEST_F(CPUReaderTest, ComparesOnlyCoresPresentInBothSamples) {
     reader().readCPU();
     useCores(6);
     addToEveryCore({50, 0, 50, 0});
@@ -289,7 +289,7 @@ TEST_F(CPUReaderTest, FillsAnExistingRecordLikeANewOne) {
     EXPECT_DOUBLE_EQ(record.systemUsage, 20);
 }
 
-TEST_F(CPUReaderTest, TakesTheNamesOfTheClustersWithoutWhiteSpaceAround) {
+TEST_F(CPUReaderTest, TrimsTheNamesOfTheClusters) {
     mac.systemControl.texts["hw.perflevel0.name"] = " Super\n";
     mac.systemControl.texts["hw.perflevel1.name"] = "\tBig Little ";
 
@@ -299,7 +299,7 @@ TEST_F(CPUReaderTest, TakesTheNamesOfTheClustersWithoutWhiteSpaceAround) {
     EXPECT_EQ(record.cluster1Name, "Big Little");
 }
 
-TEST_F(CPUReaderTest, KeepsTheDefaultsForWhatTheHardwareDoesNotSay) {
+TEST_F(CPUReaderTest, KeepsTheDefaultsForMissingHardwareValues) {
     mac.systemControl.integers.clear();
     mac.systemControl.texts.clear();
 
@@ -311,7 +311,7 @@ TEST_F(CPUReaderTest, KeepsTheDefaultsForWhatTheHardwareDoesNotSay) {
     EXPECT_EQ(record.cluster1Name, "Efficiency");
 }
 
-TEST_F(CPUReaderTest, BelievesInClustersOfASingleCore) {
+TEST_F(CPUReaderTest, AcceptsClustersOfASingleCore) {
     mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 1;
     mac.systemControl.integers["hw.perflevel1.physicalcpu"] = 1;
 
@@ -321,7 +321,7 @@ TEST_F(CPUReaderTest, BelievesInClustersOfASingleCore) {
     EXPECT_EQ(record.cluster1Count, 1);
 }
 
-TEST_F(CPUReaderTest, KeepsTheDefaultsForAnswersWithoutMeaning) {
+TEST_F(CPUReaderTest, KeepsTheDefaultsForImplausibleValues) {
     mac.systemControl.integers["hw.perflevel0.physicalcpu"] = -3;
     mac.systemControl.integers["hw.perflevel1.physicalcpu"] = 0;
     mac.systemControl.texts["hw.perflevel0.name"] = "";

@@ -7,7 +7,7 @@
 namespace kestro {
 namespace {
 
-TEST(DiskReader, CountsWhatIsReservedForTheSuperuserAsUsed) {
+TEST(DiskReader, CountsSpaceReservedForTheSuperuserAsUsed) {
     SimulatedFileSystemStatistics fileSystem;
     fileSystem.root = {.fragmentSize = 4096, .blocks = 1000, .availableBlocks = 400};
 
@@ -21,14 +21,14 @@ TEST(DiskReader, CountsWhatIsReservedForTheSuperuserAsUsed) {
     EXPECT_EQ(record.fileSystem, "APFS");
 }
 
-TEST(DiskReader, CalculatesBeyondThirtyTwoBits) {
+TEST(DiskReader, SupportsMoreThanThirtyTwoBits) {
     SimulatedFileSystemStatistics fileSystem;
     fileSystem.root = {.fragmentSize = 65536, .blocks = 0xFFFFFFFF, .availableBlocks = 1};
 
     EXPECT_EQ(DiskReader(fileSystem).read().totalBytes, 0xFFFFFFFFull * 65536);
 }
 
-TEST(DiskReader, UsesNothingWhenMoreIsAvailableThanThereIs) {
+TEST(DiskReader, ReadsZeroUsedWhenMoreIsAvailableThanTheTotal) {
     SimulatedFileSystemStatistics fileSystem;
     fileSystem.root = {.fragmentSize = 512, .blocks = 10, .availableBlocks = 11};
 

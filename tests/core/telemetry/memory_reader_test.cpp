@@ -43,14 +43,14 @@ TEST_F(MemoryReaderTest, MultipliesThePageCountsByThePageSize) {
     EXPECT_EQ(record.pressureLevel, "Normal");
 }
 
-TEST_F(MemoryReaderTest, CalculatesBeyondThirtyTwoBits) {
+TEST_F(MemoryReaderTest, SupportsMoreThanThirtyTwoBits) {
     mac.machHost.statistics.activeCount = 0xFFFFFFFF;
     mac.machHost.statistics.wireCount = 0xFFFFFFFF;
 
     EXPECT_EQ(read().usedBytes, (0xFFFFFFFFull * 2 + 10) * 4096);
 }
 
-TEST_F(MemoryReaderTest, DoesNotClampWhatIsUsedToTheTotal) {
+TEST_F(MemoryReaderTest, DoesNotClampUsedMemoryToTheTotal) {
     mac.processInfo.memory = 4096;
 
     const MemoryTelemetry record = read();
@@ -59,7 +59,7 @@ TEST_F(MemoryReaderTest, DoesNotClampWhatIsUsedToTheTotal) {
     EXPECT_DOUBLE_EQ(record.usedPercentage(), 7000);
 }
 
-TEST_F(MemoryReaderTest, ReadsTheWholeMachineAsFreeWithoutStatistics) {
+TEST_F(MemoryReaderTest, ReadsAllMemoryAsFreeWithoutStatistics) {
     mac.machHost.statisticsFailure.always();
     mac.systemControl.integers["kern.memorystatus_vm_pressure_level"] = 4;
 
@@ -70,7 +70,7 @@ TEST_F(MemoryReaderTest, ReadsTheWholeMachineAsFreeWithoutStatistics) {
     EXPECT_EQ(read(), expected);
 }
 
-TEST_F(MemoryReaderTest, AsksForTheConstantsOnlyOnce) {
+TEST_F(MemoryReaderTest, QueriesTheConstantsOnlyOnce) {
     MemoryReader reader(mac.machHost, mac.systemControl, mac.processInfo);
     mac.processInfo.memory = 5;
     mac.machHost.pageSize = 1;
@@ -81,7 +81,7 @@ TEST_F(MemoryReaderTest, AsksForTheConstantsOnlyOnce) {
     EXPECT_EQ(record.activeBytes, 40u * 4096);
 }
 
-TEST_F(MemoryReaderTest, TakesPagesOfSixteenKibibytesWhenTheHostDoesNotSay) {
+TEST_F(MemoryReaderTest, AssumesPagesOfSixteenKibibytesByDefault) {
     mac.machHost.pageSizeFailure.always();
 
     EXPECT_EQ(read().activeBytes, 40u * 16384);
@@ -97,7 +97,7 @@ TEST_F(MemoryReaderTest, ReadsNoSwapAsZeros) {
     EXPECT_EQ(record.usedBytes, 70u * 4096);
 }
 
-TEST_F(MemoryReaderTest, AFailureOfTheSwapCallChangesNothingElse) {
+TEST_F(MemoryReaderTest, AFailedSwapCallAffectsNothingElse) {
     MemoryTelemetry expected = read();
     expected.swapUsedBytes = 0;
     expected.swapTotalBytes = 0;
@@ -106,7 +106,7 @@ TEST_F(MemoryReaderTest, AFailureOfTheSwapCallChangesNothingElse) {
     EXPECT_EQ(read(), expected);
 }
 
-TEST_F(MemoryReaderTest, AFailureOfThePressureCallReadsNormalAndChangesNothingElse) {
+TEST_F(MemoryReaderTest, AFailedPressureCallReadsNormalAndAffectsNothingElse) {
     const MemoryTelemetry expected = read();
     mac.systemControl.integers.erase("kern.memorystatus_vm_pressure_level");
 

@@ -56,7 +56,7 @@ TEST_F(NetworkReaderTest, AddsUpEveryActiveInterface) {
     EXPECT_DOUBLE_EQ(record.uploadBytesPerSec, 2000);
 }
 
-TEST_F(NetworkReaderTest, CountsBeyondThirtyTwoBits) {
+TEST_F(NetworkReaderTest, SupportsMoreThanThirtyTwoBits) {
     list({Interfaces::link("en0", 0xFFFFFFFF, 1)});
     reader.read();
     list({Interfaces::link("en0", 0xFFFFFFFFull + 500, 1)});
@@ -64,7 +64,7 @@ TEST_F(NetworkReaderTest, CountsBeyondThirtyTwoBits) {
     EXPECT_DOUBLE_EQ(readAfter(1s).downloadBytesPerSec, 500);
 }
 
-TEST_F(NetworkReaderTest, ACounterThatWentBackwardsGivesZeroForOneInterval) {
+TEST_F(NetworkReaderTest, ACounterThatWentBackwardsYieldsZeroForOneInterval) {
     list({Interfaces::link("en0", 9000, 9000)});
     reader.read();
     list({Interfaces::link("en0", 100, 9100)});
@@ -78,7 +78,7 @@ TEST_F(NetworkReaderTest, ACounterThatWentBackwardsGivesZeroForOneInterval) {
     EXPECT_EQ(next.uploadBytesPerSec, 0);
 }
 
-TEST_F(NetworkReaderTest, ACounterThatWasZeroGivesNoRate) {
+TEST_F(NetworkReaderTest, ACounterThatWasZeroYieldsNoRate) {
     list({Interfaces::link("en0", 0, 10)});
     reader.read();
     list({Interfaces::link("en0", 7000, 20)});
@@ -89,7 +89,7 @@ TEST_F(NetworkReaderTest, ACounterThatWasZeroGivesNoRate) {
     EXPECT_DOUBLE_EQ(record.uploadBytesPerSec, 10);
 }
 
-TEST_F(NetworkReaderTest, TwoCallsAtTheSameMomentGiveNoRate) {
+TEST_F(NetworkReaderTest, TwoCallsAtTheSameInstantYieldNoRate) {
     list({Interfaces::link("en0", 1000, 1000)});
     reader.read();
     list({Interfaces::link("en0", 2000, 2000)});
@@ -100,7 +100,7 @@ TEST_F(NetworkReaderTest, TwoCallsAtTheSameMomentGiveNoRate) {
     EXPECT_EQ(record.uploadBytesPerSec, 0);
 }
 
-TEST_F(NetworkReaderTest, AFailedCallLeavesTheCountersAndTheTimeAsTheyWere) {
+TEST_F(NetworkReaderTest, AFailedCallPreservesTheCountersAndTheTime) {
     list({Interfaces::link("en3", 1000, 1000), Interfaces::ipv4("en3", {10, 0, 0, 2})});
     reader.read();
     mac.networkInterfaces.interfacesFailure.times(1);
@@ -113,7 +113,7 @@ TEST_F(NetworkReaderTest, AFailedCallLeavesTheCountersAndTheTimeAsTheyWere) {
     EXPECT_DOUBLE_EQ(next.downloadBytesPerSec, 2000);
 }
 
-TEST_F(NetworkReaderTest, AnEmptyListIsLikeAFailedCall) {
+TEST_F(NetworkReaderTest, TreatsAnEmptyListAsAFailedCall) {
     list({Interfaces::link("en0", 1000, 1000)});
     reader.read();
     list({});
@@ -124,7 +124,7 @@ TEST_F(NetworkReaderTest, AnEmptyListIsLikeAFailedCall) {
     EXPECT_DOUBLE_EQ(readAfter(1s).downloadBytesPerSec, 300);
 }
 
-TEST_F(NetworkReaderTest, ALoopbackAloneIsNothing) {
+TEST_F(NetworkReaderTest, IgnoresALoneLoopback) {
     const std::uint32_t loopback = interfaceUp | interfaceRunning | interfaceLoopback;
     list({Interfaces::link("lo0", 1000, 1000, loopback), Interfaces::ipv4("lo0", {127, 0, 0, 1}, loopback)});
     reader.read();
@@ -147,13 +147,13 @@ TEST_F(NetworkReaderTest, ConsidersOnlyInterfacesThatAreUpAndRunning) {
     EXPECT_EQ(record.localIP, "--");
 }
 
-TEST_F(NetworkReaderTest, OtherFlagsDoNotMatter) {
+TEST_F(NetworkReaderTest, IgnoresOtherFlags) {
     list({Interfaces::ipv4("en7", {10, 0, 0, 7}, interfaceUp | interfaceRunning | 0x8802)});
 
     EXPECT_EQ(reader.read().localIP, "10.0.0.7");
 }
 
-TEST_F(NetworkReaderTest, ALocalAddressOfAnotherInterfaceThanTheLoopbackIsNotTaken) {
+TEST_F(NetworkReaderTest, IgnoresALoopbackAddressOnAnotherInterface) {
     list({Interfaces::ipv4("en4", {127, 0, 0, 2})});
 
     EXPECT_EQ(reader.read(), (NetworkTelemetry{0, 0, "en0", "--"}));
@@ -165,14 +165,14 @@ TEST_F(NetworkReaderTest, TheFirstAddressWins) {
     EXPECT_EQ(reader.read(), (NetworkTelemetry{0, 0, "en4", "10.0.0.4"}));
 }
 
-TEST_F(NetworkReaderTest, SkipsAnAddressThatCannotBeWritten) {
+TEST_F(NetworkReaderTest, SkipsAnAddressThatCannotBeFormatted) {
     list({Interfaces::ipv4("en4", {10, 0, 0, 4}), Interfaces::ipv4("en5", {10, 0, 0, 5})});
     mac.networkInterfaces.nameInfoFailure.times(1);
 
     EXPECT_EQ(reader.read(), (NetworkTelemetry{0, 0, "en5", "10.0.0.5"}));
 }
 
-TEST_F(NetworkReaderTest, ALaterInterfaceTakesOverTheNameThatAnAddressGave) {
+TEST_F(NetworkReaderTest, ALaterInterfaceReplacesTheNameSetFromAnAddress) {
     list(
         {Interfaces::link("en0", 1, 1), Interfaces::ipv4("en0", {192, 168, 1, 5}), Interfaces::link("en1", 1, 1)});
 
@@ -182,7 +182,7 @@ TEST_F(NetworkReaderTest, ALaterInterfaceTakesOverTheNameThatAnAddressGave) {
     EXPECT_EQ(record.primaryInterface, "en1");
 }
 
-TEST_F(NetworkReaderTest, ALaterInterfaceLeavesAnyOtherName) {
+TEST_F(NetworkReaderTest, ALaterInterfaceKeepsAnyOtherName) {
     list({Interfaces::link("en1", 1, 1), Interfaces::ipv4("en1", {10, 0, 0, 2}), Interfaces::link("en0", 1, 1)});
 
     const NetworkTelemetry record = reader.read();

@@ -31,11 +31,11 @@ TEST_F(PowerReaderTest, ReadsADescription) {
     EXPECT_EQ(read(), (PowerTelemetry{true, true, true, 3000, 4000, 75.0, "Good", 125}));
 }
 
-TEST_F(PowerReaderTest, TakesTheDefaultOfEveryMissingKey) {
+TEST_F(PowerReaderTest, UsesTheDefaultForEveryMissingKey) {
     EXPECT_EQ(read(), (PowerTelemetry{true, false, false, 100, 100, 100.0, "Normal", std::nullopt}));
 }
 
-TEST_F(PowerReaderTest, TakesTheDefaultOfEveryKeyOfAnotherKind) {
+TEST_F(PowerReaderTest, UsesTheDefaultForEveryKeyOfAnotherType) {
     describe("Is Charging", std::int64_t{1});
     describe("Power Source State", true);
     describe("Current Capacity", std::string("50"));
@@ -46,7 +46,7 @@ TEST_F(PowerReaderTest, TakesTheDefaultOfEveryKeyOfAnotherKind) {
     EXPECT_EQ(read(), (PowerTelemetry{true, false, false, 100, 100, 100.0, "Normal", std::nullopt}));
 }
 
-TEST_F(PowerReaderTest, TakesTheChargeAsPercentWithoutAMaximum) {
+TEST_F(PowerReaderTest, TreatsTheChargeAsPercentWithoutAMaximum) {
     describe("Current Capacity", std::int64_t{57});
 
     const PowerTelemetry record = read();
@@ -55,7 +55,7 @@ TEST_F(PowerReaderTest, TakesTheChargeAsPercentWithoutAMaximum) {
     EXPECT_EQ(record.maxCapacity, 100);
 }
 
-TEST_F(PowerReaderTest, IsFullWhateverTheChargeWhenTheMaximumIsBelowOne) {
+TEST_F(PowerReaderTest, ReadsFullWhenTheMaximumIsBelowOne) {
     describe("Current Capacity", std::int64_t{57});
     describe("Max Capacity", std::int64_t{0});
 
@@ -65,7 +65,7 @@ TEST_F(PowerReaderTest, IsFullWhateverTheChargeWhenTheMaximumIsBelowOne) {
     EXPECT_EQ(read().percentage, 100.0);
 }
 
-TEST_F(PowerReaderTest, GivesEveryWholePercentExactly) {
+TEST_F(PowerReaderTest, ReportsEveryWholePercentExactly) {
     describe("Max Capacity", std::int64_t{100});
     for (std::int64_t percent = 0; percent <= 100; ++percent) {
         describe("Current Capacity", percent);
@@ -82,7 +82,7 @@ TEST_F(PowerReaderTest, IsPluggedInOnlyOnAcPower) {
     EXPECT_TRUE(read().isPluggedIn);
 }
 
-TEST_F(PowerReaderTest, KnowsNoTimeWhileThePlatformEstimates) {
+TEST_F(PowerReaderTest, ReportsNoTimeWhileThePlatformEstimates) {
     describe("Current Capacity", std::int64_t{57});
     for (const std::int64_t minutes : {-1, 0}) {
         describe("Time to Empty", minutes);

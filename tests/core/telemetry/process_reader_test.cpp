@@ -33,7 +33,7 @@ protected:
     ProcessReader reader{mac.commandRunner};
 };
 
-TEST_F(ProcessReaderTest, AsksTheToolToSortByProcessor) {
+TEST_F(ProcessReaderTest, TheToolSortsByCPU) {
     const auto processes = reader.readTopProcesses(true, 3);
 
     ASSERT_EQ(mac.commandRunner.calls().size(), 1u);
@@ -46,7 +46,7 @@ TEST_F(ProcessReaderTest, AsksTheToolToSortByProcessor) {
     EXPECT_EQ(processes[2].name, "Safari");
 }
 
-TEST_F(ProcessReaderTest, AsksTheToolToSortByMemory) {
+TEST_F(ProcessReaderTest, TheToolSortsByMemory) {
     const auto processes = reader.readTopProcesses(false, 2);
 
     EXPECT_EQ(mac.commandRunner.calls().at(0).arguments,
@@ -62,7 +62,7 @@ TEST_F(ProcessReaderTest, ListsNothingWhenTheToolCannotBeRun) {
     EXPECT_TRUE(reader.readTopProcesses(true, many).empty());
 }
 
-TEST_F(ProcessReaderTest, ListsNothingWhenTheOutputIsNoText) {
+TEST_F(ProcessReaderTest, ListsNothingWhenTheOutputIsNotText) {
     EXPECT_TRUE(readOutput(std::string(header) + "1 2.0 0.1 1024 caf\xE9\n").empty());
     EXPECT_EQ(readOutput(std::string(header) + "1 2.0 0.1 1024 caf\xC3\xA9\n").size(), 1u);
 }
@@ -78,14 +78,14 @@ TEST(ProcessListing, ReadsARow) {
               (ProcessInfoItem{501, "mDNSResponder", "/usr/sbin/mDNSResponder", 12.5, 512, "512 MB", true}));
 }
 
-TEST(ProcessListing, NeverTakesTheHeaderForAProcess) {
+TEST(ProcessListing, NeverTreatsTheHeaderAsAProcess) {
     const auto processes = processesOfListing("1 1.0 0.0 1024 first\n2 1.0 0.0 1024 second\n", many);
 
     ASSERT_EQ(processes.size(), 1u);
     EXPECT_EQ(processes[0].name, "second");
 }
 
-TEST(ProcessListing, KeepsTheOrderOfTheToolAndTheLastLineWithoutBreak) {
+TEST(ProcessListing, KeepsTheToolsOrderAndALastLineWithoutALineBreak) {
     const auto processes = listing("9 1.0 0.0 1024 a\n3 7.0 0.0 1024 b\n5 0.0 0.0 1024 c");
 
     ASSERT_EQ(processes.size(), 3u);
@@ -94,7 +94,7 @@ TEST(ProcessListing, KeepsTheOrderOfTheToolAndTheLastLineWithoutBreak) {
     EXPECT_EQ(processes[2].id, 5);
 }
 
-TEST(ProcessListing, KeepsACommandWithSpacesWhole) {
+TEST(ProcessListing, PreservesSpacesInACommand) {
     const auto process = only("7 1.0 0.0 1024   /Applications/Photo Studio.app/Contents/MacOS/Photo  Studio  \n");
 
     EXPECT_EQ(process.fullCommand, "/Applications/Photo Studio.app/Contents/MacOS/Photo  Studio");
@@ -119,14 +119,14 @@ TEST(ProcessListing, SkipsLinesWhoseNumbersDoNotParse) {
     EXPECT_EQ(listing("7 1 ? 1024.5 a\n").size(), 1u);
 }
 
-TEST(ProcessListing, GoesOnAfterALineThatItSkips) {
+TEST(ProcessListing, ContinuesAfterASkippedLine) {
     const auto processes = listing("broken\n7 1.0 0.0 1024 a\n", 1);
 
     ASSERT_EQ(processes.size(), 1u);
     EXPECT_EQ(processes[0].id, 7);
 }
 
-TEST(ProcessListing, LeavesTheToolItselfOut) {
+TEST(ProcessListing, OmitsTheToolItself) {
     const auto processes = listing("7 9.0 0.0 1024 /bin/ps\n8 1.0 0.0 1024 ps\n9 1.0 0.0 1024 /usr/bin/caps\n");
 
     ASSERT_EQ(processes.size(), 2u);
@@ -144,14 +144,14 @@ TEST(ProcessListing, StopsAtTheLimit) {
     EXPECT_EQ(listing(rows, 7).size(), 6u);
 }
 
-TEST(ProcessListing, ReturnsOneProcessHoweverSmallTheLimit) {
+TEST(ProcessListing, ReturnsAtLeastOneProcessForAnyLimit) {
     EXPECT_EQ(listing("/bin\n1 1.0 0.0 1024 a\n2 1.0 0.0 1024 b\n", 0).size(), 1u);
     EXPECT_EQ(listing("1 1.0 0.0 1024 a\n2 1.0 0.0 1024 b\n", -3).size(), 1u);
     EXPECT_EQ(listing("1 1.0 0.0 1024 a\n2 1.0 0.0 1024 b\n", 1).size(), 1u);
     EXPECT_TRUE(listing("", 0).empty());
 }
 
-TEST(ProcessListing, WritesTheMemoryInMegabytesOrGigabytes) {
+TEST(ProcessListing, FormatsMemoryInMegabytesOrGigabytes) {
     EXPECT_EQ(only("1 1.0 0.0 2097152 a").memoryMB, 2048);
     EXPECT_EQ(only("1 1.0 0.0 2097152 a").memoryString, "2.0 GB");
     EXPECT_EQ(only("1 1.0 0.0 1048575 a").memoryString, "1024 MB");
@@ -161,7 +161,7 @@ TEST(ProcessListing, WritesTheMemoryInMegabytesOrGigabytes) {
     EXPECT_EQ(only("1 1.0 0.0 1611661 a").memoryString, "1.5 GB");
 }
 
-TEST(ProcessListing, KnowsSystemLocations) {
+TEST(ProcessListing, RecognisesSystemLocations) {
     EXPECT_TRUE(only("1 1.0 0.0 1 /System/Library/x").isSystemProcess);
     EXPECT_TRUE(only("1 1.0 0.0 1 /usr/libexec/x").isSystemProcess);
     EXPECT_TRUE(only("1 1.0 0.0 1 /usr/sbin/x").isSystemProcess);
@@ -194,11 +194,11 @@ TEST(ProcessDisplayName, NamesAHelperAfterItsApplicationAndItsRole) {
               "Mail (GPU)");
 }
 
-TEST(ProcessDisplayName, TakesAnApplicationNamedLikeAHelperAsItIs) {
+TEST(ProcessDisplayName, KeepsAnApplicationNamedLikeAHelper) {
     EXPECT_EQ(processDisplayName("/Applications/Helper.app/Contents/MacOS/Helper"), "Helper");
 }
 
-TEST(ProcessDisplayName, SurvivesAnApplicationWithoutName) {
+TEST(ProcessDisplayName, ToleratesAnApplicationWithoutAName) {
     EXPECT_EQ(processDisplayName("/.app/Helper"), " (Helper)");
     EXPECT_EQ(processDisplayName("/.app/"), ".app");
 }

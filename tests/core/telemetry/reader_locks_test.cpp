@@ -13,7 +13,7 @@
 namespace kestro {
 namespace {
 
-/// Counts the threads between two points, and remembers the most that it saw there.
+/// Counts the threads between two points and records the maximum.
 class OverlapGauge {
 public:
     void enter() {
@@ -21,7 +21,7 @@ public:
         int deepest = deepest_;
         while (depth > deepest && !deepest_.compare_exchange_weak(deepest, depth)) {
         }
-        // Gives another thread the chance to follow.
+        // Gives another thread the chance to enter.
         std::this_thread::yield();
     }
     void leave() {
@@ -35,14 +35,14 @@ private:
     std::atomic<int> deepest_ = 0;
 };
 
-/// One core whose ticks stand still; it is measured from asking for an array to giving back the one before.
+/// One core with constant ticks; measures from requesting an array to releasing the previous one.
 class GaugedMachHost final : public MachHost {
 public:
     std::optional<ProcessorLoadInfo> hostProcessorInfo() override {
         gauge.enter();
         const bool isFirst = !hasAnswered_.exchange(true);
         if (isFirst) {
-            gauge.leave();  // there is none to give back
+            gauge.leave();  // there is no previous array to release
         }
         return ProcessorLoadInfo{1, ticks_};
     }
@@ -57,8 +57,8 @@ private:
     std::array<std::int32_t, 4> ticks_{};
 };
 
-/// A byte under every key, on a connection that opens slowly and at the second attempt; it is measured from a
-/// key's description to its bytes.
+/// Returns one byte for every key, on a connection that opens slowly and only at the second attempt; measures from
+/// a key's information to its bytes.
 class GaugedSMCService final : public SMCService {
 public:
     std::optional<std::uint32_t> open() override {
@@ -85,7 +85,7 @@ public:
     std::atomic<int> attempts = 0;
 };
 
-/// One interface without traffic, and a clock; it is measured from the list to the time of the reading.
+/// One interface without traffic, and a clock; measures from the list to the timestamp of the reading.
 class GaugedNetwork final : public NetworkInterfaces, public Clock {
 public:
     std::optional<std::vector<InterfaceEntry>> getifaddrs() override {
@@ -96,7 +96,7 @@ public:
     std::optional<std::string> getnameinfo(const InterfaceAddress&) override { return std::nullopt; }
     WallTime wallNow() const override { return {}; }
     MonotonicTime monotonicNow() const override {
-        if (hasListed_) {  // a reader asks once before its first list
+        if (hasListed_) {  // a reader queries the clock once before its first list
             gauge.leave();
         }
         return {};
@@ -108,7 +108,7 @@ private:
     std::atomic<bool> hasListed_ = false;
 };
 
-/// Calls from several threads at once, which start together.
+/// Makes calls from several threads that start simultaneously.
 template <typename Call>
 void callFromManyThreads(Call call) {
     std::array<std::thread, 4> threads;
@@ -126,7 +126,7 @@ void callFromManyThreads(Call call) {
     }
 }
 
-TEST(ReaderLocks, CallsOfTheProcessorReaderNeverInterleave) {
+TEST(ReaderLocks, CallsToTheCPUReaderNeverInterleave) {
     SimulatedMac mac;
     GaugedMachHost host;
     CPUReader reader(host, mac.systemControl);
@@ -136,7 +136,7 @@ TEST(ReaderLocks, CallsOfTheProcessorReaderNeverInterleave) {
     EXPECT_EQ(host.gauge.deepest(), 1);
 }
 
-TEST(ReaderLocks, CallsOfTheControllersReaderNeverInterleave) {
+TEST(ReaderLocks, CallsToTheSMCReaderNeverInterleave) {
     GaugedSMCService service;
     SMCReader reader(service);
 
@@ -146,7 +146,7 @@ TEST(ReaderLocks, CallsOfTheControllersReaderNeverInterleave) {
     EXPECT_EQ(service.attempts, 2) << "one at construction, one for all calls";
 }
 
-TEST(ReaderLocks, CallsOfTheNetworkReaderNeverInterleave) {
+TEST(ReaderLocks, CallsToTheNetworkReaderNeverInterleave) {
     GaugedNetwork network;
     NetworkReader reader(network, network);
 

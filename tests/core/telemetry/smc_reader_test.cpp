@@ -19,7 +19,7 @@ protected:
     SimulatedMac mac;
 };
 
-TEST_F(SMCReaderTest, DecodesEveryTypeThatItKnows) {
+TEST_F(SMCReaderTest, DecodesEverySupportedType) {
     mac.smc.setUi8("TST1", 0xF3);
     mac.smc.setUi16("TST2", 0x1234);
     mac.smc.setFloat("TST3", 1234.5F);
@@ -34,19 +34,19 @@ TEST_F(SMCReaderTest, DecodesEveryTypeThatItKnows) {
     EXPECT_EQ(mac.smc.malformedRecords(), 0);
 }
 
-TEST_F(SMCReaderTest, DropsTheFractionOfAFixedPointSpeed) {
+TEST_F(SMCReaderTest, TruncatesAFixedPointSpeed) {
     mac.smc.setFpe2("TST1", 1420.75);
 
     EXPECT_EQ(readValue("TST1"), 1420);
 }
 
-TEST_F(SMCReaderTest, TakesAFixedPointTemperatureUnsigned) {
+TEST_F(SMCReaderTest, TreatsAFixedPointTemperatureAsUnsigned) {
     mac.smc.setRaw("TST1", "sp78", std::vector<std::uint8_t>{0xFF, 0x80});
 
     EXPECT_EQ(readValue("TST1"), 255.5);
 }
 
-TEST_F(SMCReaderTest, HasNoValueForATypeThatItDoesNotKnow) {
+TEST_F(SMCReaderTest, HasNoValueForAnUnknownType) {
     const std::vector<std::uint8_t> bytes{1, 2, 3, 4};
     mac.smc.setRaw("TST1", "ui32", bytes);
     mac.smc.setRaw("TST2", "ui8_", bytes);
@@ -57,7 +57,7 @@ TEST_F(SMCReaderTest, HasNoValueForATypeThatItDoesNotKnow) {
     EXPECT_FALSE(readValue("TST3"));
 }
 
-TEST_F(SMCReaderTest, HasNoValueForAFloatThatIsNoNumber) {
+TEST_F(SMCReaderTest, HasNoValueForANonFiniteFloat) {
     mac.smc.setFloat("TST1", std::numeric_limits<float>::quiet_NaN());
     mac.smc.setFloat("TST2", std::numeric_limits<float>::infinity());
 
@@ -65,7 +65,7 @@ TEST_F(SMCReaderTest, HasNoValueForAFloatThatIsNoNumber) {
     EXPECT_FALSE(readValue("TST2"));
 }
 
-TEST_F(SMCReaderTest, HasNoValueForAMissingKeyHoweverTheControllerSaysSo) {
+TEST_F(SMCReaderTest, HasNoValueForAMissingKeyHoweverItIsReported) {
     EXPECT_FALSE(readValue("TST1"));
     mac.smc.answersMissingKeys = true;
     EXPECT_FALSE(readValue("TST1"));
@@ -82,7 +82,7 @@ TEST_F(SMCReaderTest, HasNoValueWhenEitherCallFails) {
     EXPECT_EQ(reader.readValue("F0Ac"), 1420);
 }
 
-TEST_F(SMCReaderTest, OpensTheConnectionOnceAndClosesItInTheEnd) {
+TEST_F(SMCReaderTest, OpensTheConnectionOnceAndClosesItOnDestruction) {
     {
         SMCReader reader(mac.smc);
         reader.readFans();
@@ -95,7 +95,7 @@ TEST_F(SMCReaderTest, OpensTheConnectionOnceAndClosesItInTheEnd) {
     EXPECT_EQ(mac.smc.openConnections(), 0);
 }
 
-TEST_F(SMCReaderTest, TriesToOpenAgainAtEveryReadingUntilItSucceeds) {
+TEST_F(SMCReaderTest, RetriesOpeningAtEveryReadingUntilItSucceeds) {
     mac.smc.openFailure.times(3);
     SMCReader reader(mac.smc);
 
@@ -134,7 +134,7 @@ TEST_F(SMCReaderTest, NumbersFansUnlessThereAreTwo) {
     EXPECT_EQ(fans[2].currentRPM, 1200);
 }
 
-TEST_F(SMCReaderTest, AsksForNoFanWhenTheCountIsZero) {
+TEST_F(SMCReaderTest, QueriesNoFanWhenTheCountIsZero) {
     mac.smc.setUi8("FNum", 0);
 
     EXPECT_TRUE(readFans().empty());
@@ -149,7 +149,7 @@ TEST_F(SMCReaderTest, TruncatesTheCount) {
     EXPECT_EQ(readFans().size(), 1u);
 }
 
-TEST_F(SMCReaderTest, DoesNotBelieveAnAbsurdCount) {
+TEST_F(SMCReaderTest, ClampsAnImplausibleCount) {
     mac.smc.setFloat("FNum", 3e38F);
     EXPECT_LE(readFans().size(), 255u);
 
@@ -165,7 +165,7 @@ TEST_F(SMCReaderTest, ListsNoFansWhenTheCountIsMissing) {
     EXPECT_TRUE(readFans().empty());
 }
 
-TEST_F(SMCReaderTest, ReplacesEachMissingKeyOnItsOwn) {
+TEST_F(SMCReaderTest, ReplacesEachMissingKeyIndividually) {
     mac.smc.remove("F0Tg");
     mac.smc.remove("F1Mn");
     mac.smc.remove("F1Mx");
@@ -176,7 +176,7 @@ TEST_F(SMCReaderTest, ReplacesEachMissingKeyOnItsOwn) {
     EXPECT_EQ(fans.at(1), (FanTelemetry{1, "Right Fan", 1460, 1460, 1200, 7800}));
 }
 
-TEST_F(SMCReaderTest, TakesTheActualSpeedForAMissingTarget) {
+TEST_F(SMCReaderTest, UsesTheCurrentSpeedForAMissingTarget) {
     mac.smc.setFloat("F0Ac", 2222);
     mac.smc.setFloat("F0Tg", 3333);
     EXPECT_EQ(readFans().at(0).targetRPM, 3333);

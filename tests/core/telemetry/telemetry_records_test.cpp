@@ -55,7 +55,7 @@ TEST(CPUTelemetry, StartsIdleWithTheNamesAndCountsOfALargeMachine) {
     EXPECT_EQ(record.coreCount, 18);
 }
 
-TEST(CPUTelemetry, OffersTheClusterUsagesUnderTheirSecondNames) {
+TEST(CPUTelemetry, ProvidesTheClusterUsagesUnderTheirAliases) {
     CPUTelemetry record;
     record.cluster0Usage = 12.5;
     record.cluster1Usage = 25;
@@ -83,7 +83,7 @@ TEST(MemoryTelemetry, StartsEmptyAndNormal) {
     EXPECT_EQ(record.pressureLevel, "Normal");
 }
 
-TEST(MemoryTelemetry, GivesTheUsedShareInPercent) {
+TEST(MemoryTelemetry, ReportsTheUsedShareInPercent) {
     MemoryTelemetry record;
     record.totalBytes = 32;
     record.usedBytes = 12;
@@ -91,7 +91,7 @@ TEST(MemoryTelemetry, GivesTheUsedShareInPercent) {
     EXPECT_DOUBLE_EQ(record.usedPercentage(), 37.5);
 }
 
-TEST(MemoryTelemetry, ReadsZeroPercentOfNothing) {
+TEST(MemoryTelemetry, ReadsZeroPercentWithoutATotal) {
     MemoryTelemetry record;
     record.usedBytes = 12;
 
@@ -106,7 +106,7 @@ TEST(DiskTelemetry, StartsEmptyWithTheFixedTexts) {
     EXPECT_EQ(record.fileSystem, "APFS");
 }
 
-TEST(DiskTelemetry, GivesTheUsedShareInPercentAndZeroOfNothing) {
+TEST(DiskTelemetry, ReportsTheUsedShareInPercentAndZeroWithoutATotal) {
     DiskTelemetry record = DiskTelemetry::initial();
     record.usedBytes = 250;
 
@@ -115,7 +115,7 @@ TEST(DiskTelemetry, GivesTheUsedShareInPercentAndZeroOfNothing) {
     EXPECT_DOUBLE_EQ(record.usedPercentage(), 25);
 }
 
-TEST(NetworkTelemetry, StartsSilentOnTheFirstInterface) {
+TEST(NetworkTelemetry, StartsWithoutTrafficOnTheFirstInterface) {
     const NetworkTelemetry record = NetworkTelemetry::initial();
 
     EXPECT_EQ(record.uploadBytesPerSec, 0);
@@ -138,7 +138,7 @@ TEST(PowerTelemetry, StartsOnExternalPowerWithoutABattery) {
     EXPECT_EQ(record.statusDescription(), "AC Connected (No Battery)");
 }
 
-TEST(PowerTelemetry, SaysThatItChargesWithTheTruncatedPercentage) {
+TEST(PowerTelemetry, ReportsChargingWithTheTruncatedPercentage) {
     PowerTelemetry record = onBattery(57.99);
     record.isCharging = true;
     record.isPluggedIn = true;
@@ -146,7 +146,7 @@ TEST(PowerTelemetry, SaysThatItChargesWithTheTruncatedPercentage) {
     EXPECT_EQ(record.statusDescription(), "Charging (57%)");
 }
 
-TEST(PowerTelemetry, SaysFullyChargedWheneverItIsPluggedInAndNotCharging) {
+TEST(PowerTelemetry, ReportsFullyChargedWheneverPluggedInAndNotCharging) {
     PowerTelemetry record = onBattery(80);
     record.isPluggedIn = true;
     record.timeRemainingMinutes = 90;
@@ -154,7 +154,7 @@ TEST(PowerTelemetry, SaysFullyChargedWheneverItIsPluggedInAndNotCharging) {
     EXPECT_EQ(record.statusDescription(), "Fully Charged / On AC");
 }
 
-TEST(PowerTelemetry, SaysTheTimeThatRemains) {
+TEST(PowerTelemetry, ReportsTheRemainingTime) {
     PowerTelemetry record = onBattery(80);
 
     record.timeRemainingMinutes = 187;
@@ -165,7 +165,7 @@ TEST(PowerTelemetry, SaysTheTimeThatRemains) {
     EXPECT_EQ(record.statusDescription(), "0h 1m remaining");
 }
 
-TEST(PowerTelemetry, SaysThatItDischargesWhileTheTimeIsUnknownOrZero) {
+TEST(PowerTelemetry, ReportsDischargingWhileTheTimeIsUnknownOrZero) {
     PowerTelemetry record = onBattery(42.7);
 
     EXPECT_EQ(record.statusDescription(), "Discharging (42%)");
@@ -175,7 +175,7 @@ TEST(PowerTelemetry, SaysThatItDischargesWhileTheTimeIsUnknownOrZero) {
     EXPECT_EQ(record.statusDescription(), "Discharging (42%)");
 }
 
-TEST(PowerTelemetry, DescribesAnAbsurdPercentageWithoutFault) {
+TEST(PowerTelemetry, ToleratesAnAbsurdPercentage) {
     EXPECT_EQ(onBattery(-0.4).statusDescription(), "Discharging (0%)");
     EXPECT_EQ(onBattery(1e20).statusDescription(), "Discharging (100000000000000000000%)");
 }
@@ -199,7 +199,7 @@ TEST(ThermalTelemetry, SummarisesThePeakWithInclusiveThresholds) {
     EXPECT_EQ(peak(59.99).statusSummary(), "Cool");
 }
 
-TEST(FanTelemetry, GivesItsPositionAsAFraction) {
+TEST(FanTelemetry, ReportsItsPositionAsAFraction) {
     EXPECT_DOUBLE_EQ(fan(2850, 1200, 7800).percentage(), 0.25);
     EXPECT_EQ(fan(1200, 1200, 7800).percentage(), 0);
     EXPECT_EQ(fan(7800, 1200, 7800).percentage(), 1);
@@ -215,7 +215,7 @@ TEST(FanTelemetry, ReadsZeroForAnEmptyRange) {
     EXPECT_EQ(fan(1500, 2000, 1200).percentage(), 0);
 }
 
-TEST(FanTelemetry, ReadsZeroForASpeedThatIsNoNumber) {
+TEST(FanTelemetry, ReadsZeroForANaNSpeed) {
     EXPECT_EQ(fan(std::numeric_limits<double>::quiet_NaN(), 1200, 7800).percentage(), 0);
 }
 

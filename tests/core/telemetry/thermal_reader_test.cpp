@@ -26,7 +26,7 @@ TEST_F(ThermalReaderTest, ReadsASingleDieSensor) {
     EXPECT_EQ(readWith({{"PMU tdie1", 61.5}}), (ThermalTelemetry{61.5, 61.5, 32.0, 1, "Nominal"}));
 }
 
-TEST_F(ThermalReaderTest, AsksForTemperatureSensorsOnly) {
+TEST_F(ThermalReaderTest, MatchesOnlyTemperatureSensors) {
     EXPECT_EQ(read().sensorCount, 20);
 }
 
@@ -43,14 +43,14 @@ TEST_F(ThermalReaderTest, AveragesTheDieAndTheBatterySensors) {
     EXPECT_EQ(record.sensorCount, 5);
 }
 
-TEST_F(ThermalReaderTest, TakesASensorOfBothKindsForABattery) {
+TEST_F(ThermalReaderTest, TreatsASensorMatchingBothKindsAsABattery) {
     const auto record = readWith({{"SoC battery", 40.0}});
 
     EXPECT_EQ(record.batteryTemp, 40);
     EXPECT_EQ(record.averageSoCTemp, 50);
 }
 
-TEST_F(ThermalReaderTest, TakesThePeakOfAllSensorsWhateverTheyMeasure) {
+TEST_F(ThermalReaderTest, ReportsThePeakOfAllSensorsWhateverTheyMeasure) {
     EXPECT_EQ(readWith({{"battery", 35.0}, {"PMU tdie1", 70.0}}).peakDieTemp, 70);
     EXPECT_EQ(readWith({{"battery", 90.0}, {"PMU tdie1", 70.0}}).peakDieTemp, 90);
 
@@ -97,7 +97,7 @@ TEST_F(ThermalReaderTest, FallsBackToTheInitialRecordWithoutAListAndRecovers) {
     EXPECT_EQ(mac.hidEventSystem.createdClients(), 1);
 }
 
-TEST_F(ThermalReaderTest, KeepsTheOthersWhenOneSensorDoesNotAnswer) {
+TEST_F(ThermalReaderTest, KeepsTheOthersWhenOneSensorFails) {
     mac.hidEventSystem.sensors = {{"PMU tdie1", 90.0}, {"PMU tdie2", 60.0}};
 
     mac.hidEventSystem.productFailure.times(1);
