@@ -18,19 +18,20 @@ namespace fs = std::filesystem;
 const fs::path root = KESTRO_SOURCE_DIR;
 
 struct Include {
-    std::string from;  // the file, from the root
-    std::string name;  // what stands between the quotes or brackets
+    std::string from;  // the including file, relative to the root
+    std::string name;  // the text between the quotes or brackets
     bool isQuoted;
 };
 
-/// One of ours, however it is written; a file that is generated beside its source carries no folder.
+/// Whether a header belongs to the project, however it is written; a file generated next to its source has no
+/// folder.
 bool isOurs(const Include& include) {
     static const std::set<std::string> folders{"app", "bench", "core", "fuzz", "platform", "shots", "tests", "ui"};
     return include.isQuoted ? !include.name.ends_with(".moc")
                             : folders.contains(include.name.substr(0, include.name.find('/')));
 }
 
-/// What a line includes, however its spaces are set; without the file that it stands in.
+/// The header that a line includes, regardless of spacing; leaves `from` empty.
 std::optional<Include> includeIn(std::string_view line) {
     const auto skip = [&line](std::string_view word) {
         line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
@@ -70,10 +71,10 @@ std::vector<Include> includesBelow(const std::string& folder) {
     return found;
 }
 
-/// What the settings borrow from folders above them.
+/// Headers that the settings use from folders above them.
 const std::vector<std::string> borrowedValueTypes = {"core/cooling/fan_curve.h", "core/power/keep_awake_types.h"};
 
-/// The folders that a folder's files may include from, besides itself.
+/// The folders from which a folder's files may include, besides itself.
 const std::map<std::string, std::vector<std::string>> allowed = {
     {"core/base", {}},
     {"core/platform", {"core/base"}},
@@ -92,14 +93,14 @@ const std::map<std::string, std::vector<std::string>> allowed = {
     {"app", {"core", "ui"}},
 };
 
-/// The one file that chooses the classes behind the ports.
+/// The composition root: the only file that chooses the classes behind the ports.
 const std::string composition = "app/application.cpp";
 
 bool lies(const std::string& file, const std::string& place) {
     return file == place || file.starts_with(place + "/");
 }
 
-TEST(Architecture, EveryFolderIncludesOnlyFromTheFoldersBelowIt) {
+TEST(Architecture, FoldersIncludeOnlyFromFoldersBelow) {
     for (const auto& [folder, places] : allowed) {
         for (const auto& include : includesBelow(folder)) {
             if (!isOurs(include) || include.from == composition) {
@@ -113,7 +114,7 @@ TEST(Architecture, EveryFolderIncludesOnlyFromTheFoldersBelowIt) {
     }
 }
 
-TEST(Architecture, OurHeadersAreIncludedInQuotes) {
+TEST(Architecture, ProjectHeadersAreIncludedInQuotes) {
     for (const std::string folder : {"core", "platform", "ui", "app", "shots", "tests", "bench", "fuzz"}) {
         for (const auto& include : includesBelow(folder)) {
             EXPECT_TRUE(include.isQuoted || !isOurs(include))
@@ -122,14 +123,15 @@ TEST(Architecture, OurHeadersAreIncludedInQuotes) {
     }
 }
 
-/// The folder that a file counts to: two levels deep, with what lies below it; a file of `app` itself to "app".
+/// The unit that a file belongs to: its folder two levels deep, including everything below; "app" for a file
+/// directly in `app`.
 std::string unitOf(const std::string& file) {
     const auto first = file.find('/');
     const auto second = file.find('/', first + 1);
     return file.substr(0, second == std::string::npos ? first : second);
 }
 
-/// Which folders each folder includes from.
+/// The folders that each folder includes from.
 std::map<std::string, std::set<std::string>> folderArrows() {
     std::map<std::string, std::set<std::string>> arrows;
     for (const std::string folder : {"core", "platform", "ui", "app"}) {
@@ -144,10 +146,10 @@ std::map<std::string, std::set<std::string>> folderArrows() {
     return arrows;
 }
 
-TEST(Architecture, NoFoldersIncludeEachOtherInACircle) {
+TEST(Architecture, FoldersHaveNoIncludeCycles) {
     auto arrows = folderArrows();
 
-    // Whoever includes nothing that is still left stands at the bottom and is taken away, until nobody is left.
+    // Repeatedly remove folders that include none of the remaining ones; what is left is a cycle or includes one.
     for (bool isShrinking = true; isShrinking;) {
         isShrinking = std::erase_if(arrows, [&](const auto& arrow) {
                           return std::ranges::none_of(
@@ -156,11 +158,11 @@ TEST(Architecture, NoFoldersIncludeEachOtherInACircle) {
     }
 
     for (const auto& [folder, others] : arrows) {
-        ADD_FAILURE() << folder << " stands in a circle of includes, or above one";
+        ADD_FAILURE() << folder << " is part of an include cycle, or includes one";
     }
 }
 
-TEST(Architecture, ValueTypesThatSettingsBorrowStandAlone) {
+TEST(Architecture, ValueTypesUsedBySettingsDependOnlyOnBase) {
     for (const std::string& header : borrowedValueTypes) {
         const auto folder = fs::path(header).parent_path().string();
         for (const auto& include : includesBelow(folder)) {
@@ -171,7 +173,7 @@ TEST(Architecture, ValueTypesThatSettingsBorrowStandAlone) {
     }
 }
 
-TEST(Architecture, CoreAndTheKernelFacingPortsKnowNoQt) {
+TEST(Architecture, CoreAndTheKernelFacingPortsDoNotUseQt) {
     for (const std::string folder : {"core", "platform/posix", "platform/linux", "platform/simulated"}) {
         for (const auto& include : includesBelow(folder)) {
             EXPECT_FALSE(include.name.starts_with("Q")) << include.from << " includes " << include.name;
@@ -179,7 +181,7 @@ TEST(Architecture, CoreAndTheKernelFacingPortsKnowNoQt) {
     }
 }
 
-TEST(Architecture, OnlyTheCompositionNamesTheMachine) {
+TEST(Architecture, OnlyTheCompositionRootUsesThePlatform) {
     for (const std::string folder : {"core", "ui", "app"}) {
         for (const auto& include : includesBelow(folder)) {
             if (include.from != composition) {
@@ -190,7 +192,7 @@ TEST(Architecture, OnlyTheCompositionNamesTheMachine) {
     }
 }
 
-TEST(Architecture, EveryFileOfCoreAndThePlatformHasItsRule) {
+TEST(Architecture, EveryFileOfCoreAndThePlatformHasARule) {
     for (const std::string parent : {"core", "platform"}) {
         for (const auto& entry : fs::recursive_directory_iterator(root / parent)) {
             const auto name = fs::relative(entry.path(), root).string();

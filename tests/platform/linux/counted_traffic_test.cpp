@@ -9,7 +9,7 @@ std::vector<InterfaceTraffic> counters(std::uint64_t first, std::uint64_t second
     return {{"first", {first, first / 10}}, {"second", {second, second / 10}}};
 }
 
-TEST(CountedTraffic, KeepsTheWholeCountersOfTheLinksItBeginsWith) {
+TEST(CountedTraffic, KeepsTheFullCountersOfTheInitialLinks) {
     CountedTraffic traffic;
     traffic.follow({"first", "second"}, counters(5000, 900));
 
@@ -17,7 +17,7 @@ TEST(CountedTraffic, KeepsTheWholeCountersOfTheLinksItBeginsWith) {
     EXPECT_EQ(traffic.sinceCounted("second", {901, 90}).receivedBytes, 901U);
 }
 
-TEST(CountedTraffic, StartsALinkThatJoinsAtOne) {
+TEST(CountedTraffic, StartsAJoiningLinkAtOne) {
     CountedTraffic traffic;
     traffic.follow({"first"}, counters(5000, 900));
 
@@ -29,7 +29,7 @@ TEST(CountedTraffic, StartsALinkThatJoinsAtOne) {
     EXPECT_EQ(traffic.sinceCounted("second", {970, 95}).sentBytes, 6U);
 }
 
-TEST(CountedTraffic, StartsALinkThatNeverHadTrafficAtZero) {
+TEST(CountedTraffic, StartsALinkWithoutTrafficAtZero) {
     CountedTraffic traffic;
     traffic.follow({"first"}, counters(5000, 0));
 
@@ -39,7 +39,7 @@ TEST(CountedTraffic, StartsALinkThatNeverHadTrafficAtZero) {
     EXPECT_EQ(traffic.sinceCounted("second", {7, 0}).receivedBytes, 7U);
 }
 
-TEST(CountedTraffic, StartsALinkAnewThatLeftAndCameBack) {
+TEST(CountedTraffic, RestartsALinkThatLeftAndRejoined) {
     CountedTraffic traffic;
     traffic.follow({"first"}, counters(5000, 900));
     traffic.follow({"second"}, counters(5000, 900));
@@ -49,7 +49,7 @@ TEST(CountedTraffic, StartsALinkAnewThatLeftAndCameBack) {
     EXPECT_EQ(traffic.sinceCounted("first", {6010, 600}).receivedBytes, 11U);
 }
 
-TEST(CountedTraffic, KeepsTheWholeCountersOfALinkThatJoinsNobody) {
+TEST(CountedTraffic, KeepsTheFullCountersOfALinkThatJoinsNoOther) {
     CountedTraffic traffic;
     traffic.follow({"first"}, counters(5000, 900));
     traffic.follow({}, counters(5000, 900));
@@ -59,7 +59,7 @@ TEST(CountedTraffic, KeepsTheWholeCountersOfALinkThatJoinsNobody) {
     EXPECT_EQ(traffic.sinceCounted("second", {900, 90}).receivedBytes, 900U);
 }
 
-TEST(CountedTraffic, StartsWithTheFirstCountersThatCouldBeRead) {
+TEST(CountedTraffic, StartsFromTheFirstReadableCounters) {
     CountedTraffic traffic;
     traffic.follow({"first"}, counters(5000, 900));
     traffic.follow({"first", "second"}, {});
@@ -68,7 +68,7 @@ TEST(CountedTraffic, StartsWithTheFirstCountersThatCouldBeRead) {
     EXPECT_EQ(traffic.sinceCounted("second", {910, 91}).receivedBytes, 11U);
 }
 
-TEST(CountedTraffic, CountsAllOfALinkThatWasMadeAnewUnderItsName) {
+TEST(CountedTraffic, CountsAllTrafficOfALinkRecreatedUnderTheSameName) {
     CountedTraffic traffic;
     traffic.follow({"first"}, counters(5000, 900));
     traffic.follow({"first", "second"}, counters(5000, 900));
@@ -78,7 +78,7 @@ TEST(CountedTraffic, CountsAllOfALinkThatWasMadeAnewUnderItsName) {
     EXPECT_EQ(traffic.sinceCounted("second", {55, 91}).sentBytes, 2U);
 }
 
-TEST(CountedTraffic, LeavesTheCountersOfOthersAsTheyAre) {
+TEST(CountedTraffic, LeavesTheCountersOfUncountedLinksUnchanged) {
     CountedTraffic traffic;
 
     EXPECT_EQ(traffic.sinceCounted("lo", {7, 8}).receivedBytes, 7U);

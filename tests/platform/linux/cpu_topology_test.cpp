@@ -32,21 +32,21 @@ TEST(ParseCoreList, IsBoundedForAbsurdRanges) {
     EXPECT_EQ(parseCoreList(repeated), CoreSet{});
 }
 
-TEST(EfficiencyCores, AreThoseOfTheLowestCapacity) {
+TEST(EfficiencyCores, AreTheCoresOfLowestCapacity) {
     EXPECT_EQ(efficiencyCores({{0, 459}, {1, 459}, {2, 1024}, {3, 1024}}), (CoreSet{0, 1}));
     EXPECT_EQ(efficiencyCores({{0, 1024}, {1, 870}, {2, 320}, {3, 325}}), (CoreSet{2, 3}));
     EXPECT_EQ(efficiencyCores({{0, 100}, {1, 110}, {2, 111}, {3, 1000}}), (CoreSet{0, 1}));
     EXPECT_EQ(efficiencyCores({{0, 899}, {1, 1000}}), (CoreSet{0}));
 }
 
-TEST(EfficiencyCores, AreNoneAmongCoresThatHardlyDiffer) {
+TEST(EfficiencyCores, AreEmptyForNearlyEqualCores) {
     EXPECT_EQ(efficiencyCores({{0, 1024}, {1, 1009}, {2, 1024}}), CoreSet{});
     EXPECT_EQ(efficiencyCores({{0, 900}, {1, 1000}}), CoreSet{});
     EXPECT_EQ(efficiencyCores({{0, 1024}}), CoreSet{});
     EXPECT_EQ(efficiencyCores({}), CoreSet{});
 }
 
-TEST(CpuTopology, TakesTheListsOfAnIntelHybrid) {
+TEST(CpuTopology, ReadsTheListsOfAnIntelHybrid) {
     const auto topology = CpuTopology::read(test::fixture("hybrid-laptop"));
 
     EXPECT_EQ(topology.efficiency, (CoreSet{12, 13, 14, 15, 16, 17, 18, 19}));
@@ -63,17 +63,17 @@ TEST(CpuTopology, CountsTheLowPowerIslandAmongTheEfficiencyCores) {
     EXPECT_EQ(CpuTopology::read(tree.root()).efficiency, (CoreSet{4, 5, 6, 7, 8, 9}));
 }
 
-TEST(CpuTopology, TakesTheCapacitiesOfAppleSilicon) {
+TEST(CpuTopology, ReadsTheCapacitiesOfAppleSilicon) {
     EXPECT_EQ(CpuTopology::read(test::fixture("apple-laptop")).efficiency, (CoreSet{0, 1}));
 }
 
-TEST(CpuTopology, HasOneKindOfCoreElsewhere) {
+TEST(CpuTopology, ReportsOneKindOfCoreElsewhere) {
     for (const auto* machine : {"pc-coretemp", "amd-desktop", "vm", "container", "no-such-machine"}) {
         EXPECT_EQ(CpuTopology::read(test::fixture(machine)).efficiency, CoreSet{}) << machine;
     }
 }
 
-TEST(CpuTopology, SurvivesCapacitiesThatAreNoNumbers) {
+TEST(CpuTopology, ToleratesNonNumericCapacities) {
     test::TemporaryTree tree;
     tree.write("/sys/devices/system/cpu/cpu0/cpu_capacity", "\xFF\xFE")
         .write("/sys/devices/system/cpu/cpu1/cpu_capacity", "")

@@ -27,7 +27,7 @@ bool isFailing(int descriptor) {
 
 }  // namespace
 
-// Takes the C library's place in this program.
+// Overrides the C library's function in this program.
 extern "C" ssize_t pread(int descriptor, void* bytes, std::size_t count, off_t offset) {
     if (isFailing(descriptor)) {
         errno = failingNumber;

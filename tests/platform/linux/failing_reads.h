@@ -4,11 +4,11 @@
 
 namespace kestro::test {
 
-/// Lets every `pread` of one file fail with an error number for as long as this object lives, as the kernel does
-/// for a file whose device went away while it was open: no file system for tests can do that. One at a time.
+/// Makes every `pread` of one file fail with an error number for this object's lifetime, as the kernel does when
+/// the device behind an open file is gone; no file system available to tests can do that. One at a time.
 class FailingReads {
 public:
-    /// `path` is where the open file lies at the time of the read.
+    /// `path` is the open file's location at the time of the read.
     FailingReads(const std::string& path, int errorNumber);
     ~FailingReads();
     FailingReads(const FailingReads&) = delete;

@@ -21,7 +21,7 @@ std::vector<std::string> names(const std::vector<HwmonChip>& chips) {
     return result;
 }
 
-TEST(ChipKind, IsToldByTheDriversName) {
+TEST(ChipKind, FollowsTheDriversName) {
     EXPECT_EQ(chipKind("coretemp"), ChipKind::processor);
     EXPECT_EQ(chipKind("cpu0_thermal"), ChipKind::processor);
     EXPECT_EQ(chipKind("soc_thermal"), ChipKind::processor);
@@ -33,7 +33,7 @@ TEST(ChipKind, IsToldByTheDriversName) {
     EXPECT_EQ(chipKind(""), ChipKind::other);
 }
 
-TEST(ListHwmonChips, OrdersByDeviceWhateverTheNumbers) {
+TEST(ListHwmonChips, OrdersByDeviceRegardlessOfNumbers) {
     TemporaryTree tree;
     tree.write("/sys/devices/platform/b.0/hwmon/hwmon1/name", "b\n")
         .write("/sys/devices/platform/a.0/hwmon/hwmon7/name", "a\n")
@@ -50,7 +50,7 @@ TEST(ListHwmonChips, OrdersByDeviceWhateverTheNumbers) {
     EXPECT_TRUE(chips[0].device.ends_with("/sys/devices/platform/a.0"));
 }
 
-TEST(ListHwmonChips, LeavesOutChipsWithoutAReadableName) {
+TEST(ListHwmonChips, SkipsChipsWithoutAReadableName) {
     TemporaryTree tree;
     tree.write("/sys/class/hwmon/hwmon0/name", "\xFF\xFE")
         .write("/sys/class/hwmon/hwmon1/name", "")
@@ -74,7 +74,7 @@ TEST(ListInputs, ListsTheNumbersOfOneKindAscending) {
     EXPECT_EQ(listInputs(chip, "temp"), (std::vector<std::uint32_t>{1}));
 }
 
-TEST(ListInputs, TakesTheLowestNumbersOfAChipWithHundreds) {
+TEST(ListInputs, ListsTheLowestNumbersOfAChipWithHundreds) {
     TemporaryTree tree;
     for (int number = 1; number <= 300; ++number) {
         tree.write("/chip/temp" + std::to_string(number) + "_input", "1");
@@ -88,7 +88,7 @@ TEST(ListInputs, TakesTheLowestNumbersOfAChipWithHundreds) {
     EXPECT_EQ(numbers.back(), 128U);
 }
 
-TEST(SleepGate, KnowsASleepingGraphicsCard) {
+TEST(SleepGate, DetectsASleepingGraphicsCard) {
     TemporaryTree tree;
     tree.write("/chip/device/power/runtime_status", "suspended\n");
     const std::string directory = tree.root() + "/chip";
@@ -101,7 +101,7 @@ TEST(SleepGate, KnowsASleepingGraphicsCard) {
     EXPECT_FALSE(SleepGate(HwmonChip{tree.root(), {}, "amdgpu", ChipKind::graphics}).isAsleep(buffer));
 }
 
-TEST(DirectoryWatch, NoticesEntriesThatComeGoOrAreReplaced) {
+TEST(DirectoryWatch, DetectsEntriesThatAreAddedRemovedOrReplaced) {
     TemporaryTree tree;
     DirectoryWatch watch(tree.root() + "/list");
 
@@ -118,7 +118,7 @@ TEST(DirectoryWatch, NoticesEntriesThatComeGoOrAreReplaced) {
     EXPECT_FALSE(watch.hasChanged());
 }
 
-TEST(DirectoryWatch, FollowsADirectoryThatIsMadeAnew) {
+TEST(DirectoryWatch, FollowsARecreatedDirectory) {
     TemporaryTree tree;
     tree.write("/list/a", "");
     DirectoryWatch watch(tree.root() + "/list");

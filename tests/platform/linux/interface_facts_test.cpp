@@ -57,7 +57,7 @@ InterfaceFacts tunnel(std::string name) {
     return facts;
 }
 
-/// Names of those that count.
+/// Names of the counted interfaces.
 std::vector<std::string> counted(const std::vector<InterfaceFacts>& interfaces) {
     const auto standing = standings(interfaces);
     std::vector<std::string> names;
@@ -71,34 +71,34 @@ std::vector<std::string> counted(const std::vector<InterfaceFacts>& interfaces) 
 
 using Names = std::vector<std::string>;
 
-TEST(Standings, CountsHardwareAndNotWhatLiesAboveIt) {
+TEST(Standings, CountsHardwareButNothingOnTopOfIt) {
     EXPECT_EQ(counted({loopback(), hardware("eth0"), hardware("eth1"), above("bond0", {"eth0", "eth1"}),
                        above("bond0.30", {"bond0"}), bridge("br0", {"bond0.30"})}),
               (Names{"lo", "eth0", "eth1"}));
 }
 
-TEST(Standings, CountsNoContainersOrVirtualMachinesBesideHardware) {
+TEST(Standings, IgnoresContainersAndVirtualMachinesWhileHardwareIsUp) {
     EXPECT_EQ(
         counted({hardware("eth0"), bridge("docker0", {"veth1"}), port("veth1"), port("vnet0"), plain("veth2")}),
         (Names{"eth0"}));
 }
 
-TEST(Standings, CountsNoTunnelWhileHardwareIsUp) {
+TEST(Standings, IgnoresTunnelsWhileHardwareIsUp) {
     EXPECT_EQ(counted({hardware("wlan0"), tunnel("wg0"), tunnel("tun0")}), (Names{"wlan0"}));
 }
 
-TEST(Standings, CountsTheTunnelWhenNoHardwareIsUp) {
+TEST(Standings, CountsATunnelWhenNoHardwareIsUp) {
     EXPECT_EQ(counted({loopback(), hardware("wlan0", false), tunnel("ppp0")}), (Names{"lo", "wlan0", "ppp0"}));
 }
 
-TEST(Standings, CountsAHardwareInterfaceThatIsABridgesPort) {
+TEST(Standings, CountsHardwareThatIsABridgePort) {
     auto wired = hardware("eth0");
     wired.isBridgePort = true;
 
     EXPECT_EQ(counted({wired, bridge("br0", {"eth0", "vnet0"}), port("vnet0")}), (Names{"eth0"}));
 }
 
-TEST(Standings, CountsHardwareThatOtherHardwareRidesOnOnce) {
+TEST(Standings, CountsStackedHardwareOnce) {
     auto synthetic = hardware("eth0");
     synthetic.lowerNames = {"enP1s1"};
     auto alone = hardware("eth1");
@@ -111,21 +111,21 @@ TEST(Standings, CountsAContainersOnlyVeth) {
     EXPECT_EQ(counted({loopback(), plain("eth0")}), (Names{"lo", "eth0"}));
 }
 
-TEST(Standings, CountsAContainersVethAndNotWhatItCarries) {
+TEST(Standings, CountsAContainersVethButNothingOnTopOfIt) {
     EXPECT_EQ(counted({loopback(), plain("eth0"), bridge("docker0", {"veth1"}), port("veth1"), tunnel("wg0"),
                        above("eth0.5", {"eth0"})}),
               (Names{"lo", "eth0"}));
 }
 
-TEST(Standings, CountsABridgeThatIsAllThereIs) {
+TEST(Standings, CountsALoneBridge) {
     EXPECT_EQ(counted({bridge("br0", {"veth1"}), port("veth1"), tunnel("tun0")}), (Names{"br0"}));
 }
 
-TEST(Standings, HasNothingToSayOfNothing) {
+TEST(Standings, AreEmptyWithoutInterfaces) {
     EXPECT_TRUE(standings({}).empty());
 }
 
-TEST(Standings, TellsTheWayOutFromTheWayIn) {
+TEST(Standings, DistinguishesUplinksFromInnerBridges) {
     using enum InterfaceStanding;
     auto wired = hardware("eth0");
     wired.isBridgePort = true;
@@ -138,7 +138,7 @@ TEST(Standings, TellsTheWayOutFromTheWayIn) {
         (std::vector{counted, carried, inner, inner, inner}));
 }
 
-TEST(Standings, LeadIntoATunnelThatIsBoundToHardware) {
+TEST(Standings, ClassifyATunnelBoundToHardwareAsInner) {
     using enum InterfaceStanding;
     auto overlay = tunnel("flannel.1");
     overlay.lowerNames = {"eth0"};
@@ -148,14 +148,14 @@ TEST(Standings, LeadIntoATunnelThatIsBoundToHardware) {
               (std::vector{counted, inner, inner, inner}));
 }
 
-TEST(Standings, AreFoundForLayersThatMakeNoSense) {
+TEST(Standings, TolerateCyclicLayers) {
     using enum InterfaceStanding;
 
     EXPECT_EQ(standings({hardware("eth0"), above("a", {"b"}), above("b", {"a"}), bridge("self", {"self"})}),
               (std::vector{counted, inner, inner, inner}));
 }
 
-TEST(ReadInterfaceFacts, TellsTheKindsApart) {
+TEST(ReadInterfaceFacts, DistinguishesTheKinds) {
     const auto root = fixture("amd-desktop");
 
     EXPECT_TRUE(readInterfaceFacts(root, "enp4s0").isHardware);
@@ -168,7 +168,7 @@ TEST(ReadInterfaceFacts, TellsTheKindsApart) {
     EXPECT_FALSE(readInterfaceFacts(fixture("container"), "eth0").isTunnel);
 }
 
-TEST(ReadInterfaceFacts, TakesAModemsChannelForNoTunnel) {
+TEST(ReadInterfaceFacts, DoesNotTreatAModemChannelAsATunnel) {
     TemporaryTree tree;
     tree.write("/sys/class/net/qmimux0/type", "65534\n")
         .write("/sys/class/net/qmimux0/uevent", "INTERFACE=qmimux0\nIFINDEX=7\n")
@@ -181,7 +181,7 @@ TEST(ReadInterfaceFacts, TakesAModemsChannelForNoTunnel) {
     EXPECT_TRUE(readInterfaceFacts(tree.root(), "vxlan5").isTunnel);
 }
 
-TEST(ReadInterfaceFacts, FindsNothingBehindNamesThatAreNoFileNames) {
+TEST(ReadInterfaceFacts, FindsNothingForInvalidFileNames) {
     TemporaryTree tree;
     tree.write("/sys/class/device", "")
         .write("/sys/class/net/odd/type", "\xFF")
@@ -194,7 +194,7 @@ TEST(ReadInterfaceFacts, FindsNothingBehindNamesThatAreNoFileNames) {
     EXPECT_FALSE(readInterfaceFacts(tree.root(), "none").isHardware);
 }
 
-TEST(ParseInterfaceTraffic, ReadsCountersOf64Bits) {
+TEST(ParseInterfaceTraffic, Reads64BitCounters) {
     std::vector<InterfaceTraffic> traffic;
 
     parseInterfaceTraffic(
@@ -209,7 +209,7 @@ TEST(ParseInterfaceTraffic, ReadsCountersOf64Bits) {
     EXPECT_EQ(traffic[1].statistics.sentBytes, 8123456789012ULL);
 }
 
-TEST(ParseInterfaceTraffic, LeavesOutMalformedLines) {
+TEST(ParseInterfaceTraffic, SkipsMalformedLines) {
     std::vector<InterfaceTraffic> traffic;
 
     parseInterfaceTraffic(

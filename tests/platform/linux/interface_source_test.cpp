@@ -21,14 +21,14 @@ TEST(KernelInterfaceSource, ListsTheLoopbackInterfaceAtLinkLevelWithoutStatistic
     EXPECT_FALSE(loopback->statistics);
 }
 
-TEST(KernelInterfaceSource, CountsAsChangedAtFirst) {
+TEST(KernelInterfaceSource, ReportsAChangeAtFirst) {
     EXPECT_TRUE(KernelInterfaceSource().hasChanged());
 }
 
-TEST(KernelInterfaceSource, CountsAsUnchangedWhileNothingIsAnnounced) {
+TEST(KernelInterfaceSource, ReportsNoChangeWithoutNotifications) {
     KernelInterfaceSource source;
 
-    // Once is enough: a machine may be busy with its network at this very moment.
+    // One call without a change is enough: the machine's network may be busy right now.
     int calls = 0;
     while (source.hasChanged() && calls < 1000) {
         ++calls;

@@ -14,7 +14,7 @@ namespace {
 using test::FailingReads;
 using test::TemporaryTree;
 
-TEST(PersistentFile, SeesNewContentWithoutOpeningAgain) {
+TEST(PersistentFile, SeesNewContentWithoutReopening) {
     TemporaryTree tree;
     tree.write("/value", "one\n");
     PersistentFile file(tree.root() + "/value");
@@ -25,7 +25,7 @@ TEST(PersistentFile, SeesNewContentWithoutOpeningAgain) {
     EXPECT_EQ(file.read(buffer), "second\n");
 }
 
-TEST(PersistentFile, SaysThatAMissingFileIsGoneAndFindsItWhenItAppears) {
+TEST(PersistentFile, ReportsAMissingFileAsGoneAndFindsItWhenItAppears) {
     TemporaryTree tree;
     PersistentFile file(tree.root() + "/value");
     ReadBuffer buffer;
@@ -37,7 +37,7 @@ TEST(PersistentFile, SaysThatAMissingFileIsGoneAndFindsItWhenItAppears) {
     EXPECT_FALSE(file.isGone());
 }
 
-/// A file that was read once and whose device then went away, while another one took its name.
+/// A file that was read once and whose device then disappeared, while another one took its name.
 class LeftFile {
 public:
     explicit LeftFile(PersistentFile::WhenGone whenGone) : file(tree.root() + "/value", whenGone) {
@@ -51,7 +51,7 @@ public:
     PersistentFile file;
 };
 
-TEST(PersistentFile, OpensAgainWhatItsDeviceLeft) {
+TEST(PersistentFile, ReopensAfterItsDeviceIsGone) {
     for (const int errorNumber : {ENODEV, ENOENT, ESTALE}) {
         LeftFile left(PersistentFile::WhenGone::openAgain);
         const FailingReads gone(left.tree.root() + "/gone", errorNumber);
@@ -61,7 +61,7 @@ TEST(PersistentFile, OpensAgainWhatItsDeviceLeft) {
     }
 }
 
-TEST(PersistentFile, StaysGoneWhereTheNameMayBelongToAnotherDevice) {
+TEST(PersistentFile, StaysGoneIfTheNameMayBelongToAnotherDevice) {
     LeftFile left(PersistentFile::WhenGone::stayGone);
     std::optional<FailingReads> gone(std::in_place, left.tree.root() + "/gone", ENODEV);
 
@@ -72,7 +72,7 @@ TEST(PersistentFile, StaysGoneWhereTheNameMayBelongToAnotherDevice) {
     EXPECT_TRUE(left.file.isGone());
 }
 
-TEST(PersistentFile, KeepsAFileThatHasNoReadingForAMoment) {
+TEST(PersistentFile, KeepsAFileThatTemporarilyHasNoReading) {
     for (const auto whenGone : {PersistentFile::WhenGone::openAgain, PersistentFile::WhenGone::stayGone}) {
         LeftFile left(whenGone);
         std::optional<FailingReads> wakingUp(std::in_place, left.tree.root() + "/gone", ENODATA);
@@ -84,7 +84,7 @@ TEST(PersistentFile, KeepsAFileThatHasNoReadingForAMoment) {
     }
 }
 
-TEST(PersistentFile, GivesUpForThisTimeWhereTheNewDeviceIsGoneToo) {
+TEST(PersistentFile, FailsOnceIfTheNewDeviceIsGoneToo) {
     TemporaryTree tree;
     tree.write("/value", "7");
     PersistentFile file(tree.root() + "/value");
@@ -109,7 +109,7 @@ TEST(PersistentFile, CanBeMovedWhileOpen) {
     EXPECT_EQ(second.read(buffer), "7");
 }
 
-TEST(PersistentFile, ReadsNoDirectory) {
+TEST(PersistentFile, DoesNotReadADirectory) {
     TemporaryTree tree;
     PersistentFile file(tree.root());
     ReadBuffer buffer;
@@ -118,7 +118,7 @@ TEST(PersistentFile, ReadsNoDirectory) {
     EXPECT_FALSE(file.isGone());
 }
 
-TEST(PersistentFile, NeitherWaitsForAPipeNorFollowsLinksForEver) {
+TEST(PersistentFile, NeitherBlocksOnAPipeNorFollowsLinksForever) {
     TemporaryTree tree;
     const auto pipe = tree.root() + "/pipe";
     const auto loop = tree.root() + "/loop";
@@ -132,7 +132,7 @@ TEST(PersistentFile, NeitherWaitsForAPipeNorFollowsLinksForEver) {
     EXPECT_TRUE(listDirectory(loop).empty());
 }
 
-TEST(PersistentFile, TakesAnEndlessDeviceForTooLarge) {
+TEST(PersistentFile, TreatsAnEndlessDeviceAsTooLarge) {
     ReadBuffer buffer(10000);
 
     EXPECT_FALSE(PersistentFile("/dev/zero").read(buffer));
@@ -154,7 +154,7 @@ TEST(PersistentFile, AllocatesNothingOnceItsBufferHasGrown) {
     EXPECT_EQ(after, before);
 }
 
-TEST(ReadBuffer, ReadsFilesOfEverySizeUpToItsLimitWhole) {
+TEST(ReadBuffer, ReadsWholeFilesOfEverySizeUpToItsLimit) {
     TemporaryTree tree;
     for (const std::size_t size : {0U, 1U, 2047U, 2048U, 4095U, 4096U, 4097U, 8192U, 10000U}) {
         tree.write("/value", std::string(size, 'x'));
@@ -168,7 +168,7 @@ TEST(ReadBuffer, ReadsFilesOfEverySizeUpToItsLimitWhole) {
     }
 }
 
-TEST(ReadBuffer, RefusesAFileBeyondItsLimit) {
+TEST(ReadBuffer, RejectsAFileBeyondItsLimit) {
     TemporaryTree tree;
     tree.write("/value", std::string(10001, 'x'));
     PersistentFile file(tree.root() + "/value");

@@ -33,7 +33,7 @@ std::optional<CommandOutput> shell(const std::string& script, LinuxCommandRunner
     return LinuxCommandRunner("/", bounds).run("/bin/sh", {"-c", script});
 }
 
-TEST(LinuxCommandRunner, ReturnsWhatTheProgramPrintedAndItsStatus) {
+TEST(LinuxCommandRunner, ReturnsTheProgramsOutputAndExitStatus) {
     const auto output = shell("printf 'a\\nb'; exit 3");
 
     ASSERT_TRUE(output);
@@ -41,7 +41,7 @@ TEST(LinuxCommandRunner, ReturnsWhatTheProgramPrintedAndItsStatus) {
     EXPECT_EQ(output->exitStatus, 3);
 }
 
-TEST(LinuxCommandRunner, PassesArgumentsAsTheyStand) {
+TEST(LinuxCommandRunner, PassesArgumentsVerbatim) {
     const auto output = LinuxCommandRunner().run("/usr/bin/printf", {"%s|", "two words", "$HOME", "", ";"});
 
     ASSERT_TRUE(output);
@@ -70,7 +70,7 @@ TEST(LinuxCommandRunner, StopsAProgramThatFloodsItsOutput) {
     EXPECT_NE(output->exitStatus, 0);
 }
 
-TEST(LinuxCommandRunner, StopsAProgramThatFloodsTheOtherPipe) {
+TEST(LinuxCommandRunner, StopsAProgramThatFloodsStandardError) {
     const auto output = shell("printf early; exec cat /dev/zero >&2", {100'000, 200ms});
 
     ASSERT_TRUE(output);
@@ -94,7 +94,7 @@ TEST(LinuxCommandRunner, StopsAProgramThatClosesItsOutputAndStays) {
 }
 
 TEST(LinuxCommandRunner, StopsADescendantThatKeepsThePipeOpen) {
-    // Every process of the script holds the writing end of this pipe, which hangs up with the last of them.
+    // Every process of the script holds the write end of this pipe, which hangs up when the last one ends.
     const TemporaryDirectory folder;
     const std::string pipe = folder / "alive";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
@@ -109,7 +109,7 @@ TEST(LinuxCommandRunner, StopsADescendantThatKeepsThePipeOpen) {
     EXPECT_NE(end.revents & POLLHUP, 0);
 }
 
-TEST(LinuxCommandRunner, LeaksNoDescriptorAndGivesNoneAway) {
+TEST(LinuxCommandRunner, NeitherLeaksNorPassesOnDescriptors) {
     const LinuxCommandRunner::Bounds bounds{1000, 200ms};
     const int before = openDescriptors();
     shell("cat /dev/zero", bounds);
@@ -119,11 +119,11 @@ TEST(LinuxCommandRunner, LeaksNoDescriptorAndGivesNoneAway) {
     const auto listed = shell("ls /proc/self/fd | wc -l");
 
     EXPECT_EQ(openDescriptors(), before);
-    // Its three standard ones, and the directory that ls itself has open.
+    // The three standard descriptors, and the directory that ls itself has open.
     EXPECT_EQ(std::atoi(listed->standardOutput.c_str()), 4);
 }
 
-TEST(LinuxCommandRunner, AnswersTheProcessToolWithoutRunningIt) {
+TEST(LinuxCommandRunner, EmulatesTheProcessToolWithoutRunningIt) {
     TemporaryDirectory root;
     root.write("proc/5/stat", "5 (one) S 1 1 1 0 -1 0 0 0 0 0 900 0 0 0 20 0 1 0 0 1000000 10 1 1\n");
     root.write("proc/6/stat", "6 (two) S 1 1 1 0 -1 0 0 0 0 0 100 0 0 0 20 0 1 0 0 1000000 90 1 1\n");
@@ -137,7 +137,7 @@ TEST(LinuxCommandRunner, AnswersTheProcessToolWithoutRunningIt) {
     EXPECT_LT(byMemory->standardOutput.find("two"), byMemory->standardOutput.find("one"));
 }
 
-TEST(LinuxCommandRunner, ConcurrentCallsDoNotDisturbEachOther) {
+TEST(LinuxCommandRunner, ConcurrentCallsDoNotInterfere) {
     LinuxCommandRunner runner;
     std::vector<std::thread> threads;
     std::vector<std::string> outputs(4);

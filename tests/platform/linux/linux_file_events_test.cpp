@@ -17,7 +17,7 @@
 namespace kestro {
 namespace {
 
-/// A main queue that the test itself works off.
+/// A main queue that the test processes itself.
 class QueueLoop final : public RunLoop {
 public:
     std::unique_ptr<RunLoopTimer> scheduleRepeating(std::chrono::milliseconds, Task) override { return nullptr; }
@@ -28,7 +28,7 @@ public:
         changed_.notify_all();
     }
 
-    /// Runs the next task; false when none came within the time that no healthy machine needs.
+    /// Runs the next task; false when none arrives within a time that is ample on any healthy machine.
     bool runNext(std::chrono::milliseconds patience = std::chrono::seconds(20)) {
         Task task;
         {
@@ -64,7 +64,7 @@ protected:
 
     void write(const std::string& text) { directory.write("command", text); }
 
-    /// What stands in the file's place gives way to a proper file: the first thing that is told of.
+    /// Replaces whatever is at the path with a proper file and expects that to be the first thing reported.
     void expectOnlyTheReplacementIsSeen() {
         directory.write("new", "replacement");
         chmod((directory / "new").c_str(), 0600);
@@ -95,12 +95,12 @@ off_t fileSize(const std::string& path) {
     return status.st_size;
 }
 
-TEST_F(LinuxFileEventsTest, CreatesAFileThatOnlyThisUserMayUse) {
+TEST_F(LinuxFileEventsTest, CreatesAFileThatOnlyThisUserMayAccess) {
     EXPECT_EQ(modeOf(path), 0600u);
     EXPECT_EQ(events.read(path), "");
 }
 
-TEST_F(LinuxFileEventsTest, LeavesAnExistingFileAsItIs) {
+TEST_F(LinuxFileEventsTest, LeavesAnExistingFileUnchanged) {
     write("word");
 
     events.createIfMissing(path);
@@ -135,7 +135,7 @@ TEST_F(LinuxFileEventsTest, FollowsTheFileThroughReplacement) {
 TEST_F(LinuxFileEventsTest, FollowsTheFileThroughDeletion) {
     const auto source = watch();
 
-    // Often, because the watcher may look between any two of these steps.
+    // Many iterations, because the watcher may run between any two of these steps.
     for (int i = 0; i < 500; ++i) {
         const auto word = "word " + std::to_string(i) + ".";
         unlink(path.c_str());
@@ -146,7 +146,7 @@ TEST_F(LinuxFileEventsTest, FollowsTheFileThroughDeletion) {
     }
 }
 
-TEST_F(LinuxFileEventsTest, WaitsForAFileThatIsMissing) {
+TEST_F(LinuxFileEventsTest, WaitsForAMissingFile) {
     unlink(path.c_str());
     const auto source = watch();
     ASSERT_NE(source, nullptr);
@@ -158,7 +158,7 @@ TEST_F(LinuxFileEventsTest, WaitsForAFileThatIsMissing) {
     }
 }
 
-TEST_F(LinuxFileEventsTest, OneThousandWritesQueueOneCallThatSeesTheLastWord) {
+TEST_F(LinuxFileEventsTest, CoalescesAThousandWritesIntoOneCallThatSeesTheLastWord) {
     const auto source = watch();
 
     for (int i = 0; i < 1000; ++i) {
@@ -167,10 +167,10 @@ TEST_F(LinuxFileEventsTest, OneThousandWritesQueueOneCallThatSeesTheLastWord) {
 
     ASSERT_TRUE(loop.runNext());
     EXPECT_EQ(seen, "word 999;");
-    EXPECT_LE(loop.queued(), 1U) << "further calls can only follow what happened after the first one";
+    EXPECT_LE(loop.queued(), 1U) << "only events after the first call may queue another one";
 }
 
-TEST_F(LinuxFileEventsTest, ACancelledWatchCallsNobody) {
+TEST_F(LinuxFileEventsTest, ACancelledWatchMakesNoCalls) {
     auto source = watch();
     write("popover");
 
@@ -181,7 +181,7 @@ TEST_F(LinuxFileEventsTest, ACancelledWatchCallsNobody) {
     EXPECT_EQ(seen, "");
 }
 
-TEST_F(LinuxFileEventsTest, RefusesALink) {
+TEST_F(LinuxFileEventsTest, RejectsALink) {
     unlink(path.c_str());
     directory.write("target", "secret");
     symlink((directory / "target").c_str(), path.c_str());
@@ -195,7 +195,7 @@ TEST_F(LinuxFileEventsTest, RefusesALink) {
     expectOnlyTheReplacementIsSeen();
 }
 
-TEST_F(LinuxFileEventsTest, RefusesAFileWithASecondName) {
+TEST_F(LinuxFileEventsTest, RejectsAFileWithASecondHardLink) {
     write("mine");
     link(path.c_str(), (directory / "second").c_str());
 
@@ -208,7 +208,7 @@ TEST_F(LinuxFileEventsTest, RefusesAFileWithASecondName) {
     expectOnlyTheReplacementIsSeen();
 }
 
-TEST_F(LinuxFileEventsTest, RefusesAFifoWithoutBlocking) {
+TEST_F(LinuxFileEventsTest, RejectsAFifoWithoutBlocking) {
     unlink(path.c_str());
     mkfifo(path.c_str(), 0600);
 
@@ -219,7 +219,7 @@ TEST_F(LinuxFileEventsTest, RefusesAFifoWithoutBlocking) {
     expectOnlyTheReplacementIsSeen();
 }
 
-TEST_F(LinuxFileEventsTest, RefusesADirectory) {
+TEST_F(LinuxFileEventsTest, RejectsADirectory) {
     unlink(path.c_str());
     mkdir(path.c_str(), 0700);
 
@@ -230,7 +230,7 @@ TEST_F(LinuxFileEventsTest, RefusesADirectory) {
     expectOnlyTheReplacementIsSeen();
 }
 
-TEST_F(LinuxFileEventsTest, RefusesAFileThatOthersMayWriteTo) {
+TEST_F(LinuxFileEventsTest, RejectsAFileThatOthersMayWriteTo) {
     for (const mode_t mode : {0620, 0602, 0666}) {
         SCOPED_TRACE(mode);
         events.createIfMissing(path);
@@ -245,7 +245,7 @@ TEST_F(LinuxFileEventsTest, RefusesAFileThatOthersMayWriteTo) {
     }
 }
 
-TEST_F(LinuxFileEventsTest, RefusesAFileOfAnotherUser) {
+TEST_F(LinuxFileEventsTest, RejectsAFileOfAnotherUser) {
     if (geteuid() == 0) {
         chown(path.c_str(), 65534, 65534);
 
@@ -259,7 +259,7 @@ TEST_F(LinuxFileEventsTest, RefusesAFileOfAnotherUser) {
     }
 }
 
-TEST_F(LinuxFileEventsTest, TrustsAFileOnceNobodyElseMayWriteToIt) {
+TEST_F(LinuxFileEventsTest, TrustsAFileOnceNoOtherUserMayWriteToIt) {
     chmod(path.c_str(), 0666);
     const auto source = watch();
 
@@ -271,13 +271,13 @@ TEST_F(LinuxFileEventsTest, TrustsAFileOnceNobodyElseMayWriteToIt) {
     }
 }
 
-TEST_F(LinuxFileEventsTest, ReadsNoMoreThanFourKibibytesOfAHugeFile) {
+TEST_F(LinuxFileEventsTest, ReadsAtMostFourKibibytesOfAHugeFile) {
     write(std::string(10 << 20, 'x'));
 
     EXPECT_EQ(events.read(path), std::string(4096, 'x'));
 }
 
-TEST_F(LinuxFileEventsTest, Truncates) {
+TEST_F(LinuxFileEventsTest, TruncatesTheFile) {
     write("word");
 
     events.truncate(path);
@@ -285,7 +285,7 @@ TEST_F(LinuxFileEventsTest, Truncates) {
     EXPECT_EQ(events.read(path), "");
 }
 
-TEST_F(LinuxFileEventsTest, AMissingDirectoryIsNoChannel) {
+TEST_F(LinuxFileEventsTest, CannotWatchInAMissingDirectory) {
     const auto nowhere = directory / "none/command";
 
     events.createIfMissing(nowhere);

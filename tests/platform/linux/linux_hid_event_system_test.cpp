@@ -35,7 +35,7 @@ public:
         return result;
     }
 
-    /// Those with a reading.
+    /// The sensors that have a reading.
     std::map<std::string, double> readings() {
         std::map<std::string, double> result;
         for (const auto service : system.copyServices(client).value_or(std::vector<HIDService>{})) {
@@ -78,7 +78,7 @@ TEST(LinuxHIDEventSystem, NamesAppleSensorsForTheDieAndTheBattery) {
                                      Pair("nvme Composite", 33.85), Pair("Battery macsmc-battery", 31.2)));
 }
 
-TEST(LinuxHIDEventSystem, KeepsTheControllersViewOfTheProcessorOutOfTheDie) {
+TEST(LinuxHIDEventSystem, ExcludesTheControllersProcessorSensorFromTheDie) {
     Sensors sensors(fixture("hybrid-laptop"));
 
     const auto readings = sensors.readings();
@@ -89,7 +89,7 @@ TEST(LinuxHIDEventSystem, KeepsTheControllersViewOfTheProcessorOutOfTheDie) {
     EXPECT_FALSE(readings.contains("thinkpad GPU"));
 }
 
-TEST(LinuxHIDEventSystem, LeavesTheControlTemperatureOutWhereTheDieHasItsOwn) {
+TEST(LinuxHIDEventSystem, OmitsTheControlTemperatureIfTheDieHasASensor) {
     TemporaryTree tree;
     tree.write("/sys/class/hwmon/hwmon0/name", "k10temp\n")
         .write("/sys/class/hwmon/hwmon0/temp1_input", "77000\n")
@@ -100,7 +100,7 @@ TEST(LinuxHIDEventSystem, LeavesTheControlTemperatureOutWhereTheDieHasItsOwn) {
     EXPECT_THAT(Sensors(tree.root()).readings(), ElementsAre(Pair("CPU Tdie", 50.0)));
 }
 
-TEST(LinuxHIDEventSystem, TakesThermalZonesOnlyWithoutADieSensorInHwmon) {
+TEST(LinuxHIDEventSystem, UsesThermalZonesOnlyWithoutADieSensorInHwmon) {
     TemporaryTree tree;
     tree.write("/sys/class/hwmon/hwmon0/name", "acpitz\n")
         .write("/sys/class/hwmon/hwmon0/temp1_input", "27800\n")
@@ -118,7 +118,7 @@ TEST(LinuxHIDEventSystem, TakesThermalZonesOnlyWithoutADieSensorInHwmon) {
     EXPECT_THAT(Sensors(tree.root()).names(), ElementsAre("CPU temp1", "acpitz temp1"));
 }
 
-TEST(LinuxHIDEventSystem, TakesAcpiForTheProcessorWhereNothingElseIs) {
+TEST(LinuxHIDEventSystem, FallsBackToAcpiForTheProcessor) {
     TemporaryTree tree;
     tree.write("/sys/class/thermal/thermal_zone0/type", "acpitz\n")
         .write("/sys/class/thermal/thermal_zone0/temp", "42000\n");
@@ -126,7 +126,7 @@ TEST(LinuxHIDEventSystem, TakesAcpiForTheProcessorWhereNothingElseIs) {
     EXPECT_THAT(Sensors(tree.root()).readings(), ElementsAre(Pair("CPU acpitz", 42.0)));
 }
 
-TEST(LinuxHIDEventSystem, TakesNoBatteryOfAMouse) {
+TEST(LinuxHIDEventSystem, IgnoresTheBatteryOfAMouse) {
     TemporaryTree tree;
     tree.copyFrom("amd-desktop")
         .write("/sys/class/power_supply/hidpp_battery_0/temp", "300\n")
@@ -137,7 +137,7 @@ TEST(LinuxHIDEventSystem, TakesNoBatteryOfAMouse) {
     }
 }
 
-TEST(LinuxHIDEventSystem, KeepsASensorThatHasNoReadingForAMoment) {
+TEST(LinuxHIDEventSystem, KeepsASensorThatTemporarilyHasNoReading) {
     TemporaryTree tree;
     tree.copyFrom("amd-desktop");
     Sensors sensors(tree.root());
@@ -153,7 +153,7 @@ TEST(LinuxHIDEventSystem, KeepsASensorThatHasNoReadingForAMoment) {
     EXPECT_EQ(sensors.readings().at("CPU Tctl"), 63.0);
 }
 
-TEST(LinuxHIDEventSystem, FollowsAChipThatIsRenumbered) {
+TEST(LinuxHIDEventSystem, FollowsARenumberedChip) {
     TemporaryTree tree;
     tree.copyFrom("amd-desktop");
     Sensors sensors(tree.root());
@@ -166,7 +166,7 @@ TEST(LinuxHIDEventSystem, FollowsAChipThatIsRenumbered) {
     EXPECT_EQ(sensors.readings().at("CPU Tccd1"), 60.0);
 }
 
-TEST(LinuxHIDEventSystem, AsksADriveEveryTenSecondsAtMost) {
+TEST(LinuxHIDEventSystem, ReadsADriveAtMostEveryTenSeconds) {
     TemporaryTree tree;
     tree.copyFrom("amd-desktop");
     Sensors sensors(tree.root());
@@ -189,7 +189,7 @@ TEST(LinuxHIDEventSystem, DoesNotWakeASleepingGraphicsCard) {
     EXPECT_TRUE(sensors.readings().contains("amdgpu edge"));
 }
 
-TEST(LinuxHIDEventSystem, LeavesOutInputsThatReportAFault) {
+TEST(LinuxHIDEventSystem, SkipsInputsThatReportAFault) {
     TemporaryTree tree;
     tree.write("/sys/class/hwmon/hwmon0/name", "it8686\n")
         .write("/sys/class/hwmon/hwmon0/temp1_input", "33000\n")
@@ -201,7 +201,7 @@ TEST(LinuxHIDEventSystem, LeavesOutInputsThatReportAFault) {
     EXPECT_THAT(Sensors(tree.root()).names(), ElementsAre("it8686 temp1"));
 }
 
-TEST(LinuxHIDEventSystem, TakesAnInputUpWhoseFaultHasGone) {
+TEST(LinuxHIDEventSystem, AddsAnInputWhoseFaultHasCleared) {
     TemporaryTree tree;
     tree.write("/sys/class/hwmon/hwmon0/name", "it8686\n")
         .write("/sys/class/hwmon/hwmon0/temp1_input", "33000\n")
@@ -218,7 +218,7 @@ TEST(LinuxHIDEventSystem, TakesAnInputUpWhoseFaultHasGone) {
     EXPECT_THAT(sensors.names(), ElementsAre("it8686 temp1", "it8686 temp2"));
 }
 
-TEST(LinuxHIDEventSystem, FindsADeviceAgainThatWentAwayUnderItsNumber) {
+TEST(LinuxHIDEventSystem, FindsARecreatedDeviceUnderTheSameNumber) {
     TemporaryTree tree;
     tree.write("/sys/class/hwmon/hwmon0/name", "nvme\n").write("/sys/class/hwmon/hwmon0/temp1_input", "33000\n");
     Sensors sensors(tree.root());
@@ -258,7 +258,7 @@ TEST(LinuxHIDEventSystem, MatchesOnlyTheUsageOfTemperatureSensors) {
     EXPECT_THAT(sensors.names(), IsEmpty());
 }
 
-TEST(LinuxHIDEventSystem, KnowsOnlyItsClientsAndServices) {
+TEST(LinuxHIDEventSystem, RejectsUnknownClientsAndServices) {
     Sensors sensors(fixture("amd-desktop"));
 
     EXPECT_FALSE(sensors.system.copyServices(0));

@@ -16,7 +16,7 @@ using test::ManualClock;
 using test::TemporaryTree;
 using namespace std::chrono_literals;
 
-/// One answer, copied, with its array given back.
+/// A copy of one result, whose array is released.
 std::vector<std::int32_t> ticks(LinuxMachHost& host) {
     const auto answer = host.hostProcessorInfo();
     if (!answer) {
@@ -66,21 +66,21 @@ TEST(LinuxMachHost, ListsPerformanceCoresBeforeEfficiencyCores) {
     EXPECT_EQ(users[9], 70000 + 1017);
 }
 
-TEST(LinuxMachHost, ListsEveryThreadOfAHybridAndReadsPastALongInterruptLine) {
+TEST(LinuxMachHost, ListsEveryThreadOfAHybridDespiteALongInterruptLine) {
     ManualClock clock;
     LinuxMachHost host(clock, fixture("hybrid-laptop"));
 
     EXPECT_EQ(userTicks(host).size(), 20U);
 }
 
-TEST(LinuxMachHost, LeavesOutCoresThatAreOffline) {
+TEST(LinuxMachHost, OmitsOfflineCores) {
     ManualClock clock;
     LinuxMachHost host(clock, fixture("amd-desktop"));
 
     EXPECT_EQ(userTicks(host).size(), 15U);
 }
 
-TEST(LinuxMachHost, KeepsThePlaceOfACoreThatGoesOffline) {
+TEST(LinuxMachHost, KeepsThePositionOfACoreThatGoesOffline) {
     ManualClock clock;
     TemporaryTree tree;
     tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 10 0 0 0\ncpu1 20 0 0 0\ncpu2 30 0 0 0\nintr 0\n");
@@ -111,7 +111,7 @@ TEST(LinuxMachHost, TicksNeverGoBackwards) {
     EXPECT_EQ(ticks(host), (std::vector{107, 22, 1092, 31}));
 }
 
-TEST(LinuxMachHost, CountsNoTickTwiceAfterADip) {
+TEST(LinuxMachHost, CountsEachTickOnceAfterADip) {
     ManualClock clock;
     TemporaryTree tree;
     tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 100 30 20 1000 50\nintr 0\n");
@@ -125,7 +125,7 @@ TEST(LinuxMachHost, CountsNoTickTwiceAfterADip) {
     EXPECT_EQ(ticks(host), (std::vector{100, 20, 1150, 30}));
 }
 
-TEST(LinuxMachHost, TicksGoOnPast32Bits) {
+TEST(LinuxMachHost, TicksWrapPast32Bits) {
     ManualClock clock;
     TemporaryTree tree;
     tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 4294967290 0 0 0\nintr 0\n");
@@ -149,7 +149,7 @@ TEST(LinuxMachHost, AppendsACoreThatAppearsLater) {
     EXPECT_EQ(userTicks(host), (std::vector{11, 31, 5}));
 }
 
-TEST(LinuxMachHost, ListsTheCoresAsTheyWereAtConstruction) {
+TEST(LinuxMachHost, ListsTheCoresAsOfConstruction) {
     ManualClock clock;
     TemporaryTree tree;
     tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 10 0 0 0\ncpu2 30 0 0 0\nintr 0\n");
@@ -160,7 +160,7 @@ TEST(LinuxMachHost, ListsTheCoresAsTheyWereAtConstruction) {
     EXPECT_EQ(userTicks(host), (std::vector{11, 31, 5}));
 }
 
-TEST(LinuxMachHost, ReadsAsMuchAsManyCoresNeed) {
+TEST(LinuxMachHost, ReadsEnoughForManyCores) {
     ManualClock clock;
     TemporaryTree tree;
     std::string text = "cpu  1 2 3 4 5 6 7 8 9 10\n";
@@ -173,7 +173,7 @@ TEST(LinuxMachHost, ReadsAsMuchAsManyCoresNeed) {
     EXPECT_EQ(userTicks(host).size(), 700U);
 }
 
-TEST(LinuxMachHost, HasNoAnswerForCountersThatMakeNoSense) {
+TEST(LinuxMachHost, FailsForMissingOrMalformedCounters) {
     ManualClock clock;
     TemporaryTree tree;
     LinuxMachHost host(clock, tree.root());
@@ -189,7 +189,7 @@ TEST(LinuxMachHost, HasNoAnswerForCountersThatMakeNoSense) {
     EXPECT_FALSE(host.hostProcessorInfo());
 }
 
-TEST(LinuxMachHost, LendsArraysThatDoNotOverlapAndTakesThemBack) {
+TEST(LinuxMachHost, LendsDisjointArraysAndReclaimsThem) {
     ManualClock clock;
     LinuxMachHost host(clock, fixture("vm"));
 
@@ -239,7 +239,7 @@ TEST(LinuxMachHost, AllocatesNothingInSteadyState) {
     EXPECT_EQ(test::allocationsOfThisThread(), before);
 }
 
-TEST(LinuxMachHost, CountsAsUsedWhatIsNotAvailableOnEveryMachine) {
+TEST(LinuxMachHost, CountsUnavailableMemoryAsUsedOnEveryMachine) {
     ManualClock clock;
     LinuxMachHost pc(clock, fixture("pc-coretemp"), 4096);
     LinuxMachHost desktop(clock, fixture("amd-desktop"), 4096);
@@ -264,7 +264,7 @@ TEST(LinuxMachHost, AddsZswapAndZramToTheCompressor) {
     EXPECT_EQ(statistics->inactiveCount, (31812344U - 4203448U) / 4);
 }
 
-TEST(LinuxMachHost, NoticesARamDiskThatIsSetUpLater) {
+TEST(LinuxMachHost, DetectsARamDiskThatIsSetUpLater) {
     ManualClock clock;
     TemporaryTree tree;
     tree.copyFrom("vm");
@@ -278,7 +278,7 @@ TEST(LinuxMachHost, NoticesARamDiskThatIsSetUpLater) {
     EXPECT_EQ(host.hostStatistics64()->compressorPageCount, 2U);
 }
 
-TEST(LinuxMachHost, RamDisksOfAbsurdSizesFillWhatIsUsedAndNoMore) {
+TEST(LinuxMachHost, CapsAbsurdRamDiskSizesAtTheUsedMemory) {
     ManualClock clock;
     TemporaryTree tree;
     tree.copyFrom("vm");
@@ -290,7 +290,7 @@ TEST(LinuxMachHost, RamDisksOfAbsurdSizesFillWhatIsUsedAndNoMore) {
     EXPECT_EQ(host.hostStatistics64()->compressorPageCount, 287272U / 4);
 }
 
-TEST(LinuxMachHost, LeavesTheZfsCacheAvailable) {
+TEST(LinuxMachHost, CountsTheZfsCacheAsAvailable) {
     ManualClock clock;
     TemporaryTree tree;
     tree.copyFrom("vm").write("/proc/spl/kstat/zfs/arcstats",
@@ -310,7 +310,7 @@ TEST(LinuxMachHost, HasNoStatisticsWithoutMemoryFigures) {
     EXPECT_FALSE(host.hostStatistics64());
 }
 
-TEST(LinuxMachHost, KnowsThePageSize) {
+TEST(LinuxMachHost, ReportsThePageSize) {
     ManualClock clock;
 
     EXPECT_EQ(LinuxMachHost(clock, fixture("vm"), 16384).hostPageSize(), 16384U);

@@ -29,7 +29,7 @@ public:
         interfaces = std::make_unique<LinuxNetworkInterfaces>(root, std::move(owned));
     }
 
-    /// Of every entry, in order.
+    /// The name of every entry, in order.
     std::vector<std::string> names() {
         std::vector<std::string> result;
         for (const auto& entry : interfaces->getifaddrs().value_or(std::vector<InterfaceEntry>{})) {
@@ -79,7 +79,7 @@ TEST(LinuxNetworkInterfaces, KeepsEveryAddressInTheSystemsOrder) {
     EXPECT_EQ(entries->at(1).flags & 0x49U, 0x41U);
 }
 
-TEST(LinuxNetworkInterfaces, ListsWhatOnlyRepeatsTrafficLast) {
+TEST(LinuxNetworkInterfaces, ListsInterfacesThatOnlyRepeatTrafficLast) {
     TemporaryTree tree;
     tree.copyFrom("pc-coretemp");
     tree.write("/getifaddrs",
@@ -89,7 +89,7 @@ TEST(LinuxNetworkInterfaces, ListsWhatOnlyRepeatsTrafficLast) {
     EXPECT_THAT(Machine(tree.root()).names(), ElementsAre("eno1", "eno1", "docker0"));
 }
 
-TEST(LinuxNetworkInterfaces, ListsABridgeAboveHardwareBeforeThoseOfContainers) {
+TEST(LinuxNetworkInterfaces, ListsABridgeAboveHardwareBeforeContainerBridges) {
     TemporaryTree tree;
     tree.copyFrom("pc-coretemp")
         .write("/sys/class/net/br0/bridge/bridge_id", "")
@@ -101,7 +101,7 @@ TEST(LinuxNetworkInterfaces, ListsABridgeAboveHardwareBeforeThoseOfContainers) {
     EXPECT_THAT(Machine(tree.root()).names(), ElementsAre("eno1", "br0", "docker0"));
 }
 
-/// A laptop whose wireless link a test takes away, while the tunnels above it stay.
+/// A laptop whose wireless link a test removes while the tunnels on top of it stay.
 class RoamingLaptop {
 public:
     RoamingLaptop() { tree.copyFrom("hybrid-laptop"); }
@@ -126,7 +126,7 @@ public:
     NetworkReader reader{*machine->interfaces, clock};
 };
 
-TEST(LinuxNetworkInterfaces, ALinkThatComesBackBringsNoTrafficOfThePast) {
+TEST(LinuxNetworkInterfaces, AReturningLinkAddsNoPastTraffic) {
     constexpr std::uint64_t days = 91'234'567'890;
     RoamingLaptop laptop;
     laptop.setLink(true);
@@ -145,7 +145,7 @@ TEST(LinuxNetworkInterfaces, ALinkThatComesBackBringsNoTrafficOfThePast) {
     EXPECT_EQ(laptop.downloadAfter(days + 2'000, 5'000'300), 600);
 }
 
-TEST(LinuxNetworkInterfaces, CountsPast32Bits) {
+TEST(LinuxNetworkInterfaces, SupportsMoreThan32Bits) {
     Machine pc(fixture("pc-coretemp"));
 
     const auto statistics = pc.statistics("eno1");
@@ -155,7 +155,7 @@ TEST(LinuxNetworkInterfaces, CountsPast32Bits) {
     EXPECT_EQ(statistics->sentBytes, 512345678901U);
 }
 
-TEST(LinuxNetworkInterfaces, ReadsCountersAnewButTheListOnlyWhenItChanged) {
+TEST(LinuxNetworkInterfaces, RereadsCountersAlwaysButTheListOnlyWhenItChanged) {
     TemporaryTree tree;
     tree.copyFrom("container");
     Machine container(tree.root());
@@ -181,7 +181,7 @@ TEST(LinuxNetworkInterfaces, HasNoStatisticsWithoutCounters) {
     EXPECT_FALSE(container.statistics("eth0"));
 }
 
-TEST(LinuxNetworkInterfaces, FailsWithTheCallAndRecovers) {
+TEST(LinuxNetworkInterfaces, FailsWhenTheCallFailsAndRecovers) {
     TemporaryTree tree;
     tree.copyFrom("container").rename("/getifaddrs", "/away");
     Machine container(tree.root());
@@ -192,7 +192,7 @@ TEST(LinuxNetworkInterfaces, FailsWithTheCallAndRecovers) {
     EXPECT_TRUE(container.interfaces->getifaddrs());
 }
 
-TEST(LinuxNetworkInterfaces, WritesIpv4AddressesOnly) {
+TEST(LinuxNetworkInterfaces, FormatsOnlyIpv4Addresses) {
     LinuxNetworkInterfaces interfaces(fixture("vm"), std::make_unique<RecordedInterfaces>(fixture("vm")));
 
     EXPECT_EQ(interfaces.getnameinfo({AddressFamily::ipv4, {192, 168, 1, 5}}), "192.168.1.5");

@@ -31,7 +31,7 @@ TEST(LinuxPowerSources, DescribesALaptopOnItsBattery) {
                                                    {"Time to Empty", std::int64_t{30120000LL * 60 / 9876000}}}}));
 }
 
-TEST(LinuxPowerSources, DescribesALaptopThatIsHeldAtItsLimit) {
+TEST(LinuxPowerSources, DescribesALaptopHeldAtItsChargeLimit) {
     EXPECT_EQ(descriptions(fixture("apple-laptop")),
               (Descriptions{PowerSourceDescription{{"Is Charging", false},
                                                    {"Power Source State", std::string("AC Power")},
@@ -40,12 +40,12 @@ TEST(LinuxPowerSources, DescribesALaptopThatIsHeldAtItsLimit) {
                                                    {"BatteryHealth", std::string("Normal")}}}));
 }
 
-TEST(LinuxPowerSources, IsEmptyWithoutABatteryOfTheMachine) {
+TEST(LinuxPowerSources, IsEmptyIfTheMachineHasNoBattery) {
     EXPECT_EQ(descriptions(fixture("amd-desktop")), Descriptions{});
     EXPECT_EQ(descriptions(fixture("vm")), Descriptions{});
 }
 
-TEST(LinuxPowerSources, IsEmptyWithACharger) {
+TEST(LinuxPowerSources, IsEmptyWithOnlyACharger) {
     TemporaryTree tree;
     tree.write("/sys/class/power_supply/AC/type", "Mains\n")
         .write("/sys/class/power_supply/AC/uevent", "POWER_SUPPLY_ONLINE=1\n");
@@ -53,12 +53,12 @@ TEST(LinuxPowerSources, IsEmptyWithACharger) {
     EXPECT_EQ(descriptions(tree.root()), Descriptions{});
 }
 
-TEST(LinuxPowerSources, PublishesNothingWherePowerSuppliesAreUnknown) {
+TEST(LinuxPowerSources, PublishesNothingIfPowerSuppliesAreUnsupported) {
     EXPECT_FALSE(descriptions(fixture("container")));
     EXPECT_FALSE(descriptions(fixture("no-such-machine")));
 }
 
-TEST(LinuxPowerSources, NoticesThatPowerSuppliesBecameKnown) {
+TEST(LinuxPowerSources, DetectsThatPowerSuppliesBecameSupported) {
     ManualClock clock;
     TemporaryTree tree;
     LinuxPowerSources sources(clock, tree.root());
@@ -73,7 +73,7 @@ TEST(LinuxPowerSources, NoticesThatPowerSuppliesBecameKnown) {
     EXPECT_FALSE(sources.copyDescriptions());
 }
 
-TEST(LinuxPowerSources, ReadsTheSingleFilesWhereTheEventFails) {
+TEST(LinuxPowerSources, ReadsTheIndividualFilesWhenTheEventFileFails) {
     TemporaryTree tree;
     tree.write("/sys/class/power_supply/BAT1/type", "Battery\n")
         .write("/sys/class/power_supply/BAT1/status", "Charging\n")
@@ -86,7 +86,7 @@ TEST(LinuxPowerSources, ReadsTheSingleFilesWhereTheEventFails) {
     EXPECT_EQ(result->front()->at("Is Charging"), PowerSourceValue(true));
 }
 
-TEST(LinuxPowerSources, KnowsABatteryOfAnOlderKernelByItsFile) {
+TEST(LinuxPowerSources, RecognisesABatteryOfAnOlderKernelByItsTypeFile) {
     TemporaryTree tree;
     tree.write("/sys/class/power_supply/BAT0/type", "Battery\n")
         .write("/sys/class/power_supply/BAT0/uevent", "POWER_SUPPLY_STATUS=Full\nPOWER_SUPPLY_CAPACITY=100\n");
@@ -94,7 +94,7 @@ TEST(LinuxPowerSources, KnowsABatteryOfAnOlderKernelByItsFile) {
     EXPECT_EQ(descriptions(tree.root())->size(), 1U);
 }
 
-TEST(LinuxPowerSources, NoticesABatteryThatIsPutInAndTakenOut) {
+TEST(LinuxPowerSources, DetectsABatteryBeingInsertedAndRemoved) {
     ManualClock clock;
     TemporaryTree tree;
     tree.copyFrom("vm");
@@ -112,7 +112,7 @@ TEST(LinuxPowerSources, NoticesABatteryThatIsPutInAndTakenOut) {
     EXPECT_EQ(sources.copyDescriptions(), Descriptions{});
 }
 
-TEST(LinuxPowerSources, SeesNewFiguresAtEveryCall) {
+TEST(LinuxPowerSources, ReadsNewValuesOnEveryCall) {
     ManualClock clock;
     TemporaryTree tree;
     tree.copyFrom("hybrid-laptop");

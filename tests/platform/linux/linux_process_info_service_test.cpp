@@ -21,7 +21,7 @@ OperatingSystemVersion versionOf(const std::string& root) {
     return LinuxProcessInfoService(clock, root).operatingSystemVersion();
 }
 
-TEST(LinuxProcessInfoService, TakesTheKernelsTotalForPhysicalMemory) {
+TEST(LinuxProcessInfoService, UsesTheKernelsTotalAsPhysicalMemory) {
     ManualClock clock;
 
     EXPECT_EQ(LinuxProcessInfoService(clock, fixture("pc-coretemp")).physicalMemory(),
@@ -43,7 +43,7 @@ TEST(LinuxProcessInfoService, NamesTheDistributionAndItsVersion) {
     EXPECT_EQ(alpine.patch, 1);
 }
 
-TEST(LinuxProcessInfoService, TakesTheKernelsVersionForARollingDistribution) {
+TEST(LinuxProcessInfoService, UsesTheKernelsVersionForARollingDistribution) {
     const auto arch = versionOf(fixture("amd-desktop"));
 
     EXPECT_EQ(arch.productName, "Arch Linux");
@@ -52,14 +52,14 @@ TEST(LinuxProcessInfoService, TakesTheKernelsVersionForARollingDistribution) {
     EXPECT_EQ(arch.patch, 3);
 }
 
-TEST(LinuxProcessInfoService, LooksInTheVendorsPlaceToo) {
+TEST(LinuxProcessInfoService, AlsoReadsTheVendorsFile) {
     TemporaryTree tree;
     tree.write("/usr/lib/os-release", "NAME=Vendor\nVERSION_ID=2\n");
 
     EXPECT_EQ(versionOf(tree.root()).productName, "Vendor");
 }
 
-TEST(LinuxProcessInfoService, IsLinuxWhenNothingIsSaid) {
+TEST(LinuxProcessInfoService, FallsBackToLinuxAsTheName) {
     TemporaryTree tree;
     tree.write("/etc/os-release", std::string(100000, 'x'));
 
@@ -85,7 +85,7 @@ TEST(LinuxProcessInfoService, DerivesTheThermalStateFromTheWorstZone) {
     EXPECT_EQ(service.thermalState(), 3);
 }
 
-TEST(LinuxProcessInfoService, AsksTheZonesEveryOtherSecondAtMost) {
+TEST(LinuxProcessInfoService, ReadsTheZonesAtMostEveryOtherSecond) {
     ManualClock clock;
     TemporaryTree tree;
     tree.copyFrom("hybrid-laptop");
@@ -98,7 +98,7 @@ TEST(LinuxProcessInfoService, AsksTheZonesEveryOtherSecondAtMost) {
     EXPECT_EQ(service.thermalState(), 0);
 }
 
-TEST(LinuxProcessInfoService, IgnoresThresholdsThatProgramsSet) {
+TEST(LinuxProcessInfoService, IgnoresThresholdsSetByPrograms) {
     ManualClock clock;
 
     EXPECT_EQ(LinuxProcessInfoService(clock, fixture("pc-coretemp")).thermalState(), 0);
@@ -129,14 +129,14 @@ TEST(LinuxFileSystemStatistics, DescribesAFileSystem) {
     EXPECT_LE(status->availableBlocks, status->blocks);
 }
 
-TEST(LinuxFileSystemStatistics, HasNoAnswerForAMissingPath) {
+TEST(LinuxFileSystemStatistics, FailsForAMissingPath) {
     TemporaryTree tree;
 
     EXPECT_FALSE(LinuxFileSystemStatistics(tree.root()).statvfs("/none"));
     EXPECT_FALSE(LinuxFileSystemStatistics().statvfs(""));
 }
 
-TEST(LinuxClock, NeverGoesBack) {
+TEST(LinuxClock, NeverGoesBackwards) {
     const LinuxClock clock;
 
     const auto first = clock.monotonicNow();

@@ -24,7 +24,7 @@ std::string at(std::string_view attribute) {
     return std::string(chip).append(attribute);
 }
 
-/// Asks as a reader does: information first, then that many bytes.
+/// Queries like a reader: information first, then that many bytes.
 class Controller {
 public:
     explicit Controller(const std::string& root) : service(clock, root), connection(service.open().value_or(0)) {}
@@ -69,7 +69,7 @@ public:
     std::uint32_t connection;
 };
 
-TEST(LinuxSMCService, AnswersEveryKeyOfTwoFans) {
+TEST(LinuxSMCService, ReadsEveryKeyOfTwoFans) {
     Controller controller(fixture("apple-laptop"));
 
     EXPECT_EQ(controller.type("FNum"), "ui8 ");
@@ -95,7 +95,7 @@ TEST(LinuxSMCService, FailsForKeysThatDoNotExist) {
     EXPECT_FALSE(controller.value(""));
 }
 
-TEST(LinuxSMCService, ListsAStandingFanOfALaptopOrAGraphicsCard) {
+TEST(LinuxSMCService, ListsAStoppedFanOfALaptopOrAGraphicsCard) {
     Controller laptop(fixture("hybrid-laptop"));
     Controller desktop(fixture("amd-desktop"));
 
@@ -105,7 +105,7 @@ TEST(LinuxSMCService, ListsAStandingFanOfALaptopOrAGraphicsCard) {
     EXPECT_EQ(desktop.value("F0Mx"), 3300);
 }
 
-TEST(LinuxSMCService, LeavesOutAHeaderThatHasNothingConnected) {
+TEST(LinuxSMCService, OmitsAnUnconnectedHeader) {
     Controller controller(fixture("pc-coretemp"));
 
     EXPECT_EQ(controller.value("FNum"), 2);
@@ -113,7 +113,7 @@ TEST(LinuxSMCService, LeavesOutAHeaderThatHasNothingConnected) {
     EXPECT_EQ(controller.value("F1Ac"), 1043);
 }
 
-TEST(LinuxSMCService, ListsAHeaderThatBeginsToTurnAndKeepsItWhenItStops) {
+TEST(LinuxSMCService, ListsAHeaderOnceItsFanTurnsAndKeepsItWhenItStops) {
     TemporaryTree tree;
     tree.copyFrom("pc-coretemp");
     Controller controller(tree.root());
@@ -130,14 +130,14 @@ TEST(LinuxSMCService, ListsAHeaderThatBeginsToTurnAndKeepsItWhenItStops) {
     EXPECT_EQ(controller.value("FNum"), 3);
 }
 
-TEST(LinuxSMCService, ListsALabelledHeaderOfAMainboardThatStands) {
+TEST(LinuxSMCService, ListsALabelledMainboardHeaderWhoseFanIsStopped) {
     TemporaryTree tree;
     tree.write(at("name"), "nct6798\n").write(at("fan1_input"), "0\n").write(at("fan1_label"), "Pump\n");
 
     EXPECT_EQ(Controller(tree.root()).value("FNum"), 1);
 }
 
-TEST(LinuxSMCService, HasNoControllerWithoutFansAndFindsOneThatComes) {
+TEST(LinuxSMCService, HasNoControllerWithoutFansAndFindsOneThatAppears) {
     TemporaryTree tree;
     tree.copyFrom("vm");
     Controller controller(tree.root());
@@ -150,7 +150,7 @@ TEST(LinuxSMCService, HasNoControllerWithoutFansAndFindsOneThatComes) {
     EXPECT_TRUE(controller.service.open());
 }
 
-TEST(LinuxSMCService, CountsNoFansOnceTheyHaveGone) {
+TEST(LinuxSMCService, CountsNoFansOnceTheyAreGone) {
     TemporaryTree tree;
     tree.write(at("name"), "thinkpad\n").write(at("fan1_input"), "2000\n");
     Controller controller(tree.root());
@@ -163,7 +163,7 @@ TEST(LinuxSMCService, CountsNoFansOnceTheyHaveGone) {
     EXPECT_FALSE(controller.value("F0Ac"));
 }
 
-TEST(LinuxSMCService, FollowsAChipThatIsRenumbered) {
+TEST(LinuxSMCService, FollowsARenumberedChip) {
     TemporaryTree tree;
     tree.copyFrom("apple-laptop");
     Controller controller(tree.root());
@@ -177,7 +177,7 @@ TEST(LinuxSMCService, FollowsAChipThatIsRenumbered) {
     EXPECT_EQ(controller.value("F0Ac"), 2500);
 }
 
-TEST(LinuxSMCService, KeepsAFanThatHasNoReadingForAMoment) {
+TEST(LinuxSMCService, KeepsAFanThatTemporarilyHasNoReading) {
     TemporaryTree tree;
     tree.write(at("name"), "thinkpad\n").write(at("fan1_input"), "2000\n");
     Controller controller(tree.root());
@@ -192,7 +192,7 @@ TEST(LinuxSMCService, KeepsAFanThatHasNoReadingForAMoment) {
     EXPECT_EQ(controller.value("F0Ac"), 2100);
 }
 
-TEST(LinuxSMCService, FindsADeviceAgainThatWentAwayUnderItsNumber) {
+TEST(LinuxSMCService, FindsARecreatedDeviceUnderTheSameNumber) {
     TemporaryTree tree;
     tree.write(at("name"), "thinkpad\n").write(at("fan1_input"), "2000\n");
     Controller controller(tree.root());
@@ -207,7 +207,7 @@ TEST(LinuxSMCService, FindsADeviceAgainThatWentAwayUnderItsNumber) {
     EXPECT_EQ(controller.value("F0Ac"), 2100);
 }
 
-TEST(LinuxSMCService, LearnsTheLimitsOfAGraphicsCardOnceItIsAwake) {
+TEST(LinuxSMCService, ReadsTheLimitsOfAGraphicsCardOnceItIsAwake) {
     TemporaryTree tree;
     tree.copyFrom("amd-desktop").write("/sys/class/hwmon/hwmon2/device/power/runtime_status", "suspended\n");
     Controller controller(tree.root());
@@ -222,7 +222,7 @@ TEST(LinuxSMCService, LearnsTheLimitsOfAGraphicsCardOnceItIsAwake) {
     EXPECT_EQ(controller.value("F0Mx"), 3300);
 }
 
-TEST(LinuxSMCService, LearnsALimitThatHadNoReadingForAMoment) {
+TEST(LinuxSMCService, ReadsALimitThatWasTemporarilyUnavailable) {
     TemporaryTree tree;
     tree.write(at("name"), "applesmc\n")
         .write(at("fan1_input"), "2000\n")
@@ -254,7 +254,7 @@ TEST(LinuxSMCService, DoesNotWakeASleepingGraphicsCard) {
     EXPECT_EQ(controller.value("F0Ac"), 1234);
 }
 
-TEST(LinuxSMCService, TakesARepeatingChipOnlyWhereThereIsNoOther) {
+TEST(LinuxSMCService, UsesADuplicatingChipOnlyWithoutAnother) {
     TemporaryTree tree;
     tree.write(at("name"), "acpi_fan\n").write(at("fan1_input"), "3000\n");
     EXPECT_EQ(Controller(tree.root()).value("F0Ac"), 3000);
@@ -266,7 +266,7 @@ TEST(LinuxSMCService, TakesARepeatingChipOnlyWhereThereIsNoOther) {
     EXPECT_EQ(both.value("F0Ac"), 3010);
 }
 
-TEST(LinuxSMCService, TakesARepeatingChipUntilAHeaderOfTheMainboardTurns) {
+TEST(LinuxSMCService, UsesADuplicatingChipUntilAMainboardFanTurns) {
     TemporaryTree tree;
     tree.write(at("name"), "nct6798\n")
         .write(at("fan1_input"), "0\n")
@@ -283,7 +283,7 @@ TEST(LinuxSMCService, TakesARepeatingChipUntilAHeaderOfTheMainboardTurns) {
     EXPECT_EQ(controller.value("F0Ac"), 900);
 }
 
-TEST(LinuxSMCService, AnswersTheKeysOfMoreThanTenFansUpToALimit) {
+TEST(LinuxSMCService, ReadsTheKeysOfMoreThanTenFansUpToALimit) {
     TemporaryTree tree;
     tree.write(at("name"), "corsaircpro\n");
     for (int number = 1; number <= 40; ++number) {

@@ -15,7 +15,7 @@ using test::fixture;
 using test::ManualClock;
 using test::TemporaryTree;
 
-TEST(ParseSwaps, AddsUpDevicesAndFiles) {
+TEST(ParseSwaps, SumsDevicesAndFiles) {
     const auto usage = parseSwaps(
         "Filename\t\t\t\tType\t\tSize\t\tUsed\t\tPriority\n"
         "/dev/zram0                              partition\t8388604\t\t1048576\t\t100\n"
@@ -55,7 +55,7 @@ TEST(LinuxSystemControl, CountsLogicalCoresOfEachLevel) {
     EXPECT_EQ(apple.sysctlByNameText("hw.perflevel1.name"), "Efficiency");
 }
 
-TEST(LinuxSystemControl, HasLevelZeroOnlyWithOneKindOfCore) {
+TEST(LinuxSystemControl, HasOnlyLevelZeroWithOneKindOfCore) {
     ManualClock clock;
     LinuxSystemControl control(clock, fixture("amd-desktop"));
 
@@ -65,7 +65,7 @@ TEST(LinuxSystemControl, HasLevelZeroOnlyWithOneKindOfCore) {
     EXPECT_FALSE(control.sysctlByNameText("hw.perflevel1.name"));
 }
 
-TEST(LinuxSystemControl, TakesTheCoresThatAreLeftForLevelZero) {
+TEST(LinuxSystemControl, UsesTheRemainingCoresForLevelZero) {
     ManualClock clock;
     TemporaryTree tree;
     tree.copyFrom("apple-laptop").write("/proc/stat", "cpu 1 1 1 1\ncpu0 1 1 1 1\ncpu1 1 1 1 1\nintr 0\n");
@@ -75,7 +75,7 @@ TEST(LinuxSystemControl, TakesTheCoresThatAreLeftForLevelZero) {
     EXPECT_FALSE(control.sysctlByNameInt32("hw.perflevel1.physicalcpu"));
 }
 
-TEST(LinuxSystemControl, KnowsOnlyTheNamesInUse) {
+TEST(LinuxSystemControl, SupportsOnlyTheNamesInUse) {
     ManualClock clock;
     LinuxSystemControl control(clock, fixture("vm"));
 
@@ -102,7 +102,7 @@ TEST(LinuxSystemControl, ReportsSwapInBytes) {
     EXPECT_EQ(usage->used, 1048576U * std::uint64_t{1024});
 }
 
-TEST(LinuxSystemControl, TakesSwapFromTheMemoryFiguresWhereThereIsNoList) {
+TEST(LinuxSystemControl, FallsBackToTheMemoryFiguresForSwap) {
     ManualClock clock;
     TemporaryTree tree;
     tree.write("/proc/meminfo", "MemTotal: 100 kB\nSwapTotal: 50 kB\nSwapFree: 20 kB\n");
@@ -114,7 +114,7 @@ TEST(LinuxSystemControl, TakesSwapFromTheMemoryFiguresWhereThereIsNoList) {
     EXPECT_EQ(usage->used, 30720U);
 }
 
-TEST(LinuxSystemControl, AnswersZerosWithoutSwap) {
+TEST(LinuxSystemControl, ReportsZerosWithoutSwap) {
     ManualClock clock;
     for (const auto* machine : {"vm", "container"}) {
         const auto usage = LinuxSystemControl(clock, fixture(machine)).swapUsage();
@@ -124,7 +124,7 @@ TEST(LinuxSystemControl, AnswersZerosWithoutSwap) {
     }
 }
 
-TEST(LinuxSystemControl, TakesThePressureFromStalls) {
+TEST(LinuxSystemControl, DerivesThePressureFromStalls) {
     ManualClock clock;
     constexpr auto name = "kern.memorystatus_vm_pressure_level";
 
@@ -132,7 +132,7 @@ TEST(LinuxSystemControl, TakesThePressureFromStalls) {
     EXPECT_EQ(LinuxSystemControl(clock, fixture("amd-desktop")).sysctlByNameInt32(name), 2);
 }
 
-TEST(LinuxSystemControl, TakesThePressureFromAvailableMemoryWhereStallsAreNotMeasured) {
+TEST(LinuxSystemControl, FallsBackToAvailableMemoryForThePressure) {
     ManualClock clock;
     constexpr auto name = "kern.memorystatus_vm_pressure_level";
     TemporaryTree tree;
@@ -146,7 +146,7 @@ TEST(LinuxSystemControl, TakesThePressureFromAvailableMemoryWhereStallsAreNotMea
     EXPECT_EQ(control.sysctlByNameInt32(name), 1);
 }
 
-TEST(LinuxSystemControl, ACacheThatCanBeGivenBackPressesNobody) {
+TEST(LinuxSystemControl, AReclaimableCacheDoesNotCountAsPressure) {
     ManualClock clock;
     TemporaryTree tree;
     tree.write("/proc/meminfo", "MemTotal: 64000000 kB\nMemAvailable: 2000000 kB\n")
@@ -156,7 +156,7 @@ TEST(LinuxSystemControl, ACacheThatCanBeGivenBackPressesNobody) {
     EXPECT_EQ(control.sysctlByNameInt32("kern.memorystatus_vm_pressure_level"), 1);
 }
 
-TEST(LinuxSystemControl, KnowsWhenTheMachineWasStarted) {
+TEST(LinuxSystemControl, ReportsTheBootTime) {
     ManualClock clock;
     const auto time = LinuxSystemControl(clock, fixture("pc-coretemp")).bootTime();
 
@@ -165,7 +165,7 @@ TEST(LinuxSystemControl, KnowsWhenTheMachineWasStarted) {
     EXPECT_EQ(time->microseconds, 0);
 }
 
-TEST(LinuxSystemControl, ReckonsTheStartFromTheUptimeOtherwise) {
+TEST(LinuxSystemControl, FallsBackToTheUptimeForTheBootTime) {
     ManualClock clock;
     TemporaryTree tree;
     tree.write("/proc/uptime", "100.25 50.00\n");
@@ -177,7 +177,7 @@ TEST(LinuxSystemControl, ReckonsTheStartFromTheUptimeOtherwise) {
     EXPECT_EQ(time->microseconds, 750'000);
 }
 
-TEST(LinuxSystemControl, HasNothingOnAMachineWithoutFiles) {
+TEST(LinuxSystemControl, ReportsNothingOnAMachineWithoutFiles) {
     ManualClock clock;
     LinuxSystemControl control(clock, fixture("no-such-machine"));
 

@@ -14,7 +14,7 @@ namespace {
 using test::fixture;
 using test::TemporaryTree;
 
-TEST(IsFirmwareFiller, KnowsWhatMakersLeaveIn) {
+TEST(IsFirmwareFiller, RecognisesManufacturersPlaceholders) {
     EXPECT_TRUE(isFirmwareFiller("To Be Filled By O.E.M."));
     EXPECT_TRUE(isFirmwareFiller(" System Product Name "));
     EXPECT_TRUE(isFirmwareFiller("Default string"));
@@ -24,19 +24,19 @@ TEST(IsFirmwareFiller, KnowsWhatMakersLeaveIn) {
     EXPECT_FALSE(isFirmwareFiller("B550 AORUS ELITE V2"));
 }
 
-TEST(ParseProcessorBrand, TakesTheModelName) {
+TEST(ParseProcessorBrand, ReadsTheModelName) {
     EXPECT_EQ(parseProcessorBrand("processor\t: 0\nmodel\t\t: 94\nmodel name\t: AMD EPYC   7763 \n"),
               "AMD EPYC 7763");
 }
 
-TEST(ParseProcessorBrand, TakesTheCounterpartsOfOtherArchitectures) {
+TEST(ParseProcessorBrand, ReadsTheEquivalentsOnOtherArchitectures) {
     EXPECT_EQ(parseProcessorBrand("processor : 0\ncpu : POWER9, altivec supported\n"),
               "POWER9, altivec supported");
     EXPECT_EQ(parseProcessorBrand("processor : 0\nuarch : sifive,u74-mc\n"), "sifive,u74-mc");
     EXPECT_EQ(parseProcessorBrand("CPU implementer : 0x41\nCPU part : 0xd08\nHardware : BCM2835\n"), "BCM2835");
 }
 
-TEST(ParseProcessorBrand, PutsArmNumbersIntoWords) {
+TEST(ParseProcessorBrand, TranslatesArmNumbersIntoNames) {
     EXPECT_EQ(parseProcessorBrand("CPU implementer\t: 0x41\nCPU part\t: 0xd05\n\nCPU implementer\t: 0x41\n"
                                   "CPU part\t: 0xd0b\n"),
               "Arm Cortex-A76");
@@ -44,7 +44,7 @@ TEST(ParseProcessorBrand, PutsArmNumbersIntoWords) {
     EXPECT_EQ(parseProcessorBrand("CPU implementer : 0x41\n"), "Arm processor");
 }
 
-TEST(ParseProcessorBrand, IsAbsentWhenNothingIsSaid) {
+TEST(ParseProcessorBrand, IsAbsentWithoutAnyName) {
     EXPECT_FALSE(parseProcessorBrand(""));
     EXPECT_FALSE(parseProcessorBrand("model name\t:\n"));
     EXPECT_FALSE(parseProcessorBrand("model name\t: \xFF\xFE\n"));
@@ -53,7 +53,7 @@ TEST(ParseProcessorBrand, IsAbsentWhenNothingIsSaid) {
     EXPECT_FALSE(parseProcessorBrand(std::string(100000, ':')));
 }
 
-TEST(AppleChipName, ReadsTheListOfTheDeviceTree) {
+TEST(AppleChipName, ReadsTheDeviceTreeList) {
     EXPECT_EQ(appleChipName("apple,j314s\0apple,t6000\0apple,arm-platform\0"sv), "Apple M1 Pro");
     EXPECT_FALSE(appleChipName("raspberrypi,5-model-b\0brcm,bcm2712\0"sv));
     EXPECT_FALSE(appleChipName(""));
@@ -71,7 +71,7 @@ TEST(ReadMachineModel, FallsBackToTheArchitecture) {
     EXPECT_FALSE(readMachineModel(fixture("no-such-machine")));
 }
 
-TEST(ReadMachineModel, SkipsTextThatCannotBeShown) {
+TEST(ReadMachineModel, SkipsTextUnsuitableForDisplay) {
     TemporaryTree tree;
     tree.write("/proc/device-tree/model", "\xFF\xFE")
         .write("/sys/class/dmi/id/product_name", std::string(100000, 'x'))
@@ -80,7 +80,7 @@ TEST(ReadMachineModel, SkipsTextThatCannotBeShown) {
     EXPECT_EQ(readMachineModel(tree.root()), "X570");
 }
 
-TEST(ReadProcessorBrand, NamesEveryMachinesProcessor) {
+TEST(ReadProcessorBrand, NamesTheProcessorOfEveryMachine) {
     EXPECT_EQ(readProcessorBrand(fixture("apple-laptop")), "Apple M1 Pro");
     EXPECT_EQ(readProcessorBrand(fixture("hybrid-laptop")), "12th Gen Intel(R) Core(TM) i7-12700H");
     EXPECT_EQ(readProcessorBrand(fixture("amd-desktop")), "AMD Ryzen 7 5800X 8-Core Processor");

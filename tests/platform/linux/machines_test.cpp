@@ -30,7 +30,7 @@ namespace {
 
 using test::fixture;
 
-/// What every reader makes of a captured machine.
+/// What every reader reports for a captured machine.
 class Machine {
 public:
     explicit Machine(std::string_view name, std::size_t pageSize = 4096)
@@ -146,7 +146,7 @@ TEST(Machines, TheAppleLaptopIsHeldAtItsChargeLimit) {
     EXPECT_EQ(machine.network(), (NetworkTelemetry{0, 0, "wlan0", "10.1.2.3"}));
 }
 
-TEST(Machines, TheVirtualMachineReadsAsTheFallbacks) {
+TEST(Machines, TheVirtualMachineReadsAsFallbacks) {
     Machine machine("vm");
 
     EXPECT_EQ(machine.cpu().coreCount, 2);

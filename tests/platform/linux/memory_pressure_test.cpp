@@ -16,7 +16,7 @@ TEST(ParsePressureStall, ReadsTheTenSecondShares) {
     EXPECT_EQ(stall->full, 0.25);
 }
 
-TEST(ParsePressureStall, DoesWithoutTheSecondLine) {
+TEST(ParsePressureStall, ToleratesAMissingSecondLine) {
     const auto stall = parsePressureStall("some avg10=3.00 avg60=1.00 avg300=0.00 total=1\n");
 
     ASSERT_TRUE(stall);
@@ -42,7 +42,7 @@ TEST(PressureLevel, FollowsTheStalls) {
     EXPECT_EQ(pressureLevel(PressureStall{0, 5}), pressureCritical);
 }
 
-TEST(PressureLevel, FollowsTheAvailableMemoryOtherwise) {
+TEST(PressureLevel, FallsBackToTheAvailableMemory) {
     EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 100}, 0), pressureNormal);
     EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 99}, 0), pressureWarning);
     EXPECT_EQ(pressureLevel(MemoryInfo{.total = 1000, .available = 40}, 0), pressureWarning);

@@ -38,7 +38,7 @@ bool isCharging(const PowerSourceDescription& description) {
     return std::get<bool>(description.find("Is Charging")->second);
 }
 
-TEST(ParsePowerSupply, ReadsTheLinesOfAnEvent) {
+TEST(ParsePowerSupply, ReadsTheLinesOfAnEventFile) {
     const auto supply = parsePowerSupply(
         "DEVTYPE=power_supply\nPOWER_SUPPLY_NAME=BAT0\nPOWER_SUPPLY_TYPE=Battery\nPOWER_SUPPLY_STATUS=Not "
         "charging\n"
@@ -56,7 +56,7 @@ TEST(ParsePowerSupply, ReadsTheLinesOfAnEvent) {
     EXPECT_EQ(supply.health, "Overheat");
 }
 
-TEST(ParsePowerSupply, LeavesOutWhatIsMalformed) {
+TEST(ParsePowerSupply, SkipsMalformedLines) {
     const auto supply = parsePowerSupply(
         "POWER_SUPPLY_CAPACITY=\nPOWER_SUPPLY_CHARGE_NOW=99999999999999999999\nPOWER_SUPPLY_CHARGE_FULL=lots\n"
         "POWER_SUPPLY_ENERGY_NOW=-9223372036854775808\nPOWER_SUPPLY_HEALTH=\xFF\xFE\nPOWER_SUPPLY_STATUS\n=\n"
@@ -71,7 +71,7 @@ TEST(ParsePowerSupply, LeavesOutWhatIsMalformed) {
     EXPECT_EQ(parsePowerSupply("").kind, Kind::other);
 }
 
-TEST(ParsePowerSupply, TakesNoAmountThatNoBatteryHolds) {
+TEST(ParsePowerSupply, RejectsAmountsBeyondAnyBattery) {
     const auto largest =
         parsePowerSupply("POWER_SUPPLY_ENERGY_NOW=9999999999\nPOWER_SUPPLY_POWER_NOW=-9999999999\n");
     const auto absurd =
@@ -83,7 +83,7 @@ TEST(ParsePowerSupply, TakesNoAmountThatNoBatteryHolds) {
     EXPECT_FALSE(absurd.powerNow);
 }
 
-TEST(ParseSupplyKind, TakesMainsUsbAndWirelessForChargers) {
+TEST(ParseSupplyKind, TreatsMainsUsbAndWirelessAsChargers) {
     EXPECT_EQ(parseSupplyKind("Battery\n"), Kind::battery);
     EXPECT_EQ(parseSupplyKind("Mains\n"), Kind::charger);
     EXPECT_EQ(parseSupplyKind("USB_PD\n"), Kind::charger);
@@ -92,7 +92,7 @@ TEST(ParseSupplyKind, TakesMainsUsbAndWirelessForChargers) {
     EXPECT_EQ(parseSupplyKind(""), Kind::other);
 }
 
-TEST(DescribeBatteries, StatesChargeInMilliampereHours) {
+TEST(DescribeBatteries, ReportsChargeInMilliampereHours) {
     auto one = battery(Status::discharging);
     one.chargeNow = 4'249'000;
     one.chargeFull = 5'311'000;
@@ -125,7 +125,7 @@ TEST(DescribeBatteries, ConvertsEnergyByTheDesignVoltage) {
     EXPECT_FALSE(description->contains("Time to Empty"));
 }
 
-TEST(DescribeBatteries, StatesPercentWhereNothingElseIsKnown) {
+TEST(DescribeBatteries, ReportsPercentIfNothingElseIsKnown) {
     auto one = battery(Status::discharging);
     one.capacityPercent = 37;
     auto withoutVoltage = battery(Status::discharging);
@@ -141,7 +141,7 @@ TEST(DescribeBatteries, StatesPercentWhereNothingElseIsKnown) {
     EXPECT_EQ(integer(*other, "Max Capacity"), 100);
 }
 
-TEST(DescribeBatteries, NeverStatesMoreThanFull) {
+TEST(DescribeBatteries, NeverReportsMoreThanFull) {
     auto one = battery(Status::full);
     one.chargeNow = 6'000'000;
     one.chargeFull = 5'000'000;
@@ -152,7 +152,7 @@ TEST(DescribeBatteries, NeverStatesMoreThanFull) {
     EXPECT_EQ(integer(*describeBatteries({other}), "Current Capacity"), 100);
 }
 
-TEST(DescribeBatteries, AddsUpSeveralBatteriesByTheirEnergy) {
+TEST(DescribeBatteries, CombinesSeveralBatteriesByEnergy) {
     auto inner = battery(Status::notCharging);
     inner.energyNow = 20'000'000;
     inner.energyFull = 20'000'000;
@@ -186,7 +186,7 @@ TEST(DescribeBatteries, IsPluggedInWhileOneOfTwoCharges) {
     EXPECT_TRUE(isCharging(*description));
 }
 
-TEST(DescribeBatteries, TakesTheMeanPercentageWhereAnEnergyIsUnknown) {
+TEST(DescribeBatteries, FallsBackToTheMeanPercentageIfAnEnergyIsUnknown) {
     auto first = battery(Status::discharging);
     first.capacityPercent = 40;
     auto second = battery(Status::discharging);
@@ -203,7 +203,7 @@ TEST(DescribeBatteries, IsPluggedInWhileHeldAtALimit) {
     EXPECT_FALSE(isCharging(*description));
 }
 
-TEST(DescribeBatteries, IsPluggedInByTheChargerHoweverTheBatteryFares) {
+TEST(DescribeBatteries, PrefersTheChargerOverTheBatteryStatus) {
     EXPECT_EQ(text(*describeBatteries({battery(Status::discharging), charger(true)}), "Power Source State"),
               "AC Power");
     EXPECT_EQ(text(*describeBatteries({battery(Status::full), charger(false)}), "Power Source State"),
@@ -214,7 +214,7 @@ TEST(DescribeBatteries, IsPluggedInByTheChargerHoweverTheBatteryFares) {
     EXPECT_EQ(text(*describeBatteries({battery(Status::unknown)}), "Power Source State"), "Battery Power");
 }
 
-TEST(DescribeBatteries, CannotTellTheTimeWithoutADischarge) {
+TEST(DescribeBatteries, NeedsACurrentOrAGaugeForTheRemainingTime) {
     auto one = battery(Status::discharging);
     one.chargeNow = 4'000'000;
     one.chargeFull = 5'000'000;
@@ -225,7 +225,7 @@ TEST(DescribeBatteries, CannotTellTheTimeWithoutADischarge) {
     EXPECT_EQ(integer(*describeBatteries({one}), "Time to Empty"), 61);
 }
 
-TEST(DescribeBatteries, DoesNotBelieveThatABatteryLastsForWeeks) {
+TEST(DescribeBatteries, RejectsARemainingTimeOfWeeks) {
     auto one = battery(Status::discharging);
     one.chargeNow = 10'080'000;
     one.currentNow = 60'000;
@@ -237,7 +237,7 @@ TEST(DescribeBatteries, DoesNotBelieveThatABatteryLastsForWeeks) {
     EXPECT_EQ(integer(*describeBatteries({one}), "Time to Empty"), -1);
 }
 
-TEST(DescribeBatteries, ComputesTheTimeThatAGaugeDoesNotKnow) {
+TEST(DescribeBatteries, ComputesTheTimeIfTheGaugeReportsNone) {
     constexpr std::int64_t unknownMinutes = 65535;
     auto one = battery(Status::discharging);
     one.timeToEmptySeconds = unknownMinutes * 60;
@@ -263,7 +263,7 @@ TEST(DescribeBatteries, RecommendsServiceBelowFourFifthsOfTheDesign) {
     EXPECT_EQ(text(*describeBatteries({one}), "BatteryHealth"), "Normal");
 }
 
-TEST(DescribeBatteries, IsNothingForAnEmptyBayAMouseOrAChargerAlone) {
+TEST(DescribeBatteries, IsAbsentForAnEmptyBayAMouseOrAChargerAlone) {
     auto empty = battery(Status::unknown);
     empty.isPresent = false;
     auto mouse = battery(Status::discharging);
@@ -273,7 +273,7 @@ TEST(DescribeBatteries, IsNothingForAnEmptyBayAMouseOrAChargerAlone) {
     EXPECT_FALSE(describeBatteries({}));
 }
 
-TEST(DescribeBatteries, SurvivesAbsurdFigures) {
+TEST(DescribeBatteries, ToleratesAbsurdValues) {
     const auto absurd = parsePowerSupply(
         "POWER_SUPPLY_TYPE=Battery\nPOWER_SUPPLY_STATUS=Discharging\nPOWER_SUPPLY_CHARGE_NOW=9999999999\n"
         "POWER_SUPPLY_CHARGE_FULL=1\nPOWER_SUPPLY_VOLTAGE_NOW=9999999999\nPOWER_SUPPLY_CURRENT_NOW=1\n"

@@ -39,7 +39,7 @@ TEST(ParseMemoryInfo, FindsTheFiguresInAnyOrder) {
     EXPECT_EQ(info->swapFree, 1024U);
 }
 
-TEST(ParseMemoryInfo, EstimatesWhatIsAvailableOnOldKernels) {
+TEST(ParseMemoryInfo, EstimatesAvailableMemoryOnOldKernels) {
     const auto info = parseMemoryInfo(
         "MemTotal: 1000 kB\nMemFree: 200 kB\nBuffers: 30 kB\nCached: 300 kB\nShmem: 100 kB\nSReclaimable: 40 "
         "kB\n");
@@ -67,7 +67,7 @@ TEST(ParseMemoryInfo, IsAbsentWithoutATotal) {
     EXPECT_FALSE(parseMemoryInfo(std::string(100000, '\0')));
 }
 
-TEST(VirtualMemoryStatistics, AddsUpToWhatLinuxToolsCallUsed) {
+TEST(VirtualMemoryStatistics, AddsUpToWhatLinuxToolsReportAsUsed) {
     const MemoryInfo info{.total = 1000 * page,
                           .free = 200 * page,
                           .available = 600 * page,
@@ -93,7 +93,7 @@ TEST(VirtualMemoryStatistics, CountsTheZfsCacheAboveItsMinimumAsReclaimable) {
     EXPECT_EQ(statistics.inactiveCount, 350U);
 }
 
-TEST(VirtualMemoryStatistics, NeverGivesAShareMoreThanIsUsed) {
+TEST(VirtualMemoryStatistics, NeverAssignsAShareBeyondTheUsedMemory) {
     const MemoryInfo info{.total = 100 * page,
                           .free = 95 * page,
                           .available = 90 * page,
@@ -108,7 +108,7 @@ TEST(VirtualMemoryStatistics, NeverGivesAShareMoreThanIsUsed) {
     EXPECT_EQ(statistics.inactiveCount, 0U);
 }
 
-TEST(VirtualMemoryStatistics, SurvivesPoolsOfAbsurdSizes) {
+TEST(VirtualMemoryStatistics, ToleratesPoolsOfAbsurdSizes) {
     const MemoryInfo info{.total = 100 * page, .free = 0, .available = 50 * page, .zswapPool = ~std::uint64_t{0}};
     const MemoryPools pools{.zramPool = ~std::uint64_t{0}, .reclaimableFileCache = ~std::uint64_t{0}};
 
@@ -125,7 +125,7 @@ TEST(ParseZramPool, ReadsTheThirdNumber) {
     EXPECT_FALSE(parseZramPool("1 2 x"));
 }
 
-TEST(ParseReclaimableArc, IsTheSizeLessTheMinimum) {
+TEST(ParseReclaimableArc, IsTheSizeMinusTheMinimum) {
     EXPECT_EQ(parseReclaimableArc("13 1 0x01 147\nname type data\nc_min 4 1000\nc_max 4 90000\nsize 4 7000\n"),
               6000U);
     EXPECT_EQ(parseReclaimableArc("c_min 4 1000\nsize 4 700\n"), 0U);

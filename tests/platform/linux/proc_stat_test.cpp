@@ -7,7 +7,7 @@
 namespace kestro {
 namespace {
 
-TEST(ParseProcStatCores, CountsWaitingAsIdleAndInterruptsAndStolenTimeAsSystem) {
+TEST(ParseProcStatCores, CountsIOWaitAsIdleAndInterruptsAndStolenTimeAsSystem) {
     std::vector<CoreTicks> cores;
 
     const bool isComplete =
@@ -33,7 +33,7 @@ TEST(ParseProcStatCores, WrapsTicksTo32Bits) {
     EXPECT_EQ(cores, (std::vector{CoreTicks{0, 1, 2, 4, 2}}));
 }
 
-TEST(ParseProcStatCores, AsksForMoreUntilALineOfAnotherKindBegins) {
+TEST(ParseProcStatCores, RequestsMoreTextUntilALineOfAnotherKindBegins) {
     std::vector<CoreTicks> cores;
 
     EXPECT_FALSE(parseProcStatCores("", cores));
@@ -43,7 +43,7 @@ TEST(ParseProcStatCores, AsksForMoreUntilALineOfAnotherKindBegins) {
     EXPECT_TRUE(parseProcStatCores("cpu 1 2 3 4\ncpu0 1 2 3 4\nintr 12 3\n", cores));
 }
 
-TEST(ParseProcStatCores, LeavesOutMalformedLines) {
+TEST(ParseProcStatCores, SkipsMalformedLines) {
     std::vector<CoreTicks> cores;
 
     parseProcStatCores(

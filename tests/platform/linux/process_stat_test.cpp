@@ -31,7 +31,7 @@ TEST(ProcessStat, TheNameEndsAtTheLastParenthesis) {
     EXPECT_EQ(stat->processorTicks, 154u);
 }
 
-TEST(ProcessStat, AnEmptyNameIsAName) {
+TEST(ProcessStat, AcceptsAnEmptyName) {
     const std::string text = "7 ()" + tail;
     const auto stat = parseProcessStat(text);
 
@@ -39,7 +39,7 @@ TEST(ProcessStat, AnEmptyNameIsAName) {
     EXPECT_EQ(stat->name, "");
 }
 
-TEST(ProcessStat, ANegativeResidentSizeIsNone) {
+TEST(ProcessStat, TreatsANegativeResidentSizeAsZero) {
     const auto stat =
         parseProcessStat("7 (x) S 1 1 1 0 -1 4194560 2000 0 5 0 120 34 7 8 20 0 3 0 4567 170000000 -3 1\n");
 
@@ -47,7 +47,7 @@ TEST(ProcessStat, ANegativeResidentSizeIsNone) {
     EXPECT_EQ(stat->residentPages, 0u);
 }
 
-TEST(ProcessStat, AnythingElseIsNoProcess) {
+TEST(ProcessStat, RejectsAnythingElse) {
     const std::string whole = "812 (nginx)" + tail;
 
     for (std::size_t length = 0; length < whole.find(" 2500 ") + 6; ++length) {

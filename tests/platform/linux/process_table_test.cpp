@@ -14,7 +14,7 @@
 namespace kestro {
 namespace {
 
-/// A made-up /proc with processes whose counters a test sets, and a clock that it turns.
+/// A fake /proc with processes whose counters a test sets, and a clock that the test advances.
 class ProcessTableTest : public testing::Test {
 protected:
     void process(int pid, const std::string& name, double processorSeconds, std::uint64_t residentPages,
@@ -61,7 +61,7 @@ std::string field(const std::string& row, int index) {
     return word;
 }
 
-TEST_F(ProcessTableTest, CountsANewProcessFromItsStart) {
+TEST_F(ProcessTableTest, MeasuresANewProcessFromItsStart) {
     process(10, "half", 50, 100, 900);
 
     const auto found = rows(ProcessTable::Order::processor);
@@ -116,7 +116,7 @@ TEST_F(ProcessTableTest, MeasuresAgainstTheLatestListingThatIsOldEnough) {
     EXPECT_EQ(field(found[0], 1), "50.0");
 }
 
-TEST_F(ProcessTableTest, TheSecondListingSoonAfterTheFirstCountsFromTheStartToo) {
+TEST_F(ProcessTableTest, ASecondListingSoonAfterTheFirstAlsoMeasuresFromTheStart) {
     process(10, "half", 50, 100, 900);
     rows(ProcessTable::Order::processor);
     process(10, "half", 50.01, 100, 900);
@@ -138,7 +138,7 @@ TEST_F(ProcessTableTest, AReusedProcessIdIsANewProcess) {
     EXPECT_EQ(field(found[0], 1), "10.0");
 }
 
-TEST_F(ProcessTableTest, ACounterThatWentBackReadsAsIdle) {
+TEST_F(ProcessTableTest, ACounterThatWentBackwardsReadsAsIdle) {
     process(10, "odd", 500, 100);
     rows(ProcessTable::Order::processor);
     now += 10;
@@ -149,7 +149,7 @@ TEST_F(ProcessTableTest, ACounterThatWentBackReadsAsIdle) {
     EXPECT_EQ(field(found[0], 1), "0.0");
 }
 
-TEST_F(ProcessTableTest, SortsByProcessorUseOrResidentMemory) {
+TEST_F(ProcessTableTest, SortsByCPUUseOrResidentMemory) {
     process(10, "small", 900, 10);
     process(11, "large", 100, 5000);
     process(12, "middle", 500, 700);
@@ -162,7 +162,7 @@ TEST_F(ProcessTableTest, SortsByProcessorUseOrResidentMemory) {
     EXPECT_EQ(field(byMemory[0], 3), std::to_string(5000 * sysconf(_SC_PAGESIZE) / 1024));
 }
 
-TEST_F(ProcessTableTest, ShowsTheExecutableAndOtherwiseTheKernelsName) {
+TEST_F(ProcessTableTest, ShowsTheExecutableOrElseTheKernelsName) {
     process(10, "Web Content", 1, 300, 0, "/opt/My Browser/browser (deleted)");
     process(11, "kworker/0:1-ev (x)", 1, 200);
 
@@ -185,7 +185,7 @@ TEST_F(ProcessTableTest, AProcessCannotHideBehindItsName) {
     EXPECT_TRUE(found[2].ends_with(" x\u2215ps")) << found[2];
 }
 
-TEST_F(ProcessTableTest, AProcessOfAMomentIsMeasuredOverOneTick) {
+TEST_F(ProcessTableTest, MeasuresAShortLivedProcessOverOneTick) {
     const double tick = 1.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
     process(10, "young", tick, 100, 1000);
     now = 1000 + tick / 100;
@@ -193,13 +193,13 @@ TEST_F(ProcessTableTest, AProcessOfAMomentIsMeasuredOverOneTick) {
     EXPECT_EQ(field(rows(ProcessTable::Order::processor)[0], 1), "100.0");
 }
 
-TEST_F(ProcessTableTest, AProcessThatIsYetToStartReadsAsIdle) {
+TEST_F(ProcessTableTest, AProcessWithAFutureStartReadsAsIdle) {
     process(10, "future", 5, 100, 2000);
 
     EXPECT_EQ(field(rows(ProcessTable::Order::processor)[0], 1), "0.0");
 }
 
-TEST_F(ProcessTableTest, AHostileNameStaysOneLineOfText) {
+TEST_F(ProcessTableTest, SanitisesAHostileNameToOneLineOfText) {
     process(10, "a\nb\xff\x1b[2J", 1, 300);
 
     const auto found = rows(ProcessTable::Order::processor);
@@ -208,7 +208,7 @@ TEST_F(ProcessTableTest, AHostileNameStaysOneLineOfText) {
     EXPECT_TRUE(found[0].ends_with(" a?b\xEF\xBF\xBD?[2J")) << found[0];
 }
 
-TEST_F(ProcessTableTest, FormatsNoMoreRowsThanAListCanNeed) {
+TEST_F(ProcessTableTest, LimitsTheNumberOfRows) {
     for (int pid = 1; pid <= 150; ++pid) {
         process(pid, "p", pid, 100);
     }
@@ -219,7 +219,7 @@ TEST_F(ProcessTableTest, FormatsNoMoreRowsThanAListCanNeed) {
     EXPECT_EQ(field(found[0], 0), "150");
 }
 
-TEST_F(ProcessTableTest, PassesOverWhatIsNoProcess) {
+TEST_F(ProcessTableTest, SkipsEntriesThatAreNotProcesses) {
     process(10, "real", 1, 100);
     root.write("proc/11/stat", "garbage");
     root.write("proc/12/stat", "");
@@ -229,7 +229,7 @@ TEST_F(ProcessTableTest, PassesOverWhatIsNoProcess) {
     EXPECT_EQ(rows(ProcessTable::Order::processor).size(), 1u);
 }
 
-TEST_F(ProcessTableTest, AProcessThatEndedIsGone) {
+TEST_F(ProcessTableTest, DropsAProcessThatEnded) {
     process(10, "ends", 1, 100);
     process(11, "stays", 1, 100);
     rows(ProcessTable::Order::processor);
@@ -248,7 +248,7 @@ TEST(ProcessTable, AnUnreadableProcListsNothing) {
     EXPECT_EQ(table.list(ProcessTable::Order::processor), "    PID  %CPU %MEM      RSS COMM\n");
 }
 
-TEST(ProcessTable, ListsThisProcessOfTheRealMachine) {
+TEST(ProcessTable, ListsThisProcessOnTheRealMachine) {
     ProcessTable table;
 
     const auto text = table.list(ProcessTable::Order::residentMemory);
@@ -256,7 +256,7 @@ TEST(ProcessTable, ListsThisProcessOfTheRealMachine) {
     EXPECT_NE(text.find("linux_tests"), std::string::npos);
 }
 
-TEST(ValidText, KeepsTextAndReplacesTheRest) {
+TEST(ValidText, KeepsValidTextAndReplacesTheRest) {
     EXPECT_EQ(validText("plain · ☕ 🍃"), "plain · ☕ 🍃");
     EXPECT_EQ(validText("\xC0\xAF"), "\xEF\xBF\xBD\xEF\xBF\xBD");            // overlong
     EXPECT_EQ(validText("\xED\xA0\x80").size(), 9u);                         // a surrogate

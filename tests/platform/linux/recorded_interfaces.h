@@ -13,7 +13,7 @@
 
 namespace kestro::test {
 
-/// Replays the list of interfaces from a machine's file "getifaddrs", one entry a line: the name, the flags in
+/// Replays the interface list from a machine's file "getifaddrs", one entry per line: the name, the flags in
 /// hexadecimal, and "link", "ipv4" with the address, or "other".
 class RecordedInterfaces final : public InterfaceSource {
 public:

@@ -31,7 +31,7 @@ TEST_F(SearchScheduleTest, SearchesAtFirstAndThenChecksEveryTenSeconds) {
     EXPECT_EQ(dueAfter(1s), Due::nothing);
 }
 
-TEST_F(SearchScheduleTest, SearchesWhenADeviceCame) {
+TEST_F(SearchScheduleTest, SearchesWhenADeviceAppears) {
     ASSERT_EQ(dueAfter(0s), Due::search);
 
     tree.write("/hwmon0", "");
@@ -41,7 +41,7 @@ TEST_F(SearchScheduleTest, SearchesWhenADeviceCame) {
     EXPECT_EQ(dueAfter(10s), Due::check);
 }
 
-TEST_F(SearchScheduleTest, SearchesSoonAfterADeviceWasFoundGone) {
+TEST_F(SearchScheduleTest, SearchesSoonAfterADeviceIsGone) {
     ASSERT_EQ(dueAfter(0s), Due::search);
 
     schedule.noteGone();
@@ -51,7 +51,7 @@ TEST_F(SearchScheduleTest, SearchesSoonAfterADeviceWasFoundGone) {
     EXPECT_EQ(dueAfter(2s), Due::nothing);
 }
 
-TEST_F(SearchScheduleTest, SearchesLessAndLessOftenWhileThatDoesNotHelp) {
+TEST_F(SearchScheduleTest, BacksOffWhileSearchingDoesNotHelp) {
     ASSERT_EQ(dueAfter(0s), Due::search);
 
     int searches = 0;
@@ -64,7 +64,7 @@ TEST_F(SearchScheduleTest, SearchesLessAndLessOftenWhileThatDoesNotHelp) {
     EXPECT_GE(searches, 10);
 }
 
-TEST_F(SearchScheduleTest, SearchesSoonAgainAfterATimeWithoutLosses) {
+TEST_F(SearchScheduleTest, SearchesSoonAgainAfterAPeriodWithoutLosses) {
     ASSERT_EQ(dueAfter(0s), Due::search);
     for (int second = 0; second < 120; ++second) {
         schedule.noteGone();

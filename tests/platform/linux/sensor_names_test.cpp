@@ -10,7 +10,7 @@ HwmonChip chip(std::string name) {
     return {{}, {}, std::move(name), kind};
 }
 
-TEST(SensorName, MakesTheProcessorsOwnChipsDieSensors) {
+TEST(SensorName, TreatsProcessorChipsAsDieSensors) {
     EXPECT_EQ(sensorName(chip("coretemp"), 1, "Package id 0"), "CPU Package");
     EXPECT_EQ(sensorName(chip("coretemp"), 1, "Package id 1"), "CPU Package 1");
     EXPECT_EQ(sensorName(chip("coretemp"), 2, "Core 0"), "CPU Core 0");
@@ -23,12 +23,12 @@ TEST(SensorName, KeepsTheControllersFullNames) {
     EXPECT_EQ(sensorName(chip("macsmc_hwmon"), 9, std::nullopt), "macsmc_hwmon temp9");
 }
 
-TEST(SensorName, TellsOthersByChipAndLabel) {
+TEST(SensorName, NamesOthersByChipAndLabel) {
     EXPECT_EQ(sensorName(chip("nvme"), 1, "Composite"), "nvme Composite");
     EXPECT_EQ(sensorName(chip("acpitz"), 1, std::nullopt), "acpitz temp1");
 }
 
-TEST(IsDieName, FollowsTheReadersWords) {
+TEST(IsDieName, MatchesTheReadersKeywords) {
     EXPECT_TRUE(isDieName("PMU tdie1"));
     EXPECT_TRUE(isDieName("SoC die"));
     EXPECT_TRUE(isDieName("cpu-thermal"));
@@ -36,7 +36,7 @@ TEST(IsDieName, FollowsTheReadersWords) {
     EXPECT_FALSE(isDieName("nvme Composite"));
 }
 
-TEST(NameOutsideDie, LeavesNoWordOfTheDie) {
+TEST(NameOutsideDie, RemovesEveryDieKeyword) {
     EXPECT_EQ(nameOutsideDie("thinkpad CPU"), "thinkpad processor");
     EXPECT_EQ(nameOutsideDie("board Socket CPU"), "board packageket processor");
     EXPECT_FALSE(isDieName(nameOutsideDie("cpu CPU Cpu soc SOC tdie")));
@@ -48,7 +48,7 @@ TEST(ZoneName, NamesThePackageZone) {
     EXPECT_EQ(zoneName("cpu-thermal"), "cpu-thermal");
 }
 
-TEST(IsFloatingInput, KnowsTheInputsThatBoardsLeaveOpen) {
+TEST(IsFloatingInput, RecognisesInputsThatBoardsLeaveOpen) {
     EXPECT_TRUE(isFloatingInput("AUXTIN3"));
     EXPECT_TRUE(isFloatingInput("CPUTIN"));
     EXPECT_FALSE(isFloatingInput("SYSTIN"));

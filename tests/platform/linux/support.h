@@ -15,7 +15,7 @@ inline std::string fixture(std::string_view machine) {
     return std::string(KESTRO_SOURCE_DIR "/tests/fixtures/").append(machine);
 }
 
-/// A machine's file system that a test writes file by file; deleted with this object.
+/// A machine's file system that a test writes file by file; deleted when this object is destroyed.
 class TemporaryTree {
 public:
     const std::string& root() const { return root_; }
@@ -23,7 +23,7 @@ public:
     /// Writes a file in place, as the kernel changes an attribute: an open descriptor sees the new content.
     TemporaryTree& write(std::string_view path, std::string_view content);
 
-    /// Deletes a file or a directory with all it holds.
+    /// Deletes a file, or a directory with everything in it.
     TemporaryTree& remove(std::string_view path);
 
     TemporaryTree& rename(std::string_view from, std::string_view to);
@@ -34,7 +34,7 @@ private:
     std::string root_ = directory_.path().string();
 };
 
-/// A clock that stands still until a test turns it.
+/// A clock that is stopped until a test advances it.
 class ManualClock final : public Clock {
 public:
     WallTime wallNow() const override { return wall_; }

@@ -6,7 +6,7 @@ using namespace std::string_view_literals;
 
 namespace kestro {
 
-TEST(TextParsing, CutsLinesWithAndWithoutALastLineBreak) {
+TEST(TextParsing, SplitsLinesWithAndWithoutATrailingLineBreak) {
     auto rest = "one\n\ntwo"sv;
 
     EXPECT_EQ(takeLine(rest), "one");
@@ -16,7 +16,7 @@ TEST(TextParsing, CutsLinesWithAndWithoutALastLineBreak) {
     EXPECT_EQ(takeLine(rest), "");
 }
 
-TEST(TextParsing, CutsFieldsAtBlanksAndTabs) {
+TEST(TextParsing, SplitsFieldsAtBlanksAndTabs) {
     auto rest = "  a\t\tbc "sv;
 
     EXPECT_EQ(takeField(rest), "a");
@@ -24,7 +24,7 @@ TEST(TextParsing, CutsFieldsAtBlanksAndTabs) {
     EXPECT_EQ(takeField(rest), "");
 }
 
-TEST(TextParsing, TakesOnlyWholeNumbersInRange) {
+TEST(TextParsing, AcceptsOnlyIntegersInRange) {
     EXPECT_EQ(parseInteger<std::int32_t>(" -42\n"), -42);
     EXPECT_EQ(parseInteger<std::uint64_t>("18446744073709551615"), 18446744073709551615ULL);
     EXPECT_FALSE(parseInteger<std::uint64_t>("18446744073709551616"));
@@ -34,7 +34,7 @@ TEST(TextParsing, TakesOnlyWholeNumbersInRange) {
     EXPECT_FALSE(parseInteger<std::int32_t>("N/A"));
 }
 
-TEST(TextParsing, TakesOnlyFiniteDecimals) {
+TEST(TextParsing, AcceptsOnlyFiniteDecimals) {
     EXPECT_EQ(parseDecimal("0.25\n"), 0.25);
     EXPECT_FALSE(parseDecimal("nan"));
     EXPECT_FALSE(parseDecimal("inf"));
@@ -42,13 +42,13 @@ TEST(TextParsing, TakesOnlyFiniteDecimals) {
     EXPECT_FALSE(parseDecimal("0,25"));
 }
 
-TEST(TextParsing, ShowsTheFirstLineTrimmedWithItsBlanksMadeOne) {
+TEST(TextParsing, ShowsTheFirstLineTrimmedWithBlanksCollapsed) {
     EXPECT_EQ(displayText(" AMD Ryzen   7 \t5800X  \nsecond"), "AMD Ryzen 7 5800X");
     EXPECT_EQ(displayText("Apple MacBook\0other"sv), "Apple MacBook");
     EXPECT_EQ(displayText("\n\nGrün ☕\n"), "Grün ☕");
 }
 
-TEST(TextParsing, ShowsNoTextThatIsEmptyUnreadableOrTooLong) {
+TEST(TextParsing, RejectsTextThatIsEmptyUnreadableOrTooLong) {
     EXPECT_FALSE(displayText(""));
     EXPECT_FALSE(displayText(" \n\0 "sv));
     EXPECT_FALSE(displayText("bell \a"));
@@ -58,7 +58,7 @@ TEST(TextParsing, ShowsNoTextThatIsEmptyUnreadableOrTooLong) {
     EXPECT_TRUE(displayText(std::string(256, 'x')));
 }
 
-TEST(TextParsing, KnowsWellFormedUtf8) {
+TEST(TextParsing, RecognisesWellFormedUtf8) {
     EXPECT_TRUE(isValidUtf8("a\xC2\x80\xE0\xA0\x80\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"));
     EXPECT_FALSE(isValidUtf8("\xC0\x80"));
     EXPECT_FALSE(isValidUtf8("\xE0\x9F\xBF"));

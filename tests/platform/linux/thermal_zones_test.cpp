@@ -9,7 +9,7 @@
 namespace kestro {
 namespace {
 
-TEST(ParseMillidegrees, TakesWhatASensorCanMeasure) {
+TEST(ParseMillidegrees, AcceptsPlausibleTemperatures) {
     EXPECT_EQ(parseMillidegrees("61500\n"), 61500);
     EXPECT_EQ(parseMillidegrees("-5000\n"), -5000);
     EXPECT_FALSE(parseMillidegrees("-274000\n"));
@@ -19,7 +19,7 @@ TEST(ParseMillidegrees, TakesWhatASensorCanMeasure) {
     EXPECT_FALSE(parseMillidegrees("\xFF"));
 }
 
-TEST(ParseTripKind, KnowsTheKindsThatSlowOrStopTheMachine) {
+TEST(ParseTripKind, RecognisesTheKindsThatSlowOrStopTheMachine) {
     EXPECT_EQ(parseTripKind("passive\n"), TripPoint::Kind::passive);
     EXPECT_EQ(parseTripKind("hot\n"), TripPoint::Kind::hot);
     EXPECT_EQ(parseTripKind("critical\n"), TripPoint::Kind::critical);
@@ -38,7 +38,7 @@ TEST(ThermalStateAt, IsTheWorstTripPointReached) {
     EXPECT_EQ(thermalStateAt({}, 200000), 0);
 }
 
-TEST(ReadThermalZones, ListsTheZonesByNumberWithTheTripPointsThatAreSet) {
+TEST(ReadThermalZones, ListsZonesByNumberWithTheTripPointsThatAreSet) {
     const auto zones = readThermalZones(test::fixture("hybrid-laptop"));
 
     ASSERT_EQ(zones.size(), 4U);
@@ -49,7 +49,7 @@ TEST(ReadThermalZones, ListsTheZonesByNumberWithTheTripPointsThatAreSet) {
     EXPECT_EQ(zones[3].trips.size(), 1U);
 }
 
-TEST(ReadThermalZones, SortsByNumberAndLeavesOutDisabledAndUnreadableOnes) {
+TEST(ReadThermalZones, SortsByNumberAndSkipsDisabledAndUnreadableZones) {
     test::TemporaryTree tree;
     tree.write("/sys/class/thermal/thermal_zone10/type", "ten\n")
         .write("/sys/class/thermal/thermal_zone9/type", "nine\n")
@@ -67,7 +67,7 @@ TEST(ReadThermalZones, SortsByNumberAndLeavesOutDisabledAndUnreadableOnes) {
     EXPECT_EQ(zones[1].type, "ten");
 }
 
-TEST(ReadThermalZones, TakesTheFirstOfHundreds) {
+TEST(ReadThermalZones, LimitsTheNumberOfZones) {
     test::TemporaryTree tree;
     for (int number = 0; number < 200; ++number) {
         const auto zone = std::to_string(number);

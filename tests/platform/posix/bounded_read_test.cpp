@@ -20,7 +20,7 @@ struct BoundedRead : ::testing::Test {
     }
 };
 
-TEST_F(BoundedRead, ReadsAWholeFileThatIsShorterThanTheLimit) {
+TEST_F(BoundedRead, ReadsAWholeFileShorterThanTheLimit) {
     const auto file = opened("standard");
 
     EXPECT_EQ(readAtMost(file.get(), 64), "standard");
@@ -38,12 +38,12 @@ TEST_F(BoundedRead, StopsAtTheLimit) {
     EXPECT_EQ(readAtMost(file.get(), 5), "stand");
 }
 
-TEST_F(BoundedRead, JoinsWhatComesInPieces) {
+TEST_F(BoundedRead, JoinsPartialReads) {
     std::array<int, 2> ends{};
     ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC | O_DIRECT), 0);
     const Descriptor reader(ends[0]);
     Descriptor writer(ends[1]);
-    // Each write is a packet of its own, and a read returns one.
+    // Each write is a separate packet, and a read returns one packet.
     ASSERT_EQ(::write(writer.get(), "stan", 4), 4);
     ASSERT_EQ(::write(writer.get(), "dard", 4), 4);
     writer.close();
@@ -51,7 +51,7 @@ TEST_F(BoundedRead, JoinsWhatComesInPieces) {
     EXPECT_EQ(readAtMost(reader.get(), 64), "standard");
 }
 
-TEST_F(BoundedRead, HasNothingToTellOfAFileThatCannotBeRead) {
+TEST_F(BoundedRead, FailsForAFileThatCannotBeRead) {
     const auto unreadable = opened("standard", O_WRONLY);
 
     EXPECT_EQ(readAtMost(unreadable.get(), 64), std::nullopt);

@@ -22,7 +22,7 @@ SMCRecord record(std::uint32_t key, std::uint8_t command, std::uint8_t size = 0)
     return input;
 }
 
-/// Busy share of everything between two readings, in percent.
+/// Busy share of all cores between two readings, in percent.
 double totalUsage(const ProcessorLoadInfo& before, const ProcessorLoadInfo& after) {
     double busy = 0;
     double all = 0;
@@ -34,7 +34,7 @@ double totalUsage(const ProcessorLoadInfo& before, const ProcessorLoadInfo& afte
     return busy / all * 100;
 }
 
-TEST(SimulatedMac, CountsTheArraysThatAreOutAndTheOnesGivenBackWrongly) {
+TEST(SimulatedMac, CountsOutstandingArraysAndWrongDeallocations) {
     SimulatedMac mac;
     auto& host = mac.platform().machHost;
 
@@ -65,7 +65,7 @@ TEST(SimulatedMac, IsAboutEighteenPercentBusyAndTheSameInEveryRun) {
     EXPECT_TRUE(std::ranges::equal(after.info, twin.machHost.hostProcessorInfo()->info));
 }
 
-TEST(SimulatedMac, HoldsStillOnceFrozen) {
+TEST(SimulatedMac, StopsMovingOnceFrozen) {
     SimulatedMac mac;
     mac.advance(5s);
     mac.freeze();
@@ -93,7 +93,7 @@ TEST(SimulatedMac, MovesTrafficOverTheFirstRealInterface) {
     EXPECT_LT(rate, 5'000'000u);
 }
 
-TEST(SimulatedMac, AnswersTheControllersRecords) {
+TEST(SimulatedMac, ImplementsTheControllersRecords) {
     SimulatedMac mac;
     mac.freeze();
     const auto connection = *mac.smc.open();
@@ -111,7 +111,7 @@ TEST(SimulatedMac, AnswersTheControllersRecords) {
     EXPECT_EQ(mac.smc.malformedRecords(), 0);
 }
 
-TEST(SimulatedMac, RefusesControllerRecordsThatAreNotAsLaidDown) {
+TEST(SimulatedMac, RejectsMalformedControllerRecords) {
     SimulatedMac mac;
     const auto connection = *mac.smc.open();
     SMCRecord used{};
@@ -141,7 +141,7 @@ TEST(SimulatedMac, PublishesTwentySensorsToAClientThatMatchesThem) {
     EXPECT_EQ(mac.hidEventSystem.copyServices(client)->size(), 20u);
 }
 
-TEST(SimulatedMac, ListsProcessesByProcessorOrByMemory) {
+TEST(SimulatedMac, ListsProcessesByCPUOrByMemory) {
     SimulatedMac mac;
     mac.freeze();
 
@@ -153,7 +153,7 @@ TEST(SimulatedMac, ListsProcessesByProcessorOrByMemory) {
     EXPECT_EQ(mac.commandRunner.calls().size(), 2u);
 }
 
-TEST(SimulatedMac, SwitchesThePowerModeByScriptUnlessItIsRefused) {
+TEST(SimulatedMac, SwitchesThePowerModeByScriptUnlessRefused) {
     SimulatedMac mac;
     const std::string script = "do shell script \"pmset -a powermode 2\" with administrator privileges";
 
@@ -220,7 +220,7 @@ TEST(SimulatedMac, DeliversNotificationsToTheObserversOfTheName) {
     EXPECT_EQ(mac.notifications.postings.size(), 3u);
 }
 
-TEST(SimulatedMac, RaisesOneEventForWritesThatFollowEachOther) {
+TEST(SimulatedMac, CoalescesConsecutiveWritesIntoOneEvent) {
     SimulatedMac mac;
     int events = 0;
     mac.fileEvents.createIfMissing("/f");
@@ -243,7 +243,7 @@ TEST(SimulatedMac, RaisesOneEventForWritesThatFollowEachOther) {
     EXPECT_EQ(mac.fileEvents.watches(), 0);
 }
 
-TEST(SimulatedMac, CreatesAFileOnlyWhereThereIsNone) {
+TEST(SimulatedMac, CreatesAFileOnlyIfMissing) {
     SimulatedMac mac;
     mac.fileEvents.write("/f", std::string(5000, 'x'));
 
@@ -256,7 +256,7 @@ TEST(SimulatedMac, CreatesAFileOnlyWhereThereIsNone) {
     EXPECT_EQ(mac.fileEvents.watchWrites("/g", [] {}), nullptr);
 }
 
-TEST(SimulatedMac, FailsEveryCallThatATestChooses) {
+TEST(SimulatedMac, FailsEveryCallOnRequest) {
     SimulatedMac mac;
     mac.machHost.processorInfoFailure.always();
     mac.machHost.statisticsFailure.always();

@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(SimulatedRunLoopTest, FiresTimersInTheOrderInWhichTheyFallDue) {
+TEST_F(SimulatedRunLoopTest, FiresTimersInDueOrder) {
     const auto slow = runLoop.scheduleRepeating(3s, note('s'));
     const auto fast = runLoop.scheduleRepeating(2s, note('f'));
 
@@ -29,7 +29,7 @@ TEST_F(SimulatedRunLoopTest, FiresTimersInTheOrderInWhichTheyFallDue) {
     EXPECT_EQ(order, "fsfsf");
 }
 
-TEST_F(SimulatedRunLoopTest, FiresTheOlderTimerFirstWhenTwoFallDueTogether) {
+TEST_F(SimulatedRunLoopTest, FiresTheOlderOfTwoTimersDueTogetherFirst) {
     const auto older = runLoop.scheduleRepeating(1s, note('o'));
     const auto younger = runLoop.scheduleRepeating(1s, note('y'));
 
@@ -38,7 +38,7 @@ TEST_F(SimulatedRunLoopTest, FiresTheOlderTimerFirstWhenTwoFallDueTogether) {
     EXPECT_EQ(order, "oyoy");
 }
 
-TEST_F(SimulatedRunLoopTest, ShowsEachFiringTheMomentAtWhichItFallsDue) {
+TEST_F(SimulatedRunLoopTest, SetsTheClockToEachTimersDueTime) {
     std::vector<std::chrono::nanoseconds> moments;
     const auto timer = runLoop.scheduleRepeating(1500ms, [&] { moments.push_back(clock.elapsed()); });
 
@@ -49,7 +49,7 @@ TEST_F(SimulatedRunLoopTest, ShowsEachFiringTheMomentAtWhichItFallsDue) {
     EXPECT_EQ(clock.wallNow(), SimulatedClock::startOfWall + 4s);
 }
 
-TEST_F(SimulatedRunLoopTest, ATimerMayDieInsideItsOwnFiring) {
+TEST_F(SimulatedRunLoopTest, ATimerMayBeDestroyedInsideItsOwnCallback) {
     std::unique_ptr<RunLoopTimer> timer;
     timer = runLoop.scheduleRepeating(1s, [this, &timer] {
         timer.reset();
@@ -74,7 +74,7 @@ TEST_F(SimulatedRunLoopTest, ATimerMayOutliveTheRunLoop) {
     EXPECT_EQ(order, "");
 }
 
-TEST_F(SimulatedRunLoopTest, RunsWhatAFiringPostedBeforeTheNextFiring) {
+TEST_F(SimulatedRunLoopTest, RunsTasksPostedByATimerBeforeTheNextTimer) {
     const auto first = runLoop.scheduleRepeating(1s, [this] { runLoop.post(note('p')); });
     const auto second = runLoop.scheduleRepeating(1s, note('t'));
 
@@ -83,7 +83,7 @@ TEST_F(SimulatedRunLoopTest, RunsWhatAFiringPostedBeforeTheNextFiring) {
     EXPECT_EQ(order, "ptpt");
 }
 
-TEST_F(SimulatedRunLoopTest, RunsNothingInsideTheCallThatAsksForIt) {
+TEST_F(SimulatedRunLoopTest, RunsNothingInsideThePostingCall) {
     runLoop.post(note('p'));
     runLoop.runInBackground(TaskPriority::utility, note('b'));
 

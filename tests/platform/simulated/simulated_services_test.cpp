@@ -26,7 +26,7 @@ TEST(SimulatedServices, ShowsALivelyMachineOnceItHasSettled) {
     EXPECT_EQ(engine.uptimeString(), "2d 4h 41m");
 }
 
-TEST(SimulatedServices, LivesThroughADayWithEverythingRunning) {
+TEST(SimulatedServices, SurvivesADayWithEverythingRunning) {
     SimulatedServices simulated;
     simulated.settings().fanProfile.set(FanProfile::custom);
     simulated.keepAwake().activate(KeepAwakeDuration::minutes15);
@@ -47,7 +47,7 @@ TEST(SimulatedServices, LetsATestArrangeTheMachineFirst) {
     EXPECT_EQ(simulated.engine().macModel(), "Apple M2 Pro (Mac99,1)");
 }
 
-TEST(SimulatedServices, GivesUpEverythingInTheEnd) {
+TEST(SimulatedServices, ReleasesEverythingOnDestruction) {
     SimulatedServices simulated;
     simulated.settle();
     simulated.keepAwake().activate(KeepAwakeDuration::minutes15);
