@@ -13,7 +13,7 @@
 
 namespace kestro::bench {
 
-/// Processor time of this thread, kernel work included, in nanoseconds.
+/// CPU time of this thread in nanoseconds, including kernel time.
 inline double threadNanoseconds() {
     timespec now{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
@@ -28,7 +28,7 @@ inline double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-/// Medians of a figure and its floor, and of their ratio pair by pair: machines drift, pairs do not.
+/// Medians of a figure, its floor and their pairwise ratio: machines drift, pairs do not.
 struct Pair {
     double figure = 0;
     double floor = 0;
@@ -43,8 +43,8 @@ inline double cost(const Work& work) {
     return threadNanoseconds() - start;
 }
 
-/// Takes figure and floor in turn, `rounds` times, each after a pause. No pause: hot caches. A pause of a
-/// monitor's period: cold ones, which is what a monitor really pays.
+/// Measures figure and floor alternately, `rounds` times, each after a pause. Without a pause, caches are hot. A
+/// pause as long as a monitor's period makes them cold, which is the real cost of a monitor.
 inline Pair measure(const Work& figure, const Work& floor, int rounds, std::chrono::milliseconds pause = {}) {
     std::vector<double> figures;
     std::vector<double> floors;
@@ -58,7 +58,7 @@ inline Pair measure(const Work& figure, const Work& floor, int rounds, std::chro
         return cost(work);
     };
     for (int round = 0; round < rounds; ++round) {
-        // The second of two finds the caches that the first one warmed: take turns.
+        // Whichever runs second finds warm caches: alternate the order.
         const bool figureFirst = round % 2 == 0;
         const double first = sample(figureFirst ? figure : floor);
         const double second = sample(figureFirst ? floor : figure);

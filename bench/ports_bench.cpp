@@ -1,4 +1,4 @@
-// Measures the kernel-facing ports and the readers on them against the floor: the same files read raw.
+// Measures the kernel-facing ports and their readers against a floor: raw reads of the same files.
 
 #include "bench/paired.h"
 #include "core/engine/telemetry_engine.h"
@@ -46,7 +46,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Processes that only wait, so that a listing has a known length at the least; ended by this object.
+/// Idle processes that give a listing a known minimum length; ended by this object.
 class Crowd {
 public:
     explicit Crowd(std::size_t count) {
@@ -102,7 +102,7 @@ double childrenNanoseconds() {
     return nanoseconds(usage.ru_utime) + nanoseconds(usage.ru_stime);
 }
 
-/// Processor time of running the process tool as a child, ours and its own.
+/// CPU time of running the process tool as a child: ours plus the child's.
 double toolNanoseconds() {
     const double ours = threadNanoseconds();
     const double theirs = childrenNanoseconds();
@@ -132,7 +132,7 @@ void measureProcesses() {
              fmt::format("{:.1f} us", median(listings) / 1000), fmt::format("{:.1f}", median(ratios)), ">= 5 x");
 }
 
-/// The engine on the kernel-facing ports of this machine, with a run loop that this program turns.
+/// The engine on this machine's kernel-facing ports, with a run loop driven by this program.
 struct Machine {
     LinuxClock clock;
     LinuxMachHost machHost{clock};
@@ -173,10 +173,10 @@ struct Machine {
 
     Machine() {
         settings.showTopProcesses.set(false);
-        settings.menubarDisplayMode.set(MenubarDisplayMode::combined);  // a light tick reads the processor, too
+        settings.menubarDisplayMode.set(MenubarDisplayMode::combined);  // so that a light tick also reads the CPU
     }
 
-    /// One firing of the engine's timer while nothing shows.
+    /// Fires the engine's timer once while nothing is visible.
     void lightTick() { session.advance(2s); }
 };
 
@@ -193,7 +193,7 @@ std::set<std::string> openKernelFiles() {
     return files;
 }
 
-/// Reads the files that the ports keep open, each from its start into one buffer, and nothing more.
+/// Only reads the files that the ports keep open, each from its start into one shared buffer.
 class RawRead {
 public:
     explicit RawRead(const std::set<std::string>& files) : buffer_(64 << 10) {
@@ -203,7 +203,7 @@ public:
     }
     void operator()() {
         for (const auto& file : files_) {
-            // Some files have no data at the moment; the attempt is part of the floor.
+            // Some files temporarily have no data; the attempt is part of the floor.
             [[maybe_unused]] const auto length = pread(file.get(), buffer_.data(), buffer_.size(), 0);
         }
     }

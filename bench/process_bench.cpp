@@ -1,6 +1,6 @@
-// Measures Kestro as a whole process, on the display and session bus that it finds: time from start to the
-// registered status item, then cost while idle and with each surface open. Stands in for a panel: it owns the
-// watcher's name and calls itself a host.
+// Measures Kestro as a whole process, on the current display and session bus: time from start to the registered
+// status item, then the cost while idle and with each surface open. Acts as the panel: owns the watcher's name and
+// claims to be a host.
 
 #include "bench/paired.h"
 
@@ -34,10 +34,10 @@ using namespace std::chrono_literals;
 using kestro::bench::printHeader;
 using kestro::bench::printRow;
 
-/// A status notifier watcher that hosts everything and remembers nothing but that somebody registered.
+/// A status notifier watcher that accepts every item and stores only the fact of a registration.
 class Watcher : public QDBusVirtualObject {
 public:
-    /// Told the item's bus name, which carries the identifier of its process.
+    /// Called with the item's bus name, which contains its process identifier.
     std::function<void(const QString& item)> onRegister;
 
     QString introspect(const QString&) const override { return {}; }
@@ -79,8 +79,8 @@ private:
     }
 };
 
-/// Processor time and wake-ups of a process over some time. To be updated about once a second: what a thread
-/// that has ended did since the last update is known of its processor time only.
+/// CPU time and wake-ups of a process over a period. Update it about once a second: of a thread that ends between
+/// two updates, only the CPU time is counted.
 class UsageMeter {
 public:
     explicit UsageMeter(qint64 pid) : pid_(pid) {
@@ -99,7 +99,7 @@ public:
         switches_ = std::move(now);
     }
 
-    /// Of one core.
+    /// Percent of one core.
     double processorPercent() const { return (processorNanoseconds() - before_) / 1e9 / seconds() * 100; }
     /// Voluntary context switches of all threads.
     double wakeUpsPerSecond() const { return wakeUps_ / seconds(); }
@@ -135,7 +135,7 @@ private:
     QElapsedTimer elapsed_;
 };
 
-/// A line of the process's smaps_rollup in megabytes.
+/// One line of the process's smaps_rollup, in megabytes.
 double memoryOf(qint64 pid, const std::string& line) {
     std::ifstream rollup(fmt::format("/proc/{}/smaps_rollup", pid));
     for (std::string word; rollup >> word;) {
@@ -161,7 +161,7 @@ void notify(const char* member, const char* tab = nullptr) {
     QDBusConnection::sessionBus().send(signal);
 }
 
-/// What a state may cost at most, as shown in the table; empty: no bound of its own.
+/// Limits for one state, as shown in the table; empty: no separate limit.
 struct Budget {
     std::string processor;
     std::string wakeUps;
@@ -189,15 +189,15 @@ public:
         process_.setStandardInputFile(QProcess::nullDevice());
     }
 
-    /// Ends the one that runs, and starts another one. Returns the milliseconds until it registered an item;
-    /// nothing when it did not.
+    /// Stops the running process and starts a new one. Returns the milliseconds until it registered an item;
+    /// nullopt if it did not.
     std::optional<double> start(const QByteArray& preferences = "{}") {
         end();
         const fs::path folder = fs::path(qgetenv("XDG_CONFIG_HOME").toStdString()) / "kestro";
         fs::create_directories(folder);
         std::ofstream(folder / "preferences.json") << preferences.toStdString();
         QEventLoop registered;
-        // A message of the process before can still be waiting.
+        // A message from the previous process may still be queued.
         watcher_.onRegister = [&](const QString& item) {
             if (item.contains(QStringLiteral("-%1-").arg(process_.processId()))) {
                 registered.quit();
@@ -227,7 +227,7 @@ private:
     QProcess process_;
 };
 
-/// Presses a key in the window that has the focus.
+/// Presses a key in the focused window.
 void press(const char* key) {
     QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("key"), QString::fromLatin1(key)});
 }
@@ -235,7 +235,7 @@ void press(const char* key) {
 const Budget idleBudget{"0.05 %", "2 /s", "", ""};
 
 bool measureStart(Program& kestro) {
-    kestro.start();  // reads the program from the disk
+    kestro.start();  // warms the disk cache
     std::vector<double> milliseconds;
     for (int round = 0; round < 7; ++round) {
         const auto time = kestro.start();
@@ -249,7 +249,7 @@ bool measureStart(Program& kestro) {
     return true;
 }
 
-/// A surface, and the idle state after it.
+/// Measures a surface, and the idle state afterwards.
 void measureSurface(const Program& kestro, const std::string& name, const std::function<void()>& open,
                     const std::function<void()>& close, std::chrono::seconds time, const Budget& budget) {
     runFor(2s);

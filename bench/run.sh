@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# run.sh BUILD_DIR IDLE_SECONDS: every benchmark, the whole-process ones in a session of their own.
+# run.sh BUILD_DIR IDLE_SECONDS: runs every benchmark, the whole-process ones in a private session.
 set -euo pipefail
 build=$1
 idle=$2

@@ -1,5 +1,5 @@
-// Measures what the surfaces cost on the main thread, on the raster engine and without a window system.
-// The floor of a repaint is one blit of the same area.
+// Measures the cost of the surfaces on the main thread, with the raster engine and without a window system. The
+// floor of a repaint is one blit of the same area.
 
 #include "bench/paired.h"
 #include "tests/support/sealed_environment.h"
@@ -23,7 +23,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Delivers what a change has caused: layout and painting.
+/// Delivers the results of a change: layout and painting.
 void deliver() {
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents();
@@ -33,7 +33,7 @@ std::unique_ptr<MenuBarPopoverView> makePopover(SimulatedServices& services) {
     return std::make_unique<MenuBarPopoverView>(services.services(), PopoverActions{});
 }
 
-/// One blit of a surface of this size.
+/// One blit of a surface of the given size.
 Work blitOf(QSize size) {
     auto source = std::make_shared<QImage>(size, QImage::Format_ARGB32_Premultiplied);
     auto target = std::make_shared<QImage>(size, QImage::Format_ARGB32_Premultiplied);
@@ -49,7 +49,7 @@ std::string microseconds(double nanoseconds) {
     return fmt::format("{:.1f} us", nanoseconds / 1000);
 }
 
-/// Sampling is not part of a repaint: it comes before what is measured.
+/// Excludes sampling, which happens before the measured repaint.
 double repaintAfterTick(SimulatedServices& services) {
     std::vector<double> repaints;
     for (int tick = 0; tick < 200; ++tick) {
@@ -109,7 +109,7 @@ void measurePopover() {
     KestroTheme::bind(nullptr);
 }
 
-/// With ten processes at the width of all five sections, at the scale that the toolkit runs at.
+/// With ten processes, wide enough for all five sections, at the toolkit's scale.
 void measureDashboard(bool isFine) {
     SimulatedServices services;
     KestroTheme::bind(&services.settings());
@@ -140,7 +140,7 @@ std::unique_ptr<SettingsView> makeSettings(SimulatedServices& services) {
     return std::make_unique<SettingsView>(services.services(), SettingsActions{});
 }
 
-/// The cooling tab, which has the most to build and the chart to keep current.
+/// The cooling tab, which is the most expensive to build and keeps its chart up to date.
 void measureSettings() {
     SimulatedServices services;
     KestroTheme::bind(&services.settings());
@@ -210,6 +210,6 @@ int main(int argc, char** argv) {
     kestro::bench::measurePopover();
     kestro::bench::measureSettings();
     kestro::bench::measureDashboard(false);
-    // The toolkit knows one scale for each process.
+    // The toolkit supports one scale per process.
     return QProcess::execute(QApplication::applicationFilePath(), {QStringLiteral("--fine")});
 }

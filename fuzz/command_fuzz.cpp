@@ -9,13 +9,13 @@
 namespace kestro {
 namespace {
 
-/// Counts what it is told to do.
+/// Counts the commands that it receives.
 class CountingTarget : public CommandTarget {
 public:
     void togglePopover() override { ++commands; }
     void showDashboard() override { ++commands; }
     void showSettings() override { ++commands; }
-    void selectSettingsTab(SettingsTab) override {}  // comes with showSettings()
+    void selectSettingsTab(SettingsTab) override {}  // always accompanies showSettings()
     void toggleFanLink() override { ++commands; }
     void selectFan(std::int64_t) override { ++commands; }
     void selectCurvePreset(CurvePreset) override { ++commands; }
@@ -35,7 +35,7 @@ void require(bool holds) {
 }  // namespace
 }  // namespace kestro
 
-// Whatever anybody writes into the command file is one word or nothing, and the word does one thing or nothing.
+// Any contents of the command file yield at most one word, and a word triggers at most one command.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     const auto word = kestro::commandWord(bytes);

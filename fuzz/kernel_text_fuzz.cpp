@@ -41,7 +41,7 @@ void readMemory(std::string_view text) {
     if (const auto info = parseMemoryInfo(text)) {
         require(info->total > 0 && info->available <= info->total && info->swapFree <= info->swapTotal);
         require(pressureLevel(*info, pools.reclaimableFileCache) >= pressureNormal);
-        // The wrapped sum of the three shares would be below the largest of them.
+        // A sum that wrapped would be smaller than the largest of the three shares.
         const auto statistics = virtualMemoryStatistics(*info, pools, 4096);
         const auto used =
             std::uint64_t{statistics.activeCount} + statistics.wireCount + statistics.compressorPageCount;

@@ -5,7 +5,7 @@
 
 #include "platform/desktop/preference_json.h"
 
-// A preferences file of any bytes is refused or understood, and what was understood is stored as the same.
+// Arbitrary bytes are either rejected or parsed, and what was parsed survives a round trip.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     const auto document = kestro::parsePreferenceJson(text);

@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (stat && (stat->pid <= 0 || stat->name.size() > 64)) {
         std::abort();
     }
-    // What is valid stays as it is, plain letters above all.
+    // Valid text stays unchanged, plain letters above all.
     const auto valid = kestro::validText(text);
     const bool isPlain = std::ranges::all_of(text, [](char byte) { return byte >= ' ' && byte <= '~'; });
     if (kestro::validText(valid) != valid || (isPlain && valid != text)) {

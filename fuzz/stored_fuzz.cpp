@@ -23,7 +23,7 @@ void require(bool holds) {
     }
 }
 
-/// What was understood once is stored and understood again as the same.
+/// A value that decodes survives a round trip.
 template <typename T>
 void decode(const PreferenceValue& stored) {
     const auto value = PreferenceCodec<T>::decode(stored);
