@@ -35,8 +35,8 @@ public:
     Published<std::optional<double>, KeepAwakeManager> remainingSeconds;
     Published<KeepAwakeTarget, KeepAwakeManager> targetMode;
 
-    /// Starts or restarts a period. Releases the old assertion first; if the new one is refused, nothing else
-    /// changes.
+    /// Starts or restarts a period. Stores a given target, releases the old assertion and stops the countdown,
+    /// then requests the new assertion; if that is refused, nothing else changes.
     void activate(KeepAwakeDuration duration, std::optional<KeepAwakeTarget> target = std::nullopt);
     void deactivate();
 
