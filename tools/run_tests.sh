@@ -1,12 +1,23 @@
 #!/usr/bin/env bash
-# run_tests.sh PRESET: runs every test program of build/PRESET, from the root of the repository; prints the totals as
-# its last line and fails when a test failed. No process of the run outlives it, whatever ends it.
+# run_tests.sh PRESET [SCOPE [SECONDS]]: runs the test programs of build/PRESET, from the root of the repository. SCOPE
+# is "all" or "units", which excludes the end-to-end tests. A program that takes longer than SECONDS is killed.
+#
+# Prints each failure at once to stderr, a line per finished program, and the totals as the last line. Fails if a
+# test failed. No process of the run outlives it, however it ends.
 set -euo pipefail
 
 say() { printf '%s\n' "$*" >&2; }
 fail() { say "dev: $*"; exit 1; }
 
-# Every process of a test run, however far from this one it was started, carries the run's mark in its environment.
+preset=$1
+scope=${2:-all}
+limit=${3:-900}
+results=build/$preset/results
+watch=$(dirname "${BASH_SOURCE[0]}")/watch_tests.sh
+
+# --- processes of the run ---------------------------------------------------------------------------------
+
+# Every process of a test run, direct child or not, has this variable in its environment.
 members_of_run() { grep -sl --null-data -Fx "KESTRO_TEST_RUN=$$" /proc/[0-9]*/environ | cut -d/ -f3 || true; }
 
 end_members() {  # gently at first
@@ -27,82 +38,167 @@ end_members() {  # gently at first
 
 stop_tests() {  # STATUS
     trap '' INT TERM HUP QUIT
+    clear_counter
     say 'dev: stopping the tests'
     exit "$1"
 }
 
-preset=$1
-results=build/$preset/results
-jobs=$(nproc)
+# --- output -----------------------------------------------------------------------------------------------
+
+running=()
+declare -A passed failed skipped began left
+total_passed=0
+total_failed=0
+total_skipped=0
+
+show_counter() {
+    [ -t 2 ] || return 0
+    printf '\r\e[K%d tests, %d failed, %s, %d s' $((total_passed + total_failed + total_skipped)) "$total_failed" \
+        "${running[*]}" "$SECONDS" >&2
+}
+clear_counter() { [ ! -t 2 ] || printf '\r\e[K' >&2; }
+
+figures() {  # PASSED FAILED SKIPPED
+    printf '%d passed, %d failed' "$1" "$2"
+    [ "$3" -eq 0 ] || printf ', %d skipped' "$3"
+}
+
+count() {  # OUTCOME PROGRAM
+    local -n of_program=$1 of_run=total_$1
+    of_program[$2]=$((of_program[$2] + 1))
+    of_run=$((of_run + 1))
+}
+
+show_output() {  # RUN FIRST LAST
+    sed -n "$2,$3p" "$results/$1.log" >&2
+}
+
+program_ended() {  # PROGRAM
+    local name=$1 tenths
+    if [ $((passed[$name] + failed[$name] + skipped[$name])) -eq 0 ]; then
+        count failed "$name"
+        say "--- $name: ran no test"
+    fi
+    tenths=$((($(now) - began[$name]) / 100))
+    printf '%-24s %s, %d.%d s\n' "$name" "$(figures "${passed[$name]}" "${failed[$name]}" "${skipped[$name]}")" \
+        $((tenths / 10)) $((tenths % 10))
+}
+
+# --- test programs ----------------------------------------------------------------------------------------
+
+now() { printf '%s' $((${EPOCHREALTIME/[.,]/} / 1000)); }  # milliseconds
+
+environment=("KESTRO_TEST_RUN=$$")
+set_environment() {
+    # Hostile settings, because the tests must not depend on the caller's session.
+    mapfile -t -O 1 environment < <(grep '^[A-Z_]*=' tests/hostile_environment)
+    # Quoted, because the path can have spaces, and absolute, because some programs run in other folders.
+    if [ "$preset" = asan ]; then
+        environment+=("LSAN_OPTIONS=print_suppressions=0 suppressions='$PWD/tools/leak_sanitizer.supp'")
+    elif [ "$preset" = tsan ]; then
+        # Qt and the bus library are not instrumented, so reports about them mean nothing. The end-to-end tests start
+        # programs from a process with threads.
+        local options='die_after_fork=0 ignore_noninstrumented_modules=1'
+        environment+=("TSAN_OPTIONS=$options suppressions='$PWD/tools/thread_sanitizer.supp'")
+    fi
+}
+
+start_run() {  # PROGRAM/SHARD/SHARDS
+    local name shard shards
+    IFS=/ read -r name shard shards <<<"$1"
+    if [ -z "${left[$name]:-}" ]; then
+        left[$name]=$shards
+        began[$name]=$(now)
+        passed[$name]=0 failed[$name]=0 skipped[$name]=0
+        running+=("$name")
+    fi
+    # Background processes of a script ignore interrupts by default.
+    "$watch" "$name $shard" "$results/$name.$shard.log" "$limit" \
+        env --default-signal=INT,QUIT "${environment[@]}" GTEST_SHARD_INDEX="$shard" GTEST_TOTAL_SHARDS="$shards" \
+        "build/$preset/tests/$name" --gtest_color=no --gtest_brief=0 >"$results/events" &
+}
+
+run_ended() {  # PROGRAM
+    local name=$1 kept=() other
+    left[$name]=$((left[$name] - 1))
+    [ "${left[$name]}" -eq 0 ] || return 0
+    for other in "${running[@]}"; do
+        [ "$other" = "$name" ] || kept+=("$other")
+    done
+    running=("${kept[@]}")
+    clear_counter
+    program_ended "$name"
+}
+
+handle() {  # PROGRAM SHARD EVENT [FIRST LAST [WHY]]
+    local name=$1 run=$1.$2 happened=$3
+    shift 3
+    case $happened in
+        passed | skipped) count "$happened" "$name" ;;
+        failed | broken)
+            count failed "$name"
+            clear_counter
+            say "--- $name${3:+: ${*:3}}"
+            show_output "$run" "$1" "$2"
+            ;;
+        ended) run_ended "$name" ;;
+    esac
+}
+
+run_all() {  # AT_ONCE PROGRAM/SHARD/SHARDS...
+    local at_once=$1 open=0 begun='' line words
+    shift
+    while [ $# -gt 0 ] || [ "$open" -gt 0 ]; do
+        while [ $# -gt 0 ] && [ "$open" -lt "$at_once" ]; do
+            start_run "$1"
+            open=$((open + 1))
+            shift
+        done
+        show_counter
+        # A timeout can return the first part of a line.
+        if IFS= read -r -t 1 line <&"$events"; then
+            read -ra words <<<"$begun$line"
+            begun=''
+            [ "${words[2]}" != ended ] || open=$((open - 1))
+            handle "${words[@]}"
+        else
+            begun+=$line
+        fi
+    done
+}
+
+shards_of() {  # PROGRAM SHARDS
+    local shard
+    for ((shard = 0; shard < $2; ++shard)); do
+        printf '%s/%d/%d\n' "$1" "$shard" "$2"
+    done
+}
+
 rm -rf "$results"
 mkdir -p "$results"
-programs=()
+units=()
 for program in "build/$preset"/tests/*_tests; do
-    [ -x "$program" ] && programs+=("$program")
+    [ -x "$program" ] || continue
+    [[ $program == */desktop_tests ]] || units+=("${program##*/}/0/1")
 done
-[ ${#programs[@]} -gt 0 ] || fail "no test programs in build/$preset/tests"
-
-# A session that is set up against the tests, since they must not depend on the one of the person who runs them.
-mapfile -t hostile < <(grep '^[A-Z_]*=' tests/hostile_environment)
-# Quoted for a path with spaces; not relative ones, since some programs run elsewhere.
-if [ "$preset" = asan ]; then
-    hostile+=("LSAN_OPTIONS=print_suppressions=0 suppressions='$PWD/tools/leak_sanitizer.supp'")
-elif [ "$preset" = tsan ]; then
-    # Qt and the bus library are not built with the sanitizer, so what they do to memory says nothing; the
-    # end-to-end tests start programs from a process with threads.
-    options='die_after_fork=0 ignore_noninstrumented_modules=1'
-    hostile+=("TSAN_OPTIONS=$options suppressions='$PWD/tools/thread_sanitizer.supp'")
+end_to_end=()
+if [ "$scope" = all ] && [ -x "build/$preset/tests/desktop_tests" ]; then
+    mapfile -t end_to_end < <(shards_of desktop_tests 3)
 fi
-run_one() {
-    local name
-    name=$(basename "$1")
-    # What a script starts in the background ignores an interrupt, unless it is told otherwise.
-    env --default-signal=INT,QUIT "${hostile[@]}" KESTRO_TEST_RUN=$$ \
-        timeout --kill-after=10 900 "$1" --gtest_brief=1 --gtest_output="xml:$results/$name.xml" \
-        >"$results/$name.log" 2>&1 || echo $? >"$results/$name.status"
-}
-# A test program that crashed or hung leaves behind what it started.
-trap end_members EXIT
+[ $((${#units[@]} + ${#end_to_end[@]})) -gt 0 ] || fail "no test programs in build/$preset/tests"
+
+set_environment
+mkfifo "$results/events"
+exec {events}<>"$results/events"
+# A test program that crashed or hung leaves its child processes behind.
+trap 'end_members; wait' EXIT
 trap 'stop_tests 130' INT
 trap 'stop_tests 131' QUIT
 trap 'stop_tests 143' TERM HUP
-running=()
-for program in "${programs[@]}"; do
-    # The end-to-end tests drive a real desktop and get the machine to themselves.
-    [[ $program != */desktop_tests ]] || continue
-    while mapfile -t running < <(jobs -rp) && [ ${#running[@]} -ge "$jobs" ]; do
-        wait -n || true
-    done
-    run_one "$program" &
-done
-wait
-if [ -x "build/$preset/tests/desktop_tests" ]; then
-    run_one "build/$preset/tests/desktop_tests" &
-    wait $!
-fi
+run_all "$(nproc)" "${units[@]}"
+# These mostly wait for real desktops, so the number of processors does not matter.
+run_all 3 "${end_to_end[@]}"
 
-passed=0
-failed=0
-for program in "${programs[@]}"; do
-    name=$(basename "$program")
-    tests=0
-    bad=0
-    if [ -s "$results/$name.xml" ]; then
-        tests=$(sed -n '/<testsuites /{s/.* tests="\([0-9]*\)".*/\1/p;q}' "$results/$name.xml")
-        bad=$(sed -n '/<testsuites /{s/.* failures="\([0-9]*\)".*/\1/p;q}' "$results/$name.xml")
-    fi
-    if [ -f "$results/$name.status" ] && [ "$bad" -eq 0 ]; then
-        bad=1  # it crashed, hung, or a sanitizer spoke
-        tests=$((tests > 0 ? tests : 1))
-    fi
-    [ "$tests" -gt 0 ] || { bad=1; tests=1; }
-    if [ "$bad" -gt 0 ]; then
-        say "--- $name"
-        tail -n 60 "$results/$name.log" >&2
-    fi
-    printf '%-24s %4d passed, %d failed\n' "$name" $((tests - bad)) "$bad"
-    passed=$((passed + tests - bad))
-    failed=$((failed + bad))
-done
-printf '%d passed, %d failed\n' "$passed" "$failed"
-[ "$failed" -eq 0 ]
+clear_counter
+printf '%s\n' "$(figures "$total_passed" "$total_failed" "$total_skipped")"
+[ "$total_failed" -eq 0 ]
