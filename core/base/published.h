@@ -1,6 +1,6 @@
 #pragma once
 
-#include <deque>
+#include <forward_list>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -42,7 +42,7 @@ protected:
     void assignBySwapping(T& value) {
         const auto state = state_;  // a subscriber may destroy this object
         if (announcer_.isAnnouncing()) {
-            state->retired.push_back(std::exchange(state->value, std::exchange(value, T{})));
+            state->retired.push_front(std::exchange(state->value, std::exchange(value, T{})));
             announce(state);
             return;
         }
@@ -56,7 +56,7 @@ protected:
 private:
     struct State {
         T value{};
-        std::deque<T> retired;  // values that a running notification may still reference
+        std::forward_list<T> retired;  // values that a running notification may still reference
     };
 
     void announce(const std::shared_ptr<State>& state) {

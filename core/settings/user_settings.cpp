@@ -27,6 +27,9 @@ Setting<T>::Setting(UserSettings& store, std::string_view key, T defaultValue)
     : store_(store), key_(key), value_(store.load<T>(key, std::move(defaultValue))) {}
 
 template <typename T>
+Setting<T>::~Setting() = default;
+
+template <typename T>
 void Setting<T>::set(T value) {
     store_.willChange_.announce();
     value_.set(std::move(value));
@@ -95,6 +98,8 @@ UserSettings::UserSettings(UserDefaults& defaults)
       rampSmoothingSeconds(*this, kRampSmoothingSeconds, 3.0),
       temperatureDeadband(*this, kTemperatureDeadband, 2.0),
       selectedFanIndex(*this, kSelectedFanIndex, 0) {}
+
+UserSettings::~UserSettings() = default;
 
 UserSettings& UserSettings::shared() {
     // Never destroyed: views and managers may still hold subscriptions while the process ends.

@@ -21,6 +21,7 @@ template <typename T>
 class Setting {
 public:
     Setting(UserSettings& store, std::string_view key, T defaultValue);
+    ~Setting();
     Setting(const Setting&) = delete;
     Setting& operator=(const Setting&) = delete;
 
@@ -42,12 +43,35 @@ private:
     Published<T> value_;
 };
 
+// Instantiated once, in the source: most files use some of these.
+extern template class Setting<SettingsTab>;
+extern template class Setting<ThemePalette>;
+extern template class Setting<TemperatureUnit>;
+extern template class Setting<FanSpeedUnit>;
+extern template class Setting<MenubarDisplayMode>;
+extern template class Setting<MenubarIconStyle>;
+extern template class Setting<PollingProfile>;
+extern template class Setting<HalftoneIntensity>;
+extern template class Setting<HalftonePatternStyle>;
+extern template class Setting<GlassMaterialStyle>;
+extern template class Setting<bool>;
+extern template class Setting<ProcessSortMetric>;
+extern template class Setting<std::int64_t>;
+extern template class Setting<std::vector<MenubarModuleType>>;
+extern template class Setting<MenubarDelimiter>;
+extern template class Setting<KeepAwakeTarget>;
+extern template class Setting<KeepAwakeDuration>;
+extern template class Setting<double>;
+extern template class Setting<FanProfile>;
+extern template class Setting<FanCurveConfig>;
+
 /// Every preference of the program, read once at construction and written through on every assignment. A missing
 /// or unreadable stored value yields the default and is left untouched. No value is clamped. Main thread only.
 /// Lives as long as the process; must not be destroyed inside one of its own notifications.
 class UserSettings {
 public:
     explicit UserSettings(UserDefaults& defaults);
+    ~UserSettings();
     UserSettings(const UserSettings&) = delete;
     UserSettings& operator=(const UserSettings&) = delete;
 

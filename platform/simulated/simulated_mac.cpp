@@ -22,4 +22,6 @@ SimulatedMac::SimulatedMac()
           .fileEvents = fileEvents,
       } {}
 
+SimulatedMac::~SimulatedMac() = default;
+
 }  // namespace kestro

@@ -27,6 +27,7 @@ namespace kestro {
 class SimulatedMac {
 public:
     SimulatedMac();
+    ~SimulatedMac();
     SimulatedMac(const SimulatedMac&) = delete;
     SimulatedMac& operator=(const SimulatedMac&) = delete;
 

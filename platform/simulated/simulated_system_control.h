@@ -10,16 +10,8 @@ namespace kestro {
 /// Kernel state by name. A test makes a call fail by removing the name or the value.
 class SimulatedSystemControl final : public SystemControl {
 public:
-    std::optional<std::int32_t> sysctlByNameInt32(std::string_view name) override {
-        const auto found = integers.find(name);
-        return found == integers.end() ? std::nullopt : std::optional(found->second);
-    }
-
-    std::optional<std::string> sysctlByNameText(std::string_view name) override {
-        const auto found = texts.find(name);
-        return found == texts.end() ? std::nullopt : std::optional(found->second);
-    }
-
+    std::optional<std::int32_t> sysctlByNameInt32(std::string_view name) override;
+    std::optional<std::string> sysctlByNameText(std::string_view name) override;
     std::optional<SwapUsage> swapUsage() override { return swap; }
     std::optional<TimeValue> bootTime() override { return boot; }
 
