@@ -71,7 +71,7 @@ TEST(LinuxCommandRunner, StopsAProgramThatFloodsItsOutput) {
 }
 
 TEST(LinuxCommandRunner, StopsAProgramThatFloodsStandardError) {
-    const auto output = shell("printf early; exec cat /dev/zero >&2", {100'000, 200ms});
+    const auto output = shell("printf early; exec cat /dev/zero >&2", {100'000, 2s});
 
     ASSERT_TRUE(output);
     EXPECT_EQ(output->standardOutput, "early");
@@ -79,7 +79,7 @@ TEST(LinuxCommandRunner, StopsAProgramThatFloodsStandardError) {
 }
 
 TEST(LinuxCommandRunner, StopsAProgramThatNeverEnds) {
-    const auto output = shell("printf early; exec tail -f /dev/null", {1000, 200ms});
+    const auto output = shell("printf early; exec tail -f /dev/null", {1000, 2s});
 
     ASSERT_TRUE(output);
     EXPECT_EQ(output->standardOutput, "early");
@@ -87,7 +87,7 @@ TEST(LinuxCommandRunner, StopsAProgramThatNeverEnds) {
 }
 
 TEST(LinuxCommandRunner, StopsAProgramThatClosesItsOutputAndStays) {
-    const auto output = shell("exec >&- 2>&-; exec sleep 60", {1000, 200ms});
+    const auto output = shell("exec >&- 2>&-; exec sleep 60", {1000, 2s});
 
     ASSERT_TRUE(output);
     EXPECT_EQ(output->exitStatus, 128 + SIGKILL);
@@ -100,7 +100,7 @@ TEST(LinuxCommandRunner, StopsADescendantThatKeepsThePipeOpen) {
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     const Descriptor held(open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
 
-    const auto output = shell("exec 3>'" + pipe + "'; sleep 600 & printf early", {1000, 200ms});
+    const auto output = shell("exec 3>'" + pipe + "'; sleep 600 & printf early", {1000, 2s});
 
     ASSERT_TRUE(output);
     EXPECT_EQ(output->standardOutput, "early");
@@ -110,7 +110,7 @@ TEST(LinuxCommandRunner, StopsADescendantThatKeepsThePipeOpen) {
 }
 
 TEST(LinuxCommandRunner, NeitherLeaksNorPassesOnDescriptors) {
-    const LinuxCommandRunner::Bounds bounds{1000, 200ms};
+    const LinuxCommandRunner::Bounds bounds{1000, 2s};
     const int before = openDescriptors();
     shell("cat /dev/zero", bounds);
     shell("exec tail -f /dev/null", bounds);
