@@ -1,3 +1,5 @@
+#include "tests/support/places.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -36,9 +38,9 @@ std::vector<std::uint8_t> contentsOf(const fs::path& file) {
 /// Runs the fuzz target on all its seeds without a fuzzer, in the same build as the other tests.
 TEST(FuzzTarget, HoldsForEverySeed) {
     std::vector<fs::path> files;
-    appendFilesBelow(KESTRO_SOURCE_DIR "/tests/fixtures", files);
+    appendFilesBelow(sourceTree() + "/tests/fixtures", files);
     const auto machines = files.size();
-    appendFilesBelow(KESTRO_SOURCE_DIR "/fuzz/corpus/" KESTRO_FUZZ_TARGET, files);
+    appendFilesBelow(sourceTree() + "/fuzz/corpus/" KESTRO_FUZZ_TARGET, files);
     ASSERT_GT(machines, 0U);
     ASSERT_GT(files.size(), machines);
 

@@ -1,3 +1,5 @@
+#include "tests/support/places.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path root = KESTRO_SOURCE_DIR;
+const fs::path root = sourceTree();
 
 struct Include {
     std::string from;  // the including file, relative to the root

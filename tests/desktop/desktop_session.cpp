@@ -1,6 +1,7 @@
 #include "tests/desktop/desktop_session.h"
 
 #include "tests/desktop/panel_settings.h"
+#include "tests/support/places.h"
 
 #include <QCoreApplication>
 #include <QDBusPendingCallWatcher>
@@ -185,10 +186,8 @@ QProcess& DesktopSession::startKestro(const QStringList& variables, KestroProgra
     process->setProcessEnvironment(environment);
     process->setWorkingDirectory(folder_.path());
     process->setProcessChannelMode(QProcess::MergedChannels);
-    process->start(program == KestroProgram::shipped
-                       ? QStringLiteral(KESTRO_BINARY_DIR "/kestro")
-                       : QStringLiteral(KESTRO_BINARY_DIR "/tests/kestro_under_test"),
-                   {});
+    const char* const executable = program == KestroProgram::shipped ? "/kestro" : "/tests/kestro_under_test";
+    process->start(QString::fromStdString(buildTree() + executable), {});
     process->waitForStarted(patience);
     processes_.push_back(std::move(process));
     kestro_ = processes_.back().get();
@@ -264,7 +263,7 @@ QByteArray DesktopSession::output(const QString& program, const QStringList& arg
 }
 
 QImage DesktopSession::screenshot(const QString& name) const {
-    const QString folder = QStringLiteral(KESTRO_BINARY_DIR "/tests/pictures");
+    const QString folder = QString::fromStdString(buildTree() + "/tests/pictures");
     QDir().mkpath(folder);
     const QString file = folder + QLatin1Char('/') + name + QStringLiteral(".png");
     output(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), file});

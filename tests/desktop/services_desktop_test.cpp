@@ -1,7 +1,7 @@
 #include "tests/desktop/shell_fixture.h"
 #include "tests/desktop/status_item_client.h"
-#include "tests/platform/desktop/fake_service.h"
 #include "tests/platform/desktop/lock_pipe.h"
+#include "tests/support/fake_service.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusObjectPath>

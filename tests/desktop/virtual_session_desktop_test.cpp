@@ -1,4 +1,5 @@
 #include "tests/support/event_waiting.h"
+#include "tests/support/places.h"
 
 #include <gtest/gtest.h>
 
@@ -43,7 +44,7 @@ protected:
         hostile.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent"));
         hostile.insert(QStringLiteral("KESTRO_TEST_RUN"), qEnvironmentVariable("KESTRO_TEST_RUN"));
         script.setProcessEnvironment(hostile);
-        script.start(QString::fromUtf8(KESTRO_SOURCE_DIR "/tools/") + QString::fromUtf8(name), arguments);
+        script.start(QString::fromStdString(sourceTree() + "/tools/") + QString::fromUtf8(name), arguments);
         ASSERT_TRUE(script.waitForStarted());
     }
 
@@ -84,7 +85,7 @@ std::size_t coloursOf(const QImage& picture) {
 TEST_F(VirtualSession, PrintsTheReadoutAndCapturesTheSurfacesWhateverTheCallersSession) {
     const QString pictures = folder.filePath(QStringLiteral("pictures of it"));
 
-    start("virtual_session.sh", {QStringLiteral(KESTRO_BINARY_DIR "/tests/kestro_under_test"), pictures});
+    start("virtual_session.sh", {QString::fromStdString(buildTree() + "/tests/kestro_under_test"), pictures});
 
     EXPECT_TRUE(prints(QRegularExpression(QStringLiteral("^RAM \\d+% · "), QRegularExpression::MultilineOption)))
         << printed.toStdString() << script.readAllStandardError().toStdString();

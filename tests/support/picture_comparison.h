@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/places.h"
+
 #include <QFile>
 #include <QImage>
 #include <QString>
@@ -46,7 +48,8 @@ inline PictureDifference pictureDifference(const QImage& reduced, const QImage& 
 
 /// Compares with the stored picture of that name. With KESTRO_KEEP_PICTURES set, stores this one instead.
 inline void expectLikeKeptPicture(const QImage& picture, const QString& name) {
-    const QString path = QStringLiteral(KESTRO_SOURCE_DIR "/tests/ui/pictures/") + name + QStringLiteral(".png");
+    const QString path =
+        QString::fromStdString(sourceTree() + "/tests/ui/pictures/") + name + QStringLiteral(".png");
     const QImage reduced = reducedPicture(picture);
     if (qEnvironmentVariableIsSet("KESTRO_KEEP_PICTURES")) {
         ASSERT_TRUE(reduced.save(path)) << path.toStdString();

@@ -15,15 +15,8 @@ namespace kestro {
 
 /// Every reader of one simulated machine, which must outlive them.
 struct SimulatedReaders {
-    explicit SimulatedReaders(SimulatedMac& mac)
-        : cpu(mac.machHost, mac.systemControl),
-          memory(mac.machHost, mac.systemControl, mac.processInfo),
-          disk(mac.fileSystem),
-          network(mac.networkInterfaces, mac.clock),
-          power(mac.powerSources),
-          smc(mac.smc),
-          thermal(mac.hidEventSystem, mac.processInfo),
-          processes(mac.commandRunner) {}
+    explicit SimulatedReaders(SimulatedMac& mac);
+    ~SimulatedReaders();
 
     TelemetryReaders all() { return {cpu, memory, disk, network, power, smc, thermal, processes}; }
 

@@ -7,18 +7,20 @@
 #include "tests/support/simulated_readers.h"
 #include "ui/kestro_services.h"
 
+#include <chrono>
+#include <functional>
+#include <memory>
+
 namespace kestro {
 
 /// A simulated machine with everything that observes and controls it, for tests and pictures of the surfaces. A
 /// test that must prepare the machine or its preferences before the objects are created passes `arrange`.
 struct SimulatedServices {
-    SimulatedServices() : SimulatedServices([](SimulatedMac&) {}) {}
-
-    template <typename Arrange>
-    explicit SimulatedServices(Arrange&& arrange) {
-        arrange(mac);
-        objects = std::make_unique<Objects>(mac);
-    }
+    SimulatedServices();
+    explicit SimulatedServices(const std::function<void(SimulatedMac&)>& arrange);
+    ~SimulatedServices();
+    SimulatedServices(const SimulatedServices&) = delete;
+    SimulatedServices& operator=(const SimulatedServices&) = delete;
 
     /// The references that the surfaces need.
     KestroServices services() {
@@ -36,19 +38,10 @@ struct SimulatedServices {
 
     /// Advances to the state after half a minute with the dashboard open: full histories, processes listed,
     /// power mode read.
-    void settle() {
-        objects->engine.setUIActive(true);
-        mac.advance(std::chrono::seconds(40));
-    }
+    void settle();
 
     struct Objects {
-        explicit Objects(SimulatedMac& machine)
-            : settings(machine.userDefaults),
-              readers(machine),
-              engine(machine.platform(), settings, readers.all()),
-              fanManager(machine.platform(), settings, engine, readers.smc),
-              keepAwake(machine.platform(), settings),
-              powerManager(machine.platform()) {}
+        explicit Objects(SimulatedMac& machine);
 
         UserSettings settings;
         SimulatedReaders readers;

@@ -1,3 +1,4 @@
+#include "tests/support/places.h"
 #include "tests/support/temporary_directory.h"
 
 #include <gmock/gmock.h>
@@ -33,7 +34,7 @@ protected:
     /// Adds a program with these tests of the troubled program.
     void addProgram(const std::string& name, const std::string& filter) {
         addScript(name,
-                  "exec '" KESTRO_BINARY_DIR "/tests/troubled_program' --gtest_filter='" + filter + "' \"$@\"");
+                  "exec '" + buildTree() + "/tests/troubled_program' --gtest_filter='" + filter + "' \"$@\"");
     }
 
     void addScript(const std::string& name, const std::string& script) {
@@ -41,10 +42,12 @@ protected:
         fs::permissions(folder / ("build/fake/tests/" + name), fs::perms::owner_all);
     }
 
-    /// Runs `script`, where $run is the runner, and stores its output and status.
+    /// Runs `script`, where $run is the runner, and stores its output and status. Shells print warnings in a
+    /// locale that is not installed.
     void shell(const std::string& script) {
-        const std::string command = "cd '" + folder.path().string() + "' && exec 2>errors && run='" +
-                                    KESTRO_SOURCE_DIR "/tools/run_tests.sh' && " + script;
+        const std::string command = "export LC_ALL=C && cd '" + folder.path().string() +
+                                    "' && exec 2>errors && run='" + sourceTree() + "/tools/run_tests.sh' && " +
+                                    script;
         FILE* const stream = popen(command.c_str(), "r");
         ASSERT_NE(stream, nullptr);
         std::array<char, 4096> piece{};

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/desktop/desktop_power_assertions.h"
-#include "tests/platform/desktop/fake_service.h"
 #include "tests/platform/desktop/lock_pipe.h"
 #include "tests/support/event_waiting.h"
+#include "tests/support/fake_service.h"
 #include "tests/support/private_bus.h"
 
 #include <gmock/gmock.h>

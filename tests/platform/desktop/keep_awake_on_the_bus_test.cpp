@@ -2,7 +2,7 @@
 #include "core/settings/user_settings.h"
 #include "platform/desktop/desktop_power_assertions.h"
 #include "platform/simulated/simulated_mac.h"
-#include "tests/platform/desktop/fake_service.h"
+#include "tests/support/fake_service.h"
 #include "tests/support/private_bus.h"
 
 #include <gmock/gmock.h>

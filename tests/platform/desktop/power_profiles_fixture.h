@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/desktop/power_profiles.h"
-#include "tests/platform/desktop/fake_service.h"
 #include "tests/support/event_waiting.h"
+#include "tests/support/fake_service.h"
 #include "tests/support/private_bus.h"
 
 #include <QDBusVariant>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/platform/clock.h"
+#include "tests/support/places.h"
 #include "tests/support/temporary_directory.h"
 
 #include <chrono>
@@ -12,7 +13,7 @@ namespace kestro::test {
 
 /// The root directory of a captured machine.
 inline std::string fixture(std::string_view machine) {
-    return std::string(KESTRO_SOURCE_DIR "/tests/fixtures/").append(machine);
+    return sourceTree().append("/tests/fixtures/").append(machine);
 }
 
 /// A machine's file system that a test writes file by file; deleted when this object is destroyed.

@@ -3,6 +3,7 @@
 #include "core/readout/menubar_readout.h"
 #include "core/settings/menubar_enumerations.h"
 #include "core/settings/settings_enumerations.h"
+#include "tests/support/places.h"
 #include "ui/symbols/symbol_painter.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@ namespace {
 QMap<QString, QSet<QString>> wordsBelow(const QString& folder) {
     QMap<QString, QSet<QString>> words;
     const QRegularExpression word(QStringLiteral("\"([a-z][A-Za-z0-9.]*)\""));
-    const QString root = QStringLiteral(KESTRO_SOURCE_DIR "/");
+    const QString root = QString::fromStdString(sourceTree() + "/");
     QDirIterator files(root + folder, {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {

@@ -1,4 +1,4 @@
-#include "tests/platform/desktop/fake_service.h"
+#include "tests/support/fake_service.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
