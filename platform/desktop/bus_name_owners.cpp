@@ -9,6 +9,16 @@
 
 namespace kestro {
 
+namespace {
+
+QDBusMessage callToBus(const char* member) {
+    return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+                                          QStringLiteral("/org/freedesktop/DBus"),
+                                          QStringLiteral("org.freedesktop.DBus"), QString::fromLatin1(member));
+}
+
+}  // namespace
+
 BusNameOwners::BusNameOwners(const QDBusConnection& bus, const QStringList& names, Handler handler)
     : bus_(bus), handler_(std::move(handler)) {
     if (!bus_.isConnected()) {
@@ -20,11 +30,7 @@ BusNameOwners::BusNameOwners(const QDBusConnection& bus, const QStringList& name
     QObject::connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, &context_,
                      [this](const QString& name, const QString&, const QString& owner) { setOwner(name, owner); });
     for (const auto& name : names) {
-        auto message = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetNameOwner"));
-        message << name;
-        const auto call = bus_.asyncCall(message);
+        const auto call = bus_.asyncCall(callToBus("GetNameOwner") << name);
         questions_.push_back({name, call});
         const auto* answer = new QDBusPendingCallWatcher(call, &context_);
         QObject::connect(answer, &QDBusPendingCallWatcher::finished, &context_,
@@ -40,6 +46,20 @@ QString BusNameOwners::owner(const QString& name) const {
     return found == owners_.end() ? QString() : found->second;
 }
 
+void BusNameOwners::refresh() {
+    ++refreshes_;
+    // Any answer of the bus arrives after the changes before it.
+    const auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(callToBus("GetId")), &context_);
+    QObject::connect(answer, &QDBusPendingCallWatcher::finished, &context_,
+                     [this](QDBusPendingCallWatcher* finished) {
+                         finished->deleteLater();
+                         --refreshes_;
+                         if (isKnown()) {
+                             handler_(QString());
+                         }
+                     });
+}
+
 void BusNameOwners::poll() {
     const auto answered =
         std::stable_partition(questions_.begin(), questions_.end(),
@@ -52,7 +72,7 @@ void BusNameOwners::poll() {
             setOwner(question.name, reply.value());
         }
     }
-    if (!taken.empty() && questions_.empty()) {
+    if (!taken.empty() && isKnown()) {
         handler_(QString());
     }
 }

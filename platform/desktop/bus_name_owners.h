@@ -17,7 +17,7 @@ namespace kestro {
 /// Watching starts no service. Main thread.
 class BusNameOwners {
 public:
-    /// Called after the owner of `name` has changed, and once with an empty name when all owners are known.
+    /// Called after the owner of `name` has changed, and with an empty name whenever all owners have become known.
     using Handler = std::function<void(const QString& name)>;
 
     BusNameOwners(const QDBusConnection& bus, const QStringList& names, Handler handler);
@@ -30,7 +30,11 @@ public:
     QString owner(const QString& name) const;
 
     /// Whether the bus has reported the owner of every name. Without a bus this is true and nothing is owned.
-    bool isKnown() const { return questions_.empty(); }
+    bool isKnown() const { return questions_.empty() && refreshes_ == 0; }
+
+    /// To be called when an owner turned out to be gone: the owners are unknown until pending changes have
+    /// arrived.
+    void refresh();
 
     /// Processes replies that have arrived but are still queued in the event loop, without running the loop.
     void poll();
@@ -47,6 +51,7 @@ private:
     Handler handler_;
     std::map<QString, QString> owners_;
     std::vector<Question> questions_;
+    int refreshes_ = 0;  // under way
     QDBusServiceWatcher watcher_;
     QObject context_;
 };

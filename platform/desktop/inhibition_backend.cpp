@@ -73,13 +73,19 @@ std::array<InhibitionBackend, inhibitionBackendCount> backendOrder(bool displayA
     return {gnomeSessionManager, kdePolicyAgent, freedesktopPowerManagement, portal, screenSaver, logind};
 }
 
-std::optional<QDBusMessage> inhibitCall(InhibitionBackend backend, const InhibitionWish& wish, bool weakest) {
+bool canInhibit(InhibitionBackend backend, const InhibitionWish& wish) {
+    return wish.displayAndSystem ||
+           (backend != InhibitionBackend::freedesktopPowerManagement && backend != InhibitionBackend::screenSaver);
+}
+
+QDBusMessage inhibitCall(InhibitionBackend backend, const QString& service, const InhibitionWish& wish,
+                         bool weakest) {
     const auto& row = rowOf(backend);
     const QString application = QString::fromLatin1(applicationName);
     const std::uint32_t flags = wish.displayAndSystem ? row.displayFlags : row.systemFlags;
     const bool isAddition = backend == InhibitionBackend::kdePolicyAgent;
-    auto message = call(QString::fromLatin1(row.service), QString::fromLatin1(row.path), row.interface,
-                        isAddition ? "AddInhibition" : "Inhibit");
+    auto message =
+        call(service, QString::fromLatin1(row.path), row.interface, isAddition ? "AddInhibition" : "Inhibit");
     switch (backend) {
         case InhibitionBackend::gnomeSessionManager:
             return message << application << std::uint32_t{0} << wish.reason << flags;
@@ -91,13 +97,13 @@ std::optional<QDBusMessage> inhibitCall(InhibitionBackend backend, const Inhibit
                                           {QStringLiteral("handle_token"), nextHandleToken()}};
         case InhibitionBackend::freedesktopPowerManagement:
         case InhibitionBackend::screenSaver:
-            return wish.displayAndSystem ? std::optional(message << application << wish.reason) : std::nullopt;
+            return message << application << wish.reason;
         case InhibitionBackend::logind:
             return message << (wish.displayAndSystem ? QStringLiteral("idle") : QStringLiteral("sleep"))
                            << application << wish.reason
                            << (weakest ? QStringLiteral("block-weak") : QStringLiteral("block"));
     }
-    return std::nullopt;
+    return message;
 }
 
 std::optional<InhibitionLock> lockFromReply(InhibitionBackend backend, const QDBusMessage& reply) {

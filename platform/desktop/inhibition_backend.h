@@ -51,10 +51,13 @@ bool isOnSystemBus(InhibitionBackend backend);
 std::array<InhibitionBackend, inhibitionBackendCount> backendOrder(bool displayAndSystem,
                                                                    bool hasFreedesktopPowerManagement);
 
-/// The call that asks `backend` for a lock, without starting a service. nullopt: the backend does not support
-/// it. `weakest` asks logind for a mode that a user's own command overrides; daemons before version 257 refuse
-/// it.
-std::optional<QDBusMessage> inhibitCall(InhibitionBackend backend, const InhibitionWish& wish, bool weakest);
+/// Whether `backend` supports this wish.
+bool canInhibit(InhibitionBackend backend, const InhibitionWish& wish);
+
+/// The call that asks `backend`, at the connection `service`, for a lock without starting a service. `weakest`
+/// asks logind for a mode that a user's own command overrides; daemons before version 257 refuse it.
+QDBusMessage inhibitCall(InhibitionBackend backend, const QString& service, const InhibitionWish& wish,
+                         bool weakest);
 
 /// The lock in a reply; nullopt: refused, or the reply contains none.
 std::optional<InhibitionLock> lockFromReply(InhibitionBackend backend, const QDBusMessage& reply);

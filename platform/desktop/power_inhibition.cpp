@@ -10,9 +10,20 @@
 
 namespace kestro {
 
+namespace {
+
+/// Whether the bus answers that the connection does not exist any more.
+bool hasNoReceiver(const QDBusMessage& reply) {
+    return reply.errorName() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner") ||
+           reply.errorName() == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown");
+}
+
+}  // namespace
+
 struct PowerInhibition::Attempt {
     PowerInhibition* owner;  // nullptr: the reply no longer counts
     InhibitionBackend backend;
+    QString service;  // unique name of the connection that was asked
     bool weakest;
     QDBusConnection bus;
     QDBusPendingCall call;
@@ -20,9 +31,8 @@ struct PowerInhibition::Attempt {
 
     /// Releases a lock that was granted too late.
     void giveBack() const {
-        const auto reply = call.reply();
-        const auto lock = lockFromReply(backend, reply);
-        if (const auto release = lock ? releaseCall(backend, *lock, reply.service()) : std::nullopt) {
+        const auto lock = lockFromReply(backend, call.reply());
+        if (const auto release = lock ? releaseCall(backend, *lock, service) : std::nullopt) {
             bus.send(*release);
         }
     }
@@ -84,9 +94,9 @@ void PowerInhibition::askBest() {
         return;
     }
     for (const auto backend : order()) {
-        if (isOwned(backend) && !refusedBy_.contains(backend) && inhibitCall(backend, wish_, true)) {
+        if (isOwned(backend) && !refusedBy_.contains(backend) && canInhibit(backend, wish_)) {
             // An idle lock is never in the user's way: only a sleep lock asks for the weakest form.
-            ask(backend, backend == InhibitionBackend::logind && !wish_.displayAndSystem);
+            ask(backend, owner(backend), backend == InhibitionBackend::logind && !wish_.displayAndSystem);
             return;
         }
     }
@@ -96,12 +106,14 @@ void PowerInhibition::askBest() {
     }
 }
 
-void PowerInhibition::ask(InhibitionBackend backend, bool weakest) {
+void PowerInhibition::ask(InhibitionBackend backend, const QString& service, bool weakest) {
     state_ = State::asking;
     const auto& bus = buses_.of(backend).bus();
-    // No timeout on the bus: a lock granted after `patience` must still be released.
-    const auto call = bus.asyncCall(*inhibitCall(backend, wish_, weakest), std::numeric_limits<int>::max());
-    attempt_ = std::make_shared<Attempt>(Attempt{this, backend, weakest, bus, call});
+    // Addressed to one connection, because Qt 6.8 does not report the sender of a reply. No timeout on the bus: a
+    // lock granted after `patience` must still be released.
+    const auto call =
+        bus.asyncCall(inhibitCall(backend, service, wish_, weakest), std::numeric_limits<int>::max());
+    attempt_ = std::make_shared<Attempt>(Attempt{this, backend, service, weakest, bus, call});
     patience_.start(buses_.patience);
     // Outlives this object, so that a late grant is still released.
     auto* watcher = new QDBusPendingCallWatcher(call, QCoreApplication::instance());
@@ -123,13 +135,16 @@ void PowerInhibition::take(const std::shared_ptr<Attempt>& attempt) {
     if (auto lock = lockFromReply(attempt->backend, reply)) {
         heldBackend_ = attempt->backend;
         lock_ = std::move(lock);
-        grantedBy_ = reply.service();
+        grantedBy_ = attempt->service;
         state_ = State::held;
         wasGranted_ = true;
     } else if (attempt->weakest && QDBusError(reply).type() == QDBusError::InvalidArgs) {
-        ask(attempt->backend, false);
+        ask(attempt->backend, attempt->service, false);
     } else {
         refusedBy_.insert(attempt->backend);
+        if (hasNoReceiver(reply)) {
+            buses_.of(attempt->backend).refresh();
+        }
         askBest();
     }
 }
@@ -159,13 +174,17 @@ void PowerInhibition::refuse() {
         &patience_, [this] { onRefused_(); }, Qt::QueuedConnection);
 }
 
+QString PowerInhibition::owner(InhibitionBackend backend) const {
+    return buses_.of(backend).owner(serviceName(backend));
+}
+
 bool PowerInhibition::isOwned(InhibitionBackend backend) const {
-    return !buses_.of(backend).owner(serviceName(backend)).isEmpty();
+    return !owner(backend).isEmpty();
 }
 
 bool PowerInhibition::isBetterThan(InhibitionBackend changed, InhibitionBackend current) const {
     const auto ranking = order();
-    return isOwned(changed) && inhibitCall(changed, wish_, false) &&
+    return isOwned(changed) && canInhibit(changed, wish_) &&
            std::ranges::find(ranking, changed) < std::ranges::find(ranking, current);
 }
 

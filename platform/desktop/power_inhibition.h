@@ -21,7 +21,7 @@ struct InhibitionBuses {
     BusNameOwners& system;
     std::chrono::milliseconds patience;
 
-    const BusNameOwners& of(InhibitionBackend backend) const { return isOnSystemBus(backend) ? system : session; }
+    BusNameOwners& of(InhibitionBackend backend) const { return isOnSystemBus(backend) ? system : session; }
     bool isKnown() const { return session.isKnown() && system.isKnown(); }
 };
 
@@ -60,12 +60,13 @@ private:
     struct Attempt;
 
     void askBest();
-    void ask(InhibitionBackend backend, bool weakest);
+    void ask(InhibitionBackend backend, const QString& service, bool weakest);
     void take(const std::shared_ptr<Attempt>& attempt);
     void giveUpAttempt();
     void releaseLock();
     void refuse();
     bool isBetterThan(InhibitionBackend changed, InhibitionBackend current) const;
+    QString owner(InhibitionBackend backend) const;
     bool isOwned(InhibitionBackend backend) const;
     std::array<InhibitionBackend, inhibitionBackendCount> order() const;
 
@@ -77,7 +78,7 @@ private:
     std::set<InhibitionBackend> refusedBy_;
     std::shared_ptr<Attempt> attempt_;  // the one whose answer counts
     InhibitionBackend heldBackend_{};
-    QString grantedBy_;
+    QString grantedBy_;  // unique name
     std::optional<InhibitionLock> lock_;
     QTimer patience_;
 };

@@ -1,5 +1,10 @@
 #include "tests/platform/desktop/desktop_power_assertions_fixture.h"
 
+#include <QDBusConnectionInterface>
+
+#include <thread>
+#include <utility>
+
 namespace kestro {
 namespace {
 
@@ -8,6 +13,16 @@ using namespace testing_support;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
+
+/// Ends a service and its connection without running the event loop, so that `session` has not handled it yet.
+void crash(std::unique_ptr<FakeService> service, const QDBusConnection& session) {
+    const auto uniqueName = service->connection().baseService();
+    QDBusConnection::disconnectFromBus(service->connection().name());
+    service.reset();
+    while (session.interface()->isServiceRegistered(uniqueName)) {
+        std::this_thread::yield();
+    }
+}
 
 TEST_F(DesktopPowerAssertionsTest, ASlowServiceDoesNotBlockAndItsLateGrantCounts) {
     timing.answerBound = 20ms;
@@ -141,6 +156,57 @@ TEST_F(DesktopPowerAssertionsTest, OnlyTheNewOwnerIsAskedWhenANameChangesHands) 
 
     ASSERT_TRUE(waitForCalls(*successor, 2));
     EXPECT_EQ(successor->calls().back(), "Uninhibit(2u)") << "the cookie of the process that granted it";
+}
+
+TEST_F(DesktopPowerAssertionsTest, ALateGrantIsReleasedAtTheProcessThatGrantedIt) {
+    const auto old = service(InhibitionBackend::gnomeSessionManager);
+    ASSERT_TRUE(create().has_value());
+    old->hold(true);
+    old->vanish();
+    old->appear();
+    ASSERT_TRUE(waitForCalls(*old, 3));
+    old->vanish();
+    const auto successor = service(InhibitionBackend::gnomeSessionManager);
+    ASSERT_TRUE(waitUntil([&] { return lastCookie == 2; }));
+
+    old->hold(false);
+    old->answerHeld();
+
+    ASSERT_TRUE(waitForCalls(*old, 4));
+    EXPECT_EQ(old->calls().back(), "Uninhibit(3u)");
+    successor->settle(session);
+    EXPECT_EQ(successor->calls().size(), 1U);
+}
+
+TEST_F(DesktopPowerAssertionsTest, AServiceThatRestartedUnnoticedIsAskedAgain) {
+    timing.answerBound = 20ms;
+    auto old = service(InhibitionBackend::gnomeSessionManager);
+    assertions().release(create().value());
+    crash(std::move(old), session);
+    const auto successor = service(InhibitionBackend::gnomeSessionManager);
+
+    const auto id = create();
+
+    ASSERT_TRUE(id.has_value());
+    ASSERT_TRUE(waitForCalls(*successor, 1));
+    successor->settle(session);
+    EXPECT_THAT(revoked, IsEmpty());
+    assertions().release(*id);
+    ASSERT_TRUE(waitForCalls(*successor, 2));
+    EXPECT_EQ(successor->calls().back(), "Uninhibit(2u)");
+}
+
+TEST_F(DesktopPowerAssertionsTest, AServiceThatLeftUnnoticedRevokesTheAssertion) {
+    timing.answerBound = 20ms;
+    auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    assertions().release(create().value());
+    crash(std::move(gnome), session);
+
+    const auto id = create();
+
+    ASSERT_TRUE(id.has_value());
+    ASSERT_TRUE(waitUntil([&] { return !revoked.empty(); }));
+    EXPECT_THAT(revoked, ElementsAre(*id));
 }
 
 TEST_F(DesktopPowerAssertionsTest, AHangingServiceIsSkippedAndItsLateGrantReleased) {
