@@ -172,7 +172,7 @@ protected:
         first_.setGeometry(10, 10, 28, 28);
         second_.setGeometry(60, 10, 28, 28);
         window_.show();
-        QApplication::setActiveWindow(&window_);
+        window_.activateWindow();
         QApplication::processEvents();
         if (QWidget* focused = window_.focusWidget()) {
             focused->clearFocus();

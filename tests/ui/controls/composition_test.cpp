@@ -2,6 +2,8 @@
 
 #include "tests/ui/controls/view_test.h"
 
+#include <QPointer>
+
 namespace kestro {
 namespace {
 
