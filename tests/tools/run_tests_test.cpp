@@ -114,7 +114,7 @@ TEST_F(RunTests, PrintsAFailedTestAsTheProgramDoes) {
                                      "\\[ RUN      \\] Bad.Fails\n"
                                      "before it fails\n"
                                      ".*troubled_program.cpp:[0-9]+: Failure\n"
-                                     ".*as it should\n"
+                                     ".*as it should\n+"
                                      "\\[  FAILED  \\] Bad.Fails \\([0-9]+ ms\\)\n"));
     EXPECT_EQ(lastLine(), "2 passed, 1 failed\n");
     EXPECT_EQ(WEXITSTATUS(status), 1);
