@@ -112,11 +112,12 @@ int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile) {
 }
 
 /// Disables what this program does not use but would pay for in memory: the desktop's widget theme (every
-/// surface paints itself with the fonts and colours of the settings) and the input method (there are no text
-/// fields).
+/// surface paints itself with the fonts and colours of the settings), the input method (there are no text
+/// fields), and the toolkit's look at the portal, which would start it.
 void prepareToolkit() {
     QGuiApplication::setDesktopSettingsAware(false);
     qputenv("QT_IM_MODULE", "none");
+    qputenv("QT_NO_XDG_DESKTOP_PORTAL", "1");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "tests/desktop/desktop_session.h"
 
 #include "tests/desktop/panel_settings.h"
+#include "tests/support/bus_configuration.h"
 #include "tests/support/places.h"
 
 #include <QCoreApplication>
@@ -50,6 +51,21 @@ QProcessEnvironment whatASessionInherits() {
 QString doesNotStart(QProcess& process) {
     return process.program() + QStringLiteral(" does not start\n") +
            QString::fromUtf8(process.readAllStandardError());
+}
+
+/// Fills the folder with the services that the session bus may start: those that panels consist of and
+/// accessibility needs. The others on this machine, such as a portal, would answer in place of the test's own.
+void offerServices(const QString& folder) {
+    QDir().mkpath(folder);
+    const QStringList wanted{QStringLiteral("org.a11y.Bus.service"),
+                             QStringLiteral("org.mate.panel.applet.*.service"),
+                             QStringLiteral("org.xfce.Xfconf.service")};
+    for (const QString& data : {QStringLiteral("/usr/local/share"), QStringLiteral("/usr/share")}) {
+        const QDir offered(data + QStringLiteral("/dbus-1/services"));
+        for (const QString& name : offered.entryList(wanted, QDir::Files)) {
+            QFile::copy(offered.filePath(name), folder + QLatin1Char('/') + name);
+        }
+    }
 }
 
 QString nextConnectionName() {
@@ -135,12 +151,13 @@ bool DesktopSession::startWindowManager() {
     return isReady;
 }
 
-QString DesktopSession::startBus(const QString& socket) {
+QString DesktopSession::startBus(const QString& socket, const QString& services) {
     // In the session's folder, so that a killed daemon leaves nothing behind.
+    const QString configuration = path(socket) + QStringLiteral(".conf");
+    writeBusConfiguration(configuration, path(socket), services);
     QProcess& daemon =
-        start(QStringLiteral("dbus-daemon"),
-              {QStringLiteral("--session"), QStringLiteral("--nofork"),
-               QStringLiteral("--address=unix:path=") + path(socket), QStringLiteral("--print-address")});
+        start(QStringLiteral("dbus-daemon"), {QStringLiteral("--config-file=") + configuration,
+                                              QStringLiteral("--nofork"), QStringLiteral("--print-address")});
     const QString address = firstLine(daemon);
     if (address.isEmpty()) {
         failure_ = doesNotStart(daemon);
@@ -149,7 +166,8 @@ QString DesktopSession::startBus(const QString& socket) {
 }
 
 bool DesktopSession::startBuses() {
-    const QString sessionAddress = startBus(QStringLiteral("session-bus"));
+    offerServices(path(QStringLiteral("services")));
+    const QString sessionAddress = startBus(QStringLiteral("session-bus"), path(QStringLiteral("services")));
     environment_.insert(sessionBusVariable, sessionAddress);
     // A private bus, since the services on the machine's own would respond.
     const QString systemAddress = startBus(QStringLiteral("system-bus"));
@@ -260,66 +278,6 @@ QByteArray DesktopSession::output(const QString& program, const QStringList& arg
         return {};
     }
     return process.readAllStandardOutput();
-}
-
-QImage DesktopSession::screenshot(const QString& name) const {
-    const QString folder = QString::fromStdString(buildTree() + "/tests/pictures");
-    QDir().mkpath(folder);
-    const QString file = folder + QLatin1Char('/') + name + QStringLiteral(".png");
-    output(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), file});
-    return QImage(file);
-}
-
-void DesktopSession::moveTo(QPoint position) const {
-    output(QStringLiteral("xdotool"),
-           {QStringLiteral("mousemove"), QString::number(position.x()), QString::number(position.y())});
-}
-
-void DesktopSession::click(QPoint position, int button) const {
-    moveTo(position);
-    output(QStringLiteral("xdotool"), {QStringLiteral("click"), QString::number(button)});
-}
-
-void DesktopSession::key(const QString& name) const {
-    output(QStringLiteral("xdotool"), {QStringLiteral("key"), name});
-}
-
-std::vector<DesktopWindow> DesktopSession::windows() const {
-    std::vector<DesktopWindow> found;
-    const QByteArray identifiers =
-        output(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                           QStringLiteral("--class"), QStringLiteral("^kestro$")});
-    for (const QByteArray& identifier : identifiers.split('\n')) {
-        if (identifier.isEmpty()) {
-            continue;
-        }
-        const QString window = QString::fromLatin1(identifier);
-        const QByteArray title = output(QStringLiteral("xdotool"), {QStringLiteral("getwindowname"), window});
-        const QByteArray geometry = output(
-            QStringLiteral("xdotool"), {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
-        const auto value = [&](const char* name) {
-            const QRegularExpression line(QString::fromLatin1(name) + QStringLiteral("=(-?\\d+)"));
-            return line.match(QString::fromLatin1(geometry)).captured(1).toInt();
-        };
-        found.push_back({window, QString::fromUtf8(title).trimmed(),
-                         QRect(value("X"), value("Y"), value("WIDTH"), value("HEIGHT"))});
-    }
-    return found;
-}
-
-std::optional<DesktopWindow> DesktopSession::strip() const {
-    static const QRegularExpression figure(QStringLiteral("\\d%"));
-    for (const DesktopWindow& window : windows()) {
-        if (window.frame.height() == 28 && figure.match(window.title).hasMatch()) {
-            return window;
-        }
-    }
-    return std::nullopt;
-}
-
-QString DesktopSession::windowProperty(const DesktopWindow& window, const QString& name) const {
-    const QByteArray line = output(QStringLiteral("xprop"), {QStringLiteral("-id"), window.identifier, name});
-    return QString::fromUtf8(line.mid(line.indexOf('=') + 1)).trimmed();
 }
 
 void DesktopSession::writePreferences(const QByteArray& json) const {

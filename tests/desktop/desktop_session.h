@@ -123,7 +123,7 @@ private:
     bool startDisplay();
     bool startBuses();
     bool startWindowManager();
-    QString startBus(const QString& socket);
+    QString startBus(const QString& socket, const QString& services = {});
     bool hasKestroFailed() const;
     void reportKestro() const;
     std::vector<qint64> processesOfSession() const;

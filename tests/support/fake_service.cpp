@@ -88,8 +88,8 @@ FakeService::FakeService(const QDBusConnection& connection, const QString& name,
     }
     object_->answers = std::move(answers);
     object_->moveToThread(&thread_);
-    thread_.start();
     appear();
+    thread_.start();
 }
 
 void FakeService::settle(const QDBusConnection& sender) const {

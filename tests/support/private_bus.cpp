@@ -1,9 +1,7 @@
 #include "tests/support/private_bus.h"
 
 #include "platform/posix/descriptor.h"
-
-#include <QFile>
-#include <QUrl>
+#include "tests/support/bus_configuration.h"
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -19,25 +17,6 @@
 namespace kestro {
 
 namespace {
-
-constexpr auto configuration = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <type>session</type>
-  <listen>unix:path=%1/bus</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-)";
-
-/// In a bus address only letters, digits and a few symbols stand for themselves. They are safe in XML, too.
-QString escapedForAddress(const QString& path) {
-    return QString::fromLatin1(QUrl::toPercentEncoding(path, "/", "~"));
-}
 
 /// Starts the daemon, which writes its address to `output`. QProcess is unsuitable: its child briefly shares
 /// this process's memory, and the thread sanitizer then mistakes this process for the child and stops checking.
@@ -72,12 +51,7 @@ std::string readLine(const Descriptor& input) {
 
 PrivateBus::PrivateBus() {
     const QString file = directory_.filePath(QStringLiteral("bus.conf"));
-    QFile out(file);
-    if (!out.open(QIODevice::WriteOnly)) {
-        throw std::runtime_error("cannot write the bus configuration");
-    }
-    out.write(QString::fromUtf8(configuration).arg(escapedForAddress(directory_.path())).toUtf8());
-    out.close();
+    writeBusConfiguration(file, directory_.filePath(QStringLiteral("bus")));
     std::array<int, 2> ends{-1, -1};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
         throw std::runtime_error("cannot make a pipe");

@@ -57,6 +57,7 @@ private:
 class LinuxFileEventsTest : public testing::Test {
 protected:
     LinuxFileEventsTest() { events.createIfMissing(path); }
+    ~LinuxFileEventsTest() override { umask(inheritedMask_); }
 
     std::unique_ptr<FileEventSource> watch() {
         return events.watchWrites(path, [this] { seen += events.read(path).value_or("<none>") + ";"; });
@@ -76,6 +77,11 @@ protected:
         unlink(path.c_str());
     }
 
+private:
+    // Files that others may write to would be rejected.
+    const mode_t inheritedMask_ = umask(022);
+
+protected:
     TemporaryDirectory directory;
     const std::string path = directory / "command";
     QueueLoop loop;

@@ -1,0 +1,70 @@
+#include "tests/desktop/desktop_session.h"
+
+#include "tests/support/places.h"
+
+#include <QDir>
+#include <QRegularExpression>
+
+namespace kestro {
+
+QImage DesktopSession::screenshot(const QString& name) const {
+    const QString folder = QString::fromStdString(buildTree() + "/tests/pictures");
+    QDir().mkpath(folder);
+    const QString file = folder + QLatin1Char('/') + name + QStringLiteral(".png");
+    output(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), file});
+    return QImage(file);
+}
+
+void DesktopSession::moveTo(QPoint position) const {
+    output(QStringLiteral("xdotool"),
+           {QStringLiteral("mousemove"), QString::number(position.x()), QString::number(position.y())});
+}
+
+void DesktopSession::click(QPoint position, int button) const {
+    moveTo(position);
+    output(QStringLiteral("xdotool"), {QStringLiteral("click"), QString::number(button)});
+}
+
+void DesktopSession::key(const QString& name) const {
+    output(QStringLiteral("xdotool"), {QStringLiteral("key"), name});
+}
+
+std::vector<DesktopWindow> DesktopSession::windows() const {
+    std::vector<DesktopWindow> found;
+    const QByteArray identifiers =
+        output(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                           QStringLiteral("--class"), QStringLiteral("^kestro$")});
+    for (const QByteArray& identifier : identifiers.split('\n')) {
+        if (identifier.isEmpty()) {
+            continue;
+        }
+        const QString window = QString::fromLatin1(identifier);
+        const QByteArray title = output(QStringLiteral("xdotool"), {QStringLiteral("getwindowname"), window});
+        const QByteArray geometry = output(
+            QStringLiteral("xdotool"), {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
+        const auto value = [&](const char* name) {
+            const QRegularExpression line(QString::fromLatin1(name) + QStringLiteral("=(-?\\d+)"));
+            return line.match(QString::fromLatin1(geometry)).captured(1).toInt();
+        };
+        found.push_back({window, QString::fromUtf8(title).trimmed(),
+                         QRect(value("X"), value("Y"), value("WIDTH"), value("HEIGHT"))});
+    }
+    return found;
+}
+
+std::optional<DesktopWindow> DesktopSession::strip() const {
+    static const QRegularExpression figure(QStringLiteral("\\d%"));
+    for (const DesktopWindow& window : windows()) {
+        if (window.frame.height() == 28 && figure.match(window.title).hasMatch()) {
+            return window;
+        }
+    }
+    return std::nullopt;
+}
+
+QString DesktopSession::windowProperty(const DesktopWindow& window, const QString& name) const {
+    const QByteArray line = output(QStringLiteral("xprop"), {QStringLiteral("-id"), window.identifier, name});
+    return QString::fromUtf8(line.mid(line.indexOf('=') + 1)).trimmed();
+}
+
+}  // namespace kestro
