@@ -1,9 +1,9 @@
 #pragma once
 
 #include "core/base/lifetime.h"
-#include "core/cooling/fan_curve.h"
+#include "core/model/fan_curve.h"
+#include "core/model/settings_enumerations.h"
 #include "core/platform/file_events.h"
-#include "core/settings/settings_enumerations.h"
 
 #include <QSize>
 

@@ -4,19 +4,19 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/cpu_topology.h"
-#include "platform/linux/hwmon_chip.h"
-#include "platform/linux/interface_traffic.h"
-#include "platform/linux/machine_identity.h"
-#include "platform/linux/memory_pressure.h"
-#include "platform/linux/os_release.h"
-#include "platform/linux/power_supply.h"
-#include "platform/linux/proc_meminfo.h"
-#include "platform/linux/proc_stat.h"
-#include "platform/linux/proc_swaps.h"
-#include "platform/linux/sensor_names.h"
-#include "platform/linux/text_parsing.h"
-#include "platform/linux/thermal_zones.h"
+#include "platform/linux/battery/power_supply.h"
+#include "platform/linux/kernel/text_parsing.h"
+#include "platform/linux/machine/cpu_topology.h"
+#include "platform/linux/machine/machine_identity.h"
+#include "platform/linux/machine/memory_pressure.h"
+#include "platform/linux/machine/os_release.h"
+#include "platform/linux/machine/proc_meminfo.h"
+#include "platform/linux/machine/proc_stat.h"
+#include "platform/linux/machine/proc_swaps.h"
+#include "platform/linux/network/interface_traffic.h"
+#include "platform/linux/sensors/hwmon_chip.h"
+#include "platform/linux/sensors/sensor_names.h"
+#include "platform/linux/sensors/thermal_zones.h"
 
 namespace kestro {
 namespace {

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "core/base/text.h"
-#include "core/cooling/fan_curve.h"
-#include "core/power/keep_awake_types.h"
+#include "core/model/fan_curve.h"
+#include "core/model/keep_awake_types.h"
+#include "core/model/settings_enumerations.h"
 #include "core/power/power_mode_report.h"
 #include "core/settings/preference_codec.h"
-#include "core/settings/settings_enumerations.h"
 #include "core/telemetry/process_reader.h"
 
 namespace kestro {

@@ -3,9 +3,7 @@
 #include "ui/controls/badge.h"
 #include "ui/controls/card.h"
 #include "ui/controls/composition.h"
-#include "ui/controls/focus_ring.h"
 #include "ui/controls/option_tile.h"
-#include "ui/controls/popup_menu.h"
 #include "ui/controls/scroll_area.h"
 #include "ui/controls/segmented_choice.h"
 #include "ui/controls/setting_row.h"
@@ -13,7 +11,9 @@
 #include "ui/controls/swatch.h"
 #include "ui/controls/tab_strip.h"
 #include "ui/controls/toggle_switch.h"
-#include "ui/controls/tooltip.h"
+#include "ui/menus/popup_menu.h"
+#include "ui/paint/focus_ring.h"
+#include "ui/paint/tooltip.h"
 #include "ui/settings/settings_parts.h"
 
 #include <QApplication>

@@ -2,7 +2,7 @@
 #include "ui/decorations/halftone_fields.h"
 #include "ui/decorations/orvanel_watermark.h"
 #include "ui/decorations/simple_flame_icon.h"
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
 #include "ui/theme/kestro_theme.h"
 
 #include <QPainter>

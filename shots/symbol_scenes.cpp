@@ -1,7 +1,7 @@
 #include "shots/scene.h"
-#include "ui/controls/text_painter.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
-#include "ui/theme/hairline.h"
 
 #include <QPainter>
 

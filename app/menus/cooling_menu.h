@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/status_bar/status_bar.h"
-#include "core/cooling/fan_curve.h"
-#include "core/power/system_power_mode.h"
+#include "core/model/fan_curve.h"
+#include "core/model/system_power_mode.h"
 #include "core/telemetry/fan_telemetry.h"
 
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/status_bar/status_bar.h"
-#include "core/power/keep_awake_types.h"
+#include "core/model/keep_awake_types.h"
 
 #include <QString>
 

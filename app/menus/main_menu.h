@@ -1,9 +1,9 @@
 #pragma once
 
 #include "app/status_bar/status_bar.h"
-#include "core/cooling/fan_curve.h"
-#include "core/power/keep_awake_types.h"
-#include "core/power/system_power_mode.h"
+#include "core/model/fan_curve.h"
+#include "core/model/keep_awake_types.h"
+#include "core/model/system_power_mode.h"
 
 #include <QString>
 

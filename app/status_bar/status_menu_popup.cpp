@@ -1,6 +1,6 @@
 #include "app/status_bar/status_menu_popup.h"
 
-#include "ui/controls/popup_menu.h"
+#include "ui/menus/popup_menu.h"
 
 namespace kestro {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/base/published.h"
-#include "core/cooling/fan_curve.h"
+#include "core/model/fan_curve.h"
 #include "core/telemetry/fan_telemetry.h"
 
 namespace kestro {

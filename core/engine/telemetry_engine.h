@@ -9,8 +9,8 @@
 
 #include "core/base/lifetime.h"
 #include "core/base/published.h"
+#include "core/model/settings_enumerations.h"
 #include "core/platform/clock.h"
-#include "core/settings/settings_enumerations.h"
 #include "core/telemetry/cpu_telemetry.h"
 #include "core/telemetry/disk_telemetry.h"
 #include "core/telemetry/fan_telemetry.h"

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "core/base/published.h"
+#include "core/model/keep_awake_types.h"
 #include "core/platform/clock.h"
 #include "core/platform/power_assertions.h"
-#include "core/power/keep_awake_types.h"
 
 namespace kestro {
 

@@ -4,7 +4,7 @@
 
 #include "core/base/lifetime.h"
 #include "core/base/published.h"
-#include "core/power/system_power_mode.h"
+#include "core/model/system_power_mode.h"
 
 namespace kestro {
 

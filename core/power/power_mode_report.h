@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "core/power/system_power_mode.h"
+#include "core/model/system_power_mode.h"
 
 namespace kestro {
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "core/model/menubar_enumerations.h"
 #include "core/readout/module_text.h"
 #include "core/readout/readout_inputs.h"
-#include "core/settings/menubar_enumerations.h"
 
 #include <optional>
 #include <span>

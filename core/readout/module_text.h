@@ -1,7 +1,7 @@
 #pragma once
 
+#include "core/model/menubar_enumerations.h"
 #include "core/readout/readout_inputs.h"
-#include "core/settings/menubar_enumerations.h"
 
 #include <array>
 #include <string>

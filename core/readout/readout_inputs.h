@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/cooling/fan_curve.h"
-#include "core/power/system_power_mode.h"
+#include "core/model/fan_curve.h"
+#include "core/model/system_power_mode.h"
 #include "core/telemetry/cpu_telemetry.h"
 #include "core/telemetry/disk_telemetry.h"
 #include "core/telemetry/fan_telemetry.h"

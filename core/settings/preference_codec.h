@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "core/base/enumeration.h"
-#include "core/cooling/fan_curve.h"
+#include "core/model/fan_curve.h"
+#include "core/model/menubar_enumerations.h"
 #include "core/platform/user_defaults.h"
-#include "core/settings/menubar_enumerations.h"
 
 namespace kestro {
 

@@ -7,9 +7,9 @@
 
 #include "core/base/announcer.h"
 #include "core/base/published.h"
-#include "core/cooling/fan_curve.h"
-#include "core/power/keep_awake_types.h"
-#include "core/settings/settings_enumerations.h"
+#include "core/model/fan_curve.h"
+#include "core/model/keep_awake_types.h"
+#include "core/model/settings_enumerations.h"
 
 namespace kestro {
 

@@ -1,7 +1,7 @@
 #include "ui/controls/badge.h"
 
-#include "ui/controls/surface_paint.h"
-#include "ui/controls/text_painter.h"
+#include "ui/paint/surface_paint.h"
+#include "ui/paint/text_painter.h"
 
 #include <QPainter>
 

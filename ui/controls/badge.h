@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ui/controls/ink.h"
-#include "ui/controls/text_style.h"
 #include "ui/controls/view.h"
+#include "ui/paint/ink.h"
+#include "ui/paint/text_style.h"
 
 namespace kestro {
 

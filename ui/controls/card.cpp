@@ -1,8 +1,8 @@
 #include "ui/controls/card.h"
 
-#include "ui/controls/ink.h"
-#include "ui/controls/surface_paint.h"
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/ink.h"
+#include "ui/paint/surface_paint.h"
 #include "ui/theme/kestro_theme.h"
 
 #include <QPaintEvent>

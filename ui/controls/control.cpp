@@ -1,6 +1,6 @@
 #include "ui/controls/control.h"
 
-#include "ui/controls/focus_ring.h"
+#include "ui/paint/focus_ring.h"
 #include "ui/theme/motion.h"
 
 #include <QKeyEvent>
@@ -160,14 +160,14 @@ void Control::cancelPress() {
 
 void Control::moveFocusRing() {
     if (showsFocus_) {
-        FocusRing::showOn(*this);
+        FocusRing::showOn(*this, *this);
     }
 }
 
 void Control::setShowsFocus(bool shows) {
     showsFocus_ = shows;
     if (shows) {
-        FocusRing::showOn(*this);
+        FocusRing::showOn(*this, *this);
     } else {
         FocusRing::hideFrom(*this);
     }

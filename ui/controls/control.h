@@ -1,8 +1,9 @@
 #pragma once
 
-#include "ui/controls/ink.h"
 #include "ui/controls/transition.h"
 #include "ui/controls/view.h"
+#include "ui/paint/focus_ring.h"
+#include "ui/paint/ink.h"
 
 #include <functional>
 
@@ -22,7 +23,7 @@ struct StateOpacity {
 
 /// Base of all interactive views: animated hover, pressed, disabled and keyboard-focus states. A click, Space and
 /// Enter activate it. The focus ring shows only when the focus came from the keyboard. Main thread.
-class Control : public View {
+class Control : public View, public FocusRingTarget {
     Q_OBJECT
 
 public:
@@ -37,8 +38,8 @@ public:
     bool showsFocus() const { return showsFocus_; }
 
     /// The rectangle that the focus ring surrounds, in the control's coordinates, and its corner radius.
-    virtual QRectF focusArea() const;
-    virtual double focusRadius() const { return 6; }
+    QRectF focusArea() const override;
+    double focusRadius() const override { return 6; }
 
     AccessibleInfo accessibleInfo() const override;
 

@@ -1,9 +1,9 @@
 #include "ui/controls/option_tile.h"
 
 #include "ui/controls/indicators.h"
-#include "ui/controls/surface_paint.h"
-#include "ui/controls/text_painter.h"
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/surface_paint.h"
+#include "ui/paint/text_painter.h"
 
 #include <QPainter>
 #include <QPainterPath>

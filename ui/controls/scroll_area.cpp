@@ -1,9 +1,9 @@
 #include "ui/controls/scroll_area.h"
 
 #include "ui/controls/control.h"
-#include "ui/controls/focus_ring.h"
-#include "ui/controls/ink.h"
-#include "ui/controls/surface_paint.h"
+#include "ui/paint/focus_ring.h"
+#include "ui/paint/ink.h"
+#include "ui/paint/surface_paint.h"
 
 #include <QApplication>
 #include <QGraphicsOpacityEffect>

@@ -1,8 +1,8 @@
 #include "ui/controls/segmented_choice.h"
 
-#include "ui/controls/surface_paint.h"
-#include "ui/controls/text_painter.h"
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/surface_paint.h"
+#include "ui/paint/text_painter.h"
 #include "ui/theme/motion.h"
 
 #include <QKeyEvent>

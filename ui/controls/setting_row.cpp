@@ -1,7 +1,7 @@
 #include "ui/controls/setting_row.h"
 
 #include "ui/controls/indicators.h"
-#include "ui/controls/text_painter.h"
+#include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
 #include "ui/theme/motion.h"
 

@@ -1,6 +1,6 @@
 #include "ui/controls/swatch.h"
 
-#include "ui/controls/text_painter.h"
+#include "ui/paint/text_painter.h"
 
 #include <QPainter>
 

@@ -1,7 +1,7 @@
 #include "ui/controls/view.h"
 
-#include "ui/controls/tooltip.h"
 #include "ui/controls/view_accessible.h"
+#include "ui/paint/tooltip.h"
 
 #include <QEvent>
 

@@ -5,7 +5,7 @@
 #include "ui/controls/button.h"
 #include "ui/controls/words.h"
 #include "ui/format/core_clusters.h"
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "ui/dashboard/dashboard_section.h"
 
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
 
 #include <QPainter>
 

@@ -2,7 +2,6 @@
 
 #include "core/settings/user_settings.h"
 #include "ui/controls/button.h"
-#include "ui/controls/surface_paint.h"
 #include "ui/controls/symbol_view.h"
 #include "ui/controls/text_label.h"
 #include "ui/dashboard/activity_section.h"
@@ -12,7 +11,8 @@
 #include "ui/dashboard/io_section.h"
 #include "ui/dashboard/memory_section.h"
 #include "ui/decorations/orvanel_watermark.h"
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/surface_paint.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 #include "ui/dashboard/display_figure.h"
 
-#include "ui/controls/text_painter.h"
+#include "ui/paint/text_painter.h"
 
 #include <QPainter>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/controls/text_style.h"
 #include "ui/controls/view.h"
+#include "ui/paint/text_style.h"
 
 namespace kestro {
 

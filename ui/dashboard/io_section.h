@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/power/system_power_mode.h"
+#include "core/model/system_power_mode.h"
 #include "core/telemetry/network_telemetry.h"
 #include "core/telemetry/power_telemetry.h"
 #include "ui/dashboard/dashboard_section.h"

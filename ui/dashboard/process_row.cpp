@@ -1,10 +1,10 @@
 #include "ui/dashboard/process_row.h"
 
-#include "ui/controls/surface_paint.h"
-#include "ui/controls/text_painter.h"
 #include "ui/controls/words.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/surface_paint.h"
+#include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
-#include "ui/theme/hairline.h"
 #include "ui/widgets/ruled_index_row.h"
 
 #include <QPainter>

@@ -9,7 +9,7 @@
 
 #include "core/settings/user_settings.h"
 #include "ui/decorations/progressive_blur_fade.h"
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/window_compositing.h"
 #include "ui/theme/window_shape.h"

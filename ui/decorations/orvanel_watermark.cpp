@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "ui/decorations/studio_halftone_field.h"
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
 #include "ui/theme/kestro_fonts.h"
 #include "ui/theme/kestro_theme.h"
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "core/settings/appearance_enumerations.h"
+#include "core/model/appearance_enumerations.h"
 
 class QPainter;
 

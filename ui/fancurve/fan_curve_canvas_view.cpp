@@ -1,9 +1,9 @@
 #include "ui/fancurve/fan_curve_canvas_view.h"
 
-#include "ui/controls/text_painter.h"
 #include "ui/format/figure_text.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
-#include "ui/theme/hairline.h"
 
 #include <fmt/format.h>
 

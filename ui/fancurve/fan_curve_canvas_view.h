@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ui/controls/ink.h"
 #include "ui/controls/view.h"
 #include "ui/fancurve/fan_curve_plot.h"
+#include "ui/paint/ink.h"
 #include "ui/theme/kestro_theme.h"
 
 #include <QString>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/cooling/fan_curve.h"
+#include "core/model/fan_curve.h"
 
 #include <QPointF>
 #include <QRectF>

@@ -4,8 +4,8 @@
 
 #include "core/power/keep_awake_manager.h"
 #include "ui/controls/composition.h"
-#include "ui/controls/menu_button.h"
 #include "ui/decorations/orvanel_watermark.h"
+#include "ui/menus/menu_button.h"
 #include "ui/popover/popover_content.h"
 #include "ui/popover/popover_geometry.h"
 #include "ui/popover/readout_line.h"

@@ -4,14 +4,14 @@
 #include "core/engine/telemetry_engine.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/settings/user_settings.h"
-#include "ui/controls/menu_button.h"
 #include "ui/controls/words.h"
 #include "ui/format/format_rate.h"
 #include "ui/format/power_symbol.h"
+#include "ui/menus/menu_button.h"
+#include "ui/paint/hairline.h"
 #include "ui/popover/popover_content.h"
 #include "ui/popover/popover_geometry.h"
 #include "ui/popover/readout_line.h"
-#include "ui/theme/hairline.h"
 #include "ui/widgets/load_bar.h"
 
 #include <QPainter>

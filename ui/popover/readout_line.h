@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/controls/text_painter.h"
 #include "ui/controls/view.h"
+#include "ui/paint/text_painter.h"
 
 #include <limits>
 

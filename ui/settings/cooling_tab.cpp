@@ -5,9 +5,9 @@
 #include "ui/controls/composition.h"
 #include "ui/controls/exclusive_group.h"
 #include "ui/format/figure_text.h"
+#include "ui/paint/hairline.h"
 #include "ui/settings/fan_curve_studio.h"
 #include "ui/settings/settings_parts.h"
-#include "ui/theme/hairline.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/cooling/fan_curve.h"
+#include "core/model/fan_curve.h"
 #include "ui/fancurve/fan_curve_canvas_view.h"
 #include "ui/settings/settings_pane.h"
 

@@ -1,10 +1,10 @@
 #include "ui/settings/glass_sample.h"
 
-#include "ui/controls/surface_paint.h"
-#include "ui/controls/text_painter.h"
 #include "ui/decorations/progressive_blur_fade.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/surface_paint.h"
+#include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
-#include "ui/theme/hairline.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/visual_effect_blur.h"
 

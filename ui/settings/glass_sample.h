@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/settings/appearance_enumerations.h"
+#include "core/model/appearance_enumerations.h"
 
 class QPainter;
 class QRectF;

@@ -3,11 +3,11 @@
 #include "core/power/keep_awake_manager.h"
 #include "ui/controls/composition.h"
 #include "ui/controls/exclusive_group.h"
-#include "ui/controls/surface_paint.h"
 #include "ui/format/figure_text.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/surface_paint.h"
 #include "ui/settings/settings_parts.h"
 #include "ui/symbols/symbol_painter.h"
-#include "ui/theme/hairline.h"
 
 #include <QPainter>
 

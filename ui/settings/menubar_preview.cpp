@@ -3,10 +3,10 @@
 #include "core/cooling/fan_control_manager.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/settings/user_settings.h"
-#include "ui/controls/surface_paint.h"
-#include "ui/controls/text_painter.h"
 #include "ui/controls/words.h"
 #include "ui/format/keep_awake_minutes.h"
+#include "ui/paint/surface_paint.h"
+#include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
 #include "ui/theme/status_colors.h"
 

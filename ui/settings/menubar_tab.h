@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/settings/menubar_modules.h"
+#include "core/model/menubar_modules.h"
 #include "ui/settings/module_drag.h"
 #include "ui/settings/settings_pane.h"
 

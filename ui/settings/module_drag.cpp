@@ -1,8 +1,8 @@
 #include "ui/settings/module_drag.h"
 
-#include "ui/controls/surface_paint.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/surface_paint.h"
 #include "ui/settings/module_row.h"
-#include "ui/theme/hairline.h"
 #include "ui/theme/kestro_theme.h"
 
 #include <QPainter>

@@ -1,10 +1,10 @@
 #include "ui/settings/module_row.h"
 
 #include "ui/controls/button.h"
-#include "ui/controls/surface_paint.h"
 #include "ui/controls/text_label.h"
 #include "ui/controls/words.h"
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/surface_paint.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>

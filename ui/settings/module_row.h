@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/settings/menubar_enumerations.h"
+#include "core/model/menubar_enumerations.h"
 #include "ui/controls/setting_row.h"
 
 #include <functional>

@@ -1,8 +1,8 @@
 #include "ui/settings/settings_parts.h"
 
 #include "ui/controls/composition.h"
-#include "ui/controls/surface_paint.h"
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/surface_paint.h"
 
 #include <QPainter>
 

@@ -4,6 +4,7 @@
 #include "ui/controls/composition.h"
 #include "ui/controls/scroll_area.h"
 #include "ui/controls/tab_strip.h"
+#include "ui/paint/hairline.h"
 #include "ui/settings/appearance_tab.h"
 #include "ui/settings/cooling_tab.h"
 #include "ui/settings/dashboard_tab.h"
@@ -11,7 +12,6 @@
 #include "ui/settings/menubar_tab.h"
 #include "ui/settings/power_tab.h"
 #include "ui/settings/sensors_tab.h"
-#include "ui/theme/hairline.h"
 #include "ui/theme/motion.h"
 
 #include <QApplication>

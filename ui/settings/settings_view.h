@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/settings/settings_enumerations.h"
+#include "core/model/settings_enumerations.h"
 #include "ui/controls/transition.h"
 #include "ui/decorations/glass_surface.h"
 #include "ui/kestro_services.h"

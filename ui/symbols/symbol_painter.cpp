@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
 
 // The set is in a static library: without a reference the linker would drop it. Outside any namespace, as the
 // macro requires.

@@ -2,7 +2,7 @@
 
 #include <QColor>
 
-#include "core/settings/appearance_enumerations.h"
+#include "core/model/appearance_enumerations.h"
 
 namespace kestro {
 

@@ -3,7 +3,7 @@
 #include <QRectF>
 #include <memory>
 
-#include "core/settings/appearance_enumerations.h"
+#include "core/model/appearance_enumerations.h"
 
 class QPainter;
 

@@ -1,10 +1,10 @@
 #include "ui/widgets/core_matrix_view.h"
 
-#include "ui/controls/ink.h"
-#include "ui/controls/surface_paint.h"
-#include "ui/controls/text_painter.h"
 #include "ui/format/figure_text.h"
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
+#include "ui/paint/ink.h"
+#include "ui/paint/surface_paint.h"
+#include "ui/paint/text_painter.h"
 #include "ui/widgets/visible_change.h"
 
 #include <QPaintEvent>

@@ -1,6 +1,6 @@
 #include "ui/widgets/load_bar.h"
 
-#include "ui/controls/surface_paint.h"
+#include "ui/paint/surface_paint.h"
 #include "ui/widgets/visible_change.h"
 
 #include <QPainter>

@@ -1,7 +1,7 @@
 #include "ui/widgets/metric_gauge.h"
 
-#include "ui/controls/text_painter.h"
 #include "ui/format/figure_text.h"
+#include "ui/paint/text_painter.h"
 #include "ui/widgets/visible_change.h"
 
 #include <QPaintEvent>

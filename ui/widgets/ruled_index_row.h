@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/controls/ink.h"
 #include "ui/controls/view.h"
+#include "ui/paint/ink.h"
 #include "ui/theme/kestro_theme.h"
 
 namespace kestro {

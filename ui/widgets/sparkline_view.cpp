@@ -1,6 +1,6 @@
 #include "ui/widgets/sparkline_view.h"
 
-#include "ui/theme/hairline.h"
+#include "ui/paint/hairline.h"
 
 #include <QLinearGradient>
 #include <QPainter>

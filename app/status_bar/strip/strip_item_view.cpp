@@ -7,8 +7,8 @@
 
 #include "app/status_bar/panel_colors.h"
 #include "app/status_bar/strip/strip_layout.h"
-#include "ui/controls/surface_paint.h"
-#include "ui/controls/text_painter.h"
+#include "ui/paint/surface_paint.h"
+#include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
 #include "ui/theme/motion.h"
 

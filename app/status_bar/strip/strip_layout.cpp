@@ -5,7 +5,7 @@
 #include <numeric>
 
 #include "app/status_bar/panel_colors.h"
-#include "ui/controls/text_painter.h"
+#include "ui/paint/text_painter.h"
 
 namespace kestro::strip_layout {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "app/status_bar/status_bar.h"
-#include "ui/controls/text_style.h"
+#include "ui/paint/text_style.h"
 
 namespace kestro {
 

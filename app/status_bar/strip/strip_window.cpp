@@ -9,7 +9,7 @@
 #include "app/status_bar/strip/strip_item_view.h"
 #include "app/status_bar/strip/strip_layout.h"
 #include "core/settings/user_settings.h"
-#include "ui/controls/surface_paint.h"
+#include "ui/paint/surface_paint.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/window_compositing.h"
 #include "ui/theme/window_shape.h"

@@ -1,7 +1,7 @@
 #include "ui/controls/button.h"
 
 #include "tests/ui/controls/view_test.h"
-#include "ui/controls/focus_ring.h"
+#include "ui/paint/focus_ring.h"
 
 #include <QPointer>
 

@@ -1,10 +1,10 @@
 #include "tests/ui/controls/view_test.h"
-#include "ui/controls/color_mix.h"
 #include "ui/controls/indicators.h"
 #include "ui/controls/segmented_choice.h"
 #include "ui/controls/slider.h"
 #include "ui/controls/tab_strip.h"
 #include "ui/controls/toggle_switch.h"
+#include "ui/paint/color_mix.h"
 
 #include <limits>
 

@@ -2,10 +2,10 @@
 #include "ui/controls/badge.h"
 #include "ui/controls/option_tile.h"
 #include "ui/controls/scroll_area.h"
-#include "ui/controls/surface_paint.h"
 #include "ui/controls/swatch.h"
 #include "ui/controls/tab_strip.h"
-#include "ui/controls/tooltip.h"
+#include "ui/paint/surface_paint.h"
+#include "ui/paint/tooltip.h"
 
 #include <QScrollBar>
 

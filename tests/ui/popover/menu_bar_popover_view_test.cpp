@@ -1,7 +1,7 @@
 #include "ui/popover/menu_bar_popover_view.h"
 
 #include "tests/support/simulated_services.h"
-#include "ui/controls/menu_button.h"
+#include "ui/menus/menu_button.h"
 #include "ui/popover/readout_line.h"
 #include "ui/theme/kestro_fonts.h"
 #include "ui/theme/motion.h"

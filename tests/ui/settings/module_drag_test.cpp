@@ -1,6 +1,6 @@
 #include "tests/ui/settings/settings_view_test.h"
 
-#include "core/settings/menubar_modules.h"
+#include "core/model/menubar_modules.h"
 #include "ui/settings/module_row.h"
 
 #include <algorithm>

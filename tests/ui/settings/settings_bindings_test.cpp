@@ -1,6 +1,6 @@
 #include "tests/ui/settings/settings_view_test.h"
 
-#include "core/settings/menubar_modules.h"
+#include "core/model/menubar_modules.h"
 #include "ui/controls/option_tile.h"
 #include "ui/controls/swatch.h"
 #include "ui/controls/tab_strip.h"

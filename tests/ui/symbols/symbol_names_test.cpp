@@ -1,8 +1,8 @@
-#include "core/cooling/fan_curve.h"
-#include "core/power/system_power_mode.h"
+#include "core/model/fan_curve.h"
+#include "core/model/menubar_enumerations.h"
+#include "core/model/settings_enumerations.h"
+#include "core/model/system_power_mode.h"
 #include "core/readout/menubar_readout.h"
-#include "core/settings/menubar_enumerations.h"
-#include "core/settings/settings_enumerations.h"
 #include "tests/support/places.h"
 #include "ui/symbols/symbol_painter.h"
 
@@ -42,8 +42,8 @@ const QMap<QString, QSet<QString>> kOtherWords{
     {QStringLiteral("app/status_bar/notifier/menu_tree.cpp"),
      {QStringLiteral("enabled"), QStringLiteral("label"), QStringLiteral("minus"), QStringLiteral("plus"),
       QStringLiteral("separator"), QStringLiteral("shortcut"), QStringLiteral("submenu"), QStringLiteral("type")}},
-    {QStringLiteral("ui/controls/focus_ring.cpp"), {QStringLiteral("kestroFocusRingHost")}},
-    {QStringLiteral("ui/controls/menu_style.h"),
+    {QStringLiteral("ui/paint/focus_ring.cpp"), {QStringLiteral("kestroFocusRingHost")}},
+    {QStringLiteral("ui/menus/menu_style.h"),
      {QStringLiteral("kestroMenuHeader"), QStringLiteral("kestroMenuShortcut"),
       QStringLiteral("kestroMenuSymbol")}},
     {QStringLiteral("ui/dashboard/display_figure.cpp"), {QStringLiteral("percent")}},

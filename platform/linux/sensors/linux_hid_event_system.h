@@ -1,0 +1,37 @@
+#pragma once
+
+#include "core/platform/clock.h"
+#include "core/platform/hid_event_system.h"
+#include "platform/linux/sensors/temperature_sensors.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kestro {
+
+/// Exposes the temperature sensors as services of the event system. Main thread. Only the usage of temperature
+/// sensors matches anything; a client without any matching set sees them too.
+class LinuxHIDEventSystem final : public HIDEventSystem {
+public:
+    /// `root` is the mount point of the machine's file system.
+    explicit LinuxHIDEventSystem(const Clock& clock, std::string root = "/");
+
+    /// Always succeeds, even without sensors: they may appear later.
+    std::optional<HIDClient> createClient() override;
+
+    void setMatching(HIDClient client, std::int32_t primaryUsagePage, std::int32_t primaryUsage) override;
+
+    /// nullopt: an unknown client.
+    std::optional<std::vector<HIDService>> copyServices(HIDClient client) override;
+
+    std::optional<std::string> copyProduct(HIDService service) override;
+    std::optional<double> copyTemperatureEvent(HIDService service) override;
+
+private:
+    const Clock& clock_;
+    TemperatureSensors sensors_;
+    std::vector<bool> matches_;  ///< per client: whether its matching selects the sensors
+};
+
+}  // namespace kestro

@@ -1,0 +1,115 @@
+#include "platform/linux/sensors/linux_smc_service.h"
+
+#include <bit>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+namespace kestro {
+namespace {
+
+constexpr std::uint32_t handle = 1;
+
+constexpr auto fanCountKey = smc::code("FNum");
+constexpr auto actual = static_cast<std::uint16_t>(smc::code("Ac"));
+constexpr auto minimum = static_cast<std::uint16_t>(smc::code("Mn"));
+constexpr auto maximum = static_cast<std::uint16_t>(smc::code("Mx"));
+constexpr auto target = static_cast<std::uint16_t>(smc::code("Tg"));
+
+bool isDigit(std::uint32_t character) {
+    return character >= '0' && character <= '9';
+}
+
+}  // namespace
+
+LinuxSMCService::LinuxSMCService(const Clock& clock, std::string root) : clock_(clock), fans_(std::move(root)) {}
+
+std::optional<std::uint32_t> LinuxSMCService::open() {
+    fans_.refresh(clock_.monotonicNow());
+    isOpen_ = fans_.count() > 0;
+    return isOpen_ ? std::optional(handle) : std::nullopt;
+}
+
+void LinuxSMCService::close(std::uint32_t connection) {
+    isOpen_ = isOpen_ && connection != handle;
+}
+
+std::optional<LinuxSMCService::FanKey> LinuxSMCService::fanKey(std::uint32_t key) const {
+    const std::uint32_t first = key >> 24;
+    const std::uint32_t second = key >> 16 & 0xFF;
+    std::size_t fan = fans_.count();
+    if (first == 'F' && isDigit(second)) {
+        fan = second - '0';
+    } else if (isDigit(first) && isDigit(second) && first != '0') {
+        // A key holds four characters: two digits shift out the leading letter.
+        fan = (first - '0') * 10 + (second - '0');
+    }
+    const FanKey result{fan, static_cast<std::uint16_t>(key)};
+    return fan < fans_.count() && hasFigure(result) ? std::optional(result) : std::nullopt;
+}
+
+bool LinuxSMCService::hasFigure(const FanKey& key) const {
+    switch (key.figure) {
+        case actual:
+            return true;
+        case minimum:
+            return fans_.minimum(key.fan).has_value();
+        case maximum:
+            return fans_.maximum(key.fan).has_value();
+        case target:
+            return fans_.hasTarget(key.fan);
+        default:
+            return false;
+    }
+}
+
+std::optional<double> LinuxSMCService::readFigure(const FanKey& key) {
+    switch (key.figure) {
+        case actual:
+            return fans_.speed(key.fan);
+        case minimum:
+            return fans_.minimum(key.fan);
+        case maximum:
+            return fans_.maximum(key.fan);
+        default:
+            return fans_.target(key.fan);
+    }
+}
+
+bool LinuxSMCService::callStructMethod(std::uint32_t connection, const SMCRecord& input, SMCRecord& output) {
+    if (!isOpen_ || connection != handle) {
+        return false;
+    }
+    output.fill(0);
+    const auto key = smc::read32(input, smc::keyOffset);
+    const auto command = input[smc::commandOffset];
+    const bool isCount = key == fanCountKey;
+    if (isCount && command == smc::readInformationCommand) {
+        fans_.refresh(clock_.monotonicNow());
+    }
+    const auto fan = isCount ? std::nullopt : fanKey(key);
+    if (!isCount && !fan) {
+        return false;
+    }
+    const std::uint32_t size = isCount ? 1 : 4;
+    smc::write32(output, smc::keyOffset, key);
+    if (command == smc::readInformationCommand) {
+        smc::write32(output, smc::sizeOffset, size);
+        smc::write32(output, smc::typeOffset, smc::code(isCount ? "ui8 " : "flt "));
+        return true;
+    }
+    if (command != smc::readBytesCommand || smc::read32(input, smc::sizeOffset) != size) {
+        return false;
+    }
+    if (isCount) {
+        output[smc::bytesOffset] = static_cast<std::uint8_t>(fans_.count());
+        return true;
+    }
+    const auto figure = readFigure(*fan);
+    if (figure) {
+        smc::write32(output, smc::bytesOffset, std::bit_cast<std::uint32_t>(static_cast<float>(*figure)));
+    }
+    return figure.has_value();
+}
+
+}  // namespace kestro

@@ -1,0 +1,63 @@
+#include "platform/linux/sensors/sensor_names.h"
+
+#include "platform/linux/kernel/text_parsing.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace kestro {
+namespace {
+
+constexpr std::array<std::pair<std::string_view, std::string_view>, 3> dieWords{
+    {{"tdie", "die"}, {"soc", "package"}, {"cpu", "processor"}}};
+
+/// Shortens "Package id 1" of coretemp and keeps a processor chip's other labels.
+std::string processorLabel(std::string_view label) {
+    constexpr std::string_view package = "Package id ";
+    if (!label.starts_with(package)) {
+        return std::string(label);
+    }
+    const auto number = label.substr(package.size());
+    return number == "0" ? "Package" : "Package " + std::string(number);
+}
+
+}  // namespace
+
+bool isDieName(std::string_view product) {
+    const auto name = lowered(product);
+    return name.find("battery") == std::string::npos && std::ranges::any_of(dieWords, [&name](const auto& word) {
+               return name.find(word.first) != std::string::npos;
+           });
+}
+
+std::string sensorName(const HwmonChip& chip, std::uint32_t number, const std::optional<std::string>& label) {
+    const auto input = label.value_or("temp" + std::to_string(number));
+    if (chip.kind == ChipKind::processor) {
+        return "CPU " + processorLabel(input);
+    }
+    if (chip.kind == ChipKind::controller && label) {
+        return *label;
+    }
+    return chip.name + " " + input;
+}
+
+std::string zoneName(std::string_view type) {
+    return type == "x86_pkg_temp" ? "CPU Package" : std::string(type);
+}
+
+std::string nameOutsideDie(std::string_view product) {
+    std::string result(product);
+    for (const auto& [word, replacement] : dieWords) {
+        for (auto at = lowered(result).find(word); at != std::string::npos; at = lowered(result).find(word)) {
+            result.replace(at, word.size(), replacement);
+        }
+    }
+    return result;
+}
+
+bool isFloatingInput(std::string_view label) {
+    return label.starts_with("AUXTIN") || label.starts_with("CPUTIN");
+}
+
+}  // namespace kestro

@@ -1,0 +1,304 @@
+#include "platform/linux/kernel/linux_file_events.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <string>
+
+#include "core/platform/run_loop.h"
+#include "tests/support/temporary_directory.h"
+
+namespace kestro {
+namespace {
+
+/// A main queue that the test processes itself.
+class QueueLoop final : public RunLoop {
+public:
+    std::unique_ptr<RunLoopTimer> scheduleRepeating(std::chrono::milliseconds, Task) override { return nullptr; }
+    void runInBackground(TaskPriority, Task) override {}
+    void post(Task task) override {
+        const std::lock_guard guard(mutex_);
+        tasks_.push_back(std::move(task));
+        changed_.notify_all();
+    }
+
+    /// Runs the next task; false when none arrives within a time that is ample on any healthy machine.
+    bool runNext(std::chrono::milliseconds patience = std::chrono::seconds(20)) {
+        Task task;
+        {
+            std::unique_lock lock(mutex_);
+            if (!changed_.wait_for(lock, patience, [this] { return !tasks_.empty(); })) {
+                return false;
+            }
+            task = std::move(tasks_.front());
+            tasks_.pop_front();
+        }
+        task();
+        return true;
+    }
+
+    std::size_t queued() {
+        const std::lock_guard guard(mutex_);
+        return tasks_.size();
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<Task> tasks_;
+};
+
+class LinuxFileEventsTest : public testing::Test {
+protected:
+    LinuxFileEventsTest() { events.createIfMissing(path); }
+    ~LinuxFileEventsTest() override { umask(inheritedMask_); }
+
+    std::unique_ptr<FileEventSource> watch() {
+        return events.watchWrites(path, [this] { seen += events.read(path).value_or("<none>") + ";"; });
+    }
+
+    void write(const std::string& text) { directory.write("command", text); }
+
+    /// Replaces whatever is at the path with a proper file and expects that to be the first thing reported.
+    void expectOnlyTheReplacementIsSeen() {
+        directory.write("new", "replacement");
+        chmod((directory / "new").c_str(), 0600);
+        rename((directory / "new").c_str(), path.c_str());
+        while (seen.find("replacement") == std::string::npos) {
+            ASSERT_TRUE(loop.runNext());
+        }
+        EXPECT_EQ(seen.find("replacement"), 0u) << seen;
+        unlink(path.c_str());
+    }
+
+private:
+    // Files that others may write to would be rejected.
+    const mode_t inheritedMask_ = umask(022);
+
+protected:
+    TemporaryDirectory directory;
+    const std::string path = directory / "command";
+    QueueLoop loop;
+    LinuxFileEvents events{loop};
+    std::string seen;
+};
+
+mode_t modeOf(const std::string& path) {
+    struct stat status {};
+    stat(path.c_str(), &status);
+    return status.st_mode & 07777;
+}
+
+off_t fileSize(const std::string& path) {
+    struct stat status {};
+    stat(path.c_str(), &status);
+    return status.st_size;
+}
+
+TEST_F(LinuxFileEventsTest, CreatesAFileThatOnlyThisUserMayAccess) {
+    EXPECT_EQ(modeOf(path), 0600u);
+    EXPECT_EQ(events.read(path), "");
+}
+
+TEST_F(LinuxFileEventsTest, LeavesAnExistingFileUnchanged) {
+    write("word");
+
+    events.createIfMissing(path);
+
+    EXPECT_EQ(events.read(path), "word");
+}
+
+TEST_F(LinuxFileEventsTest, CallsAfterAWrite) {
+    const auto source = watch();
+
+    write("popover\n");
+
+    ASSERT_TRUE(loop.runNext());
+    EXPECT_EQ(seen, "popover\n;");
+}
+
+TEST_F(LinuxFileEventsTest, FollowsTheFileThroughReplacement) {
+    const auto source = watch();
+
+    directory.write("other", "moved");
+    rename((directory / "other").c_str(), path.c_str());
+    ASSERT_TRUE(loop.runNext());
+    EXPECT_EQ(seen, "moved;");
+    seen.clear();
+
+    write("written");
+    while (seen.find("written") == std::string::npos) {
+        ASSERT_TRUE(loop.runNext());
+    }
+}
+
+TEST_F(LinuxFileEventsTest, FollowsTheFileThroughDeletion) {
+    const auto source = watch();
+
+    // Many iterations, because the watcher may run between any two of these steps.
+    for (int i = 0; i < 500; ++i) {
+        const auto word = "word " + std::to_string(i) + ".";
+        unlink(path.c_str());
+        write(word);
+        while (seen.find(word) == std::string::npos) {
+            ASSERT_TRUE(loop.runNext());
+        }
+    }
+}
+
+TEST_F(LinuxFileEventsTest, WaitsForAMissingFile) {
+    unlink(path.c_str());
+    const auto source = watch();
+    ASSERT_NE(source, nullptr);
+
+    write("late");
+
+    while (seen.find("late") == std::string::npos) {
+        ASSERT_TRUE(loop.runNext());
+    }
+}
+
+TEST_F(LinuxFileEventsTest, CoalescesAThousandWritesIntoOneCallThatSeesTheLastWord) {
+    const auto source = watch();
+
+    for (int i = 0; i < 1000; ++i) {
+        write("word " + std::to_string(i));
+    }
+
+    ASSERT_TRUE(loop.runNext());
+    EXPECT_EQ(seen, "word 999;");
+    EXPECT_LE(loop.queued(), 1U) << "only events after the first call may queue another one";
+}
+
+TEST_F(LinuxFileEventsTest, ACancelledWatchMakesNoCalls) {
+    auto source = watch();
+    write("popover");
+
+    source.reset();
+
+    while (loop.runNext(std::chrono::milliseconds(0))) {
+    }
+    EXPECT_EQ(seen, "");
+}
+
+TEST_F(LinuxFileEventsTest, RejectsALink) {
+    unlink(path.c_str());
+    directory.write("target", "secret");
+    symlink((directory / "target").c_str(), path.c_str());
+
+    const auto source = watch();
+
+    EXPECT_EQ(events.read(path), std::nullopt);
+    events.truncate(path);
+    EXPECT_EQ(events.read(directory / "target"), "secret");
+    directory.write("target", "more secret");
+    expectOnlyTheReplacementIsSeen();
+}
+
+TEST_F(LinuxFileEventsTest, RejectsAFileWithASecondHardLink) {
+    write("mine");
+    link(path.c_str(), (directory / "second").c_str());
+
+    const auto source = watch();
+
+    EXPECT_EQ(events.read(path), std::nullopt);
+    events.truncate(path);
+    EXPECT_EQ(fileSize(directory / "second"), 4);
+    write("theirs");
+    expectOnlyTheReplacementIsSeen();
+}
+
+TEST_F(LinuxFileEventsTest, RejectsAFifoWithoutBlocking) {
+    unlink(path.c_str());
+    mkfifo(path.c_str(), 0600);
+
+    const auto source = watch();
+
+    EXPECT_EQ(events.read(path), std::nullopt);
+    events.truncate(path);
+    expectOnlyTheReplacementIsSeen();
+}
+
+TEST_F(LinuxFileEventsTest, RejectsADirectory) {
+    unlink(path.c_str());
+    mkdir(path.c_str(), 0700);
+
+    const auto source = watch();
+
+    EXPECT_EQ(events.read(path), std::nullopt);
+    rmdir(path.c_str());
+    expectOnlyTheReplacementIsSeen();
+}
+
+TEST_F(LinuxFileEventsTest, RejectsAFileThatOthersMayWriteTo) {
+    for (const mode_t mode : {0620, 0602, 0666}) {
+        SCOPED_TRACE(mode);
+        events.createIfMissing(path);
+        chmod(path.c_str(), mode);
+
+        const auto source = watch();
+
+        write("theirs");
+        EXPECT_EQ(events.read(path), std::nullopt);
+        expectOnlyTheReplacementIsSeen();
+        seen.clear();
+    }
+}
+
+TEST_F(LinuxFileEventsTest, RejectsAFileOfAnotherUser) {
+    if (geteuid() == 0) {
+        chown(path.c_str(), 65534, 65534);
+
+        const auto source = watch();
+
+        write("theirs");
+        EXPECT_EQ(events.read(path), std::nullopt);
+        expectOnlyTheReplacementIsSeen();
+    } else {
+        EXPECT_EQ(events.read("/etc/hostname"), std::nullopt);
+    }
+}
+
+TEST_F(LinuxFileEventsTest, TrustsAFileOnceNoOtherUserMayWriteToIt) {
+    chmod(path.c_str(), 0666);
+    const auto source = watch();
+
+    chmod(path.c_str(), 0600);
+    write("word");
+
+    while (seen.find("word") == std::string::npos) {
+        ASSERT_TRUE(loop.runNext());
+    }
+}
+
+TEST_F(LinuxFileEventsTest, ReadsAtMostFourKibibytesOfAHugeFile) {
+    write(std::string(10 << 20, 'x'));
+
+    EXPECT_EQ(events.read(path), std::string(4096, 'x'));
+}
+
+TEST_F(LinuxFileEventsTest, TruncatesTheFile) {
+    write("word");
+
+    events.truncate(path);
+
+    EXPECT_EQ(events.read(path), "");
+}
+
+TEST_F(LinuxFileEventsTest, CannotWatchInAMissingDirectory) {
+    const auto nowhere = directory / "none/command";
+
+    events.createIfMissing(nowhere);
+
+    EXPECT_EQ(events.watchWrites(nowhere, [] {}), nullptr);
+    EXPECT_EQ(events.read(nowhere), std::nullopt);
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,274 @@
+#include "platform/linux/sensors/linux_hid_event_system.h"
+
+#include "tests/platform/linux/failing_reads.h"
+#include "tests/platform/linux/support.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+
+namespace kestro {
+namespace {
+
+using test::fixture;
+using test::ManualClock;
+using test::TemporaryTree;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::UnorderedElementsAre;
+using namespace std::chrono_literals;
+
+class Sensors {
+public:
+    explicit Sensors(const std::string& root) : system(clock, root), client(system.createClient().value_or(0)) {
+        system.setMatching(client, 0xFF00, 5);
+    }
+
+    std::vector<std::string> names() {
+        std::vector<std::string> result;
+        for (const auto service : system.copyServices(client).value_or(std::vector<HIDService>{})) {
+            result.push_back(system.copyProduct(service).value_or("?"));
+        }
+        return result;
+    }
+
+    /// The sensors that have a reading.
+    std::map<std::string, double> readings() {
+        std::map<std::string, double> result;
+        for (const auto service : system.copyServices(client).value_or(std::vector<HIDService>{})) {
+            if (const auto temperature = system.copyTemperatureEvent(service)) {
+                result[system.copyProduct(service).value_or("?")] = *temperature;
+            }
+        }
+        return result;
+    }
+
+    ManualClock clock;
+    LinuxHIDEventSystem system;
+    HIDClient client;
+};
+
+TEST(LinuxHIDEventSystem, ListsTheDieOfAPcFirstAndAcpiLastWithoutFloatingInputs) {
+    Sensors sensors(fixture("pc-coretemp"));
+
+    EXPECT_THAT(sensors.names(),
+                ElementsAre("CPU Package", "CPU Core 0", "CPU Core 1", "CPU Core 2", "CPU Core 3",
+                            "nct6793 SYSTIN", "nct6793 PECI Agent 0", "nct6793 PCH_CHIP_processor_MAX_TEMP",
+                            "nvme Composite", "nvme Sensor 1", "acpitz temp1"));
+}
+
+TEST(LinuxHIDEventSystem, ReadsDegreesCelsius) {
+    Sensors sensors(fixture("amd-desktop"));
+
+    EXPECT_THAT(sensors.readings(), UnorderedElementsAre(Pair("CPU Tctl", 62.125), Pair("CPU Tccd1", 58.25),
+                                                         Pair("nvme Composite", 44.85), Pair("amdgpu edge", 51.0),
+                                                         Pair("amdgpu junction", 55.0), Pair("amdgpu mem", 60.0)));
+}
+
+TEST(LinuxHIDEventSystem, NamesAppleSensorsForTheDieAndTheBattery) {
+    Sensors sensors(fixture("apple-laptop"));
+
+    EXPECT_THAT(sensors.readings(),
+                UnorderedElementsAre(Pair("SoC P-cluster 0", 44.1), Pair("SoC P-cluster 1", 46.3),
+                                     Pair("SoC E-cluster", 40.2), Pair("Battery Hotspot Temp", 31.9),
+                                     Pair("Charge Regulator Temp", 36.0), Pair("NAND Flash Temp", 34.0),
+                                     Pair("nvme Composite", 33.85), Pair("Battery macsmc-battery", 31.2)));
+}
+
+TEST(LinuxHIDEventSystem, ExcludesTheControllersProcessorSensorFromTheDie) {
+    Sensors sensors(fixture("hybrid-laptop"));
+
+    const auto readings = sensors.readings();
+
+    EXPECT_EQ(readings.at("CPU Package"), 61.0);
+    EXPECT_EQ(readings.at("thinkpad processor"), 61.0);
+    EXPECT_FALSE(readings.contains("thinkpad CPU"));
+    EXPECT_FALSE(readings.contains("thinkpad GPU"));
+}
+
+TEST(LinuxHIDEventSystem, OmitsTheControlTemperatureIfTheDieHasASensor) {
+    TemporaryTree tree;
+    tree.write("/sys/class/hwmon/hwmon0/name", "k10temp\n")
+        .write("/sys/class/hwmon/hwmon0/temp1_input", "77000\n")
+        .write("/sys/class/hwmon/hwmon0/temp1_label", "Tctl\n")
+        .write("/sys/class/hwmon/hwmon0/temp2_input", "50000\n")
+        .write("/sys/class/hwmon/hwmon0/temp2_label", "Tdie\n");
+
+    EXPECT_THAT(Sensors(tree.root()).readings(), ElementsAre(Pair("CPU Tdie", 50.0)));
+}
+
+TEST(LinuxHIDEventSystem, UsesThermalZonesOnlyWithoutADieSensorInHwmon) {
+    TemporaryTree tree;
+    tree.write("/sys/class/hwmon/hwmon0/name", "acpitz\n")
+        .write("/sys/class/hwmon/hwmon0/temp1_input", "27800\n")
+        .write("/sys/class/thermal/thermal_zone0/type", "acpitz\n")
+        .write("/sys/class/thermal/thermal_zone0/temp", "27800\n")
+        .write("/sys/class/thermal/thermal_zone1/type", "x86_pkg_temp\n")
+        .write("/sys/class/thermal/thermal_zone1/temp", "55000\n")
+        .write("/sys/class/thermal/thermal_zone2/type", "INT3400 Thermal\n")
+        .write("/sys/class/thermal/thermal_zone2/temp", "20000\n");
+    EXPECT_THAT(Sensors(tree.root()).names(), ElementsAre("CPU Package", "acpitz temp1"));
+
+    tree.write("/sys/class/hwmon/hwmon1/name", "coretemp\n")
+        .write("/sys/class/hwmon/hwmon1/temp1_input", "55000\n");
+
+    EXPECT_THAT(Sensors(tree.root()).names(), ElementsAre("CPU temp1", "acpitz temp1"));
+}
+
+TEST(LinuxHIDEventSystem, FallsBackToAcpiForTheProcessor) {
+    TemporaryTree tree;
+    tree.write("/sys/class/thermal/thermal_zone0/type", "acpitz\n")
+        .write("/sys/class/thermal/thermal_zone0/temp", "42000\n");
+
+    EXPECT_THAT(Sensors(tree.root()).readings(), ElementsAre(Pair("CPU acpitz", 42.0)));
+}
+
+TEST(LinuxHIDEventSystem, IgnoresTheBatteryOfAMouse) {
+    TemporaryTree tree;
+    tree.copyFrom("amd-desktop")
+        .write("/sys/class/power_supply/hidpp_battery_0/temp", "300\n")
+        .write("/sys/class/hwmon/hwmon3/temp1_input", "30000\n");
+
+    for (const auto& name : Sensors(tree.root()).names()) {
+        EXPECT_EQ(name.find("attery"), std::string::npos) << name;
+    }
+}
+
+TEST(LinuxHIDEventSystem, KeepsASensorThatTemporarilyHasNoReading) {
+    TemporaryTree tree;
+    tree.copyFrom("amd-desktop");
+    Sensors sensors(tree.root());
+    const auto names = sensors.names();
+
+    for (const std::string& text : {std::string(), std::string("N/A\n"), std::string("\xFF\xFE"),
+                                    std::string("99999999999\n"), std::string(100000, '1')}) {
+        tree.write("/sys/class/hwmon/hwmon1/temp1_input", text);
+        EXPECT_EQ(sensors.names(), names);
+        EXPECT_FALSE(sensors.readings().contains("CPU Tctl"));
+    }
+    tree.write("/sys/class/hwmon/hwmon1/temp1_input", "63000\n");
+    EXPECT_EQ(sensors.readings().at("CPU Tctl"), 63.0);
+}
+
+TEST(LinuxHIDEventSystem, FollowsARenumberedChip) {
+    TemporaryTree tree;
+    tree.copyFrom("amd-desktop");
+    Sensors sensors(tree.root());
+    ASSERT_EQ(sensors.readings().at("CPU Tccd1"), 58.25);
+
+    tree.rename("/sys/class/hwmon/hwmon1", "/sys/class/hwmon/hwmon8")
+        .write("/sys/class/hwmon/hwmon8/temp3_input", "60000\n");
+    sensors.clock.advance(10s);
+
+    EXPECT_EQ(sensors.readings().at("CPU Tccd1"), 60.0);
+}
+
+TEST(LinuxHIDEventSystem, ReadsADriveAtMostEveryTenSeconds) {
+    TemporaryTree tree;
+    tree.copyFrom("amd-desktop");
+    Sensors sensors(tree.root());
+    ASSERT_EQ(sensors.readings().at("nvme Composite"), 44.85);
+
+    tree.write("/sys/class/hwmon/hwmon0/temp1_input", "50000\n");
+    sensors.clock.advance(9s);
+    EXPECT_EQ(sensors.readings().at("nvme Composite"), 44.85);
+    sensors.clock.advance(1s);
+    EXPECT_EQ(sensors.readings().at("nvme Composite"), 50.0);
+}
+
+TEST(LinuxHIDEventSystem, DoesNotWakeASleepingGraphicsCard) {
+    TemporaryTree tree;
+    tree.copyFrom("amd-desktop").write("/sys/class/hwmon/hwmon2/device/power/runtime_status", "suspended\n");
+    Sensors sensors(tree.root());
+
+    EXPECT_FALSE(sensors.readings().contains("amdgpu edge"));
+    tree.write("/sys/class/hwmon/hwmon2/device/power/runtime_status", "active\n");
+    EXPECT_TRUE(sensors.readings().contains("amdgpu edge"));
+}
+
+TEST(LinuxHIDEventSystem, SkipsInputsThatReportAFault) {
+    TemporaryTree tree;
+    tree.write("/sys/class/hwmon/hwmon0/name", "it8686\n")
+        .write("/sys/class/hwmon/hwmon0/temp1_input", "33000\n")
+        .write("/sys/class/hwmon/hwmon0/temp2_input", "44000\n")
+        .write("/sys/class/hwmon/hwmon0/temp2_fault", "1\n")
+        .write("/sys/class/hwmon/hwmon0/temp3_input", "55000\n")
+        .write("/sys/class/hwmon/hwmon0/temp3_type", "0\n");
+
+    EXPECT_THAT(Sensors(tree.root()).names(), ElementsAre("it8686 temp1"));
+}
+
+TEST(LinuxHIDEventSystem, AddsAnInputWhoseFaultHasCleared) {
+    TemporaryTree tree;
+    tree.write("/sys/class/hwmon/hwmon0/name", "it8686\n")
+        .write("/sys/class/hwmon/hwmon0/temp1_input", "33000\n")
+        .write("/sys/class/hwmon/hwmon0/temp2_input", "44000\n")
+        .write("/sys/class/hwmon/hwmon0/temp2_fault", "1\n");
+    Sensors sensors(tree.root());
+    ASSERT_THAT(sensors.names(), ElementsAre("it8686 temp1"));
+
+    tree.write("/sys/class/hwmon/hwmon0/temp2_fault", "0\n");
+
+    sensors.clock.advance(9s);
+    EXPECT_THAT(sensors.names(), ElementsAre("it8686 temp1"));
+    sensors.clock.advance(1s);
+    EXPECT_THAT(sensors.names(), ElementsAre("it8686 temp1", "it8686 temp2"));
+}
+
+TEST(LinuxHIDEventSystem, FindsARecreatedDeviceUnderTheSameNumber) {
+    TemporaryTree tree;
+    tree.write("/sys/class/hwmon/hwmon0/name", "nvme\n").write("/sys/class/hwmon/hwmon0/temp1_input", "33000\n");
+    Sensors sensors(tree.root());
+    ASSERT_THAT(sensors.readings(), UnorderedElementsAre(Pair("nvme temp1", 33)));
+    tree.rename("/sys/class/hwmon/hwmon0/temp1_input", "/gone")
+        .write("/sys/class/hwmon/hwmon0/temp1_input", "34000\n");
+    const test::FailingReads gone(tree.root() + "/gone", ENODEV);
+
+    sensors.clock.advance(10s);
+    EXPECT_THAT(sensors.readings(), IsEmpty());
+    sensors.clock.advance(2s);
+    EXPECT_THAT(sensors.readings(), UnorderedElementsAre(Pair("nvme temp1", 34)));
+}
+
+TEST(LinuxHIDEventSystem, HasAnEmptyListOnAMachineWithoutSensors) {
+    EXPECT_THAT(Sensors(fixture("vm")).names(), IsEmpty());
+    EXPECT_THAT(Sensors(fixture("no-such-machine")).names(), IsEmpty());
+}
+
+TEST(LinuxHIDEventSystem, IsBoundedOnAMachineOfAbsurdSize) {
+    TemporaryTree tree;
+    for (int chip = 0; chip < 6; ++chip) {
+        const auto directory = "/sys/class/hwmon/hwmon" + std::to_string(chip);
+        tree.write(directory + "/name", "coretemp\n");
+        for (int input = 1; input <= 80; ++input) {
+            tree.write(directory + "/temp" + std::to_string(input) + "_input", "40000\n");
+        }
+    }
+
+    EXPECT_EQ(Sensors(tree.root()).names().size(), 256U);
+}
+
+TEST(LinuxHIDEventSystem, MatchesOnlyTheUsageOfTemperatureSensors) {
+    Sensors sensors(fixture("amd-desktop"));
+    sensors.system.setMatching(sensors.client, 1, 6);
+
+    EXPECT_THAT(sensors.names(), IsEmpty());
+}
+
+TEST(LinuxHIDEventSystem, RejectsUnknownClientsAndServices) {
+    Sensors sensors(fixture("amd-desktop"));
+
+    EXPECT_FALSE(sensors.system.copyServices(0));
+    EXPECT_FALSE(sensors.system.copyServices(99));
+    sensors.system.setMatching(99, 1, 1);
+    ASSERT_TRUE(sensors.system.copyServices(sensors.client));
+    EXPECT_FALSE(sensors.system.copyProduct(0));
+    EXPECT_FALSE(sensors.system.copyProduct(99));
+    EXPECT_FALSE(sensors.system.copyTemperatureEvent(99));
+}
+
+}  // namespace
+}  // namespace kestro

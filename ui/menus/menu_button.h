@@ -1,0 +1,28 @@
+#pragma once
+
+#include "ui/controls/button.h"
+#include "ui/menus/popup_menu.h"
+
+namespace kestro {
+
+/// A button that opens a menu below itself and rebuilds it each time. Space, Enter and Down open it too; closing
+/// returns the focus to the button.
+class MenuButton : public Button {
+    Q_OBJECT
+
+public:
+    using MenuBuilder = std::function<std::vector<MenuEntry>()>;
+
+    explicit MenuButton(ButtonKind kind, MenuBuilder builder, QWidget* parent = nullptr);
+
+    AccessibleInfo accessibleInfo() const override;
+
+protected:
+    void activated() override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    MenuBuilder builder_;
+};
+
+}  // namespace kestro

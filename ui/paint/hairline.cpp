@@ -1,0 +1,66 @@
+#include "ui/paint/hairline.h"
+
+#include <QPainter>
+#include <QPen>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/theme/kestro_theme.h"
+
+namespace kestro {
+
+namespace {
+
+constexpr double kHairline = 0.5;
+constexpr double kFineScale = 2;
+constexpr double kMiterLimit = 10;
+
+}  // namespace
+
+double deviceScale(const QPainter& painter) {
+    return painter.device() ? painter.device()->devicePixelRatio() : 1;
+}
+
+QRectF snappedToDevice(const QPainter& painter, const QRectF& rect) {
+    const QTransform toDevice = painter.deviceTransform();
+    if (toDevice.type() > QTransform::TxScale) {
+        return rect;
+    }
+    const QRectF device = toDevice.mapRect(rect);
+    const double left = std::round(device.left());
+    const double top = std::round(device.top());
+    const double right = std::max(left + 1, std::round(device.right()));
+    const double bottom = std::max(top + 1, std::round(device.bottom()));
+    return toDevice.inverted().mapRect(QRectF(QPointF(left, top), QPointF(right, bottom)));
+}
+
+double hairlineWidth(double scale) {
+    return scale < kFineScale ? 1 / scale : kHairline;
+}
+
+void kestroHairlineBorder(QPainter& painter, const QRectF& rect, double radius) {
+    kestroHairlineBorder(painter, rect, radius, KestroTheme::hairline());
+}
+
+void kestroHairlineBorder(QPainter& painter, const QRectF& rect, double radius, const QColor& color) {
+    const double width = hairlineWidth(deviceScale(painter));
+    const double inset = width / 2;
+    const QRectF line = snappedToDevice(painter, rect).adjusted(inset, inset, -inset, -inset);
+    QPen pen(color, width);
+    pen.setJoinStyle(Qt::MiterJoin);
+    pen.setMiterLimit(kMiterLimit);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(pen);
+    const double lineRadius = std::max(0.0, radius - inset);
+    painter.drawRoundedRect(line, lineRadius, lineRadius);
+    painter.restore();
+}
+
+void paintHairline(QPainter& painter, double left, double right, double y) {
+    const double width = hairlineWidth(deviceScale(painter));
+    painter.fillRect(snappedToDevice(painter, QRectF(left, y, right - left, width)), KestroTheme::hairline());
+}
+
+}  // namespace kestro

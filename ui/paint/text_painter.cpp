@@ -1,0 +1,255 @@
+#include "ui/paint/text_painter.h"
+
+#include "ui/paint/hairline.h"
+#include "ui/theme/kestro_fonts.h"
+
+#include <QFontMetricsF>
+#include <QHash>
+#include <QPainter>
+#include <QTextLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestro {
+
+namespace {
+
+constexpr double kSmallestShrink = 0.8;
+constexpr double kSmallestSize = 7;
+
+/// An error in the sum of a row's widths that is too small to see.
+constexpr double kHair = 0.01;
+constexpr qsizetype kLongestText = 512;
+constexpr qsizetype kCachedTexts = 1024;
+
+struct ShapeKey {
+    QString text;
+    double size;
+    double tracking;
+    int weight;
+    bool isFine;
+
+    friend bool operator==(const ShapeKey&, const ShapeKey&) = default;
+};
+
+size_t qHash(const ShapeKey& key, size_t seed = 0) {
+    return qHashMulti(seed, key.text, key.size, key.tracking, key.weight, key.isFine);
+}
+
+struct FitKey {
+    ShapeKey shape;
+    double width;
+    TextFit fit;
+
+    friend bool operator==(const FitKey&, const FitKey&) = default;
+};
+
+size_t qHash(const FitKey& key, size_t seed = 0) {
+    return qHashMulti(seed, qHash(key.shape), key.width, static_cast<int>(key.fit));
+}
+
+bool isFigure(QChar c) {
+    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+}
+
+bool readsRightToLeft(const QString& text) {
+    return std::any_of(text.begin(), text.end(),
+                       [](QChar c) { return c.direction() == QChar::DirR || c.direction() == QChar::DirAL; });
+}
+
+/// Appends `piece` to `line`, in a cell of width `cell` unless that is 0.
+void append(ShapedText& line, const QString& piece, const QFont& font, double cell) {
+    QTextLayout layout(piece, font);
+    QTextOption option;
+    option.setWrapMode(QTextOption::NoWrap);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    QTextLine textLine = layout.createLine();
+    layout.endLayout();
+    const double width = textLine.horizontalAdvance();
+    const double offset = line.width + (cell > 0 ? (cell - width) / 2 : 0);
+    for (QGlyphRun run : layout.glyphRuns()) {
+        QList<QPointF> positions = run.positions();
+        for (QPointF& position : positions) {
+            position += QPointF(offset, -textLine.ascent());
+        }
+        run.setPositions(positions);
+        line.runs.append(run);
+    }
+    line.width += cell > 0 ? cell : width;
+}
+
+/// Shapes at a whole pixel size, ignoring the line's scale.
+ShapedText shapeWhole(const QString& text, const QFont& font) {
+    const QFontMetricsF metrics(font);
+    ShapedText line;
+    line.ascent = metrics.ascent();
+    line.descent = metrics.descent();
+    const double cell = KestroFonts::figureWidth(font);
+    if (cell <= 0 || readsRightToLeft(text)) {
+        append(line, text, font, 0);
+        return line;
+    }
+    qsizetype start = 0;
+    while (start < text.size()) {
+        qsizetype end = start + 1;
+        if (!isFigure(text[start])) {
+            while (end < text.size() && !isFigure(text[end])) {
+                ++end;
+            }
+        }
+        append(line, text.mid(start, end - start), font, isFigure(text[start]) ? cell : 0);
+        start = end;
+    }
+    return line;
+}
+
+ShapedText shape(const QString& text, const TextStyle& style, double deviceScale) {
+    ShapedText line = shapeWhole(text, KestroFonts::font(style.size, style.weight, style.tracking, deviceScale));
+    line.scale = KestroFonts::sizeFactor(style.size);
+    line.ascent *= line.scale;
+    line.descent *= line.scale;
+    // Qt adds tracking after the last letter too, where nothing follows.
+    line.width = std::max(0.0, line.width * line.scale - style.tracking);
+    return line;
+}
+
+QString displayed(const QString& text, const TextStyle& style) {
+    const QString kept = text.left(kLongestText);
+    return style.capitals ? kept.toUpper() : kept;
+}
+
+/// The longest prefix of `text` that fits with an ellipsis.
+QString elided(const QString& text, const TextStyle& style, double width) {
+    const QString ellipsis(QChar(0x2026));
+    qsizetype fits = 0;
+    qsizetype tooLong = text.size();
+    while (tooLong - fits > 1) {
+        const qsizetype middle = (fits + tooLong) / 2;
+        const bool isFit = shape(text.left(middle) + ellipsis, style, 1).width <= width;
+        (isFit ? fits : tooLong) = middle;
+    }
+    if (fits > 0 && text[fits - 1].isHighSurrogate()) {
+        --fits;
+    }
+    return text.left(fits).trimmed() + ellipsis;
+}
+
+FittedText fitAfresh(const QString& text, const TextStyle& style, double natural, double width, TextFit fit) {
+    const double readable = std::min(1.0, kSmallestSize / style.size);
+    const double wanted = std::max(0.0, width) / natural;
+    if (fit == TextFit::value) {
+        return {text, std::max(readable, wanted)};
+    }
+    const double scale = std::max({kSmallestShrink, readable, wanted});
+    if (natural * scale <= width + kHair) {
+        return {text, scale};
+    }
+    TextStyle smaller = style;
+    smaller.size *= scale;
+    smaller.tracking *= scale;
+    return {elided(displayed(singleLine(text), style), smaller, width), scale};
+}
+
+}  // namespace
+
+QString singleLine(const QString& text) {
+    QString line = text.left(kLongestText);
+    for (QChar& c : line) {
+        const bool isHidden = c.category() == QChar::Other_Control || c.category() == QChar::Other_Format ||
+                              c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
+        const bool joinsGlyphs = c == QChar(0x200C) || c == QChar(0x200D);
+        if (isHidden && !joinsGlyphs) {
+            c = QLatin1Char(' ');
+        }
+    }
+    return line;
+}
+
+const ShapedText& shapeText(const QString& text, const TextStyle& style, double scale) {
+    static QHash<ShapeKey, ShapedText> cache;
+    static QString family;
+    if (family != KestroFonts::family()) {
+        family = KestroFonts::family();
+        cache.clear();
+    }
+    const QString line = displayed(text, style);
+    const ShapeKey key{line, style.size, style.tracking, style.weight, KestroFonts::isFine(scale)};
+    if (const auto found = cache.constFind(key); found != cache.constEnd()) {
+        return found.value();
+    }
+    if (cache.size() >= kCachedTexts) {
+        cache.clear();
+    }
+    return cache.insert(key, shape(singleLine(line), style, scale)).value();
+}
+
+double textWidth(const QString& text, const TextStyle& style) {
+    return shapeText(text, style).width;
+}
+
+FittedText fitText(const QString& text, const TextStyle& style, double width, TextFit fit) {
+    const double natural = textWidth(text, style);
+    if (natural <= width || text.isEmpty()) {
+        return {text, 1};
+    }
+    static QHash<FitKey, FittedText> cache;
+    static QString family;
+    if (family != KestroFonts::family()) {
+        family = KestroFonts::family();
+        cache.clear();
+    }
+    const FitKey key{{displayed(text, style), style.size, style.tracking, style.weight, false}, width, fit};
+    if (const auto found = cache.constFind(key); found != cache.constEnd()) {
+        return found.value();
+    }
+    if (cache.size() >= kCachedTexts) {
+        cache.clear();
+    }
+    return cache.insert(key, fitAfresh(text, style, natural, width, fit)).value();
+}
+
+double baselineOffset(double lineHeight, double ascent, double descent) {
+    const double above = std::round(ascent);
+    return std::floor((lineHeight - above - std::round(descent)) / 2) + above;
+}
+
+void drawText(QPainter& painter, const QRectF& box, const QString& text, const TextStyle& style,
+              Qt::Alignment alignment, TextFit fit) {
+    if (text.isEmpty() || box.width() <= 0) {
+        return;
+    }
+    const FittedText fitted = fitText(text, style, box.width(), fit);
+    TextStyle scaled = style;
+    scaled.size *= fitted.scale;
+    scaled.tracking *= fitted.scale;
+    const double scale = deviceScale(painter);
+    const ShapedText& shaped = shapeText(fitted.text, scaled, scale);
+
+    double x = box.left();
+    if (alignment & Qt::AlignRight) {
+        x = box.right() - shaped.width;
+    } else if (alignment & Qt::AlignHCenter) {
+        x = box.center().x() - shaped.width / 2;
+    }
+    const double above = painter.deviceTransform().dy() / scale;
+    const double baseline = box.top() + baselineOffset(box.height(), shaped.ascent, shaped.descent) + above;
+    const QPointF origin(x, std::round(baseline * scale) / scale - above);
+    painter.setPen(style.ink.color());
+    if (shaped.scale == 1) {
+        for (const QGlyphRun& run : shaped.runs) {
+            painter.drawGlyphRun(origin, run);
+        }
+        return;
+    }
+    painter.save();
+    painter.translate(origin);
+    painter.scale(shaped.scale, shaped.scale);
+    for (const QGlyphRun& run : shaped.runs) {
+        painter.drawGlyphRun(QPointF(), run);
+    }
+    painter.restore();
+}
+
+}  // namespace kestro
