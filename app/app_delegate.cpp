@@ -21,12 +21,12 @@
 namespace kestro {
 
 AppDelegate::AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc,
-                         StatusBar& statusBar, SurfaceFactories surfaces, std::string commandFile,
+                         const Shell& shell, SurfaceFactories surfaces, std::string commandFile,
                          std::function<void()> terminate)
     : platform_(platform),
       services_(services),
       smc_(smc),
-      statusBar_(statusBar),
+      shell_(shell),
       surfaces_(std::move(surfaces)),
       commandFile_(std::move(commandFile)),
       terminate_(std::move(terminate)),
@@ -41,8 +41,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     setupStatusItem();
     updateStatusItemText();
     keepAwakeItem_ =
-        std::make_unique<KeepAwakeStatusItem>(platform_, statusBar_, services_.settings, services_.keepAwake);
-    fanItem_ = std::make_unique<FanControlStatusItem>(platform_, statusBar_, services_.settings, smc_,
+        std::make_unique<KeepAwakeStatusItem>(platform_, shell_.statusBar, services_.settings, services_.keepAwake);
+    fanItem_ = std::make_unique<FanControlStatusItem>(platform_, shell_.statusBar, services_.settings, smc_,
                                                       services_.fanManager, services_.powerManager);
     setupPopover();
     setupDashboardWindow();
@@ -65,7 +65,7 @@ void AppDelegate::setupStatusItem() {
         statusItemClicked(click, controlHeld, anchor);
     };
     handlers.buildMenu = [this] { return contextMenu(); };
-    statusItem_ = statusBar_.createItem(QStringLiteral("kestro-main"), std::move(handlers));
+    statusItem_ = shell_.statusBar.createItem(QStringLiteral("kestro-main"), std::move(handlers));
 }
 
 void AppDelegate::bindTelemetry() {

@@ -3,7 +3,8 @@
 #include "app/base/coalesced_task.h"
 #include "app/command_channel.h"
 #include "app/menus/main_menu.h"
-#include "app/status_bar/status_bar.h"
+#include "shell/shell.h"
+#include "shell/status_bar.h"
 #include "app/status_items/main_status_content.h"
 #include "app/windows/screen_changes.h"
 #include "app/windows/surface_factories.h"
@@ -36,7 +37,7 @@ class AppDelegate final : public MainMenuActions, public CommandTarget, public W
 public:
     /// Reads commands from `commandFile`; `terminate` ends the application. Every reference outlives this
     /// object.
-    AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc, StatusBar& statusBar,
+    AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc, const Shell& shell,
                 SurfaceFactories surfaces, std::string commandFile, std::function<void()> terminate);
     ~AppDelegate() override;
     AppDelegate(const AppDelegate&) = delete;
@@ -124,7 +125,7 @@ private:
     const Platform& platform_;
     const KestroServices services_;
     SMCReader& smc_;
-    StatusBar& statusBar_;
+    const Shell shell_;
     const SurfaceFactories surfaces_;
     const std::string commandFile_;
     const std::function<void()> terminate_;

@@ -4,7 +4,7 @@
 #include "app/windows/dashboard_window.h"
 #include "app/windows/popover_window.h"
 #include "app/windows/settings_window.h"
-#include "app/windows/window_system.h"
+#include "shell/window_system.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/platform/platform.h"
 #include "core/settings/user_settings.h"
@@ -33,7 +33,7 @@ void AppDelegate::setupPopover() {
             },
         .onQuit = [this] { quit(); },
     };
-    popover_ = std::make_unique<PopoverWindow>(*this, platform_.clock, [this, actions](QWidget* parent) {
+    popover_ = std::make_unique<PopoverWindow>(*this, shell_.windowSystem, platform_.clock, [this, actions](QWidget* parent) {
         return surfaces_.popover(services_, actions, parent);
     });
     addShortcuts(*popover_);
@@ -48,14 +48,14 @@ void AppDelegate::setupDashboardWindow() {
     const auto makeContent = [this, actions](QWidget* parent) {
         return surfaces_.dashboard(services_, actions, parent);
     };
-    dashboardWindow_ = std::make_unique<KestroDashboardWindow>(*this, makeContent, optimalDashboardWidth());
+    dashboardWindow_ = std::make_unique<KestroDashboardWindow>(*this, shell_.windowSystem, makeContent, optimalDashboardWidth());
     addShortcuts(*dashboardWindow_);
 }
 
 void AppDelegate::setupSettingsWindow() {
     const SettingsActions actions{.onClose = [this] { settingsWindow_->close(); }};
     settingsWindow_ = std::make_unique<SettingsWindow>(
-        *this, [this, actions](QWidget* parent) { return surfaces_.settings(services_, actions, parent); });
+        *this, shell_.windowSystem, [this, actions](QWidget* parent) { return surfaces_.settings(services_, actions, parent); });
     addShortcuts(*settingsWindow_);
 }
 
@@ -63,7 +63,7 @@ void AppDelegate::bindDashboard() {
     UserSettings& settings = services_.settings;
     const auto followPin = [this](bool isPinned) {
         if (!dashboardWindow_->isFullScreen()) {
-            setFloatingLevel(*dashboardWindow_, isPinned);
+            shell_.windowSystem.setFloatingLevel(*dashboardWindow_, isPinned);
         }
     };
     followPin(settings.isPinned.get());
@@ -116,7 +116,7 @@ void AppDelegate::showDashboard() {
     adjustDashboardSize(false);
     dashboardWindow_->ensureReachable();
     refreshTelemetry();
-    makeKeyAndOrderFront(*dashboardWindow_);
+    shell_.windowSystem.makeKeyAndOrderFront(*dashboardWindow_);
     updateUIActiveState();
 }
 
@@ -146,7 +146,7 @@ void AppDelegate::showSettings() {
     if (!settingsWindow_) {
         setupSettingsWindow();
     }
-    makeKeyAndOrderFront(*settingsWindow_);
+    shell_.windowSystem.makeKeyAndOrderFront(*settingsWindow_);
     updateUIActiveState();
 }
 
@@ -204,13 +204,13 @@ void AppDelegate::windowDidResize(QWidget& window) {
 
 void AppDelegate::windowWillEnterFullScreen(QWidget& window) {
     if (&window == dashboardWindow_.get()) {
-        setFloatingLevel(window, false);
+        shell_.windowSystem.setFloatingLevel(window, false);
     }
 }
 
 void AppDelegate::windowDidExitFullScreen(QWidget& window) {
     if (&window == dashboardWindow_.get()) {
-        setFloatingLevel(window, services_.settings.isPinned.get());
+        shell_.windowSystem.setFloatingLevel(window, services_.settings.isPinned.get());
     }
 }
 

@@ -1,10 +1,13 @@
 #include "app/application.h"
 
-#include "app/accessibility_monitor.h"
+#include "shell/linux/accessibility_monitor.h"
 #include "app/app_delegate.h"
 #include "app/base/notification_names.h"
-#include "app/single_instance.h"
-#include "app/status_bar/desktop_status_bar.h"
+#include "shell/linux/bus_single_instance.h"
+#include "shell/linux/desktop_status_bar.h"
+#include "shell/linux/linux_window_system.h"
+#include "shell/linux/x11_compositing.h"
+#include "shell/shell.h"
 #include "core/cooling/fan_control_manager.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/platform/platform.h"
@@ -13,6 +16,7 @@
 #include "core/settings/user_settings.h"
 #include "core/telemetry/smc_reader.h"
 #include "platform/desktop/bus_notifications.h"
+#include "platform/desktop/desktop_buses.h"
 #include "platform/desktop/desktop_power_assertions.h"
 #include "platform/desktop/json_user_defaults.h"
 #include "platform/desktop/power_profile_script_runner.h"
@@ -33,7 +37,6 @@
 #include "platform/linux/sensors/linux_smc_service.h"
 
 #include <QApplication>
-#include <QDBusConnection>
 
 #include <chrono>
 #include <clocale>
@@ -48,11 +51,11 @@ using namespace std::chrono_literals;
 /// The machine and the session behind the ports. Construction reads the preferences and sets a damaged file
 /// aside, so only the first instance creates one.
 struct LinuxDesktop {
-    explicit LinuxDesktop(BusNotifications& sessionNotifications) : notifications(sessionNotifications) {}
+    LinuxDesktop(const DesktopBuses& connections, BusNotifications& sessionNotifications)
+        : buses(connections), notifications(sessionNotifications) {}
 
+    const DesktopBuses& buses;
     BusNotifications& notifications;
-    QDBusConnection sessionBus = QDBusConnection::sessionBus();
-    QDBusConnection systemBus = QDBusConnection::systemBus();
 
     LinuxClock clock;
     QtRunLoop runLoop;
@@ -64,11 +67,11 @@ struct LinuxDesktop {
     LinuxPowerSources powerSources{clock};
     LinuxSMCService smc{clock};
     LinuxHIDEventSystem hidEventSystem{clock};
-    PowerProfiles powerProfiles{systemBus};
+    PowerProfiles powerProfiles{buses.system};
     LinuxCommandRunner programs;
     SessionCommandRunner commandRunner{powerProfiles, programs};
     PowerProfileScriptRunner scriptRunner{powerProfiles};
-    DesktopPowerAssertions powerAssertions{sessionBus, systemBus};
+    DesktopPowerAssertions powerAssertions{buses.session, buses.system};
     JsonUserDefaults userDefaults{runLoop, JsonUserDefaults::defaultPath()};
     LinuxFileEvents fileEvents{runLoop};
 
@@ -103,10 +106,13 @@ void terminate() {
 }
 
 int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile) {
-    const AccessibilityMonitor accessibility(desktop.sessionBus);
+    const AccessibilityMonitor accessibility(desktop.buses.session);
+    const X11Compositing compositing;
+    window_compositing::install(compositing);
     DesktopStatusBar statusBar;
-    AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(), statusBar, kestroSurfaces(),
-                         commandFile, terminate);
+    LinuxWindowSystem windowSystem;
+    AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem},
+                         kestroSurfaces(), commandFile, terminate);
     delegate.applicationDidFinishLaunching();
     return QCoreApplication::exec();
 }
@@ -133,18 +139,18 @@ int runApplication(char** arguments, const std::string& commandFile) {
     QGuiApplication::setDesktopFileName(QStringLiteral("kestro"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
-    const QDBusConnection sessionBus = QDBusConnection::sessionBus();
-    BusNotifications notifications(sessionBus);
+    const DesktopBuses buses;
+    BusNotifications notifications(buses.session);
     const auto showDashboard = [&notifications] { notifications.post(notificationNames::showDashboard); };
     // Subscribed before the name is claimed, so that requests from a second start are queued in the meantime.
     const Subscription earlyCalls =
         notifications.observe(notificationNames::showDashboard, [](const NotificationUserInfo&) {});
-    SingleInstance instance(sessionBus, SingleInstance::currentDisplay(), showDashboard);
+    BusSingleInstance instance(buses.session, BusSingleInstance::currentDisplay(), showDashboard);
     if (!instance.isFirst()) {
-        instance.callFirst(notifications);
+        instance.callFirst(showDashboard);
         return EXIT_SUCCESS;
     }
-    LinuxDesktop desktop(notifications);
+    LinuxDesktop desktop(buses, notifications);
     Platform::install(desktop.platform);
     desktop.userDefaults.flushAtExit();
     const UnixSignalNotifier signals([](int) { terminate(); });

@@ -66,7 +66,7 @@ void apply(State state, Control& control) {
             press(control);
             break;
         case State::focus:
-            new FocusRing(control);
+            new FocusRing(control, control);
             break;
         case State::disabled:
             control.setEnabled(false);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/status_bar/status_bar.h"
+#include "shell/status_bar.h"
 #include "core/model/keep_awake_types.h"
 
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/base/coalesced_task.h"
-#include "app/status_bar/status_bar.h"
+#include "shell/status_bar.h"
 #include "core/base/subscription.h"
 
 #include <QString>

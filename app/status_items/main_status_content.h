@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/status_bar/status_bar.h"
+#include "shell/status_bar.h"
 #include "core/readout/readout_composer.h"
 #include "ui/kestro_services.h"
 

@@ -1,7 +1,7 @@
 #include "app/windows/dashboard_window.h"
 
 #include "app/windows/window_geometry.h"
-#include "app/windows/window_system.h"
+#include "shell/window_system.h"
 
 #include <QGuiApplication>
 #include <QHoverEvent>
@@ -32,8 +32,8 @@ bool showsTitleBand(const QScreen& screen, const QRect& frame) {
 
 }  // namespace
 
-KestroDashboardWindow::KestroDashboardWindow(WindowDelegate& delegate, ContentFactory makeContent, int width)
-    : SurfaceWindow(delegate, std::move(makeContent), QStringLiteral("Kestro Studio Dashboard")),
+KestroDashboardWindow::KestroDashboardWindow(WindowDelegate& delegate, WindowSystem& system, ContentFactory makeContent, int width)
+    : SurfaceWindow(delegate, system, std::move(makeContent), QStringLiteral("Kestro Studio Dashboard")),
       frameAnimation_(*this) {
     setMinimumSize(dashboardMinimumSize);
     setAttribute(Qt::WA_Hover);
@@ -45,7 +45,7 @@ void KestroDashboardWindow::toggleWindowedFullScreen() {
     if (isFullScreen()) {
         return;
     }
-    if (!canPlaceWindows()) {
+    if (!system().canPlaceWindows()) {
         setWindowState(windowState() ^ Qt::WindowMaximized);
         return;
     }

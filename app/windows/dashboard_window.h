@@ -15,7 +15,7 @@ namespace kestro {
 class KestroDashboardWindow final : public SurfaceWindow {
 public:
     /// `width` is the content's optimal width; the height starts at 480.
-    KestroDashboardWindow(WindowDelegate& delegate, ContentFactory makeContent, int width);
+    KestroDashboardWindow(WindowDelegate& delegate, WindowSystem& system, ContentFactory makeContent, int width);
 
     /// The frame that a windowed zoom restores.
     const std::optional<QRect>& preZoomFrame() const { return preZoomFrame_; }

@@ -1,8 +1,7 @@
 #include "app/windows/popover_window.h"
 
-#include "app/windows/press_monitor.h"
 #include "app/windows/window_geometry.h"
-#include "app/windows/window_system.h"
+#include "shell/window_system.h"
 #include "ui/theme/motion.h"
 
 #include <QApplication>
@@ -32,8 +31,8 @@ QScreen* screenOf(const QRect& anchor) {
 
 }  // namespace
 
-PopoverWindow::PopoverWindow(WindowDelegate& delegate, const Clock& clock, ContentFactory makeContent)
-    : SurfaceWindow(delegate, std::move(makeContent), QStringLiteral("Kestro"),
+PopoverWindow::PopoverWindow(WindowDelegate& delegate, WindowSystem& system, const Clock& clock, ContentFactory makeContent)
+    : SurfaceWindow(delegate, system, std::move(makeContent), QStringLiteral("Kestro"),
                     Qt::Tool | Qt::WindowStaysOnTopHint),
       clock_(clock) {
     setFixedSize(popoverSize);
@@ -57,8 +56,8 @@ void PopoverWindow::showRelativeTo(const QRect& anchor) {
             popoverFrame(anchor, popoverSize, screen->geometry(), screen->availableGeometry()).topLeft();
     }
     fadeTo(1, motion::duration(motion::popoverOpen));
-    makeKeyAndOrderFront(*this);
-    pressMonitor_ = std::make_unique<PressMonitor>([this] { pressedSomewhere(); });
+    system().makeKeyAndOrderFront(*this);
+    pressMonitor_ = system().watchPresses([this] { pressedSomewhere(); });
 }
 
 void PopoverWindow::orderOut() {
@@ -84,7 +83,7 @@ bool PopoverWindow::takesBack(const QRect& item) {
 
 void PopoverWindow::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) {
-        keepOutOfTaskBars(*this);
+        system().keepOutOfTaskBars(*this);
     }
     SurfaceWindow::showEvent(event);
 }

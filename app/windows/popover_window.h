@@ -17,7 +17,7 @@ class PressMonitor;
 /// on Escape, and on a press elsewhere. It opens and closes with a short fade.
 class PopoverWindow final : public SurfaceWindow {
 public:
-    PopoverWindow(WindowDelegate& delegate, const Clock& clock, ContentFactory makeContent);
+    PopoverWindow(WindowDelegate& delegate, WindowSystem& system, const Clock& clock, ContentFactory makeContent);
     ~PopoverWindow() override;
 
     /// Shows the popover beside `anchor`, the status item's area on the screen; null: unknown.

@@ -9,8 +9,8 @@
 
 namespace kestro {
 
-SettingsWindow::SettingsWindow(WindowDelegate& delegate, ContentFactory makeContent)
-    : SurfaceWindow(delegate, std::move(makeContent), QStringLiteral("Kestro Preferences")) {
+SettingsWindow::SettingsWindow(WindowDelegate& delegate, WindowSystem& system, ContentFactory makeContent)
+    : SurfaceWindow(delegate, system, std::move(makeContent), QStringLiteral("Kestro Preferences")) {
     const QScreen* screen = QGuiApplication::primaryScreen();
     const QRect available = screen != nullptr ? screen->availableGeometry() : QRect(QPoint(), settingsSize);
     setFixedSize(settingsWindowSize(available));

@@ -8,7 +8,7 @@ namespace kestro {
 /// the first request and then kept.
 class SettingsWindow final : public SurfaceWindow {
 public:
-    SettingsWindow(WindowDelegate& delegate, ContentFactory makeContent);
+    SettingsWindow(WindowDelegate& delegate, WindowSystem& system, ContentFactory makeContent);
 };
 
 }  // namespace kestro

@@ -11,9 +11,13 @@
 
 namespace kestro {
 
-SurfaceWindow::SurfaceWindow(WindowDelegate& delegate, ContentFactory makeContent, const QString& title,
-                             Qt::WindowFlags type)
-    : QWidget(nullptr, type | Qt::FramelessWindowHint), delegate_(delegate), makeContent_(std::move(makeContent)) {
+SurfaceWindow::SurfaceWindow(WindowDelegate& delegate, WindowSystem& system, ContentFactory makeContent,
+                             const QString& title, Qt::WindowFlags type)
+    : QWidget(nullptr, type | Qt::FramelessWindowHint),
+      delegate_(delegate),
+      system_(system),
+      makeContent_(std::move(makeContent)),
+      withdrawalGuard_(*this, system) {
     // Install it before the first accessibility query for this window, whose answer is cached.
     installViewAccessibility();
     setWindowTitle(title);

@@ -20,7 +20,7 @@ public:
     /// Makes the content as a child of its argument.
     using ContentFactory = std::function<QWidget*(QWidget*)>;
 
-    SurfaceWindow(WindowDelegate& delegate, ContentFactory makeContent, const QString& title,
+    SurfaceWindow(WindowDelegate& delegate, WindowSystem& system, ContentFactory makeContent, const QString& title,
                   Qt::WindowFlags type = Qt::Window);
 
     /// Whether it is on the screen: shown and not minimised.
@@ -30,6 +30,7 @@ public:
 
 protected:
     WindowDelegate& delegate() { return delegate_; }
+    WindowSystem& system() { return system_; }
 
     /// Notifies the delegate that the window has appeared or disappeared.
     virtual void visibilityDidChange() { delegate_.windowVisibilityDidChange(*this); }
@@ -52,9 +53,10 @@ protected:
 
 private:
     WindowDelegate& delegate_;
+    WindowSystem& system_;
     ContentFactory makeContent_;
     QWidget* content_ = nullptr;
-    WithdrawalGuard withdrawalGuard_{*this};
+    WithdrawalGuard withdrawalGuard_;
     std::optional<QPoint> pressedAt_;  ///< on the screen: where a drag may have begun
 };
 

@@ -1,6 +1,6 @@
 #include "app/windows/withdrawal_guard.h"
 
-#include "app/windows/window_system.h"
+#include "shell/window_system.h"
 
 #include <QWidget>
 
@@ -19,7 +19,7 @@ constexpr auto lastLook = 4s;
 
 }  // namespace
 
-WithdrawalGuard::WithdrawalGuard(QWidget& window) : window_(window) {
+WithdrawalGuard::WithdrawalGuard(QWidget& window, WindowSystem& system) : window_(window), system_(system) {
     nextLook_.setSingleShot(true);
     QObject::connect(&nextLook_, &QTimer::timeout, &nextLook_, [this] { look(); });
 }
@@ -41,10 +41,10 @@ void WithdrawalGuard::look() {
     if (!window_.isVisible()) {
         return;
     }
-    if (!window_.isMinimized() && isWithdrawn(window_)) {
+    if (!window_.isMinimized() && system_.isWithdrawn(window_)) {
         isShowingAnew_ = true;
         window_.hide();
-        makeKeyAndOrderFront(window_);
+        system_.makeKeyAndOrderFront(window_);
         isShowingAnew_ = false;
     }
     if (const auto next = nextLook_.intervalAsDuration() * 2; next <= lastLook) {

@@ -7,6 +7,8 @@ class QWidget;
 
 namespace kestro {
 
+class WindowSystem;
+
 /// Restores a window that the window manager withdraws although it is shown.
 ///
 /// A window that is shown, hidden and shown again in quick succession may be mapped for the first time only when
@@ -17,7 +19,8 @@ namespace kestro {
 /// elsewhere. Main thread; part of its window.
 class WithdrawalGuard {
 public:
-    explicit WithdrawalGuard(QWidget& window);
+    /// Both outlive the guard.
+    WithdrawalGuard(QWidget& window, WindowSystem& system);
 
     void windowDidShow();
 
@@ -28,6 +31,7 @@ private:
     void look();
 
     QWidget& window_;
+    WindowSystem& system_;
     QElapsedTimer sinceHidden_;  // invalid before the first hide
     QTimer nextLook_;
     bool isShowingAnew_ = false;

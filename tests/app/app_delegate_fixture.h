@@ -4,9 +4,10 @@
 #include "app/windows/dashboard_window.h"
 #include "app/windows/popover_window.h"
 #include "app/windows/settings_window.h"
-#include "tests/app/fake_status_bar.h"
+#include "tests/shell/fake_status_bar.h"
 #include "tests/app/menus/menu_reading.h"
 #include "tests/app/simulated_kestro.h"
+#include "tests/app/windows/plain_window_system.h"
 #include "ui/theme/motion.h"
 
 #include <QApplication>
@@ -20,14 +21,14 @@ namespace kestro::testing {
 struct AppDelegateFixture : ::testing::Test, SimulatedKestro {
     const QString mainItem = QStringLiteral("kestro-main");
     FakeStatusBar bar;
+    PlainWindowSystem windowSystem;
     PopoverActions popoverActions;
     DashboardActions dashboardActions;
     SettingsActions settingsActions;
     int contentsMade = 0;
     int terminations = 0;
     const std::string commandFile = "/commands";
-    AppDelegate delegate{
-        mac.platform(), services(), smc, bar, surfaces(), commandFile, [this] { ++terminations; }};
+    AppDelegate delegate{mac.platform(), services(), smc, {bar, windowSystem}, surfaces(), commandFile, [this] { ++terminations; }};
 
     AppDelegateFixture() { motion::setReduced(true); }
     ~AppDelegateFixture() override { motion::setReduced(false); }

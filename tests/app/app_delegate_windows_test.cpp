@@ -135,14 +135,13 @@ TEST_F(AppDelegateDashboard, FloatsWhilePinned) {
     settings.isPinned.set(true);
     launch();
     delegate.showDashboard();
-    const QWindow& handle = *window().windowHandle();
-    EXPECT_TRUE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_TRUE(windowSystem.isFloating(window()));
 
     settings.isPinned.set(false);
-    EXPECT_FALSE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_FALSE(windowSystem.isFloating(window()));
 
     engine.setPinned(true);
-    EXPECT_TRUE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_TRUE(windowSystem.isFloating(window()));
 }
 
 TEST_F(AppDelegateDashboard, DoesNotFloatInFullScreen) {
@@ -150,16 +149,15 @@ TEST_F(AppDelegateDashboard, DoesNotFloatInFullScreen) {
     launch();
     delegate.toggleFullScreenAction();
     settle();
-    const QWindow& handle = *window().windowHandle();
-    EXPECT_FALSE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_FALSE(windowSystem.isFloating(window()));
 
     settings.isPinned.set(false);
     settings.isPinned.set(true);
-    EXPECT_FALSE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_FALSE(windowSystem.isFloating(window()));
 
     window().toggleFullScreen();
     settle();
-    EXPECT_TRUE(handle.flags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_TRUE(windowSystem.isFloating(window()));
 }
 
 TEST_F(AppDelegateDashboard, LetsTheEngineIdleWhileMinimised) {

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-// Tests that need a bus start one.
 int main(int argc, char** argv) {
     const kestro::SealedEnvironment environment;
     ::testing::InitGoogleTest(&argc, argv);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <set>
@@ -28,7 +29,8 @@ struct Include {
 /// Whether a header belongs to the project, however it is written; a file generated next to its source has no
 /// folder.
 bool isOurs(const Include& include) {
-    static const std::set<std::string> folders{"app", "bench", "core", "fuzz", "platform", "shots", "tests", "ui"};
+    static const std::set<std::string> folders{"app",      "bench", "core",  "fuzz",
+                                               "platform", "shell", "shots", "tests", "ui"};
     return include.isQuoted ? !include.name.ends_with(".moc")
                             : folders.contains(include.name.substr(0, include.name.find('/')));
 }
@@ -97,7 +99,9 @@ const std::map<std::string, std::vector<std::string>> allowed = {
     {"platform/desktop", {"core/base", "core/platform", "platform/posix"}},
     {"platform/simulated", {"core/base", "core/platform"}},
     {"ui", {"core"}},
-    {"app", {"core", "ui"}},
+    {"shell", {"core", "ui"}},
+    {"shell/linux", {"core", "ui", "shell"}},
+    {"app", {"core", "ui", "shell"}},
 };
 
 /// The composition root: the only file that chooses the classes behind the ports.
@@ -122,7 +126,7 @@ TEST(Architecture, FoldersIncludeOnlyFromFoldersBelow) {
 }
 
 TEST(Architecture, ProjectHeadersAreIncludedInQuotes) {
-    for (const std::string folder : {"core", "platform", "ui", "app", "shots", "tests", "bench", "fuzz"}) {
+    for (const std::string folder : {"core", "platform", "ui", "shell", "app", "shots", "tests", "bench", "fuzz"}) {
         for (const auto& include : includesBelow(folder)) {
             EXPECT_TRUE(include.isQuoted || !isOurs(include))
                 << include.from << " includes <" << include.name << ">";
@@ -140,7 +144,7 @@ std::string unitOf(const std::string& file) {
 /// The folders that each folder includes from.
 std::map<std::string, std::set<std::string>> folderArrows() {
     std::map<std::string, std::set<std::string>> arrows;
-    for (const std::string folder : {"core", "platform", "ui", "app"}) {
+    for (const std::string folder : {"core", "platform", "ui", "shell", "app"}) {
         for (const auto& include : includesBelow(folder)) {
             if (isOurs(include) && unitOf(include.from) != unitOf(include.name)) {
                 arrows[unitOf(include.from)].insert(unitOf(include.name));
@@ -175,12 +179,42 @@ TEST(Architecture, CoreAndTheKernelFacingPortsDoNotUseQt) {
 }
 
 TEST(Architecture, OnlyTheCompositionRootUsesThePlatform) {
-    for (const std::string folder : {"core", "ui", "app"}) {
+    for (const std::string folder : {"core", "ui", "shell", "app"}) {
         for (const auto& include : includesBelow(folder)) {
-            if (include.from != composition) {
-                EXPECT_FALSE(include.name.starts_with("platform/"))
-                    << include.from << " includes " << include.name;
+            if (include.from == composition) {
+                continue;
             }
+            EXPECT_FALSE(lies(include.name, "platform")) << include.from << " includes " << include.name;
+            EXPECT_TRUE(!lies(include.name, "shell/linux") || lies(include.from, "shell/linux"))
+                << include.from << " includes " << include.name;
+        }
+    }
+}
+
+TEST(Architecture, OnlyTheDesktopFoldersUseItsProtocols) {
+    for (const std::string folder : {"core", "platform", "ui", "shell", "app"}) {
+        for (const auto& include : includesBelow(folder)) {
+            const bool isProtocol = std::ranges::any_of(
+                std::vector<std::string>{"QDBus", "QtDBus", "xcb/", "X11/", "wayland", "qpa/"},
+                [&](const std::string& start) { return include.name.starts_with(start); });
+            EXPECT_TRUE(!isProtocol || lies(include.from, "platform/desktop") || lies(include.from, "shell/linux"))
+                << include.from << " includes " << include.name;
+        }
+    }
+}
+
+TEST(Architecture, ThePortablePartsDoNotNameTheirSystem) {
+    for (const std::string folder : {"ui", "shell", "app", "tests/ui", "tests/shell", "tests/app"}) {
+        for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
+            const auto name = fs::relative(entry.path(), root).string();
+            const bool isPortable = !lies(name, "shell/linux") && !lies(name, "tests/shell/linux");
+            if (entry.is_directory() || !isPortable || name == composition || name.ends_with(".png")) {
+                continue;
+            }
+            std::ifstream file(entry.path());
+            const std::string text{std::istreambuf_iterator<char>(file), {}};
+            EXPECT_EQ(text.find("Linux"), text.npos) << name;
+            EXPECT_EQ(text.find("linux"), text.npos) << name;
         }
     }
 }

@@ -1,92 +1,38 @@
 #include "ui/theme/window_compositing.h"
-#include "ui/theme/x11_display.h"
-
-#include <QGuiApplication>
-#include <QWindow>
-#include <cmath>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <vector>
 
 namespace kestro::window_compositing {
 
 namespace {
 
+const WindowCompositing* installed = nullptr;
 std::optional<bool> overridden;
-
-int screenNumber() {
-    char* host = nullptr;
-    int display = 0;
-    int screen = 0;
-    if (xcb_parse_display(nullptr, &host, &display, &screen) == 0) {
-        return 0;
-    }
-    std::free(host);
-    return screen;
-}
-
-/// The atom exists only if a window manager knows the property.
-xcb_atom_t blurProperty(xcb_connection_t* x11) {
-    return x11_display::atom(x11, "_KDE_NET_WM_BLUR_BEHIND_REGION", x11_display::AtomCreation::onlyIfKnown);
-}
 
 }  // namespace
 
+void install(const WindowCompositing& provider) {
+    installed = &provider;
+}
+
 bool isAvailable() {
-    if (overridden) {
-        return *overridden;
-    }
-    xcb_connection_t* const x11 = x11_display::connection();
-    if (!x11) {
-        return true;
-    }
-    const xcb_atom_t manager = x11_display::atom(x11, "_NET_WM_CM_S" + std::to_string(screenNumber()),
-                                                 x11_display::AtomCreation::onlyIfKnown);
-    if (manager == XCB_ATOM_NONE) {
-        return false;
-    }
-    const x11_display::Reply<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(x11, xcb_get_selection_owner(x11, manager), nullptr));
-    return reply && reply->owner != XCB_WINDOW_NONE;
+    return overridden ? *overridden : installed == nullptr || installed->isAvailable();
 }
 
 bool canBlurBehind() {
-    xcb_connection_t* const x11 = x11_display::connection();
-    return x11 != nullptr && blurProperty(x11) != XCB_ATOM_NONE;
+    return installed != nullptr && installed->canBlurBehind();
 }
 
 bool canChange() {
-    return overridden || x11_display::connection() != nullptr;
+    return overridden || (installed != nullptr && installed->canChange());
+}
+
+void requestBlurBehind(QWindow& window, const QRegion& region) {
+    if (installed != nullptr) {
+        installed->requestBlurBehind(window, region);
+    }
 }
 
 void setOverride(std::optional<bool> available) {
     overridden = available;
-}
-
-void requestBlurBehind(QWindow& window, const QRegion& region) {
-    xcb_connection_t* const x11 = x11_display::connection();
-    if (!x11) {
-        return;
-    }
-    const xcb_atom_t property = blurProperty(x11);
-    if (property == XCB_ATOM_NONE) {
-        return;
-    }
-    const auto id = static_cast<xcb_window_t>(window.winId());
-    if (region.isEmpty()) {
-        xcb_delete_property(x11, id, property);
-        return;
-    }
-    const double scale = window.devicePixelRatio();
-    std::vector<std::uint32_t> pixels;
-    for (const QRect& rect : region) {
-        for (const int edge : {rect.x(), rect.y(), rect.width(), rect.height()}) {
-            pixels.push_back(static_cast<std::uint32_t>(std::lround(edge * scale)));
-        }
-    }
-    xcb_change_property(x11, XCB_PROP_MODE_REPLACE, id, property, XCB_ATOM_CARDINAL, 32,
-                        static_cast<std::uint32_t>(pixels.size()), pixels.data());
 }
 
 }  // namespace kestro::window_compositing

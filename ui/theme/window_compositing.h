@@ -1,31 +1,45 @@
 #pragma once
 
 #include <QRegion>
+
 #include <optional>
 
 class QWindow;
 
 namespace kestro {
 
-/// The window system's support for translucent windows. Main thread.
+/// What a window system can do with translucent windows. Main thread.
+class WindowCompositing {
+public:
+    virtual ~WindowCompositing() = default;
+
+    /// Whether windows are blended with what is behind them. Asks the window system at each call.
+    virtual bool isAvailable() const = 0;
+
+    /// Whether what is behind a window can be blurred. Asks the window system until it can.
+    virtual bool canBlurBehind() const = 0;
+
+    /// Whether these answers can change while the application runs.
+    virtual bool canChange() const = 0;
+
+    /// Requests a blur of what is behind `region` of the window, in points; an empty region withdraws the request.
+    /// Does nothing where that is not possible.
+    virtual void requestBlurBehind(QWindow& window, const QRegion& region) const = 0;
+};
+
+/// The answers of the window system that is in use. Main thread.
 namespace window_compositing {
 
-/// Whether windows are blended with what is behind them: always outside X11; on X11 while a compositing manager
-/// runs (it owns the selection _NET_WM_CM_Sn). Queries the server at each call.
+/// Takes the answers from `provider`, which outlives every window; without one, windows are blended and not blurred.
+void install(const WindowCompositing& provider);
+
 bool isAvailable();
-
-/// Whether a window manager can blur what is behind a window. Queries the server until one can.
 bool canBlurBehind();
-
-/// Whether these answers can change while the application runs: on X11 only.
 bool canChange();
-
-/// Overrides isAvailable(), for pictures and tests; nullopt restores it.
-void setOverride(std::optional<bool> available);
-
-/// Asks the window manager to blur what is behind `region` of the window, in points, through the property
-/// _KDE_NET_WM_BLUR_BEHIND_REGION; an empty region withdraws it. No-op if blur is not available.
 void requestBlurBehind(QWindow& window, const QRegion& region);
+
+/// Fixes the answer of isAvailable() for pictures and tests; nullopt removes the override.
+void setOverride(std::optional<bool> available);
 
 }  // namespace window_compositing
 

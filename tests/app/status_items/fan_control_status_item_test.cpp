@@ -1,7 +1,7 @@
 #include "app/status_items/fan_control_status_item.h"
 
 #include "app/base/notification_names.h"
-#include "tests/app/fake_status_bar.h"
+#include "tests/shell/fake_status_bar.h"
 #include "tests/app/menus/menu_reading.h"
 #include "tests/app/simulated_kestro.h"
 

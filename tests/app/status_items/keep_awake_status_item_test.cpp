@@ -4,7 +4,7 @@
 #include "core/power/keep_awake_manager.h"
 #include "core/settings/user_settings.h"
 #include "platform/simulated/simulated_mac.h"
-#include "tests/app/fake_status_bar.h"
+#include "tests/shell/fake_status_bar.h"
 #include "tests/app/menus/menu_reading.h"
 
 #include <gmock/gmock.h>

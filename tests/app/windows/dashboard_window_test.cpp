@@ -1,7 +1,7 @@
 #include "app/windows/dashboard_window.h"
 
 #include "app/windows/window_geometry.h"
-#include "app/windows/window_system.h"
+#include "tests/app/windows/plain_window_system.h"
 #include "tests/app/windows/recording_window_delegate.h"
 #include "ui/theme/motion.h"
 
@@ -26,12 +26,13 @@ struct DashboardWindowTest : ::testing::Test {
     ~DashboardWindowTest() override { motion::setReduced(false); }
 
     testing::RecordingWindowDelegate delegate;
-    KestroDashboardWindow window{delegate, [](QWidget* parent) { return new QWidget(parent); }, 788};
+    testing::PlainWindowSystem system;
+    KestroDashboardWindow window{delegate, system, [](QWidget* parent) { return new QWidget(parent); }, 788};
     QRect available = QGuiApplication::primaryScreen()->availableGeometry();
 
     void show() {
         window.ensureReachable();
-        makeKeyAndOrderFront(window);
+        system.makeKeyAndOrderFront(window);
         QApplication::processEvents();
         delegate.events.clear();
     }
@@ -276,29 +277,6 @@ TEST_F(DashboardWindowTest, IgnoresFrameChangesInFullScreen) {
     EXPECT_EQ(window.preZoomFrame(), std::nullopt);
 }
 
-TEST_F(DashboardWindowTest, ChangesItsLevelWithoutRecreatingTheWindow) {
-    show();
-    const QWindow* handle = window.windowHandle();
-
-    setFloatingLevel(window, true);
-
-    EXPECT_EQ(window.windowHandle(), handle);
-    EXPECT_TRUE(window.isVisible());
-    EXPECT_TRUE(window.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
-
-    setFloatingLevel(window, false);
-
-    EXPECT_FALSE(window.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
-}
-
-TEST_F(DashboardWindowTest, AppearsAtTheLevelSetWhileHidden) {
-    setFloatingLevel(window, true);
-
-    show();
-
-    EXPECT_TRUE(window.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
-}
-
 TEST_F(DashboardWindowTest, StaysOpenWhenTheDelegateRefusesToClose) {
     show();
     delegate.allowsClosing = false;
@@ -316,15 +294,6 @@ TEST_F(DashboardWindowTest, IsNotOnTheScreenWhileMinimised) {
 
     EXPECT_FALSE(window.isOnScreen());
     EXPECT_THAT(delegate.taken(), Contains("visibility"));
-}
-
-TEST_F(DashboardWindowTest, IsRestoredFromTheDockWhenOrderedFront) {
-    show();
-    window.setWindowState(Qt::WindowMinimized);
-
-    makeKeyAndOrderFront(window);
-
-    EXPECT_TRUE(window.isOnScreen());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "app/windows/popover_window.h"
 
 #include "platform/simulated/simulated_clock.h"
+#include "tests/app/windows/plain_window_system.h"
 #include "tests/app/windows/recording_window_delegate.h"
 #include "ui/theme/motion.h"
 
@@ -23,8 +24,9 @@ struct PopoverWindowTest : ::testing::Test {
 
     SimulatedClock clock;
     testing::RecordingWindowDelegate delegate;
+    testing::PlainWindowSystem system;
     int contentsMade = 0;
-    PopoverWindow popover{delegate, clock, [this](QWidget* parent) {
+    PopoverWindow popover{delegate, system, clock, [this](QWidget* parent) {
                               ++contentsMade;
                               return new QWidget(parent);
                           }};
@@ -99,6 +101,15 @@ TEST_F(PopoverWindowTest, ClosesWhenItLosesTheKeyboardFocus) {
     activate(elsewhere);
 
     EXPECT_FALSE(popover.isVisible());
+}
+
+TEST_F(PopoverWindowTest, ClosesOnAPressElsewhere) {
+    show();
+    ASSERT_FALSE(popover.geometry().contains(QCursor::pos()));
+
+    system.press();
+
+    EXPECT_FALSE(popover.isShown());
 }
 
 TEST_F(PopoverWindowTest, StaysOpenUnderItsOwnMenu) {

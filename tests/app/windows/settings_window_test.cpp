@@ -1,6 +1,7 @@
 #include "app/windows/settings_window.h"
 
 #include "app/windows/window_geometry.h"
+#include "tests/app/windows/plain_window_system.h"
 #include "tests/app/windows/recording_window_delegate.h"
 
 #include <QGuiApplication>
@@ -13,9 +14,10 @@ namespace {
 
 TEST(SettingsWindow, AppearsInTheMiddleOfTheScreen) {
     testing::RecordingWindowDelegate delegate;
+    testing::PlainWindowSystem system;
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
 
-    const SettingsWindow window(delegate, {});
+    const SettingsWindow window(delegate, system, {});
 
     EXPECT_EQ(window.geometry(), centred(settingsWindowSize(available), available));
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Kestro Preferences"));
@@ -23,7 +25,8 @@ TEST(SettingsWindow, AppearsInTheMiddleOfTheScreen) {
 
 TEST(SettingsWindow, HidesAndReportsItWhenClosed) {
     testing::RecordingWindowDelegate delegate;
-    SettingsWindow window(delegate, {});
+    testing::PlainWindowSystem system;
+    SettingsWindow window(delegate, system, {});
     window.show();
     delegate.events.clear();
 

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <chrono>
+#include <memory>
+#include <vector>
+
+#include "shell/linux/notifier/host_monitor.h"
+#include "shell/linux/notifier/sni_status_bar.h"
+#include "shell/linux/panel_scheme_monitor.h"
+#include "shell/linux/strip/strip_status_bar.h"
+#include "shell/status_bar.h"
+
+namespace kestro {
+
+/// Where items live on this desktop: in a panel that hosts status items, or on the strip if there is none. Items
+/// move when that changes. A panel may take a moment to start or restart, so the strip appears only after the
+/// grace period, or at once if there is no bus. Main thread; outlives its items.
+class DesktopStatusBar : public QObject, public StatusBar {
+    Q_OBJECT
+
+public:
+    static constexpr std::chrono::milliseconds defaultGrace{1000};
+
+    explicit DesktopStatusBar(NotifierEnvironment environment = NotifierEnvironment::current(),
+                              std::chrono::milliseconds grace = defaultGrace);
+    ~DesktopStatusBar() override;
+
+    [[nodiscard]] std::unique_ptr<StatusItem> createItem(const QString& identifier,
+                                                         StatusItemHandlers handlers) override;
+
+    /// True while the items are on the strip.
+    bool isOnStrip() const { return isOnStrip_; }
+
+private:
+    class Item;
+
+    void followHost();
+    void move(bool toStrip);
+    StatusBar& place();
+
+    HostMonitor monitor_;
+    PanelSchemeMonitor scheme_;
+    SniStatusBar panels_;
+    StripStatusBar strip_;
+    std::vector<Item*> items_;
+    QTimer grace_;
+    bool isOnStrip_ = false;
+};
+
+}  // namespace kestro

@@ -1,0 +1,106 @@
+#include "shell/linux/linux_window_system.h"
+
+#include "shell/linux/x11_display.h"
+#include "shell/linux/x11_press_monitor.h"
+
+#include <QGuiApplication>
+#include <QWidget>
+#include <QWindow>
+
+#include <array>
+#include <cstdint>
+#include <utility>
+
+namespace kestro {
+
+namespace {
+
+/// Asks the window manager to activate a window, with the source indication of a pager. A click in a panel
+/// reaches this process over the bus, without the timestamp of an X event, and a request with the source of a
+/// plain application would count as stealing the focus (Extended Window Manager Hints 1.5).
+void requestActivationAsPager(xcb_connection_t* connection, xcb_window_t window) {
+    constexpr std::uint32_t sourcePager = 2;
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = x11_display::atom(connection, "_NET_ACTIVE_WINDOW");
+    event.data.data32[0] = sourcePager;
+    event.data.data32[1] = XCB_CURRENT_TIME;
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    xcb_send_event(connection, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&event));
+    xcb_flush(connection);
+}
+
+}  // namespace
+
+void LinuxWindowSystem::makeKeyAndOrderFront(QWidget& window) {
+    if (window.isMinimized()) {
+        window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    }
+    window.show();
+    window.raise();
+    window.activateWindow();
+    if (xcb_connection_t* connection = x11_display::connection()) {
+        requestActivationAsPager(connection, static_cast<xcb_window_t>(window.winId()));
+    }
+}
+
+void LinuxWindowSystem::keepOutOfTaskBars(QWidget& window) {
+    xcb_connection_t* const connection = x11_display::connection();
+    if (connection == nullptr) {
+        return;
+    }
+    const std::array states{x11_display::atom(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
+                            x11_display::atom(connection, "_NET_WM_STATE_SKIP_PAGER")};
+    constexpr std::uint8_t bits = 32;
+    xcb_change_property(connection, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window.winId()),
+                        x11_display::atom(connection, "_NET_WM_STATE"), XCB_ATOM_ATOM, bits, states.size(),
+                        states.data());
+}
+
+void LinuxWindowSystem::setFloatingLevel(QWidget& window, bool isFloating) {
+    Qt::WindowFlags flags = window.windowFlags();
+    if (flags.testFlag(Qt::WindowStaysOnTopHint) == isFloating) {
+        return;
+    }
+    flags.setFlag(Qt::WindowStaysOnTopHint, isFloating);
+    // QWidget::setWindowFlags would hide and recreate the window; the QWindow requests a state change of the
+    // existing one.
+    window.overrideWindowFlags(flags);
+    if (QWindow* handle = window.windowHandle()) {
+        handle->setFlags(flags);
+    }
+}
+
+bool LinuxWindowSystem::isWithdrawn(const QWidget& window) const {
+    xcb_connection_t* const connection = x11_display::connection();
+    if (connection == nullptr) {
+        return false;
+    }
+    const auto id = static_cast<xcb_window_t>(window.internalWinId());
+    const xcb_atom_t state = x11_display::atom(connection, "WM_STATE");
+    const auto attributesCookie = xcb_get_window_attributes(connection, id);
+    const auto stateCookie = xcb_get_property(connection, 0, id, state, state, 0, 1);
+    const x11_display::Reply<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(connection, attributesCookie, nullptr));
+    const x11_display::Reply<xcb_get_property_reply_t> property(
+        xcb_get_property_reply(connection, stateCookie, nullptr));
+    if (!attributes || attributes->map_state != XCB_MAP_STATE_UNMAPPED || !property) {
+        return false;
+    }
+    // A window manager removes the state of a window that it withdraws, or sets it to 0.
+    return xcb_get_property_value_length(property.get()) < static_cast<int>(sizeof(std::uint32_t)) ||
+           *static_cast<const std::uint32_t*>(xcb_get_property_value(property.get())) == 0;
+}
+
+bool LinuxWindowSystem::canPlaceWindows() const {
+    return !QGuiApplication::platformName().startsWith(QLatin1StringView("wayland"));
+}
+
+std::unique_ptr<PressMonitor> LinuxWindowSystem::watchPresses(std::function<void()> onPress) {
+    return watchX11Presses(std::move(onPress));
+}
+
+}  // namespace kestro

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "shell/window_system.h"
+
+namespace kestro {
+
+/// The window system of X11 and Wayland desktops. On Wayland the compositor decides about placement, levels and
+/// activation, based on the activation token that the panel passed with the click, if any.
+class LinuxWindowSystem final : public WindowSystem {
+public:
+    void makeKeyAndOrderFront(QWidget& window) override;
+
+    /// With _NET_WM_STATE_SKIP_TASKBAR on X11, where the window manager forgets it when the window is hidden.
+    void keepOutOfTaskBars(QWidget& window) override;
+
+    /// With _NET_WM_STATE_ABOVE on X11.
+    void setFloatingLevel(QWidget& window, bool isFloating) override;
+
+    /// Whether the X server has the window unmapped and no window manager has a WM_STATE for it.
+    bool isWithdrawn(const QWidget& window) const override;
+
+    /// False on Wayland.
+    bool canPlaceWindows() const override;
+
+    /// With raw events of the X Input Extension 2; null on other window systems.
+    [[nodiscard]] std::unique_ptr<PressMonitor> watchPresses(std::function<void()> onPress) override;
+};
+
+}  // namespace kestro

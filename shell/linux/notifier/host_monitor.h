@@ -1,0 +1,89 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+#include "shell/linux/notifier/presentation.h"
+
+namespace kestro {
+
+/// Where to look for a host of status items.
+struct NotifierEnvironment {
+    /// Address of the bus; empty: the session bus.
+    QString busAddress;
+
+    /// The entries of XDG_CURRENT_DESKTOP.
+    QStringList desktops;
+
+    /// Name of a process as the kernel reports it, at most 15 characters; empty when it cannot be read.
+    std::function<QString(uint pid)> processName;
+
+    /// This process's environment.
+    static NotifierEnvironment current();
+
+    /// Opens a private connection to the bus under `name`.
+    QDBusConnection connect(const QString& name) const;
+};
+
+/// Follows org.kde.StatusNotifierWatcher on the bus: whether there is one, whether it has a host, and what that
+/// host does with labels. Queries are asynchronous; the state is `unknown` until the first reply. Main thread.
+class HostMonitor : public QObject {
+    Q_OBJECT
+
+public:
+    enum class State { unknown, absent, present };
+
+    explicit HostMonitor(NotifierEnvironment environment);
+    ~HostMonitor() override;
+
+    static QString watcherService() { return QStringLiteral("org.kde.StatusNotifierWatcher"); }
+    static QString watcherPath() { return QStringLiteral("/StatusNotifierWatcher"); }
+
+    State state() const { return state_; }
+
+    /// What the current host does with labels.
+    LabelSupport labels() const { return labels_; }
+
+    /// Name of the process that owns the watcher; empty while unknown.
+    const QString& hostProcess() const { return hostProcess_; }
+
+    /// The monitor's connection, for other code that only sends queries and listens.
+    const QDBusConnection& connection() const { return connection_; }
+
+    const NotifierEnvironment& environment() const { return environment_; }
+
+Q_SIGNALS:
+    void stateChanged();
+
+    /// A watcher or a host has appeared: items must register (again).
+    void hostArrived();
+
+    /// `labels` or `hostProcess` changed.
+    void hostIdentified();
+
+private Q_SLOTS:
+    void askForHost();
+    void onHostRegistered();
+    void onDisconnected();
+
+private:
+    void onOwnerChanged(const QString& owner);
+    void setOwner(const QString& owner);
+    void identify(const QString& owner);
+    void setState(State state);
+    void setHostProcess(const QString& process);
+
+    NotifierEnvironment environment_;
+    QDBusConnection connection_;
+    QDBusServiceWatcher serviceWatcher_;
+    State state_ = State::unknown;
+    QString owner_;
+    QString hostProcess_;
+    LabelSupport labels_ = LabelSupport::hidden;
+};
+
+}  // namespace kestro

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <functional>
+
+#include "shell/linux/notifier/bus_object.h"
+#include "shell/linux/notifier/menu_tree.h"
+#include "shell/status_bar.h"
+
+namespace kestro {
+
+/// A menu exported as com.canonical.dbusmenu at "/MenuBar". It is rebuilt whenever a host announces that it
+/// opens, and once for a host that reads it earlier. Chosen entries run from the event loop after the host has
+/// its reply; they are dropped if this object is destroyed first. Main thread.
+class MenuObject : public QObject {
+    Q_OBJECT
+
+public:
+    explicit MenuObject(std::function<StatusMenu()> buildMenu);
+
+    static QString path() { return QStringLiteral("/MenuBar"); }
+
+    bool publish(const QDBusConnection& connection) { return object_.publish(connection); }
+    void withdraw() { object_.withdraw(); }
+
+private:
+    BusReply getLayout(const QVariantList& arguments);
+    BusReply getGroupProperties(const QVariantList& arguments);
+    BusReply getProperty(const QVariantList& arguments);
+    BusReply receiveEvent(const QVariantList& arguments);
+    BusReply eventGroup(const QVariantList& arguments);
+    BusReply aboutToShow(const QVariantList& arguments);
+    BusReply aboutToShowGroup(const QVariantList& arguments);
+
+    using Method = BusReply (MenuObject::*)(const QVariantList&);
+    void addMethod(const char* name, const char* signature, Method method);
+
+    void ensureBuilt();
+    bool rebuild();
+    bool handle(int id, const QString& event);
+
+    std::function<StatusMenu()> buildMenu_;
+    MenuTree tree_;
+    bool isBuilt_ = false;
+    BusObject object_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <functional>
+#include <optional>
+
+#include "shell/linux/notifier/bus_object.h"
+#include "shell/linux/notifier/host_monitor.h"
+#include "shell/linux/notifier/icon_pixmaps.h"
+#include "shell/linux/notifier/menu_object.h"
+#include "shell/linux/notifier/presentation.h"
+#include "shell/status_bar.h"
+#include "shell/linux/status_menu_popup.h"
+
+namespace kestro {
+
+class PanelSchemeMonitor;
+
+/// One item exported as org.kde.StatusNotifierItem at "/StatusNotifierItem", with its menu at "/MenuBar", on its
+/// own connection and bus name. It registers with the watcher at once and whenever a watcher or a host appears.
+/// It sends signals only for what changed. Clicks and entries run from the event loop, after the host has its
+/// reply. Without a bus it does nothing. Main thread.
+class SniStatusItem : public QObject, public StatusItem {
+    Q_OBJECT
+
+public:
+    /// `monitor` and `scheme` outlive the item.
+    SniStatusItem(const QString& identifier, StatusItemHandlers handlers, const HostMonitor& monitor,
+                  const PanelSchemeMonitor& scheme);
+    ~SniStatusItem() override;
+
+    void setContent(const StatusContent& content) override;
+    void openMenu(std::optional<QPoint> position) override;
+    QRect geometry() const override { return {}; }
+
+    /// The bus name under which hosts know the item.
+    const QString& serviceName() const { return serviceName_; }
+
+private:
+    void addProperties(const QString& identifier);
+    void addMethods();
+    void registerWithWatcher();
+    void present();
+    void announce(const NotifierPresentation& before);
+    BusReply activate(const QVariantList& arguments, StatusClick click);
+    BusReply contextMenu(const QVariantList& arguments);
+    BusReply scroll(const QVariantList& arguments);
+    BusReply provideActivationToken(const QVariantList& arguments);
+    StatusMenu buildMenu() const;
+
+    StatusItemHandlers handlers_;
+    const HostMonitor& monitor_;
+    const PanelSchemeMonitor& scheme_;
+    QString serviceName_;
+    QDBusConnection connection_;
+    BusObject object_;
+    MenuObject menu_;
+    StatusContent content_;
+    NotifierPresentation shown_;
+    IconPixmaps icon_;
+    StatusMenuPopup popup_;
+    std::optional<QPoint> lastClick_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,130 @@
+#include "shell/linux/panel_scheme_monitor.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QPalette>
+
+#include "shell/linux/notifier/host_monitor.h"
+#include "shell/linux/settings_portal.h"
+#include "shell/linux/when_answered.h"
+
+namespace kestro {
+
+namespace {
+
+const QString colorSchemeKey = QStringLiteral("color-scheme");
+
+// The settings daemon of Xfce.
+const QString panelSettingsService = QStringLiteral("org.xfce.Xfconf");
+const QString panelSettingsPath = QStringLiteral("/org/xfce/Xfconf");
+const QString panelChannel = QStringLiteral("xfce4-panel");
+const QString darkPanelProperty = QStringLiteral("/panels/dark-mode");
+
+/// 1: dark, 2: light; anything else: no preference.
+std::optional<bool> darkPreference(const QVariant& value) {
+    if (value.metaType() != QMetaType::fromType<uint>()) {
+        return std::nullopt;
+    }
+    const uint preference = value.toUInt();
+    return preference == 1 || preference == 2 ? std::optional(preference == 1) : std::nullopt;
+}
+
+std::optional<bool> flag(const QVariant& value) {
+    return value.metaType() == QMetaType::fromType<bool>() ? std::optional(value.toBool()) : std::nullopt;
+}
+
+bool isPaletteDark() {
+    constexpr double middle = 0.5;
+    return QGuiApplication::palette().color(QPalette::Window).lightnessF() < middle;
+}
+
+}  // namespace
+
+PanelSchemeMonitor::PanelSchemeMonitor(const HostMonitor& monitor) : monitor_(monitor) {
+    look_ = panelLook({monitor.hostProcess(), monitor.environment().desktops, {}, {}, isPaletteDark()});
+    qApp->installEventFilter(this);
+    if (!monitor_.connection().isConnected()) {
+        return;
+    }
+    listen();
+    askPortal();
+    connect(&monitor_, &HostMonitor::hostIdentified, this, [this] {
+        askPanel();
+        update();
+    });
+}
+
+bool PanelSchemeMonitor::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == qApp) {
+        update();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void PanelSchemeMonitor::listen() {
+    QDBusConnection connection = monitor_.connection();
+    connection.connect(settings_portal::service, settings_portal::path, settings_portal::interface,
+                       QStringLiteral("SettingChanged"), this,
+                       SLOT(onPortalSetting(QString, QString, QDBusVariant)));
+    connection.connect(panelSettingsService, panelSettingsPath, panelSettingsService,
+                       QStringLiteral("PropertyChanged"), this,
+                       SLOT(onPanelSetting(QString, QString, QDBusVariant)));
+}
+
+void PanelSchemeMonitor::askPortal() {
+    const QDBusMessage read = settings_portal::readCall(settings_portal::appearanceArea, colorSchemeKey);
+    whenAnswered(monitor_.connection().asyncCall(read), this, [this](const QDBusMessage& reply) {
+        if (isReply(reply, QLatin1StringView("v"))) {
+            prefersDark_ = darkPreference(settings_portal::unwrapped(reply.arguments().at(0)));
+            update();
+        }
+    });
+}
+
+void PanelSchemeMonitor::askPanel() {
+    const bool isXfce = monitor_.hostProcess() == QLatin1StringView("xfce4-panel") ||
+                        monitor_.environment().desktops.contains(QLatin1StringView("XFCE"));
+    if (!isXfce) {
+        hostIsDark_.reset();
+        return;
+    }
+    QDBusMessage get = QDBusMessage::createMethodCall(panelSettingsService, panelSettingsPath,
+                                                      panelSettingsService, QStringLiteral("GetProperty"));
+    get.setArguments({panelChannel, darkPanelProperty});
+    get.setAutoStartService(false);
+    whenAnswered(monitor_.connection().asyncCall(get), this, [this](const QDBusMessage& reply) {
+        hostIsDark_ = isReply(reply, QLatin1StringView("v"))
+                          ? flag(settings_portal::unwrapped(reply.arguments().at(0)))
+                          : std::nullopt;
+        update();
+    });
+}
+
+void PanelSchemeMonitor::onPortalSetting(const QString& area, const QString& key, const QDBusVariant& value) {
+    if (area == settings_portal::appearanceArea && key == colorSchemeKey) {
+        prefersDark_ = darkPreference(settings_portal::unwrapped(value.variant()));
+        update();
+    }
+}
+
+void PanelSchemeMonitor::onPanelSetting(const QString& channel, const QString& property,
+                                        const QDBusVariant& value) {
+    if (channel == panelChannel && property == darkPanelProperty) {
+        hostIsDark_ = flag(settings_portal::unwrapped(value.variant()));
+        update();
+    }
+}
+
+void PanelSchemeMonitor::update() {
+    const PanelLook look = panelLook(
+        {monitor_.hostProcess(), monitor_.environment().desktops, prefersDark_, hostIsDark_, isPaletteDark()});
+    if (look == look_) {
+        return;
+    }
+    look_ = look;
+    Q_EMIT lookChanged();
+}
+
+}  // namespace kestro

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <memory>
+
+#include "shell/status_bar.h"
+
+namespace kestro {
+
+class StripWindow;
+
+/// A status bar of our own, for desktops without a host. Its window exists while it has items. Main thread;
+/// outlives its items.
+class StripStatusBar : public StatusBar {
+public:
+    StripStatusBar();
+    ~StripStatusBar() override;
+
+    [[nodiscard]] std::unique_ptr<StatusItem> createItem(const QString& identifier,
+                                                         StatusItemHandlers handlers) override;
+
+private:
+    std::weak_ptr<StripWindow> window_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+
+namespace kestro {
+
+/// One running instance for each session. Main thread; lives as long as the application.
+class SingleInstance {
+public:
+    virtual ~SingleInstance() = default;
+
+    /// Whether this process is the session's first instance.
+    virtual bool isFirst() const = 0;
+
+    /// Makes the first instance show its dashboard, by `post` where notifications reach it; returns when the
+    /// request is on its way.
+    virtual void callFirst(const std::function<void()>& post) = 0;
+
+    /// Lets another process become the first instance from now on.
+    virtual void release() = 0;
+};
+
+}  // namespace kestro

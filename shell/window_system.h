@@ -1,0 +1,45 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+class QWidget;
+
+namespace kestro {
+
+/// Watches for presses as long as it lives.
+class PressMonitor {
+public:
+    virtual ~PressMonitor() = default;
+};
+
+/// Window placement and stacking beyond the toolkit's API. Main thread; outlives the windows.
+class WindowSystem {
+public:
+    virtual ~WindowSystem() = default;
+
+    /// Raises a window above the others and gives it the keyboard focus, whatever the user is working in, as far
+    /// as the window system lets it.
+    virtual void makeKeyAndOrderFront(QWidget& window) = 0;
+
+    /// Keeps a window that is about to be shown out of task bars and pagers. Does nothing where there are none.
+    virtual void keepOutOfTaskBars(QWidget& window) = 0;
+
+    /// Keeps a window above the normal ones, or stops doing so, without recreating it. Where there are no levels
+    /// the window keeps its own.
+    virtual void setFloatingLevel(QWidget& window, bool isFloating) = 0;
+
+    /// Whether a window that was shown is neither on the screen nor kept minimised or on another desktop. Always
+    /// false where windows cannot be taken away.
+    virtual bool isWithdrawn(const QWidget& window) const = 0;
+
+    /// Whether the application may place its windows.
+    virtual bool canPlaceWindows() const = 0;
+
+    /// Calls `onPress` for every press of a mouse button on the screen, whichever window receives it: a press on
+    /// the desktop or on a panel does not move the keyboard focus and would go unnoticed. Null where the window
+    /// system does not report other applications' presses.
+    [[nodiscard]] virtual std::unique_ptr<PressMonitor> watchPresses(std::function<void()> onPress) = 0;
+};
+
+}  // namespace kestro

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "shell/window_system.h"
+
+#include <QWidget>
+#include <QWindow>
+
+#include <map>
+#include <utility>
+
+namespace kestro::testing {
+
+/// A window system that shows windows as the toolkit does, lets a test press anywhere on the screen and withdraw
+/// windows, and remembers the levels.
+class PlainWindowSystem final : public WindowSystem {
+public:
+    void makeKeyAndOrderFront(QWidget& window) override {
+        window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+        window.show();
+        window.raise();
+        window.activateWindow();
+    }
+
+    void keepOutOfTaskBars(QWidget&) override {}
+    void setFloatingLevel(QWidget& window, bool isFloating) override { levels_[&window] = isFloating; }
+    bool isWithdrawn(const QWidget&) const override { return false; }
+    bool canPlaceWindows() const override { return true; }
+
+    std::unique_ptr<PressMonitor> watchPresses(std::function<void()> onPress) override {
+        onPress_ = std::move(onPress);
+        return std::make_unique<PressMonitor>();
+    }
+
+    /// A press of a mouse button somewhere on the screen.
+    void press() const { onPress_(); }
+
+    bool isFloating(const QWidget& window) const {
+        const auto level = levels_.find(&window);
+        return level != levels_.end() && level->second;
+    }
+
+private:
+    std::map<const QWidget*, bool> levels_;
+    std::function<void()> onPress_;
+};
+
+}  // namespace kestro::testing

@@ -1,0 +1,119 @@
+#include "shell/linux/desktop_status_bar.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/shell/linux/notifier/sni_fixture.h"
+
+namespace kestro {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds noGrace{0};
+constexpr milliseconds longGrace{1'000'000};
+
+class DesktopStatusBarTest : public SniFixture {
+protected:
+    static StatusContent content() {
+        StatusContent made;
+        made.title.text = QStringLiteral("RAM 42%");
+        return made;
+    }
+
+    bool isRegistered() const { return watcher && !watcher->registrations.isEmpty(); }
+};
+
+TEST_F(DesktopStatusBarTest, UsesThePanelIfThereIsOne) {
+    startWatcher();
+    DesktopStatusBar bar(environment(), longGrace);
+
+    const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
+    item->setContent(content());
+
+    EXPECT_TRUE(waitUntil([&] { return isRegistered(); }));
+    EXPECT_FALSE(bar.isOnStrip());
+    EXPECT_TRUE(item->geometry().isNull());
+}
+
+TEST_F(DesktopStatusBarTest, FallsBackToTheStripWhenNoPanelAppearsInTime) {
+    DesktopStatusBar bar(environment(), noGrace);
+    const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
+    item->setContent(content());
+
+    EXPECT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
+
+    EXPECT_GT(item->geometry().width(), 22);
+}
+
+TEST_F(DesktopStatusBarTest, FallsBackToTheStripWhenTheWatcherHasNoHost) {
+    startWatcher(false);
+    DesktopStatusBar bar(environment(), noGrace);
+    const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
+
+    EXPECT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
+}
+
+TEST_F(DesktopStatusBarTest, FallsBackToTheStripAtOnceWithoutABus) {
+    bus.kill();
+
+    const DesktopStatusBar bar(environment(), longGrace);
+
+    EXPECT_TRUE(bar.isOnStrip());
+}
+
+TEST_F(DesktopStatusBarTest, MovesToThePanelWhenItStarts) {
+    DesktopStatusBar bar(environment(), noGrace);
+    const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
+    item->setContent(content());
+    ASSERT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
+
+    startWatcher();
+
+    ASSERT_TRUE(waitUntil([&] { return isRegistered(); }));
+    EXPECT_FALSE(bar.isOnStrip());
+    EXPECT_EQ(client.property(watcher->registrations.last(), QStringLiteral("/StatusNotifierItem"),
+                              QStringLiteral("org.kde.StatusNotifierItem"), QStringLiteral("XAyatanaLabel")),
+              QVariant(QStringLiteral("RAM 42%")));
+}
+
+TEST_F(DesktopStatusBarTest, MovesToTheStripWhenThePanelEnds) {
+    startWatcher();
+    DesktopStatusBar bar(environment(), noGrace);
+    const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
+    item->setContent(content());
+    ASSERT_TRUE(waitUntil([&] { return isRegistered() && !bar.isOnStrip(); }));
+
+    watcher.reset();
+
+    EXPECT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
+    EXPECT_GT(item->geometry().width(), 22);
+}
+
+TEST_F(DesktopStatusBarTest, StaysWhenThePanelRestartsInTime) {
+    startWatcher();
+    DesktopStatusBar bar(environment(), longGrace);
+    const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
+    ASSERT_TRUE(waitUntil([&] { return isRegistered(); }));
+    const QString name = watcher->registrations.last();
+
+    watcher.reset();
+    startWatcher();
+
+    ASSERT_TRUE(waitUntil([&] { return isRegistered(); }));
+    EXPECT_EQ(watcher->registrations.last(), name);
+    EXPECT_FALSE(bar.isOnStrip());
+}
+
+TEST_F(DesktopStatusBarTest, FallsBackToTheStripWhenTheBusEnds) {
+    startWatcher();
+    DesktopStatusBar bar(environment(), noGrace);
+    const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
+    ASSERT_TRUE(waitUntil([&] { return isRegistered() && !bar.isOnStrip(); }));
+
+    bus.kill();
+
+    EXPECT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,34 @@
+#include "tests/support/symbol_words.h"
+
+#include <gtest/gtest.h>
+
+namespace kestro {
+namespace {
+
+TEST(SymbolNames, EveryNameInTheShellHasADrawing) {
+    const WordsByFile otherWords{
+        {QStringLiteral("shell/linux/notifier/menu_tree.cpp"),
+         {QStringLiteral("enabled"), QStringLiteral("label"), QStringLiteral("minus"), QStringLiteral("plus"),
+          QStringLiteral("separator"), QStringLiteral("shortcut"), QStringLiteral("submenu"),
+          QStringLiteral("type")}},
+    };
+    const QSet<QString> foreign{
+        QStringLiteral("shell/linux/accessibility_monitor.cpp"),
+        QStringLiteral("shell/linux/bus_single_instance.h"),
+        QStringLiteral("shell/linux/linux_window_system.cpp"),
+        QStringLiteral("shell/linux/notifier/bus_object.cpp"),
+        QStringLiteral("shell/linux/notifier/host_monitor.cpp"),
+        QStringLiteral("shell/linux/notifier/host_monitor.h"),
+        QStringLiteral("shell/linux/notifier/menu_object.cpp"),
+        QStringLiteral("shell/linux/notifier/menu_tree.h"),
+        QStringLiteral("shell/linux/notifier/sni_status_item.cpp"),
+        QStringLiteral("shell/linux/panel_anchor.cpp"),
+        QStringLiteral("shell/linux/panel_scheme_monitor.cpp"),
+        QStringLiteral("shell/linux/settings_portal.h"),
+    };
+
+    expectOnlySymbolNames(QStringLiteral("shell"), otherWords, foreign);
+}
+
+}  // namespace
+}  // namespace kestro
