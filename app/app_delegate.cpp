@@ -40,8 +40,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     loadApplicationIcon(applicationIconFile());
     setupStatusItem();
     updateStatusItemText();
-    keepAwakeItem_ =
-        std::make_unique<KeepAwakeStatusItem>(platform_, shell_.statusBar, services_.settings, services_.keepAwake);
+    keepAwakeItem_ = std::make_unique<KeepAwakeStatusItem>(platform_, shell_.statusBar, services_.settings,
+                                                           services_.keepAwake);
     fanItem_ = std::make_unique<FanControlStatusItem>(platform_, shell_.statusBar, services_.settings, smc_,
                                                       services_.fanManager, services_.powerManager);
     setupPopover();

@@ -3,14 +3,14 @@
 #include "app/base/coalesced_task.h"
 #include "app/command_channel.h"
 #include "app/menus/main_menu.h"
-#include "shell/shell.h"
-#include "shell/status_bar.h"
 #include "app/status_items/main_status_content.h"
 #include "app/windows/screen_changes.h"
 #include "app/windows/surface_factories.h"
 #include "app/windows/window_delegate.h"
 #include "core/base/subscription.h"
 #include "core/platform/distributed_notifications.h"
+#include "shell/shell.h"
+#include "shell/status_bar.h"
 #include "ui/kestro_services.h"
 
 #include <QRect>

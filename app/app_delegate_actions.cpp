@@ -1,5 +1,4 @@
 #include "app/app_delegate.h"
-
 #include "app/windows/dashboard_window.h"
 #include "core/cooling/fan_control_manager.h"
 #include "core/power/keep_awake_manager.h"

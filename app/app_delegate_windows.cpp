@@ -1,13 +1,12 @@
 #include "app/app_delegate.h"
-
 #include "app/menus/shortcuts.h"
 #include "app/windows/dashboard_window.h"
 #include "app/windows/popover_window.h"
 #include "app/windows/settings_window.h"
-#include "shell/window_system.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/platform/platform.h"
 #include "core/settings/user_settings.h"
+#include "shell/window_system.h"
 #include "ui/dashboard/dashboard_width.h"
 
 #include <QShortcut>
@@ -33,9 +32,9 @@ void AppDelegate::setupPopover() {
             },
         .onQuit = [this] { quit(); },
     };
-    popover_ = std::make_unique<PopoverWindow>(*this, shell_.windowSystem, platform_.clock, [this, actions](QWidget* parent) {
-        return surfaces_.popover(services_, actions, parent);
-    });
+    popover_ = std::make_unique<PopoverWindow>(
+        *this, shell_.windowSystem, platform_.clock,
+        [this, actions](QWidget* parent) { return surfaces_.popover(services_, actions, parent); });
     addShortcuts(*popover_);
 }
 
@@ -48,14 +47,16 @@ void AppDelegate::setupDashboardWindow() {
     const auto makeContent = [this, actions](QWidget* parent) {
         return surfaces_.dashboard(services_, actions, parent);
     };
-    dashboardWindow_ = std::make_unique<KestroDashboardWindow>(*this, shell_.windowSystem, makeContent, optimalDashboardWidth());
+    dashboardWindow_ =
+        std::make_unique<KestroDashboardWindow>(*this, shell_.windowSystem, makeContent, optimalDashboardWidth());
     addShortcuts(*dashboardWindow_);
 }
 
 void AppDelegate::setupSettingsWindow() {
     const SettingsActions actions{.onClose = [this] { settingsWindow_->close(); }};
     settingsWindow_ = std::make_unique<SettingsWindow>(
-        *this, shell_.windowSystem, [this, actions](QWidget* parent) { return surfaces_.settings(services_, actions, parent); });
+        *this, shell_.windowSystem,
+        [this, actions](QWidget* parent) { return surfaces_.settings(services_, actions, parent); });
     addShortcuts(*settingsWindow_);
 }
 

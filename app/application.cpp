@@ -1,13 +1,7 @@
 #include "app/application.h"
 
-#include "shell/linux/accessibility_monitor.h"
 #include "app/app_delegate.h"
 #include "app/base/notification_names.h"
-#include "shell/linux/bus_single_instance.h"
-#include "shell/linux/desktop_status_bar.h"
-#include "shell/linux/linux_window_system.h"
-#include "shell/linux/x11_compositing.h"
-#include "shell/shell.h"
 #include "core/cooling/fan_control_manager.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/platform/platform.h"
@@ -35,6 +29,12 @@
 #include "platform/linux/process/linux_command_runner.h"
 #include "platform/linux/sensors/linux_hid_event_system.h"
 #include "platform/linux/sensors/linux_smc_service.h"
+#include "shell/linux/accessibility_monitor.h"
+#include "shell/linux/bus_single_instance.h"
+#include "shell/linux/desktop_status_bar.h"
+#include "shell/linux/linux_window_system.h"
+#include "shell/linux/x11_compositing.h"
+#include "shell/shell.h"
 
 #include <QApplication>
 

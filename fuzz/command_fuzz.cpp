@@ -1,10 +1,10 @@
+#include "app/command_channel.h"
+#include "core/base/text.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
-
-#include "app/command_channel.h"
-#include "core/base/text.h"
 
 namespace kestro {
 namespace {

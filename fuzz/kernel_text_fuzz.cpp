@@ -1,9 +1,3 @@
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
-#include <vector>
-
 #include "platform/linux/battery/power_supply.h"
 #include "platform/linux/kernel/text_parsing.h"
 #include "platform/linux/machine/cpu_topology.h"
@@ -17,6 +11,12 @@
 #include "platform/linux/sensors/hwmon_chip.h"
 #include "platform/linux/sensors/sensor_names.h"
 #include "platform/linux/sensors/thermal_zones.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+#include <vector>
 
 namespace kestro {
 namespace {

@@ -1,9 +1,9 @@
+#include "platform/desktop/preference_json.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
-
-#include "platform/desktop/preference_json.h"
 
 // Arbitrary bytes are either rejected or parsed, and what was parsed survives a round trip.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,11 +1,11 @@
+#include "platform/linux/kernel/valid_text.h"
+#include "platform/linux/process/process_stat.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
-
-#include "platform/linux/kernel/valid_text.h"
-#include "platform/linux/process/process_stat.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);

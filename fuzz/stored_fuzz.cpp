@@ -1,11 +1,3 @@
-#include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "core/base/text.h"
 #include "core/model/fan_curve.h"
 #include "core/model/keep_awake_types.h"
@@ -13,6 +5,14 @@
 #include "core/power/power_mode_report.h"
 #include "core/settings/preference_codec.h"
 #include "core/telemetry/process_reader.h"
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace kestro {
 namespace {

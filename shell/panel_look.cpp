@@ -18,7 +18,7 @@ QColor panelColor(StatusTitleColor role, PanelScheme scheme) {
     }
     QColor color = QColor::fromRgb(isDark ? darkPanelText : lightPanelText);
     if (role == StatusTitleColor::secondaryLabel) {
-        color.setAlphaF(status_colors::kSecondaryOpacity);
+        color.setAlphaF(status_colors::secondaryOpacity);
     }
     return color;
 }

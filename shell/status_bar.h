@@ -3,6 +3,7 @@
 #include <QPoint>
 #include <QRect>
 #include <QString>
+
 #include <functional>
 #include <memory>
 #include <optional>

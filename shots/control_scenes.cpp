@@ -34,9 +34,9 @@ struct StateColumn {
     const char* title;
 };
 
-constexpr std::array kColumns{StateColumn{State::rest, "Rest"}, StateColumn{State::hover, "Hover"},
-                              StateColumn{State::pressed, "Pressed"}, StateColumn{State::focus, "Focus"},
-                              StateColumn{State::disabled, "Disabled"}};
+constexpr std::array stateColumns{StateColumn{State::rest, "Rest"}, StateColumn{State::hover, "Hover"},
+                                  StateColumn{State::pressed, "Pressed"}, StateColumn{State::focus, "Focus"},
+                                  StateColumn{State::disabled, "Disabled"}};
 
 void hover(QWidget& control) {
     const QPointF inside(control.width() - 8, control.height() / 2.0);
@@ -164,19 +164,19 @@ std::unique_ptr<QWidget> stateSheet(SimulatedServices&) {
     TextStyle heading = text_styles::windowTitle;
     heading.tracking = 0.8;
     sheet->place(text("CONTROL STATES").style(heading).release(), QPoint(20, 11));
-    for (size_t c = 0; c < kColumns.size(); ++c) {
+    for (size_t c = 0; c < stateColumns.size(); ++c) {
         const int x = firstColumn + columnWidth * static_cast<int>(c);
-        sheet->place(text(kColumns[c].title).style(text_styles::settingDescription).release(), QPoint(x, 39));
+        sheet->place(text(stateColumns[c].title).style(text_styles::settingDescription).release(), QPoint(x, 39));
     }
     int middle = firstRow;
     for (const StateRow& row : stateRows()) {
         auto* title = text(row.title).style(text_styles::segment).release();
         sheet->place(title, QPoint(20, middle - title->sizeHint().height() / 2));
-        for (size_t c = 0; c < kColumns.size(); ++c) {
+        for (size_t c = 0; c < stateColumns.size(); ++c) {
             int x = firstColumn + columnWidth * static_cast<int>(c) - row.bareInset;
             for (Control* control : row.controls()) {
                 sheet->place(control, QPoint(x, middle - control->sizeHint().height() / 2));
-                apply(kColumns[c].state, *control);
+                apply(stateColumns[c].state, *control);
                 x += control->width() + 10 - 2 * row.bareInset;
             }
         }
@@ -276,7 +276,7 @@ std::unique_ptr<QWidget> partSheet(SimulatedServices&) {
                                {QStringLiteral("Keep-Awake"), QStringLiteral("cup.and.saucer.fill")},
                                {QStringLiteral("Cooling & Fans"), QStringLiteral("fanblades")},
                                {QStringLiteral("Sensors"), QStringLiteral("cpu")}});
-    sheet->place(tabs, QRect(20, 16, 820, TabStrip::kHeight));
+    sheet->place(tabs, QRect(20, 16, 820, TabStrip::fixedHeight));
     sheet->place(groupHeading("Rows").release(), QPoint(20, 76));
     sheet->place(rows(), QRect(20, 97, 400, 200));
     sheet->place(groupHeading("Choices").release(), QPoint(440, 76));

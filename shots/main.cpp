@@ -23,7 +23,7 @@ struct Run {
     const char* family;  ///< empty: the font that the program chooses by itself
 };
 
-constexpr Run kRuns[] = {{"1", ""}, {"1.25", ""}, {"1.5", ""}, {"2", ""}, {"1", "DejaVu Sans"}};
+constexpr Run runs[] = {{"1", ""}, {"1.25", ""}, {"1.5", ""}, {"2", ""}, {"1", "DejaVu Sans"}};
 
 bool belongsTo(const Scene& scene, const QString& scale, const QString& family) {
     const bool isFractional = scale.contains(QLatin1Char('.'));
@@ -100,7 +100,7 @@ int renderAll(const QDir& folder, const QString& scale, const QString& family) {
 }
 
 int renderEverything(const QString& program, const QString& folder) {
-    for (const Run& run : kRuns) {
+    for (const Run& run : runs) {
         QProcess child;
         child.setProcessChannelMode(QProcess::ForwardedChannels);
         child.start(program, {folder, QString::fromUtf8(run.scale), QString::fromUtf8(run.family)});

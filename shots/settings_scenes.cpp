@@ -76,7 +76,7 @@ Scene crowdedScene() {
             QApplication::sendEvent(rows[0], &event);
         };
         send(QEvent::MouseButtonPress, {60, 14});
-        send(QEvent::MouseMove, {74, 14 + 3 * ModuleRow::kRowHeight});
+        send(QEvent::MouseMove, {74, 14 + 3 * ModuleRow::rowHeight});
     };
     return scene;
 }

@@ -9,16 +9,16 @@ namespace kestro::shots {
 
 namespace {
 
-constexpr int kColumns = 6;
-constexpr int kCellWidth = 164;
-constexpr int kCellHeight = 92;
+constexpr int columnCount = 6;
+constexpr int cellWidth = 164;
+constexpr int cellHeight = 92;
 
 /// Every symbol at each size in use.
 class SymbolSheet : public QWidget {
 public:
     SymbolSheet() {
-        const int rows = (static_cast<int>(SymbolPainter::names().size()) + kColumns - 1) / kColumns;
-        resize(20 + kColumns * kCellWidth, 20 + rows * kCellHeight);
+        const int rows = (static_cast<int>(SymbolPainter::names().size()) + columnCount - 1) / columnCount;
+        resize(20 + columnCount * cellWidth, 20 + rows * cellHeight);
     }
 
 protected:
@@ -27,8 +27,8 @@ protected:
         painter.fillRect(rect(), KestroTheme::ground());
         int index = 0;
         for (const QString& name : SymbolPainter::names()) {
-            const QPoint topLeft(10 + index % kColumns * kCellWidth, 10 + index / kColumns * kCellHeight);
-            paintCell(painter, QRect(topLeft, QSize(kCellWidth - 8, kCellHeight - 8)), name);
+            const QPoint topLeft(10 + index % columnCount * cellWidth, 10 + index / columnCount * cellHeight);
+            paintCell(painter, QRect(topLeft, QSize(cellWidth - 8, cellHeight - 8)), name);
             ++index;
         }
     }

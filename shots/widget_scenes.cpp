@@ -103,7 +103,7 @@ void addBars(Sheet& sheet) {
     int y = 404;
     for (const double fraction : {0.0, 0.005, 0.24, 1.0}) {
         auto* bar = new LoadBar;
-        sheet.place(bar, QRect(440, y, 198, LoadBar::kHeight));
+        sheet.place(bar, QRect(440, y, 198, LoadBar::fixedHeight));
         bar->setFraction(fraction);
         y += 14;
     }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "shell/status_bar.h"
 #include "core/model/fan_curve.h"
 #include "core/model/system_power_mode.h"
 #include "core/telemetry/fan_telemetry.h"
+#include "shell/status_bar.h"
 
 #include <QString>
 

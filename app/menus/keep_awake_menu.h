@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/status_bar.h"
 #include "core/model/keep_awake_types.h"
+#include "shell/status_bar.h"
 
 #include <QString>
 

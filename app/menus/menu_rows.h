@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/status_bar.h"
 #include "core/base/enumeration.h"
+#include "shell/status_bar.h"
 
 #include <QString>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/base/coalesced_task.h"
-#include "shell/status_bar.h"
 #include "core/base/subscription.h"
+#include "shell/status_bar.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/status_bar.h"
 #include "core/readout/readout_composer.h"
+#include "shell/status_bar.h"
 #include "ui/kestro_services.h"
 
 namespace kestro {

@@ -32,7 +32,8 @@ bool showsTitleBand(const QScreen& screen, const QRect& frame) {
 
 }  // namespace
 
-KestroDashboardWindow::KestroDashboardWindow(WindowDelegate& delegate, WindowSystem& system, ContentFactory makeContent, int width)
+KestroDashboardWindow::KestroDashboardWindow(WindowDelegate& delegate, WindowSystem& system,
+                                             ContentFactory makeContent, int width)
     : SurfaceWindow(delegate, system, std::move(makeContent), QStringLiteral("Kestro Studio Dashboard")),
       frameAnimation_(*this) {
     setMinimumSize(dashboardMinimumSize);

@@ -31,7 +31,8 @@ QScreen* screenOf(const QRect& anchor) {
 
 }  // namespace
 
-PopoverWindow::PopoverWindow(WindowDelegate& delegate, WindowSystem& system, const Clock& clock, ContentFactory makeContent)
+PopoverWindow::PopoverWindow(WindowDelegate& delegate, WindowSystem& system, const Clock& clock,
+                             ContentFactory makeContent)
     : SurfaceWindow(delegate, system, std::move(makeContent), QStringLiteral("Kestro"),
                     Qt::Tool | Qt::WindowStaysOnTopHint),
       clock_(clock) {

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "core/base/subscriber_list.h"
+#include "core/base/subscription.h"
+
 #include <functional>
 #include <memory>
 #include <utility>
-
-#include "core/base/subscriber_list.h"
-#include "core/base/subscription.h"
 
 namespace kestro {
 

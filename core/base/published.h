@@ -1,11 +1,11 @@
 #pragma once
 
+#include "core/base/announcer.h"
+
 #include <forward_list>
 #include <functional>
 #include <memory>
 #include <utility>
-
-#include "core/base/announcer.h"
 
 namespace kestro {
 

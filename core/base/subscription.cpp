@@ -1,8 +1,8 @@
 #include "core/base/subscription.h"
 
-#include <utility>
-
 #include "core/base/subscriber_list.h"
+
+#include <utility>
 
 namespace kestro {
 

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "core/base/published.h"
+#include "core/model/fan_curve.h"
+#include "core/telemetry/fan_telemetry.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
-
-#include "core/base/published.h"
-#include "core/model/fan_curve.h"
-#include "core/telemetry/fan_telemetry.h"
 
 namespace kestro {
 

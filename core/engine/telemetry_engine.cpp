@@ -1,7 +1,6 @@
 #include "core/engine/telemetry_engine.h"
 
 #include "core/engine/idle_sampling.h"
-
 #include "core/platform/platform.h"
 #include "core/platform/process_info_service.h"
 #include "core/platform/run_loop.h"

@@ -1,12 +1,5 @@
 #pragma once
 
-#include <bitset>
-#include <cstddef>
-#include <cstdint>
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "core/base/lifetime.h"
 #include "core/base/published.h"
 #include "core/model/settings_enumerations.h"
@@ -19,6 +12,13 @@
 #include "core/telemetry/power_telemetry.h"
 #include "core/telemetry/process_info_item.h"
 #include "core/telemetry/thermal_telemetry.h"
+
+#include <bitset>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace kestro {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "core/base/enumeration.h"
+
 #include <array>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "core/base/enumeration.h"
 
 namespace kestro {
 

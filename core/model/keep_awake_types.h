@@ -1,10 +1,10 @@
 #pragma once
 
+#include "core/base/enumeration.h"
+
 #include <array>
 #include <optional>
 #include <string_view>
-
-#include "core/base/enumeration.h"
 
 namespace kestro {
 

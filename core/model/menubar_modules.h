@@ -1,8 +1,8 @@
 #pragma once
 
-#include <vector>
-
 #include "core/model/menubar_enumerations.h"
+
+#include <vector>
 
 namespace kestro {
 

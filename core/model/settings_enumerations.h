@@ -1,12 +1,12 @@
 #pragma once
 
-#include <array>
-#include <string_view>
-
 #include "core/base/enumeration.h"
 #include "core/model/appearance_enumerations.h"
 #include "core/model/menubar_enumerations.h"
 #include "core/model/unit_enumerations.h"
+
+#include <array>
+#include <string_view>
 
 namespace kestro {
 

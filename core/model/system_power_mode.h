@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/base/enumeration.h"
+
 #include <array>
 #include <string_view>
-
-#include "core/base/enumeration.h"
 
 namespace kestro {
 

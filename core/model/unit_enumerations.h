@@ -1,12 +1,12 @@
 #pragma once
 
+#include "core/base/digit_grouping.h"
+#include "core/base/enumeration.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
-
-#include "core/base/digit_grouping.h"
-#include "core/base/enumeration.h"
 
 namespace kestro {
 

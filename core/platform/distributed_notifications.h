@@ -1,12 +1,12 @@
 #pragma once
 
+#include "core/base/subscription.h"
+
 #include <functional>
 #include <map>
 #include <string>
 #include <string_view>
 #include <variant>
-
-#include "core/base/subscription.h"
 
 namespace kestro {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/platform/smc_record.h"
+
 #include <cstdint>
 #include <optional>
-
-#include "core/platform/smc_record.h"
 
 namespace kestro {
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <string>
-
 #include "core/base/published.h"
 #include "core/model/keep_awake_types.h"
 #include "core/platform/clock.h"
 #include "core/platform/power_assertions.h"
+
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace kestro {
 

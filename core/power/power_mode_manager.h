@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
-
 #include "core/base/lifetime.h"
 #include "core/base/published.h"
 #include "core/model/system_power_mode.h"
+
+#include <memory>
 
 namespace kestro {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string_view>
-
 #include "core/model/system_power_mode.h"
+
+#include <string_view>
 
 namespace kestro {
 

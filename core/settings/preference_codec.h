@@ -1,15 +1,15 @@
 #pragma once
 
+#include "core/base/enumeration.h"
+#include "core/model/fan_curve.h"
+#include "core/model/menubar_enumerations.h"
+#include "core/platform/user_defaults.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "core/base/enumeration.h"
-#include "core/model/fan_curve.h"
-#include "core/model/menubar_enumerations.h"
-#include "core/platform/user_defaults.h"
 
 namespace kestro {
 

@@ -58,46 +58,7 @@ template class Setting<double>;
 template class Setting<FanProfile>;
 template class Setting<FanCurveConfig>;
 
-UserSettings::UserSettings(UserDefaults& defaults)
-    : defaults_(defaults),
-      selectedSettingsTab(*this, kSelectedSettingsTab, SettingsTab::menubar),
-      themePalette(*this, kThemePalette, ThemePalette::cryogenic),
-      temperatureUnit(*this, kTemperatureUnit, TemperatureUnit::celsius),
-      fanSpeedUnit(*this, kFanSpeedUnit, FanSpeedUnit::kRPM),
-      menubarDisplayMode(*this, kMenubarDisplayMode, MenubarDisplayMode::memoryAndFan),
-      menubarIconStyle(*this, kMenubarIconStyle, MenubarIconStyle::iconsAndText),
-      pollingProfile(*this, kPollingProfile, PollingProfile::balanced),
-      halftoneIntensity(*this, kHalftoneIntensity, HalftoneIntensity::standard),
-      halftonePattern(*this, kHalftonePattern, HalftonePatternStyle::band),
-      glassMaterial(*this, kGlassMaterial, GlassMaterialStyle::deepFrosted),
-      progressiveBlurFade(*this, kProgressiveBlurFade, true),
-      showCompute(*this, kShowCompute, true),
-      showCooling(*this, kShowCooling, true),
-      showMemory(*this, kShowMemory, true),
-      showNetwork(*this, kShowNetwork, true),
-      showTopProcesses(*this, kShowTopProcesses, true),
-      processSortMetric(*this, kProcessSortMetric, ProcessSortMetric::cpu),
-      processCountLimit(*this, kProcessCountLimit, 6),
-      isPinned(*this, kIsPinned, false),
-      sparklineDurationSeconds(*this, kSparklineDuration, 30),
-      activeMenubarModules(*this, kActiveMenubarModules,
-                           {MenubarModuleType::appIcon, MenubarModuleType::memory, MenubarModuleType::fanSpeed}),
-      menubarDelimiter(*this, kMenubarDelimiter, MenubarDelimiter::middleDot),
-      showMenubarLabels(*this, kShowMenubarLabels, true),
-      showDedicatedKeepAwakeItem(*this, kShowDedicatedKeepAwakeItem, true),
-      showDedicatedFanItem(*this, kShowDedicatedFanItem, false),
-      keepAwakeTargetMode(*this, kKeepAwakeTargetMode, KeepAwakeTarget::displayAndSystem),
-      defaultKeepAwakeDuration(*this, kDefaultKeepAwakeDuration, KeepAwakeDuration::indefinite),
-      keepAwakeAutoDisableOnBattery(*this, kKeepAwakeAutoDisableOnBattery, true),
-      keepAwakeBatteryThreshold(*this, kKeepAwakeBatteryThreshold, 20.0),
-      fanProfile(*this, kFanProfile, FanProfile::normal),
-      customFanRPM(*this, kCustomFanRPM, 3500.0),
-      leftFanCurve(*this, kLeftFanCurve, FanCurveConfig::leftDefault()),
-      rightFanCurve(*this, kRightFanCurve, FanCurveConfig::rightDefault()),
-      isFansLinked(*this, kIsFansLinked, true),
-      rampSmoothingSeconds(*this, kRampSmoothingSeconds, 3.0),
-      temperatureDeadband(*this, kTemperatureDeadband, 2.0),
-      selectedFanIndex(*this, kSelectedFanIndex, 0) {}
+UserSettings::UserSettings(UserDefaults& defaults) : defaults_(defaults) {}
 
 UserSettings::~UserSettings() = default;
 

@@ -1,15 +1,15 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <string_view>
-#include <vector>
-
 #include "core/base/announcer.h"
 #include "core/base/published.h"
 #include "core/model/fan_curve.h"
 #include "core/model/keep_awake_types.h"
 #include "core/model/settings_enumerations.h"
+
+#include <cstdint>
+#include <functional>
+#include <string_view>
+#include <vector>
 
 namespace kestro {
 
@@ -84,44 +84,6 @@ public:
         return willChange_.subscribe(std::move(callback));
     }
 
-    static constexpr std::string_view kSelectedSettingsTab = "kestro.selectedSettingsTab";
-    static constexpr std::string_view kThemePalette = "kestro.themePalette";
-    static constexpr std::string_view kTemperatureUnit = "kestro.temperatureUnit";
-    static constexpr std::string_view kFanSpeedUnit = "kestro.fanSpeedUnit";
-    static constexpr std::string_view kMenubarDisplayMode = "kestro.menubarDisplayMode";
-    static constexpr std::string_view kMenubarIconStyle = "kestro.menubarIconStyle";
-    static constexpr std::string_view kPollingProfile = "kestro.pollingProfile";
-    static constexpr std::string_view kHalftoneIntensity = "kestro.halftoneIntensity";
-    static constexpr std::string_view kHalftonePattern = "kestro.halftonePattern";
-    static constexpr std::string_view kGlassMaterial = "kestro.glassMaterial";
-    static constexpr std::string_view kProgressiveBlurFade = "kestro.progressiveBlurFade";
-    static constexpr std::string_view kShowCompute = "kestro.showCompute";
-    static constexpr std::string_view kShowCooling = "kestro.showCooling";
-    static constexpr std::string_view kShowMemory = "kestro.showMemory";
-    static constexpr std::string_view kShowNetwork = "kestro.showNetwork";
-    static constexpr std::string_view kShowTopProcesses = "kestro.showTopProcesses";
-    static constexpr std::string_view kProcessSortMetric = "kestro.processSortMetric";
-    static constexpr std::string_view kProcessCountLimit = "kestro.processCountLimit";
-    static constexpr std::string_view kIsPinned = "kestro.isPinned";
-    static constexpr std::string_view kSparklineDuration = "kestro.sparklineDuration";
-    static constexpr std::string_view kActiveMenubarModules = "kestro.activeMenubarModules";
-    static constexpr std::string_view kMenubarDelimiter = "kestro.menubarDelimiter";
-    static constexpr std::string_view kShowMenubarLabels = "kestro.showMenubarLabels";
-    static constexpr std::string_view kShowDedicatedKeepAwakeItem = "kestro.showDedicatedKeepAwakeItem";
-    static constexpr std::string_view kShowDedicatedFanItem = "kestro.showDedicatedFanItem";
-    static constexpr std::string_view kKeepAwakeTargetMode = "kestro.keepAwakeTargetMode";
-    static constexpr std::string_view kDefaultKeepAwakeDuration = "kestro.defaultKeepAwakeDuration";
-    static constexpr std::string_view kKeepAwakeAutoDisableOnBattery = "kestro.keepAwakeAutoDisableOnBattery";
-    static constexpr std::string_view kKeepAwakeBatteryThreshold = "kestro.keepAwakeBatteryThreshold";
-    static constexpr std::string_view kFanProfile = "kestro.fanProfile";
-    static constexpr std::string_view kCustomFanRPM = "kestro.customFanRPM";
-    static constexpr std::string_view kLeftFanCurve = "kestro.leftFanCurve";
-    static constexpr std::string_view kRightFanCurve = "kestro.rightFanCurve";
-    static constexpr std::string_view kIsFansLinked = "kestro.isFansLinked";
-    static constexpr std::string_view kRampSmoothingSeconds = "kestro.rampSmoothingSeconds";
-    static constexpr std::string_view kTemperatureDeadband = "kestro.temperatureDeadband";
-    static constexpr std::string_view kSelectedFanIndex = "kestro.selectedFanIndex";
-
 private:
     template <typename T>
     friend class Setting;
@@ -139,43 +101,49 @@ private:
     Announcer<> willChange_;
 
 public:
-    Setting<SettingsTab> selectedSettingsTab;
-    Setting<ThemePalette> themePalette;
-    Setting<TemperatureUnit> temperatureUnit;
-    Setting<FanSpeedUnit> fanSpeedUnit;
-    Setting<MenubarDisplayMode> menubarDisplayMode;
-    Setting<MenubarIconStyle> menubarIconStyle;
-    Setting<PollingProfile> pollingProfile;
-    Setting<HalftoneIntensity> halftoneIntensity;
-    Setting<HalftonePatternStyle> halftonePattern;
-    Setting<GlassMaterialStyle> glassMaterial;
-    Setting<bool> progressiveBlurFade;
-    Setting<bool> showCompute;
-    Setting<bool> showCooling;
-    Setting<bool> showMemory;
-    Setting<bool> showNetwork;
-    Setting<bool> showTopProcesses;
-    Setting<ProcessSortMetric> processSortMetric;
-    Setting<std::int64_t> processCountLimit;
-    Setting<bool> isPinned;
-    Setting<std::int64_t> sparklineDurationSeconds;
-    Setting<std::vector<MenubarModuleType>> activeMenubarModules;
-    Setting<MenubarDelimiter> menubarDelimiter;
-    Setting<bool> showMenubarLabels;
-    Setting<bool> showDedicatedKeepAwakeItem;
-    Setting<bool> showDedicatedFanItem;
-    Setting<KeepAwakeTarget> keepAwakeTargetMode;
-    Setting<KeepAwakeDuration> defaultKeepAwakeDuration;
-    Setting<bool> keepAwakeAutoDisableOnBattery;
-    Setting<double> keepAwakeBatteryThreshold;  ///< percent
-    Setting<FanProfile> fanProfile;
-    Setting<double> customFanRPM;
-    Setting<FanCurveConfig> leftFanCurve;
-    Setting<FanCurveConfig> rightFanCurve;
-    Setting<bool> isFansLinked;
-    Setting<double> rampSmoothingSeconds;
-    Setting<double> temperatureDeadband;  ///< degrees Celsius
-    Setting<std::int64_t> selectedFanIndex;
+    Setting<SettingsTab> selectedSettingsTab{*this, "kestro.selectedSettingsTab", SettingsTab::menubar};
+    Setting<ThemePalette> themePalette{*this, "kestro.themePalette", ThemePalette::cryogenic};
+    Setting<TemperatureUnit> temperatureUnit{*this, "kestro.temperatureUnit", TemperatureUnit::celsius};
+    Setting<FanSpeedUnit> fanSpeedUnit{*this, "kestro.fanSpeedUnit", FanSpeedUnit::kRPM};
+    Setting<MenubarDisplayMode> menubarDisplayMode{*this, "kestro.menubarDisplayMode",
+                                                   MenubarDisplayMode::memoryAndFan};
+    Setting<MenubarIconStyle> menubarIconStyle{*this, "kestro.menubarIconStyle", MenubarIconStyle::iconsAndText};
+    Setting<PollingProfile> pollingProfile{*this, "kestro.pollingProfile", PollingProfile::balanced};
+    Setting<HalftoneIntensity> halftoneIntensity{*this, "kestro.halftoneIntensity", HalftoneIntensity::standard};
+    Setting<HalftonePatternStyle> halftonePattern{*this, "kestro.halftonePattern", HalftonePatternStyle::band};
+    Setting<GlassMaterialStyle> glassMaterial{*this, "kestro.glassMaterial", GlassMaterialStyle::deepFrosted};
+    Setting<bool> progressiveBlurFade{*this, "kestro.progressiveBlurFade", true};
+    Setting<bool> showCompute{*this, "kestro.showCompute", true};
+    Setting<bool> showCooling{*this, "kestro.showCooling", true};
+    Setting<bool> showMemory{*this, "kestro.showMemory", true};
+    Setting<bool> showNetwork{*this, "kestro.showNetwork", true};
+    Setting<bool> showTopProcesses{*this, "kestro.showTopProcesses", true};
+    Setting<ProcessSortMetric> processSortMetric{*this, "kestro.processSortMetric", ProcessSortMetric::cpu};
+    Setting<std::int64_t> processCountLimit{*this, "kestro.processCountLimit", 6};
+    Setting<bool> isPinned{*this, "kestro.isPinned", false};
+    Setting<std::int64_t> sparklineDurationSeconds{*this, "kestro.sparklineDuration", 30};
+    Setting<std::vector<MenubarModuleType>> activeMenubarModules{
+        *this,
+        "kestro.activeMenubarModules",
+        {MenubarModuleType::appIcon, MenubarModuleType::memory, MenubarModuleType::fanSpeed}};
+    Setting<MenubarDelimiter> menubarDelimiter{*this, "kestro.menubarDelimiter", MenubarDelimiter::middleDot};
+    Setting<bool> showMenubarLabels{*this, "kestro.showMenubarLabels", true};
+    Setting<bool> showDedicatedKeepAwakeItem{*this, "kestro.showDedicatedKeepAwakeItem", true};
+    Setting<bool> showDedicatedFanItem{*this, "kestro.showDedicatedFanItem", false};
+    Setting<KeepAwakeTarget> keepAwakeTargetMode{*this, "kestro.keepAwakeTargetMode",
+                                                 KeepAwakeTarget::displayAndSystem};
+    Setting<KeepAwakeDuration> defaultKeepAwakeDuration{*this, "kestro.defaultKeepAwakeDuration",
+                                                        KeepAwakeDuration::indefinite};
+    Setting<bool> keepAwakeAutoDisableOnBattery{*this, "kestro.keepAwakeAutoDisableOnBattery", true};
+    Setting<double> keepAwakeBatteryThreshold{*this, "kestro.keepAwakeBatteryThreshold", 20.0};  ///< percent
+    Setting<FanProfile> fanProfile{*this, "kestro.fanProfile", FanProfile::normal};
+    Setting<double> customFanRPM{*this, "kestro.customFanRPM", 3500.0};
+    Setting<FanCurveConfig> leftFanCurve{*this, "kestro.leftFanCurve", FanCurveConfig::leftDefault()};
+    Setting<FanCurveConfig> rightFanCurve{*this, "kestro.rightFanCurve", FanCurveConfig::rightDefault()};
+    Setting<bool> isFansLinked{*this, "kestro.isFansLinked", true};
+    Setting<double> rampSmoothingSeconds{*this, "kestro.rampSmoothingSeconds", 3.0};
+    Setting<double> temperatureDeadband{*this, "kestro.temperatureDeadband", 2.0};  ///< degrees Celsius
+    Setting<std::int64_t> selectedFanIndex{*this, "kestro.selectedFanIndex", 0};
 };
 
 }  // namespace kestro

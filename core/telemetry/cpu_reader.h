@@ -1,11 +1,11 @@
 #pragma once
 
+#include "core/telemetry/cpu_telemetry.h"
+
 #include <cstdint>
 #include <mutex>
 #include <span>
 #include <string>
-
-#include "core/telemetry/cpu_telemetry.h"
 
 namespace kestro {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/telemetry/memory_telemetry.h"
+
 #include <cstddef>
 #include <cstdint>
-
-#include "core/telemetry/memory_telemetry.h"
 
 namespace kestro {
 

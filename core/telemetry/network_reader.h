@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstdint>
-#include <mutex>
-
 #include "core/platform/clock.h"
 #include "core/telemetry/network_telemetry.h"
+
+#include <cstdint>
+#include <mutex>
 
 namespace kestro {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "core/telemetry/process_info_item.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "core/telemetry/process_info_item.h"
 
 namespace kestro {
 

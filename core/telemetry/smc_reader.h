@@ -1,12 +1,12 @@
 #pragma once
 
+#include "core/telemetry/fan_telemetry.h"
+
 #include <cstdint>
 #include <mutex>
 #include <optional>
 #include <string_view>
 #include <vector>
-
-#include "core/telemetry/fan_telemetry.h"
 
 namespace kestro {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/telemetry/thermal_telemetry.h"
+
 #include <cstdint>
 #include <optional>
-
-#include "core/telemetry/thermal_telemetry.h"
 
 namespace kestro {
 

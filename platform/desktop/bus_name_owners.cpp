@@ -1,11 +1,11 @@
 #include "platform/desktop/bus_name_owners.h"
 
-#include <algorithm>
-#include <utility>
-
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+
+#include <algorithm>
+#include <utility>
 
 namespace kestro {
 

@@ -1,15 +1,15 @@
 #pragma once
 
-#include <functional>
-#include <map>
-#include <vector>
-
 #include <QDBusConnection>
 #include <QDBusPendingCall>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
 #include <QStringList>
+
+#include <functional>
+#include <map>
+#include <vector>
 
 namespace kestro {
 

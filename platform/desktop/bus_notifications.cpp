@@ -1,11 +1,11 @@
 #include "platform/desktop/bus_notifications.h"
 
-#include <utility>
-
 #include <QDBusArgument>
 #include <QDBusVariant>
 #include <QMetaObject>
 #include <QVariantMap>
+
+#include <utility>
 
 namespace kestro {
 

@@ -1,15 +1,15 @@
 #pragma once
 
-#include <map>
-#include <memory>
-#include <string>
-
 #include "core/base/announcer.h"
 #include "core/platform/distributed_notifications.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
+
+#include <map>
+#include <memory>
+#include <string>
 
 namespace kestro {
 

@@ -4,8 +4,8 @@
 
 namespace kestro {
 
-/// The process-wide connections to the message buses, which live as long as the process. A bus that cannot be reached
-/// is an unconnected connection.
+/// The process-wide connections to the message buses, which live as long as the process. A bus that cannot be
+/// reached is an unconnected connection.
 struct DesktopBuses {
     QDBusConnection session = QDBusConnection::sessionBus();
     QDBusConnection system = QDBusConnection::systemBus();

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <chrono>
-#include <map>
-#include <memory>
-
 #include "core/platform/power_assertions.h"
 #include "platform/desktop/bus_name_owners.h"
 #include "platform/desktop/power_inhibition.h"
@@ -11,6 +7,10 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
+
+#include <chrono>
+#include <map>
+#include <memory>
 
 namespace kestro {
 

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
-#include <optional>
-#include <variant>
-
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
 #include <QString>
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <variant>
 
 namespace kestro {
 

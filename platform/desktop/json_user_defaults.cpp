@@ -1,11 +1,10 @@
 #include "platform/desktop/json_user_defaults.h"
 
-#include <utility>
-
 #include <pwd.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <utility>
 
 namespace kestro {
 

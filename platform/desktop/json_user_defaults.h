@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cstdint>
-#include <memory>
-#include <string>
-
 #include "core/base/lifetime.h"
 #include "core/platform/run_loop.h"
 #include "core/platform/user_defaults.h"
 #include "platform/desktop/preferences_file.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
 
 namespace kestro {
 

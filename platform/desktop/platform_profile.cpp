@@ -3,17 +3,16 @@
 #include "platform/posix/bounded_read.h"
 #include "platform/posix/descriptor.h"
 
-#include <array>
-#include <sstream>
-#include <thread>
-#include <utility>
-
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
+#include <sstream>
+#include <thread>
+#include <utility>
 
 namespace kestro {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/desktop/power_profile.h"
+
 #include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "platform/desktop/power_profile.h"
 
 namespace kestro {
 

@@ -1,12 +1,12 @@
 #include "platform/desktop/power_inhibition.h"
 
-#include <algorithm>
-#include <limits>
-#include <utility>
-
 #include <QCoreApplication>
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>
+
+#include <algorithm>
+#include <limits>
+#include <utility>
 
 namespace kestro {
 

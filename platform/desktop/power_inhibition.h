@@ -1,17 +1,17 @@
 #pragma once
 
-#include <chrono>
-#include <functional>
-#include <memory>
-#include <optional>
-#include <set>
-
 #include "platform/desktop/bus_name_owners.h"
 #include "platform/desktop/inhibition_backend.h"
 
 #include <QDBusPendingCall>
 #include <QObject>
 #include <QTimer>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
 
 namespace kestro {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <optional>
-#include <string_view>
-
 #include "core/platform/script_runner.h"
 #include "platform/desktop/power_profile.h"
+
+#include <optional>
+#include <string_view>
 
 namespace kestro {
 

@@ -1,16 +1,16 @@
 #include "platform/desktop/power_profiles.h"
 
-#include <fmt/format.h>
-
-#include <algorithm>
-#include <utility>
-
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QMetaObject>
 #include <QVariantMap>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
 
 namespace kestro {
 

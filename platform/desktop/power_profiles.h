@@ -1,18 +1,18 @@
 #pragma once
 
-#include <chrono>
-#include <condition_variable>
-#include <cstdint>
-#include <mutex>
-#include <optional>
-#include <string>
-
 #include "platform/desktop/bus_name_owners.h"
 #include "platform/desktop/platform_profile.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
 
 namespace kestro {
 

@@ -3,11 +3,11 @@
 #include "core/base/json_text.h"
 #include "core/base/text.h"
 
+#include <QByteArray>
+
 #include <cmath>
 #include <limits>
 #include <utility>
-
-#include <QByteArray>
 
 namespace kestro {
 

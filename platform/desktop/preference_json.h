@@ -1,12 +1,12 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <string_view>
-
 #include "core/platform/user_defaults.h"
 
 #include <nlohmann/json.hpp>
+
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace kestro {
 

@@ -3,16 +3,15 @@
 #include "platform/posix/bounded_read.h"
 #include "platform/posix/descriptor.h"
 
-#include <filesystem>
-#include <system_error>
-#include <utility>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
+#include <utility>
 
 namespace kestro {
 

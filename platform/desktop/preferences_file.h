@@ -1,13 +1,13 @@
 #pragma once
 
+#include "core/platform/user_defaults.h"
+#include "platform/desktop/preference_json.h"
+
 #include <cstdint>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <string>
-
-#include "core/platform/user_defaults.h"
-#include "platform/desktop/preference_json.h"
 
 namespace kestro {
 

@@ -1,14 +1,14 @@
 #include "platform/desktop/qt_run_loop.h"
 
-#include <algorithm>
-#include <cassert>
-#include <utility>
-
 #include <QDeadlineTimer>
 #include <QMetaObject>
 
 #include <sys/timerfd.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <cassert>
+#include <utility>
 
 namespace kestro {
 

@@ -1,17 +1,17 @@
 #pragma once
 
-#include <chrono>
-#include <cstdint>
-#include <memory>
-#include <optional>
-#include <vector>
-
 #include "core/platform/clock.h"
 #include "core/platform/run_loop.h"
 
 #include <QObject>
 #include <QSocketNotifier>
 #include <QThreadPool>
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace kestro {
 

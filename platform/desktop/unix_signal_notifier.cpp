@@ -1,14 +1,13 @@
 #include "platform/desktop/unix_signal_notifier.h"
 
-#include <array>
-#include <cassert>
-#include <utility>
-
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
+#include <cassert>
 #include <cerrno>
 #include <csignal>
+#include <utility>
 
 namespace kestro {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <functional>
-
 #include <QObject>
 #include <QSocketNotifier>
+
+#include <functional>
 
 namespace kestro {
 

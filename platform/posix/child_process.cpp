@@ -1,5 +1,7 @@
 #include "platform/posix/child_process.h"
 
+#include "platform/posix/descriptor.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
@@ -11,8 +13,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-
-#include "platform/posix/descriptor.h"
 
 namespace kestro {
 

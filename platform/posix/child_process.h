@@ -1,12 +1,12 @@
 #pragma once
 
+#include "core/platform/command_runner.h"
+
 #include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "core/platform/command_runner.h"
 
 namespace kestro {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <map>
-
 #include "core/platform/command_runner.h"
 #include "platform/simulated/simulated_failure.h"
 #include "platform/simulated/simulated_pattern.h"
+
+#include <map>
 
 namespace kestro {
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <map>
-#include <memory>
-#include <vector>
-
 #include "core/base/announcer.h"
 #include "core/platform/distributed_notifications.h"
 #include "core/platform/run_loop.h"
 #include "platform/simulated/simulated_failure.h"
+
+#include <map>
+#include <memory>
+#include <vector>
 
 namespace kestro {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <map>
-#include <memory>
-
 #include "core/platform/file_events.h"
 #include "core/platform/run_loop.h"
 #include "platform/simulated/simulated_failure.h"
+
+#include <map>
+#include <memory>
 
 namespace kestro {
 

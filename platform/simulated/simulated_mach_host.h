@@ -1,11 +1,11 @@
 #pragma once
 
-#include <deque>
-#include <vector>
-
 #include "core/platform/mach_host.h"
 #include "platform/simulated/simulated_failure.h"
 #include "platform/simulated/simulated_pattern.h"
+
+#include <deque>
+#include <vector>
 
 namespace kestro {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdint>
-
 #include "platform/simulated/simulated_clock.h"
+
+#include <cstdint>
 
 namespace kestro {
 

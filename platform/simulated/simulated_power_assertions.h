@@ -1,9 +1,9 @@
 #pragma once
 
-#include <vector>
-
 #include "core/platform/power_assertions.h"
 #include "platform/simulated/simulated_failure.h"
+
+#include <vector>
 
 namespace kestro {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "core/platform/run_loop.h"
+#include "platform/simulated/simulated_clock.h"
+
 #include <cstdint>
 #include <deque>
 #include <vector>
-
-#include "core/platform/run_loop.h"
-#include "platform/simulated/simulated_clock.h"
 
 namespace kestro {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <string_view>
-#include <vector>
-
 #include "core/platform/script_runner.h"
 #include "platform/simulated/simulated_command_runner.h"
 #include "platform/simulated/simulated_failure.h"
+
+#include <string_view>
+#include <vector>
 
 namespace kestro {
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <map>
-#include <span>
-#include <string_view>
-
 #include "core/platform/smc_service.h"
 #include "platform/simulated/simulated_failure.h"
 #include "platform/simulated/simulated_pattern.h"
+
+#include <map>
+#include <span>
+#include <string_view>
 
 namespace kestro {
 

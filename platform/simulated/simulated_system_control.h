@@ -1,9 +1,9 @@
 #pragma once
 
-#include <map>
-
 #include "core/platform/system_control.h"
 #include "platform/simulated/simulated_clock.h"
+
+#include <map>
 
 namespace kestro {
 

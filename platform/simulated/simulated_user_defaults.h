@@ -1,8 +1,8 @@
 #pragma once
 
-#include <map>
-
 #include "core/platform/user_defaults.h"
+
+#include <map>
 
 namespace kestro {
 

@@ -1,16 +1,17 @@
 #pragma once
 
-#include <QObject>
-#include <QTimer>
-#include <chrono>
-#include <memory>
-#include <vector>
-
 #include "shell/linux/notifier/host_monitor.h"
 #include "shell/linux/notifier/sni_status_bar.h"
 #include "shell/linux/panel_scheme_monitor.h"
 #include "shell/linux/strip/strip_status_bar.h"
 #include "shell/status_bar.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <memory>
+#include <vector>
 
 namespace kestro {
 

@@ -3,6 +3,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+
 #include <algorithm>
 #include <cmath>
 

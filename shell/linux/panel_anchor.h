@@ -2,6 +2,7 @@
 
 #include <QPoint>
 #include <QRect>
+
 #include <optional>
 #include <vector>
 

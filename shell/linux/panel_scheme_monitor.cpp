@@ -1,14 +1,14 @@
 #include "shell/linux/panel_scheme_monitor.h"
 
+#include "shell/linux/notifier/host_monitor.h"
+#include "shell/linux/settings_portal.h"
+#include "shell/linux/when_answered.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
-
-#include "shell/linux/notifier/host_monitor.h"
-#include "shell/linux/settings_portal.h"
-#include "shell/linux/when_answered.h"
 
 namespace kestro {
 

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "shell/linux/panel_colors.h"
+
 #include <QDBusVariant>
 #include <QObject>
 #include <QString>
-#include <optional>
 
-#include "shell/linux/panel_colors.h"
+#include <optional>
 
 namespace kestro {
 

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "shell/status_bar.h"
+
 #include <QMenu>
 #include <QPointer>
-#include <functional>
 
-#include "shell/status_bar.h"
+#include <functional>
 
 namespace kestro {
 

@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QWindow>
+
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>

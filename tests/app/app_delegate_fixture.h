@@ -4,21 +4,21 @@
 #include "app/windows/dashboard_window.h"
 #include "app/windows/popover_window.h"
 #include "app/windows/settings_window.h"
-#include "tests/shell/fake_status_bar.h"
 #include "tests/app/menus/menu_reading.h"
 #include "tests/app/simulated_kestro.h"
 #include "tests/app/windows/plain_window_system.h"
+#include "tests/shell/fake_status_bar.h"
 #include "ui/theme/motion.h"
 
 #include <QApplication>
 
 #include <gtest/gtest.h>
 
-namespace kestro::testing {
+namespace kestro::test {
 
 /// The whole application on a simulated machine, with an in-memory status bar and offscreen windows without
 /// content; windows move without animation.
-struct AppDelegateFixture : ::testing::Test, SimulatedKestro {
+struct AppDelegateFixture : testing::Test, SimulatedKestro {
     const QString mainItem = QStringLiteral("kestro-main");
     FakeStatusBar bar;
     PlainWindowSystem windowSystem;
@@ -28,7 +28,8 @@ struct AppDelegateFixture : ::testing::Test, SimulatedKestro {
     int contentsMade = 0;
     int terminations = 0;
     const std::string commandFile = "/commands";
-    AppDelegate delegate{mac.platform(), services(), smc, {bar, windowSystem}, surfaces(), commandFile, [this] { ++terminations; }};
+    AppDelegate delegate{
+        mac.platform(), services(), smc, {bar, windowSystem}, surfaces(), commandFile, [this] { ++terminations; }};
 
     AppDelegateFixture() { motion::setReduced(true); }
     ~AppDelegateFixture() override { motion::setReduced(false); }
@@ -89,4 +90,4 @@ struct AppDelegateFixture : ::testing::Test, SimulatedKestro {
     }
 };
 
-}  // namespace kestro::testing
+}  // namespace kestro::test

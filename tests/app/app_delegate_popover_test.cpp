@@ -1,5 +1,4 @@
 #include "app/app_delegate.h"
-
 #include "app/windows/window_geometry.h"
 #include "tests/app/app_delegate_fixture.h"
 
@@ -13,7 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct AppDelegatePopover : testing::AppDelegateFixture {
+struct AppDelegatePopover : test::AppDelegateFixture {
     /// Makes the popover close by itself, with the pointer at that position.
     void pressAt(const QPoint& pointer) {
         QCursor::setPos(pointer);
@@ -78,7 +77,7 @@ TEST_F(AppDelegatePopover, KeepsTheEngineActiveWhileVisible) {
 
     click();
     EXPECT_TRUE(engine.isUIActive.get());
-    EXPECT_THAT(mac.runLoop.timerPeriods(), ::testing::Contains(1000ms));
+    EXPECT_THAT(mac.runLoop.timerPeriods(), testing::Contains(1000ms));
 
     delegate.popover()->close();
     EXPECT_FALSE(engine.isUIActive.get());

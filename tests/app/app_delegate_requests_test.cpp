@@ -1,5 +1,4 @@
 #include "app/app_delegate.h"
-
 #include "app/base/notification_names.h"
 #include "tests/app/app_delegate_fixture.h"
 
@@ -8,7 +7,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-using AppDelegateMenu = testing::AppDelegateFixture;
+using AppDelegateMenu = test::AppDelegateFixture;
 
 TEST_F(AppDelegateMenu, OpensOnASecondaryClickAndOnAControlClick) {
     launch();
@@ -28,12 +27,12 @@ TEST_F(AppDelegateMenu, ShowsTheCurrentState) {
 
     const StatusMenu menu = bar.menu(mainItem);
 
-    EXPECT_NE(testing::findEntry(menu, QStringLiteral("Unpin Window")), nullptr);
-    EXPECT_NE(testing::findEntry(menu, QStringLiteral("Deactivate Keep-Awake (30m 00s)")), nullptr);
-    EXPECT_TRUE(testing::findEntry(menu, QStringLiteral("30 Minutes"))->isChecked);
-    EXPECT_TRUE(testing::findEntry(menu, QStringLiteral("Custom Curves"))->isChecked);
-    EXPECT_FALSE(testing::findEntry(menu, QStringLiteral("Quiet Studio"))->isChecked);
-    EXPECT_TRUE(testing::findEntry(menu, QStringLiteral("Balanced (Automatic)"))->isChecked);
+    EXPECT_NE(test::findEntry(menu, QStringLiteral("Unpin Window")), nullptr);
+    EXPECT_NE(test::findEntry(menu, QStringLiteral("Deactivate Keep-Awake (30m 00s)")), nullptr);
+    EXPECT_TRUE(test::findEntry(menu, QStringLiteral("30 Minutes"))->isChecked);
+    EXPECT_TRUE(test::findEntry(menu, QStringLiteral("Custom Curves"))->isChecked);
+    EXPECT_FALSE(test::findEntry(menu, QStringLiteral("Quiet Studio"))->isChecked);
+    EXPECT_TRUE(test::findEntry(menu, QStringLiteral("Balanced (Automatic)"))->isChecked);
 }
 
 TEST_F(AppDelegateMenu, OpensTheSurfaces) {
@@ -106,7 +105,7 @@ TEST_F(AppDelegateMenu, Quits) {
     EXPECT_EQ(terminations, 1);
 }
 
-using AppDelegateNotifications = testing::AppDelegateFixture;
+using AppDelegateNotifications = test::AppDelegateFixture;
 
 TEST_F(AppDelegateNotifications, ToggleThePopover) {
     launch();
@@ -133,7 +132,7 @@ TEST_F(AppDelegateNotifications, ShowTheSettingsAtTheTabWithTheGivenLabel) {
 
     EXPECT_TRUE(isSettingsShown());
     EXPECT_EQ(settings.selectedSettingsTab.get(), SettingsTab::keepAwake);
-    EXPECT_TRUE(mac.userDefaults.object(UserSettings::kSelectedSettingsTab));
+    EXPECT_TRUE(mac.userDefaults.object("kestro.selectedSettingsTab"));
 }
 
 TEST_F(AppDelegateNotifications, ShowTheSettingsAtTheCurrentTabOtherwise) {
@@ -147,7 +146,7 @@ TEST_F(AppDelegateNotifications, ShowTheSettingsAtTheCurrentTabOtherwise) {
 
         EXPECT_TRUE(isSettingsShown());
         EXPECT_EQ(settings.selectedSettingsTab.get(), SettingsTab::menubar);
-        EXPECT_FALSE(mac.userDefaults.object(UserSettings::kSelectedSettingsTab));
+        EXPECT_FALSE(mac.userDefaults.object("kestro.selectedSettingsTab"));
         delegate.settingsWindow()->close();
     }
 }
@@ -156,14 +155,14 @@ TEST_F(AppDelegateNotifications, OpenTheSettingsForTheDedicatedItems) {
     settings.showDedicatedFanItem.set(true);
     launch();
 
-    EXPECT_TRUE(testing::pick(bar.menu(QStringLiteral("kestro-cooling")), QStringLiteral("Cooling Settings...")));
+    EXPECT_TRUE(test::pick(bar.menu(QStringLiteral("kestro-cooling")), QStringLiteral("Cooling Settings...")));
     settle();
 
     EXPECT_TRUE(isSettingsShown());
     EXPECT_EQ(settings.selectedSettingsTab.get(), SettingsTab::cooling);
 }
 
-using AppDelegateCommands = testing::AppDelegateFixture;
+using AppDelegateCommands = test::AppDelegateFixture;
 
 TEST_F(AppDelegateCommands, OpenTheSettingsAtATabAndSaveTheTab) {
     launch();
@@ -172,7 +171,7 @@ TEST_F(AppDelegateCommands, OpenTheSettingsAtATabAndSaveTheTab) {
 
     EXPECT_TRUE(isSettingsShown());
     EXPECT_EQ(settings.selectedSettingsTab.get(), SettingsTab::cooling);
-    EXPECT_TRUE(mac.userDefaults.object(UserSettings::kSelectedSettingsTab));
+    EXPECT_TRUE(mac.userDefaults.object("kestro.selectedSettingsTab"));
     EXPECT_EQ(mac.fileEvents.contents(commandFile), "");
 }
 

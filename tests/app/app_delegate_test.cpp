@@ -11,9 +11,9 @@ namespace kestro {
 namespace {
 
 using namespace std::chrono_literals;
-using ::testing::ElementsAre;
+using testing::ElementsAre;
 
-using AppDelegateLaunch = testing::AppDelegateFixture;
+using AppDelegateLaunch = test::AppDelegateFixture;
 
 TEST_F(AppDelegateLaunch, CreatesTheMainItemFirst) {
     settings.showDedicatedFanItem.set(true);
@@ -86,7 +86,7 @@ TEST_F(AppDelegateLaunch, WorksWithoutACommandChannel) {
     EXPECT_TRUE(isPopoverShown());
 }
 
-using AppDelegateReadout = testing::AppDelegateFixture;
+using AppDelegateReadout = test::AppDelegateFixture;
 
 TEST_F(AppDelegateReadout, FollowsTheEngine) {
     launch();
@@ -303,7 +303,7 @@ TEST_F(AppDelegateReadout, LeavesTheIconBareWhenTheUserWantsIt) {
     EXPECT_EQ(shown().title.text, QString());
 }
 
-using AppDelegateSafeguard = testing::AppDelegateFixture;
+using AppDelegateSafeguard = test::AppDelegateFixture;
 
 TEST_F(AppDelegateSafeguard, EndsKeepAwakeAtTheThreshold) {
     mac.powerSources.setBattery(20, false);

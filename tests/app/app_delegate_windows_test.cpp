@@ -1,5 +1,4 @@
 #include "app/app_delegate.h"
-
 #include "tests/app/app_delegate_fixture.h"
 
 #include <QShortcut>
@@ -10,7 +9,7 @@
 namespace kestro {
 namespace {
 
-struct AppDelegateDashboard : testing::AppDelegateFixture {
+struct AppDelegateDashboard : test::AppDelegateFixture {
     KestroDashboardWindow& window() { return *delegate.dashboardWindow(); }
 
     void showSections(int count) {
@@ -186,7 +185,7 @@ TEST_F(AppDelegateDashboard, DoesNothingBeforeLaunch) {
     EXPECT_FALSE(engine.isUIActive.get());
 }
 
-struct AppDelegateShortcuts : testing::AppDelegateFixture {
+struct AppDelegateShortcuts : test::AppDelegateFixture {
     void press(QWidget& window, const char* key) {
         const QKeySequence sequence(QString::fromUtf8(key));
         int found = 0;
@@ -233,7 +232,7 @@ TEST_F(AppDelegateShortcuts, CloseEveryWindow) {
     EXPECT_FALSE(engine.isUIActive.get());
 }
 
-using AppDelegateSettings = testing::AppDelegateFixture;
+using AppDelegateSettings = test::AppDelegateFixture;
 
 TEST_F(AppDelegateSettings, AreCreatedOnceAndKept) {
     launch();

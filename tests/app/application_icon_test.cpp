@@ -8,7 +8,7 @@
 namespace kestro {
 namespace {
 
-struct ApplicationIconTest : ::testing::Test {
+struct ApplicationIconTest : testing::Test {
     ApplicationIconTest() { QGuiApplication::setWindowIcon(QIcon()); }
     ~ApplicationIconTest() override { QGuiApplication::setWindowIcon(QIcon()); }
 };

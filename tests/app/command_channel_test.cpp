@@ -8,8 +8,8 @@
 namespace kestro {
 namespace {
 
-using ::testing::InSequence;
-using ::testing::StrictMock;
+using testing::InSequence;
+using testing::StrictMock;
 
 class MockCommandTarget : public CommandTarget {
 public:
@@ -27,7 +27,7 @@ public:
 
 const std::string file = "/commands";
 
-struct CommandChannelTest : ::testing::Test {
+struct CommandChannelTest : testing::Test {
     SimulatedMac mac;
     StrictMock<MockCommandTarget> target;
 

@@ -6,7 +6,7 @@
 
 int main(int argc, char** argv) {
     const kestro::SealedEnvironment environment;
-    ::testing::InitGoogleTest(&argc, argv);
+    testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -2,7 +2,7 @@
 
 #include "tests/support/simulated_services.h"
 
-namespace kestro::testing {
+namespace kestro::test {
 
 /// Everything behind the application, by name, on a simulated machine that is at rest.
 struct SimulatedKestro {
@@ -20,4 +20,4 @@ struct SimulatedKestro {
     KestroServices services() { return simulated.services(); }
 };
 
-}  // namespace kestro::testing
+}  // namespace kestro::test

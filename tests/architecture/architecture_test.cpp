@@ -29,8 +29,8 @@ struct Include {
 /// Whether a header belongs to the project, however it is written; a file generated next to its source has no
 /// folder.
 bool isOurs(const Include& include) {
-    static const std::set<std::string> folders{"app",      "bench", "core",  "fuzz",
-                                               "platform", "shell", "shots", "tests", "ui"};
+    static const std::set<std::string> folders{"app",   "bench", "core",  "fuzz", "platform",
+                                               "shell", "shots", "tests", "ui"};
     return include.isQuoted ? !include.name.ends_with(".moc")
                             : folders.contains(include.name.substr(0, include.name.find('/')));
 }
@@ -126,7 +126,8 @@ TEST(Architecture, FoldersIncludeOnlyFromFoldersBelow) {
 }
 
 TEST(Architecture, ProjectHeadersAreIncludedInQuotes) {
-    for (const std::string folder : {"core", "platform", "ui", "shell", "app", "shots", "tests", "bench", "fuzz"}) {
+    for (const std::string folder :
+         {"core", "platform", "ui", "shell", "app", "shots", "tests", "bench", "fuzz"}) {
         for (const auto& include : includesBelow(folder)) {
             EXPECT_TRUE(include.isQuoted || !isOurs(include))
                 << include.from << " includes <" << include.name << ">";
@@ -194,9 +195,9 @@ TEST(Architecture, OnlyTheCompositionRootUsesThePlatform) {
 TEST(Architecture, OnlyTheDesktopFoldersUseItsProtocols) {
     for (const std::string folder : {"core", "platform", "ui", "shell", "app"}) {
         for (const auto& include : includesBelow(folder)) {
-            const bool isProtocol = std::ranges::any_of(
-                std::vector<std::string>{"QDBus", "QtDBus", "xcb/", "X11/", "wayland", "qpa/"},
-                [&](const std::string& start) { return include.name.starts_with(start); });
+            const bool isProtocol =
+                std::ranges::any_of(std::vector<std::string>{"QDBus", "QtDBus", "xcb/", "X11/", "wayland", "qpa/"},
+                                    [&](const std::string& start) { return include.name.starts_with(start); });
             EXPECT_TRUE(!isProtocol || lies(include.from, "platform/desktop") || lies(include.from, "shell/linux"))
                 << include.from << " includes " << include.name;
         }

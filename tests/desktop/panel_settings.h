@@ -1,9 +1,9 @@
 #pragma once
 
+#include "tests/desktop/desktop_session.h"
+
 #include <QString>
 #include <QStringList>
-
-#include "tests/desktop/desktop_session.h"
 
 namespace kestro {
 

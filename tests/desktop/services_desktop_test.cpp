@@ -19,8 +19,8 @@
 namespace kestro {
 namespace {
 
-using testing_support::FakeService;
-using testing_support::LockPipe;
+using test::FakeService;
+using test::LockPipe;
 using Bus = DesktopSession::Bus;
 
 /// A service that keeps the session awake, and the calls it expects.

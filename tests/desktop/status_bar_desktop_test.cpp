@@ -1,10 +1,10 @@
-#include <gtest/gtest.h>
+#include "tests/desktop/desktop_session.h"
+#include "tests/desktop/status_item_client.h"
 
 #include <QFile>
 #include <QRegularExpression>
 
-#include "tests/desktop/desktop_session.h"
-#include "tests/desktop/status_item_client.h"
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {

@@ -1,14 +1,15 @@
 #pragma once
 
+#include "tests/desktop/desktop_session.h"
+
 #include <QImage>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 #include <QVariantMap>
+
 #include <optional>
 #include <vector>
-
-#include "tests/desktop/desktop_session.h"
 
 namespace kestro {
 

@@ -1,14 +1,14 @@
 #include "tests/support/event_waiting.h"
 #include "tests/support/places.h"
 
-#include <gtest/gtest.h>
-
 #include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <csignal>

@@ -7,7 +7,7 @@
 #include <map>
 #include <vector>
 
-namespace kestro::testing {
+namespace kestro::test {
 
 /// An in-memory status bar: records what its items show, and clicks them.
 class FakeStatusBar final : public StatusBar {
@@ -72,4 +72,4 @@ private:
     };
 };
 
-}  // namespace kestro::testing
+}  // namespace kestro::test

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <chrono>
-
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QTimer>
+
+#include <chrono>
 
 namespace kestro {
 

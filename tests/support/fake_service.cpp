@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace kestro::testing_support {
+namespace kestro::test {
 
 namespace {
 
@@ -148,4 +148,4 @@ std::vector<std::string> FakeService::calls() const {
     return object_->calls;
 }
 
-}  // namespace kestro::testing_support
+}  // namespace kestro::test

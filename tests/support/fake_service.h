@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace kestro::testing_support {
+namespace kestro::test {
 
 /// A service on a private bus with its own thread, as a real one has its own process. Records every call as
 /// text, such as `Inhibit("Kestro", "why", 8u)`, and replies as configured.
@@ -62,4 +62,4 @@ private:
 /// The arguments of a message as text, without the token of a portal request.
 std::string describe(const QDBusMessage& message);
 
-}  // namespace kestro::testing_support
+}  // namespace kestro::test

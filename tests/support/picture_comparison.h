@@ -24,9 +24,9 @@ struct PictureDifference {
 };
 
 inline QImage reducedPicture(const QImage& picture) {
-    constexpr int kReduction = 5;
+    constexpr int reduction = 5;
     return picture.convertToFormat(QImage::Format_ARGB32)
-        .scaled(picture.size() / kReduction, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        .scaled(picture.size() / reduction, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 inline PictureDifference pictureDifference(const QImage& reduced, const QImage& expected) {

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -7,8 +8,6 @@
 #include <fstream>
 #include <iostream>
 #include <thread>
-
-#include <unistd.h>
 
 // Tests that the runner of the tests has to handle; its own tests run a few of them at a time.
 namespace kestro {

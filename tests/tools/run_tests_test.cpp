@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include <array>
 #include <cstdio>
@@ -11,8 +12,6 @@
 #include <sstream>
 #include <string>
 #include <utility>
-
-#include <sys/wait.h>
 
 namespace kestro {
 namespace {

@@ -1,9 +1,9 @@
 #include "tests/support/sealed_environment.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QStyleFactory>
+
+#include <gtest/gtest.h>
 
 // Runs every view test without a screen and in one fixed style, regardless of the desktop.
 int main(int argc, char** argv) {

@@ -11,12 +11,12 @@ namespace kestro {
 
 namespace {
 
-constexpr double kFillOpacity = 0.13;
-constexpr double kSectionPadding = 5;
-constexpr double kSettingsPadding = 8;
-constexpr double kDot = 4;
-constexpr double kDotGap = 4;
-constexpr int kLoneDot = 6;
+constexpr double fillOpacity = 0.13;
+constexpr double sectionPadding = 5;
+constexpr double settingsPadding = 8;
+constexpr double dotDiameter = 4;
+constexpr double dotGap = 4;
+constexpr int loneDot = 6;
 
 TextStyle styleOf(BadgeKind kind, const Ink& ink) {
     TextStyle style = kind == BadgeKind::settings ? text_styles::settingsBadge : text_styles::sectionBadge;
@@ -50,12 +50,12 @@ void Badge::setKind(BadgeKind kind) {
 
 QSize Badge::sizeHint() const {
     if (kind_ == BadgeKind::dot) {
-        return {kLoneDot, kLoneDot};
+        return {loneDot, loneDot};
     }
     const TextStyle style = styleOf(kind_, ink_);
     const double word = std::ceil(textWidth(text_, style));
-    const double width =
-        kind_ == BadgeKind::section ? word + kDot + kDotGap + 2 * kSectionPadding : word + 2 * kSettingsPadding;
+    const double width = kind_ == BadgeKind::section ? word + dotDiameter + dotGap + 2 * sectionPadding
+                                                     : word + 2 * settingsPadding;
     return {static_cast<int>(width), static_cast<int>(style.lineHeight)};
 }
 
@@ -75,12 +75,12 @@ void Badge::paintEvent(QPaintEvent*) {
         paintRounded(painter, area, area.height() / 2, ink_.color());
         return;
     }
-    paintRounded(painter, area, area.height() / 2, ink_.faded(kFillOpacity).color());
-    QRectF word = area.adjusted(kSettingsPadding, 0, -kSettingsPadding, 0);
+    paintRounded(painter, area, area.height() / 2, ink_.faded(fillOpacity).color());
+    QRectF word = area.adjusted(settingsPadding, 0, -settingsPadding, 0);
     if (kind_ == BadgeKind::section) {
-        const QRectF dot(kSectionPadding, (area.height() - kDot) / 2, kDot, kDot);
-        paintRounded(painter, dot, kDot / 2, ink_.color());
-        word = QRectF(dot.right() + kDotGap, 0, area.width() - dot.right() - kDotGap - kSectionPadding + 1,
+        const QRectF dot(sectionPadding, (area.height() - dotDiameter) / 2, dotDiameter, dotDiameter);
+        paintRounded(painter, dot, dotDiameter / 2, ink_.color());
+        word = QRectF(dot.right() + dotGap, 0, area.width() - dot.right() - dotGap - sectionPadding + 1,
                       area.height());
     }
     drawText(painter, word, text_, styleOf(kind_, ink_));

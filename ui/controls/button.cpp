@@ -15,8 +15,8 @@ namespace kestro {
 
 namespace {
 
-constexpr double kRadius = 6;
-constexpr double kPlainRadius = 5;
+constexpr double cornerRadius = 6;
+constexpr double plainRadius = 5;
 
 /// The look of one kind in one of its two states.
 struct Look {
@@ -230,12 +230,12 @@ void Button::paint(QPainter& painter) {
 void Button::paintGround(QPainter& painter) const {
     const QRectF area = rect();
     if (kind_ == ButtonKind::prominent) {
-        paintRounded(painter, area, kRadius, accentFill(KestroTheme::accentCool(), hovering(), pressing()));
+        paintRounded(painter, area, cornerRadius, accentFill(KestroTheme::accentCool(), hovering(), pressing()));
         return;
     }
     const Look look = lookOf(kind_, isOn());
     const StateOpacity opacities = isOn() ? onFill_.value_or(look.opacity) : look.opacity;
-    const double radius = kind_ == ButtonKind::plain ? kPlainRadius : kRadius;
+    const double radius = kind_ == ButtonKind::plain ? plainRadius : cornerRadius;
     paintRounded(painter, area, radius, look.fill.faded(opacity(opacities)).color());
     if (kind_ != ButtonKind::plain) {
         kestroHairlineBorder(painter, area, radius, look.border.color());

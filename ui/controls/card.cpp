@@ -13,8 +13,8 @@ namespace kestro {
 
 namespace {
 
-constexpr double kRadius = 6;
-constexpr double kOpacity = 0.93;
+constexpr double cornerRadius = 6;
+constexpr double cardOpacity = 0.93;
 
 }  // namespace
 
@@ -28,8 +28,8 @@ Card::Card(QWidget* content, QWidget* parent) : QWidget(parent) {
 
 void Card::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    const QColor surface = Ink(KestroTheme::surface).faded(kOpacity).color();
-    constexpr int rounded = static_cast<int>(kRadius);
+    const QColor surface = Ink(KestroTheme::surface).faded(cardOpacity).color();
+    constexpr int rounded = static_cast<int>(cornerRadius);
     if (rect().adjusted(rounded, rounded, -rounded, -rounded).contains(event->rect())) {
         // Only a value inside has changed: no corner or edge needs repainting.
         for (const QRect& changed : event->region()) {
@@ -38,8 +38,8 @@ void Card::paintEvent(QPaintEvent* event) {
         return;
     }
     painter.setRenderHint(QPainter::Antialiasing);
-    paintRounded(painter, rect(), kRadius, surface);
-    kestroHairlineBorder(painter, rect(), kRadius);
+    paintRounded(painter, rect(), cornerRadius, surface);
+    kestroHairlineBorder(painter, rect(), cornerRadius);
 }
 
 }  // namespace kestro

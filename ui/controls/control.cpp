@@ -79,7 +79,7 @@ void Control::paintEvent(QPaintEvent*) {
     picturePainter.setRenderHint(QPainter::Antialiasing);
     paint(picturePainter);
     picturePainter.end();
-    painter.setOpacity(kDisabledOpacity);
+    painter.setOpacity(disabledOpacity);
     painter.drawPixmap(0, 0, picture);
 }
 

@@ -86,6 +86,6 @@ private:
 };
 
 /// Opacity of a disabled control.
-inline constexpr double kDisabledOpacity = 0.38;
+inline constexpr double disabledOpacity = 0.38;
 
 }  // namespace kestro

@@ -13,25 +13,26 @@ namespace kestro {
 
 namespace {
 
-constexpr double kKnob = 14;
-constexpr double kKnobInset = 2;
-constexpr double kBrighten = 0.15;
-constexpr double kPressedShade = 0.14;
+constexpr double knobDiameter = 14;
+constexpr double knobInset = 2;
+constexpr double brighten = 0.15;
+constexpr double pressedShade = 0.14;
 
 void paintMark(QPainter& painter, const QRectF& area, const IndicatorState& state, const char* onSymbol,
                const char* offSymbol) {
     const bool isOn = state.on >= 0.5;
     const QColor rest = isOn ? KestroTheme::accentCool() : KestroTheme::textSecondary();
-    const QColor raised = mixed(rest, Qt::white, kBrighten * state.hovering);
-    const QColor color = mixed(raised, Qt::black, kPressedShade * state.pressing);
+    const QColor raised = mixed(rest, Qt::white, brighten * state.hovering);
+    const QColor color = mixed(raised, Qt::black, pressedShade * state.pressing);
     SymbolPainter::paint(painter, QString::fromLatin1(isOn ? onSymbol : offSymbol), area, color);
 }
 
 }  // namespace
 
 QRectF switchKnob(const QRectF& area, double on) {
-    const double travel = area.width() - kKnob - 2 * kKnobInset;
-    return {area.left() + kKnobInset + travel * on, area.top() + (area.height() - kKnob) / 2, kKnob, kKnob};
+    const double travel = area.width() - knobDiameter - 2 * knobInset;
+    return {area.left() + knobInset + travel * on, area.top() + (area.height() - knobDiameter) / 2, knobDiameter,
+            knobDiameter};
 }
 
 void paintSwitch(QPainter& painter, const QRectF& area, const IndicatorState& state) {
@@ -51,7 +52,7 @@ void paintSwitch(QPainter& painter, const QRectF& area, const IndicatorState& st
     const QColor off = QColor::fromRgbF(0.72F, 0.73F, 0.75F);
     const QColor knob = mixed(off, markOn(accent), state.on);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(mixed(knob, Qt::black, kPressedShade * state.pressing));
+    painter.setBrush(mixed(knob, Qt::black, pressedShade * state.pressing));
     painter.drawEllipse(switchKnob(area, state.on));
 }
 

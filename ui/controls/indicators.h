@@ -14,11 +14,11 @@ struct IndicatorState {
 };
 
 /// The width and height of each mark in points.
-inline constexpr double kSwitchWidth = 32;
-inline constexpr double kSwitchHeight = 18;
-inline constexpr double kCheckSize = 15;
-inline constexpr double kRadioSize = 14;
-inline constexpr double kChosenMarkSize = 16;
+inline constexpr double switchWidth = 32;
+inline constexpr double switchHeight = 18;
+inline constexpr double checkSize = 15;
+inline constexpr double radioSize = 14;
+inline constexpr double chosenMarkSize = 16;
 
 /// The knob of a switch in `area`, slid by `on` (0..1).
 QRectF switchKnob(const QRectF& area, double on);

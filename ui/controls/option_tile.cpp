@@ -15,9 +15,9 @@ namespace kestro {
 
 namespace {
 
-constexpr double kRadius = 6;
-constexpr double kMark = 12;
-constexpr double kMarkGap = 6;
+constexpr double cornerRadius = 6;
+constexpr double markSize = 12;
+constexpr double markGap = 6;
 
 }  // namespace
 
@@ -35,7 +35,7 @@ void OptionTile::setChosen(bool isChosen) {
 }
 
 QSize OptionTile::sizeHint() const {
-    return {180, pictureHeight_ + kLabelHeight};
+    return {180, pictureHeight_ + labelHeight};
 }
 
 QRectF OptionTile::focusArea() const {
@@ -53,17 +53,17 @@ AccessibleInfo OptionTile::accessibleInfo() const {
 void OptionTile::paint(QPainter& painter) {
     const QRectF area = focusArea();
     QPainterPath outline;
-    outline.addRoundedRect(area, kRadius, kRadius);
+    outline.addRoundedRect(area, cornerRadius, cornerRadius);
     painter.save();
     painter.setClipPath(outline);
     picture_(painter, area);
     painter.restore();
     if (isChosen_) {
-        paintOutline(painter, area, kRadius, KestroTheme::accentCool(), 1);
+        paintOutline(painter, area, cornerRadius, KestroTheme::accentCool(), 1);
     } else {
         const double rest = KestroTheme::hairline().alphaF();
         const double raised = KestroTheme::hairlineStrong().alphaF();
-        kestroHairlineBorder(painter, area, kRadius, Ink::white(opacity({rest, raised, raised})).color());
+        kestroHairlineBorder(painter, area, cornerRadius, Ink::white(opacity({rest, raised, raised})).color());
     }
     paintLabel(painter);
 }
@@ -74,13 +74,13 @@ void OptionTile::paintLabel(QPainter& painter) const {
         style.weight = text_styles::w600;
         style.ink = KestroTheme::textPrimary;
     }
-    const double room = width() - kMark - kMarkGap;
+    const double room = width() - markSize - markGap;
     const double text = std::min(std::ceil(textWidth(label_, style)), room);
-    const double left = (width() - kMark - kMarkGap - text) / 2;
+    const double left = (width() - markSize - markGap - text) / 2;
     const double top = pictureHeight_;
-    const QRectF mark(left, top + (kLabelHeight - kMark) / 2.0, kMark, kMark);
+    const QRectF mark(left, top + (labelHeight - markSize) / 2.0, markSize, markSize);
     paintRadioMark(painter, mark, {isChosen_ ? 1.0 : 0.0, hovering(), pressing()});
-    drawText(painter, QRectF(mark.right() + kMarkGap, top, text, kLabelHeight), label_, style);
+    drawText(painter, QRectF(mark.right() + markGap, top, text, labelHeight), label_, style);
 }
 
 }  // namespace kestro

@@ -9,7 +9,7 @@ class OptionTile : public Control {
     Q_OBJECT
 
 public:
-    static constexpr int kLabelHeight = 26;
+    static constexpr int labelHeight = 26;
 
     /// Paints the picture into the given area, clipped to the tile's rounded outline.
     using Picture = std::function<void(QPainter&, const QRectF&)>;

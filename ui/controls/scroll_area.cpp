@@ -19,17 +19,17 @@ namespace kestro {
 
 namespace {
 
-constexpr double kTopFade = 14;
-constexpr double kBottomFade = 18;
-constexpr double kThumbWidth = 5;
-constexpr double kThumbMargin = 4;
-constexpr double kShortestThumb = 32;
-constexpr int kThumbHitWidth = 14;
-constexpr double kRestOpacity = 0.16;
-constexpr double kHoverOpacity = 0.28;
+constexpr double topFade = 14;
+constexpr double bottomFade = 18;
+constexpr double thumbWidth = 5;
+constexpr double thumbMargin = 4;
+constexpr double shortestThumb = 32;
+constexpr int thumbHitWidth = 14;
+constexpr double restOpacity = 0.16;
+constexpr double hoverOpacity = 0.28;
 
 /// Keeps the focused control and its ring clear of the fades.
-constexpr int kFocusMargin = 24;
+constexpr int focusMargin = 24;
 
 }  // namespace
 
@@ -85,8 +85,8 @@ protected:
         const QRectF thumb = scrollThumb(width(), height(), bar_.value(), bar_.maximum());
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        const double opacity = underMouse() ? kHoverOpacity : kRestOpacity;
-        paintRounded(painter, thumb, kThumbWidth / 2, Ink::white(opacity).color());
+        const double opacity = underMouse() ? hoverOpacity : restOpacity;
+        paintRounded(painter, thumb, thumbWidth / 2, Ink::white(opacity).color());
     }
 
     void mousePressEvent(QMouseEvent* event) override {
@@ -110,7 +110,7 @@ private:
 };
 
 EdgeFades edgeFades(int position, int maximum) {
-    return {position > 0 ? kTopFade : 0, position < maximum ? kBottomFade : 0};
+    return {position > 0 ? topFade : 0, position < maximum ? bottomFade : 0};
 }
 
 QRectF scrollThumb(double width, double viewHeight, int position, int maximum) {
@@ -118,9 +118,9 @@ QRectF scrollThumb(double width, double viewHeight, int position, int maximum) {
         return {};
     }
     const double length =
-        std::min(viewHeight, std::max(kShortestThumb, viewHeight * viewHeight / (viewHeight + maximum)));
+        std::min(viewHeight, std::max(shortestThumb, viewHeight * viewHeight / (viewHeight + maximum)));
     const double top = (viewHeight - length) * std::clamp(position, 0, maximum) / maximum;
-    return {width - kThumbMargin - kThumbWidth, top, kThumbWidth, length};
+    return {width - thumbMargin - thumbWidth, top, thumbWidth, length};
 }
 
 ScrollArea::ScrollArea(QWidget* content, QWidget* parent) : QScrollArea(parent) {
@@ -152,7 +152,7 @@ void ScrollArea::setContentOpacity(double opacity) {
 
 void ScrollArea::resizeEvent(QResizeEvent* event) {
     QScrollArea::resizeEvent(event);
-    thumb_->setGeometry(width() - kThumbHitWidth, 0, kThumbHitWidth, height());
+    thumb_->setGeometry(width() - thumbHitWidth, 0, thumbHitWidth, height());
     follow();
 }
 
@@ -161,7 +161,7 @@ void ScrollArea::reveal(const QWidget* before, QWidget* focused) {
     auto* control = qobject_cast<Control*>(focused);
     const bool isFromKeyboard = before != nullptr && control != nullptr && control->showsFocus();
     if (isFromKeyboard && isVisible() && widget()->isAncestorOf(control)) {
-        ensureWidgetVisible(control, 0, kFocusMargin);
+        ensureWidgetVisible(control, 0, focusMargin);
     }
 }
 

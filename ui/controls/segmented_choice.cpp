@@ -15,15 +15,15 @@ namespace kestro {
 
 namespace {
 
-constexpr double kPadding = 2;
-constexpr double kGap = 2;
-constexpr double kFrameRadius = 6;
-constexpr double kSegmentRadius = 4;
-constexpr double kTextPadding = 12;
-constexpr double kDetailGap = 8;
-constexpr double kFrameOpacity = 0.04;
-constexpr double kMarkOpacity = 0.11;
-constexpr double kHoveredTextFrom = 0.5;
+constexpr double padding = 2;
+constexpr double segmentGap = 2;
+constexpr double frameRadius = 6;
+constexpr double segmentRadius = 4;
+constexpr double textPadding = 12;
+constexpr double detailGap = 8;
+constexpr double frameOpacity = 0.04;
+constexpr double markOpacity = 0.11;
+constexpr double hoveredTextFrom = 0.5;
 
 const TextStyle& styleOf(bool isChosen) {
     static const TextStyle chosen = [] {
@@ -37,7 +37,7 @@ const TextStyle& styleOf(bool isChosen) {
 
 double widthOf(const Segment& segment) {
     const double detail =
-        segment.detail.isEmpty() ? 0 : kDetailGap + textWidth(segment.detail, text_styles::segment);
+        segment.detail.isEmpty() ? 0 : detailGap + textWidth(segment.detail, text_styles::segment);
     return textWidth(segment.text, styleOf(true)) + detail;
 }
 
@@ -45,9 +45,9 @@ double widthOf(const Segment& segment) {
 
 std::vector<QRectF> segmentAreas(const QSizeF& size, int count) {
     std::vector<QRectF> areas;
-    const double width = (size.width() - 2 * kPadding - kGap * (count - 1)) / std::max(1, count);
+    const double width = (size.width() - 2 * padding - segmentGap * (count - 1)) / std::max(1, count);
     for (int i = 0; i < count; ++i) {
-        areas.emplace_back(kPadding + i * (width + kGap), kPadding, width, size.height() - 2 * kPadding);
+        areas.emplace_back(padding + i * (width + segmentGap), padding, width, size.height() - 2 * padding);
     }
     return areas;
 }
@@ -87,7 +87,7 @@ QSize SegmentedChoice::sizeHint() const {
         widest = std::max(widest, widthOf(segment));
     }
     const auto count = static_cast<double>(segments_.size());
-    const double width = count * (widest + 2 * kTextPadding) + kGap * (count - 1) + 2 * kPadding;
+    const double width = count * (widest + 2 * textPadding) + segmentGap * (count - 1) + 2 * padding;
     return {static_cast<int>(std::ceil(width)), height_};
 }
 
@@ -120,14 +120,14 @@ std::vector<AccessibleInfo> SegmentedChoice::accessibleParts() const {
 
 void SegmentedChoice::paint(QPainter& painter) {
     const QRectF frame = rect();
-    paintRounded(painter, frame, kFrameRadius, Ink::white(kFrameOpacity).color());
-    kestroHairlineBorder(painter, frame, kFrameRadius, KestroTheme::hairline());
+    paintRounded(painter, frame, frameRadius, Ink::white(frameOpacity).color());
+    kestroHairlineBorder(painter, frame, frameRadius, KestroTheme::hairline());
     const auto areas = this->areas();
     if (chosen() >= 0) {
         const QRectF& first = areas.front();
-        const QRectF mark = first.translated(mark_.value() * (first.width() + kGap), 0);
-        paintRounded(painter, mark, kSegmentRadius, Ink::white(kMarkOpacity).color());
-        kestroHairlineBorder(painter, mark, kSegmentRadius, KestroTheme::hairlineStrong());
+        const QRectF mark = first.translated(mark_.value() * (first.width() + segmentGap), 0);
+        paintRounded(painter, mark, segmentRadius, Ink::white(markOpacity).color());
+        kestroHairlineBorder(painter, mark, segmentRadius, KestroTheme::hairlineStrong());
     }
     for (int i = 0; i < static_cast<int>(areas.size()); ++i) {
         paintSegment(painter, i, areas[static_cast<size_t>(i)]);
@@ -140,11 +140,11 @@ void SegmentedChoice::paintSegment(QPainter& painter, int index, const QRectF& a
     if (isHovered) {
         const double fill =
             pressed() == index ? StateOpacity{0, 0.05, 0.03}.at(hovering(), pressing()) : 0.05 * hovering();
-        paintRounded(painter, area, kSegmentRadius, Ink::white(fill).color());
+        paintRounded(painter, area, segmentRadius, Ink::white(fill).color());
     }
     const Segment& segment = segments_[static_cast<size_t>(index)];
     TextStyle style = styleOf(isChosen);
-    if (isHovered && hovering() > kHoveredTextFrom) {
+    if (isHovered && hovering() > hoveredTextFrom) {
         style.ink = KestroTheme::textPrimary;
     }
     const QRectF room = area.adjusted(4, 0, -4, 0);
@@ -155,11 +155,11 @@ void SegmentedChoice::paintSegment(QPainter& painter, int index, const QRectF& a
     TextStyle detail = text_styles::segment;
     detail.ink = style.ink;
     const double detailWidth = textWidth(segment.detail, detail);
-    const double textRoom = std::max(0.0, room.width() - kDetailGap - detailWidth);
+    const double textRoom = std::max(0.0, room.width() - detailGap - detailWidth);
     const double text = std::min(textWidth(segment.text, style), textRoom);
-    const double left = room.left() + (room.width() - text - kDetailGap - detailWidth) / 2;
+    const double left = room.left() + (room.width() - text - detailGap - detailWidth) / 2;
     drawText(painter, {left, room.top(), text + 1, room.height()}, segment.text, style);
-    drawText(painter, {left + text + kDetailGap, room.top(), detailWidth + 1, room.height()}, segment.detail,
+    drawText(painter, {left + text + detailGap, room.top(), detailWidth + 1, room.height()}, segment.detail,
              detail, Qt::AlignLeft, TextFit::value);
 }
 

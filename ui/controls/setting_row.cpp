@@ -13,11 +13,11 @@ namespace kestro {
 
 namespace {
 
-constexpr double kInset = 12;
-constexpr double kGap = 12;
+constexpr double rowInset = 12;
+constexpr double controlGap = 12;
 
 /// Between a mark and a symbol side by side.
-constexpr double kNarrowGap = 10;
+constexpr double narrowGap = 10;
 
 bool leads(RowMark mark) {
     return mark == RowMark::check || mark == RowMark::radio;
@@ -30,15 +30,15 @@ bool choosesItself(RowMark mark) {
 QSizeF markSize(RowMark mark) {
     switch (mark) {
         case RowMark::check:
-            return {kCheckSize, kCheckSize};
+            return {checkSize, checkSize};
         case RowMark::radio:
-            return {kRadioSize, kRadioSize};
+            return {radioSize, radioSize};
         case RowMark::toggle:
-            return {kSwitchWidth, kSwitchHeight};
+            return {switchWidth, switchHeight};
         case RowMark::chosen:
             break;
     }
-    return {kChosenMarkSize, kChosenMarkSize};
+    return {chosenMarkSize, chosenMarkSize};
 }
 
 }  // namespace
@@ -50,19 +50,19 @@ SettingRowGeometry settingRowGeometry(const QSizeF& size, const SettingRowParts&
     };
     const QSizeF mark = markSize(parts.mark);
     const bool hasBoth = leads(parts.mark) && parts.symbol > 0;
-    double left = kInset;
-    double right = size.width() - kInset;
+    double left = rowInset;
+    double right = size.width() - rowInset;
     if (leads(parts.mark)) {
         geometry.mark = centred(left, mark);
-        left += mark.width() + (hasBoth ? kNarrowGap : kGap);
+        left += mark.width() + (hasBoth ? narrowGap : controlGap);
     } else {
         right -= mark.width();
         geometry.mark = centred(right, mark);
-        right -= kGap;
+        right -= controlGap;
     }
     if (parts.symbol > 0) {
         geometry.symbol = centred(left, {parts.symbol, parts.symbol});
-        left += parts.symbol + (hasBoth ? kNarrowGap : kGap);
+        left += parts.symbol + (hasBoth ? narrowGap : controlGap);
     }
     const double width = std::max(0.0, right - parts.trailingRoom - left);
     const double textHeight = parts.titleHeight + parts.descriptionHeight;

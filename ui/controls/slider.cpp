@@ -15,15 +15,15 @@ namespace kestro {
 
 namespace {
 
-constexpr double kKnob = 14;
-constexpr double kTrack = 3;
-constexpr double kHoverGrowth = 0.14;
-constexpr double kPressedShade = 0.14;
-constexpr int kPageSteps = 5;
-constexpr double kTrackOpacity = 0.10;
+constexpr double knobDiameter = 14;
+constexpr double trackHeight = 3;
+constexpr double hoverGrowth = 0.14;
+constexpr double pressedShade = 0.14;
+constexpr int pageSteps = 5;
+constexpr double trackOpacity = 0.10;
 
 /// The knob grows when hovered; it must stay inside the slider.
-constexpr double kKnobRoom = kKnob / 2;
+constexpr double knobRoom = knobDiameter / 2;
 
 }  // namespace
 
@@ -58,12 +58,12 @@ double SliderRange::fraction(double value) const {
 }
 
 double sliderKnobX(const SliderRange& range, double value, double width) {
-    return kKnobRoom + range.fraction(value) * std::max(0.0, width - 2 * kKnobRoom);
+    return knobRoom + range.fraction(value) * std::max(0.0, width - 2 * knobRoom);
 }
 
 double sliderValueAt(const SliderRange& range, double x, double width) {
-    const double travel = std::max(1.0, width - 2 * kKnobRoom);
-    return range.nearest(range.minimum + (x - kKnobRoom) / travel * (range.maximum - range.minimum));
+    const double travel = std::max(1.0, width - 2 * knobRoom);
+    return range.nearest(range.minimum + (x - knobRoom) / travel * (range.maximum - range.minimum));
 }
 
 Slider::Slider(const SliderRange& range, QWidget* parent)
@@ -91,11 +91,11 @@ void Slider::setRange(const SliderRange& range) {
 }
 
 QSize Slider::sizeHint() const {
-    return {120, kHeight};
+    return {120, fixedHeight};
 }
 
 QSize Slider::minimumSizeHint() const {
-    return {40, kHeight};
+    return {40, fixedHeight};
 }
 
 QRectF Slider::focusArea() const {
@@ -103,7 +103,7 @@ QRectF Slider::focusArea() const {
 }
 
 double Slider::focusRadius() const {
-    return kKnob / 2;
+    return knobDiameter / 2;
 }
 
 AccessibleInfo Slider::accessibleInfo() const {
@@ -118,13 +118,13 @@ AccessibleInfo Slider::accessibleInfo() const {
 
 void Slider::paint(QPainter& painter) {
     const double middle = height() / 2.0;
-    const QRectF track(0, middle - kTrack / 2, width(), kTrack);
+    const QRectF track(0, middle - trackHeight / 2, width(), trackHeight);
     const QRectF handle = knob();
     const double filled = handle.center().x() / std::max(1, width());
-    paintBar(painter, track, filled, Ink::white(kTrackOpacity).color(), KestroTheme::accentCool());
-    const double growth = kKnob * kHoverGrowth * hovering() * (1 - pressing()) / 2;
+    paintBar(painter, track, filled, Ink::white(trackOpacity).color(), KestroTheme::accentCool());
+    const double growth = knobDiameter * hoverGrowth * hovering() * (1 - pressing()) / 2;
     painter.setPen(Qt::NoPen);
-    painter.setBrush(mixed(QColor::fromRgbF(0.95F, 0.96F, 0.97F), Qt::black, kPressedShade * pressing()));
+    painter.setBrush(mixed(QColor::fromRgbF(0.95F, 0.96F, 0.97F), Qt::black, pressedShade * pressing()));
     painter.drawEllipse(handle.adjusted(-growth, -growth, growth, growth));
 }
 
@@ -152,10 +152,10 @@ void Slider::keyPressEvent(QKeyEvent* event) {
             choose(range_.stepped(value_, 1));
             break;
         case Qt::Key_PageDown:
-            choose(range_.stepped(value_, -kPageSteps));
+            choose(range_.stepped(value_, -pageSteps));
             break;
         case Qt::Key_PageUp:
-            choose(range_.stepped(value_, kPageSteps));
+            choose(range_.stepped(value_, pageSteps));
             break;
         case Qt::Key_Home:
             choose(range_.minimum);
@@ -182,7 +182,8 @@ void Slider::choose(double value) {
 }
 
 QRectF Slider::knob() const {
-    return {sliderKnobX(range_, value_, width()) - kKnob / 2, (height() - kKnob) / 2, kKnob, kKnob};
+    return {sliderKnobX(range_, value_, width()) - knobDiameter / 2, (height() - knobDiameter) / 2, knobDiameter,
+            knobDiameter};
 }
 
 }  // namespace kestro

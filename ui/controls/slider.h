@@ -37,7 +37,7 @@ class Slider : public Control {
     Q_OBJECT
 
 public:
-    static constexpr int kHeight = 22;
+    static constexpr int fixedHeight = 22;
 
     explicit Slider(const SliderRange& range, QWidget* parent = nullptr);
 

@@ -8,11 +8,11 @@ namespace kestro {
 
 namespace {
 
-constexpr double kDisc = 26;
-constexpr double kRing = 36;
-constexpr double kRingWidth = 1.5;
-constexpr double kHoverRing = 0.3;
-constexpr double kLabelTop = 44;
+constexpr double disc = 26;
+constexpr double ringDiameter = 36;
+constexpr double ringWidth = 1.5;
+constexpr double hoverRing = 0.3;
+constexpr double labelTop = 44;
 
 }  // namespace
 
@@ -30,15 +30,15 @@ void Swatch::setChosen(bool isChosen) {
 }
 
 QSize Swatch::sizeHint() const {
-    return {120, kHeight};
+    return {120, fixedHeight};
 }
 
 QRectF Swatch::focusArea() const {
-    return {(width() - kRing) / 2, 0, kRing, kRing};
+    return {(width() - ringDiameter) / 2, 0, ringDiameter, ringDiameter};
 }
 
 double Swatch::focusRadius() const {
-    return kRing / 2;
+    return ringDiameter / 2;
 }
 
 AccessibleInfo Swatch::accessibleInfo() const {
@@ -53,11 +53,11 @@ void Swatch::paint(QPainter& painter) {
     const QPointF centre = focusArea().center();
     painter.setPen(Qt::NoPen);
     painter.setBrush(color_);
-    painter.drawEllipse(centre, kDisc / 2, kDisc / 2);
-    const double ring = isChosen_ ? 1 : kHoverRing * hovering();
+    painter.drawEllipse(centre, disc / 2, disc / 2);
+    const double ring = isChosen_ ? 1 : hoverRing * hovering();
     if (ring > 0) {
-        const double radius = (kRing - kRingWidth) / 2;
-        painter.setPen(QPen(Ink(KestroTheme::textPrimary).faded(ring).color(), kRingWidth));
+        const double radius = (ringDiameter - ringWidth) / 2;
+        painter.setPen(QPen(Ink(KestroTheme::textPrimary).faded(ring).color(), ringWidth));
         painter.setBrush(Qt::NoBrush);
         painter.drawEllipse(centre, radius, radius);
     }
@@ -66,7 +66,7 @@ void Swatch::paint(QPainter& painter) {
         style.weight = text_styles::w600;
         style.ink = KestroTheme::textPrimary;
     }
-    drawText(painter, QRectF(0, kLabelTop, width(), style.lineHeight), label_, style, Qt::AlignHCenter);
+    drawText(painter, QRectF(0, labelTop, width(), style.lineHeight), label_, style, Qt::AlignHCenter);
 }
 
 }  // namespace kestro

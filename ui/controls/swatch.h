@@ -9,7 +9,7 @@ class Swatch : public Control {
     Q_OBJECT
 
 public:
-    static constexpr int kHeight = 58;
+    static constexpr int fixedHeight = 58;
 
     Swatch(const QString& label, const QColor& color, QWidget* parent = nullptr);
 

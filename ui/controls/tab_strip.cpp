@@ -13,21 +13,21 @@ namespace kestro {
 
 namespace {
 
-constexpr double kGap = 4;
-constexpr double kRadius = 6;
-constexpr double kSymbol = 15;
-constexpr double kSymbolTop = 7;
-constexpr double kLabelTop = 25;
-constexpr double kChosenOpacity = 0.06;
-constexpr double kHoverOpacity = 0.04;
+constexpr double tabGap = 4;
+constexpr double cornerRadius = 6;
+constexpr double symbolSize = 15;
+constexpr double symbolTop = 7;
+constexpr double labelTop = 25;
+constexpr double chosenOpacity = 0.06;
+constexpr double hoverOpacity = 0.04;
 
 }  // namespace
 
 std::vector<QRectF> tabAreas(const QSizeF& size, int count) {
     std::vector<QRectF> areas;
-    const double width = (size.width() - kGap * (count - 1)) / std::max(1, count);
+    const double width = (size.width() - tabGap * (count - 1)) / std::max(1, count);
     for (int i = 0; i < count; ++i) {
-        areas.emplace_back(i * (width + kGap), 0, width, size.height());
+        areas.emplace_back(i * (width + tabGap), 0, width, size.height());
     }
     return areas;
 }
@@ -43,7 +43,7 @@ void TabStrip::setChosen(int index) {
 }
 
 QSize TabStrip::sizeHint() const {
-    return {100 * static_cast<int>(tabs_.size()), kHeight};
+    return {100 * static_cast<int>(tabs_.size()), fixedHeight};
 }
 
 QRectF TabStrip::focusArea() const {
@@ -87,17 +87,17 @@ void TabStrip::paintTab(QPainter& painter, int index, const QRectF& area) const 
     TextStyle style = text_styles::tabLabel;
     QColor symbol = KestroTheme::textSecondary();
     if (isChosen) {
-        paintRounded(painter, area, kRadius, Ink::white(kChosenOpacity).color());
-        kestroHairlineBorder(painter, area, kRadius);
+        paintRounded(painter, area, cornerRadius, Ink::white(chosenOpacity).color());
+        kestroHairlineBorder(painter, area, cornerRadius);
         style.weight = text_styles::w600;
         style.ink = KestroTheme::textPrimary;
         symbol = KestroTheme::accentCool();
     } else if (isHovered) {
-        paintRounded(painter, area, kRadius, Ink::white(kHoverOpacity * hovering()).color());
+        paintRounded(painter, area, cornerRadius, Ink::white(hoverOpacity * hovering()).color());
     }
-    const QRectF box(area.center().x() - kSymbol / 2, kSymbolTop, kSymbol, kSymbol);
+    const QRectF box(area.center().x() - symbolSize / 2, symbolTop, symbolSize, symbolSize);
     SymbolPainter::paint(painter, tab.symbol, box, symbol);
-    drawText(painter, QRectF(area.left() + 2, kLabelTop, area.width() - 4, style.lineHeight), tab.label, style,
+    drawText(painter, QRectF(area.left() + 2, labelTop, area.width() - 4, style.lineHeight), tab.label, style,
              Qt::AlignHCenter);
 }
 

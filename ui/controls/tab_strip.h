@@ -18,7 +18,7 @@ class TabStrip : public ChoiceBar {
     Q_OBJECT
 
 public:
-    static constexpr int kHeight = 44;
+    static constexpr int fixedHeight = 44;
 
     explicit TabStrip(std::vector<Tab> tabs, QWidget* parent = nullptr);
 

@@ -25,15 +25,15 @@ void ToggleSwitch::setOn(bool isOn) {
 }
 
 QSize ToggleSwitch::sizeHint() const {
-    return {static_cast<int>(kSwitchWidth), 22};
+    return {static_cast<int>(switchWidth), 22};
 }
 
 QRectF ToggleSwitch::focusArea() const {
-    return {0, (height() - kSwitchHeight) / 2, kSwitchWidth, kSwitchHeight};
+    return {0, (height() - switchHeight) / 2, switchWidth, switchHeight};
 }
 
 double ToggleSwitch::focusRadius() const {
-    return kSwitchHeight / 2;
+    return switchHeight / 2;
 }
 
 AccessibleInfo ToggleSwitch::accessibleInfo() const {

@@ -14,14 +14,14 @@ namespace kestro {
 
 namespace {
 
-constexpr double kHeadLine = 11;
-constexpr int kHeadHit = 22;
-constexpr double kHeadPadding = 4;
-constexpr double kFootLine = 13;
-constexpr int kMostProcesses = 64;
+constexpr double headLine = 11;
+constexpr int headHit = 22;
+constexpr double headPadding = 4;
+constexpr double footLine = 13;
+constexpr int mostProcesses = 64;
 
-const TextStyle kHead{9, kHeadLine, QFont::Medium, 0, KestroTheme::textSecondary};
-const TextStyle kFoot{9, kFootLine, QFont::Medium, 0, KestroTheme::textSecondary};
+const TextStyle headStyle{9, headLine, QFont::Medium, 0, KestroTheme::textSecondary};
+const TextStyle footStyle{9, footLine, QFont::Medium, 0, KestroTheme::textSecondary};
 
 }  // namespace
 
@@ -36,12 +36,12 @@ ActivitySection::ActivitySection(const KestroServices& services, QWidget* parent
       nameHead_(new TextLabel(QStringLiteral("Process"), this)),
       cpuHead_(makeHead(QStringLiteral("CPU"), QStringLiteral("Sort by CPU Load"))),
       memoryHead_(makeHead(QStringLiteral("Memory"), QStringLiteral("Sort by Memory Footprint"))) {
-    nameHead_->setStyle(kHead);
+    nameHead_->setStyle(headStyle);
     for (TextLabel*& line : foot_) {
         line = new TextLabel(QString(), this);
-        line->setStyle(kFoot);
+        line->setStyle(footStyle);
     }
-    TextStyle model = kFoot;
+    TextStyle model = footStyle;
     model.weight = QFont::DemiBold;
     model.ink = KestroTheme::textPrimary;
     foot_[0]->setStyle(model);
@@ -58,8 +58,8 @@ Button* ActivitySection::makeHead(const QString& text, const QString& help) {
     head->setText(text);
     head->setHelp(help);
     head->setAccessibleName(help);
-    head->setPadding(kHeadPadding);
-    head->setTextStyle(kHead);
+    head->setPadding(headPadding);
+    head->setTextStyle(headStyle);
     return head;
 }
 
@@ -118,7 +118,7 @@ void ActivitySection::arrange(const SectionGrid& grid) {
     }
     for (size_t i = 0; i < foot_.size(); ++i) {
         foot_[i]->setVisible(layout.hasFoot);
-        place(*foot_[i], QRectF(0, layout.footTop + kFootLine * static_cast<double>(i), grid.width, kFootLine));
+        place(*foot_[i], QRectF(0, layout.footTop + footLine * static_cast<double>(i), grid.width, footLine));
     }
     if (isVisible()) {
         showProcesses();
@@ -128,22 +128,22 @@ void ActivitySection::arrange(const SectionGrid& grid) {
 
 void ActivitySection::arrangeHeads(const SectionGrid& grid, const ProcessListLayout& layout) {
     double right = grid.width;
-    const double middle = layout.headTop + kHeadLine / 2;
+    const double middle = layout.headTop + headLine / 2;
     const auto placeHead = [&](Button& head, double width, bool isSorting) {
-        TextStyle style = kHead;
+        TextStyle style = headStyle;
         style.weight = isSorting ? QFont::DemiBold : QFont::Medium;
         style.ink = isSorting ? KestroTheme::textPrimary : KestroTheme::textSecondary;
         head.setTextStyle(style);
         head.setAccessibleDescription(isSorting ? QStringLiteral("The list is sorted by this") : QString());
         head.setVisible(width > 0);
-        const double hit = std::ceil(textWidth(head.text(), style)) + 2 * kHeadPadding;
+        const double hit = std::ceil(textWidth(head.text(), style)) + 2 * headPadding;
         // The text is aligned with its column, so the click area's padding extends beyond it.
-        place(head, QRectF(right + kHeadPadding - hit, middle - kHeadHit / 2.0, hit, kHeadHit));
+        place(head, QRectF(right + headPadding - hit, middle - headHit / 2.0, hit, headHit));
         right -= width;
     };
     placeHead(*memoryHead_, layout.memoryWidth, sortsByMemory());
     placeHead(*cpuHead_, layout.cpuWidth, !sortsByMemory());
-    place(*nameHead_, QRectF(0, layout.headTop, std::max(0.0, right), kHeadLine));
+    place(*nameHead_, QRectF(0, layout.headTop, std::max(0.0, right), headLine));
 }
 
 void ActivitySection::paintRules(QPainter& painter, const SectionGrid& grid) const {
@@ -159,7 +159,7 @@ bool ActivitySection::sortsByMemory() const {
 
 int ActivitySection::limit() const {
     const std::int64_t wanted = services_.settings.processCountLimit.get();
-    return static_cast<int>(std::clamp<std::int64_t>(wanted, 1, kMostProcesses));
+    return static_cast<int>(std::clamp<std::int64_t>(wanted, 1, mostProcesses));
 }
 
 ProcessListLayout ActivitySection::listLayout(const SectionGrid& grid) const {

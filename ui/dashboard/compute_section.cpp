@@ -9,17 +9,17 @@ namespace kestro {
 
 namespace {
 
-constexpr double kFigureHeight = 30;
-constexpr double kHistoryTop = 68;
-constexpr double kShareLabelTop = 1;
-constexpr double kShareValueTop = 14;
-constexpr double kShareLabelLine = 13;
-constexpr double kShareValueLine = 14;
-constexpr double kMatrixGap = 6;
-constexpr double kDenseMatrixGap = 2;
+constexpr double figureHeight = 30;
+constexpr double historyTop = 68;
+constexpr double shareLabelTop = 1;
+constexpr double shareValueTop = 14;
+constexpr double shareLabelLine = 13;
+constexpr double shareValueLine = 14;
+constexpr double matrixGap = 6;
+constexpr double denseMatrixGap = 2;
 
-const TextStyle kShareLabel{9, kShareLabelLine, QFont::Medium, 0, KestroTheme::textSecondary};
-const TextStyle kShareValue{10, kShareValueLine, QFont::DemiBold, 0, KestroTheme::textPrimary};
+const TextStyle shareLabel{9, shareLabelLine, QFont::Medium, 0, KestroTheme::textSecondary};
+const TextStyle shareValue{10, shareValueLine, QFont::DemiBold, 0, KestroTheme::textPrimary};
 
 double figureSize(SectionTier tier) {
     switch (tier) {
@@ -88,10 +88,10 @@ ComputeSection::ComputeSection(const KestroServices& services, QWidget* parent)
       matrix_(new CoreMatrixView(false, this)) {
     for (Share& share : shares_) {
         share.label = new TextLabel(share.name, this);
-        share.label->setStyle(kShareLabel);
+        share.label->setStyle(shareLabel);
         share.label->setDecoration(true);
         share.value = new TextLabel(QString(), this);
-        share.value->setStyle(kShareValue);
+        share.value->setStyle(shareValue);
         share.value->setFit(TextFit::value);
         for (TextLabel* text : {share.label, share.value}) {
             text->setTextAlignment(Qt::AlignRight);
@@ -136,11 +136,12 @@ void ComputeSection::arrange(const SectionGrid& grid) {
     const auto rows = clusterRows(engine_.cpu.get(), isCompact(grid.tier));
     total_->setSize(figureSize(grid.tier));
     const double shares = shareWidth(grid.tier) * (grid.tier == SectionTier::tight ? 2 : 3);
-    place(*total_, QRectF(0, SectionGrid::heroTop, grid.width - shares, kFigureHeight));
+    place(*total_, QRectF(0, SectionGrid::heroTop, grid.width - shares, figureHeight));
     arrangeShares(grid);
-    constexpr int bleed = SparklineView::kBleed;
-    place(*history_, QRectF(0, kHistoryTop, grid.width, grid.heroBottom() - kHistoryTop)
-                         .adjusted(-bleed, -bleed, bleed, bleed));
+    constexpr int bleed = SparklineView::lineBleed;
+    place(
+        *history_,
+        QRectF(0, historyTop, grid.width, grid.heroBottom() - historyTop).adjusted(-bleed, -bleed, bleed, bleed));
     double top = grid.rowsTop;
     for (size_t i = 0; i < clusters_.size(); ++i) {
         const bool isShown = i < rows.size();
@@ -150,7 +151,7 @@ void ComputeSection::arrange(const SectionGrid& grid) {
             top = placeRow(*clusters_[i], top, grid);
         }
     }
-    top += grid.isDense ? kDenseMatrixGap : kMatrixGap;
+    top += grid.isDense ? denseMatrixGap : matrixGap;
     matrix_->setCompact(isCompact(grid.tier));
     place(*matrix_, QRectF(0, top, grid.width, std::max(0.0, grid.height - top)));
 }
@@ -165,8 +166,8 @@ void ComputeSection::arrangeShares(const SectionGrid& grid) {
         share.value->setVisible(i < shown);
         share.label->setText(isCompact(grid.tier) ? share.compactName : share.name);
         const double left = grid.width - width * static_cast<double>(shown - i);
-        place(*share.label, QRectF(left, SectionGrid::heroTop + kShareLabelTop, width, kShareLabelLine));
-        place(*share.value, QRectF(left, SectionGrid::heroTop + kShareValueTop, width, kShareValueLine));
+        place(*share.label, QRectF(left, SectionGrid::heroTop + shareLabelTop, width, shareLabelLine));
+        place(*share.value, QRectF(left, SectionGrid::heroTop + shareValueTop, width, shareValueLine));
     }
 }
 

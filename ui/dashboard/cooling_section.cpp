@@ -13,23 +13,23 @@ namespace kestro {
 
 namespace {
 
-constexpr double kGaugeMinimumTemp = 20;
-constexpr double kGaugeMaximumTemp = 105;
-constexpr double kFanRowHeight = 28;
-constexpr double kLowestFanRow = 20;
-constexpr int kFansInOneColumn = 4;
-constexpr double kColumnGap = 12;
-constexpr double kFootTop = 16;
-constexpr double kFootLine = 14;
-constexpr double kFootSymbol = 9;
-constexpr double kFootGap = 5;
-constexpr double kFootTextGap = 8;
+constexpr double gaugeMinimumTemp = 20;
+constexpr double gaugeMaximumTemp = 105;
+constexpr double fanRowHeight = 28;
+constexpr double lowestFanRow = 20;
+constexpr int fansInOneColumn = 4;
+constexpr double columnGap = 12;
+constexpr double footTop = 16;
+constexpr double footLine = 14;
+constexpr double footSymbol = 9;
+constexpr double footGap = 5;
+constexpr double footTextGap = 8;
 
-const TextStyle kProfile{9, kFootLine, QFont::DemiBold, 0, KestroTheme::textPrimary};
-const TextStyle kNodes{9, kFootLine, QFont::Medium, 0, KestroTheme::textSecondary};
+const TextStyle profileStyle{9, footLine, QFont::DemiBold, 0, KestroTheme::textPrimary};
+const TextStyle nodes{9, footLine, QFont::Medium, 0, KestroTheme::textSecondary};
 
 /// The prefix of numbered fan names; narrow rows show only the rest.
-const QString kFanPrefix = QStringLiteral("Fan ");
+const QString fanPrefix = QStringLiteral("Fan ");
 
 QString fanCaption(const FanTelemetry& fan, std::optional<double> target, SectionTier tier) {
     const QString unit = isCompact(tier) ? QString() : QStringLiteral(" RPM");
@@ -45,14 +45,13 @@ GaugeContent fanGauge(const FanTelemetry& fan, std::optional<double> target, Sec
 }
 
 GaugeContent temperatureGauge(const char* title, const char* subtitle, double celsius, const Ink& ink) {
-    return {Words(title),      Words(subtitle),      celsius, kGaugeMinimumTemp,
-            kGaugeMaximumTemp, QStringLiteral("°C"), ink};
+    return {Words(title), Words(subtitle), celsius, gaugeMinimumTemp, gaugeMaximumTemp, QStringLiteral("°C"), ink};
 }
 
 RuledIndexContent fanRow(const FanTelemetry& fan, const QString& speed) {
     RuledIndexContent content;
     content.label = Words(fan.name);
-    content.compactLabel = content.label.startsWith(kFanPrefix) ? content.label.mid(kFanPrefix.size()) : QString();
+    content.compactLabel = content.label.startsWith(fanPrefix) ? content.label.mid(fanPrefix.size()) : QString();
     content.value = speed;
     content.progressFraction = fan.maxRPM > 0 ? std::clamp(fan.currentRPM / fan.maxRPM, 0.0, 1.0) : 0;
     return content;
@@ -83,16 +82,16 @@ std::vector<GaugeContent> coolingGauges(const std::vector<FanTelemetry>& fans, c
 
 std::vector<QRectF> fanRowAreas(int fans, double width, double height) {
     std::vector<QRectF> areas;
-    const int columns = fans > kFansInOneColumn ? 2 : 1;
+    const int columns = fans > fansInOneColumn ? 2 : 1;
     const int wantedRows = (fans + columns - 1) / columns;
-    const int fittingRows = std::max(1, static_cast<int>(height / kLowestFanRow));
+    const int fittingRows = std::max(1, static_cast<int>(height / lowestFanRow));
     const int rows = std::min(wantedRows, fittingRows);
-    const double rowHeight = std::floor(std::min(kFanRowHeight, height / rows));
-    const double columnWidth = (width - kColumnGap * (columns - 1)) / columns;
+    const double rowHeight = std::floor(std::min(fanRowHeight, height / rows));
+    const double columnWidth = (width - columnGap * (columns - 1)) / columns;
     const double top = std::floor((height - rowHeight * rows) / 2);
     for (int i = 0; i < std::min(fans, rows * columns); ++i) {
         const int row = i / columns;
-        areas.emplace_back((i % columns) * (columnWidth + kColumnGap), top + row * rowHeight, columnWidth,
+        areas.emplace_back((i % columns) * (columnWidth + columnGap), top + row * rowHeight, columnWidth,
                            rowHeight);
     }
     return areas;
@@ -102,14 +101,14 @@ CoolingSection::CoolingSection(const KestroServices& services, QWidget* parent)
     : DashboardSection(QStringLiteral("fanblades"), QStringLiteral("Cooling"), {}, parent),
       services_(services),
       gauges_{new MetricGauge(false, this), new MetricGauge(false, this)},
-      profileSymbol_(new SymbolView(QString(), kFootSymbol, KestroTheme::accentCool, this)),
+      profileSymbol_(new SymbolView(QString(), footSymbol, KestroTheme::accentCool, this)),
       profile_(new TextLabel(QString(), this)),
       nodes_(new TextLabel(QString(), this)) {
     for (RuledIndexRow*& row : temperatures_) {
         row = new RuledIndexRow(false, this);
     }
-    profile_->setStyle(kProfile);
-    nodes_->setStyle(kNodes);
+    profile_->setStyle(profileStyle);
+    nodes_->setStyle(nodes);
     nodes_->setFit(TextFit::value);
     observe(services_.engine.fans, [this] { showFans(); });
     observe(services_.engine.thermals, [this] { showTemperatures(); });
@@ -208,21 +207,21 @@ void CoolingSection::arrangeFans(const SectionGrid& grid) {
 
 void CoolingSection::arrangeFoot(const SectionGrid& grid) {
     const bool isTight = grid.tier == SectionTier::tight;
-    const double top = grid.height - kFootTop;
-    const double nodesWidth = std::ceil(textWidth(nodes_->text(), kNodes));
+    const double top = grid.height - footTop;
+    const double nodesWidth = std::ceil(textWidth(nodes_->text(), nodes));
     profileSymbol_->setVisible(!isTight);
     profile_->setVisible(!isTight);
     nodes_->setTextAlignment(isTight ? Qt::AlignLeft : Qt::AlignRight);
     if (isTight) {
-        place(*nodes_, QRectF(0, top, grid.width, kFootLine));
+        place(*nodes_, QRectF(0, top, grid.width, footLine));
         return;
     }
     // Reserves room for the widest count, so that an additional sensor moves nothing.
-    const double nodesRoom = std::max(nodesWidth, textWidth(QStringLiteral("888 IOHID nodes"), kNodes));
-    place(*nodes_, QRectF(grid.width - nodesRoom, top, nodesRoom, kFootLine));
-    place(*profileSymbol_, QRectF(0, top + (kFootLine - kFootSymbol) / 2, kFootSymbol, kFootSymbol));
-    const double left = kFootSymbol + kFootGap;
-    place(*profile_, QRectF(left, top, grid.width - nodesRoom - kFootTextGap - left, kFootLine));
+    const double nodesRoom = std::max(nodesWidth, textWidth(QStringLiteral("888 IOHID nodes"), nodes));
+    place(*nodes_, QRectF(grid.width - nodesRoom, top, nodesRoom, footLine));
+    place(*profileSymbol_, QRectF(0, top + (footLine - footSymbol) / 2, footSymbol, footSymbol));
+    const double left = footSymbol + footGap;
+    place(*profile_, QRectF(left, top, grid.width - nodesRoom - footTextGap - left, footLine));
 }
 
 std::vector<double> CoolingSection::targets() const {

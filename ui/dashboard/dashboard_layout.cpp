@@ -7,34 +7,34 @@ namespace kestro {
 
 namespace {
 
-constexpr double kFullWidth = 215;
-constexpr double kCompactWidth = 175;
-constexpr double kVerticalInset = 14;
+constexpr double fullWidth = 215;
+constexpr double compactWidth = 175;
+constexpr double verticalInset = 14;
 
-constexpr double kFullHero = 112;
-constexpr double kCompactHero = 92;
-constexpr double kHeroGrowthShare = 0.4;
-constexpr double kHeroGrowthLimit = 180;
-constexpr double kRowsGap = 10;
-constexpr int kRows = 7;
-constexpr double kFullPitch = 28;
-constexpr double kCompactPitch = 30;
-constexpr double kRoomyPitch = 40;
-constexpr double kRoomyRows = 230;
-constexpr double kLowestPitch = 20;
-constexpr double kRowsFoot = 6;
-constexpr double kSpareReserve = 20;
-constexpr double kDenseRows = 196;
+constexpr double fullHero = 112;
+constexpr double compactHero = 92;
+constexpr double heroGrowthShare = 0.4;
+constexpr double heroGrowthLimit = 180;
+constexpr double rowsGap = 10;
+constexpr int rowCount = 7;
+constexpr double fullPitch = 28;
+constexpr double compactPitch = 30;
+constexpr double roomyPitch = 40;
+constexpr double roomyRows = 230;
+constexpr double lowestPitch = 20;
+constexpr double rowsFoot = 6;
+constexpr double spareReserve = 20;
+constexpr double denseRows = 196;
 
-constexpr double kListTop = 40;
-constexpr double kListTopAlone = 44;
-constexpr double kListTopLimit = 52;
-constexpr double kHeadAboveList = 15;
-constexpr double kLowestProcessRow = 17;
-constexpr double kFootFrom = 330;
-constexpr double kFootReserve = 56;
-constexpr double kFootRuleAbove = 44;
-constexpr double kFootTextAbove = 39;
+constexpr double listTop = 40;
+constexpr double listTopAlone = 44;
+constexpr double listTopLimit = 52;
+constexpr double headAboveList = 15;
+constexpr double lowestProcessRow = 17;
+constexpr double footFrom = 330;
+constexpr double footReserve = 56;
+constexpr double footRuleAbove = 44;
+constexpr double footTextAbove = 39;
 
 double paddingOf(SectionTier tier) {
     switch (tier) {
@@ -59,10 +59,10 @@ double detailPitchOf(SectionTier tier, double pitch, bool isDense) {
 
 SectionRowMetrics sectionRowMetrics(double width, int visibleSections) {
     const int count = std::max(visibleSections, 1);
-    if (width >= count * kFullWidth) {
+    if (width >= count * fullWidth) {
         return {18, 20, SectionTier::full};
     }
-    if (width >= count * kCompactWidth) {
+    if (width >= count * compactWidth) {
         return {12, 14, SectionTier::compact};
     }
     return {8, 10, SectionTier::tight};
@@ -73,8 +73,8 @@ std::vector<QRectF> sectionFrames(const QSizeF& size, int visibleSections) {
     const SectionRowMetrics metrics = sectionRowMetrics(size.width(), visibleSections);
     const double gaps = metrics.spacing * (visibleSections - 1);
     const double width = (size.width() - 2 * metrics.inset - gaps) / std::max(visibleSections, 1);
-    const double top = kDashboardHeaderHeight + kVerticalInset;
-    const double height = size.height() - top - kDashboardFooterHeight - kVerticalInset;
+    const double top = dashboardHeaderHeight + verticalInset;
+    const double height = size.height() - top - dashboardFooterHeight - verticalInset;
     for (int i = 0; i < visibleSections; ++i) {
         frames.emplace_back(metrics.inset + i * (width + metrics.spacing), top, width, std::max(0.0, height));
     }
@@ -88,36 +88,36 @@ SectionGrid sectionGrid(SectionTier tier, const QSizeF& card) {
     grid.width = std::max(0.0, card.width() - 2 * grid.padding);
     grid.height = std::max(0.0, card.height() - 2 * grid.padding);
 
-    const double hero = isCompact(tier) ? kCompactHero : kFullHero;
-    const double pitch = isCompact(tier) ? kCompactPitch : kFullPitch;
-    const double rowsBeforeGrowth = SectionGrid::heroTop + hero + kRowsGap;
-    grid.isDense = grid.height - rowsBeforeGrowth < kDenseRows;
-    const double spare = std::max(0.0, grid.height - rowsBeforeGrowth - kRows * pitch - kSpareReserve);
-    grid.heroHeight = hero + std::floor(std::min(kHeroGrowthShare * spare, kHeroGrowthLimit));
-    grid.rowsTop = SectionGrid::heroTop + grid.heroHeight + kRowsGap;
+    const double hero = isCompact(tier) ? compactHero : fullHero;
+    const double pitch = isCompact(tier) ? compactPitch : fullPitch;
+    const double rowsBeforeGrowth = SectionGrid::heroTop + hero + rowsGap;
+    grid.isDense = grid.height - rowsBeforeGrowth < denseRows;
+    const double spare = std::max(0.0, grid.height - rowsBeforeGrowth - rowCount * pitch - spareReserve);
+    grid.heroHeight = hero + std::floor(std::min(heroGrowthShare * spare, heroGrowthLimit));
+    grid.rowsTop = SectionGrid::heroTop + grid.heroHeight + rowsGap;
 
     const double rows = grid.height - grid.rowsTop;
-    const double highest = rows > kRoomyRows ? kRoomyPitch : pitch;
-    grid.pitch = std::clamp(std::floor((rows - kRowsFoot) / kRows), kLowestPitch, highest);
+    const double highest = rows > roomyRows ? roomyPitch : pitch;
+    grid.pitch = std::clamp(std::floor((rows - rowsFoot) / rowCount), lowestPitch, highest);
     grid.detailPitch = detailPitchOf(tier, grid.pitch, grid.isDense);
     return grid;
 }
 
 ProcessListLayout processListLayout(const SectionGrid& grid, int limit, bool sortsByMemory) {
     ProcessListLayout layout;
-    layout.hasFoot = grid.height > kFootFrom;
-    layout.footRule = grid.height - kFootRuleAbove;
-    layout.footTop = grid.height - kFootTextAbove;
+    layout.hasFoot = grid.height > footFrom;
+    layout.footRule = grid.height - footRuleAbove;
+    layout.footTop = grid.height - footTextAbove;
 
     // Aligned with the rows of the other sections if one of them is near enough to the title.
-    layout.firstRow = grid.rowsTop - std::floor((grid.rowsTop - kListTop) / grid.pitch) * grid.pitch;
-    if (layout.firstRow > kListTopLimit) {
-        layout.firstRow = kListTopAlone;
+    layout.firstRow = grid.rowsTop - std::floor((grid.rowsTop - listTop) / grid.pitch) * grid.pitch;
+    if (layout.firstRow > listTopLimit) {
+        layout.firstRow = listTopAlone;
     }
-    layout.headTop = layout.firstRow - kHeadAboveList;
-    const double free = grid.height - layout.firstRow - (layout.hasFoot ? kFootReserve : 0);
+    layout.headTop = layout.firstRow - headAboveList;
+    const double free = grid.height - layout.firstRow - (layout.hasFoot ? footReserve : 0);
     const int wanted = std::max(limit, 1);
-    layout.rowHeight = std::max(kLowestProcessRow, std::min(grid.pitch, free / wanted));
+    layout.rowHeight = std::max(lowestProcessRow, std::min(grid.pitch, free / wanted));
     layout.rows = std::clamp(static_cast<int>((free + 0.001) / layout.rowHeight), 0, wanted);
 
     const bool isTight = grid.tier == SectionTier::tight;

@@ -28,8 +28,8 @@ struct SectionRowMetrics {
 SectionRowMetrics sectionRowMetrics(double width, int visibleSections);
 
 /// The heights of the header and the footer, each including its hairline.
-inline constexpr double kDashboardHeaderHeight = 44;
-inline constexpr double kDashboardFooterHeight = 26;
+inline constexpr double dashboardHeaderHeight = 44;
+inline constexpr double dashboardFooterHeight = 26;
 
 /// The cards of the visible sections in a view of `size`: of equal width, top-aligned, 14 from header and footer.
 std::vector<QRectF> sectionFrames(const QSizeF& size, int visibleSections);

@@ -11,13 +11,13 @@ namespace kestro {
 
 namespace {
 
-constexpr double kSymbolSize = 11;
-constexpr double kTitleGap = 6;
+constexpr double symbolSize = 11;
+constexpr double titleGap = 6;
 
 /// With a smaller gap the title and the remark read as one text.
-constexpr double kMetaGap = 12;
+constexpr double metaGap = 12;
 
-const TextStyle kMeta{9, SectionGrid::titleHeight, QFont::Medium, 0, KestroTheme::textSecondary};
+const TextStyle meta{9, SectionGrid::titleHeight, QFont::Medium, 0, KestroTheme::textSecondary};
 
 }  // namespace
 
@@ -26,14 +26,14 @@ DashboardSection::DashboardSection(const QString& symbol, const QString& title, 
     : Card(parent),
       fullTitle_(title),
       tightTitle_(tightTitle),
-      symbol_(new SymbolView(symbol, kSymbolSize, KestroTheme::textSecondary, this)),
+      symbol_(new SymbolView(symbol, symbolSize, KestroTheme::textSecondary, this)),
       title_(new TextLabel(title, this)),
       meta_(new TextLabel(QString(), this)),
       badge_(new Badge(BadgeKind::section, QString(), KestroTheme::accentNominal, this)) {
     setAccessibleName(title);
     title_->setStyle(text_styles::sectionTitle);
     title_->setDecoration(true);
-    meta_->setStyle(kMeta);
+    meta_->setStyle(meta);
     meta_->setTextAlignment(Qt::AlignRight);
     meta_->setFit(TextFit::value);
     meta_->hide();
@@ -153,10 +153,10 @@ void DashboardSection::arrangeTitle(const SectionGrid& grid) {
     const bool isTight = grid.tier == SectionTier::tight;
     constexpr double height = SectionGrid::titleHeight;
     title_->setText(isTight && !tightTitle_.isEmpty() ? tightTitle_ : fullTitle_);
-    place(*symbol_, QRectF(0, (height - kSymbolSize) / 2, kSymbolSize, kSymbolSize));
-    const double titleLeft = kSymbolSize + kTitleGap;
+    place(*symbol_, QRectF(0, (height - symbolSize) / 2, symbolSize, symbolSize));
+    const double titleLeft = symbolSize + titleGap;
     const double titleWidth = std::ceil(textWidth(title_->text(), title_->style()));
-    const double room = grid.width - titleLeft - titleWidth - kMetaGap;
+    const double room = grid.width - titleLeft - titleWidth - metaGap;
     double right = grid.width;
 
     const bool hasBadge = !badge_->text().isEmpty();
@@ -168,7 +168,7 @@ void DashboardSection::arrangeTitle(const SectionGrid& grid) {
         right -= size.width();
         place(*badge_, QRectF(QPointF(right, (height - size.height()) / 2), size));
     }
-    const double metaWidth = std::ceil(textWidth(meta_->text(), kMeta));
+    const double metaWidth = std::ceil(textWidth(meta_->text(), meta));
     const bool hasMeta = !hasBadge && !meta_->text().isEmpty() && metaWidth <= room;
     if (hasMeta) {
         right -= metaWidth;

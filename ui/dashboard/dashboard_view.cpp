@@ -24,24 +24,24 @@ namespace kestro {
 
 namespace {
 
-constexpr double kCornerRadius = 12;
-constexpr QSize kMinimumSize{720, 420};
-constexpr int kIdealHeight = 480;
-constexpr int kControlsTop = 8;
-constexpr int kControlsHeight = 28;
-constexpr int kSymbolSize = 15;
-constexpr int kWordmarkGap = 8;
-constexpr int kButtonGap = 6;
-constexpr double kDot = 5;
-constexpr int kFooterGap = 7;
+constexpr double cornerRadius = 12;
+constexpr QSize smallestSize{720, 420};
+constexpr int idealHeight = 480;
+constexpr int controlsTop = 8;
+constexpr int controlsHeight = 28;
+constexpr int symbolSize = 15;
+constexpr int wordmarkGap = 8;
+constexpr int buttonGap = 6;
+constexpr double dotDiameter = 5;
+constexpr int footerGap = 7;
 
 }  // namespace
 
 DashboardView::DashboardView(const KestroServices& services, const DashboardActions& actions, QWidget* parent)
-    : GlassSurface(services.settings, kCornerRadius, parent),
+    : GlassSurface(services.settings, cornerRadius, parent),
       services_(services),
       actions_(actions),
-      symbol_(new SymbolView(QStringLiteral("gauge.with.needle"), kSymbolSize, KestroTheme::accentCool, this)),
+      symbol_(new SymbolView(QStringLiteral("gauge.with.needle"), symbolSize, KestroTheme::accentCool, this)),
       wordmark_(new TextLabel(QStringLiteral("KESTRO"), this)),
       buttons_{
           makeHeaderButton(QStringLiteral("gearshape"), 11, QStringLiteral("Settings"), actions.onOpenSettings),
@@ -76,11 +76,11 @@ DashboardView::DashboardView(const KestroServices& services, const DashboardActi
 }
 
 QSize DashboardView::sizeHint() const {
-    return {dashboardWidth(visibleDashboardSections(services_.settings)), kIdealHeight};
+    return {dashboardWidth(visibleDashboardSections(services_.settings)), idealHeight};
 }
 
 QSize DashboardView::minimumSizeHint() const {
-    return kMinimumSize;
+    return smallestSize;
 }
 
 std::optional<PlacedHalftoneField> DashboardView::halftone() const {
@@ -91,7 +91,7 @@ Button* DashboardView::makeHeaderButton(const QString& symbol, double size, cons
                                         std::function<void()> action) {
     auto* button = new Button(ButtonKind::chip, this);
     button->setSymbol(symbol, size);
-    button->setSquare(kControlsHeight);
+    button->setSquare(controlsHeight);
     button->setHelp(help);
     button->onClick([action = std::move(action)] {
         if (action) {
@@ -111,12 +111,12 @@ void DashboardView::paintEvent(QPaintEvent* event) {
     GlassSurface::paintEvent(event);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintHairline(painter, 0, width(), kDashboardHeaderHeight);
-    const double footer = height() - kDashboardFooterHeight;
+    paintHairline(painter, 0, width(), dashboardHeaderHeight);
+    const double footer = height() - dashboardFooterHeight;
     paintHairline(painter, 0, width(), footer);
     const double inset = sectionRowMetrics(width(), visibleDashboardSections(services_.settings)).inset;
-    const QRectF dot(inset, footer + (kDashboardFooterHeight - kDot) / 2, kDot, kDot);
-    paintRounded(painter, dot, kDot / 2, KestroTheme::accentNominal());
+    const QRectF dot(inset, footer + (dashboardFooterHeight - dotDiameter) / 2, dotDiameter, dotDiameter);
+    paintRounded(painter, dot, dotDiameter / 2, KestroTheme::accentNominal());
 }
 
 void DashboardView::resizeEvent(QResizeEvent* event) {
@@ -139,7 +139,7 @@ bool DashboardView::eventFilter(QObject* watched, QEvent* event) {
 
 void DashboardView::followWindowState() {
     // In full screen there is nothing to show beyond the corners.
-    setCornerRadius(window()->isFullScreen() ? 0 : kCornerRadius);
+    setCornerRadius(window()->isFullScreen() ? 0 : cornerRadius);
     const bool wasMinimized = std::exchange(isMinimized_, window()->isMinimized());
     if (wasMinimized && !isMinimized_) {
         for (DashboardSection* section : sections_) {
@@ -172,32 +172,32 @@ void DashboardView::arrange() {
 
 void DashboardView::arrangeHeader(double inset) {
     const int left = qRound(inset);
-    symbol_->setGeometry(left, kControlsTop + (kControlsHeight - kSymbolSize) / 2, kSymbolSize, kSymbolSize);
-    wordmark_->setGeometry(left + kSymbolSize + kWordmarkGap, kControlsTop, wordmark_->sizeHint().width() + 2,
-                           kControlsHeight);
+    symbol_->setGeometry(left, controlsTop + (controlsHeight - symbolSize) / 2, symbolSize, symbolSize);
+    wordmark_->setGeometry(left + symbolSize + wordmarkGap, controlsTop, wordmark_->sizeHint().width() + 2,
+                           controlsHeight);
     int right = width() - left;
     for (auto button = buttons_.rbegin(); button != buttons_.rend(); ++button) {
-        right -= kControlsHeight;
-        (*button)->setGeometry(right, kControlsTop, kControlsHeight, kControlsHeight);
-        right -= kButtonGap;
+        right -= controlsHeight;
+        (*button)->setGeometry(right, controlsTop, controlsHeight, controlsHeight);
+        right -= buttonGap;
     }
 }
 
 void DashboardView::arrangeFooter(double inset) {
-    const int top = height() - qRound(kDashboardFooterHeight);
-    const int line = qRound(kDashboardFooterHeight);
+    const int top = height() - qRound(dashboardFooterHeight);
+    const int line = qRound(dashboardFooterHeight);
     const QSize mark = watermark_->sizeHint();
     const int markLeft = (width() - mark.width()) / 2;
     watermark_->setGeometry(markLeft, top + (line - mark.height()) / 2, mark.width(), mark.height());
 
-    int left = qRound(inset + kDot) + kFooterGap;
+    int left = qRound(inset + dotDiameter) + footerGap;
     for (TextLabel* label : {engineName_, engineDetail_}) {
-        const int room = std::max(0, markLeft - kFooterGap - left);
+        const int room = std::max(0, markLeft - footerGap - left);
         const int width = std::min(label->sizeHint().width(), room);
         label->setGeometry(left, top, width, line);
-        left += width + kFooterGap;
+        left += width + footerGap;
     }
-    const int refreshedLeft = markLeft + mark.width() + kFooterGap;
+    const int refreshedLeft = markLeft + mark.width() + footerGap;
     refreshed_->setGeometry(refreshedLeft, top, width() - qRound(inset) - refreshedLeft, line);
 }
 

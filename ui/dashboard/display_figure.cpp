@@ -10,7 +10,7 @@ namespace kestro {
 
 namespace {
 
-constexpr double kUnitGap = 3;
+constexpr double unitGap = 3;
 
 }  // namespace
 
@@ -44,7 +44,7 @@ void DisplayFigure::paintEvent(QPaintEvent*) {
     figure.size = size_;
     const QRectF line = rect();
     const double unitWidth = textWidth(unit_, text_styles::displayUnit);
-    const double room = std::max(0.0, line.width() - unitWidth - kUnitGap);
+    const double room = std::max(0.0, line.width() - unitWidth - unitGap);
     const double scale = fitText(figure_, figure, room, TextFit::value).scale;
     figure.size *= scale;
     figure.tracking *= scale;
@@ -54,7 +54,7 @@ void DisplayFigure::paintEvent(QPaintEvent*) {
     const ShapedText unitShape = shapeText(unit_, text_styles::displayUnit);
     const double drop = baselineOffset(line.height(), figureShape.ascent, figureShape.descent) -
                         baselineOffset(line.height(), unitShape.ascent, unitShape.descent);
-    const double left = figureShape.width + kUnitGap;
+    const double left = figureShape.width + unitGap;
     drawText(painter, QRectF(left, line.top() + drop, line.width() - left, line.height()), unit_,
              text_styles::displayUnit, Qt::AlignLeft, TextFit::value);
 }

@@ -13,14 +13,14 @@ namespace kestro {
 
 namespace {
 
-constexpr double kBlockGap = 10;
-constexpr double kLabelHeight = 14;
-constexpr double kLabelRise = 1;
-constexpr double kArrowSize = 9;
-constexpr double kArrowGap = 4;
-constexpr double kHistoryGap = 2;
-constexpr double kNameGap = 6;
-constexpr double kLowBattery = 20;
+constexpr double blockGap = 10;
+constexpr double labelHeight = 14;
+constexpr double labelRise = 1;
+constexpr double arrowSize = 9;
+constexpr double arrowGap = 4;
+constexpr double historyGap = 2;
+constexpr double nameGap = 6;
+constexpr double lowBattery = 20;
 
 QString rateText(double bytesPerSecond) {
     return Words(formatRate(bytesPerSecond));
@@ -41,7 +41,7 @@ RuledIndexContent batteryRow(const PowerTelemetry& power, bool compact) {
     content.detail = compact ? QString() : QString(Words(power.statusDescription()));
     content.progressFraction = std::clamp(power.percentage / 100, 0.0, 1.0);
     content.progressTint =
-        power.percentage <= kLowBattery ? KestroTheme::accentCritical : KestroTheme::accentNominal;
+        power.percentage <= lowBattery ? KestroTheme::accentCritical : KestroTheme::accentNominal;
     return content;
 }
 
@@ -75,7 +75,7 @@ IOSection::IOSection(const KestroServices& services, QWidget* parent)
 }
 
 IOSection::Direction IOSection::makeDirection(const QString& symbol, const QString& name, const Ink& ink) {
-    Direction direction{new SymbolView(symbol, kArrowSize, ink, this), new TextLabel(name, this),
+    Direction direction{new SymbolView(symbol, arrowSize, ink, this), new TextLabel(name, this),
                         new TextLabel(QString(), this), new SparklineView(ink, std::nullopt, this)};
     direction.name->setStyle(text_styles::rowLabel);
     direction.name->setDecoration(true);
@@ -121,7 +121,7 @@ void IOSection::showRows() {
 }
 
 void IOSection::arrange(const SectionGrid& grid) {
-    const double block = (grid.heroHeight - kBlockGap) / 2;
+    const double block = (grid.heroHeight - blockGap) / 2;
     arrangeDirection(download_, QRectF(0, SectionGrid::heroTop, grid.width, block));
     arrangeDirection(upload_, QRectF(0, grid.heroBottom() - block, grid.width, block));
     double top = grid.rowsTop;
@@ -131,18 +131,18 @@ void IOSection::arrange(const SectionGrid& grid) {
 }
 
 void IOSection::arrangeDirection(const Direction& direction, const QRectF& area) const {
-    const double line = area.top() - kLabelRise;
-    const double arrowTop = line + (kLabelHeight - kArrowSize) / 2;
-    place(*direction.arrow, QRectF(area.left(), arrowTop, kArrowSize, kArrowSize));
-    const double textLeft = area.left() + kArrowSize + kArrowGap;
+    const double line = area.top() - labelRise;
+    const double arrowTop = line + (labelHeight - arrowSize) / 2;
+    place(*direction.arrow, QRectF(area.left(), arrowTop, arrowSize, arrowSize));
+    const double textLeft = area.left() + arrowSize + arrowGap;
     const double name =
         std::min(std::ceil(textWidth(direction.name->text(), text_styles::rowLabel)), area.width() / 2);
-    place(*direction.name, QRectF(textLeft, line, name, kLabelHeight));
-    const double rateLeft = textLeft + name + kNameGap;
-    place(*direction.rate, QRectF(rateLeft, line, area.right() - rateLeft, kLabelHeight));
-    constexpr int bleed = SparklineView::kBleed;
+    place(*direction.name, QRectF(textLeft, line, name, labelHeight));
+    const double rateLeft = textLeft + name + nameGap;
+    place(*direction.rate, QRectF(rateLeft, line, area.right() - rateLeft, labelHeight));
+    constexpr int bleed = SparklineView::lineBleed;
     place(*direction.history,
-          area.adjusted(0, kLabelHeight + kHistoryGap, 0, 0).adjusted(-bleed, -bleed, bleed, bleed));
+          area.adjusted(0, labelHeight + historyGap, 0, 0).adjusted(-bleed, -bleed, bleed, bleed));
 }
 
 }  // namespace kestro

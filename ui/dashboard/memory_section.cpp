@@ -10,7 +10,7 @@ namespace kestro {
 
 namespace {
 
-constexpr double kIdleShareOpacity = 0.22;
+constexpr double idleShareOpacity = 0.22;
 
 QString ofText(std::uint64_t part, std::uint64_t whole) {
     return oneDecimalText(gigabytes(part)) + QStringLiteral(" of ") + gigabytesText(whole);
@@ -51,7 +51,7 @@ std::array<RuledIndexContent, 7> memoryRows(const MemoryTelemetry& memory, const
         content.progressTint = ink;
         return content;
     };
-    const Ink idle = Ink::white(kIdleShareOpacity);
+    const Ink idle = Ink::white(idleShareOpacity);
     return {row("Active", memory.activeBytes, KestroTheme::accentCool),
             row("Wired", memory.wiredBytes, KestroTheme::accentCool),
             row("Compressed", memory.compressedBytes, KestroTheme::accentCool),

@@ -17,13 +17,13 @@ namespace kestro {
 
 namespace {
 
-constexpr double kBytesPerMebibyte = 1048576.0;
-constexpr double kNameGap = 6;
-constexpr double kMark = 8;
-constexpr double kMarkGap = 4;
-constexpr double kTrackOpacity = 0.08;
+constexpr double bytesPerMebibyte = 1048576.0;
+constexpr double nameGap = 6;
+constexpr double markSize = 8;
+constexpr double markGap = 4;
+constexpr double trackOpacity = 0.08;
 
-const TextStyle kName{10, 14, QFont::Medium, 0, KestroTheme::textPrimary};
+const TextStyle nameStyle{10, 14, QFont::Medium, 0, KestroTheme::textPrimary};
 
 TextStyle columnStyle(bool isSorting) {
     return {10, 14, isSorting ? QFont::DemiBold : QFont::Medium, 0,
@@ -38,7 +38,7 @@ ProcessRowContent processRowContent(const ProcessInfoItem& process, bool sortsBy
     content.command = Words(process.fullCommand);
     content.cpu = QString::number(process.cpuPercent, 'f', 1);
     content.memory = Words(process.memoryString);
-    const double total = static_cast<double>(totalBytes) / kBytesPerMebibyte;
+    const double total = static_cast<double>(totalBytes) / bytesPerMebibyte;
     const double share = sortsByMemory ? (total > 0 ? process.memoryMB / total : 0) : process.cpuPercent / 100;
     content.share = share > 0 ? std::min(share, 1.0) : 0;
     content.isSystem = process.isSystemProcess;
@@ -103,20 +103,20 @@ void ProcessRow::paintEvent(QPaintEvent*) {
     };
     column(memoryWidth_, content_.memory, content_.sortsByMemory);
     column(cpuWidth_, content_.cpu, !content_.sortsByMemory);
-    paintName(painter, QRectF(0, 0, std::max(0.0, right - kNameGap), geometry.line.height()));
+    paintName(painter, QRectF(0, 0, std::max(0.0, right - nameGap), geometry.line.height()));
     if (!content_.name.isEmpty()) {
         paintBar(painter, snappedToDevice(painter, geometry.rule), content_.share,
-                 Ink::white(kTrackOpacity).color(), KestroTheme::accentCool());
+                 Ink::white(trackOpacity).color(), KestroTheme::accentCool());
     }
 }
 
 void ProcessRow::paintName(QPainter& painter, const QRectF& room) const {
-    drawText(painter, room, content_.name, kName);
-    const double name = textWidth(content_.name, kName);
-    if (!content_.isSystem || name + kMarkGap + kMark > room.width()) {
+    drawText(painter, room, content_.name, nameStyle);
+    const double name = textWidth(content_.name, nameStyle);
+    if (!content_.isSystem || name + markGap + markSize > room.width()) {
         return;
     }
-    const QRectF mark(name + kMarkGap, (room.height() - kMark) / 2, kMark, kMark);
+    const QRectF mark(name + markGap, (room.height() - markSize) / 2, markSize, markSize);
     SymbolPainter::paint(painter, QStringLiteral("gearshape"), mark, KestroTheme::textTertiary());
 }
 

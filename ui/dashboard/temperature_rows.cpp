@@ -8,12 +8,12 @@ namespace kestro {
 
 namespace {
 
-constexpr double kDieScale = 105;
-constexpr double kBatteryScale = 50;
-constexpr double kHotAverage = 85;
-constexpr double kHotPeak = 90;
-constexpr double kWarmPeak = 75;
-constexpr double kWarmBattery = 42;
+constexpr double dieScale = 105;
+constexpr double batteryScale = 50;
+constexpr double hotAverage = 85;
+constexpr double hotPeak = 90;
+constexpr double warmPeak = 75;
+constexpr double warmBattery = 42;
 
 QString celsiusText(double celsius) {
     return QString::number(celsius, 'f', 1) + QStringLiteral("°C");
@@ -24,7 +24,7 @@ double share(double celsius, double scale) {
 }
 
 Ink batteryTemperatureInk(double celsius) {
-    return celsius > kWarmBattery ? KestroTheme::accentWarning : KestroTheme::accentNominal;
+    return celsius > warmBattery ? KestroTheme::accentWarning : KestroTheme::accentNominal;
 }
 
 RuledIndexContent thermalPressureRow(const std::string& state) {
@@ -53,24 +53,24 @@ std::array<RuledIndexContent, 4> temperatureRows(const ThermalTelemetry& thermal
                                  ink,
                                  ink};
     };
-    return {row("SoC Junction Temp", "SoC Die", "Die Average", thermals.averageSoCTemp, kDieScale,
+    return {row("SoC Junction Temp", "SoC Die", "Die Average", thermals.averageSoCTemp, dieScale,
                 averageTemperatureInk(thermals.averageSoCTemp)),
-            row("Peak Die Temp", "Peak Die", "Hottest Core", thermals.peakDieTemp, kDieScale,
+            row("Peak Die Temp", "Peak Die", "Hottest Core", thermals.peakDieTemp, dieScale,
                 peakTemperatureInk(thermals.peakDieTemp)),
-            row("Battery Pack Temp", "Battery", "Cell Pack", thermals.batteryTemp, kBatteryScale,
+            row("Battery Pack Temp", "Battery", "Cell Pack", thermals.batteryTemp, batteryScale,
                 batteryTemperatureInk(thermals.batteryTemp)),
             thermalPressureRow(thermals.thermalState)};
 }
 
 Ink averageTemperatureInk(double celsius) {
-    return celsius > kHotAverage ? KestroTheme::accentCritical : KestroTheme::accentCool;
+    return celsius > hotAverage ? KestroTheme::accentCritical : KestroTheme::accentCool;
 }
 
 Ink peakTemperatureInk(double celsius) {
-    if (celsius > kHotPeak) {
+    if (celsius > hotPeak) {
         return KestroTheme::accentCritical;
     }
-    return celsius > kWarmPeak ? KestroTheme::accentWarning : KestroTheme::accentCool;
+    return celsius > warmPeak ? KestroTheme::accentWarning : KestroTheme::accentCool;
 }
 
 Ink statusInk(std::string_view summary) {

@@ -1,18 +1,19 @@
 #include "ui/decorations/glass_surface.h"
 
-#include <QPaintEvent>
-#include <QPainter>
-#include <QPainterPath>
-#include <QTimerEvent>
-#include <QWindow>
-#include <utility>
-
 #include "core/settings/user_settings.h"
 #include "ui/decorations/progressive_blur_fade.h"
 #include "ui/paint/hairline.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/window_compositing.h"
 #include "ui/theme/window_shape.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QTimerEvent>
+#include <QWindow>
+
+#include <utility>
 
 namespace kestro {
 
@@ -34,7 +35,7 @@ struct GlassSurface::Backdrop {
 namespace {
 
 /// Interval of the checks for a compositing manager: there is no notification, and it rarely changes.
-constexpr int kCompositingCheckMilliseconds = 5000;
+constexpr int compositingCheckMilliseconds = 5000;
 
 QPainterPath outline(const QSize& size, double radius) {
     QPainterPath path;
@@ -143,7 +144,7 @@ void GlassSurface::showEvent(QShowEvent* event) {
     lookAtCompositing();
     shapeToWindow();
     if (window_compositing::canChange()) {
-        compositingCheck_.start(kCompositingCheckMilliseconds, Qt::VeryCoarseTimer, this);
+        compositingCheck_.start(compositingCheckMilliseconds, Qt::VeryCoarseTimer, this);
     }
 }
 

@@ -1,15 +1,16 @@
 #pragma once
 
-#include <QBasicTimer>
-#include <QImage>
-#include <QWidget>
-#include <memory>
-#include <optional>
-#include <vector>
-
 #include "core/base/subscription.h"
 #include "ui/decorations/halftone_fields.h"
 #include "ui/theme/visual_effect_blur.h"
+
+#include <QBasicTimer>
+#include <QImage>
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace kestro {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "ui/decorations/studio_halftone_field.h"
+
 #include <QRectF>
 #include <QSizeF>
-
-#include "ui/decorations/studio_halftone_field.h"
 
 namespace kestro {
 

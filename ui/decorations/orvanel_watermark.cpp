@@ -1,13 +1,14 @@
 #include "ui/decorations/orvanel_watermark.h"
 
-#include <QFontMetricsF>
-#include <QPainter>
-#include <cmath>
-
 #include "ui/decorations/studio_halftone_field.h"
 #include "ui/paint/hairline.h"
 #include "ui/theme/kestro_fonts.h"
 #include "ui/theme/kestro_theme.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <cmath>
 
 namespace kestro {
 
@@ -20,10 +21,10 @@ struct Measures {
     double tracking;
 };
 
-constexpr double kGrid = 12;
-constexpr double kInkOpacity = 0.75;
-constexpr double kWhiteOpacity = 0.55;
-constexpr double kWordOpacity = 0.42;
+constexpr double grid = 12;
+constexpr double inkOpacity = 0.75;
+constexpr double whiteOpacity = 0.55;
+constexpr double wordOpacity = 0.42;
 
 Measures measures(OrvanelWatermark::Variant variant) {
     return variant == OrvanelWatermark::Variant::full ? Measures{11, 6, 8, 2.0} : Measures{9, 4, 7, 1.4};
@@ -45,8 +46,8 @@ double wordWidth(const Measures& measures, double scale) {
 void paintMark(QPainter& painter, const QPointF& shift, QColor color, double opacity) {
     color.setAlphaF(static_cast<float>(opacity));
     painter.setPen(QPen(color, 1));
-    const QPointF centre = QPointF(kGrid / 2, kGrid / 2) + shift;
-    constexpr double arm = kGrid / 2 - 0.6;
+    const QPointF centre = QPointF(grid / 2, grid / 2) + shift;
+    constexpr double arm = grid / 2 - 0.6;
     painter.drawEllipse(centre, 3.4, 3.4);
     painter.drawLine(centre - QPointF(arm, 0), centre + QPointF(arm, 0));
     painter.drawLine(centre - QPointF(0, arm), centre + QPointF(0, arm));
@@ -83,13 +84,13 @@ void OrvanelWatermark::paint(QPainter& painter, const QPointF& rightCentre, Vari
     painter.setBrush(Qt::NoBrush);
     painter.save();
     painter.translate(wordLeft - m.gap - m.mark, rightCentre.y() - m.mark / 2);
-    painter.scale(m.mark / kGrid, m.mark / kGrid);
-    paintMark(painter, {-0.55, -0.2}, halftoneInkColor(HalftoneInk::cyan), kInkOpacity);
-    paintMark(painter, {0.55, 0.2}, halftoneInkColor(HalftoneInk::magenta), kInkOpacity);
-    paintMark(painter, {}, halftoneInkColor(HalftoneInk::paper), kWhiteOpacity);
+    painter.scale(m.mark / grid, m.mark / grid);
+    paintMark(painter, {-0.55, -0.2}, halftoneInkColor(HalftoneInk::cyan), inkOpacity);
+    paintMark(painter, {0.55, 0.2}, halftoneInkColor(HalftoneInk::magenta), inkOpacity);
+    paintMark(painter, {}, halftoneInkColor(HalftoneInk::paper), whiteOpacity);
     painter.restore();
     QColor ink = KestroTheme::textPrimary();
-    ink.setAlphaF(kWordOpacity);
+    ink.setAlphaF(wordOpacity);
     painter.setPen(ink);
     painter.setFont(font);
     painter.drawText(QPointF(wordLeft, rightCentre.y() + QFontMetricsF(font).capHeight() / 2), word());

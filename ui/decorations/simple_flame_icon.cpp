@@ -8,21 +8,21 @@ namespace kestro {
 namespace {
 
 // The bounds of the unit path.
-constexpr double kLeft = 4.2;
-constexpr double kRight = 19.8;
-constexpr double kTop = 1.8;
-constexpr double kBottom = 22.6;
-constexpr double kShoulder = 15;
-constexpr double kBellyHeight = kBottom - kShoulder;
+constexpr double leftEdge = 4.2;
+constexpr double rightEdge = 19.8;
+constexpr double topEdge = 1.8;
+constexpr double bottomEdge = 22.6;
+constexpr double shoulder = 15;
+constexpr double bellyHeight = bottomEdge - shoulder;
 
 QPainterPath unitPath() {
-    QPainterPath path(QPointF(13.1, kTop));
-    path.cubicTo(13.6, 6.2, kRight, 8.4, kRight, kShoulder);
-    const QRectF belly(kLeft, kShoulder - kBellyHeight, kRight - kLeft, 2 * kBellyHeight);
+    QPainterPath path(QPointF(13.1, topEdge));
+    path.cubicTo(13.6, 6.2, rightEdge, 8.4, rightEdge, shoulder);
+    const QRectF belly(leftEdge, shoulder - bellyHeight, rightEdge - leftEdge, 2 * bellyHeight);
     path.arcTo(belly, 0, -180);
-    path.cubicTo(kLeft, 11.4, 6.4, 9.4, 7.6, 6.9);
+    path.cubicTo(leftEdge, 11.4, 6.4, 9.4, 7.6, 6.9);
     path.cubicTo(8.8, 8, 9.4, 9.4, 9.5, 11);
-    path.cubicTo(11.4, 9, 12.9, 5.8, 13.1, kTop);
+    path.cubicTo(11.4, 9, 12.9, 5.8, 13.1, topEdge);
     path.closeSubpath();
     return path;
 }
@@ -34,8 +34,8 @@ QPainterPath simpleFlamePath(const QRectF& rect) {
         return {};
     }
     QTransform toRect = QTransform::fromTranslate(rect.left(), rect.top());
-    toRect.scale(rect.width() / (kRight - kLeft), rect.height() / (kBottom - kTop));
-    toRect.translate(-kLeft, -kTop);
+    toRect.scale(rect.width() / (rightEdge - leftEdge), rect.height() / (bottomEdge - topEdge));
+    toRect.translate(-leftEdge, -topEdge);
     return toRect.map(unitPath());
 }
 

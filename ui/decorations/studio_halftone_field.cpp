@@ -1,6 +1,7 @@
 #include "ui/decorations/studio_halftone_field.h"
 
 #include <QPainter>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -11,19 +12,19 @@ namespace kestro {
 
 namespace {
 
-constexpr std::uint32_t kStep1 = 0x6D2B79F5U;
-constexpr std::uint32_t kStep2 = static_cast<std::uint32_t>(-631835670);
-constexpr std::uint32_t kStep3 = 1199730143U;
+constexpr std::uint32_t step1 = 0x6D2B79F5U;
+constexpr std::uint32_t step2 = static_cast<std::uint32_t>(-631835670);
+constexpr std::uint32_t step3 = 1199730143U;
 
-constexpr double kAreaPerDot = 2600;
-constexpr double kFewestDots = 24;
+constexpr double areaPerDot = 2600;
+constexpr double fewestDots = 24;
 
-constexpr std::array kInkOrder{
+constexpr std::array inkOrder{
     HalftoneInk::cyan,   HalftoneInk::magenta, HalftoneInk::yellow,  HalftoneInk::cyan,   HalftoneInk::magenta,
     HalftoneInk::yellow, HalftoneInk::cyan,    HalftoneInk::magenta, HalftoneInk::yellow, HalftoneInk::paper,
 };
 
-constexpr std::array kFactors{0.0, 0.48, 1.0, 1.8};
+constexpr std::array factors{0.0, 0.48, 1.0, 1.8};
 
 /// The random fractions that define one dot, named by use.
 struct Draws {
@@ -38,14 +39,14 @@ struct Draws {
 /// Draws one dot's fractions and advances the generator's state.
 Draws nextDraws(std::uint32_t& state) {
     Draws draws{};
-    draws.b = halftoneFraction(state + kStep1);
-    draws.u2 = halftoneFraction(state + kStep2);
-    draws.size = halftoneFraction(state + kStep3);
-    state += kStep3;
-    draws.ink = halftoneFraction(state + kStep1);
-    draws.opacity = halftoneFraction(state + kStep2);
-    draws.u3 = halftoneFraction(state + kStep3);
-    state += kStep3;
+    draws.b = halftoneFraction(state + step1);
+    draws.u2 = halftoneFraction(state + step2);
+    draws.size = halftoneFraction(state + step3);
+    state += step3;
+    draws.ink = halftoneFraction(state + step1);
+    draws.opacity = halftoneFraction(state + step2);
+    draws.u3 = halftoneFraction(state + step3);
+    state += step3;
     return draws;
 }
 
@@ -112,14 +113,14 @@ double halftoneFraction(std::uint32_t state) {
 }
 
 double halftoneFactor(HalftoneIntensity intensity) {
-    return kFactors[static_cast<std::size_t>(intensity)];
+    return factors[static_cast<std::size_t>(intensity)];
 }
 
 std::int64_t StudioHalftoneField::dotCount(QSizeF size) const {
     if (count <= 0 || !(size.width() > 0) || !(size.height() > 0)) {
         return 0;
     }
-    const double wanted = std::max(kFewestDots, std::round(size.width() * size.height() / kAreaPerDot));
+    const double wanted = std::max(fewestDots, std::round(size.width() * size.height() / areaPerDot));
     return wanted < static_cast<double>(count) ? static_cast<std::int64_t>(wanted) : count;
 }
 
@@ -135,8 +136,8 @@ void StudioHalftoneField::forEachDot(QSizeF size, HalftoneIntensity intensity,
         const Draws draws = nextDraws(state);
         const QPointF position = centre(draws, size, *this);
         const double q = std::pow(draws.size, 2.3);
-        const auto ink = static_cast<std::size_t>(std::floor(draws.ink * 10)) % kInkOrder.size();
-        visit({position.x(), position.y(), minRadius + (maxRadius - minRadius) * q, kInkOrder[ink],
+        const auto ink = static_cast<std::size_t>(std::floor(draws.ink * 10)) % inkOrder.size();
+        visit({position.x(), position.y(), minRadius + (maxRadius - minRadius) * q, inkOrder[ink],
                base * (1 - q * 0.45) * (draws.opacity * 0.45 + 0.55)});
     }
 }

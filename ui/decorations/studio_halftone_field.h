@@ -1,12 +1,13 @@
 #pragma once
 
+#include "core/model/appearance_enumerations.h"
+
 #include <QColor>
 #include <QRectF>
 #include <QSizeF>
+
 #include <cstdint>
 #include <functional>
-
-#include "core/model/appearance_enumerations.h"
 
 class QPainter;
 

@@ -5,11 +5,11 @@
 #include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
 
-#include <fmt/format.h>
-
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
+
+#include <fmt/format.h>
 
 #include <cmath>
 
@@ -17,18 +17,18 @@ namespace kestro {
 
 namespace {
 
-constexpr double kSymbol = 12;
-constexpr double kTargetGap = 6;
-constexpr double kCurveWidth = 2;
-constexpr double kMiterLimit = 10;
-constexpr double kAnchorDiameter = 9;
-constexpr double kPointStroke = 1.5;
-constexpr double kLiveDisc = 18;
-constexpr double kLiveDiameter = 8;
-constexpr double kLabelSize = 9;
+constexpr double symbolSize = 12;
+constexpr double targetGap = 6;
+constexpr double curveWidth = 2;
+constexpr double miterLimit = 10;
+constexpr double anchorDiameter = 9;
+constexpr double pointStroke = 1.5;
+constexpr double liveDisc = 18;
+constexpr double liveDiameter = 8;
+constexpr double labelSize = 9;
 
 const TextStyle& gridStyle() {
-    static const TextStyle style{kLabelSize, 10, text_styles::w600, 0, KestroTheme::textTertiary};
+    static const TextStyle style{labelSize, 10, text_styles::w600, 0, KestroTheme::textTertiary};
     return style;
 }
 
@@ -38,8 +38,8 @@ const TextStyle& anchorStyle() {
 }
 
 QPen curvePen(const QColor& color) {
-    QPen pen(color, kCurveWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-    pen.setMiterLimit(kMiterLimit);
+    QPen pen(color, curveWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    pen.setMiterLimit(miterLimit);
     return pen;
 }
 
@@ -79,7 +79,7 @@ void FanCurveCanvasView::setReading(const FanCurveReading& reading) {
 }
 
 QSize FanCurveCanvasView::sizeHint() const {
-    return {400, kHeaderHeight + kCanvasHeight};
+    return {400, headerHeight + canvasHeight};
 }
 
 AccessibleInfo FanCurveCanvasView::accessibleInfo() const {
@@ -95,8 +95,8 @@ void FanCurveCanvasView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     paintHeader(painter);
-    painter.translate(0, kHeaderHeight);
-    const FanCurvePlot plot{QSizeF(width(), height() - kHeaderHeight), reading_.minDisplayTemp,
+    painter.translate(0, headerHeight);
+    const FanCurvePlot plot{QSizeF(width(), height() - headerHeight), reading_.minDisplayTemp,
                             reading_.maxDisplayTemp, reading_.maxDisplayRPM};
     paintBands(painter, plot);
     paintGrid(painter, plot);
@@ -106,16 +106,17 @@ void FanCurveCanvasView::paintEvent(QPaintEvent*) {
 }
 
 void FanCurveCanvasView::paintHeader(QPainter& painter) const {
-    const TextStyle title{10, kHeaderHeight, text_styles::w700, 0.9, KestroTheme::textPrimary};
-    const TextStyle live{11, kHeaderHeight, text_styles::w600, 0, KestroTheme::textPrimary};
-    const TextStyle target{11, kHeaderHeight, text_styles::w500, 0, KestroTheme::textSecondary};
-    const QRectF line(0, 0, width(), kHeaderHeight);
+    const TextStyle title{10, headerHeight, text_styles::w700, 0.9, KestroTheme::textPrimary};
+    const TextStyle live{11, headerHeight, text_styles::w600, 0, KestroTheme::textPrimary};
+    const TextStyle target{11, headerHeight, text_styles::w500, 0, KestroTheme::textSecondary};
+    const QRectF line(0, 0, width(), headerHeight);
     SymbolPainter::paint(painter, QStringLiteral("waveform.path.ecg"),
-                         QRectF(0, (kHeaderHeight - kSymbol) / 2, kSymbol, kSymbol), reading_.accentColor.color());
-    drawText(painter, line.adjusted(kSymbol, 0, 0, 0), QStringLiteral(" RESPONSE SPLINE"), title);
+                         QRectF(0, (headerHeight - symbolSize) / 2, symbolSize, symbolSize),
+                         reading_.accentColor.color());
+    drawText(painter, line.adjusted(symbolSize, 0, 0, 0), QStringLiteral(" RESPONSE SPLINE"), title);
     const double targetWidth = std::ceil(textWidth(reading_.targetText(), target));
     drawText(painter, line, reading_.targetText(), target, Qt::AlignRight, TextFit::value);
-    drawText(painter, line.adjusted(0, 0, -targetWidth - kTargetGap, 0), reading_.liveText(), live, Qt::AlignRight,
+    drawText(painter, line.adjusted(0, 0, -targetWidth - targetGap, 0), reading_.liveText(), live, Qt::AlignRight,
              TextFit::value);
 }
 
@@ -171,15 +172,15 @@ void FanCurveCanvasView::paintCurve(QPainter& painter, const FanCurvePlot& plot)
 }
 
 void FanCurveCanvasView::paintAnchors(QPainter& painter, const FanCurvePlot& plot) const {
-    constexpr double half = kLiveDisc / 2;
+    constexpr double half = liveDisc / 2;
     const QPointF live = plot.clamped(plot.point(reading_.currentTemp, reading_.currentRPM));
-    const QRectF liveArea(live - QPointF(half, half), QSizeF(kLiveDisc, kLiveDisc));
+    const QRectF liveArea(live - QPointF(half, half), QSizeF(liveDisc, liveDisc));
     const auto paintAnchor = [&](double temperature, const QString& label, double left, double above) {
         const double rpm = reading_.config.evaluateRPM(temperature);
         const QPointF anchor = plot.clamped(plot.point(temperature, rpm));
-        painter.setPen(QPen(Qt::white, kPointStroke));
+        painter.setPen(QPen(Qt::white, pointStroke));
         painter.setBrush(KestroTheme::ground());
-        painter.drawEllipse(anchor, kAnchorDiameter / 2, kAnchorDiameter / 2);
+        painter.drawEllipse(anchor, anchorDiameter / 2, anchorDiameter / 2);
         const ShapedText& shaped = shapeText(label, anchorStyle());
         const double lineHeight = anchorStyle().lineHeight;
         const AnchorText text{QSizeF(std::ceil(shaped.width), lineHeight),
@@ -201,10 +202,10 @@ void FanCurveCanvasView::paintLivePoint(QPainter& painter, const FanCurvePlot& p
     painter.drawLine(QLineF(area.left(), live.y(), live.x(), live.y()));
     painter.setPen(Qt::NoPen);
     painter.setBrush(ink.faded(0.25).color());
-    painter.drawEllipse(live, kLiveDisc / 2, kLiveDisc / 2);
-    painter.setPen(QPen(Qt::white, kPointStroke));
+    painter.drawEllipse(live, liveDisc / 2, liveDisc / 2);
+    painter.setPen(QPen(Qt::white, pointStroke));
     painter.setBrush(ink.color());
-    painter.drawEllipse(live, kLiveDiameter / 2, kLiveDiameter / 2);
+    painter.drawEllipse(live, liveDiameter / 2, liveDiameter / 2);
 }
 
 }  // namespace kestro

@@ -41,8 +41,8 @@ class FanCurveCanvasView : public View {
     Q_OBJECT
 
 public:
-    static constexpr int kHeaderHeight = 16;
-    static constexpr int kCanvasHeight = 220;
+    static constexpr int headerHeight = 16;
+    static constexpr int canvasHeight = 220;
 
     explicit FanCurveCanvasView(QWidget* parent = nullptr);
 

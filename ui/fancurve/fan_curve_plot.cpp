@@ -9,16 +9,16 @@ namespace kestro {
 
 namespace {
 
-constexpr double kPadLeft = 45;
-constexpr double kPadTop = 16;
-constexpr double kPadRight = 20;
-constexpr double kPadBottom = 24;
-constexpr int kCurveSegments = 60;
-constexpr double kQuietRPM = 2500;
-constexpr double kLoudRPM = 3000;
+constexpr double padLeft = 45;
+constexpr double padTop = 16;
+constexpr double padRight = 20;
+constexpr double padBottom = 24;
+constexpr int curveSegments = 60;
+constexpr double quietRPM = 2500;
+constexpr double loudRPM = 3000;
 
 /// Faster than any fan; limits the number of grid lines for any stored value.
-constexpr double kHighestAxis = 100'000;
+constexpr double highestAxis = 100'000;
 
 double share(double value, double start, double end) {
     return end > start ? (value - start) / (end - start) : 0;
@@ -27,16 +27,16 @@ double share(double value, double start, double end) {
 }  // namespace
 
 QRectF FanCurvePlot::area() const {
-    return {kPadLeft, kPadTop, std::max(0.0, size.width() - kPadLeft - kPadRight),
-            std::max(0.0, size.height() - kPadTop - kPadBottom)};
+    return {padLeft, padTop, std::max(0.0, size.width() - padLeft - padRight),
+            std::max(0.0, size.height() - padTop - padBottom)};
 }
 
 double FanCurvePlot::x(double temperature) const {
-    return kPadLeft + area().width() * share(temperature, minDisplayTemp, maxDisplayTemp);
+    return padLeft + area().width() * share(temperature, minDisplayTemp, maxDisplayTemp);
 }
 
 double FanCurvePlot::y(double rpm) const {
-    return kPadTop + area().height() * (1 - share(rpm, 0, maxDisplayRPM));
+    return padTop + area().height() * (1 - share(rpm, 0, maxDisplayRPM));
 }
 
 QPointF FanCurvePlot::clamped(const QPointF& point) const {
@@ -51,9 +51,9 @@ QPointF FanCurvePlot::clamped(const QPointF& point) const {
 
 std::vector<QPointF> FanCurvePlot::curve(const FanCurveConfig& config) const {
     std::vector<QPointF> points;
-    points.reserve(kCurveSegments + 1);
-    for (int i = 0; i <= kCurveSegments; ++i) {
-        const double temperature = minDisplayTemp + (maxDisplayTemp - minDisplayTemp) * i / kCurveSegments;
+    points.reserve(curveSegments + 1);
+    for (int i = 0; i <= curveSegments; ++i) {
+        const double temperature = minDisplayTemp + (maxDisplayTemp - minDisplayTemp) * i / curveSegments;
         points.push_back(point(temperature, config.evaluateRPM(temperature)));
     }
     return points;
@@ -61,13 +61,13 @@ std::vector<QPointF> FanCurvePlot::curve(const FanCurveConfig& config) const {
 
 QRectF FanCurvePlot::quietBand() const {
     const QRectF plot = area();
-    const double height = plot.height() * share(kQuietRPM, 0, maxDisplayRPM);
+    const double height = plot.height() * share(quietRPM, 0, maxDisplayRPM);
     return {plot.left(), plot.bottom() - height, plot.width(), height};
 }
 
 QRectF FanCurvePlot::loudBand() const {
     const QRectF plot = area();
-    return {plot.left(), plot.top(), plot.width(), plot.height() * share(kLoudRPM, 0, maxDisplayRPM)};
+    return {plot.left(), plot.top(), plot.width(), plot.height() * share(loudRPM, 0, maxDisplayRPM)};
 }
 
 std::vector<double> FanCurvePlot::temperatureGrid() const {
@@ -101,7 +101,7 @@ double maxDisplayRPM(double fanMaximumRPM) {
         return fine;
     }
     const double step = fanMaximumRPM < coarseFrom ? fine : coarse;
-    return std::min(kHighestAxis, std::ceil(fanMaximumRPM / step) * step);
+    return std::min(highestAxis, std::ceil(fanMaximumRPM / step) * step);
 }
 
 QString rpmGridLabel(double rpm) {

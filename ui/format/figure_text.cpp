@@ -7,13 +7,13 @@ namespace kestro {
 
 namespace {
 
-constexpr double kLimit = 1e9;
-constexpr double kBytesPerGigabyte = 1073741824.0;
+constexpr double limit = 1e9;
+constexpr double bytesPerGigabyte = 1073741824.0;
 
 }  // namespace
 
 qint64 wholeNumber(double value) {
-    return std::isnan(value) ? 0 : static_cast<qint64>(std::clamp(value, -kLimit, kLimit));
+    return std::isnan(value) ? 0 : static_cast<qint64>(std::clamp(value, -limit, limit));
 }
 
 QString wholeText(double value) {
@@ -29,7 +29,7 @@ QString oneDecimalText(double value) {
 }
 
 double gigabytes(std::uint64_t bytes) {
-    return static_cast<double>(bytes) / kBytesPerGigabyte;
+    return static_cast<double>(bytes) / bytesPerGigabyte;
 }
 
 QString gigabytesText(std::uint64_t bytes) {

@@ -8,18 +8,18 @@ namespace kestro {
 
 namespace {
 
-constexpr double kKilobyte = 1024;
-constexpr double kMegabyte = 1024 * kKilobyte;
+constexpr double kilobyte = 1024;
+constexpr double megabyte = 1024 * kilobyte;
 
 }  // namespace
 
 std::string formatRate(double bytesPerSec) {
     const double rate = std::isnan(bytesPerSec) ? 0 : bytesPerSec;
-    if (rate >= kMegabyte) {
-        return fmt::format("{:.1f} MB/s", rate / kMegabyte);
+    if (rate >= megabyte) {
+        return fmt::format("{:.1f} MB/s", rate / megabyte);
     }
-    if (rate >= kKilobyte) {
-        return fmt::format("{:.0f} KB/s", rate / kKilobyte);
+    if (rate >= kilobyte) {
+        return fmt::format("{:.0f} KB/s", rate / kilobyte);
     }
     return fmt::format("{:.0f} B/s", rate);
 }

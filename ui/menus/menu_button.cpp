@@ -6,7 +6,7 @@ namespace kestro {
 
 namespace {
 
-constexpr int kMenuGap = 2;
+constexpr int menuGap = 2;
 
 }  // namespace
 
@@ -22,7 +22,7 @@ AccessibleInfo MenuButton::accessibleInfo() const {
 void MenuButton::activated() {
     auto* menu = new PopupMenu(builder_(), this);
     menu->setMinimumWidth(width());
-    menu->openAt(mapToGlobal(QPoint(0, height() + kMenuGap)));
+    menu->openAt(mapToGlobal(QPoint(0, height() + menuGap)));
     if (showsFocus()) {
         menu->setActiveAction(menu->actions().value(0));
     }

@@ -23,23 +23,23 @@ namespace kestro {
 
 namespace {
 
-constexpr int kPadding = 4;
-constexpr int kRowHeight = 24;
-constexpr int kSeparatorHeight = 9;
-constexpr int kCheckX = 10;
-constexpr int kCheckSize = 16;
-constexpr int kTextX = 30;
-constexpr int kSymbolSize = 12;
-constexpr int kSymbolRoom = 20;
-constexpr int kRightMargin = 10;
-constexpr int kTitleMargin = 46;
-constexpr int kShortcutGap = 28;
-constexpr double kRowRadius = 5;
-constexpr double kSeparatorInset = 10;
+constexpr int padding = 4;
+constexpr int rowHeight = 24;
+constexpr int separatorHeight = 9;
+constexpr int checkX = 10;
+constexpr int checkSize = 16;
+constexpr int textX = 30;
+constexpr int symbolSize = 12;
+constexpr int symbolSpace = 20;
+constexpr int rightMargin = 10;
+constexpr int titleMargin = 46;
+constexpr int shortcutGap = 28;
+constexpr double rowRadius = 5;
+constexpr double separatorInset = 10;
 
-const TextStyle kTitle{12, kRowHeight, QFont::Medium, 0, KestroTheme::textPrimary};
-const TextStyle kHeader{11, kRowHeight, QFont::DemiBold, 0, KestroTheme::textSecondary};
-const TextStyle kShortcut{11, kRowHeight, QFont::Medium, 0, KestroTheme::textSecondary};
+const TextStyle titleStyle{12, rowHeight, QFont::Medium, 0, KestroTheme::textPrimary};
+const TextStyle headerStyle{11, rowHeight, QFont::DemiBold, 0, KestroTheme::textSecondary};
+const TextStyle shortcutStyle{11, rowHeight, QFont::Medium, 0, KestroTheme::textSecondary};
 
 QPointer<MenuStyle> sharedStyle;
 
@@ -59,18 +59,18 @@ Row rowOf(const QWidget* widget, const QRect& area) {
     }
     Row row;
     row.title = action->data().toString();
-    row.shortcut = action->property(MenuStyle::kShortcutProperty).toString();
-    row.symbol = action->property(MenuStyle::kSymbolProperty).toString();
-    row.isHeader = action->property(MenuStyle::kHeaderProperty).toBool();
+    row.shortcut = action->property(MenuStyle::shortcutProperty).toString();
+    row.symbol = action->property(MenuStyle::symbolProperty).toString();
+    row.isHeader = action->property(MenuStyle::headerProperty).toBool();
     return row;
 }
 
 double symbolRoom(const QWidget* widget) {
-    return widget && widget->property(MenuStyle::kSymbolProperty).toBool() ? kSymbolRoom : 0;
+    return widget && widget->property(MenuStyle::symbolProperty).toBool() ? symbolSpace : 0;
 }
 
 void paintSubmenuArrow(QPainter& painter, const QRectF& row, const QColor& color) {
-    const QPointF tip(row.right() - kRightMargin, row.center().y());
+    const QPointF tip(row.right() - rightMargin, row.center().y());
     QPen pen(color, 1);
     pen.setCapStyle(Qt::RoundCap);
     pen.setJoinStyle(Qt::RoundJoin);
@@ -84,13 +84,13 @@ void paintEntry(QPainter& painter, const QStyleOptionMenuItem& option, const QWi
     const bool isHovered = option.state & QStyle::State_Selected && option.state & QStyle::State_Enabled;
     const bool isDimmed = !(option.state & QStyle::State_Enabled) && !row.isHeader;
     if (isHovered) {
-        paintRounded(painter, area, kRowRadius, KestroTheme::accentCool());
+        paintRounded(painter, area, rowRadius, KestroTheme::accentCool());
     }
     if (isDimmed) {
-        painter.setOpacity(kDisabledOpacity);
+        painter.setOpacity(disabledOpacity);
     }
-    TextStyle title = row.isHeader ? kHeader : kTitle;
-    TextStyle shortcut = kShortcut;
+    TextStyle title = row.isHeader ? headerStyle : titleStyle;
+    TextStyle shortcut = shortcutStyle;
     Ink check = KestroTheme::accentCool;
     if (isHovered) {
         title.ink = KestroTheme::ground;
@@ -99,19 +99,19 @@ void paintEntry(QPainter& painter, const QStyleOptionMenuItem& option, const QWi
         check = KestroTheme::ground;
     }
     // Columns are measured from the menu's edge, but a row starts after the padding.
-    const double origin = area.left() - kPadding;
+    const double origin = area.left() - padding;
     if (option.checked) {
         constexpr double mark = 10;
-        const QRectF box(origin + kCheckX + (kCheckSize - mark) / 2, area.center().y() - mark / 2, mark, mark);
+        const QRectF box(origin + checkX + (checkSize - mark) / 2, area.center().y() - mark / 2, mark, mark);
         SymbolPainter::paint(painter, QStringLiteral("checkmark"), box, check.color());
     }
     if (!row.symbol.isEmpty()) {
-        const QRectF box(origin + kTextX, area.center().y() - kSymbolSize / 2.0, kSymbolSize, kSymbolSize);
+        const QRectF box(origin + textX, area.center().y() - symbolSize / 2.0, symbolSize, symbolSize);
         SymbolPainter::paint(painter, row.symbol, box, title.ink.color());
     }
     QRectF text = area;
-    text.setLeft(origin + kTextX + symbolRoom(widget));
-    text.setRight(area.right() - kRightMargin);
+    text.setLeft(origin + textX + symbolRoom(widget));
+    text.setRight(area.right() - rightMargin);
     drawText(painter, text, row.shortcut, shortcut, Qt::AlignRight, TextFit::value);
     drawText(painter, text, row.title, title);
     if (option.menuItemType == QStyleOptionMenuItem::SubMenu) {
@@ -145,7 +145,7 @@ void MenuStyle::drawControl(ControlElement element, const QStyleOption* option, 
     painter->setRenderHint(QPainter::Antialiasing);
     if (item->menuItemType == QStyleOptionMenuItem::Separator) {
         const QRectF row = item->rect;
-        paintHairline(*painter, row.left() - kPadding + kSeparatorInset, row.right() + kPadding - kSeparatorInset,
+        paintHairline(*painter, row.left() - padding + separatorInset, row.right() + padding - separatorInset,
                       std::floor(row.center().y()));
     } else {
         paintEntry(*painter, *item, widget);
@@ -158,7 +158,7 @@ void MenuStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
     if (element == PE_PanelMenu) {
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        paintPopupGlass(*painter, option->rect, kCornerRadius);
+        paintPopupGlass(*painter, option->rect, cornerRadius);
         painter->restore();
         return;
     }
@@ -175,20 +175,20 @@ QSize MenuStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
     }
     if (item->menuItemType == QStyleOptionMenuItem::Separator) {
         // A size without a width would count as hidden.
-        return {1, kSeparatorHeight};
+        return {1, separatorHeight};
     }
     QString title = item->text;
     title.replace(QStringLiteral("&&"), QStringLiteral("&"));
-    return {rowWidth(title, {}, symbolRoom(widget) > 0) - 2 * kPadding, kRowHeight};
+    return {rowWidth(title, {}, symbolRoom(widget) > 0) - 2 * padding, rowHeight};
 }
 
 int MenuStyle::rowWidth(const QString& title, const QString& shortcut, bool hasSymbols) {
-    TextStyle widest = kTitle;
+    TextStyle widest = titleStyle;
     widest.weight = QFont::DemiBold;
     const double end = shortcut.isEmpty()
-                           ? kTitleMargin
-                           : kShortcutGap + textWidth(shortcut, kShortcut) + kRightMargin + kPadding;
-    return static_cast<int>(std::ceil(kTextX + (hasSymbols ? kSymbolRoom : 0) + textWidth(title, widest) + end));
+                           ? titleMargin
+                           : shortcutGap + textWidth(shortcut, shortcutStyle) + rightMargin + padding;
+    return static_cast<int>(std::ceil(textX + (hasSymbols ? symbolSpace : 0) + textWidth(title, widest) + end));
 }
 
 int MenuStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
@@ -197,7 +197,7 @@ int MenuStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const
             return 0;
         case PM_MenuHMargin:
         case PM_MenuVMargin:
-            return kPadding;
+            return padding;
         case PM_SubMenuOverlap:
             return -2;
         default:
@@ -217,7 +217,7 @@ int MenuStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
             // Without compositing, the corners outside the glass would be black.
             if (auto* const mask = qstyleoption_cast<QStyleHintReturnMask*>(returnData);
                 mask != nullptr && !window_compositing::isAvailable()) {
-                mask->region = roundedRegion(option->rect, kCornerRadius);
+                mask->region = roundedRegion(option->rect, cornerRadius);
                 return 1;
             }
             return 0;

@@ -11,13 +11,13 @@ class MenuStyle : public QProxyStyle {
 
 public:
     /// Properties of a menu's actions. The plain title is the action's data.
-    static constexpr const char* kHeaderProperty = "kestroMenuHeader";
-    static constexpr const char* kShortcutProperty = "kestroMenuShortcut";
+    static constexpr const char* headerProperty = "kestroMenuHeader";
+    static constexpr const char* shortcutProperty = "kestroMenuShortcut";
 
     /// On an action: its symbol's name. On a menu: true when any entry has a symbol.
-    static constexpr const char* kSymbolProperty = "kestroMenuSymbol";
+    static constexpr const char* symbolProperty = "kestroMenuSymbol";
 
-    static constexpr double kCornerRadius = 8;
+    static constexpr double cornerRadius = 8;
 
     /// The width that an entry needs from edge to edge. A shortcut needs room only beside its own title.
     static int rowWidth(const QString& title, const QString& shortcut, bool hasSymbols);

@@ -16,7 +16,7 @@ namespace kestro {
 
 namespace {
 
-constexpr int kScreenMargin = 8;
+constexpr int screenMargin = 8;
 
 /// Escapes a title so that QAction finds no mnemonic or shortcut in it.
 QString escaped(const QString& title) {
@@ -31,7 +31,7 @@ QPoint awayFromTheEdge(const QPoint& wanted, int width) {
         return wanted;
     }
     const QRect available = screen->availableGeometry();
-    const int last = available.x() + available.width() - kScreenMargin - width;
+    const int last = available.x() + available.width() - screenMargin - width;
     return {std::max(available.x(), std::min(wanted.x(), last)), wanted.y()};
 }
 
@@ -58,7 +58,7 @@ PopupMenu::PopupMenu(const std::vector<MenuEntry>& entries, QWidget* parent) : Q
     setAttribute(Qt::WA_TranslucentBackground);
     const bool hasSymbols =
         std::ranges::any_of(entries, [](const MenuEntry& entry) { return !entry.symbol.isEmpty(); });
-    setProperty(MenuStyle::kSymbolProperty, hasSymbols);
+    setProperty(MenuStyle::symbolProperty, hasSymbols);
     int width = 0;
     for (const MenuEntry& entry : entries) {
         add(entry);
@@ -74,12 +74,12 @@ void PopupMenu::openAt(const QPoint& position) {
 
 void PopupMenu::showEvent(QShowEvent* event) {
     QMenu::showEvent(event);
-    shapeWindow(*this, MenuStyle::kCornerRadius, window_compositing::isAvailable());
+    shapeWindow(*this, MenuStyle::cornerRadius, window_compositing::isAvailable());
 }
 
 void PopupMenu::resizeEvent(QResizeEvent* event) {
     QMenu::resizeEvent(event);
-    shapeWindow(*this, MenuStyle::kCornerRadius, window_compositing::isAvailable());
+    shapeWindow(*this, MenuStyle::cornerRadius, window_compositing::isAvailable());
 }
 
 void PopupMenu::add(const MenuEntry& entry) {
@@ -97,9 +97,9 @@ void PopupMenu::add(const MenuEntry& entry) {
         action = addMenu(submenu);
     }
     action->setData(singleLine(entry.title));
-    action->setProperty(MenuStyle::kShortcutProperty, entry.shortcut);
-    action->setProperty(MenuStyle::kSymbolProperty, entry.symbol);
-    action->setProperty(MenuStyle::kHeaderProperty, entry.kind == MenuEntry::Kind::header);
+    action->setProperty(MenuStyle::shortcutProperty, entry.shortcut);
+    action->setProperty(MenuStyle::symbolProperty, entry.symbol);
+    action->setProperty(MenuStyle::headerProperty, entry.kind == MenuEntry::Kind::header);
     action->setEnabled(entry.isEnabled && entry.kind == MenuEntry::Kind::action);
     action->setCheckable(entry.isChecked);
     action->setChecked(entry.isChecked);

@@ -8,7 +8,7 @@ namespace kestro {
 
 namespace {
 
-constexpr double kLightFill = 0.45;
+constexpr double lightFill = 0.45;
 
 double linear(double component) {
     return component <= 0.04045 ? component / 12.92 : std::pow((component + 0.055) / 1.055, 2.4);
@@ -21,7 +21,7 @@ double luminance(const QColor& color) {
 }
 
 QColor markOn(const QColor& fill) {
-    return luminance(fill) > kLightFill ? KestroTheme::ground() : QColor(Qt::white);
+    return luminance(fill) > lightFill ? KestroTheme::ground() : QColor(Qt::white);
 }
 
 }  // namespace kestro

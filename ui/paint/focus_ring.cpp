@@ -11,11 +11,11 @@ namespace kestro {
 
 namespace {
 
-constexpr const char* kHostProperty = "kestroFocusRingHost";
+constexpr const char* hostProperty = "kestroFocusRingHost";
 
 QWidget* hostOf(const QWidget& control) {
     QWidget* host = control.parentWidget();
-    while (host && !host->isWindow() && !host->property(kHostProperty).toBool()) {
+    while (host && !host->isWindow() && !host->property(hostProperty).toBool()) {
         host = host->parentWidget();
     }
     return host;
@@ -59,7 +59,7 @@ FocusRing::FocusRing(QWidget& control, const FocusRingTarget& target)
 }
 
 void FocusRing::setHost(QWidget& widget) {
-    widget.setProperty(kHostProperty, true);
+    widget.setProperty(hostProperty, true);
 }
 
 bool FocusRing::eventFilter(QObject*, QEvent* event) {
@@ -90,8 +90,8 @@ void FocusRing::paintEvent(QPaintEvent*) {
         painter.setPen(QPen(color, width));
         painter.drawRoundedRect(area.adjusted(-middle, -middle, middle, middle), radius + middle, radius + middle);
     };
-    strokeAt(0, kGap, KestroTheme::ground());
-    strokeAt(kGap, kLine, KestroTheme::accentCool());
+    strokeAt(0, ringGap, KestroTheme::ground());
+    strokeAt(ringGap, ringWidth, KestroTheme::accentCool());
 }
 
 void FocusRing::place() {

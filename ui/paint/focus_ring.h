@@ -22,10 +22,11 @@ class FocusRing : public QWidget {
     Q_OBJECT
 
 public:
-    static constexpr double kGap = 1.5;
-    static constexpr double kLine = 1.5;
+    static constexpr double ringGap = 1.5;
+    static constexpr double ringWidth = 1.5;
 
-    /// Shows the window's single ring on `control`, whose outline is `target`, moving it from its previous control.
+    /// Shows the window's single ring on `control`, whose outline is `target`, moving it from its previous
+    /// control.
     static void showOn(QWidget& control, const FocusRingTarget& target);
     static void hideFrom(QWidget& control);
 

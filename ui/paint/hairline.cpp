@@ -1,19 +1,20 @@
 #include "ui/paint/hairline.h"
 
+#include "ui/theme/kestro_theme.h"
+
 #include <QPainter>
 #include <QPen>
+
 #include <algorithm>
 #include <cmath>
-
-#include "ui/theme/kestro_theme.h"
 
 namespace kestro {
 
 namespace {
 
-constexpr double kHairline = 0.5;
-constexpr double kFineScale = 2;
-constexpr double kMiterLimit = 10;
+constexpr double thickness = 0.5;
+constexpr double fineScale = 2;
+constexpr double miterLimit = 10;
 
 }  // namespace
 
@@ -35,7 +36,7 @@ QRectF snappedToDevice(const QPainter& painter, const QRectF& rect) {
 }
 
 double hairlineWidth(double scale) {
-    return scale < kFineScale ? 1 / scale : kHairline;
+    return scale < fineScale ? 1 / scale : thickness;
 }
 
 void kestroHairlineBorder(QPainter& painter, const QRectF& rect, double radius) {
@@ -48,7 +49,7 @@ void kestroHairlineBorder(QPainter& painter, const QRectF& rect, double radius, 
     const QRectF line = snappedToDevice(painter, rect).adjusted(inset, inset, -inset, -inset);
     QPen pen(color, width);
     pen.setJoinStyle(Qt::MiterJoin);
-    pen.setMiterLimit(kMiterLimit);
+    pen.setMiterLimit(miterLimit);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);

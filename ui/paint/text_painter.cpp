@@ -15,13 +15,13 @@ namespace kestro {
 
 namespace {
 
-constexpr double kSmallestShrink = 0.8;
-constexpr double kSmallestSize = 7;
+constexpr double smallestShrink = 0.8;
+constexpr double smallestSize = 7;
 
 /// An error in the sum of a row's widths that is too small to see.
-constexpr double kHair = 0.01;
-constexpr qsizetype kLongestText = 512;
-constexpr qsizetype kCachedTexts = 1024;
+constexpr double hair = 0.01;
+constexpr qsizetype longestText = 512;
+constexpr qsizetype cachedTexts = 1024;
 
 struct ShapeKey {
     QString text;
@@ -116,7 +116,7 @@ ShapedText shape(const QString& text, const TextStyle& style, double deviceScale
 }
 
 QString displayed(const QString& text, const TextStyle& style) {
-    const QString kept = text.left(kLongestText);
+    const QString kept = text.left(longestText);
     return style.capitals ? kept.toUpper() : kept;
 }
 
@@ -137,13 +137,13 @@ QString elided(const QString& text, const TextStyle& style, double width) {
 }
 
 FittedText fitAfresh(const QString& text, const TextStyle& style, double natural, double width, TextFit fit) {
-    const double readable = std::min(1.0, kSmallestSize / style.size);
+    const double readable = std::min(1.0, smallestSize / style.size);
     const double wanted = std::max(0.0, width) / natural;
     if (fit == TextFit::value) {
         return {text, std::max(readable, wanted)};
     }
-    const double scale = std::max({kSmallestShrink, readable, wanted});
-    if (natural * scale <= width + kHair) {
+    const double scale = std::max({smallestShrink, readable, wanted});
+    if (natural * scale <= width + hair) {
         return {text, scale};
     }
     TextStyle smaller = style;
@@ -155,7 +155,7 @@ FittedText fitAfresh(const QString& text, const TextStyle& style, double natural
 }  // namespace
 
 QString singleLine(const QString& text) {
-    QString line = text.left(kLongestText);
+    QString line = text.left(longestText);
     for (QChar& c : line) {
         const bool isHidden = c.category() == QChar::Other_Control || c.category() == QChar::Other_Format ||
                               c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
@@ -179,7 +179,7 @@ const ShapedText& shapeText(const QString& text, const TextStyle& style, double 
     if (const auto found = cache.constFind(key); found != cache.constEnd()) {
         return found.value();
     }
-    if (cache.size() >= kCachedTexts) {
+    if (cache.size() >= cachedTexts) {
         cache.clear();
     }
     return cache.insert(key, shape(singleLine(line), style, scale)).value();
@@ -204,7 +204,7 @@ FittedText fitText(const QString& text, const TextStyle& style, double width, Te
     if (const auto found = cache.constFind(key); found != cache.constEnd()) {
         return found.value();
     }
-    if (cache.size() >= kCachedTexts) {
+    if (cache.size() >= cachedTexts) {
         cache.clear();
     }
     return cache.insert(key, fitAfresh(text, style, natural, width, fit)).value();

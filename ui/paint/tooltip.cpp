@@ -21,12 +21,12 @@ namespace kestro {
 
 namespace {
 
-constexpr int kPaddingX = 8;
-constexpr int kPaddingY = 4;
-constexpr double kRadius = 5;
-constexpr int kPointerGap = 18;
+constexpr int paddingX = 8;
+constexpr int paddingY = 4;
+constexpr double cornerRadius = 5;
+constexpr int pointerGap = 18;
 
-const TextStyle kText{10.5, 14, QFont::Medium, 0, KestroTheme::textPrimary};
+const TextStyle textStyle{10.5, 14, QFont::Medium, 0, KestroTheme::textPrimary};
 
 QPointer<Tooltip> shared;
 
@@ -88,14 +88,14 @@ Tooltip* Tooltip::current() {
 
 QStringList Tooltip::wrapped(const QString& text, double width) {
     QStringList lines;
-    QTextLayout layout(singleLine(text), KestroFonts::font(kText.size, kText.weight, kText.tracking));
+    QTextLayout layout(singleLine(text), KestroFonts::font(textStyle.size, textStyle.weight, textStyle.tracking));
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(width);
-        if (lines.size() == kMostLines) {
+        if (lines.size() == mostLines) {
             lines.last() = lines.last().trimmed() + QChar(0x2026);
             break;
         }
@@ -106,7 +106,7 @@ QStringList Tooltip::wrapped(const QString& text, double width) {
 }
 
 QRect Tooltip::placed(const QSize& size, const QPoint& pointer, const QRect& screen) {
-    QRect area(QPoint(pointer.x(), pointer.y() + kPointerGap), size);
+    QRect area(QPoint(pointer.x(), pointer.y() + pointerGap), size);
     if (area.bottom() > screen.bottom()) {
         area.moveBottom(pointer.y() - 4);
     }
@@ -119,20 +119,20 @@ QRect Tooltip::placed(const QSize& size, const QPoint& pointer, const QRect& scr
 QSize Tooltip::sizeHint() const {
     double widest = 0;
     for (const QString& line : lines_) {
-        widest = std::max(widest, textWidth(line, kText));
+        widest = std::max(widest, textWidth(line, textStyle));
     }
-    const int height = static_cast<int>(kText.lineHeight) * static_cast<int>(lines_.size());
-    return {static_cast<int>(std::ceil(widest)) + 2 * kPaddingX, height + 2 * kPaddingY};
+    const int height = static_cast<int>(textStyle.lineHeight) * static_cast<int>(lines_.size());
+    return {static_cast<int>(std::ceil(widest)) + 2 * paddingX, height + 2 * paddingY};
 }
 
 void Tooltip::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintHudGlass(painter, rect(), kRadius);
-    QRectF line(kPaddingX, kPaddingY, width() - 2 * kPaddingX, kText.lineHeight);
+    paintHudGlass(painter, rect(), cornerRadius);
+    QRectF line(paddingX, paddingY, width() - 2 * paddingX, textStyle.lineHeight);
     for (const QString& text : lines_) {
-        drawText(painter, line, text, kText);
-        line.translate(0, kText.lineHeight);
+        drawText(painter, line, text, textStyle);
+        line.translate(0, textStyle.lineHeight);
     }
 }
 
@@ -153,11 +153,11 @@ void Tooltip::await(QWidget& owner, const QString& help) {
     disappear();
     setText(help);
     owner_ = &owner;
-    wait_.start(kDelayMilliseconds, this);
+    wait_.start(delayMilliseconds, this);
 }
 
 void Tooltip::setText(const QString& text) {
-    lines_ = wrapped(text, kWidestText);
+    lines_ = wrapped(text, widestText);
     resize(sizeHint());
 }
 
@@ -176,7 +176,7 @@ void Tooltip::settle() {
         screen = owner_->screen();
     }
     setGeometry(placed(sizeHint(), pointer_, screen->geometry()));
-    shapeWindow(*this, kRadius, window_compositing::isAvailable());
+    shapeWindow(*this, cornerRadius, window_compositing::isAvailable());
     update();
 }
 

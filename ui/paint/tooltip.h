@@ -14,9 +14,9 @@ class Tooltip : public QWidget {
     Q_OBJECT
 
 public:
-    static constexpr int kDelayMilliseconds = 500;
-    static constexpr int kWidestText = 420;
-    static constexpr int kMostLines = 8;
+    static constexpr int delayMilliseconds = 500;
+    static constexpr int widestText = 420;
+    static constexpr int mostLines = 8;
 
     /// Handles an event of `owner` whose help is `help`: starts the delay or hides the tooltip.
     static void follow(QWidget& owner, const QString& help, const QEvent& event);
@@ -28,7 +28,7 @@ public:
     /// The shared tooltip; null until first needed.
     static Tooltip* current();
 
-    /// Breaks a text into at most kMostLines lines of at most `width`; a longer text ends in "…".
+    /// Breaks a text into at most mostLines lines of at most `width`; a longer text ends in "…".
     static QStringList wrapped(const QString& text, double width);
 
     /// The area of a tooltip of `size` for a pointer at `pointer`, kept on `screen`.

@@ -1,11 +1,10 @@
 // The static part of the popover: the layout and typography of its parts.
 
-#include "ui/popover/menu_bar_popover_view.h"
-
 #include "core/power/keep_awake_manager.h"
 #include "ui/controls/composition.h"
 #include "ui/decorations/orvanel_watermark.h"
 #include "ui/menus/menu_button.h"
+#include "ui/popover/menu_bar_popover_view.h"
 #include "ui/popover/popover_content.h"
 #include "ui/popover/popover_geometry.h"
 #include "ui/popover/readout_line.h"
@@ -19,11 +18,11 @@ using namespace popover_geometry;
 using text_styles::w600;
 
 /// The bar of a cluster, between its label and its value.
-constexpr int kClusterBarLeft = 84;
-constexpr int kClusterBarWidth = 198;
-constexpr int kClusterLabelGap = 4;
+constexpr int clusterBarLeft = 84;
+constexpr int clusterBarWidth = 198;
+constexpr int clusterLabelGap = 4;
 
-constexpr StateOpacity kAwakeFill{0.12, 0.22, 0.10};
+constexpr StateOpacity awakeFill{0.12, 0.22, 0.10};
 
 TextStyle sized(TextStyle style, double size, QFont::Weight weight) {
     style.size = size;
@@ -46,7 +45,7 @@ ReadoutLine::Style plainLine() {
 
 ReadoutLine::Style clusterLine() {
     ReadoutLine::Style style = plainLine();
-    style.labelRoom = kClusterBarLeft - kClusterLabelGap - left;
+    style.labelRoom = clusterBarLeft - clusterLabelGap - left;
     return style;
 }
 
@@ -94,7 +93,7 @@ void MenuBarPopoverView::buildCompute() {
     const auto addCluster = [this](int top, ReadoutLine*& text, LoadBar*& bar) {
         text = placed(new ReadoutLine(clusterLine(), this), line(top, top + 12));
         bar = placed(new LoadBar(KestroTheme::accentCool, this),
-                     QRect(kClusterBarLeft, top + 4, kClusterBarWidth, LoadBar::kHeight));
+                     QRect(clusterBarLeft, top + 4, clusterBarWidth, LoadBar::fixedHeight));
     };
     addCluster(65, firstCluster_, firstBar_);
     addCluster(80, secondCluster_, secondBar_);
@@ -145,7 +144,7 @@ void MenuBarPopoverView::buildPower() {
     keepAwake_ = new Button(ButtonKind::chip, this);
     keepAwake_->setHeight(20);
     keepAwake_->setTextStyle(text_styles::popoverValue);
-    keepAwake_->setOnFill(kAwakeFill);
+    keepAwake_->setOnFill(awakeFill);
     keepAwake_->onClick([this] { services_.keepAwake.toggle(); });
 }
 

@@ -22,7 +22,7 @@ namespace kestro {
 
 namespace {
 
-constexpr double kCornerRadius = 10;
+constexpr double cornerRadius = 10;
 
 QString name(FanProfile profile) {
     return Words(rawValue(profile));
@@ -35,7 +35,7 @@ QString symbolOf(FanProfile profile) {
 }  // namespace
 
 MenuBarPopoverView::MenuBarPopoverView(const KestroServices& services, PopoverActions actions, QWidget* parent)
-    : GlassSurface(services.settings, kCornerRadius, parent), services_(services), actions_(std::move(actions)) {
+    : GlassSurface(services.settings, cornerRadius, parent), services_(services), actions_(std::move(actions)) {
     setFixedSize(popover_geometry::size);
     setAccessibleName(QStringLiteral("Quick Glance Popover"));
     // The panel itself takes the focus, so that the first Tab reaches the first control.

@@ -7,8 +7,8 @@ namespace kestro {
 
 namespace {
 
-constexpr double kCriticalTemperature = 80.0;
-constexpr std::size_t kFansInThreeColumns = 5;
+constexpr double criticalTemperature = 80.0;
+constexpr std::size_t fansInThreeColumns = 5;
 
 ClusterContent cluster(const std::string& name, double usage) {
     return {QString::fromStdString(name), percentText(usage), usage / 100};
@@ -43,11 +43,11 @@ CoolingHeading coolingHeading(std::size_t fanCount) {
 
 QString fanLabel(const QString& name, std::size_t fanCount) {
     const QString word = QStringLiteral("Fan ");
-    return fanCount >= kFansInThreeColumns && name.startsWith(word) ? name.mid(word.size()) : name;
+    return fanCount >= fansInThreeColumns && name.startsWith(word) ? name.mid(word.size()) : name;
 }
 
 bool isCriticalTemperature(const ThermalTelemetry& thermals) {
-    return thermals.averageSoCTemp > kCriticalTemperature;
+    return thermals.averageSoCTemp > criticalTemperature;
 }
 
 QString freeSpaceText(const DiskTelemetry& disk) {

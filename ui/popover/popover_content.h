@@ -1,10 +1,5 @@
 #pragma once
 
-#include <QString>
-
-#include <optional>
-#include <vector>
-
 #include "core/telemetry/cpu_telemetry.h"
 #include "core/telemetry/disk_telemetry.h"
 #include "core/telemetry/fan_telemetry.h"
@@ -12,6 +7,11 @@
 #include "core/telemetry/network_telemetry.h"
 #include "core/telemetry/power_telemetry.h"
 #include "core/telemetry/thermal_telemetry.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
 
 namespace kestro {
 

@@ -6,8 +6,8 @@ namespace kestro::popover_geometry {
 
 namespace {
 
-constexpr int kRowTops[] = {164, 180};
-constexpr int kRowHeight = 16;
+constexpr int rowTops[] = {164, 180};
+constexpr int rowHeight = 16;
 
 int columns(std::size_t fanCount) {
     return fanCount > 4 ? 3 : fanCount > 2 ? 2 : 1;
@@ -29,7 +29,7 @@ CoolingBlock coolingBlock(std::size_t fanCount) {
         const int row = static_cast<int>(i) / across;
         // The last column ends at the common right edge of the values.
         const int x = column == across - 1 ? right - width : left + column * (width + gap);
-        block.fans.emplace_back(x, kRowTops[row], width, kRowHeight);
+        block.fans.emplace_back(x, rowTops[row], width, rowHeight);
     }
     return block;
 }

@@ -5,11 +5,9 @@
 #include <cstddef>
 #include <vector>
 
-namespace kestro {
-
 /// The positions of the popover's parts, in points. Everything is fixed except the cooling block, which depends on
 /// the number of fans.
-namespace popover_geometry {
+namespace kestro::popover_geometry {
 
 inline constexpr QSize size(330, 325);
 inline constexpr int left = 14;
@@ -37,6 +35,4 @@ struct CoolingBlock {
 /// One line for up to one fan; two rows for two; two columns for up to four, three for more.
 CoolingBlock coolingBlock(std::size_t fanCount);
 
-}  // namespace popover_geometry
-
-}  // namespace kestro
+}  // namespace kestro::popover_geometry

@@ -11,10 +11,10 @@ namespace kestro {
 
 namespace {
 
-constexpr double kSymbolColumn = 10;
-constexpr double kTrailingGap = 5;
-constexpr double kValueGap = 4;
-constexpr double kSmallestShrink = 0.8;
+constexpr double symbolColumn = 10;
+constexpr double trailingGap = 5;
+constexpr double valueGap = 4;
+constexpr double smallestShrink = 0.8;
 
 }  // namespace
 
@@ -87,30 +87,30 @@ double ReadoutLine::labelWidth() const {
 QRectF ReadoutLine::valueRect() const {
     // Shrinks both texts before eliding the label.
     const double natural = textWidth(value_, style_.value);
-    const double labelNeeds = kSmallestShrink * labelWidth() + kValueGap;
-    const double room = std::max(kSmallestShrink * natural, this->width() - labelLeft() - labelNeeds);
+    const double labelNeeds = smallestShrink * labelWidth() + valueGap;
+    const double room = std::max(smallestShrink * natural, this->width() - labelLeft() - labelNeeds);
     const double width = std::min({natural, room, static_cast<double>(this->width())});
     return {this->width() - width, 0, width, static_cast<double>(height())};
 }
 
 double ReadoutLine::trailingLeft() const {
-    const double content = textWidth(label_, style_.label) + style_.symbolSize + kTrailingGap;
+    const double content = textWidth(label_, style_.label) + style_.symbolSize + trailingGap;
     return std::max(0.0, width() - content);
 }
 
 QRectF ReadoutLine::labelRect() const {
     if (isTrailing_) {
-        const double left = trailingLeft() + style_.symbolSize + kTrailingGap;
+        const double left = trailingLeft() + style_.symbolSize + trailingGap;
         return {left, 0, width() - left, static_cast<double>(height())};
     }
     const double left = labelLeft();
-    const double right = value_.isEmpty() ? width() : valueRect().left() - kValueGap;
+    const double right = value_.isEmpty() ? width() : valueRect().left() - valueGap;
     return {left, 0, std::clamp(right - left, 0.0, style_.labelRoom), static_cast<double>(height())};
 }
 
 QRectF ReadoutLine::symbolRect() const {
     const double size = style_.symbolSize;
-    const double left = isTrailing_ ? trailingLeft() : (kSymbolColumn - size) / 2;
+    const double left = isTrailing_ ? trailingLeft() : (symbolColumn - size) / 2;
     return {left, (height() - size) / 2, size, size};
 }
 

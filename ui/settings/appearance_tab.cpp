@@ -14,8 +14,8 @@ namespace kestro {
 
 namespace {
 
-constexpr int kTileGap = 12;
-constexpr int kIntensityLabelWidth = 150;
+constexpr int tileGap = 12;
+constexpr int intensityLabelWidth = 150;
 
 }  // namespace
 
@@ -28,7 +28,7 @@ AppearanceTab::AppearanceTab(const KestroServices& services) : SettingsPane(serv
 QWidget* AppearanceTab::paletteCard() {
     constexpr int height = 92;
     Setting<ThemePalette>& setting = services().settings.themePalette;
-    QWidget* content = row(Insets{settings_parts::kInset, 0, settings_parts::kInset, 0}).release();
+    QWidget* content = row(Insets{settings_parts::rowInset, 0, settings_parts::rowInset, 0}).release();
     auto* layout = static_cast<QHBoxLayout*>(content->layout());
     std::vector<Swatch*> swatches;
     for (const ThemePalette palette : allCases<ThemePalette>()) {
@@ -55,7 +55,7 @@ template <ClosedEnumeration E>
 QWidget* AppearanceTab::tiles(const Words& name, int height, Setting<E>& setting,
                               std::function<void(QPainter&, const QRectF&, E)> paint,
                               std::vector<OptionTile*>& made) {
-    QWidget* line = row(Spacing(kTileGap)).release();
+    QWidget* line = row(Spacing(tileGap)).release();
     auto* layout = static_cast<QHBoxLayout*>(line->layout());
     for (const E value : allCases<E>()) {
         auto* tile =
@@ -75,14 +75,14 @@ QWidget* AppearanceTab::tiles(const Words& name, int height, Setting<E>& setting
             options->setChosen(static_cast<int>(chosen));
         },
         setting);
-    return column(Insets{settings_parts::kInset, 9, settings_parts::kInset, 6}, Spacing(9),
+    return column(Insets{settings_parts::rowInset, 9, settings_parts::rowInset, 6}, Spacing(9),
                   text(name).style(text_styles::settingTitle), line)
         .release();
 }
 
 QWidget* AppearanceTab::inkCard() {
     UserSettings& settings = services().settings;
-    QWidget* intensity = settings_parts::labelledRow("Dot Intensity", kIntensityLabelWidth,
+    QWidget* intensity = settings_parts::labelledRow("Dot Intensity", intensityLabelWidth,
                                                      choice("Dot Intensity", 28, settings.halftoneIntensity), 48);
     std::vector<OptionTile*> made;
     QWidget* patterns = tiles<HalftonePatternStyle>(

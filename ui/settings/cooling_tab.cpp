@@ -17,7 +17,7 @@ namespace kestro {
 
 namespace {
 
-constexpr int kFanRowHeight = 30;
+constexpr int fanRowHeight = 30;
 
 /// A row with a hairline along its top.
 class RuledRow : public QWidget {
@@ -60,7 +60,7 @@ CoolingTab::FanRow CoolingTab::fanRow() const {
     limit.size = 11;
     FanRow fan;
     fan.widget = new RuledRow;
-    fan.widget->setFixedHeight(kFanRowHeight);
+    fan.widget->setFixedHeight(fanRowHeight);
     auto* layout = new QHBoxLayout(fan.widget);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(row(Spacing(12), symbol("fanblades.fill", 12, KestroTheme::accentCool),

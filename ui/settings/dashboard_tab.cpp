@@ -10,11 +10,11 @@ namespace kestro {
 
 namespace {
 
-constexpr double kSymbol = 15;
-constexpr int kLabelWidth = 170;
-constexpr int kChoiceHeight = 28;
-constexpr int kChoiceRowHeight = 46;
-constexpr std::array<std::int64_t, 4> kProcessCounts{5, 6, 8, 10};
+constexpr double symbolSize = 15;
+constexpr int labelWidth = 170;
+constexpr int choiceHeight = 28;
+constexpr int choiceRowHeight = 46;
+constexpr std::array<std::int64_t, 4> processCounts{5, 6, 8, 10};
 
 }  // namespace
 
@@ -22,7 +22,7 @@ DashboardTab::DashboardTab(const KestroServices& services) : SettingsPane(servic
     add(settings_parts::group("COLUMN VISIBILITY", columnsCard()));
     add(settings_parts::group("LIVE ACTIVITY TELEMETRY", activityCard()));
     SettingRow* pinned = switchRow("Float Dashboard On Top (Pinned)", 40, services.settings.isPinned);
-    pinned->setSymbol(QStringLiteral("pin.fill"), kSymbol);
+    pinned->setSymbol(QStringLiteral("pin.fill"), symbolSize);
     add(settings_parts::group("WINDOW BEHAVIOR", new settings_parts::RowCard({pinned})));
 }
 
@@ -44,7 +44,7 @@ QWidget* DashboardTab::columnsCard() {
     std::vector<QWidget*> rows;
     for (const Column& column : columns) {
         SettingRow* row = switchRow(column.title, rowHeight, column.setting);
-        row->setSymbol(Words(column.symbol), kSymbol);
+        row->setSymbol(Words(column.symbol), symbolSize);
         rows.push_back(row);
     }
     return new settings_parts::RowCard(rows);
@@ -53,30 +53,30 @@ QWidget* DashboardTab::columnsCard() {
 QWidget* DashboardTab::activityCard() {
     UserSettings& settings = services().settings;
     const auto row = [](const char* label, QWidget* control) {
-        return settings_parts::labelledRow(label, kLabelWidth, control, kChoiceRowHeight);
+        return settings_parts::labelledRow(label, labelWidth, control, choiceRowHeight);
     };
     return new settings_parts::RowCard({
-        row("Default Metric:", choice("Default Metric:", kChoiceHeight, settings.processSortMetric,
+        row("Default Metric:", choice("Default Metric:", choiceHeight, settings.processSortMetric,
                                       [this] { services().engine.refreshProcesses(); })),
         row("Processes Displayed:", processCountChoice()),
-        row("Temperature Units:", choice("Temperature Units:", kChoiceHeight, settings.temperatureUnit)),
+        row("Temperature Units:", choice("Temperature Units:", choiceHeight, settings.temperatureUnit)),
     });
 }
 
 SegmentedChoice* DashboardTab::processCountChoice() {
     Setting<std::int64_t>& limit = services().settings.processCountLimit;
     std::vector<Segment> segments;
-    for (const std::int64_t count : kProcessCounts) {
+    for (const std::int64_t count : processCounts) {
         segments.push_back({QStringLiteral("Top %1").arg(count), QString()});
     }
-    auto* control = new SegmentedChoice(std::move(segments), kChoiceHeight);
+    auto* control = new SegmentedChoice(std::move(segments), choiceHeight);
     control->setAccessibleName(QStringLiteral("Processes Displayed:"));
-    control->onChosen([&limit](int index) { limit.set(kProcessCounts[static_cast<std::size_t>(index)]); });
+    control->onChosen([&limit](int index) { limit.set(processCounts[static_cast<std::size_t>(index)]); });
     follow(
         [control, &limit] {
-            const auto found = std::ranges::find(kProcessCounts, limit.get());
-            control->setChosen(found == kProcessCounts.end() ? -1
-                                                             : static_cast<int>(found - kProcessCounts.begin()));
+            const auto found = std::ranges::find(processCounts, limit.get());
+            control->setChosen(found == processCounts.end() ? -1
+                                                            : static_cast<int>(found - processCounts.begin()));
         },
         limit);
     return control;

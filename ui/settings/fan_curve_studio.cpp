@@ -9,9 +9,9 @@
 #include "ui/format/figure_text.h"
 #include "ui/settings/settings_parts.h"
 
-#include <fmt/format.h>
-
 #include <QVBoxLayout>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -20,12 +20,12 @@ namespace kestro {
 
 namespace {
 
-constexpr int kStudioGap = 10;
-constexpr SliderRange kLowRange{30, 65, 1};
-constexpr SliderRange kHighRange{66, 100, 1};
-constexpr SliderRange kSmoothingRange{0, 10, 0.5};
-constexpr double kCeilingStep = 100;
-constexpr std::array kSelectorLabels{"Left Fan (CPU Exhaust)", "Right Fan (GPU Exhaust)"};
+constexpr int studioGap = 10;
+constexpr SliderRange lowRange{30, 65, 1};
+constexpr SliderRange highRange{66, 100, 1};
+constexpr SliderRange smoothingRange{0, 10, 0.5};
+constexpr double ceilingStep = 100;
+constexpr std::array selectorLabels{"Left Fan (CPU Exhaust)", "Right Fan (GPU Exhaust)"};
 
 QString rpmText(double rpm) {
     return wholeText(rpm) + QStringLiteral(" RPM");
@@ -65,7 +65,7 @@ bool isInForce(CurvePreset preset, const FanCurveConfig& config) {
 }
 
 FanCurveStudio::FanCurveStudio(const KestroServices& services) : SettingsPane(services) {
-    stack().setSpacing(kStudioGap);
+    stack().setSpacing(studioGap);
     constexpr int groupGap = 6;
     add(heading());
     add(fanSelector());
@@ -131,9 +131,9 @@ QWidget* FanCurveStudio::fanSelector() {
     const auto segments = [this] {
         const auto& fans = liveFans(services());
         std::vector<Segment> texts;
-        for (std::size_t i = 0; i < kSelectorLabels.size(); ++i) {
-            texts.push_back({QString::fromUtf8(kSelectorLabels[i]),
-                             i < fans.size() ? rpmText(fans[i].currentRPM) : QString()});
+        for (std::size_t i = 0; i < selectorLabels.size(); ++i) {
+            texts.push_back(
+                {QString::fromUtf8(selectorLabels[i]), i < fans.size() ? rpmText(fans[i].currentRPM) : QString()});
         }
         return texts;
     };
@@ -192,7 +192,7 @@ FanCurveReading FanCurveStudio::reading() const {
     reading.currentTemp = drivingTemperature(reading.config.sensorSource, services().engine.thermals.get());
     reading.currentRPM = fan < fans.size() ? fans[fan].currentRPM : 0;
     reading.targetRPM = reading.config.evaluateRPM(reading.currentTemp);
-    reading.fanName = QString::fromUtf8(kSelectorLabels[fan]);
+    reading.fanName = QString::fromUtf8(selectorLabels[fan]);
     reading.maxDisplayRPM = maxDisplayRPM(reading.config.maxRPM);
     return reading;
 }
@@ -241,9 +241,9 @@ QWidget* FanCurveStudio::thresholds() {
     };
     // The two ranges do not overlap, so the anchors cannot cross.
     return new settings_parts::RowCard(
-        {anchor("Baseline Idle Temp (T_low):", kLowRange,
+        {anchor("Baseline Idle Temp (T_low):", lowRange,
                 "Fan stays at minimum baseline speed below this temperature", &FanCurveConfig::lowTemp),
-         anchor("Full Ramp Ceiling (T_high):", kHighRange,
+         anchor("Full Ramp Ceiling (T_high):", highRange,
                 "Fan reaches maximum target RPM at or above this temperature", &FanCurveConfig::highTemp)},
         Qt::Horizontal);
 }
@@ -251,7 +251,7 @@ QWidget* FanCurveStudio::thresholds() {
 QWidget* FanCurveStudio::smoothing() {
     Setting<double>& smoothing = services().settings.rampSmoothingSeconds;
     const auto block =
-        settings_parts::sliderBlock("Ramp Smoothing Window:", kSmoothingRange,
+        settings_parts::sliderBlock("Ramp Smoothing Window:", smoothingRange,
                                     "Damps brief 1-2s spikes to eliminate fan hunting and whoosh cycles");
     block.slider->setValueText(secondsText);
     block.slider->onChanged([&smoothing](double value) { smoothing.set(value); });
@@ -272,7 +272,7 @@ QWidget* FanCurveStudio::ceiling() {
     cap->setAccessibleName(label);
     cap->onToggled(
         [this](bool isOn) { edit([isOn](FanCurveConfig& config) { config.acousticCeilingEnabled = isOn; }); });
-    auto* slider = new Slider(SliderRange{0, 0, kCeilingStep});
+    auto* slider = new Slider(SliderRange{0, 0, ceilingStep});
     slider->setAccessibleName(label);
     slider->setValueText(rpmText);
     slider->onChanged(
@@ -289,7 +289,7 @@ QWidget* FanCurveStudio::ceiling() {
         const bool isOn = config.acousticCeilingEnabled;
         cap->setOn(isOn);
         slider->setVisible(isOn);
-        slider->setRange({config.minRPM, config.maxRPM, kCeilingStep});
+        slider->setRange({config.minRPM, config.maxRPM, ceilingStep});
         slider->setValue(config.acousticCeilingRPM);
         value->setText(isOn ? rpmText(config.acousticCeilingRPM) : QString());
         note->setVisible(!isOn);

@@ -17,16 +17,16 @@ namespace kestro {
 
 namespace {
 
-constexpr SliderRange kCutoffRange{5, 50, 5};
-constexpr int kCutoffLabelWidth = 110;
+constexpr SliderRange cutoffRange{5, 50, 5};
+constexpr int cutoffLabelWidth = 110;
 
 /// The cup in its circle, lit during a keep-awake session.
 class CupDisc : public View {
 public:
-    static constexpr int kDiameter = 42;
-    static constexpr double kSymbol = 20;
+    static constexpr int diameter = 42;
+    static constexpr double symbolSize = 20;
 
-    explicit CupDisc(const KeepAwakeManager& manager) : manager_(manager) { setFixedSize(kDiameter, kDiameter); }
+    explicit CupDisc(const KeepAwakeManager& manager) : manager_(manager) { setFixedSize(diameter, diameter); }
 
     AccessibleInfo accessibleInfo() const override { return AccessibleInfo::decoration(); }
 
@@ -39,7 +39,7 @@ protected:
         const double radius = disc.width() / 2;
         paintRounded(painter, disc, radius, ink.faded(0.15).color());
         kestroHairlineBorder(painter, disc, radius, ink.faded(0.35).color());
-        const double inset = (kDiameter - kSymbol) / 2;
+        const double inset = (diameter - symbolSize) / 2;
         SymbolPainter::paint(painter, QStringLiteral("cup.and.saucer.fill"),
                              disc.adjusted(inset, inset, -inset, -inset), ink.color());
     }
@@ -53,7 +53,7 @@ struct Scope {
     const char* description;
 };
 
-constexpr std::array kScopes{
+constexpr std::array scopes{
     Scope{
         KeepAwakeTarget::systemOnly,
         "Allows screen to turn off normally while preserving background renders, network transfers, and compute"},
@@ -118,7 +118,7 @@ QWidget* KeepAwakeTab::scopeCard() {
     std::vector<QWidget*> widgets;
     std::vector<Control*> controls;
     std::vector<SettingRow*> rows;
-    for (const Scope& scope : kScopes) {
+    for (const Scope& scope : scopes) {
         auto* option = new SettingRow(RowMark::radio, Words(rawValue(scope.target)), rowHeight);
         option->setDescription(Words(scope.description));
         option->onToggled([this, target = scope.target](bool) { services().keepAwake.setTargetMode(target); });
@@ -131,8 +131,8 @@ QWidget* KeepAwakeTab::scopeCard() {
     const auto& target = services().keepAwake.targetMode;
     follow(
         [rows, options, &target] {
-            for (std::size_t i = 0; i < kScopes.size(); ++i) {
-                const bool isChosen = kScopes[i].target == target.get();
+            for (std::size_t i = 0; i < scopes.size(); ++i) {
+                const bool isChosen = scopes[i].target == target.get();
                 rows[i]->setOn(isChosen);
                 if (isChosen) {
                     options->setChosen(static_cast<int>(i));
@@ -148,14 +148,14 @@ QWidget* KeepAwakeTab::batteryCard() {
                                        services().settings.keepAwakeAutoDisableOnBattery);
     protection->setDescription(QStringLiteral("Prevents unintended battery drain when MacBook is unplugged"));
     Setting<double>& threshold = services().settings.keepAwakeBatteryThreshold;
-    auto* slider = new Slider(kCutoffRange);
+    auto* slider = new Slider(cutoffRange);
     slider->setAccessibleName(QStringLiteral("Cutoff Level:"));
     slider->setValueText(percentText);
     slider->onChanged([&threshold](double value) { threshold.set(value); });
     TextLabel* value = settings_parts::sliderValue();
     value->setFixedWidth(58);
     QWidget* cutoff =
-        settings_parts::labelledRow("Cutoff Level:", kCutoffLabelWidth, row(slider, value).release(), 44);
+        settings_parts::labelledRow("Cutoff Level:", cutoffLabelWidth, row(slider, value).release(), 44);
     follow(
         [slider, value, &threshold] {
             slider->setValue(threshold.get());

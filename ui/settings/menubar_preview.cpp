@@ -20,12 +20,12 @@ namespace kestro {
 
 namespace {
 
-constexpr double kInset = 12;
-constexpr double kBarHeight = 26;
-constexpr double kBarPadding = 10;
-constexpr double kItemGap = 16;
-constexpr double kSymbolGap = 4;
-constexpr double kExtraSymbol = 13;
+constexpr double previewInset = 12;
+constexpr double barHeight = 26;
+constexpr double barPadding = 10;
+constexpr double itemGap = 16;
+constexpr double symbolGap = 4;
+constexpr double extraSymbol = 13;
 
 /// A symbol and a text beside it; either may be absent.
 struct Item {
@@ -34,7 +34,7 @@ struct Item {
     QString text;
     TextStyle style;
 
-    double textLeft() const { return symbol.isEmpty() ? 0 : symbolSize + (text.isEmpty() ? 0 : kSymbolGap); }
+    double textLeft() const { return symbol.isEmpty() ? 0 : symbolSize + (text.isEmpty() ? 0 : symbolGap); }
     double width() const { return textLeft() + std::ceil(textWidth(text, style)); }
 };
 
@@ -54,21 +54,21 @@ std::vector<QRectF> previewItems(const QRectF& bar, std::vector<double> widths) 
     if (widths.empty()) {
         return areas;
     }
-    const double gaps = kItemGap * static_cast<double>(widths.size() - 1);
+    const double gaps = itemGap * static_cast<double>(widths.size() - 1);
     const double others = std::accumulate(widths.begin(), widths.end() - 1, 0.0);
-    const double room = bar.width() - 2 * kBarPadding - gaps - others;
+    const double room = bar.width() - 2 * barPadding - gaps - others;
     widths.back() = std::min(widths.back(), std::max(0.0, room));
-    double right = bar.right() - kBarPadding;
+    double right = bar.right() - barPadding;
     for (std::size_t i = widths.size(); i-- > 0;) {
         areas[i] = QRectF(right - widths[i], bar.top(), widths[i], bar.height());
-        right = areas[i].left() - kItemGap;
+        right = areas[i].left() - itemGap;
     }
     return areas;
 }
 
 MenubarPreview::MenubarPreview(const KestroServices& services, QWidget* parent)
     : View(parent), services_(services) {
-    setFixedHeight(kHeight);
+    setFixedHeight(fixedHeight);
     refresh();
 }
 
@@ -92,23 +92,23 @@ AccessibleInfo MenubarPreview::accessibleInfo() const {
 }
 
 void MenubarPreview::paintEvent(QPaintEvent*) {
-    const TextStyle text{12, kBarHeight, text_styles::w500, 0, KestroTheme::textPrimary};
-    const TextStyle awake{11, kBarHeight, text_styles::w600, 0, status_colors::orangeOnDark()};
-    const TextStyle cooling{10, kBarHeight, text_styles::w700, 0,
-                            Ink(KestroTheme::textPrimary).faded(status_colors::kSecondaryOpacity)};
+    const TextStyle text{12, barHeight, text_styles::w500, 0, KestroTheme::textPrimary};
+    const TextStyle awake{11, barHeight, text_styles::w600, 0, status_colors::orangeOnDark()};
+    const TextStyle cooling{10, barHeight, text_styles::w700, 0,
+                            Ink(KestroTheme::textPrimary).faded(status_colors::secondaryOpacity)};
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF bar(kInset, (height() - kBarHeight) / 2, width() - 2 * kInset, kBarHeight);
+    const QRectF bar(previewInset, (height() - barHeight) / 2, width() - 2 * previewInset, barHeight);
     paintRounded(painter, bar, 4, Ink(QColor(Qt::black)).faded(0.5).color());
     painter.setClipRect(bar);
     std::vector<Item> items;
     if (showsKeepAwake_) {
         const bool isActive = services_.keepAwake.isActive.get();
         items.push_back({isActive ? QStringLiteral("cup.and.saucer.fill") : QStringLiteral("cup.and.saucer"),
-                         kExtraSymbol, keepAwakeText_, awake});
+                         extraSymbol, keepAwakeText_, awake});
     }
     if (showsFan_) {
-        items.push_back({QStringLiteral("fanblades"), kExtraSymbol, fanText_, cooling});
+        items.push_back({QStringLiteral("fanblades"), extraSymbol, fanText_, cooling});
     }
     const ReadoutSymbol symbol = readout_.symbol.value_or(ReadoutSymbol{{}, {}, 0});
     items.push_back({Words(symbol.name), static_cast<double>(symbol.pointSize),

@@ -20,7 +20,7 @@ class MenubarPreview : public View {
     Q_OBJECT
 
 public:
-    static constexpr int kHeight = 48;
+    static constexpr int fixedHeight = 48;
 
     explicit MenubarPreview(const KestroServices& services, QWidget* parent = nullptr);
 

@@ -14,7 +14,7 @@ namespace kestro {
 
 namespace {
 
-constexpr double kRadius = 6;
+constexpr double cornerRadius = 6;
 
 /// A picture of the dragged row, taken when the drag started.
 class RowPicture : public View {
@@ -33,8 +33,8 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        paintRounded(painter, rect(), kRadius, KestroTheme::ground());
-        kestroHairlineBorder(painter, rect(), kRadius, KestroTheme::hairlineStrong());
+        paintRounded(painter, rect(), cornerRadius, KestroTheme::ground());
+        kestroHairlineBorder(painter, rect(), cornerRadius, KestroTheme::hairlineStrong());
         painter.drawPixmap(0, 0, picture_);
     }
 

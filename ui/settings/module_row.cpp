@@ -16,20 +16,20 @@ namespace kestro {
 
 namespace {
 
-constexpr int kChip = 22;
-constexpr int kChipGap = 3;
-constexpr int kRightInset = 9;
-constexpr int kPlaceWidth = 22;
-constexpr int kSampleWidth = 120;
-constexpr int kSampleGap = 8;
-constexpr double kTitleSize = 11.5;
-constexpr double kTargetRadius = 6;
-constexpr double kTargetFill = 0.16;
-constexpr double kTargetBorder = 0.55;
+constexpr int chipSize = 22;
+constexpr int chipGap = 3;
+constexpr int rightInset = 9;
+constexpr int placeWidth = 22;
+constexpr int sampleWidth = 120;
+constexpr int sampleGap = 8;
+constexpr double titleSize = 11.5;
+constexpr double targetRadius = 6;
+constexpr double targetFill = 0.16;
+constexpr double targetBorder = 0.55;
 
 TextStyle moduleTitle(bool isShown) {
     TextStyle style = text_styles::settingTitle;
-    style.size = kTitleSize;
+    style.size = titleSize;
     style.ink = isShown ? KestroTheme::textPrimary : KestroTheme::textSecondary;
     return style;
 }
@@ -37,14 +37,14 @@ TextStyle moduleTitle(bool isShown) {
 }  // namespace
 
 ModuleRow::ModuleRow(MenubarModuleType module, QWidget* parent)
-    : SettingRow(RowMark::check, Words(displayName(module)), kRowHeight, parent),
+    : SettingRow(RowMark::check, Words(displayName(module)), rowHeight, parent),
       module_(module),
       sample_(new TextLabel(Words(previewSample(module)), this)),
       place_(new TextLabel(QString(), this)),
       up_(makeChip(QStringLiteral("chevron.up"), QStringLiteral("up"))),
       down_(makeChip(QStringLiteral("chevron.down"), QStringLiteral("down"))) {
     setSymbol(Words(iconName(module)), 13);
-    setTrailingRoom(kRightInset + 2 * kChip + kChipGap + kPlaceWidth);
+    setTrailingRoom(rightInset + 2 * chipSize + chipGap + placeWidth);
     sample_->setStyle(text_styles::settingDescription);
     sample_->setTextAlignment(Qt::AlignRight);
     place_->setStyle({11, 14, text_styles::w600, 0, KestroTheme::accentCool});
@@ -57,7 +57,7 @@ ModuleRow::ModuleRow(MenubarModuleType module, QWidget* parent)
 Button* ModuleRow::makeChip(const QString& symbol, const QString& direction) {
     auto* chip = new Button(ButtonKind::chip, this);
     chip->setSymbol(symbol, 9);
-    chip->setSquare(kChip);
+    chip->setSquare(chipSize);
     chip->setAccessibleName(QStringLiteral("Move ") + QString(Words(displayName(module_))) + QLatin1Char(' ') +
                             direction);
     return chip;
@@ -99,18 +99,18 @@ AccessibleInfo ModuleRow::accessibleInfo() const {
 
 void ModuleRow::resizeEvent(QResizeEvent* event) {
     SettingRow::resizeEvent(event);
-    const int top = (height() - kChip) / 2;
-    int right = width() - kRightInset - kChip;
-    down_->setGeometry(right, top, kChip, kChip);
-    right -= kChipGap + kChip;
-    up_->setGeometry(right, top, kChip, kChip);
+    const int top = (height() - chipSize) / 2;
+    int right = width() - rightInset - chipSize;
+    down_->setGeometry(right, top, chipSize, chipSize);
+    right -= chipGap + chipSize;
+    up_->setGeometry(right, top, chipSize, chipSize);
     const auto place = [&](TextLabel& label, int width) {
         right -= width;
         label.setGeometry(right, 0, width, height());
     };
-    place(*place_, kPlaceWidth + kSampleGap / 2);
-    right -= kSampleGap;
-    place(*sample_, kSampleWidth);
+    place(*place_, placeWidth + sampleGap / 2);
+    right -= sampleGap;
+    place(*sample_, sampleWidth);
 }
 
 bool ModuleRow::hitTest(const QPoint& position) const {
@@ -193,10 +193,10 @@ void ModuleRow::paint(QPainter& painter) {
     if (isDropTarget_) {
         const QRectF area = QRectF(rect()).adjusted(4, 1, -4, -1);
         const Ink accent = KestroTheme::accentCool;
-        paintRounded(painter, area, kTargetRadius, accent.faded(kTargetFill).color());
-        kestroHairlineBorder(painter, area, kTargetRadius, accent.faded(kTargetBorder).color());
+        paintRounded(painter, area, targetRadius, accent.faded(targetFill).color());
+        kestroHairlineBorder(painter, area, targetRadius, accent.faded(targetBorder).color());
     }
-    painter.setOpacity(isDragged_ ? kDisabledOpacity : 1);
+    painter.setOpacity(isDragged_ ? disabledOpacity : 1);
     SettingRow::paint(painter);
 }
 

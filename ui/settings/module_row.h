@@ -17,7 +17,7 @@ class ModuleRow : public SettingRow {
     Q_OBJECT
 
 public:
-    static constexpr int kRowHeight = 29;
+    static constexpr int rowHeight = 29;
 
     explicit ModuleRow(MenubarModuleType module, QWidget* parent = nullptr);
 

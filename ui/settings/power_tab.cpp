@@ -17,7 +17,7 @@ namespace kestro {
 
 namespace {
 
-constexpr double kLowBattery = 20;
+constexpr double lowBattery = 20;
 
 /// A power mode; the active one has a badge before its mark.
 class PowerModeRow : public SettingRow {
@@ -27,7 +27,7 @@ public:
           badge_(new Badge(BadgeKind::settings, QStringLiteral("ACTIVE"), KestroTheme::accentCool, this)) {
         setSymbol(Words(iconName(mode)), 16);
         setDescription(Words(description(mode)));
-        setTrailingRoom(badge_->sizeHint().width() + settings_parts::kInset);
+        setTrailingRoom(badge_->sizeHint().width() + settings_parts::rowInset);
         badge_->setAttribute(Qt::WA_TransparentForMouseEvents);
     }
 
@@ -39,7 +39,7 @@ public:
 protected:
     void resizeEvent(QResizeEvent* event) override {
         SettingRow::resizeEvent(event);
-        constexpr int markRoom = settings_parts::kInset + 16 + 14;
+        constexpr int markRoom = settings_parts::rowInset + 16 + 14;
         const QSize size = badge_->sizeHint();
         badge_->setGeometry(width() - markRoom - size.width(), (height() - size.height()) / 2, size.width(),
                             size.height());
@@ -53,8 +53,8 @@ Ink batteryInk(const PowerTelemetry& power) {
     if (!power.hasBattery) {
         return KestroTheme::textSecondary;
     }
-    return power.percentage <= kLowBattery && !power.isCharging ? KestroTheme::accentCritical
-                                                                : KestroTheme::accentNominal;
+    return power.percentage <= lowBattery && !power.isCharging ? KestroTheme::accentCritical
+                                                               : KestroTheme::accentNominal;
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ SensorsTab::SensorRow SensorsTab::sensorRow(const Words& symbolName, const Words
     SensorRow sensor;
     sensor.badge = new Badge(BadgeKind::settings, badge, KestroTheme::accentNominal);
     sensor.widget =
-        row(Insets{settings_parts::kInset, 0, settings_parts::kInset, 0}, symbol(symbolName, 16), space(14),
+        row(Insets{settings_parts::rowInset, 0, settings_parts::rowInset, 0}, symbol(symbolName, 16), space(14),
             column(text(name).style(title), text(value).style(text_styles::settingDescription).into(sensor.value)),
             spacer(), sensor.badge)
             .release();

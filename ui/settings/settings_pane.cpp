@@ -9,14 +9,14 @@ namespace kestro {
 
 namespace {
 
-constexpr int kGroupGap = 16;
+constexpr int groupGap = 16;
 
 }  // namespace
 
 SettingsPane::SettingsPane(const KestroServices& services, QWidget* parent)
     : QWidget(parent), services_(services), stack_(new QVBoxLayout(this)) {
     stack_->setContentsMargins(0, 0, 0, 0);
-    stack_->setSpacing(kGroupGap);
+    stack_->setSpacing(groupGap);
     stack_->addStretch(1);  // groups keep their height in a taller column
 }
 

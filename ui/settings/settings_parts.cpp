@@ -10,10 +10,10 @@ namespace kestro::settings_parts {
 
 namespace {
 
-constexpr int kHeadingGap = 7;
-constexpr int kHeadingIndent = 2;
-constexpr int kColumnGap = 16;
-constexpr int kBlockPadding = 10;
+constexpr int headingGap = 7;
+constexpr int headingIndent = 2;
+constexpr int columnGap = 16;
+constexpr int blockPadding = 10;
 
 void arrange(QWidget& parent, const std::vector<QWidget*>& rows, Qt::Orientation orientation) {
     const bool isColumn = orientation == Qt::Vertical;
@@ -29,7 +29,7 @@ void paintHairlinesBetween(QPainter& painter, const QWidget& parent, const std::
                            Qt::Orientation orientation, int dividerInset) {
     for (std::size_t i = 1; i < rows.size(); ++i) {
         if (orientation == Qt::Vertical) {
-            paintHairline(painter, kInset, parent.width() - kInset, rows[i]->y());
+            paintHairline(painter, rowInset, parent.width() - rowInset, rows[i]->y());
         } else {
             paintVerticalHairline(painter, rows[i]->x(), dividerInset, parent.height() - dividerInset);
         }
@@ -59,8 +59,7 @@ void RowStack::paintEvent(QPaintEvent*) {
 }
 
 QWidget* group(const Words& heading, QWidget* content) {
-    return column(row(Insets{kHeadingIndent, 0, 0, 0}, groupHeading(heading), spacer()), space(kHeadingGap),
-                  content)
+    return column(row(Insets{headingIndent, 0, 0, 0}, groupHeading(heading), spacer()), space(headingGap), content)
         .release();
 }
 
@@ -68,16 +67,16 @@ QWidget* sideBySide(QWidget* left, QWidget* right) {
     auto* widget = new QWidget;
     auto* layout = new QHBoxLayout(widget);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(kColumnGap);
+    layout->setSpacing(columnGap);
     layout->addWidget(left, 1, Qt::AlignTop);
     layout->addWidget(right, 1, Qt::AlignTop);
     return widget;
 }
 
 QWidget* labelledRow(const Words& label, int labelWidth, QWidget* control, int height) {
-    QWidget* widget =
-        row(Insets{kInset, 0, kInset, 0}, text(label).style(text_styles::settingTitle).width(labelWidth), control)
-            .release();
+    QWidget* widget = row(Insets{rowInset, 0, rowInset, 0},
+                          text(label).style(text_styles::settingTitle).width(labelWidth), control)
+                          .release();
     widget->setFixedHeight(height);
     return widget;
 }
@@ -93,7 +92,7 @@ SliderBlock sliderBlock(const Words& label, const SliderRange& range, const Word
     block.value = sliderValue();
     block.slider = new Slider(range);
     block.slider->setAccessibleName(label);
-    block.widget = column(Insets{kInset, kBlockPadding, kInset, kBlockPadding},
+    block.widget = column(Insets{rowInset, blockPadding, rowInset, blockPadding},
                           row(text(label).style(text_styles::settingTitle), spacer(), block.value), space(1),
                           block.slider, text(description).style(text_styles::settingDescription), spacer())
                        .release();

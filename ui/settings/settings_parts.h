@@ -7,12 +7,10 @@
 
 #include <vector>
 
-namespace kestro {
-
 /// The building blocks of the settings tabs.
-namespace settings_parts {
+namespace kestro::settings_parts {
 
-inline constexpr int kInset = 12;
+inline constexpr int rowInset = 12;
 
 /// A card of rows, stacked or side by side, with hairlines between them.
 class RowCard : public Card {
@@ -67,6 +65,4 @@ SliderBlock sliderBlock(const Words& label, const SliderRange& range, const Word
 /// The label for a slider's value.
 TextLabel* sliderValue();
 
-}  // namespace settings_parts
-
-}  // namespace kestro
+}  // namespace kestro::settings_parts

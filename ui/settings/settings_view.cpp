@@ -24,14 +24,14 @@ namespace kestro {
 
 namespace {
 
-constexpr double kCornerRadius = 12;
-constexpr int kInset = 20;
-constexpr int kHeaderTop = 10;
-constexpr int kHeaderHeight = 28;
-constexpr int kStripTop = 48;
-constexpr int kHairlineTop = 100;
-constexpr int kContentTop = 101;
-constexpr int kContentMargin = 16;
+constexpr double cornerRadius = 12;
+constexpr int paneInset = 20;
+constexpr int headerTop = 10;
+constexpr int headerHeight = 28;
+constexpr int stripTop = 48;
+constexpr int hairlineTop = 100;
+constexpr int contentTop = 101;
+constexpr int contentMargin = 16;
 
 SettingsPane* makePane(SettingsTab tab, const KestroServices& services) {
     switch (tab) {
@@ -64,7 +64,7 @@ std::vector<Tab> tabs() {
 }  // namespace
 
 SettingsView::SettingsView(const KestroServices& services, const SettingsActions& actions, QWidget* parent)
-    : GlassSurface(services.settings, kCornerRadius, parent), services_(services) {
+    : GlassSurface(services.settings, cornerRadius, parent), services_(services) {
     makeHeader(actions);
     strip_ = new TabStrip(tabs(), this);
     strip_->onChosen(
@@ -87,18 +87,18 @@ QWidget* SettingsView::content(SettingsTab tab) const {
 void SettingsView::makeHeader(const SettingsActions& actions) {
     header_ = row(symbol("gauge.with.needle", 15, KestroTheme::accentCool), space(8),
                   text("Kestro Preferences").style(text_styles::windowTitle), spacer(),
-                  chip(symbol("xmark", 10)).square(kHeaderHeight).help("Close").onClick(actions.onClose))
+                  chip(symbol("xmark", 10)).square(headerHeight).help("Close").onClick(actions.onClose))
                   .release();
     header_->setParent(this);
 }
 
 void SettingsView::resizeEvent(QResizeEvent* event) {
     GlassSurface::resizeEvent(event);
-    header_->setGeometry(kInset, kHeaderTop, width() - 2 * kInset, kHeaderHeight);
-    strip_->setGeometry(kInset, kStripTop, width() - 2 * kInset, TabStrip::kHeight);
+    header_->setGeometry(paneInset, headerTop, width() - 2 * paneInset, headerHeight);
+    strip_->setGeometry(paneInset, stripTop, width() - 2 * paneInset, TabStrip::fixedHeight);
     for (ScrollArea* area : areas_) {
         if (area != nullptr) {
-            area->setGeometry(0, kContentTop, width(), height() - kContentTop);
+            area->setGeometry(0, contentTop, width(), height() - contentTop);
         }
     }
 }
@@ -111,7 +111,7 @@ void SettingsView::showEvent(QShowEvent* event) {
 void SettingsView::paintEvent(QPaintEvent* event) {
     GlassSurface::paintEvent(event);
     QPainter painter(this);
-    paintHairline(painter, 0, width(), kHairlineTop);
+    paintHairline(painter, 0, width(), hairlineTop);
 }
 
 void SettingsView::showSelectedTab() {
@@ -165,9 +165,9 @@ void SettingsView::step(int distance) {
 
 ScrollArea* SettingsView::makeTab(SettingsTab tab) {
     SettingsPane* pane = makePane(tab, services_);
-    pane->layout()->setContentsMargins(kInset, kContentMargin, kInset, kContentMargin);
+    pane->layout()->setContentsMargins(paneInset, contentMargin, paneInset, contentMargin);
     auto* area = new ScrollArea(pane, this);
-    area->setGeometry(0, kContentTop, width(), height() - kContentTop);
+    area->setGeometry(0, contentTop, width(), height() - contentTop);
     return area;
 }
 

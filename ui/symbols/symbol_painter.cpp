@@ -1,14 +1,15 @@
 #include "ui/symbols/symbol_painter.h"
 
+#include "ui/paint/hairline.h"
+
 #include <QCache>
 #include <QDir>
 #include <QFile>
 #include <QPainter>
 #include <QSvgRenderer>
+
 #include <algorithm>
 #include <cmath>
-
-#include "ui/paint/hairline.h"
 
 // The set is in a static library: without a reference the linker would drop it. Outside any namespace, as the
 // macro requires.
@@ -20,12 +21,12 @@ namespace kestro {
 
 namespace {
 
-constexpr int kLargestPixels = 512;
-constexpr double kGrid = 24;
-constexpr double kStroke = 2;
-constexpr double kBoldStroke = 2.5;
-constexpr double kHeaviestStroke = 3;
-constexpr qsizetype kCachedBytes = 524'288;
+constexpr int largestPixels = 512;
+constexpr double grid = 24;
+constexpr double gridStroke = 2;
+constexpr double boldStroke = 2.5;
+constexpr double heaviestStroke = 3;
+constexpr qsizetype cachedBytes = 524'288;
 
 struct SymbolKey {
     QString name;
@@ -55,8 +56,8 @@ QString fileOf(const QString& name) {
 
 /// A stroke thinner than a device pixel would blur to grey, so small symbols get thicker strokes.
 double strokeWidth(int pixels, SymbolWeight weight) {
-    const double stroke = weight == SymbolWeight::bold ? kBoldStroke : kStroke;
-    return std::clamp(kGrid / pixels, stroke, kHeaviestStroke);
+    const double stroke = weight == SymbolWeight::bold ? boldStroke : gridStroke;
+    return std::clamp(grid / pixels, stroke, heaviestStroke);
 }
 
 QImage render(const SymbolKey& key, const QColor& color) {
@@ -96,11 +97,11 @@ bool SymbolPainter::contains(const QString& name) {
 }
 
 QImage SymbolPainter::image(const QString& name, int pixels, const QColor& color, SymbolWeight weight) {
-    static QCache<SymbolKey, QImage> cache(kCachedBytes);
+    static QCache<SymbolKey, QImage> cache(cachedBytes);
     if (pixels <= 0) {
         return {};
     }
-    const SymbolKey key{name, std::min(pixels, kLargestPixels), color.rgba(), weight};
+    const SymbolKey key{name, std::min(pixels, largestPixels), color.rgba(), weight};
     if (const QImage* const cached = cache.object(key)) {
         return *cached;
     }

@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QHash>
+
 #include <algorithm>
 #include <cmath>
 
@@ -10,9 +11,9 @@ namespace kestro {
 
 namespace {
 
-constexpr double kUnhintedScale = 1.5;
-constexpr double kEqualWidths = 0.01;
-constexpr qsizetype kCachedFonts = 256;
+constexpr double unhintedScale = 1.5;
+constexpr double equalWidths = 0.01;
+constexpr qsizetype cachedFonts = 256;
 
 const QStringList& preferredFamilies() {
     static const QStringList families{
@@ -52,7 +53,7 @@ double measureFigures(const QFont& font) {
         widest = std::max(widest, width);
     }
     // The metrics of a single character do not include its tracking.
-    return widest - narrowest < kEqualWidths ? 0 : widest + font.letterSpacing();
+    return widest - narrowest < equalWidths ? 0 : widest + font.letterSpacing();
 }
 
 }  // namespace
@@ -88,7 +89,7 @@ double KestroFonts::sizeFactor(double size) {
 }
 
 bool KestroFonts::isFine(double scale) {
-    return scale >= kUnhintedScale;
+    return scale >= unhintedScale;
 }
 
 double KestroFonts::figureWidth(const QFont& font) {
@@ -96,7 +97,7 @@ double KestroFonts::figureWidth(const QFont& font) {
     if (const auto found = figureWidths().constFind(key); found != figureWidths().constEnd()) {
         return found.value();
     }
-    if (figureWidths().size() >= kCachedFonts) {
+    if (figureWidths().size() >= cachedFonts) {
         figureWidths().clear();
     }
     return figureWidths().insert(key, measureFigures(font)).value();

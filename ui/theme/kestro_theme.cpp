@@ -1,9 +1,9 @@
 #include "ui/theme/kestro_theme.h"
 
+#include "core/settings/user_settings.h"
+
 #include <array>
 #include <cstddef>
-
-#include "core/settings/user_settings.h"
 
 namespace kestro {
 
@@ -24,32 +24,32 @@ struct PaletteColors {
     Rgb tint;
 };
 
-constexpr std::array kPalettes{
+constexpr std::array palettes{
     PaletteColors{ThemePalette::cryogenic, {0.24F, 0.51F, 0.96F}, {0.96F, 0.62F, 0.04F}, {0.07F, 0.08F, 0.10F}},
     PaletteColors{ThemePalette::thermal, {0.96F, 0.62F, 0.04F}, {0.94F, 0.27F, 0.24F}, {0.09F, 0.07F, 0.07F}},
     PaletteColors{ThemePalette::obsidian, {0.06F, 0.73F, 0.51F}, {0.02F, 0.71F, 0.83F}, {0.06F, 0.09F, 0.07F}},
     PaletteColors{ThemePalette::lilac, {0.80F, 0.69F, 0.99F}, {0.51F, 0.55F, 0.97F}, {0.08F, 0.07F, 0.11F}},
     PaletteColors{ThemePalette::monolith, {0.89F, 0.91F, 0.94F}, {0.58F, 0.64F, 0.72F}, {0.07F, 0.08F, 0.09F}},
 };
-static_assert(kPalettes.size() == EnumerationTable<ThemePalette>::rows.size());
+static_assert(palettes.size() == EnumerationTable<ThemePalette>::rows.size());
 
-constexpr Rgb kTextPrimary{0.92F, 0.94F, 0.96F};
-constexpr Rgb kTextSecondary{0.58F, 0.62F, 0.68F};
-constexpr Rgb kTextTertiary{0.40F, 0.43F, 0.48F};
-constexpr Rgb kCritical{0.94F, 0.27F, 0.24F};
-constexpr Rgb kNominal{0.06F, 0.73F, 0.51F};
-constexpr Rgb kWhite{1, 1, 1};
+constexpr Rgb primaryText{0.92F, 0.94F, 0.96F};
+constexpr Rgb secondaryText{0.58F, 0.62F, 0.68F};
+constexpr Rgb tertiaryText{0.40F, 0.43F, 0.48F};
+constexpr Rgb critical{0.94F, 0.27F, 0.24F};
+constexpr Rgb nominal{0.06F, 0.73F, 0.51F};
+constexpr Rgb white{1, 1, 1};
 
-constexpr float kSubtleOpacity = 0.04F;
-constexpr float kHairlineOpacity = 0.08F;
-constexpr float kStrongHairlineOpacity = 0.14F;
-constexpr float kHighContrastHairlineOpacity = 0.35F;
+constexpr float subtleOpacity = 0.04F;
+constexpr float hairlineOpacity = 0.08F;
+constexpr float strongHairlineOpacity = 0.14F;
+constexpr float highContrastHairlineOpacity = 0.35F;
 
 const UserSettings* boundSettings = nullptr;
 bool highContrast = false;
 
 constexpr const PaletteColors& colorsOf(ThemePalette palette) {
-    return kPalettes[static_cast<std::size_t>(palette)];
+    return palettes[static_cast<std::size_t>(palette)];
 }
 
 ThemePalette currentPalette() {
@@ -71,23 +71,23 @@ QColor surfaceTint(ThemePalette palette) {
 }
 
 QColor KestroTheme::textPrimary() {
-    return kTextPrimary.color();
+    return primaryText.color();
 }
 
 QColor KestroTheme::textSecondary() {
-    return (highContrast ? kTextPrimary : kTextSecondary).color();
+    return (highContrast ? primaryText : secondaryText).color();
 }
 
 QColor KestroTheme::textTertiary() {
-    return (highContrast ? kTextPrimary : kTextTertiary).color();
+    return (highContrast ? primaryText : tertiaryText).color();
 }
 
 QColor KestroTheme::accentCritical() {
-    return kCritical.color();
+    return critical.color();
 }
 
 QColor KestroTheme::accentNominal() {
-    return kNominal.color();
+    return nominal.color();
 }
 
 QColor KestroTheme::accentCool() {
@@ -107,15 +107,15 @@ QColor KestroTheme::surface() {
 }
 
 QColor KestroTheme::surfaceSubtle() {
-    return kWhite.color(kSubtleOpacity);
+    return white.color(subtleOpacity);
 }
 
 QColor KestroTheme::hairline() {
-    return kWhite.color(highContrast ? kHighContrastHairlineOpacity : kHairlineOpacity);
+    return white.color(highContrast ? highContrastHairlineOpacity : hairlineOpacity);
 }
 
 QColor KestroTheme::hairlineStrong() {
-    return kWhite.color(highContrast ? kHighContrastHairlineOpacity : kStrongHairlineOpacity);
+    return white.color(highContrast ? highContrastHairlineOpacity : strongHairlineOpacity);
 }
 
 void KestroTheme::bind(const UserSettings* settings) {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QColor>
-
 #include "core/model/appearance_enumerations.h"
+
+#include <QColor>
 
 namespace kestro {
 

@@ -2,10 +2,8 @@
 
 #include <chrono>
 
-namespace kestro {
-
 /// The durations of animations that the user triggers; data is never animated. Main thread.
-namespace motion {
+namespace kestro::motion {
 
 inline constexpr std::chrono::milliseconds hover{120};
 inline constexpr std::chrono::milliseconds press{60};
@@ -24,6 +22,4 @@ bool isReduced();
 /// The current duration of an animation in milliseconds: 0 with reduced motion.
 int duration(std::chrono::milliseconds full);
 
-}  // namespace motion
-
-}  // namespace kestro
+}  // namespace kestro::motion

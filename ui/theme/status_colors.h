@@ -13,6 +13,6 @@ inline QColor orangeOnLight() {
 }
 
 /// The opacity of secondary labels, relative to the text's.
-inline constexpr double kSecondaryOpacity = 0.62;
+inline constexpr double secondaryOpacity = 0.62;
 
 }  // namespace kestro::status_colors

@@ -1,10 +1,10 @@
 #include "ui/theme/visual_effect_blur.h"
 
+#include "ui/theme/kestro_theme.h"
+
 #include <QLinearGradient>
 #include <QPainter>
 #include <QRadialGradient>
-
-#include "ui/theme/kestro_theme.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,11 +13,11 @@ namespace kestro {
 
 namespace {
 
-constexpr double kUnlitStrength = 0.5;
+constexpr double unlitStrength = 0.5;
 
 // The maximum luminance of the accent's glow at full opacity: secondary text stays readable in it, even over a
 // white wallpaper.
-constexpr double kGlowLuminance = 0.2;
+constexpr double glowLuminance = 0.2;
 
 QColor withOpacity(QColor color, double opacity) {
     color.setAlphaF(static_cast<float>(opacity));
@@ -65,7 +65,7 @@ void paintShade(QPainter& painter, const QRectF& rect, double strength) {
 void paintTint(QPainter& painter, const QRectF& rect, double strength) {
     constexpr double reach = 1.2;
     const QColor accent = KestroTheme::accentCool();
-    const double glowStrength = strength * std::min(1.0, kGlowLuminance / luminance(accent));
+    const double glowStrength = strength * std::min(1.0, glowLuminance / luminance(accent));
     QRadialGradient glow(QPointF(0, 0), 1);
     glow.setColorAt(0, withOpacity(accent, 0.10 * glowStrength));
     glow.setColorAt(0.6, withOpacity(accent, 0.02 * glowStrength));
@@ -87,7 +87,7 @@ bool VisualEffectView::isLit(bool isWindowActive) const {
 void VisualEffectView::paint(QPainter& painter, const QRectF& rect, bool isWindowActive) const {
     const bool isOpaque = blendingMode_ == VisualEffectBlendingMode::withinWindow || KestroTheme::isHighContrast();
     painter.fillRect(rect, withOpacity(KestroTheme::ground(), isOpaque ? 1 : groundOpacity(material_)));
-    const double strength = isLit(isWindowActive) ? 1 : kUnlitStrength;
+    const double strength = isLit(isWindowActive) ? 1 : unlitStrength;
     switch (material_) {
         case VisualEffectMaterial::underWindowBackground:
             paintFrost(painter, rect, strength);

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QRectF>
-#include <memory>
-
 #include "core/model/appearance_enumerations.h"
+
+#include <QRectF>
+
+#include <memory>
 
 class QPainter;
 

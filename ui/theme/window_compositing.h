@@ -30,7 +30,8 @@ public:
 /// The answers of the window system that is in use. Main thread.
 namespace window_compositing {
 
-/// Takes the answers from `provider`, which outlives every window; without one, windows are blended and not blurred.
+/// Takes the answers from `provider`, which outlives every window; without one, windows are blended and not
+/// blurred.
 void install(const WindowCompositing& provider);
 
 bool isAvailable();

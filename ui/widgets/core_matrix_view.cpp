@@ -18,56 +18,56 @@ namespace kestro {
 
 namespace {
 
-constexpr int kCompactColumns = 2;
-constexpr int kFullColumns = 3;
-constexpr double kCompactGap = 4;
-constexpr double kFullGap = 6;
-constexpr double kNarrowestCell = 10;
-constexpr double kTallestCell = 44;
-constexpr double kLowestCell = 4;
-constexpr double kSmallestGap = 1;
-constexpr double kFullDetailHeight = 20;
-constexpr double kSmallDetailHeight = 12;
+constexpr int compactColumns = 2;
+constexpr int fullColumns = 3;
+constexpr double compactGap = 4;
+constexpr double fullGap = 6;
+constexpr double narrowestCell = 10;
+constexpr double tallestCell = 44;
+constexpr double lowestCell = 4;
+constexpr double smallestGap = 1;
+constexpr double fullDetailHeight = 20;
+constexpr double smallDetailHeight = 12;
 
-constexpr double kCellRadius = 3;
-constexpr double kCellOpacity = 0.04;
-constexpr double kSecondClusterOpacity = 0.6;
-constexpr double kBusyLoad = 90;
+constexpr double cellRadius = 3;
+constexpr double cellOpacity = 0.04;
+constexpr double secondClusterOpacity = 0.6;
+constexpr double busyLoad = 90;
 
 CoreCellDetail detailOf(double cellHeight) {
-    if (cellHeight >= kFullDetailHeight) {
+    if (cellHeight >= fullDetailHeight) {
         return CoreCellDetail::full;
     }
-    return cellHeight >= kSmallDetailHeight ? CoreCellDetail::small : CoreCellDetail::fill;
+    return cellHeight >= smallDetailHeight ? CoreCellDetail::small : CoreCellDetail::fill;
 }
 
 CoreMatrixLayout withColumns(int columns, int cores, const QSizeF& area, double nominalGap) {
     CoreMatrixLayout layout;
     layout.columns = columns;
     layout.rows = (cores + columns - 1) / columns;
-    const double lowest = kLowestCell * layout.rows;
+    const double lowest = lowestCell * layout.rows;
     const double gapThatFits = layout.rows > 1 ? (area.height() - lowest) / (layout.rows - 1) : nominalGap;
-    layout.gap = std::clamp(gapThatFits, kSmallestGap, nominalGap);
+    layout.gap = std::clamp(gapThatFits, smallestGap, nominalGap);
     const double free = area.height() - layout.gap * (layout.rows - 1);
-    layout.cellHeight = std::clamp(free / layout.rows, 0.0, kTallestCell);
+    layout.cellHeight = std::clamp(free / layout.rows, 0.0, tallestCell);
     layout.cellWidth = std::max(0.0, (area.width() - layout.gap * (columns - 1)) / columns);
     layout.detail = detailOf(layout.cellHeight);
     return layout;
 }
 
 Ink inkOf(const CoreLoad& core) {
-    if (core.usagePercentage >= kBusyLoad) {
+    if (core.usagePercentage >= busyLoad) {
         return KestroTheme::accentCritical;
     }
     const Ink accent = KestroTheme::accentCool;
-    return core.isSuperCluster ? accent : accent.faded(kSecondClusterOpacity);
+    return core.isSuperCluster ? accent : accent.faded(secondClusterOpacity);
 }
 
 /// Whether two states of a core look the same in a cell of `pixels` device pixels.
 bool looksSame(const CoreLoad& a, const CoreLoad& b, double pixels) {
     return a.id == b.id && a.isSuperCluster == b.isSuperCluster &&
            wholeNumber(a.usagePercentage) == wholeNumber(b.usagePercentage) &&
-           std::abs(a.usagePercentage - b.usagePercentage) / 100 * pixels < kVisiblePixels;
+           std::abs(a.usagePercentage - b.usagePercentage) / 100 * pixels < visiblePixels;
 }
 
 QString numberOf(const CoreLoad& core) {
@@ -86,12 +86,12 @@ CoreMatrixLayout coreMatrixLayout(int cores, const QSizeF& area, bool isCompact)
     if (cores <= 0 || area.isEmpty()) {
         return {};
     }
-    const double gap = isCompact ? kCompactGap : kFullGap;
-    int columns = isCompact ? kCompactColumns : kFullColumns;
+    const double gap = isCompact ? compactGap : fullGap;
+    int columns = isCompact ? compactColumns : fullColumns;
     CoreMatrixLayout layout = withColumns(columns, cores, area, gap);
-    while (layout.cellHeight < kLowestCell && columns < cores) {
+    while (layout.cellHeight < lowestCell && columns < cores) {
         const CoreMatrixLayout denser = withColumns(++columns, cores, area, gap);
-        if (denser.cellWidth < kNarrowestCell) {
+        if (denser.cellWidth < narrowestCell) {
             break;
         }
         layout = denser;
@@ -166,10 +166,10 @@ void CoreMatrixView::paintCell(QPainter& painter, const CoreLoad& core, const QR
                                CoreCellDetail detail) const {
     const bool isFull = detail == CoreCellDetail::full;
     const bool isFill = detail == CoreCellDetail::fill;
-    const double radius = std::min(kCellRadius, cell.height() / 2);
+    const double radius = std::min(cellRadius, cell.height() / 2);
     QPainterPath outline;
     outline.addRoundedRect(cell, radius, radius);
-    painter.fillPath(outline, Ink::white(kCellOpacity).color());
+    painter.fillPath(outline, Ink::white(cellOpacity).color());
 
     const double share = std::clamp(core.usagePercentage / 100, 0.0, 1.0);
     const double bar = isFill ? cell.height() : (isFull ? 2 : 1.5);

@@ -12,7 +12,7 @@ namespace kestro {
 
 namespace {
 
-constexpr double kTrackOpacity = 0.04;
+constexpr double trackOpacity = 0.04;
 
 }  // namespace
 
@@ -23,7 +23,7 @@ LoadBar::LoadBar(const Ink& tint, QWidget* parent) : View(parent), tint_(tint) {
 void LoadBar::setFraction(double fraction) {
     const double clamped = fraction > 0 ? std::min(fraction, 1.0) : 0;
     const double pixels = std::abs(clamped - fraction_) * width() * devicePixelRatioF();
-    if (pixels < kVisiblePixels && (clamped > 0) == (fraction_ > 0)) {
+    if (pixels < visiblePixels && (clamped > 0) == (fraction_ > 0)) {
         return;
     }
     fraction_ = clamped;
@@ -31,7 +31,7 @@ void LoadBar::setFraction(double fraction) {
 }
 
 QSize LoadBar::sizeHint() const {
-    return {80, kHeight};
+    return {80, fixedHeight};
 }
 
 AccessibleInfo LoadBar::accessibleInfo() const {
@@ -45,8 +45,8 @@ AccessibleInfo LoadBar::accessibleInfo() const {
 void LoadBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF track(0, (height() - kHeight) / 2.0, width(), kHeight);
-    paintBar(painter, track, fraction_, Ink::white(kTrackOpacity).color(), tint_.color());
+    const QRectF track(0, (height() - fixedHeight) / 2.0, width(), fixedHeight);
+    paintBar(painter, track, fraction_, Ink::white(trackOpacity).color(), tint_.color());
 }
 
 }  // namespace kestro

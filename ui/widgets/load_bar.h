@@ -12,7 +12,7 @@ class LoadBar : public View {
     Q_OBJECT
 
 public:
-    static constexpr int kHeight = 4;
+    static constexpr int fixedHeight = 4;
 
     explicit LoadBar(const Ink& tint = KestroTheme::accentCool, QWidget* parent = nullptr);
 

@@ -16,16 +16,16 @@ namespace kestro {
 
 namespace {
 
-constexpr double kArcStart = 0.15;
-constexpr double kArcSpan = 0.7;
-constexpr double kQuarterTurn = 90;
-constexpr double kTrackOpacity = 0.14;
-constexpr double kMiterLimit = 10;
-constexpr double kUnitGap = 2;
-constexpr double kSmallestScale = 0.8;
+constexpr double arcStart = 0.15;
+constexpr double arcSpan = 0.7;
+constexpr double quarterTurn = 90;
+constexpr double trackOpacity = 0.14;
+constexpr double miterLimit = 10;
+constexpr double unitGap = 2;
+constexpr double smallestScale = 0.8;
 
-constexpr GaugeMetrics kFull{82, 8, 16, 9, 11, 9, 73, 14, 12};
-constexpr GaugeMetrics kCompact{64, 6, 14, 8, 10, 8, 57, 13, 11};
+constexpr GaugeMetrics full{82, 8, 16, 9, 11, 9, 73, 14, 12};
+constexpr GaugeMetrics compact{64, 6, 14, 8, 10, 8, 57, 13, 11};
 
 TextStyle valueStyle(bool isCompact, double scale) {
     return {gaugeMetrics(isCompact).valueSize * scale, 20, QFont::DemiBold, 0, KestroTheme::textPrimary};
@@ -38,7 +38,7 @@ TextStyle unitStyle(bool isCompact, double scale) {
 void strokeArc(QPainter& painter, const QRectF& ring, double from, double to, const QColor& color, double width) {
     constexpr double sixteenths = 16;
     QPen pen(color, width, Qt::SolidLine, Qt::RoundCap);
-    pen.setMiterLimit(kMiterLimit);
+    pen.setMiterLimit(miterLimit);
     painter.setPen(pen);
     const double start = gaugeAngle(from);
     const double span = gaugeAngle(to) - start;
@@ -50,21 +50,21 @@ void strokeArc(QPainter& painter, const QRectF& ring, double from, double to, co
 
 double gaugeArcEnd(double value, double minVal, double max) {
     if (!(max > minVal)) {
-        return kArcStart;
+        return arcStart;
     }
     const double fraction = (value - minVal) / (max - minVal);
     if (fraction >= 1) {
-        return kArcStart + kArcSpan;
+        return arcStart + arcSpan;
     }
-    return kArcStart + kArcSpan * (fraction > 0 ? fraction : 0);
+    return arcStart + arcSpan * (fraction > 0 ? fraction : 0);
 }
 
 double gaugeAngle(double position) {
-    return kQuarterTurn + 360 * position;
+    return quarterTurn + 360 * position;
 }
 
 const GaugeMetrics& gaugeMetrics(bool isCompact) {
-    return isCompact ? kCompact : kFull;
+    return isCompact ? compact : full;
 }
 
 MetricGauge::MetricGauge(bool isCompact, QWidget* parent) : View(parent), isCompact_(isCompact) {}
@@ -72,8 +72,8 @@ MetricGauge::MetricGauge(bool isCompact, QWidget* parent) : View(parent), isComp
 void MetricGauge::setContent(const GaugeContent& content) {
     const double end = gaugeArcEnd(content.value, content.minVal, content.max);
     const double circumference = std::numbers::pi * gaugeMetrics(isCompact_).frame * devicePixelRatioF();
-    const bool isArcMoved = std::abs(end - drawnEnd_) * circumference >= kVisiblePixels ||
-                            (end > kArcStart) != (drawnEnd_ > kArcStart);
+    const bool isArcMoved =
+        std::abs(end - drawnEnd_) * circumference >= visiblePixels || (end > arcStart) != (drawnEnd_ > arcStart);
     const bool isRingChanged = isArcMoved || wholeNumber(content.value) != wholeNumber(content_.value) ||
                                content.unit != content_.unit || content.tintColor != content_.tintColor;
     const bool areCaptionsChanged = content.title != content_.title || content.subtitle != content_.subtitle;
@@ -98,18 +98,18 @@ void MetricGauge::setCompact(bool isCompact) {
 
 double MetricGauge::fittingTextScale() const {
     const double width = figureWidth(shownUnit());
-    return std::clamp(gaugeMetrics(isCompact_).innerWidth() / width, kSmallestScale, 1.0);
+    return std::clamp(gaugeMetrics(isCompact_).innerWidth() / width, smallestScale, 1.0);
 }
 
 QString MetricGauge::shownUnit() const {
     const GaugeMetrics& metrics = gaugeMetrics(isCompact_);
-    const bool touchesRing = figureWidth(content_.unit) * kSmallestScale > metrics.frame - 2 * metrics.lineWidth;
+    const bool touchesRing = figureWidth(content_.unit) * smallestScale > metrics.frame - 2 * metrics.lineWidth;
     return touchesRing ? QString() : content_.unit;
 }
 
 double MetricGauge::figureWidth(const QString& unit) const {
     const double value = textWidth(wholeText(content_.value), valueStyle(isCompact_, 1));
-    return unit.isEmpty() ? value : value + kUnitGap + textWidth(unit, unitStyle(isCompact_, 1));
+    return unit.isEmpty() ? value : value + unitGap + textWidth(unit, unitStyle(isCompact_, 1));
 }
 
 void MetricGauge::setTextScale(double scale) {
@@ -158,10 +158,10 @@ void MetricGauge::paintRing(QPainter& painter) const {
     const double lineWidth = gaugeMetrics(isCompact_).lineWidth;
     const double inset = lineWidth / 2;
     const QRectF ring = frame().adjusted(inset, inset, -inset, -inset);
-    strokeArc(painter, ring, kArcStart, kArcStart + kArcSpan, Ink::white(kTrackOpacity).color(), lineWidth);
+    strokeArc(painter, ring, arcStart, arcStart + arcSpan, Ink::white(trackOpacity).color(), lineWidth);
     const double end = gaugeArcEnd(content_.value, content_.minVal, content_.max);
-    if (end > kArcStart) {
-        strokeArc(painter, ring, kArcStart, end, content_.tintColor.color(), lineWidth);
+    if (end > arcStart) {
+        strokeArc(painter, ring, arcStart, end, content_.tintColor.color(), lineWidth);
     }
 }
 
@@ -172,7 +172,7 @@ void MetricGauge::paintFigure(QPainter& painter) const {
     const TextStyle unit = unitStyle(isCompact_, textScale_);
     const double valueWidth = textWidth(figure, value);
     const double unitWidth = textWidth(unitText, unit);
-    const double total = unitText.isEmpty() ? valueWidth : valueWidth + kUnitGap + unitWidth;
+    const double total = unitText.isEmpty() ? valueWidth : valueWidth + unitGap + unitWidth;
     const QPointF centre = frame().center();
     const QRectF line(centre.x() - total / 2, centre.y() - value.lineHeight / 2, valueWidth + 1, value.lineHeight);
     drawText(painter, line, figure, value, Qt::AlignLeft, TextFit::value);
@@ -182,7 +182,7 @@ void MetricGauge::paintFigure(QPainter& painter) const {
     const double drop = baselineOffset(value.lineHeight, figureShape.ascent, figureShape.descent) -
                         baselineOffset(unit.lineHeight, unitShape.ascent, unitShape.descent);
     drawText(painter,
-             QRectF(line.left() + valueWidth + kUnitGap, line.top() + drop, unitWidth + 1, unit.lineHeight),
+             QRectF(line.left() + valueWidth + unitGap, line.top() + drop, unitWidth + 1, unit.lineHeight),
              unitText, unit, Qt::AlignLeft, TextFit::value);
 }
 

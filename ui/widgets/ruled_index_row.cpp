@@ -14,31 +14,31 @@ namespace kestro {
 
 namespace {
 
-constexpr double kLineHeight = 14;
-constexpr double kDetailTop = 13;
-constexpr double kDetailHeight = 11;
-constexpr double kRuleHeight = 2;
-constexpr double kRuleTrackOpacity = 0.08;
-constexpr double kLowRow = 24;
-constexpr double kValueGap = 6;
+constexpr double lineHeight = 14;
+constexpr double detailTop = 13;
+constexpr double detailHeight = 11;
+constexpr double ruleHeight = 2;
+constexpr double ruleTrackOpacity = 0.08;
+constexpr double lowRow = 24;
+constexpr double valueGap = 6;
 
 double ruleAboveEnd(double rowHeight, bool hasDetail, bool isDense) {
     if (hasDetail) {
         return isDense ? 4 : 9;
     }
-    return rowHeight < kLowRow ? 5 : 8;
+    return rowHeight < lowRow ? 5 : 8;
 }
 
 }  // namespace
 
 RuledIndexGeometry ruledIndexGeometry(const QSizeF& size, bool hasDetail, bool isDense) {
     RuledIndexGeometry geometry;
-    geometry.line = QRectF(0, 0, size.width(), kLineHeight);
+    geometry.line = QRectF(0, 0, size.width(), lineHeight);
     if (hasDetail) {
-        geometry.detail = QRectF(0, kDetailTop, size.width(), kDetailHeight);
+        geometry.detail = QRectF(0, detailTop, size.width(), detailHeight);
     }
     const double top = size.height() - ruleAboveEnd(size.height(), hasDetail, isDense);
-    geometry.rule = QRectF(0, top, size.width(), kRuleHeight);
+    geometry.rule = QRectF(0, top, size.width(), ruleHeight);
     return geometry;
 }
 
@@ -66,7 +66,7 @@ void RuledIndexRow::setContent(const RuledIndexContent& content) {
         update(geometry.line.united(geometry.detail).toAlignedRect());
     } else if (isValueChanged) {
         const QRectF values = valueBefore.united(valueArea());
-        const double labelRoom = values.left() - kValueGap;
+        const double labelRoom = values.left() - valueGap;
         const bool isLabelTight = textWidth(shownLabel(), text_styles::rowLabel) > labelRoom;
         update((isLabelTight ? geometry.line : values).toAlignedRect());
     }
@@ -105,12 +105,12 @@ void RuledIndexRow::paintEvent(QPaintEvent*) {
     TextStyle value = text_styles::rowValue;
     value.ink = content_.valueTint;
     drawText(painter, geometry.line, content_.value, value, Qt::AlignRight, TextFit::value);
-    drawText(painter, geometry.line.adjusted(0, 0, -valueArea().width() - kValueGap, 0), shownLabel(),
+    drawText(painter, geometry.line.adjusted(0, 0, -valueArea().width() - valueGap, 0), shownLabel(),
              text_styles::rowLabel);
     drawText(painter, geometry.detail, content_.detail, text_styles::rowDetail);
     if (content_.progressFraction > 0) {
         paintBar(painter, snappedToDevice(painter, geometry.rule), content_.progressFraction,
-                 Ink::white(kRuleTrackOpacity).color(), content_.progressTint.color());
+                 Ink::white(ruleTrackOpacity).color(), content_.progressTint.color());
     } else {
         // Centred where the rule would be.
         paintHairline(painter, geometry.rule.left(), geometry.rule.right(), geometry.rule.center().y() - 0.25);

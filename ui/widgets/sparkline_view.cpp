@@ -14,11 +14,11 @@ namespace kestro {
 
 namespace {
 
-constexpr double kLowestTop = 1;
-constexpr double kLineWidth = 1.5;
-constexpr double kMiterLimit = 10;
-constexpr double kAreaTopOpacity = 0.18;
-constexpr double kAreaBottomOpacity = 0.01;
+constexpr double lowestTop = 1;
+constexpr double lineWidth = 1.5;
+constexpr double miterLimit = 10;
+constexpr double areaTopOpacity = 0.18;
+constexpr double areaBottomOpacity = 0.01;
 
 double largest(std::span<const double> values) {
     double found = 0;
@@ -31,7 +31,7 @@ double largest(std::span<const double> values) {
 }  // namespace
 
 double sparklineTop(std::span<const double> values, std::optional<double> maxLimit) {
-    return maxLimit.value_or(std::max(largest(values), kLowestTop));
+    return maxLimit.value_or(std::max(largest(values), lowestTop));
 }
 
 QPolygonF sparklinePoints(std::span<const double> values, double top, const QRectF& area) {
@@ -80,7 +80,7 @@ AccessibleInfo SparklineView::accessibleInfo() const {
 void SparklineView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF area = QRectF(rect()).adjusted(kBleed, kBleed, -kBleed, -kBleed);
+    const QRectF area = QRectF(rect()).adjusted(lineBleed, lineBleed, -lineBleed, -lineBleed);
     for (const double share : {0.0, 0.5, 1.0}) {
         paintHairline(painter, area.left(), area.right(), area.top() + area.height() * share);
     }
@@ -95,11 +95,11 @@ void SparklineView::paintEvent(QPaintEvent*) {
     below.lineTo(points.first().x(), area.bottom());
     below.closeSubpath();
     QLinearGradient fade(area.topLeft(), area.bottomLeft());
-    fade.setColorAt(0, tintColor_.faded(kAreaTopOpacity).color());
-    fade.setColorAt(1, tintColor_.faded(kAreaBottomOpacity).color());
+    fade.setColorAt(0, tintColor_.faded(areaTopOpacity).color());
+    fade.setColorAt(1, tintColor_.faded(areaBottomOpacity).color());
     painter.fillPath(below, fade);
-    QPen pen(tintColor_.color(), kLineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-    pen.setMiterLimit(kMiterLimit);
+    QPen pen(tintColor_.color(), lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    pen.setMiterLimit(miterLimit);
     painter.strokePath(line, pen);
 }
 

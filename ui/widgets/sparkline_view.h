@@ -21,12 +21,12 @@ QPolygonF sparklinePoints(std::span<const double> values, double top, const QRec
 
 /// A history as a line over a fading area, on three hairlines at the bottom, the middle and the top.
 ///
-/// The line is inset by kBleed on all sides, so that its stroke is not clipped at the edges.
+/// The line is inset by lineBleed on all sides, so that its stroke is not clipped at the edges.
 class SparklineView : public View {
     Q_OBJECT
 
 public:
-    static constexpr int kBleed = 1;
+    static constexpr int lineBleed = 1;
 
     explicit SparklineView(const Ink& tintColor, std::optional<double> maxLimit = std::nullopt,
                            QWidget* parent = nullptr);

@@ -1,5 +1,9 @@
 #include "platform/linux/kernel/linux_file_events.h"
 
+#include "core/platform/run_loop.h"
+#include "platform/linux/kernel/trusted_file.h"
+#include "platform/posix/bounded_read.h"
+
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <poll.h>
@@ -14,10 +18,6 @@
 #include <cstring>
 #include <memory>
 #include <thread>
-
-#include "core/platform/run_loop.h"
-#include "platform/linux/kernel/trusted_file.h"
-#include "platform/posix/bounded_read.h"
 
 namespace kestro {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "platform/posix/descriptor.h"
+
+#include <string>
 
 namespace kestro {
 

@@ -1,8 +1,8 @@
 #include "platform/linux/process/linux_command_runner.h"
 
-#include <algorithm>
-
 #include "platform/posix/child_process.h"
+
+#include <algorithm>
 
 namespace kestro {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <chrono>
-#include <cstddef>
-
 #include "core/platform/command_runner.h"
 #include "platform/linux/process/process_table.h"
+
+#include <chrono>
+#include <cstddef>
 
 namespace kestro {
 

@@ -1,5 +1,9 @@
 #include "platform/linux/process/process_table.h"
 
+#include "platform/linux/kernel/valid_text.h"
+#include "platform/linux/process/process_stat.h"
+#include "platform/posix/descriptor.h"
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -11,10 +15,6 @@
 #include <climits>
 #include <ctime>
 #include <iterator>
-
-#include "platform/linux/kernel/valid_text.h"
-#include "platform/linux/process/process_stat.h"
-#include "platform/posix/descriptor.h"
 
 namespace kestro {
 

@@ -2,6 +2,7 @@
 
 #include <QDBusVariant>
 #include <QVariantMap>
+
 #include <utility>
 
 namespace kestro {

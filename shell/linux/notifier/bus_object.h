@@ -5,6 +5,7 @@
 #include <QDBusVirtualObject>
 #include <QString>
 #include <QVariantList>
+
 #include <functional>
 #include <map>
 #include <optional>

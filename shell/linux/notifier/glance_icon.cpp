@@ -1,13 +1,14 @@
 #include "shell/linux/notifier/glance_icon.h"
 
+#include "ui/symbols/symbol_painter.h"
+#include "ui/theme/kestro_fonts.h"
+
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
+
 #include <algorithm>
 #include <cmath>
-
-#include "ui/symbols/symbol_painter.h"
-#include "ui/theme/kestro_fonts.h"
 
 namespace kestro {
 

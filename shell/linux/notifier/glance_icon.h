@@ -1,12 +1,13 @@
 #pragma once
 
+#include "shell/linux/panel_colors.h"
+#include "shell/status_bar.h"
+
 #include <QImage>
 #include <QRectF>
 #include <QString>
-#include <vector>
 
-#include "shell/linux/panel_colors.h"
-#include "shell/status_bar.h"
+#include <vector>
 
 namespace kestro {
 

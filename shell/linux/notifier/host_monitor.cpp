@@ -1,11 +1,12 @@
 #include "shell/linux/notifier/host_monitor.h"
 
+#include "shell/linux/when_answered.h"
+
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QFile>
-#include <utility>
 
-#include "shell/linux/when_answered.h"
+#include <utility>
 
 namespace kestro {
 

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "shell/linux/notifier/presentation.h"
+
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
 #include <QStringList>
-#include <functional>
 
-#include "shell/linux/notifier/presentation.h"
+#include <functional>
 
 namespace kestro {
 

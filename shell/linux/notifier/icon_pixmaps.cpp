@@ -1,9 +1,10 @@
 #include "shell/linux/notifier/icon_pixmaps.h"
 
-#include <QtEndian>
-#include <array>
-
 #include "shell/linux/notifier/glance_icon.h"
+
+#include <QtEndian>
+
+#include <array>
 
 namespace kestro {
 

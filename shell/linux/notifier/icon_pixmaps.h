@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QImage>
-#include <optional>
-
 #include "shell/linux/notifier/bus_types.h"
 #include "shell/linux/notifier/presentation.h"
 #include "shell/linux/panel_colors.h"
+
+#include <QImage>
+
+#include <optional>
 
 namespace kestro {
 

@@ -1,6 +1,7 @@
 #include "shell/linux/notifier/menu_object.h"
 
 #include <QMetaObject>
+
 #include <utility>
 
 namespace kestro {

@@ -1,12 +1,13 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QObject>
-#include <functional>
-
 #include "shell/linux/notifier/bus_object.h"
 #include "shell/linux/notifier/menu_tree.h"
 #include "shell/status_bar.h"
+
+#include <QDBusConnection>
+#include <QObject>
+
+#include <functional>
 
 namespace kestro {
 

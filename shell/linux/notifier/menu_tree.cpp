@@ -1,6 +1,7 @@
 #include "shell/linux/notifier/menu_tree.h"
 
 #include <QKeySequence>
+
 #include <algorithm>
 #include <utility>
 

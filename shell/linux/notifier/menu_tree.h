@@ -1,16 +1,17 @@
 #pragma once
 
+#include "shell/linux/notifier/bus_types.h"
+#include "shell/status_bar.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
+
 #include <functional>
 #include <map>
 #include <optional>
 #include <vector>
-
-#include "shell/linux/notifier/bus_types.h"
-#include "shell/status_bar.h"
 
 namespace kestro {
 

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "shell/status_bar.h"
+
 #include <QString>
 #include <QStringList>
-#include <variant>
 
-#include "shell/status_bar.h"
+#include <variant>
 
 namespace kestro {
 

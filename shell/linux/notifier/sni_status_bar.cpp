@@ -1,8 +1,8 @@
 #include "shell/linux/notifier/sni_status_bar.h"
 
-#include <utility>
-
 #include "shell/linux/notifier/sni_status_item.h"
+
+#include <utility>
 
 namespace kestro {
 

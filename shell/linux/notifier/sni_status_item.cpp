@@ -1,15 +1,16 @@
 #include "shell/linux/notifier/sni_status_item.h"
 
+#include "shell/linux/panel_anchor.h"
+#include "shell/linux/panel_scheme_monitor.h"
+
 #include <QCoreApplication>
 #include <QCursor>
 #include <QDBusMessage>
 #include <QGuiApplication>
 #include <QMetaObject>
+
 #include <utility>
 #include <vector>
-
-#include "shell/linux/panel_anchor.h"
-#include "shell/linux/panel_scheme_monitor.h"
 
 namespace kestro {
 

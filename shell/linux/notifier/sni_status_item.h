@@ -1,17 +1,18 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QObject>
-#include <functional>
-#include <optional>
-
 #include "shell/linux/notifier/bus_object.h"
 #include "shell/linux/notifier/host_monitor.h"
 #include "shell/linux/notifier/icon_pixmaps.h"
 #include "shell/linux/notifier/menu_object.h"
 #include "shell/linux/notifier/presentation.h"
-#include "shell/status_bar.h"
 #include "shell/linux/status_menu_popup.h"
+#include "shell/status_bar.h"
+
+#include <QDBusConnection>
+#include <QObject>
+
+#include <functional>
+#include <optional>
 
 namespace kestro {
 

@@ -1,16 +1,17 @@
 #include "shell/linux/strip/strip_item_view.h"
 
-#include <QMouseEvent>
-#include <QPainter>
-#include <algorithm>
-#include <utility>
-
 #include "shell/linux/panel_colors.h"
 #include "shell/linux/strip/strip_layout.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
 #include "ui/theme/motion.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <utility>
 
 namespace kestro {
 

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QString>
-#include <functional>
-
 #include "shell/status_bar.h"
 #include "ui/controls/transition.h"
 #include "ui/controls/view.h"
+
+#include <QString>
+
+#include <functional>
 
 namespace kestro {
 

@@ -1,11 +1,11 @@
 #include "shell/linux/strip/strip_layout.h"
 
+#include "shell/linux/panel_colors.h"
+#include "ui/paint/text_painter.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-
-#include "shell/linux/panel_colors.h"
-#include "ui/paint/text_painter.h"
 
 namespace kestro::strip_layout {
 

@@ -1,17 +1,16 @@
 #pragma once
 
-#include <QPoint>
-#include <QRect>
-#include <QSize>
-#include <vector>
-
 #include "shell/status_bar.h"
 #include "ui/paint/text_style.h"
 
-namespace kestro {
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+
+#include <vector>
 
 /// The layout of the strip, in points. Items are in a panel's order: the first one created is the rightmost.
-namespace strip_layout {
+namespace kestro::strip_layout {
 
 inline constexpr int height = 28;
 inline constexpr double cornerRadius = 8;
@@ -40,6 +39,4 @@ QPoint stripPosition(QSize strip, const QRect& available);
 /// Left edges of the separator lines between items.
 std::vector<int> separators(const std::vector<QRect>& frames);
 
-}  // namespace strip_layout
-
-}  // namespace kestro
+}  // namespace kestro::strip_layout

@@ -1,10 +1,10 @@
 #include "shell/linux/strip/strip_status_bar.h"
 
-#include <utility>
-
 #include "shell/linux/status_menu_popup.h"
 #include "shell/linux/strip/strip_item_view.h"
 #include "shell/linux/strip/strip_window.h"
+
+#include <utility>
 
 namespace kestro {
 

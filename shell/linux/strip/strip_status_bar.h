@@ -1,8 +1,8 @@
 #pragma once
 
-#include <memory>
-
 #include "shell/status_bar.h"
+
+#include <memory>
 
 namespace kestro {
 

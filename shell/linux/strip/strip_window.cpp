@@ -1,18 +1,19 @@
 #include "shell/linux/strip/strip_window.h"
 
-#include <QGuiApplication>
-#include <QPainter>
-#include <QScreen>
-#include <algorithm>
-
+#include "core/settings/user_settings.h"
 #include "shell/linux/strip/dock_window.h"
 #include "shell/linux/strip/strip_item_view.h"
 #include "shell/linux/strip/strip_layout.h"
-#include "core/settings/user_settings.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/window_compositing.h"
 #include "ui/theme/window_shape.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+
+#include <algorithm>
 
 namespace kestro {
 

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "core/base/subscription.h"
+
 #include <QPointer>
 #include <QWidget>
-#include <vector>
 
-#include "core/base/subscription.h"
+#include <vector>
 
 class QScreen;
 

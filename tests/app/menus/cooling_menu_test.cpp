@@ -10,12 +10,12 @@
 namespace kestro {
 namespace {
 
-using ::testing::ElementsAre;
-using testing::findEntry;
-using testing::linesOf;
-using testing::pick;
-using testing::pickEach;
-using ::testing::StrictMock;
+using testing::ElementsAre;
+using test::findEntry;
+using test::linesOf;
+using test::pick;
+using test::pickEach;
+using testing::StrictMock;
 
 class MockCoolingMenuActions : public CoolingMenuActions {
 public:
@@ -29,7 +29,7 @@ FanTelemetry fan(const std::string& name, double current, double minimum, double
     return {.id = 0, .name = name, .currentRPM = current, .targetRPM = 0, .minRPM = minimum, .maxRPM = maximum};
 }
 
-struct CoolingMenu : ::testing::Test {
+struct CoolingMenu : testing::Test {
     StrictMock<MockCoolingMenuActions> actions;
     CoolingMenuState state;
 

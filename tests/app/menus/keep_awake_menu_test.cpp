@@ -8,12 +8,12 @@
 namespace kestro {
 namespace {
 
-using ::testing::ElementsAre;
-using testing::findEntry;
-using testing::linesOf;
-using testing::pick;
-using testing::pickEach;
-using ::testing::StrictMock;
+using testing::ElementsAre;
+using test::findEntry;
+using test::linesOf;
+using test::pick;
+using test::pickEach;
+using testing::StrictMock;
 
 class MockKeepAwakeMenuActions : public KeepAwakeMenuActions {
 public:
@@ -23,7 +23,7 @@ public:
     MOCK_METHOD(void, openSettingsAction, (), (override));
 };
 
-struct KeepAwakeMenu : ::testing::Test {
+struct KeepAwakeMenu : testing::Test {
     StrictMock<MockKeepAwakeMenuActions> actions;
     KeepAwakeMenuState state;
 

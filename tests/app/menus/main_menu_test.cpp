@@ -8,12 +8,12 @@
 namespace kestro {
 namespace {
 
-using ::testing::ElementsAre;
-using testing::findEntry;
-using testing::linesOf;
-using testing::pick;
-using testing::pickEach;
-using ::testing::StrictMock;
+using testing::ElementsAre;
+using test::findEntry;
+using test::linesOf;
+using test::pick;
+using test::pickEach;
+using testing::StrictMock;
 
 class MockMainMenuActions : public MainMenuActions {
 public:
@@ -30,7 +30,7 @@ public:
     MOCK_METHOD(void, quit, (), (override));
 };
 
-struct MainMenu : ::testing::Test {
+struct MainMenu : testing::Test {
     StrictMock<MockMainMenuActions> actions;
     MainMenuState state;
 
@@ -100,7 +100,7 @@ TEST_F(MainMenu, ChecksThePowerMode) {
 }
 
 TEST_F(MainMenu, CommandsActOnTheApplication) {
-    ::testing::InSequence inSequence;
+    testing::InSequence inSequence;
     EXPECT_CALL(actions, togglePopoverAction());
     EXPECT_CALL(actions, toggleDashboard());
     EXPECT_CALL(actions, toggleFullScreenAction());

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "shell/status_bar.h"
 #include "core/base/enumeration.h"
+#include "shell/status_bar.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-namespace kestro::testing {
+namespace kestro::test {
 
 /// A menu entry as a line of text: "---" for a separator, "(…)" for a disabled entry, "* " before a checked one,
 /// " > " after one that opens a submenu, and its shortcut in brackets.
@@ -72,4 +72,4 @@ void pickEach(const StatusMenu& menu, ExpectChoice expectChoice) {
     }
 }
 
-}  // namespace kestro::testing
+}  // namespace kestro::test

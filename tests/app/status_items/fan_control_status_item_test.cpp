@@ -1,22 +1,22 @@
 #include "app/status_items/fan_control_status_item.h"
 
 #include "app/base/notification_names.h"
-#include "tests/shell/fake_status_bar.h"
 #include "tests/app/menus/menu_reading.h"
 #include "tests/app/simulated_kestro.h"
+#include "tests/shell/fake_status_bar.h"
 
 #include <gtest/gtest.h>
 
 namespace kestro {
 namespace {
 
-using testing::findEntry;
-using testing::linesOf;
-using testing::pick;
+using test::findEntry;
+using test::linesOf;
+using test::pick;
 
-struct FanControlStatusItemTest : ::testing::Test, testing::SimulatedKestro {
+struct FanControlStatusItemTest : testing::Test, test::SimulatedKestro {
     const QString identifier = QStringLiteral("kestro-cooling");
-    testing::FakeStatusBar bar;
+    test::FakeStatusBar bar;
     FanControlStatusItem item{mac.platform(), bar, settings, smc, fanManager, powerManager};
 
     void enable() {

@@ -4,8 +4,8 @@
 #include "core/power/keep_awake_manager.h"
 #include "core/settings/user_settings.h"
 #include "platform/simulated/simulated_mac.h"
-#include "tests/shell/fake_status_bar.h"
 #include "tests/app/menus/menu_reading.h"
+#include "tests/shell/fake_status_bar.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,16 +14,16 @@ namespace kestro {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::findEntry;
-using testing::linesOf;
-using testing::pick;
+using test::findEntry;
+using test::linesOf;
+using test::pick;
 
-struct KeepAwakeStatusItemTest : ::testing::Test {
+struct KeepAwakeStatusItemTest : testing::Test {
     const QString identifier = QStringLiteral("kestro-keep-awake");
     SimulatedMac mac;
     UserSettings settings{mac.userDefaults};
     KeepAwakeManager manager{mac.platform(), settings};
-    testing::FakeStatusBar bar;
+    test::FakeStatusBar bar;
     KeepAwakeStatusItem item{mac.platform(), bar, settings, manager};
 
     const StatusContent& shown() { return bar.item(identifier).content; }

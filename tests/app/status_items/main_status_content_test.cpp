@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct Fixture : testing::SimulatedKestro {
+struct Fixture : test::SimulatedKestro {
     MainStatusContent status{services()};
 
     void work(std::uint32_t busy) {

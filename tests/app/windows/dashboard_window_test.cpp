@@ -16,17 +16,17 @@
 namespace kestro {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Not;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
 
-struct DashboardWindowTest : ::testing::Test {
+struct DashboardWindowTest : testing::Test {
     DashboardWindowTest() { motion::setReduced(true); }
     ~DashboardWindowTest() override { motion::setReduced(false); }
 
-    testing::RecordingWindowDelegate delegate;
-    testing::PlainWindowSystem system;
+    test::RecordingWindowDelegate delegate;
+    test::PlainWindowSystem system;
     KestroDashboardWindow window{delegate, system, [](QWidget* parent) { return new QWidget(parent); }, 788};
     QRect available = QGuiApplication::primaryScreen()->availableGeometry();
 

@@ -8,7 +8,7 @@
 #include <map>
 #include <utility>
 
-namespace kestro::testing {
+namespace kestro::test {
 
 /// A window system that shows windows as the toolkit does, lets a test press anywhere on the screen and withdraw
 /// windows, and remembers the levels.
@@ -44,4 +44,4 @@ private:
     std::function<void()> onPress_;
 };
 
-}  // namespace kestro::testing
+}  // namespace kestro::test

@@ -16,15 +16,15 @@ namespace kestro {
 namespace {
 
 using namespace std::chrono_literals;
-using ::testing::ElementsAre;
+using testing::ElementsAre;
 
-struct PopoverWindowTest : ::testing::Test {
+struct PopoverWindowTest : testing::Test {
     PopoverWindowTest() { motion::setReduced(true); }
     ~PopoverWindowTest() override { motion::setReduced(false); }
 
     SimulatedClock clock;
-    testing::RecordingWindowDelegate delegate;
-    testing::PlainWindowSystem system;
+    test::RecordingWindowDelegate delegate;
+    test::PlainWindowSystem system;
     int contentsMade = 0;
     PopoverWindow popover{delegate, system, clock, [this](QWidget* parent) {
                               ++contentsMade;

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace kestro::testing {
+namespace kestro::test {
 
 /// Records the events of windows.
 class RecordingWindowDelegate : public WindowDelegate {
@@ -28,4 +28,4 @@ public:
     std::vector<std::string> events;
 };
 
-}  // namespace kestro::testing
+}  // namespace kestro::test

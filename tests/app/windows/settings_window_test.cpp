@@ -13,8 +13,8 @@ namespace kestro {
 namespace {
 
 TEST(SettingsWindow, AppearsInTheMiddleOfTheScreen) {
-    testing::RecordingWindowDelegate delegate;
-    testing::PlainWindowSystem system;
+    test::RecordingWindowDelegate delegate;
+    test::PlainWindowSystem system;
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
 
     const SettingsWindow window(delegate, system, {});
@@ -24,8 +24,8 @@ TEST(SettingsWindow, AppearsInTheMiddleOfTheScreen) {
 }
 
 TEST(SettingsWindow, HidesAndReportsItWhenClosed) {
-    testing::RecordingWindowDelegate delegate;
-    testing::PlainWindowSystem system;
+    test::RecordingWindowDelegate delegate;
+    test::PlainWindowSystem system;
     SettingsWindow window(delegate, system, {});
     window.show();
     delegate.events.clear();

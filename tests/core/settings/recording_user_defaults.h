@@ -1,13 +1,13 @@
 #pragma once
 
+#include "core/platform/user_defaults.h"
+
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "core/platform/user_defaults.h"
 
 namespace kestro {
 

@@ -14,7 +14,7 @@
 #include <optional>
 #include <vector>
 
-namespace kestro::testing_support {
+namespace kestro::test {
 
 using namespace std::chrono_literals;
 
@@ -80,4 +80,4 @@ protected:
     void destroyAssertions() { assertions_.reset(); }
 };
 
-}  // namespace kestro::testing_support
+}  // namespace kestro::test

@@ -4,7 +4,7 @@ namespace kestro {
 namespace {
 
 using namespace std::chrono_literals;
-using namespace testing_support;
+using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

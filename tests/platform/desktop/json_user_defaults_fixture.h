@@ -56,7 +56,7 @@ protected:
     QTemporaryDir directory;
     std::filesystem::path path =
         std::filesystem::path(directory.path().toStdString()) / "config" / "kestro" / "preferences.json";
-    testing_support::ManualRunLoop runLoop;
+    test::ManualRunLoop runLoop;
 };
 
 }  // namespace kestro

@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
-using testing_support::FakeService;
+using test::FakeService;
 
 /// The manager on a clock driven by the test, with assertions of a session manager on a bus.
 struct KeepAwakeOnTheBus : testing::Test {

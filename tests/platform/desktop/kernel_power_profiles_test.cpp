@@ -6,7 +6,7 @@ namespace kestro {
 namespace {
 
 using namespace std::chrono_literals;
-using namespace testing_support;
+using namespace test;
 
 TEST_F(PowerProfilesTest, ReportTheKernelsProfileWithoutADaemon) {
     for (const auto& [value, mode] : std::map<std::string, char>{{"low-power", '1'},

@@ -9,7 +9,7 @@
 
 #include <utility>
 
-namespace kestro::testing_support {
+namespace kestro::test {
 
 /// The write end goes to the holder of a lock; the read end shows when no process holds it any more.
 class LockPipe {
@@ -37,4 +37,4 @@ private:
     int ends_[2] = {-1, -1};
 };
 
-}  // namespace kestro::testing_support
+}  // namespace kestro::test

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace kestro::testing_support {
+namespace kestro::test {
 
 /// A run loop driven by the test: nothing runs by itself. One thread.
 class ManualRunLoop final : public RunLoop {
@@ -66,4 +66,4 @@ private:
     std::deque<Task> background_;
 };
 
-}  // namespace kestro::testing_support
+}  // namespace kestro::test

@@ -23,7 +23,7 @@
 #include <string_view>
 #include <utility>
 
-namespace kestro::testing_support {
+namespace kestro::test {
 
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
@@ -148,4 +148,4 @@ private:
     std::unique_ptr<PowerProfiles> profiles_;
 };
 
-}  // namespace kestro::testing_support
+}  // namespace kestro::test

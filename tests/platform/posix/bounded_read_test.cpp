@@ -11,7 +11,7 @@
 namespace kestro {
 namespace {
 
-struct BoundedRead : ::testing::Test {
+struct BoundedRead : testing::Test {
     TemporaryDirectory directory;
 
     Descriptor opened(std::string_view content, int flags = O_RDONLY) const {

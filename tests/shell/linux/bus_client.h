@@ -1,12 +1,12 @@
 #pragma once
 
+#include "tests/support/event_waiting.h"
+#include "tests/support/private_bus.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QString>
 #include <QVariantList>
-
-#include "tests/support/event_waiting.h"
-#include "tests/support/private_bus.h"
 
 namespace kestro {
 

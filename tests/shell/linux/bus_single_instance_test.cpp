@@ -9,7 +9,7 @@ namespace kestro {
 namespace {
 
 /// A session without a bus, on a display unique to this test process.
-struct SingleInstanceTest : ::testing::Test {
+struct SingleInstanceTest : testing::Test {
     const QDBusConnection noBus{QStringLiteral("no such bus")};
     const QString display = QStringLiteral(":test-%1").arg(getpid());
     int calls = 0;

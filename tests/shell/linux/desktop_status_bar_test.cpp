@@ -1,8 +1,8 @@
 #include "shell/linux/desktop_status_bar.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/shell/linux/notifier/sni_fixture.h"
+
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {

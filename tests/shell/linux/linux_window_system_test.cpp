@@ -9,7 +9,7 @@
 namespace kestro {
 namespace {
 
-struct LinuxWindowSystemTest : ::testing::Test {
+struct LinuxWindowSystemTest : testing::Test {
     LinuxWindowSystem system;
     QWidget window;
 

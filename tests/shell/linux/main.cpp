@@ -7,7 +7,7 @@
 // Tests that need a bus start one.
 int main(int argc, char** argv) {
     const kestro::SealedEnvironment environment;
-    ::testing::InitGoogleTest(&argc, argv);
+    testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

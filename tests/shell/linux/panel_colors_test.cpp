@@ -1,10 +1,10 @@
 #include "shell/linux/panel_colors.h"
 
-#include <gtest/gtest.h>
+#include "tests/shell/linux/notifier/sni_fixture.h"
 
 #include <QDBusConnection>
 
-#include "tests/shell/linux/notifier/sni_fixture.h"
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {

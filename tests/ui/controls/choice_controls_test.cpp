@@ -261,7 +261,7 @@ using TabStripTest = ViewTest;
 TEST_F(TabStripTest, ChoosesOnPressAndByArrows) {
     TabStrip strip(
         {{QStringLiteral("Menu Bar"), {}}, {QStringLiteral("Power"), {}}, {QStringLiteral("Sensors"), {}}});
-    strip.resize(300, TabStrip::kHeight);
+    strip.resize(300, TabStrip::fixedHeight);
     std::vector<int> told;
     strip.onChosen([&told](int index) { told.push_back(index); });
 

@@ -55,7 +55,7 @@ class SurroundingsTest : public ViewTest {};
 TEST_F(SurroundingsTest, TooltipShowsPlainTextInAtMostEightLines) {
     const QStringList lines = Tooltip::wrapped(QString(5000, QLatin1Char('x')), 60);
 
-    EXPECT_EQ(lines.size(), Tooltip::kMostLines);
+    EXPECT_EQ(lines.size(), Tooltip::mostLines);
     EXPECT_TRUE(lines.last().endsWith(QChar(0x2026)));
     EXPECT_EQ(Tooltip::wrapped(QStringLiteral("<b>Settings</b> &x"), 400),
               QStringList{QStringLiteral("<b>Settings</b> &x")});

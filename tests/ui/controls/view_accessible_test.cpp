@@ -1,4 +1,5 @@
 #include "ui/controls/view_accessible.h"
+
 #include "tests/ui/controls/view_test.h"
 
 #include <QAccessible>

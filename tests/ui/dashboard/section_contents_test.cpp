@@ -9,7 +9,7 @@
 namespace kestro {
 namespace {
 
-constexpr std::uint64_t kGigabyte = 1073741824;
+constexpr std::uint64_t gigabyte = 1073741824;
 
 ThermalTelemetry thermals(double average, double peak, double battery, const char* state = "Nominal") {
     return {average, peak, battery, 20, state};
@@ -200,18 +200,18 @@ TEST(ClusterRows, OmitAMissingCluster) {
 
 MemoryTelemetry memory() {
     MemoryTelemetry made{};
-    made.totalBytes = 32 * kGigabyte;
+    made.totalBytes = 32 * gigabyte;
     made.usedBytes = made.totalBytes * 42 / 100;
-    made.activeBytes = 8 * kGigabyte;
-    made.freeBytes = 16 * kGigabyte;
-    made.swapUsedBytes = kGigabyte / 2;
-    made.swapTotalBytes = 2 * kGigabyte;
+    made.activeBytes = 8 * gigabyte;
+    made.freeBytes = 16 * gigabyte;
+    made.swapUsedBytes = gigabyte / 2;
+    made.swapTotalBytes = 2 * gigabyte;
     made.pressureLevel = "Normal";
     return made;
 }
 
 TEST(MemoryRows, ShowTheBreakdownSwapAndVolume) {
-    const DiskTelemetry disk{100 * kGigabyte, 66 * kGigabyte, 34 * kGigabyte, "Macintosh HD", "APFS"};
+    const DiskTelemetry disk{100 * gigabyte, 66 * gigabyte, 34 * gigabyte, "Macintosh HD", "APFS"};
 
     const auto rows = memoryRows(memory(), disk, false);
 
@@ -239,7 +239,7 @@ TEST(MemoryRows, HaveNoProgressBeforeTheFirstSample) {
 }
 
 TEST(MemoryGauges, ShortenTheirTextsWhenTight) {
-    const DiskTelemetry disk{1000 * kGigabyte, static_cast<std::uint64_t>(611.2 * kGigabyte), 388 * kGigabyte, "",
+    const DiskTelemetry disk{1000 * gigabyte, static_cast<std::uint64_t>(611.2 * gigabyte), 388 * gigabyte, "",
                              ""};
 
     const auto full = memoryGauges(memory(), disk, SectionTier::full);
@@ -294,8 +294,8 @@ TEST(IORows, ShowExternalPowerWithoutABattery) {
 TEST(ProcessRowContents, ShowTheShareOfOneCoreOrOfTheMemory) {
     const ProcessInfoItem process{7, "clang", "/usr/bin/clang -O2", 38.26, 2048, "2.0 GB", true};
 
-    const auto byCPU = processRowContent(process, false, 32 * kGigabyte);
-    const auto byMemory = processRowContent(process, true, 32 * kGigabyte);
+    const auto byCPU = processRowContent(process, false, 32 * gigabyte);
+    const auto byMemory = processRowContent(process, true, 32 * gigabyte);
 
     EXPECT_EQ(byCPU.cpu, QStringLiteral("38.3"));
     EXPECT_NEAR(byCPU.share, 0.3826, 1e-9);
@@ -329,8 +329,8 @@ TEST_F(ProcessRowTest, RepaintsOnlyTheColumnThatChanged) {
 TEST(ProcessRowContents, LimitTheShareToOne) {
     const ProcessInfoItem busy{7, "busy", "busy", 780, 99999, "97.7 GB", false};
 
-    EXPECT_EQ(processRowContent(busy, false, kGigabyte).share, 1);
-    EXPECT_EQ(processRowContent(busy, true, kGigabyte).share, 1);
+    EXPECT_EQ(processRowContent(busy, false, gigabyte).share, 1);
+    EXPECT_EQ(processRowContent(busy, true, gigabyte).share, 1);
     EXPECT_EQ(processRowContent(busy, true, 0).share, 0);
 }
 

@@ -12,7 +12,7 @@
 namespace kestro {
 namespace {
 
-constexpr std::array kShapes{HalftoneShape::band, HalftoneShape::aura, HalftoneShape::corner, HalftoneShape::rule};
+constexpr std::array shapes{HalftoneShape::band, HalftoneShape::aura, HalftoneShape::corner, HalftoneShape::rule};
 
 std::vector<HalftoneDot> dotsOf(const StudioHalftoneField& field, QSizeF size, HalftoneIntensity intensity) {
     std::vector<HalftoneDot> dots;
@@ -89,7 +89,7 @@ TEST(StudioHalftoneField, RuleMatchesItsGoldenDots) {
 }
 
 TEST(StudioHalftoneField, DrawsNothingWhenTheIntensityIsOff) {
-    for (const HalftoneShape shape : kShapes) {
+    for (const HalftoneShape shape : shapes) {
         const StudioHalftoneField field{shape, 7, 1000, 1, 1, 9, 0.5, 0.5};
 
         EXPECT_TRUE(dotsOf(field, {500, 500}, HalftoneIntensity::off).empty());
@@ -122,7 +122,7 @@ TEST(StudioHalftoneField, DrawsNothingOnAnEmptyCanvasOrWithoutACount) {
 }
 
 TEST(StudioHalftoneField, RepeatsItsDotsForTheSameSeedOnly) {
-    for (const HalftoneShape shape : kShapes) {
+    for (const HalftoneShape shape : shapes) {
         StudioHalftoneField field{shape, 4711, 80, 0.5, 1, 6, 0.5, 0.5};
         const auto first = dotsOf(field, {300, 200}, HalftoneIntensity::standard);
         const auto again = dotsOf(field, {300, 200}, HalftoneIntensity::standard);

@@ -9,7 +9,7 @@
 namespace kestro {
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double naN = std::numeric_limits<double>::quiet_NaN();
 
 FanCurvePlot plot() {
     return {QSizeF(765, 220)};
@@ -100,7 +100,7 @@ TEST(FanCurvePlotTest, RoundsTheTopOfTheAxisUp) {
     EXPECT_EQ(maxDisplayRPM(4000), 4000);
     EXPECT_EQ(maxDisplayRPM(4100), 6000);
     EXPECT_EQ(maxDisplayRPM(0), 1000);
-    EXPECT_EQ(maxDisplayRPM(kNaN), 1000);
+    EXPECT_EQ(maxDisplayRPM(naN), 1000);
     EXPECT_EQ(maxDisplayRPM(1e300), 100'000);
 }
 
@@ -184,7 +184,7 @@ TEST_F(FanCurveCanvasViewTest, SurvivesImpossibleFigures) {
     FanCurveCanvasView view;
     view.resize(300, 236);
     FanCurveReading odd = reading();
-    odd.currentTemp = kNaN;
+    odd.currentTemp = naN;
     odd.currentRPM = 1e300;
     odd.config.lowTemp = -1e300;
     odd.config.highTemp = 1e300;

@@ -1,11 +1,11 @@
 #include "ui/paint/hairline.h"
 
-#include <gtest/gtest.h>
+#include "ui/theme/motion.h"
 
 #include <QImage>
 #include <QPainter>
 
-#include "ui/theme/motion.h"
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {

@@ -1,4 +1,5 @@
 #include "ui/paint/text_painter.h"
+
 #include "tests/ui/controls/view_test.h"
 #include "ui/theme/kestro_fonts.h"
 
@@ -7,7 +8,7 @@ namespace {
 
 using TextPainter = ViewTest;
 
-const QString kLong = QStringLiteral("A process with a very long name that never ends");
+const QString longText = QStringLiteral("A process with a very long name that never ends");
 
 TEST_F(TextPainter, GivesAllFiguresTheSameWidth) {
     const TextStyle& style = text_styles::rowValue;
@@ -36,30 +37,30 @@ TEST_F(TextPainter, LeavesFittingTextUnchanged) {
 }
 
 TEST_F(TextPainter, ShrinksALabelBeforeElidingIt) {
-    const double natural = textWidth(kLong, text_styles::rowLabel);
+    const double natural = textWidth(longText, text_styles::rowLabel);
 
-    const FittedText fitted = fitText(kLong, text_styles::rowLabel, natural * 0.9, TextFit::label);
+    const FittedText fitted = fitText(longText, text_styles::rowLabel, natural * 0.9, TextFit::label);
 
-    EXPECT_EQ(fitted.text, kLong);
+    EXPECT_EQ(fitted.text, longText);
     EXPECT_NEAR(fitted.scale, 0.9, 0.001);
 }
 
 TEST_F(TextPainter, ElidesALabelAtTheRightAtFourFifthsOfItsSize) {
-    const FittedText fitted = fitText(kLong, text_styles::rowLabel, 60, TextFit::label);
+    const FittedText fitted = fitText(longText, text_styles::rowLabel, 60, TextFit::label);
 
     EXPECT_NEAR(fitted.scale, 0.8, 0.001);
     EXPECT_TRUE(fitted.text.endsWith(QChar(0x2026)));
-    EXPECT_TRUE(kLong.startsWith(fitted.text.chopped(1)));
+    EXPECT_TRUE(longText.startsWith(fitted.text.chopped(1)));
     TextStyle smaller = text_styles::rowLabel;
     smaller.size *= fitted.scale;
     EXPECT_LE(textWidth(fitted.text, smaller), 60);
 }
 
 TEST_F(TextPainter, DoesNotElideALabelThatJustFits) {
-    const double room = textWidth(kLong, text_styles::rowLabel) * 0.8;
+    const double room = textWidth(longText, text_styles::rowLabel) * 0.8;
 
-    EXPECT_EQ(fitText(kLong, text_styles::rowLabel, room - 1e-9, TextFit::label).text, kLong);
-    EXPECT_NE(fitText(kLong, text_styles::rowLabel, room - 0.1, TextFit::label).text, kLong);
+    EXPECT_EQ(fitText(longText, text_styles::rowLabel, room - 1e-9, TextFit::label).text, longText);
+    EXPECT_NE(fitText(longText, text_styles::rowLabel, room - 0.1, TextFit::label).text, longText);
 }
 
 TEST_F(TextPainter, NeverElidesAValue) {
@@ -74,14 +75,14 @@ TEST_F(TextPainter, NeverShrinksBelowSevenPoints) {
     TextStyle tiny = text_styles::rowDetail;
     tiny.size = 8;
 
-    const FittedText fitted = fitText(kLong, tiny, 60, TextFit::label);
+    const FittedText fitted = fitText(longText, tiny, 60, TextFit::label);
 
     EXPECT_NEAR(fitted.scale * tiny.size, 7, 0.001);
 }
 
 TEST_F(TextPainter, HandlesABoxWithoutWidth) {
     EXPECT_EQ(fitText(QString(), text_styles::rowLabel, 0, TextFit::label).text, QString());
-    EXPECT_EQ(fitText(kLong, text_styles::rowLabel, -5, TextFit::label).text, QString(QChar(0x2026)));
+    EXPECT_EQ(fitText(longText, text_styles::rowLabel, -5, TextFit::label).text, QString(QChar(0x2026)));
 }
 
 TEST_F(TextPainter, ShowsControlAndDirectionCharactersAsSpaces) {
@@ -141,7 +142,7 @@ TEST_F(TextPainter, PaintsWithinItsBox) {
     image.fill(Qt::transparent);
     QPainter painter(&image);
 
-    drawText(painter, QRectF(50, 10, 60, 14), kLong, text_styles::rowLabel);
+    drawText(painter, QRectF(50, 10, 60, 14), longText, text_styles::rowLabel);
     painter.end();
 
     for (int y = 0; y < image.height(); ++y) {

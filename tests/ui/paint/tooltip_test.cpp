@@ -47,7 +47,7 @@ protected:
 
 TEST_F(TooltipTest, AppearsOnlyAfterItsDelay) {
     enter(*view_);
-    EXPECT_EQ(Tooltip::kDelayMilliseconds, 500);
+    EXPECT_EQ(Tooltip::delayMilliseconds, 500);
     EXPECT_TRUE(isWaiting());
     EXPECT_FALSE(isShown());
 

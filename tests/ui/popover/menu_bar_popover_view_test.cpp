@@ -7,12 +7,12 @@
 #include "ui/theme/motion.h"
 #include "ui/widgets/load_bar.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QMenu>
 #include <QPaintEvent>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <array>
 

@@ -6,9 +6,9 @@
 #include "ui/theme/motion.h"
 #include "ui/theme/window_compositing.h"
 
-#include <gtest/gtest.h>
-
 #include <QCoreApplication>
+
+#include <gtest/gtest.h>
 
 #include <array>
 

@@ -1,9 +1,9 @@
 #include "ui/popover/readout_line.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QPaintEvent>
+
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {

@@ -1,5 +1,4 @@
 #include "tests/ui/settings/settings_view_test.h"
-
 #include "ui/fancurve/fan_curve_canvas_view.h"
 #include "ui/settings/fan_curve_studio.h"
 

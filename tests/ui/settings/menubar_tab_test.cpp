@@ -1,6 +1,5 @@
-#include "tests/ui/settings/settings_view_test.h"
-
 #include "core/model/menubar_modules.h"
+#include "tests/ui/settings/settings_view_test.h"
 #include "ui/settings/menubar_preview.h"
 #include "ui/settings/module_row.h"
 

@@ -1,5 +1,4 @@
 #include "tests/ui/settings/settings_view_test.h"
-
 #include "ui/controls/badge.h"
 #include "ui/controls/option_tile.h"
 #include "ui/controls/swatch.h"

@@ -1,6 +1,5 @@
-#include "tests/ui/settings/settings_view_test.h"
-
 #include "core/model/menubar_modules.h"
+#include "tests/ui/settings/settings_view_test.h"
 #include "ui/controls/option_tile.h"
 #include "ui/controls/swatch.h"
 #include "ui/controls/tab_strip.h"

@@ -1,5 +1,4 @@
 #include "tests/ui/settings/settings_view_test.h"
-
 #include "ui/controls/scroll_area.h"
 #include "ui/controls/tab_strip.h"
 

@@ -1,8 +1,8 @@
 #include "ui/symbols/symbol_painter.h"
 
-#include <gtest/gtest.h>
-
 #include <QPainter>
+
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {

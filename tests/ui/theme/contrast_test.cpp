@@ -14,7 +14,7 @@
 namespace kestro {
 namespace {
 
-constexpr double kReadable = 4.5;
+constexpr double readable = 4.5;
 
 /// Relative luminance, as WCAG 2 defines it.
 double luminance(const QColor& color) {
@@ -50,7 +50,7 @@ TEST_P(Contrast, ValuesAreReadableOnTheGround) {
     EXPECT_GT(contrast(KestroTheme::textTertiary(), ground), 3);
     for (const QColor& accent : {KestroTheme::accentCool(), KestroTheme::accentWarning(),
                                  KestroTheme::accentCritical(), KestroTheme::accentNominal()}) {
-        EXPECT_GT(contrast(accent, ground), kReadable) << accent.name().toStdString();
+        EXPECT_GT(contrast(accent, ground), readable) << accent.name().toStdString();
     }
 }
 
@@ -64,8 +64,8 @@ TEST_P(Contrast, TextIsReadableOnEveryGlassOverAWhiteWallpaper) {
 
         for (int y = 0; y < image.height(); y += 4) {
             const QColor ground = image.pixelColor(4, y);
-            EXPECT_GT(contrast(KestroTheme::textPrimary(), ground), kReadable) << rawValue(style) << " at " << y;
-            EXPECT_GT(contrast(KestroTheme::textSecondary(), ground), kReadable) << rawValue(style) << " at " << y;
+            EXPECT_GT(contrast(KestroTheme::textPrimary(), ground), readable) << rawValue(style) << " at " << y;
+            EXPECT_GT(contrast(KestroTheme::textSecondary(), ground), readable) << rawValue(style) << " at " << y;
         }
     }
 }

@@ -1,8 +1,8 @@
 #include "ui/theme/kestro_fonts.h"
 
-#include <gtest/gtest.h>
-
 #include <QFontMetricsF>
+
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {

@@ -1,11 +1,11 @@
 #include "ui/theme/kestro_theme.h"
 
+#include "core/settings/user_settings.h"
+#include "platform/simulated/simulated_user_defaults.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
-
-#include "core/settings/user_settings.h"
-#include "platform/simulated/simulated_user_defaults.h"
 
 namespace kestro {
 namespace {

@@ -7,7 +7,7 @@
 namespace kestro {
 namespace {
 
-const QRectF kArea(0, 0, 100, 40);
+const QRectF area(0, 0, 100, 40);
 
 TEST(SparklineTop, IsTheLimitWhenThereIsOne) {
     EXPECT_EQ(sparklineTop(std::vector{5.0, 250.0}, 100), 100);
@@ -20,18 +20,18 @@ TEST(SparklineTop, IsTheLargestValueButAtLeastOne) {
 }
 
 TEST(SparklinePoints, NeedTwoValues) {
-    EXPECT_TRUE(sparklinePoints(std::vector<double>{}, 1, kArea).isEmpty());
-    EXPECT_TRUE(sparklinePoints(std::vector{3.0}, 10, kArea).isEmpty());
+    EXPECT_TRUE(sparklinePoints(std::vector<double>{}, 1, area).isEmpty());
+    EXPECT_TRUE(sparklinePoints(std::vector{3.0}, 10, area).isEmpty());
 }
 
 TEST(SparklinePoints, GoFromEdgeToEdge) {
-    const QPolygonF points = sparklinePoints(std::vector{0.0, 10.0}, 10, kArea);
+    const QPolygonF points = sparklinePoints(std::vector{0.0, 10.0}, 10, area);
 
     EXPECT_EQ(points, (QPolygonF{QPointF(0, 40), QPointF(100, 0)}));
 }
 
 TEST(SparklinePoints, AreEvenlySpacedAndHigherForLargerValues) {
-    const QPolygonF points = sparklinePoints(std::vector{0.0, 5.0, 2.5, 10.0, 0.0}, 10, kArea);
+    const QPolygonF points = sparklinePoints(std::vector{0.0, 5.0, 2.5, 10.0, 0.0}, 10, area);
 
     EXPECT_EQ(points, (QPolygonF{{0, 40}, {25, 20}, {50, 30}, {75, 0}, {100, 40}}));
 }
@@ -40,13 +40,13 @@ TEST(SparklinePoints, StayWithinTheArea) {
     const double infinite = std::numeric_limits<double>::infinity();
     const double none = std::numeric_limits<double>::quiet_NaN();
 
-    const QPolygonF points = sparklinePoints(std::vector{150.0, -20.0, infinite, -infinite, none}, 100, kArea);
+    const QPolygonF points = sparklinePoints(std::vector{150.0, -20.0, infinite, -infinite, none}, 100, area);
 
     EXPECT_EQ(points, (QPolygonF{{0, 0}, {25, 40}, {50, 0}, {75, 40}, {100, 40}}));
 }
 
 TEST(SparklinePoints, StayAtTheBottomForATopOfZero) {
-    const QPolygonF points = sparklinePoints(std::vector{0.0, 3.0}, 0, kArea);
+    const QPolygonF points = sparklinePoints(std::vector{0.0, 3.0}, 0, area);
 
     EXPECT_EQ(points, (QPolygonF{{0, 40}, {100, 40}}));
 }

@@ -1,5 +1,8 @@
 #include "platform/linux/kernel/linux_file_events.h"
 
+#include "core/platform/run_loop.h"
+#include "tests/support/temporary_directory.h"
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -10,9 +13,6 @@
 #include <deque>
 #include <mutex>
 #include <string>
-
-#include "core/platform/run_loop.h"
-#include "tests/support/temporary_directory.h"
 
 namespace kestro {
 namespace {

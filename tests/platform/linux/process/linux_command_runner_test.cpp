@@ -1,5 +1,8 @@
 #include "platform/linux/process/linux_command_runner.h"
 
+#include "platform/posix/descriptor.h"
+#include "tests/support/temporary_directory.h"
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -10,9 +13,6 @@
 #include <cstdlib>
 #include <string>
 #include <thread>
-
-#include "platform/posix/descriptor.h"
-#include "tests/support/temporary_directory.h"
 
 namespace kestro {
 namespace {

@@ -1,5 +1,8 @@
 #include "platform/linux/process/process_table.h"
 
+#include "platform/linux/kernel/valid_text.h"
+#include "tests/support/temporary_directory.h"
+
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -7,9 +10,6 @@
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include "platform/linux/kernel/valid_text.h"
-#include "tests/support/temporary_directory.h"
 
 namespace kestro {
 namespace {

@@ -1,10 +1,10 @@
 #include "shell/linux/notifier/glance_icon.h"
 
+#include "shell/linux/notifier/icon_pixmaps.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
-
-#include "shell/linux/notifier/icon_pixmaps.h"
 
 namespace kestro {
 namespace {

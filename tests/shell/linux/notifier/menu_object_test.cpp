@@ -1,10 +1,10 @@
 #include "shell/linux/notifier/menu_object.h"
 
+#include "tests/shell/linux/notifier/sni_fixture.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
-
-#include "tests/shell/linux/notifier/sni_fixture.h"
 
 namespace kestro {
 namespace {

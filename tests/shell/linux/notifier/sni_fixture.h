@@ -1,16 +1,17 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <QCoreApplication>
-#include <memory>
-
 #include "shell/linux/notifier/host_monitor.h"
 #include "shell/linux/notifier/sni_status_item.h"
 #include "shell/linux/panel_scheme_monitor.h"
-#include "tests/shell/linux/bus_client.h"
 #include "tests/shell/linux/bound_theme.h"
+#include "tests/shell/linux/bus_client.h"
 #include "tests/shell/linux/fake_watcher.h"
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+
+#include <memory>
 
 namespace kestro {
 

@@ -1,12 +1,13 @@
 #include "shell/linux/notifier/sni_status_item.h"
 
-#include <gtest/gtest.h>
+#include "tests/shell/linux/notifier/sni_fixture.h"
 
 #include <QApplication>
 #include <QThread>
-#include <climits>
 
-#include "tests/shell/linux/notifier/sni_fixture.h"
+#include <gtest/gtest.h>
+
+#include <climits>
 
 namespace kestro {
 namespace {

@@ -1,17 +1,17 @@
 #include "shell/linux/strip/strip_status_bar.h"
 
-#include <gtest/gtest.h>
+#include "shell/linux/strip/strip_item_view.h"
+#include "shell/linux/strip/strip_window.h"
+#include "tests/shell/linux/bound_theme.h"
+#include "tests/shell/linux/bus_client.h"
+#include "ui/controls/view_accessible.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QMouseEvent>
 #include <QScreen>
 
-#include "shell/linux/strip/strip_item_view.h"
-#include "shell/linux/strip/strip_window.h"
-#include "tests/shell/linux/bus_client.h"
-#include "tests/shell/linux/bound_theme.h"
-#include "ui/controls/view_accessible.h"
+#include <gtest/gtest.h>
 
 namespace kestro {
 namespace {
