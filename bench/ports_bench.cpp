@@ -106,7 +106,7 @@ double childrenNanoseconds() {
 double toolNanoseconds() {
     const double ours = threadNanoseconds();
     const double theirs = childrenNanoseconds();
-    if (!runChild("/bin/ps", {"-A", "-o", "pid,%cpu,%mem,rss,comm", "--sort=-pcpu"}, 4 << 20, 10s)) {
+    if (!runChild({.executable = "/bin/ps", .arguments = {"-A", "-o", "pid,%cpu,%mem,rss,comm", "--sort=-pcpu"}})) {
         return 0;
     }
     return threadNanoseconds() - ours + childrenNanoseconds() - theirs;

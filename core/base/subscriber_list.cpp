@@ -1,18 +1,21 @@
 #include "core/base/subscriber_list.h"
 
 #include <algorithm>
+#include <cassert>
 #include <iterator>
 #include <utility>
 
 namespace kestro {
 
 std::uint64_t SubscriberList::add(std::unique_ptr<Slot> slot) {
+    assert(isOnItsThread());
     slot->id_ = ++lastId_;
     slots_.push_back(std::move(slot));
     return lastId_;
 }
 
 void SubscriberList::unsubscribe(std::uint64_t id) {
+    assert(isOnItsThread());
     const auto found = std::ranges::find_if(slots_, [id](const auto& slot) { return slot->id_ == id; });
     if (found == slots_.end()) {
         return;
@@ -29,6 +32,7 @@ void SubscriberList::unsubscribe(std::uint64_t id) {
 }
 
 bool SubscriberList::announce(Call call, void* context) {
+    assert(isOnItsThread());
     if (isAnnouncing_) {
         waiting_.push_back(lastId_);
         return true;

@@ -3,13 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <thread>
 #include <vector>
 
 namespace kestro {
 
 /// The subscribers of one Announcer and the order of their calls. It does not know what a subscriber is called
-/// with, so that its code is shared by announcers of every type. See Announcer for the guarantees. Main thread
-/// only.
+/// with, so that its code is shared by announcers of every type. See Announcer for the guarantees. Only for the
+/// thread that created it, which debug builds verify.
 class SubscriberList {
 public:
     /// A subscriber. The announcer derives its own kind, which holds the callback.
@@ -41,11 +42,13 @@ public:
     void close() { isClosed_ = true; }
 
 private:
+    bool isOnItsThread() const { return std::this_thread::get_id() == thread_; }
     void pass(std::uint64_t newestId, Call call, void* context);
     void sweep();
 
     std::vector<std::unique_ptr<Slot>> slots_;  // pointers: a slot stays put while the list grows
     std::vector<std::uint64_t> waiting_;
+    const std::thread::id thread_ = std::this_thread::get_id();
     std::uint64_t lastId_ = 0;
     bool isAnnouncing_ = false;
     bool needsSweep_ = false;

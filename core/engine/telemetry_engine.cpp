@@ -18,6 +18,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <utility>
 
@@ -26,6 +27,21 @@ namespace kestro {
 namespace {
 
 constexpr std::size_t historyLength = 30;
+
+/// Marks that a sample is being taken: its subscribers must not take another.
+class Sampling {
+public:
+    explicit Sampling(bool& isSampling) : isSampling_(isSampling) {
+        assert(!isSampling_);
+        isSampling_ = true;
+    }
+    ~Sampling() { isSampling_ = false; }
+    Sampling(const Sampling&) = delete;
+    Sampling& operator=(const Sampling&) = delete;
+
+private:
+    bool& isSampling_;
+};
 
 std::string modelText(SystemControl& system) {
     const auto model = system.sysctlByNameText("hw.model").value_or("");
@@ -103,94 +119,52 @@ void TelemetryEngine::restartTimer() {
 }
 
 void TelemetryEngine::sampleFull() {
-    const auto sample = ++newestSample_;
-    // Take the spare records out while filling them: a subscriber may trigger a nested sample.
-    auto newFans = std::exchange(spareFans_, {});
-    readers_.smc.readFans(newFans);
+    const Sampling sampling(isSampling_);
+    readers_.smc.readFans(spareFans_);
     auto newMemory = readers_.memory.read();
     auto newThermals = readers_.thermal.readThermals();
-    auto newCPU = std::exchange(spareCPU_, {});
-    readers_.cpu.readCPU(newCPU);
+    readers_.cpu.readCPU(spareCPU_);
     auto newDisk = readers_.disk.read();
     auto newNetwork = readers_.network.read();
     auto newPower = readers_.power.read();
 
-    const auto isNewest = [this, sample] { return sample == newestSample_; };
-    const auto publish = [&](TelemetrySource source, auto& property, auto& reading) {
-        if (isNewest()) {
-            markSampled(source);
-            property.swapIn(reading);
-        }
-    };
-    publish(TelemetrySource::fans, fans, newFans);
+    publish(TelemetrySource::fans, fans, spareFans_);
     publish(TelemetrySource::memory, memory, newMemory);
     publish(TelemetrySource::thermals, thermals, newThermals);
-    publish(TelemetrySource::cpu, cpu, newCPU);
+    publish(TelemetrySource::cpu, cpu, spareCPU_);
     publish(TelemetrySource::disk, disk, newDisk);
     publish(TelemetrySource::network, network, newNetwork);
     publish(TelemetrySource::power, power, newPower);
-    spareFans_ = std::move(newFans);
-    spareCPU_ = std::move(newCPU);
 
-    if (isNewest()) {
-        enterHistories({cpu.get().totalUsage, network.get().downloadBytesPerSec, network.get().uploadBytesPerSec});
-    }
-    if (isNewest() && settings_.showTopProcesses.get()) {
+    append(cpuHistory, cpu.get().totalUsage);
+    append(netDownHistory, network.get().downloadBytesPerSec);
+    append(netUpHistory, network.get().uploadBytesPerSec);
+    if (settings_.showTopProcesses.get()) {
         refreshProcesses();
     }
 }
 
 void TelemetryEngine::sampleLightweight() {
-    const auto sample = ++newestSample_;
-    auto newFans = std::exchange(spareFans_, {});
-    readers_.smc.readFans(newFans);
-    markSampled(TelemetrySource::fans);
-    fans.swapIn(newFans);
-    spareFans_ = std::move(newFans);
-
-    if (sample != newestSample_) {
-        return;
-    }
+    const Sampling sampling(isSampling_);
+    readers_.smc.readFans(spareFans_);
+    publish(TelemetrySource::fans, fans, spareFans_);
     auto newMemory = readers_.memory.read();
-    markSampled(TelemetrySource::memory);
-    memory.swapIn(newMemory);
-
-    if (sample != newestSample_ || !readsLoadWhileIdle()) {
-        return;
+    publish(TelemetrySource::memory, memory, newMemory);
+    if (readsLoadWhileIdle()) {
+        readers_.cpu.readCPU(spareCPU_);
+        publish(TelemetrySource::cpu, cpu, spareCPU_);
     }
-    auto newCPU = std::exchange(spareCPU_, {});
-    readers_.cpu.readCPU(newCPU);
-    markSampled(TelemetrySource::cpu);
-    cpu.swapIn(newCPU);
-    spareCPU_ = std::move(newCPU);
 }
 
 bool TelemetryEngine::readsLoadWhileIdle() const {
     return readoutShowsLoad_ || readsCPUWhileIdle(settings_.menubarDisplayMode.get());
 }
 
-void TelemetryEngine::enterHistories(const HistoryEntry& newest) {
-    pendingEntries_.push_back(newest);
-    if (std::exchange(isEnteringHistories_, true)) {
-        return;  // nested sample, triggered by a history's subscriber: the outer loop appends it in order
-    }
-    for (std::size_t next = 0; next < pendingEntries_.size(); ++next) {
-        const HistoryEntry entry = pendingEntries_[next];
-        append(cpuHistory, entry.totalUsage);
-        append(netDownHistory, entry.downloadBytesPerSec);
-        append(netUpHistory, entry.uploadBytesPerSec);
-    }
-    pendingEntries_.clear();
-    isEnteringHistories_ = false;
-}
-
 void TelemetryEngine::append(History& history, double value) {
-    auto newest = std::exchange(spareHistory_, {});
-    newest = history.get();
-    std::rotate(newest.begin(), newest.begin() + 1, newest.end());
-    newest.back() = value;
-    history.swapIn(newest);
-    spareHistory_ = std::move(newest);
+    spareHistory_ = history.get();
+    std::rotate(spareHistory_.begin(), spareHistory_.begin() + 1, spareHistory_.end());
+    spareHistory_.back() = value;
+    history.swapIn(spareHistory_);
 }
 
 void TelemetryEngine::refreshProcesses() {

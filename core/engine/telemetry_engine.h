@@ -92,8 +92,7 @@ public:
     /// Whether the CPU load is sampled while only the status bar is visible, because of the readout or the mode.
     bool readsLoadWhileIdle() const;
 
-    /// Samples and publishes every source. If a subscriber triggers a newer sample, the rest of this one is
-    /// neither published nor added to the histories.
+    /// Samples and publishes every source, then extends the histories. Subscribers must not take another sample.
     void sampleFull();
 
     /// Whether a sample has published a reading of `source`, fallbacks included. Until then the property holds its
@@ -126,17 +125,14 @@ public:
 private:
     using History = Published<std::vector<double>, TelemetryEngine>;
 
-    /// What one sample adds to the three histories, which advance in lockstep.
-    struct HistoryEntry {
-        double totalUsage;
-        double downloadBytesPerSec;
-        double uploadBytesPerSec;
-    };
-
-    /// Samples what the status bar can display. Yields to a nested newer sample, like `sampleFull`.
+    /// Samples what the status bar can display.
     void sampleLightweight();
-    void markSampled(TelemetrySource source) { sampled_.set(static_cast<std::size_t>(source)); }
-    void enterHistories(const HistoryEntry& newest);
+
+    template <typename T>
+    void publish(TelemetrySource source, Published<T, TelemetryEngine>& property, T& reading) {
+        sampled_.set(static_cast<std::size_t>(source));
+        property.swapIn(reading);
+    }
     void append(History& history, double value);
 
     const Platform& platform_;
@@ -150,10 +146,8 @@ private:
     std::vector<FanTelemetry> spareFans_;
     CPUTelemetry spareCPU_;
     std::vector<double> spareHistory_;
-    std::vector<HistoryEntry> pendingEntries_;
-    bool isEnteringHistories_ = false;
 
-    std::uint64_t newestSample_ = 0;
+    bool isSampling_ = false;
     std::bitset<7> sampled_;
     bool readoutShowsLoad_ = false;
     std::unique_ptr<RunLoopTimer> timer_;

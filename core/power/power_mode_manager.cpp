@@ -2,6 +2,7 @@
 
 #include "core/platform/command_runner.h"
 #include "core/platform/platform.h"
+#include "core/platform/power_mode_script.h"
 #include "core/platform/run_loop.h"
 #include "core/platform/script_runner.h"
 #include "core/power/power_mode_report.h"
@@ -19,13 +20,6 @@ constexpr auto refreshPeriod = std::chrono::seconds(5);
 SystemPowerMode readCurrentMode(CommandRunner& runner) {
     const auto output = runner.run("/usr/bin/pmset", {"-g"});
     return output ? powerModeOfReport(output->standardOutput) : SystemPowerMode::balanced;
-}
-
-std::string switchScript(SystemPowerMode mode) {
-    std::string script = "do shell script \"pmset -a powermode ";
-    script += toolValue(mode);
-    script += "\" with administrator privileges";
-    return script;
 }
 
 }  // namespace
@@ -48,7 +42,7 @@ void PowerModeManager::setPowerMode(SystemPowerMode mode) {
     auto* const platform = &platform_;
     platform->runLoop.runInBackground(TaskPriority::userInitiated,
                                       [this, platform, watch = lifetime_.watch(), mode] {
-                                          platform->scriptRunner.execute(switchScript(mode));
+                                          platform->scriptRunner.execute(powerModeScript(toolValue(mode)));
                                           platform->runLoop.post([this, watch] {
                                               if (!watch.expired()) {
                                                   refreshPowerMode();

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "core/platform/script_runner.h"
-#include "platform/desktop/power_profile.h"
 
-#include <optional>
-#include <string_view>
+#include <string>
 
 namespace kestro {
 
@@ -21,9 +19,5 @@ public:
 private:
     PowerProfiles& profiles_;
 };
-
-/// The profile that the script text requests; nullopt unless the text is, byte for byte, `do shell script "pmset
-/// -a powermode N" with administrator privileges` with N being 0, 1 or 2.
-std::optional<PowerProfile> profileOfScript(std::string_view source);
 
 }  // namespace kestro

@@ -12,18 +12,35 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cerrno>
+#include <utility>
 
 namespace kestro {
 
 namespace {
 
-using Deadline = std::chrono::steady_clock::time_point;
+/// How long to wait for a child.
+class Patience {
+public:
+    Patience(std::chrono::milliseconds time, std::function<bool()> keepWaiting)
+        : deadline_(std::chrono::steady_clock::now() + time), keepWaiting_(std::move(keepWaiting)) {}
 
-int millisecondsUntil(Deadline deadline) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-    return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 60'000));
-}
+    bool isOver() const { return std::chrono::steady_clock::now() >= deadline_ || !keepWaiting_(); }
+
+    /// How long to block until the next check.
+    int milliseconds() const {
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(deadline_ - std::chrono::steady_clock::now());
+        return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, checkInterval));
+    }
+
+private:
+    static constexpr int checkInterval = 100;
+
+    std::chrono::steady_clock::time_point deadline_;
+    std::function<bool()> keepWaiting_;
+};
 
 struct Pipe {
     Descriptor readEnd;
@@ -40,12 +57,12 @@ struct Pipe {
     }
 };
 
-/// Attributes of a new child: empty input, its two pipes, default signals and a separate process group.
+/// Attributes of a new child: its three pipes, default signals and a separate process group.
 class SpawnPlan {
 public:
-    SpawnPlan(int output, int error) {
+    SpawnPlan(int input, int output, int error) {
         posix_spawn_file_actions_init(&actions_);
-        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_adddup2(&actions_, input, STDIN_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, error, STDERR_FILENO);
         posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
@@ -67,14 +84,14 @@ public:
     SpawnPlan(const SpawnPlan&) = delete;
     SpawnPlan& operator=(const SpawnPlan&) = delete;
 
-    std::optional<pid_t> spawn(const std::string& executable, const std::vector<std::string>& arguments) const {
-        std::vector<char*> words{const_cast<char*>(executable.c_str())};
-        for (const auto& argument : arguments) {
+    std::optional<pid_t> spawn(const ChildRequest& request) const {
+        std::vector<char*> words{const_cast<char*>(request.executable.c_str())};
+        for (const auto& argument : request.arguments) {
             words.push_back(const_cast<char*>(argument.c_str()));
         }
         words.push_back(nullptr);
         pid_t child = 0;
-        if (posix_spawn(&child, executable.c_str(), &actions_, &attributes_, words.data(), environ) != 0) {
+        if (posix_spawn(&child, words.front(), &actions_, &attributes_, words.data(), environ) != 0) {
             return std::nullopt;
         }
         return child;
@@ -99,15 +116,13 @@ bool drain(const Descriptor& from, std::string* into, std::size_t limit) {
 }
 
 /// Drains both pipes until end of file. False: a limit was exceeded first.
-bool drainBoth(Descriptor& output, Descriptor& error, std::string& text, std::size_t limit, Deadline deadline) {
+bool drainBoth(Descriptor& output, Descriptor& error, std::string& text, std::size_t limit,
+               const Patience& patience) {
     while (output.isOpen() || error.isOpen()) {
         // A closed descriptor is -1, which poll ignores.
         std::array<pollfd, 2> waiting{{{output.get(), POLLIN, 0}, {error.get(), POLLIN, 0}}};
-        const int ready = poll(waiting.data(), waiting.size(), millisecondsUntil(deadline));
-        if (std::chrono::steady_clock::now() >= deadline) {
-            return false;
-        }
-        if (ready < 0 && errno != EINTR) {
+        const int ready = poll(waiting.data(), waiting.size(), patience.milliseconds());
+        if (patience.isOver() || (ready < 0 && errno != EINTR)) {
             return false;
         }
         if (ready <= 0) {
@@ -126,63 +141,59 @@ bool drainBoth(Descriptor& output, Descriptor& error, std::string& text, std::si
     return true;
 }
 
-/// Polls for the exit, for sandboxes without process descriptors.
-bool waitForExitByLooking(pid_t child, Deadline deadline) {
-    constexpr int milliseconds = 10;
-    for (;;) {
-        siginfo_t information{};
-        if (waitid(P_PID, static_cast<id_t>(child), &information, WEXITED | WNOHANG | WNOWAIT) != 0 &&
-            errno != EINTR) {
-            return false;
-        }
-        if (information.si_pid == child) {
-            return true;
-        }
-        if (millisecondsUntil(deadline) == 0) {
-            return false;
-        }
-        poll(nullptr, 0, milliseconds);
-    }
+bool hasExited(pid_t child) {
+    siginfo_t information{};
+    return waitid(P_PID, static_cast<id_t>(child), &information, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           information.si_pid == child;
 }
 
-/// Waits for the child to exit. False: the deadline expired first.
-bool waitForExit(pid_t child, Deadline deadline) {
+/// Waits for the child to exit. False: patience ended first.
+bool waitForExit(pid_t child, const Patience& patience) {
+    // Sandboxes may have no process descriptors: only poll for the exit, then.
     const Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
-    if (!process.isOpen()) {
-        return waitForExitByLooking(child, deadline);
-    }
-    pollfd waiting{process.get(), POLLIN, 0};
-    for (;;) {
-        const int milliseconds = millisecondsUntil(deadline);
-        const int ready = poll(&waiting, 1, milliseconds);
-        if (ready > 0 || milliseconds == 0 || (ready < 0 && errno != EINTR)) {
-            return ready > 0;
+    constexpr int milliseconds = 10;
+    while (!hasExited(child)) {
+        if (patience.isOver()) {
+            return false;
         }
+        pollfd waiting{process.get(), POLLIN, 0};
+        poll(&waiting, 1, process.isOpen() ? patience.milliseconds() : milliseconds);
     }
+    return true;
 }
 
 }  // namespace
 
-std::optional<CommandOutput> runChild(const std::string& executable, const std::vector<std::string>& arguments,
-                                      std::size_t outputBytes, std::chrono::milliseconds time) {
-    const auto deadline = std::chrono::steady_clock::now() + time;
+std::optional<CommandOutput> runChild(const ChildRequest& request) {
+    const Patience patience(request.time, request.keepWaiting);
+    Pipe input;
     Pipe output;
     Pipe error;
-    if (!output.open() || !error.open()) {
+    if (!input.open() || !output.open() || !error.open()) {
         return std::nullopt;
     }
-    const auto child = SpawnPlan(output.writeEnd.get(), error.writeEnd.get()).spawn(executable, arguments);
+    // A pipe holds a page at least, so this never blocks.
+    assert(request.input.size() <= 4096);
+    if (write(input.writeEnd.get(), request.input.data(), request.input.size()) !=
+        static_cast<ssize_t>(request.input.size())) {
+        return std::nullopt;
+    }
+    const auto child =
+        SpawnPlan(input.readEnd.get(), output.writeEnd.get(), error.writeEnd.get()).spawn(request);
     if (!child) {
         return std::nullopt;
     }
+    input.writeEnd.close();
     output.writeEnd.close();
     error.writeEnd.close();
 
-    CommandOutput result;
-    const bool finished = drainBoth(output.readEnd, error.readEnd, result.standardOutput, outputBytes, deadline) &&
-                          waitForExit(*child, deadline);
-    if (!finished) {
+    CommandOutput result{{}, 128 + SIGKILL};
+    if (!drainBoth(output.readEnd, error.readEnd, result.standardOutput, request.outputBytes, patience) ||
+        !waitForExit(*child, patience)) {
         kill(-*child, SIGKILL);
+        if (!waitForExit(*child, Patience(std::chrono::seconds(1), [] { return true; }))) {
+            return result;
+        }
     }
     int status = 0;
     while (waitpid(*child, &status, 0) < 0 && errno == EINTR) {

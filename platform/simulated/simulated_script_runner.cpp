@@ -1,6 +1,6 @@
 #include "platform/simulated/simulated_script_runner.h"
 
-#include <fmt/format.h>
+#include "core/platform/power_mode_script.h"
 
 namespace kestro {
 
@@ -9,11 +9,8 @@ void SimulatedScriptRunner::execute(const std::string& source) {
     if (refusal.strikes()) {
         return;
     }
-    for (const int mode : {0, 1, 2}) {
-        if (source ==
-            fmt::format("do shell script \"pmset -a powermode {}\" with administrator privileges", mode)) {
-            commandRunner_.powerMode = mode;
-        }
+    if (const auto mode = powerModeOfScript(source)) {
+        commandRunner_.powerMode = *mode;
     }
 }
 

@@ -3,24 +3,14 @@
 #include "core/platform/command_runner.h"
 #include "platform/linux/process/process_table.h"
 
-#include <chrono>
-#include <cstddef>
-
 namespace kestro {
 
-/// Emulates the process-status tool, "/bin/ps", from /proc in this process, and runs any other program as a child.
-/// A child gets an empty standard input and inherits no descriptors.
+/// Emulates the process-status tool, "/bin/ps", from /proc in this process. Launches no other program.
 class LinuxCommandRunner final : public CommandRunner {
 public:
-    /// Limits on a child's output and run time; a child that exceeds one is killed.
-    struct Bounds {
-        std::size_t outputBytes = 4 << 20;
-        std::chrono::milliseconds time{10000};
-    };
-
-    explicit LinuxCommandRunner(const std::string& root = "/") : LinuxCommandRunner(root, Bounds()) {}
-    LinuxCommandRunner(const std::string& root, Bounds bounds,
-                       ProcessTable::UptimeSource uptime = ProcessTable::bootClock);
+    explicit LinuxCommandRunner(const std::string& root = "/",
+                                ProcessTable::UptimeSource uptime = ProcessTable::bootClock)
+        : processes_(root, std::move(uptime)) {}
 
     /// For "/bin/ps" the argument "-r" sorts by processor use and "-m" by resident memory; the columns are
     /// always pid, %cpu, %mem, rss and comm.
@@ -29,7 +19,6 @@ public:
 
 private:
     ProcessTable processes_;
-    const Bounds bounds_;
 };
 
 }  // namespace kestro

@@ -10,23 +10,6 @@ using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(ProfileOfScript, AcceptsOnlyTheThreeScripts) {
-    const std::string before = "do shell script \"pmset -a powermode ";
-    const std::string after = "\" with administrator privileges";
-
-    EXPECT_EQ(profileOfScript(before + "0" + after), PowerProfile::balanced);
-    EXPECT_EQ(profileOfScript(before + "1" + after), PowerProfile::powerSaver);
-    EXPECT_EQ(profileOfScript(before + "2" + after), PowerProfile::performance);
-    for (const auto& script :
-         {std::string(), before, after, before + after, before + "3" + after, before + "-1" + after,
-          before + " 1" + after, before + "1 " + after, before + "1; id" + after, before + "1" + after + "\n",
-          " " + before + "1" + after, before + "11" + after, before + "a" + after,
-          std::string("do shell script \"id\" with administrator privileges"),
-          std::string("pmset -a powermode 1")}) {
-        EXPECT_EQ(profileOfScript(script), std::nullopt) << script;
-    }
-}
-
 TEST_F(PowerProfilesTest, OnlyTheExactScriptSwitches) {
     FakeDaemon daemon(bus.connect(), newName);
     ASSERT_EQ(report(), reportOf('0'));

@@ -60,7 +60,7 @@ public:
     }
 
     std::vector<ProcessInfoItem> processes(bool sortByCPU, double uptime) {
-        LinuxCommandRunner runner(root_, {}, [uptime] { return uptime; });
+        LinuxCommandRunner runner(root_, [uptime] { return uptime; });
         return ProcessReader(runner).readTopProcesses(sortByCPU, 10);
     }
 
