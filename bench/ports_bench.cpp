@@ -106,7 +106,8 @@ double childrenNanoseconds() {
 double toolNanoseconds() {
     const double ours = threadNanoseconds();
     const double theirs = childrenNanoseconds();
-    if (!runChild({.executable = "/bin/ps", .arguments = {"-A", "-o", "pid,%cpu,%mem,rss,comm", "--sort=-pcpu"}})) {
+    if (!runChild(
+            {.executable = "/bin/ps", .arguments = {"-A", "-o", "pid,%cpu,%mem,rss,comm", "--sort=-pcpu"}})) {
         return 0;
     }
     return threadNanoseconds() - ours + childrenNanoseconds() - theirs;

@@ -1,5 +1,5 @@
+#include "core/base/text.h"
 #include "platform/linux/battery/power_supply.h"
-#include "platform/linux/kernel/text_parsing.h"
 #include "platform/linux/machine/cpu_topology.h"
 #include "platform/linux/machine/machine_identity.h"
 #include "platform/linux/machine/memory_pressure.h"

@@ -5,6 +5,15 @@
 
 namespace kestro {
 
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr auto whiteSpace = " \t\n\v\f\r\0"sv;
+constexpr std::size_t displayTextLimit = 256;
+
+}  // namespace
+
 std::size_t utf8SequenceLength(std::string_view bytes) {
     if (bytes.empty()) {
         return 0;
@@ -43,11 +52,18 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
 }
 
-std::string_view takePiece(std::string_view& text) {
-    text.remove_prefix(std::min(text.find_first_not_of(whiteSpace), text.size()));
-    const auto piece = text.substr(0, text.find_first_of(whiteSpace));
-    text.remove_prefix(piece.size());
-    return piece;
+std::string_view takeLine(std::string_view& rest) {
+    const auto end = rest.find('\n');
+    const auto line = rest.substr(0, end);
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    return line;
+}
+
+std::string_view takeField(std::string_view& rest) {
+    rest.remove_prefix(std::min(rest.find_first_not_of(whiteSpace), rest.size()));
+    const auto field = rest.substr(0, rest.find_first_of(whiteSpace));
+    rest.remove_prefix(field.size());
+    return field;
 }
 
 bool beginsWithControl(std::string_view text) {
@@ -68,6 +84,38 @@ bool isValidUtf8(std::string_view bytes) {
         bytes.remove_prefix(length);
     }
     return true;
+}
+
+std::optional<std::string> displayText(std::string_view text) {
+    text = trimmed(text);
+    text = trimmed(text.substr(0, std::min(text.find('\n'), text.find('\0'))));
+    if (text.empty() || text.size() > displayTextLimit || !isValidUtf8(text)) {
+        return std::nullopt;
+    }
+    std::string result;
+    result.reserve(text.size());
+    for (; !text.empty(); text.remove_prefix(utf8SequenceLength(text))) {
+        if (text.front() == ' ' || text.front() == '\t') {
+            if (result.back() != ' ') {
+                result += ' ';
+            }
+        } else if (beginsWithControl(text)) {
+            return std::nullopt;
+        } else {
+            result += text.substr(0, utf8SequenceLength(text));
+        }
+    }
+    return result;
+}
+
+std::string lowered(std::string_view text) {
+    std::string result(text);
+    for (char& character : result) {
+        if (character >= 'A' && character <= 'Z') {
+            character = static_cast<char>(character - 'A' + 'a');
+        }
+    }
+    return result;
 }
 
 }  // namespace kestro

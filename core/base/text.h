@@ -1,18 +1,65 @@
 #pragma once
 
+#include <charconv>
+#include <cmath>
+#include <concepts>
 #include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <system_error>
 
 namespace kestro {
 
-/// ASCII white space, as found in the output of tools and of the kernel.
-inline constexpr std::string_view whiteSpace = " \t\n\v\f\r";
+/// Building blocks for the parsers of tool output, /proc and /sys. All are pure, accept arbitrary bytes, and
+/// allocate nothing unless they return a string. Any thread.
 
-/// `text` without white space at either end.
+/// `text` without ASCII white space and zero bytes at either end.
 std::string_view trimmed(std::string_view text);
 
-/// Removes the first white-space-separated token from `text` and returns it; empty when none is left.
-std::string_view takePiece(std::string_view& text);
+/// Removes the first line from `rest` and returns it without its line break. At the end of the text, `rest`
+/// becomes empty.
+std::string_view takeLine(std::string_view& rest);
+
+/// Removes the first field, delimited by white space, from `rest` and returns it; empty when none is left.
+std::string_view takeField(std::string_view& rest);
+
+/// Removes the number at the start of `rest` and stores it; false, changing nothing, when there is none in range.
+template <typename Number>
+bool takeNumber(std::string_view& rest, Number& number) {
+    const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
+    if (error != std::errc{}) {
+        return false;
+    }
+    rest.remove_prefix(static_cast<std::size_t>(end - rest.data()));
+    return true;
+}
+
+/// Parses the whole of `text` as a number; nullopt for anything else, including one out of range or not finite.
+template <typename Number>
+std::optional<Number> parseNumber(std::string_view text) {
+    Number value{};
+    if (!takeNumber(text, value) || !text.empty()) {
+        return std::nullopt;
+    }
+    if constexpr (std::floating_point<Number>) {
+        return std::isfinite(value) ? std::optional(value) : std::nullopt;
+    }
+    return value;
+}
+
+/// The same without surrounding white space and zero bytes.
+template <typename Number>
+std::optional<Number> parseTrimmed(std::string_view text) {
+    return parseNumber<Number>(trimmed(text));
+}
+
+/// Text fit for display: the first line of `text`, trimmed, with runs of blanks collapsed. nullopt if nothing is
+/// left, or for more than 256 bytes, control characters or invalid UTF-8.
+std::optional<std::string> displayText(std::string_view text);
+
+/// Converts ASCII letters to lower case; keeps other bytes.
+std::string lowered(std::string_view text);
 
 /// Length in bytes of the well-formed UTF-8 sequence at the start of `bytes`: no overlong form, no surrogate,
 /// nothing beyond U+10FFFF. 0: there is none.

@@ -10,8 +10,8 @@ namespace {
 
 /// The second white-space-separated token; nullopt when there are fewer.
 std::optional<std::string_view> secondPiece(std::string_view line) {
-    takePiece(line);
-    const auto second = takePiece(line);
+    takeField(line);
+    const auto second = takeField(line);
     return second.empty() ? std::nullopt : std::optional(second);
 }
 

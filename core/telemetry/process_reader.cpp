@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <optional>
 
@@ -17,20 +16,9 @@ namespace {
 
 constexpr std::string_view bundleMark = ".app/";
 
-template <typename T>
-std::optional<T> numberOf(std::string_view text) {
-    T value{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
-}
-
-std::optional<double> finiteNumberOf(std::string_view text) {
-    const auto value = numberOf<double>(text);
-    return value && std::isfinite(*value) ? value : std::nullopt;
-}
-
-/// Removes the text up to the next run of spaces, and that run, from the front of `rest`.
-std::string_view takeField(std::string_view& rest) {
+/// Removes the text up to the next run of spaces, and that run, from the front of `rest`. Other white space may be
+/// part of a command.
+std::string_view takeUpToSpaces(std::string_view& rest) {
     const auto field = rest.substr(0, rest.find(' '));
     rest.remove_prefix(field.size());
     rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
@@ -65,10 +53,10 @@ void removeAll(std::string& text, std::string_view part) {
 /// One line of the listing; nullopt when it is not a process, or is the tool itself.
 std::optional<ProcessInfoItem> processOfLine(std::string_view line) {
     std::string_view rest = trimmed(line);
-    const auto id = numberOf<std::int32_t>(takeField(rest));
-    const auto cpuPercent = finiteNumberOf(takeField(rest));
-    takeField(rest);  // %mem
-    const auto residentKiB = finiteNumberOf(takeField(rest));
+    const auto id = parseNumber<std::int32_t>(takeUpToSpaces(rest));
+    const auto cpuPercent = parseNumber<double>(takeUpToSpaces(rest));
+    takeUpToSpaces(rest);  // %mem
+    const auto residentKiB = parseNumber<double>(takeUpToSpaces(rest));
     if (!id || !cpuPercent || !residentKiB || rest.empty() || rest.ends_with("/ps")) {
         return std::nullopt;
     }

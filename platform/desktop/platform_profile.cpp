@@ -33,8 +33,8 @@ void PlatformProfile::write(PowerProfile profile, std::chrono::milliseconds boun
     if (!value || read() == profile) {
         return;
     }
-    // Without an agent of the desktop, pkexec would prompt on a terminal that the user does not see. It can be killed
-    // while it asks; once it runs as root, it only has a few bytes to write.
+    // Without an agent of the desktop, pkexec would prompt on a terminal that the user does not see. It can be
+    // killed while it asks; once it runs as root, it only has a few bytes to write.
     runChild({.executable = paths_.pkexec,
               .arguments = {"--disable-internal-agent", paths_.tee, path("platform_profile")},
               .input = *value + "\n",

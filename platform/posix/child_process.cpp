@@ -178,8 +178,7 @@ std::optional<CommandOutput> runChild(const ChildRequest& request) {
         static_cast<ssize_t>(request.input.size())) {
         return std::nullopt;
     }
-    const auto child =
-        SpawnPlan(input.readEnd.get(), output.writeEnd.get(), error.writeEnd.get()).spawn(request);
+    const auto child = SpawnPlan(input.readEnd.get(), output.writeEnd.get(), error.writeEnd.get()).spawn(request);
     if (!child) {
         return std::nullopt;
     }

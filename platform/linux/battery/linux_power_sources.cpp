@@ -1,6 +1,6 @@
 #include "platform/linux/battery/linux_power_sources.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 #include <array>
 #include <string_view>
@@ -41,7 +41,7 @@ std::string readAttributes(const std::string& directory) {
         for (const char character : attribute) {
             text += character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
         }
-        text.append("=").append(trimmedField(*value)).append("\n");
+        text.append("=").append(trimmed(*value)).append("\n");
     }
     return text;
 }
@@ -67,7 +67,7 @@ void LinuxPowerSources::search() {
         source.kind = parseSupplyKind(*type);
         source.properties = PersistentFile(directory + "/uevent", PersistentFile::WhenGone::stayGone);
         source.directory = directory;
-        if (!scope || trimmedField(*scope) != "Device") {
+        if (!scope || trimmed(*scope) != "Device") {
             sources_.push_back(std::move(source));
         }
     }

@@ -1,6 +1,6 @@
 #include "platform/linux/battery/power_supply.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 #include <algorithm>
 #include <array>
@@ -43,7 +43,7 @@ constexpr std::array<std::pair<std::string_view, Status>, 4> statuses{{{"Chargin
                                                                        {"Full", Status::full}}};
 
 Amount parseAmount(std::string_view text) {
-    const auto value = parseInteger<std::int64_t>(text);
+    const auto value = parseTrimmed<std::int64_t>(text);
     return value && *value > -largestAmount && *value < largestAmount ? Amount(std::abs(*value)) : std::nullopt;
 }
 
@@ -61,7 +61,7 @@ void take(PowerSupply& supply, std::string_view key, std::string_view value) {
         supply.isPresent = value != "0";
     } else if (key == "ONLINE") {
         // 2 means a fixed and 3 a programmable voltage.
-        supply.isOnline = parseInteger<int>(value).value_or(0) > 0;
+        supply.isOnline = parseTrimmed<int>(value).value_or(0) > 0;
     } else if (key == "STATUS") {
         const auto* const status = std::ranges::find(statuses, value, &decltype(statuses)::value_type::first);
         supply.status = status != statuses.end() ? status->second : Status::unknown;
@@ -234,7 +234,7 @@ bool isPluggedIn(const std::vector<PowerSupply>& supplies, const Batteries& batt
 }  // namespace
 
 PowerSupply::Kind parseSupplyKind(std::string_view type) {
-    type = trimmedField(type);
+    type = trimmed(type);
     if (type == "Battery") {
         return Kind::battery;
     }
@@ -249,8 +249,7 @@ PowerSupply parsePowerSupply(std::string_view uevent) {
         const auto line = takeLine(uevent);
         const auto equals = line.find('=');
         if (line.starts_with(prefix) && equals != std::string_view::npos) {
-            take(supply, line.substr(prefix.size(), equals - prefix.size()),
-                 trimmedField(line.substr(equals + 1)));
+            take(supply, line.substr(prefix.size(), equals - prefix.size()), trimmed(line.substr(equals + 1)));
         }
     }
     return supply;

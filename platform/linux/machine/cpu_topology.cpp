@@ -1,7 +1,7 @@
 #include "platform/linux/machine/cpu_topology.h"
 
+#include "core/base/text.h"
 #include "platform/linux/kernel/kernel_files.h"
-#include "platform/linux/kernel/text_parsing.h"
 #include "platform/linux/machine/proc_stat.h"
 
 #include <algorithm>
@@ -46,12 +46,12 @@ std::vector<std::pair<std::uint32_t, std::uint32_t>> readCapacities(const std::s
         if (!name.starts_with("cpu")) {
             continue;
         }
-        const auto cpu = parseInteger<std::uint32_t>(std::string_view(name).substr(3));
+        const auto cpu = parseTrimmed<std::uint32_t>(std::string_view(name).substr(3));
         if (!cpu || *cpu >= coreLimit) {
             continue;
         }
         const auto text = readFile(directory + "/" + name + "/cpu_capacity");
-        const auto capacity = text ? parseInteger<std::uint32_t>(*text) : std::nullopt;
+        const auto capacity = text ? parseTrimmed<std::uint32_t>(*text) : std::nullopt;
         if (capacity && *capacity > 0) {
             capacities.emplace_back(*cpu, *capacity);
         }
@@ -63,15 +63,15 @@ std::vector<std::pair<std::uint32_t, std::uint32_t>> readCapacities(const std::s
 
 CoreSet parseCoreList(std::string_view text) {
     CoreSet cores;
-    text = trimmedField(text);
+    text = trimmed(text);
     while (!text.empty()) {
         const auto comma = text.find(',');
         const auto range = text.substr(0, comma);
         text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
         const auto dash = range.find('-');
-        const auto first = parseInteger<std::uint32_t>(range.substr(0, dash));
+        const auto first = parseTrimmed<std::uint32_t>(range.substr(0, dash));
         const auto last =
-            dash == std::string_view::npos ? first : parseInteger<std::uint32_t>(range.substr(dash + 1));
+            dash == std::string_view::npos ? first : parseTrimmed<std::uint32_t>(range.substr(dash + 1));
         if (!first || !last || *first > *last || cores.size() > coreLimit) {
             return {};
         }

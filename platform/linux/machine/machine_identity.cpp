@@ -1,7 +1,7 @@
 #include "platform/linux/machine/machine_identity.h"
 
+#include "core/base/text.h"
 #include "platform/linux/kernel/kernel_files.h"
-#include "platform/linux/kernel/text_parsing.h"
 
 #include <fmt/format.h>
 
@@ -89,7 +89,7 @@ constexpr std::array<std::string_view, 6> brandKeys{"model name", "Model Name", 
                                                     "uarch",      "cpu",        "Hardware"};
 
 std::optional<std::uint32_t> parseHexadecimal(std::string_view text) {
-    text = trimmedField(text);
+    text = trimmed(text);
     if (!text.starts_with("0x")) {
         return std::nullopt;
     }
@@ -119,7 +119,7 @@ std::optional<std::string> readText(const std::string& root, std::string_view pa
 }  // namespace
 
 bool isFirmwareFiller(std::string_view text) {
-    const auto name = lowered(trimmedField(text));
+    const auto name = lowered(trimmed(text));
     const bool isOneCharacter = name.find_first_not_of(name.empty() ? ' ' : name.front()) == std::string::npos;
     return isOneCharacter || std::ranges::find(fillers, name) != fillers.end();
 }
@@ -134,7 +134,7 @@ std::optional<std::string> parseProcessorBrand(std::string_view cpuInfo) {
         if (colon == std::string_view::npos) {
             continue;
         }
-        const auto key = trimmedField(line.substr(0, colon));
+        const auto key = trimmed(line.substr(0, colon));
         const auto value = line.substr(colon + 1);
         const auto* const known = std::ranges::find(brandKeys, key);
         if (known != brandKeys.end()) {

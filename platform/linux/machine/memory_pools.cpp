@@ -1,6 +1,6 @@
 #include "platform/linux/machine/memory_pools.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 #include <algorithm>
 #include <chrono>
@@ -33,7 +33,7 @@ void MemoryPoolReader::lookUp(ReadBuffer& buffer) {
     for (auto& disk : disks_) {
         // A disk without a size holds no memory.
         const auto size = disk.size.read(buffer);
-        disk.isInUse = size && parseInteger<std::uint64_t>(*size).value_or(0) > 0;
+        disk.isInUse = size && parseTrimmed<std::uint64_t>(*size).value_or(0) > 0;
     }
     hasCache_ = isReadable(cacheStatistics_.path());
 }

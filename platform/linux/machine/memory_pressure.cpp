@@ -1,6 +1,6 @@
 #include "platform/linux/machine/memory_pressure.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 namespace kestro {
 namespace {
@@ -8,7 +8,7 @@ namespace {
 std::optional<double> parseShare(std::string_view line) {
     constexpr std::string_view key = "avg10=";
     const auto field = takeField(line);
-    const auto share = field.starts_with(key) ? parseDecimal(field.substr(key.size())) : std::nullopt;
+    const auto share = field.starts_with(key) ? parseTrimmed<double>(field.substr(key.size())) : std::nullopt;
     return share && *share >= 0 ? share : std::nullopt;
 }
 

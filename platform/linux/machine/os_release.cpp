@@ -1,13 +1,13 @@
 #include "platform/linux/machine/os_release.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 namespace kestro {
 namespace {
 
 /// The value of an assignment with shell quoting removed, without expansions.
 std::string unquoted(std::string_view value) {
-    value = trimmedField(value);
+    value = trimmed(value);
     const char quote = !value.empty() && (value.front() == '"' || value.front() == '\'') ? value.front() : '\0';
     if (quote != '\0') {
         value.remove_prefix(1);
@@ -26,17 +26,15 @@ std::string unquoted(std::string_view value) {
 }  // namespace
 
 std::optional<VersionNumbers> parseVersionNumbers(std::string_view text) {
-    text = trimmedField(text);
+    text = trimmed(text);
     VersionNumbers version{};
     std::size_t count = 0;
     while (count < version.size()) {
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), version[count]);
-        if (error != std::errc{} || version[count] < 0) {
+        if (!takeNumber(text, version[count]) || version[count] < 0) {
             version[count] = 0;
             break;
         }
         ++count;
-        text.remove_prefix(static_cast<std::size_t>(end - text.data()));
         if (!text.starts_with('.')) {
             break;
         }
@@ -48,7 +46,7 @@ std::optional<VersionNumbers> parseVersionNumbers(std::string_view text) {
 OsRelease parseOsRelease(std::string_view text) {
     OsRelease release;
     while (!text.empty()) {
-        const auto line = trimmedField(takeLine(text));
+        const auto line = trimmed(takeLine(text));
         const auto equals = line.find('=');
         if (equals == std::string_view::npos) {
             continue;

@@ -1,6 +1,6 @@
 #include "platform/linux/machine/proc_meminfo.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 #include <algorithm>
 #include <array>
@@ -48,7 +48,7 @@ std::uint64_t difference(std::uint64_t a, std::uint64_t b) {
 
 /// The number of kibibytes at the beginning of `field`, in bytes.
 std::optional<std::uint64_t> parseKibibytes(std::string_view rest) {
-    const auto kibibytes = parseInteger<std::uint64_t>(takeField(rest));
+    const auto kibibytes = parseTrimmed<std::uint64_t>(takeField(rest));
     if (!kibibytes || *kibibytes > largest / 1024) {
         return std::nullopt;
     }
@@ -125,7 +125,7 @@ std::optional<std::uint64_t> parseZramPool(std::string_view mmStat) {
     auto line = takeLine(mmStat);
     takeField(line);
     takeField(line);
-    return parseInteger<std::uint64_t>(takeField(line));
+    return parseTrimmed<std::uint64_t>(takeField(line));
 }
 
 std::optional<std::uint64_t> parseReclaimableArc(std::string_view arcStats) {
@@ -136,7 +136,7 @@ std::optional<std::uint64_t> parseReclaimableArc(std::string_view arcStats) {
         const auto name = takeField(line);
         if (name == "size" || name == "c_min") {
             takeField(line);
-            (name == "size" ? size : minimum) = parseInteger<std::uint64_t>(takeField(line));
+            (name == "size" ? size : minimum) = parseTrimmed<std::uint64_t>(takeField(line));
         }
     }
     return size && minimum ? std::optional(difference(*size, *minimum)) : std::nullopt;

@@ -1,9 +1,8 @@
 #include "platform/linux/machine/proc_stat.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 #include <array>
-#include <charconv>
 
 namespace kestro {
 namespace {
@@ -14,31 +13,21 @@ enum Column { user, nice, system, idle, ioWait, irq, softIrq, steal, columnCount
 constexpr std::size_t leastColumns = idle + 1;
 
 std::optional<CoreTicks> parseCoreLine(std::string_view line) {
-    const char* position = line.data() + 3;
-    const char* const end = line.data() + line.size();
+    line.remove_prefix(3);
     CoreTicks ticks;
-    const auto number = std::from_chars(position, end, ticks.cpu);
-    if (number.ec != std::errc{} || ticks.cpu >= coreLimit) {
+    if (!takeNumber(line, ticks.cpu) || ticks.cpu >= coreLimit) {
         return std::nullopt;
     }
-    position = number.ptr;
     std::array<std::uint64_t, columnCount> columns{};
     std::size_t count = 0;
-    while (count < columns.size()) {
-        if (position == end || *position != ' ') {
+    while (count < columns.size() && line.starts_with(' ')) {
+        line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
+        if (!takeNumber(line, columns[count])) {
             break;
         }
-        while (position != end && *position == ' ') {
-            ++position;
-        }
-        const auto column = std::from_chars(position, end, columns[count]);
-        if (column.ec != std::errc{}) {
-            break;
-        }
-        position = column.ptr;
         ++count;
     }
-    const bool isCutShort = position != end && *position != ' ';
+    const bool isCutShort = !line.empty() && line.front() != ' ';
     if (count < leastColumns || isCutShort) {
         return std::nullopt;
     }
@@ -76,7 +65,7 @@ std::optional<std::int64_t> parseBootTime(std::string_view procStat) {
     while (!procStat.empty()) {
         auto line = takeLine(procStat);
         if (takeField(line) == "btime") {
-            const auto seconds = parseInteger<std::int64_t>(line);
+            const auto seconds = parseTrimmed<std::int64_t>(line);
             return seconds && *seconds > 0 ? seconds : std::nullopt;
         }
     }
@@ -85,7 +74,7 @@ std::optional<std::int64_t> parseBootTime(std::string_view procStat) {
 
 std::optional<double> parseUptime(std::string_view procUptime) {
     auto line = takeLine(procUptime);
-    const auto seconds = parseDecimal(takeField(line));
+    const auto seconds = parseTrimmed<double>(takeField(line));
     return seconds && *seconds >= 0 && *seconds < 1e10 ? seconds : std::nullopt;
 }
 

@@ -1,6 +1,6 @@
 #include "platform/linux/machine/proc_swaps.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 #include <algorithm>
 
@@ -21,8 +21,8 @@ std::optional<SwapUsage> parseSwaps(std::string_view text) {
         auto line = takeLine(text);
         takeField(line);
         takeField(line);
-        const auto size = parseInteger<std::uint64_t>(takeField(line));
-        const auto used = parseInteger<std::uint64_t>(takeField(line));
+        const auto size = parseTrimmed<std::uint64_t>(takeField(line));
+        const auto used = parseTrimmed<std::uint64_t>(takeField(line));
         if (!size || !used || *size > largestKibibytes) {
             return std::nullopt;
         }

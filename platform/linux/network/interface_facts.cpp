@@ -1,7 +1,7 @@
 #include "platform/linux/network/interface_facts.h"
 
+#include "core/base/text.h"
 #include "platform/linux/kernel/kernel_files.h"
-#include "platform/linux/kernel/text_parsing.h"
 
 #include <algorithm>
 #include <array>
@@ -79,7 +79,7 @@ InterfaceFacts readInterfaceFacts(const std::string& root, const std::string& na
     const bool ridesOnNothing = facts.lowerNames.empty();
     facts.isTunnel =
         facts.isTunnel ||
-        (ridesOnNothing && type && contains(tunnelTypes, parseInteger<std::uint32_t>(*type).value_or(0))) ||
+        (ridesOnNothing && type && contains(tunnelTypes, parseTrimmed<std::uint32_t>(*type).value_or(0))) ||
         (uevent && contains(tunnelDeviceTypes, deviceType(*uevent)));
     return facts;
 }

@@ -1,6 +1,6 @@
 #include "platform/linux/network/interface_traffic.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 namespace kestro {
 namespace {
@@ -20,11 +20,11 @@ void parseInterfaceTraffic(std::string_view text, std::vector<InterfaceTraffic>&
         }
         const auto name = trimmed(line.substr(0, colon));
         line.remove_prefix(colon + 1);
-        const auto received = parseInteger<std::uint64_t>(takeField(line));
+        const auto received = parseTrimmed<std::uint64_t>(takeField(line));
         for (int column = 0; column < columnsBetween; ++column) {
             takeField(line);
         }
-        const auto sent = parseInteger<std::uint64_t>(takeField(line));
+        const auto sent = parseTrimmed<std::uint64_t>(takeField(line));
         if (!name.empty() && received && sent) {
             traffic.push_back({name, {*received, *sent}});
         }

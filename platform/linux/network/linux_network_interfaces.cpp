@@ -1,6 +1,6 @@
 #include "platform/linux/network/linux_network_interfaces.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 #include "platform/linux/network/interface_facts.h"
 
 #include <fmt/format.h>

@@ -1,21 +1,10 @@
 #include "platform/linux/process/process_stat.h"
 
-#include <charconv>
+#include "core/base/text.h"
 
 namespace kestro {
 
 namespace {
-
-/// Parses the number at the start of `text` and moves past it; false when there is none.
-template <typename Number>
-bool takeNumber(std::string_view& text, Number& number) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc{}) {
-        return false;
-    }
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return true;
-}
 
 /// Skips `count` fields that end in a space; false when the text ends first.
 bool skipFields(std::string_view& text, int count) {

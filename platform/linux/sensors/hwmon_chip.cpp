@@ -1,6 +1,6 @@
 #include "platform/linux/sensors/hwmon_chip.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 #include <algorithm>
 #include <array>
@@ -97,7 +97,7 @@ std::vector<std::uint32_t> listInputs(const HwmonChip& chip, std::string_view ki
             continue;
         }
         const auto digits = std::string_view(name).substr(kind.size(), name.size() - kind.size() - suffix.size());
-        if (const auto number = parseInteger<std::uint32_t>(digits)) {
+        if (const auto number = parseTrimmed<std::uint32_t>(digits)) {
             numbers.push_back(*number);
         }
     }

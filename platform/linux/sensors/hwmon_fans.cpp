@@ -1,6 +1,6 @@
 #include "platform/linux/sensors/hwmon_fans.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 #include <algorithm>
 #include <string_view>
@@ -15,7 +15,7 @@ constexpr std::size_t fanLimit = 32;
 constexpr std::int64_t largestSpeed = 50'000;
 
 std::optional<double> parseSpeed(std::string_view text) {
-    const auto speed = parseInteger<std::int64_t>(text);
+    const auto speed = parseTrimmed<std::int64_t>(text);
     const bool isPlausible = speed && *speed >= 0 && *speed <= largestSpeed;
     return isPlausible ? std::optional(static_cast<double>(*speed)) : std::nullopt;
 }

@@ -1,6 +1,6 @@
 #include "platform/linux/sensors/sensor_names.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 
 #include <algorithm>
 #include <array>

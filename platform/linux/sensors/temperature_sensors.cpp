@@ -1,6 +1,6 @@
 #include "platform/linux/sensors/temperature_sensors.h"
 
-#include "platform/linux/kernel/text_parsing.h"
+#include "core/base/text.h"
 #include "platform/linux/sensors/sensor_names.h"
 #include "platform/linux/sensors/thermal_zones.h"
 
@@ -30,7 +30,7 @@ std::optional<std::string> readLabel(const HwmonChip& chip, std::uint32_t number
 
 bool holds(const std::string& path, std::string_view value) {
     const auto text = readFile(path);
-    return text && trimmedField(*text) == value;
+    return text && trimmed(*text) == value;
 }
 
 }  // namespace

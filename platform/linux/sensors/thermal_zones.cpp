@@ -1,7 +1,7 @@
 #include "platform/linux/sensors/thermal_zones.h"
 
+#include "core/base/text.h"
 #include "platform/linux/kernel/kernel_files.h"
-#include "platform/linux/kernel/text_parsing.h"
 
 #include <algorithm>
 #include <utility>
@@ -33,12 +33,12 @@ std::vector<TripPoint> readTrips(const std::string& directory) {
 }  // namespace
 
 std::optional<std::int32_t> parseMillidegrees(std::string_view text) {
-    const auto value = parseInteger<std::int32_t>(text);
+    const auto value = parseTrimmed<std::int32_t>(text);
     return value && *value > -100'000 && *value <= 300'000 ? value : std::nullopt;
 }
 
 std::optional<TripPoint::Kind> parseTripKind(std::string_view text) {
-    text = trimmedField(text);
+    text = trimmed(text);
     if (text == "passive") {
         return TripPoint::Kind::passive;
     }
@@ -54,7 +54,7 @@ std::vector<ThermalZone> readThermalZones(const std::string& root) {
     std::vector<std::pair<std::uint32_t, std::string>> numbered;
     for (const auto& name : listDirectory(parent)) {
         if (name.starts_with(prefix)) {
-            if (const auto number = parseInteger<std::uint32_t>(std::string_view(name).substr(prefix.size()))) {
+            if (const auto number = parseTrimmed<std::uint32_t>(std::string_view(name).substr(prefix.size()))) {
                 numbered.emplace_back(*number, parent + "/" + name);
             }
         }
@@ -65,7 +65,7 @@ std::vector<ThermalZone> readThermalZones(const std::string& root) {
         const auto typeText = readFile(directory + "/type");
         auto type = typeText ? displayText(*typeText) : std::nullopt;
         const auto mode = readFile(directory + "/mode");
-        const bool isDisabled = mode && trimmedField(*mode) == "disabled";
+        const bool isDisabled = mode && trimmed(*mode) == "disabled";
         if (type && !isDisabled && zones.size() < zoneLimit) {
             zones.push_back({directory + "/temp", std::move(*type), readTrips(directory)});
         }

@@ -10,11 +10,11 @@
 namespace kestro {
 namespace {
 
-using testing::ElementsAre;
 using test::findEntry;
 using test::linesOf;
 using test::pick;
 using test::pickEach;
+using testing::ElementsAre;
 using testing::StrictMock;
 
 class MockCoolingMenuActions : public CoolingMenuActions {

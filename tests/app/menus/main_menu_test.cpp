@@ -8,11 +8,11 @@
 namespace kestro {
 namespace {
 
-using testing::ElementsAre;
 using test::findEntry;
 using test::linesOf;
 using test::pick;
 using test::pickEach;
+using testing::ElementsAre;
 using testing::StrictMock;
 
 class MockMainMenuActions : public MainMenuActions {

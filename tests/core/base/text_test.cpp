@@ -2,25 +2,73 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace kestro {
 namespace {
 
+using namespace std::string_view_literals;
+
 TEST(Text, TrimsWhiteSpaceAtBothEnds) {
     EXPECT_EQ(trimmed(" \t one two\r\n"), "one two");
     EXPECT_EQ(trimmed("one"), "one");
-    EXPECT_EQ(trimmed(" \n "), "");
+    EXPECT_EQ(trimmed(" \n\0 "sv), "");
     EXPECT_EQ(trimmed(""), "");
 }
 
-TEST(Text, TakesTokensFromTheLeft) {
-    std::string_view text = "  powermode \t 2";
+TEST(Text, SplitsLinesWithAndWithoutATrailingLineBreak) {
+    auto rest = "one\n\ntwo"sv;
 
-    EXPECT_EQ(takePiece(text), "powermode");
-    EXPECT_EQ(takePiece(text), "2");
-    EXPECT_EQ(takePiece(text), "");
-    EXPECT_EQ(text, "");
+    EXPECT_EQ(takeLine(rest), "one");
+    EXPECT_EQ(takeLine(rest), "");
+    EXPECT_EQ(takeLine(rest), "two");
+    EXPECT_TRUE(rest.empty());
+    EXPECT_EQ(takeLine(rest), "");
+}
+
+TEST(Text, SplitsFieldsAtWhiteSpace) {
+    auto rest = "  a\t\tbc "sv;
+
+    EXPECT_EQ(takeField(rest), "a");
+    EXPECT_EQ(takeField(rest), "bc");
+    EXPECT_EQ(takeField(rest), "");
+    EXPECT_TRUE(rest.empty());
+}
+
+TEST(Text, AcceptsOnlyIntegersInRange) {
+    EXPECT_EQ(parseTrimmed<std::int32_t>(" -42\n"), -42);
+    EXPECT_EQ(parseTrimmed<std::uint64_t>("18446744073709551615"), 18446744073709551615ULL);
+    EXPECT_FALSE(parseTrimmed<std::uint64_t>("18446744073709551616"));
+    EXPECT_FALSE(parseTrimmed<std::uint32_t>("-1"));
+    EXPECT_FALSE(parseTrimmed<std::int32_t>("12 kB"));
+    EXPECT_FALSE(parseTrimmed<std::int32_t>(""));
+    EXPECT_FALSE(parseTrimmed<std::int32_t>("N/A"));
+}
+
+TEST(Text, AcceptsOnlyFiniteDecimals) {
+    EXPECT_EQ(parseTrimmed<double>("0.25\n"), 0.25);
+    EXPECT_FALSE(parseTrimmed<double>("nan"));
+    EXPECT_FALSE(parseTrimmed<double>("inf"));
+    EXPECT_FALSE(parseTrimmed<double>("1e999"));
+    EXPECT_FALSE(parseTrimmed<double>("0,25"));
+}
+
+TEST(Text, ShowsTheFirstLineTrimmedWithBlanksCollapsed) {
+    EXPECT_EQ(displayText(" AMD Ryzen   7 \t5800X  \nsecond"), "AMD Ryzen 7 5800X");
+    EXPECT_EQ(displayText("Apple MacBook\0other"sv), "Apple MacBook");
+    EXPECT_EQ(displayText("\n\nGrün ☕\n"), "Grün ☕");
+}
+
+TEST(Text, RejectsTextThatIsEmptyUnreadableOrTooLong) {
+    EXPECT_FALSE(displayText(""));
+    EXPECT_FALSE(displayText(" \n\0 "sv));
+    EXPECT_FALSE(displayText("bell \a"));
+    EXPECT_FALSE(displayText("next line \xC2\x85"));
+    EXPECT_FALSE(displayText("latin \xE9"));
+    EXPECT_FALSE(displayText(std::string(257, 'x')));
+    EXPECT_TRUE(displayText(std::string(256, 'x')));
 }
 
 TEST(Text, AcceptsWellFormedUtf8) {

@@ -14,8 +14,8 @@ namespace kestro {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::ElementsAre;
 using test::FakeService;
+using testing::ElementsAre;
 
 /// The manager on a clock driven by the test, with assertions of a session manager on a bus.
 struct KeepAwakeOnTheBus : testing::Test {

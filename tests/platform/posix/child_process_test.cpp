@@ -39,8 +39,7 @@ std::optional<CommandOutput> shell(const std::string& script) {
 }
 
 std::optional<CommandOutput> shell(const std::string& script, std::size_t bytes, std::chrono::milliseconds time) {
-    return runChild(
-        {.executable = "/bin/sh", .arguments = {"-c", script}, .outputBytes = bytes, .time = time});
+    return runChild({.executable = "/bin/sh", .arguments = {"-c", script}, .outputBytes = bytes, .time = time});
 }
 
 TEST(RunChild, ReturnsTheProgramsOutputAndExitStatus) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "core/base/text.h"
 #include "platform/linux/kernel/kernel_files.h"
-#include "platform/linux/kernel/text_parsing.h"
 #include "platform/linux/network/interface_source.h"
 
 #include <charconv>
@@ -41,7 +41,7 @@ public:
                 address.family = AddressFamily::ipv4;
                 for (auto& byte : address.ipv4) {
                     const auto dot = line.find('.');
-                    byte = parseInteger<std::uint8_t>(line.substr(0, dot)).value_or(0);
+                    byte = parseTrimmed<std::uint8_t>(line.substr(0, dot)).value_or(0);
                     line.remove_prefix(dot == std::string_view::npos ? line.size() : dot + 1);
                 }
             }
