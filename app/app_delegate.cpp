@@ -68,6 +68,16 @@ void AppDelegate::setupStatusItem() {
     statusItem_ = shell_.statusBar.createItem(QStringLiteral("kestro-main"), std::move(handlers));
 }
 
+void AppDelegate::showContextMenu() {
+    if (statusItem_) {
+        statusItem_->openMenu();
+    }
+}
+
+Menu AppDelegate::contextMenu() {
+    return mainMenu(services_, *this);
+}
+
 void AppDelegate::bindTelemetry() {
     const auto follow = [this](const auto& value) {
         retain(value.subscribe([this](const auto&) { statusItemUpdate_.request(); }));
@@ -130,6 +140,37 @@ void AppDelegate::handleShowSettingsNotification(const NotificationUserInfo& use
         selectSettingsTab(*tab);
     }
     showSettings();
+}
+
+void AppDelegate::toggleFullScreenAction() {
+    showDashboard();
+    if (dashboardWindow_) {
+        dashboardWindow_->toggleFullScreen();
+    }
+}
+
+void AppDelegate::togglePin() {
+    services_.settings.isPinned.set(!services_.settings.isPinned.get());
+}
+
+void AppDelegate::selectSettingsTab(SettingsTab tab) {
+    services_.settings.selectedSettingsTab.set(tab);
+}
+
+void AppDelegate::toggleFanLink() {
+    services_.fanManager.toggleLinking();
+}
+
+void AppDelegate::selectFan(std::int64_t index) {
+    services_.settings.selectedFanIndex.set(index);
+}
+
+void AppDelegate::selectCurvePreset(CurvePreset preset) {
+    services_.fanManager.applyPreset(preset);
+}
+
+void AppDelegate::quit() {
+    terminate_();
 }
 
 }  // namespace kestro

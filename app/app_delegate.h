@@ -33,7 +33,7 @@ struct Platform;
 /// The root of the application: owns the status items and the windows, handles clicks, menus, commands and
 /// notifications, and lets the engine know whether any window is visible. Main thread; lives as long as the
 /// application.
-class AppDelegate final : public MainMenuActions, public CommandTarget, public WindowDelegate {
+class AppDelegate final : public MenuCommands, public CommandTarget, public WindowDelegate {
 public:
     /// Reads commands from `commandFile`; `terminate` ends the application. Every reference outlives this
     /// object.
@@ -53,7 +53,7 @@ public:
     void statusItemClicked(StatusClick click, bool controlHeld, const QRect& anchor);
 
     void showContextMenu();
-    StatusMenu contextMenu();
+    Menu contextMenu();
 
     void togglePopover() override;
     void showDashboard() override;
@@ -80,19 +80,13 @@ public:
     KestroDashboardWindow* dashboardWindow() const { return dashboardWindow_.get(); }
     SettingsWindow* settingsWindow() const { return settingsWindow_.get(); }
 
-    // Menu actions and commands.
-    void togglePopoverAction() override;
+    // Commands.
     void toggleFullScreenAction() override;
-    void openSettingsAction() override;
     void togglePin() override;
-    void toggleKeepAwakeAction() override;
-    void selectKeepAwakeDuration(KeepAwakeDuration duration) override;
-    void selectFanProfile(FanProfile profile) override;
-    void selectCurvePreset(CurvePreset preset) override;
-    void selectPowerMode(SystemPowerMode mode) override;
     void selectSettingsTab(SettingsTab tab) override;
     void toggleFanLink() override;
     void selectFan(std::int64_t index) override;
+    void selectCurvePreset(CurvePreset preset) override;
     void quit() override;
 
     // Window events.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/menus/menu_entry.h"
+
 #include <QPoint>
 #include <QRect>
 #include <QString>
@@ -7,7 +9,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <vector>
 
 namespace kestro {
 
@@ -65,31 +66,6 @@ struct StatusContent {
     friend bool operator==(const StatusContent&, const StatusContent&) = default;
 };
 
-/// One entry of a menu. Titles are plain text: "&" and "_" show as themselves.
-struct StatusMenuEntry {
-    QString title;
-    bool isSeparator = false;
-    bool isEnabled = true;
-    bool isChecked = false;
-    QString shortcut;                      ///< portable key sequence such as "Ctrl+D"; empty: none
-    std::function<void()> action;          ///< empty: does nothing
-    std::vector<StatusMenuEntry> submenu;  ///< not empty: the entry opens a submenu
-
-    static StatusMenuEntry separator() {
-        StatusMenuEntry entry;
-        entry.isSeparator = true;
-        return entry;
-    }
-    static StatusMenuEntry header(const QString& title) {
-        StatusMenuEntry entry;
-        entry.title = title;
-        entry.isEnabled = false;
-        return entry;
-    }
-};
-
-using StatusMenu = std::vector<StatusMenuEntry>;
-
 /// How an item was clicked.
 enum class StatusClick { primary, secondary };
 
@@ -100,7 +76,7 @@ struct StatusItemHandlers {
     std::function<void(StatusClick click, bool controlHeld, const QRect& anchor)> onClick;
 
     /// Builds the menu each time it opens.
-    std::function<StatusMenu()> buildMenu;
+    std::function<Menu()> buildMenu;
 };
 
 /// One item in the status bar; destroying it removes it. Main thread.

@@ -232,7 +232,7 @@ QWidget* swatches() {
 }
 
 QWidget* menu() {
-    std::vector<MenuEntry> entries{MenuEntry::header(QStringLiteral("Kestro Telemetry")), MenuEntry::separator()};
+    Menu entries{MenuEntry::header(QStringLiteral("Kestro Telemetry")), MenuEntry::separator()};
     const auto add = [&](const char* title, const char* shortcut, bool isChecked) {
         MenuEntry entry;
         entry.title = Words(title);

@@ -13,24 +13,20 @@
 #include <QMenu>
 
 #include <array>
+#include <chrono>
 
 namespace kestro::shots {
 
 namespace {
 
-/// Menu actions that do nothing.
-class NoActions final : public MainMenuActions {
+/// Commands that do nothing.
+class NoCommands final : public MenuCommands {
 public:
-    void togglePopoverAction() override {}
+    void togglePopover() override {}
     void toggleDashboard() override {}
     void toggleFullScreenAction() override {}
-    void openSettingsAction() override {}
+    void showSettings() override {}
     void togglePin() override {}
-    void toggleKeepAwakeAction() override {}
-    void selectKeepAwakeDuration(KeepAwakeDuration) override {}
-    void selectFanProfile(FanProfile) override {}
-    void selectCurvePreset(CurvePreset) override {}
-    void selectPowerMode(SystemPowerMode) override {}
     void quit() override {}
 };
 
@@ -85,12 +81,12 @@ QWidget* strip(SimulatedServices& services) {
 }
 
 QWidget* contextMenu(bool isSubmenuOpen) {
-    NoActions actions;
-    MainMenuState state;
-    state.isKeepAwakeActive = true;
-    state.remainingTime = QStringLiteral("14m 05s");
+    NoCommands commands;
+    SimulatedServices services;
+    services.keepAwake().activate(KeepAwakeDuration::minutes15);
+    services.advance(std::chrono::seconds(55));
     StatusMenuPopup popup;
-    popup.open(mainMenu(state, actions), QPoint(40, 40));
+    popup.open(mainMenu(services.services(), commands), QPoint(40, 40));
     QMenu* menu = popup.menu();
     for (QAction* entry : menu->actions()) {
         if (entry->menu() && entry->data().toString() == QStringLiteral("Fan Performance")) {

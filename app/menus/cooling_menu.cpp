@@ -1,19 +1,24 @@
 #include "app/menus/cooling_menu.h"
 
 #include "app/menus/menu_rows.h"
+#include "core/cooling/fan_control_manager.h"
+#include "core/power/power_mode_manager.h"
 #include "ui/format/figure_text.h"
+
+#include <optional>
+#include <utility>
 
 namespace kestro {
 
 namespace {
 
-StatusMenu fanLines(const std::vector<FanTelemetry>& fans) {
+Menu fanLines(const std::vector<FanTelemetry>& fans) {
     if (fans.empty()) {
-        return {StatusMenuEntry::header(QStringLiteral("Acoustics: 0 dB (Fanless Architecture)"))};
+        return {MenuEntry::header(QStringLiteral("Acoustics: 0 dB (Fanless Architecture)"))};
     }
-    StatusMenu lines;
+    Menu lines;
     for (const FanTelemetry& fan : fans) {
-        lines.push_back(StatusMenuEntry::header(fanLine(fan)));
+        lines.push_back(MenuEntry::header(fanLine(fan)));
     }
     return lines;
 }
@@ -25,31 +30,31 @@ QString fanLine(const FanTelemetry& fan) {
            QStringLiteral(" RPM (") + wholeText(fan.percentage() * 100) + QStringLiteral("%)");
 }
 
-std::optional<CurvePreset> presetInEffect(FanProfile profile, std::optional<CurvePreset> activePreset) {
-    return profile == FanProfile::custom ? activePreset : std::nullopt;
-}
-
-StatusMenu coolingMenu(const CoolingMenuState& state, CoolingMenuActions& actions) {
-    StatusMenu menu{
-        StatusMenuEntry::header(QStringLiteral("Cooling & Power Management")),
-        StatusMenuEntry::separator(),
+Menu coolingMenu(const std::vector<FanTelemetry>& fans, FanControlManager& fanManager,
+                 PowerModeManager& powerManager, std::function<void()> openSettings) {
+    const FanProfile profile = fanManager.currentProfile.get();
+    // A preset is in effect only while the curves drive the fans.
+    const auto preset = profile == FanProfile::custom ? fanManager.activePreset.get() : std::nullopt;
+    Menu menu{
+        MenuEntry::header(QStringLiteral("Cooling & Power Management")),
+        MenuEntry::separator(),
     };
-    appendRows(menu, fanLines(state.fans));
-    menu.push_back(StatusMenuEntry::separator());
-    menu.push_back(StatusMenuEntry::header(QStringLiteral("Fan Performance Profile")));
-    appendRows(menu, choiceRows<FanProfile>(
-                         state.fanProfile, [&actions](FanProfile profile) { actions.selectFanProfile(profile); }));
-    menu.push_back(menuSubmenu(QStringLiteral("Curve Presets"),
-                               choiceRows<CurvePreset>(state.activePreset, [&actions](CurvePreset preset) {
-                                   actions.selectCurvePreset(preset);
-                               })));
-    menu.push_back(StatusMenuEntry::separator());
-    menu.push_back(StatusMenuEntry::header(QStringLiteral("Power Delivery Mode")));
-    appendRows(menu, choiceRows<SystemPowerMode>(
-                         state.powerMode, [&actions](SystemPowerMode mode) { actions.selectPowerMode(mode); }));
-    menu.push_back(StatusMenuEntry::separator());
-    menu.push_back(
-        menuCommand(QStringLiteral("Cooling Settings..."), [&actions] { actions.openSettingsAction(); }));
+    appendRows(menu, fanLines(fans));
+    menu.push_back(MenuEntry::separator());
+    menu.push_back(MenuEntry::header(QStringLiteral("Fan Performance Profile")));
+    appendRows(menu, choiceRows<FanProfile>(profile,
+                                            [&fanManager](FanProfile chosen) { fanManager.setProfile(chosen); }));
+    menu.push_back(MenuEntry::opening(
+        QStringLiteral("Curve Presets"),
+        choiceRows<CurvePreset>(preset, [&fanManager](CurvePreset chosen) { fanManager.applyPreset(chosen); })));
+    menu.push_back(MenuEntry::separator());
+    menu.push_back(MenuEntry::header(QStringLiteral("Power Delivery Mode")));
+    appendRows(menu,
+               choiceRows<SystemPowerMode>(powerManager.currentMode.get(), [&powerManager](SystemPowerMode mode) {
+                   powerManager.setPowerMode(mode);
+               }));
+    menu.push_back(MenuEntry::separator());
+    menu.push_back(MenuEntry::command(QStringLiteral("Cooling Settings..."), std::move(openSettings)));
     return menu;
 }
 

@@ -1,33 +1,14 @@
 #pragma once
 
-#include "core/model/keep_awake_types.h"
-#include "shell/status_bar.h"
+#include "ui/menus/menu_entry.h"
 
-#include <QString>
-
-#include <optional>
+#include <functional>
 
 namespace kestro {
 
-/// Actions of the keep-awake item's menu. Main thread.
-class KeepAwakeMenuActions {
-public:
-    virtual ~KeepAwakeMenuActions() = default;
+class KeepAwakeManager;
 
-    virtual void toggleAction() = 0;
-    virtual void selectDuration(KeepAwakeDuration duration) = 0;
-    virtual void selectTarget(KeepAwakeTarget target) = 0;
-    virtual void openSettingsAction() = 0;
-};
-
-/// What the keep-awake item's menu shows.
-struct KeepAwakeMenuState {
-    std::optional<KeepAwakeDuration> activeDuration;  ///< absent: keep-awake is off
-    QString remainingTime;
-    KeepAwakeTarget targetMode = KeepAwakeTarget::displayAndSystem;
-};
-
-/// The menu of the keep-awake item. `actions` outlives it.
-StatusMenu keepAwakeMenu(const KeepAwakeMenuState& state, KeepAwakeMenuActions& actions);
+/// The menu of the keep-awake item in the current state. `keepAwake` outlives it.
+Menu keepAwakeMenu(KeepAwakeManager& keepAwake, std::function<void()> openSettings);
 
 }  // namespace kestro

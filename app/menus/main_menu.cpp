@@ -2,66 +2,70 @@
 
 #include "app/menus/menu_rows.h"
 #include "app/menus/shortcuts.h"
-
-#include <optional>
-#include <utility>
+#include "core/cooling/fan_control_manager.h"
+#include "core/power/keep_awake_manager.h"
+#include "core/power/power_mode_manager.h"
+#include "core/settings/user_settings.h"
 
 namespace kestro {
 
 namespace {
 
-StatusMenuEntry keepAwakeEntry(const MainMenuState& state, MainMenuActions& actions) {
-    const QString title = state.isKeepAwakeActive
-                              ? QStringLiteral("Deactivate Keep-Awake (") + state.remainingTime + QLatin1Char(')')
+MenuEntry keepAwakeEntry(KeepAwakeManager& keepAwake) {
+    const QString title = keepAwake.isActive.get()
+                              ? QStringLiteral("Deactivate Keep-Awake (%1)")
+                                    .arg(QString::fromStdString(keepAwake.formattedRemainingTime()))
                               : QStringLiteral("Activate Indefinitely");
-    return menuCommand(title, [&actions] { actions.toggleKeepAwakeAction(); });
+    return MenuEntry::command(title, [&keepAwake] { keepAwake.toggle(); });
 }
 
-StatusMenu fanRows(const MainMenuState& state, MainMenuActions& actions) {
-    StatusMenu rows = choiceRows<FanProfile>(
-        state.fanProfile, [&actions](FanProfile profile) { actions.selectFanProfile(profile); });
-    rows.push_back(StatusMenuEntry::separator());
-    rows.push_back(StatusMenuEntry::header(QStringLiteral("Curve Presets")));
-    appendRows(rows, choiceRows<CurvePreset>(
-                         std::nullopt, [&actions](CurvePreset preset) { actions.selectCurvePreset(preset); }));
+Menu fanRows(FanControlManager& fans) {
+    Menu rows = choiceRows<FanProfile>(fans.currentProfile.get(),
+                                       [&fans](FanProfile profile) { fans.setProfile(profile); });
+    rows.push_back(MenuEntry::separator());
+    rows.push_back(MenuEntry::header(QStringLiteral("Curve Presets")));
+    appendRows(rows,
+               choiceRows<CurvePreset>(std::nullopt, [&fans](CurvePreset preset) { fans.applyPreset(preset); }));
     return rows;
 }
 
 }  // namespace
 
-StatusMenu mainMenu(const MainMenuState& state, MainMenuActions& actions) {
-    StatusMenu menu{
-        StatusMenuEntry::header(QStringLiteral("Kestro Telemetry")),
-        StatusMenuEntry::separator(),
-        menuCommand(QStringLiteral("Quick Glance Popover"), [&actions] { actions.togglePopoverAction(); }),
-        menuCommand(
-            QStringLiteral("Full Studio Dashboard"), [&actions] { actions.toggleDashboard(); },
+Menu mainMenu(const KestroServices& services, MenuCommands& commands) {
+    KeepAwakeManager& keepAwake = services.keepAwake;
+    PowerModeManager& power = services.powerManager;
+    const QString pin =
+        services.settings.isPinned.get() ? QStringLiteral("Unpin Window") : QStringLiteral("Pin Window on Top");
+    return {
+        MenuEntry::header(QStringLiteral("Kestro Telemetry")),
+        MenuEntry::separator(),
+        MenuEntry::command(QStringLiteral("Quick Glance Popover"), [&commands] { commands.togglePopover(); }),
+        MenuEntry::command(
+            QStringLiteral("Full Studio Dashboard"), [&commands] { commands.toggleDashboard(); },
             shortcuts::toggleDashboard),
-        menuCommand(
-            QStringLiteral("Toggle Full Screen"), [&actions] { actions.toggleFullScreenAction(); },
+        MenuEntry::command(
+            QStringLiteral("Toggle Full Screen"), [&commands] { commands.toggleFullScreenAction(); },
             shortcuts::toggleFullScreen),
-        menuCommand(
-            QStringLiteral("Settings..."), [&actions] { actions.openSettingsAction(); }, shortcuts::openSettings),
-        menuCommand(
-            state.isPinned ? QStringLiteral("Unpin Window") : QStringLiteral("Pin Window on Top"),
-            [&actions] { actions.togglePin(); }, shortcuts::togglePin),
-        StatusMenuEntry::separator(),
-        keepAwakeEntry(state, actions),
-        StatusMenuEntry::separator(),
+        MenuEntry::command(
+            QStringLiteral("Settings..."), [&commands] { commands.showSettings(); }, shortcuts::openSettings),
+        MenuEntry::command(
+            pin, [&commands] { commands.togglePin(); }, shortcuts::togglePin),
+        MenuEntry::separator(),
+        keepAwakeEntry(keepAwake),
+        MenuEntry::separator(),
+        // While keep-awake is off, the check marks the last duration.
+        MenuEntry::opening(QStringLiteral("Keep Awake"),
+                           choiceRows<KeepAwakeDuration>(
+                               keepAwake.currentDuration.get(),
+                               [&keepAwake](KeepAwakeDuration duration) { keepAwake.activate(duration); })),
+        MenuEntry::opening(QStringLiteral("Fan Performance"), fanRows(services.fanManager)),
+        MenuEntry::opening(
+            QStringLiteral("Power Delivery Mode"),
+            choiceRows<SystemPowerMode>(power.currentMode.get(),
+                                        [&power](SystemPowerMode mode) { power.setPowerMode(mode); })),
+        MenuEntry::command(
+            QStringLiteral("Quit Kestro"), [&commands] { commands.quit(); }, shortcuts::quit),
     };
-    menu.push_back(
-        menuSubmenu(QStringLiteral("Keep Awake"),
-                    choiceRows<KeepAwakeDuration>(state.currentDuration, [&actions](KeepAwakeDuration duration) {
-                        actions.selectKeepAwakeDuration(duration);
-                    })));
-    menu.push_back(menuSubmenu(QStringLiteral("Fan Performance"), fanRows(state, actions)));
-    menu.push_back(menuSubmenu(QStringLiteral("Power Delivery Mode"),
-                               choiceRows<SystemPowerMode>(state.powerMode, [&actions](SystemPowerMode mode) {
-                                   actions.selectPowerMode(mode);
-                               })));
-    menu.push_back(menuCommand(
-        QStringLiteral("Quit Kestro"), [&actions] { actions.quit(); }, shortcuts::quit));
-    return menu;
 }
 
 }  // namespace kestro

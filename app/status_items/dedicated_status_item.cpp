@@ -1,16 +1,21 @@
 #include "app/status_items/dedicated_status_item.h"
 
+#include "app/base/notification_names.h"
+#include "core/platform/distributed_notifications.h"
+#include "core/platform/platform.h"
 #include "core/settings/user_settings.h"
 
 namespace kestro {
 
-DedicatedStatusItem::DedicatedStatusItem(const QString& identifier, StatusBar& statusBar, RunLoop& runLoop,
-                                         const Setting<bool>& isShown)
+DedicatedStatusItem::DedicatedStatusItem(const QString& identifier, const Platform& platform, StatusBar& statusBar,
+                                         UserSettings& settings, const Setting<bool>& isShown)
     : identifier_(identifier),
+      platform_(platform),
       statusBar_(statusBar),
+      settings_(settings),
       isShown_(isShown),
-      iconUpdate_(runLoop, [this] { updateIcon(); }),
-      visibilityUpdate_(runLoop, [this] { followSetting(); }) {}
+      iconUpdate_(platform.runLoop, [this] { updateIcon(); }),
+      visibilityUpdate_(platform.runLoop, [this] { followSetting(); }) {}
 
 void DedicatedStatusItem::enable() {
     if (statusItem_) {
@@ -36,6 +41,11 @@ void DedicatedStatusItem::showMenu() {
     if (statusItem_) {
         statusItem_->openMenu();
     }
+}
+
+void DedicatedStatusItem::openSettings(SettingsTab tab) {
+    settings_.selectedSettingsTab.set(tab);
+    platform_.notifications.post(notificationNames::showSettings);
 }
 
 void DedicatedStatusItem::observeSettings() {

@@ -2,6 +2,7 @@
 
 #include "app/base/coalesced_task.h"
 #include "core/base/subscription.h"
+#include "core/model/settings_enumerations.h"
 #include "shell/status_bar.h"
 
 #include <QString>
@@ -11,7 +12,8 @@
 
 namespace kestro {
 
-class RunLoop;
+class UserSettings;
+struct Platform;
 template <typename T>
 class Setting;
 
@@ -38,19 +40,22 @@ public:
 
 protected:
     /// `isShown` decides whether the item is in the bar. All references outlive this object.
-    DedicatedStatusItem(const QString& identifier, StatusBar& statusBar, RunLoop& runLoop,
-                        const Setting<bool>& isShown);
+    DedicatedStatusItem(const QString& identifier, const Platform& platform, StatusBar& statusBar,
+                        UserSettings& settings, const Setting<bool>& isShown);
 
     virtual StatusContent content() const = 0;
 
     /// Built each time the menu opens.
-    virtual StatusMenu menu() = 0;
+    virtual Menu menu() = 0;
 
     /// Updates the icon whenever a published value or a setting changes, once per turn of the main queue.
     template <typename Value>
     void follow(const Value& value) {
         subscriptions_.push_back(value.subscribe([this](const auto&) { iconUpdate_.request(); }));
     }
+
+    /// Asks the application to open the settings at a tab.
+    void openSettings(SettingsTab tab);
 
     /// Applies the setting and follows it from now on. A derived class calls it once it is fully constructed.
     void observeSettings();
@@ -59,7 +64,9 @@ private:
     void followSetting();
 
     const QString identifier_;
+    const Platform& platform_;
     StatusBar& statusBar_;
+    UserSettings& settings_;
     const Setting<bool>& isShown_;
     CoalescedTask iconUpdate_;
     CoalescedTask visibilityUpdate_;

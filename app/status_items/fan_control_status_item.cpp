@@ -1,9 +1,7 @@
 #include "app/status_items/fan_control_status_item.h"
 
-#include "app/base/notification_names.h"
+#include "app/menus/cooling_menu.h"
 #include "core/cooling/fan_control_manager.h"
-#include "core/platform/distributed_notifications.h"
-#include "core/platform/platform.h"
 #include "core/power/power_mode_manager.h"
 #include "core/settings/user_settings.h"
 #include "core/telemetry/smc_reader.h"
@@ -29,10 +27,8 @@ QString widestProfileTitle() {
 FanControlStatusItem::FanControlStatusItem(const Platform& platform, StatusBar& statusBar, UserSettings& settings,
                                            SMCReader& smc, FanControlManager& fanManager,
                                            PowerModeManager& powerManager)
-    : DedicatedStatusItem(QStringLiteral("kestro-cooling"), statusBar, platform.runLoop,
+    : DedicatedStatusItem(QStringLiteral("kestro-cooling"), platform, statusBar, settings,
                           settings.showDedicatedFanItem),
-      platform_(platform),
-      settings_(settings),
       smc_(smc),
       fanManager_(fanManager),
       powerManager_(powerManager) {
@@ -51,30 +47,9 @@ StatusContent FanControlStatusItem::content() const {
     return content;
 }
 
-StatusMenu FanControlStatusItem::menu() {
-    const FanProfile profile = fanManager_.currentProfile.get();
-    return coolingMenu({.fans = smc_.readFans(),
-                        .fanProfile = profile,
-                        .activePreset = presetInEffect(profile, fanManager_.activePreset.get()),
-                        .powerMode = powerManager_.currentMode.get()},
-                       *this);
-}
-
-void FanControlStatusItem::selectFanProfile(FanProfile profile) {
-    fanManager_.setProfile(profile);
-}
-
-void FanControlStatusItem::selectCurvePreset(CurvePreset preset) {
-    fanManager_.applyPreset(preset);
-}
-
-void FanControlStatusItem::selectPowerMode(SystemPowerMode mode) {
-    powerManager_.setPowerMode(mode);
-}
-
-void FanControlStatusItem::openSettingsAction() {
-    settings_.selectedSettingsTab.set(SettingsTab::cooling);
-    platform_.notifications.post(notificationNames::showSettings);
+Menu FanControlStatusItem::menu() {
+    return coolingMenu(smc_.readFans(), fanManager_, powerManager_,
+                       [this] { openSettings(SettingsTab::cooling); });
 }
 
 }  // namespace kestro

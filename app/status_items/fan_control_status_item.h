@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/menus/cooling_menu.h"
 #include "app/status_items/dedicated_status_item.h"
 
 namespace kestro {
@@ -12,7 +11,7 @@ class UserSettings;
 struct Platform;
 
 /// The optional item with the fan profile, and a menu with live fan speeds, profiles, presets and power modes.
-class FanControlStatusItem final : public DedicatedStatusItem, private CoolingMenuActions {
+class FanControlStatusItem final : public DedicatedStatusItem {
 public:
     FanControlStatusItem(const Platform& platform, StatusBar& statusBar, UserSettings& settings, SMCReader& smc,
                          FanControlManager& fanManager, PowerModeManager& powerManager);
@@ -21,16 +20,9 @@ protected:
     StatusContent content() const override;
 
     /// Takes a fresh reading of the fans.
-    StatusMenu menu() override;
+    Menu menu() override;
 
 private:
-    void selectFanProfile(FanProfile profile) override;
-    void selectCurvePreset(CurvePreset preset) override;
-    void selectPowerMode(SystemPowerMode mode) override;
-    void openSettingsAction() override;
-
-    const Platform& platform_;
-    UserSettings& settings_;
     SMCReader& smc_;
     FanControlManager& fanManager_;
     PowerModeManager& powerManager_;

@@ -1,9 +1,6 @@
 #include "app/status_items/keep_awake_status_item.h"
 
-#include "app/base/notification_names.h"
-#include "app/status_items/keep_awake_state.h"
-#include "core/platform/distributed_notifications.h"
-#include "core/platform/platform.h"
+#include "app/menus/keep_awake_menu.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/settings/user_settings.h"
 #include "ui/format/keep_awake_minutes.h"
@@ -12,10 +9,8 @@ namespace kestro {
 
 KeepAwakeStatusItem::KeepAwakeStatusItem(const Platform& platform, StatusBar& statusBar, UserSettings& settings,
                                          KeepAwakeManager& manager)
-    : DedicatedStatusItem(QStringLiteral("kestro-keep-awake"), statusBar, platform.runLoop,
+    : DedicatedStatusItem(QStringLiteral("kestro-keep-awake"), platform, statusBar, settings,
                           settings.showDedicatedKeepAwakeItem),
-      platform_(platform),
-      settings_(settings),
       manager_(manager) {
     follow(manager_.isActive);
     follow(manager_.remainingSeconds);
@@ -37,28 +32,8 @@ StatusContent KeepAwakeStatusItem::content() const {
     return content;
 }
 
-StatusMenu KeepAwakeStatusItem::menu() {
-    return keepAwakeMenu({.activeDuration = activeDuration(manager_),
-                          .remainingTime = QString::fromStdString(manager_.formattedRemainingTime()),
-                          .targetMode = manager_.targetMode.get()},
-                         *this);
-}
-
-void KeepAwakeStatusItem::toggleAction() {
-    manager_.toggle();
-}
-
-void KeepAwakeStatusItem::selectDuration(KeepAwakeDuration duration) {
-    manager_.activate(duration);
-}
-
-void KeepAwakeStatusItem::selectTarget(KeepAwakeTarget target) {
-    manager_.setTargetMode(target);
-}
-
-void KeepAwakeStatusItem::openSettingsAction() {
-    settings_.selectedSettingsTab.set(SettingsTab::keepAwake);
-    platform_.notifications.post(notificationNames::showSettings);
+Menu KeepAwakeStatusItem::menu() {
+    return keepAwakeMenu(manager_, [this] { openSettings(SettingsTab::keepAwake); });
 }
 
 }  // namespace kestro

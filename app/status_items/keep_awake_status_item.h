@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/menus/keep_awake_menu.h"
 #include "app/status_items/dedicated_status_item.h"
 
 namespace kestro {
@@ -11,23 +10,16 @@ struct Platform;
 
 /// The optional item with a coffee cup, filled while keep-awake is active, the minutes left, and a menu that
 /// controls keep-awake.
-class KeepAwakeStatusItem final : public DedicatedStatusItem, private KeepAwakeMenuActions {
+class KeepAwakeStatusItem final : public DedicatedStatusItem {
 public:
     KeepAwakeStatusItem(const Platform& platform, StatusBar& statusBar, UserSettings& settings,
                         KeepAwakeManager& manager);
 
 protected:
     StatusContent content() const override;
-    StatusMenu menu() override;
+    Menu menu() override;
 
 private:
-    void toggleAction() override;
-    void selectDuration(KeepAwakeDuration duration) override;
-    void selectTarget(KeepAwakeTarget target) override;
-    void openSettingsAction() override;
-
-    const Platform& platform_;
-    UserSettings& settings_;
     KeepAwakeManager& manager_;
 };
 

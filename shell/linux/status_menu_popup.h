@@ -17,7 +17,7 @@ public:
 
     /// Opens with the top-left corner at `position` in global coordinates, kept on the screen. Does nothing for
     /// an empty menu.
-    void open(const StatusMenu& menu, QPoint position);
+    void open(const Menu& menu, QPoint position);
 
     /// The open menu, or null.
     QMenu* menu() const { return menu_; }

@@ -25,7 +25,7 @@ TEST_F(AppDelegateMenu, ShowsTheCurrentState) {
     keepAwake.activate(KeepAwakeDuration::minutes30);
     fanManager.applyPreset(CurvePreset::quietStudio);
 
-    const StatusMenu menu = bar.menu(mainItem);
+    const Menu menu = bar.menu(mainItem);
 
     EXPECT_NE(test::findEntry(menu, QStringLiteral("Unpin Window")), nullptr);
     EXPECT_NE(test::findEntry(menu, QStringLiteral("Deactivate Keep-Awake (30m 00s)")), nullptr);

@@ -33,7 +33,7 @@ public:
 
     bool contains(const QString& identifier) const { return items.contains(identifier); }
     Item& item(const QString& identifier) { return items.at(identifier); }
-    StatusMenu menu(const QString& identifier) { return items.at(identifier).handlers.buildMenu(); }
+    Menu menu(const QString& identifier) { return items.at(identifier).handlers.buildMenu(); }
 
     /// Clicks an item as a panel reports it.
     void click(const QString& identifier, StatusClick click, bool controlHeld, const QRect& anchor) {

@@ -11,7 +11,7 @@ class MenuButton : public Button {
     Q_OBJECT
 
 public:
-    using MenuBuilder = std::function<std::vector<MenuEntry>()>;
+    using MenuBuilder = std::function<Menu()>;
 
     explicit MenuButton(ButtonKind kind, MenuBuilder builder, QWidget* parent = nullptr);
 

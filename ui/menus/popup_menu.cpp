@@ -37,21 +37,7 @@ QPoint awayFromTheEdge(const QPoint& wanted, int width) {
 
 }  // namespace
 
-MenuEntry MenuEntry::separator() {
-    MenuEntry entry;
-    entry.kind = Kind::separator;
-    return entry;
-}
-
-MenuEntry MenuEntry::header(const QString& title) {
-    MenuEntry entry;
-    entry.kind = Kind::header;
-    entry.title = title;
-    entry.isEnabled = false;
-    return entry;
-}
-
-PopupMenu::PopupMenu(const std::vector<MenuEntry>& entries, QWidget* parent) : QMenu(parent) {
+PopupMenu::PopupMenu(const Menu& entries, QWidget* parent) : QMenu(parent) {
     setStyle(&MenuStyle::shared());
     setWindowFlag(Qt::FramelessWindowHint);
     setWindowFlag(Qt::NoDropShadowWindowHint);

@@ -186,8 +186,8 @@ void MenuBarPopoverView::showKeepAwake() {
     keepAwake_->setGeometry(popover_geometry::right - width, 273, width, 20);
 }
 
-std::vector<MenuEntry> MenuBarPopoverView::profileMenu() const {
-    std::vector<MenuEntry> entries;
+Menu MenuBarPopoverView::profileMenu() const {
+    Menu entries;
     for (const FanProfile profile : allCases<FanProfile>()) {
         MenuEntry entry;
         entry.title = name(profile);

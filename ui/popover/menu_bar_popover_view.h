@@ -2,6 +2,7 @@
 
 #include "ui/decorations/glass_surface.h"
 #include "ui/kestro_services.h"
+#include "ui/menus/menu_entry.h"
 #include "ui/surface_actions.h"
 
 #include <vector>
@@ -12,7 +13,6 @@ class Button;
 class LoadBar;
 class MenuButton;
 class ReadoutLine;
-struct MenuEntry;
 
 /// The quick-glance panel under the status item: current telemetry in one dense column, the fan profile, the
 /// keep-awake state, and buttons for dashboard, settings and quit. 330 × 325 points, without scrolling. It stores
@@ -51,7 +51,7 @@ private:
     void showPower();
     void showKeepAwake();
 
-    std::vector<MenuEntry> profileMenu() const;
+    Menu profileMenu() const;
 
     KestroServices services_;
     PopoverActions actions_;

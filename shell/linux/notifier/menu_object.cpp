@@ -78,7 +78,7 @@ BusRefusal tooLong() {
 
 }  // namespace
 
-MenuObject::MenuObject(std::function<StatusMenu()> buildMenu)
+MenuObject::MenuObject(std::function<Menu()> buildMenu)
     : buildMenu_(std::move(buildMenu)),
       object_(path(), QStringLiteral("com.canonical.dbusmenu"), QString::fromLatin1(description)) {
     registerBusTypes();
@@ -193,13 +193,13 @@ BusReply MenuObject::aboutToShowGroup(const QVariantList& arguments) {
 void MenuObject::ensureBuilt() {
     if (!isBuilt_) {
         isBuilt_ = true;
-        tree_.replace(buildMenu_ ? buildMenu_() : StatusMenu());
+        tree_.replace(buildMenu_ ? buildMenu_() : Menu());
     }
 }
 
 bool MenuObject::rebuild() {
     isBuilt_ = true;
-    const MenuChange change = tree_.replace(buildMenu_ ? buildMenu_() : StatusMenu());
+    const MenuChange change = tree_.replace(buildMenu_ ? buildMenu_() : Menu());
     if (change.hasNewLayout) {
         object_.emitSignal(QStringLiteral("LayoutUpdated"), {tree_.revision(), 0});
     } else if (!change.updated.isEmpty() || !change.removed.isEmpty()) {

@@ -18,7 +18,7 @@ class MenuObject : public QObject {
     Q_OBJECT
 
 public:
-    explicit MenuObject(std::function<StatusMenu()> buildMenu);
+    explicit MenuObject(std::function<Menu()> buildMenu);
 
     static QString path() { return QStringLiteral("/MenuBar"); }
 
@@ -41,7 +41,7 @@ private:
     bool rebuild();
     bool handle(int id, const QString& event);
 
-    std::function<StatusMenu()> buildMenu_;
+    std::function<Menu()> buildMenu_;
     MenuTree tree_;
     bool isBuilt_ = false;
     BusObject object_;

@@ -17,13 +17,14 @@ constexpr QLatin1StringView toggleStateKey("toggle-state");
 constexpr QLatin1StringView shortcutKey("shortcut");
 constexpr QLatin1StringView childrenKey("children-display");
 
-bool isChoice(const StatusMenuEntry& entry) {
-    return !entry.isSeparator && entry.submenu.empty() && (entry.isEnabled || entry.isChecked);
+bool isChoice(const MenuEntry& entry) {
+    return entry.kind != MenuEntry::Kind::separator && entry.submenu.empty() &&
+           (entry.isEnabled || entry.isChecked);
 }
 
 /// Which entries can have a check mark: adjacent choices, not split by a separator or a header, if one of them
 /// is checked.
-std::vector<bool> toggleFlags(const StatusMenu& menu) {
+std::vector<bool> toggleFlags(const Menu& menu) {
     std::vector<bool> flags(menu.size(), false);
     for (std::size_t begin = 0; begin < menu.size();) {
         std::size_t end = begin;
@@ -39,9 +40,9 @@ std::vector<bool> toggleFlags(const StatusMenu& menu) {
     return flags;
 }
 
-QVariantMap entryProperties(const StatusMenuEntry& entry, bool isToggle) {
+QVariantMap entryProperties(const MenuEntry& entry, bool isToggle) {
     QVariantMap properties;
-    if (entry.isSeparator) {
+    if (entry.kind == MenuEntry::Kind::separator) {
         properties.insert(typeKey, QStringLiteral("separator"));
         return properties;
     }
@@ -136,7 +137,7 @@ MenuTree::MenuTree() {
     replace({});
 }
 
-MenuChange MenuTree::replace(const StatusMenu& menu) {
+MenuChange MenuTree::replace(const Menu& menu) {
     MenuChange change;
     if (!entries_.empty() && refill(entries_.at(0).children, menu, change)) {
         return change;
@@ -150,14 +151,14 @@ MenuChange MenuTree::replace(const StatusMenu& menu) {
 }
 
 /// Updates the entries in `ids` to their new state; false as soon as the shapes differ.
-bool MenuTree::refill(const std::vector<int>& ids, const StatusMenu& menu, MenuChange& change) {
+bool MenuTree::refill(const std::vector<int>& ids, const Menu& menu, MenuChange& change) {
     if (ids.size() != menu.size()) {
         return false;
     }
     const std::vector<bool> toggles = toggleFlags(menu);
     for (std::size_t index = 0; index < menu.size(); ++index) {
         Entry& entry = entries_.at(ids[index]);
-        const StatusMenuEntry& source = menu[index];
+        const MenuEntry& source = menu[index];
         QVariantMap properties = entryProperties(source, toggles[index]);
         const auto differs = [&](QLatin1StringView key) {
             return properties.value(key).toString() != entry.properties.value(key).toString();
@@ -174,7 +175,7 @@ bool MenuTree::refill(const std::vector<int>& ids, const StatusMenu& menu, MenuC
     return true;
 }
 
-void MenuTree::append(Entries& entries, int parent, const StatusMenu& menu) {
+void MenuTree::append(Entries& entries, int parent, const Menu& menu) {
     if (parent < 0) {
         Entry root;
         if (!menu.empty()) {

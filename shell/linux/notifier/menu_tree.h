@@ -45,7 +45,7 @@ public:
     MenuTree();
 
     /// Applies the menu's new state. Identifiers are kept while the shape of the menu is unchanged.
-    MenuChange replace(const StatusMenu& menu);
+    MenuChange replace(const Menu& menu);
 
     /// The number of layouts since the start.
     uint revision() const { return revision_; }
@@ -66,8 +66,8 @@ public:
 private:
     using Entries = std::map<int, Entry>;
 
-    void append(Entries& entries, int parent, const StatusMenu& menu);
-    bool refill(const std::vector<int>& ids, const StatusMenu& menu, MenuChange& change);
+    void append(Entries& entries, int parent, const Menu& menu);
+    bool refill(const std::vector<int>& ids, const Menu& menu, MenuChange& change);
 
     Entries entries_;
     int nextId_ = 1;

@@ -258,8 +258,8 @@ void SniStatusItem::openMenu(std::optional<QPoint> position) {
     popup_.open(buildMenu(), position ? *position : lastClick_.value_or(QCursor::pos()));
 }
 
-StatusMenu SniStatusItem::buildMenu() const {
-    return handlers_.buildMenu ? handlers_.buildMenu() : StatusMenu();
+Menu SniStatusItem::buildMenu() const {
+    return handlers_.buildMenu ? handlers_.buildMenu() : Menu();
 }
 
 }  // namespace kestro

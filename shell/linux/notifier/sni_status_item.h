@@ -48,7 +48,7 @@ private:
     BusReply contextMenu(const QVariantList& arguments);
     BusReply scroll(const QVariantList& arguments);
     BusReply provideActivationToken(const QVariantList& arguments);
-    StatusMenu buildMenu() const;
+    Menu buildMenu() const;
 
     StatusItemHandlers handlers_;
     const HostMonitor& monitor_;

@@ -39,7 +39,7 @@ public:
     void openMenu(std::optional<QPoint> position) override {
         constexpr int gap = 6;
         const QPoint below = geometry().bottomLeft() + QPoint(0, gap);
-        popup_.open(handlers_.buildMenu ? handlers_.buildMenu() : StatusMenu(), position.value_or(below));
+        popup_.open(handlers_.buildMenu ? handlers_.buildMenu() : Menu(), position.value_or(below));
     }
 
     QRect geometry() const override { return {view_->mapToGlobal(QPoint()), view_->size()}; }

@@ -1,6 +1,7 @@
 #include "app/menus/cooling_menu.h"
 
 #include "tests/app/menus/menu_reading.h"
+#include "tests/app/simulated_kestro.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,29 +16,22 @@ using test::linesOf;
 using test::pick;
 using test::pickEach;
 using testing::ElementsAre;
-using testing::StrictMock;
-
-class MockCoolingMenuActions : public CoolingMenuActions {
-public:
-    MOCK_METHOD(void, selectFanProfile, (FanProfile), (override));
-    MOCK_METHOD(void, selectCurvePreset, (CurvePreset), (override));
-    MOCK_METHOD(void, selectPowerMode, (SystemPowerMode), (override));
-    MOCK_METHOD(void, openSettingsAction, (), (override));
-};
 
 FanTelemetry fan(const std::string& name, double current, double minimum, double maximum) {
     return {.id = 0, .name = name, .currentRPM = current, .targetRPM = 0, .minRPM = minimum, .maxRPM = maximum};
 }
 
-struct CoolingMenu : testing::Test {
-    StrictMock<MockCoolingMenuActions> actions;
-    CoolingMenuState state;
+struct CoolingMenu : testing::Test, test::SimulatedKestro {
+    std::vector<FanTelemetry> fans;
+    int settingsOpened = 0;
 
-    StatusMenu menu() { return coolingMenu(state, actions); }
+    Menu menu() {
+        return coolingMenu(fans, fanManager, powerManager, [this] { ++settingsOpened; });
+    }
 };
 
 TEST_F(CoolingMenu, ListsFansProfilesPresetsAndPowerModes) {
-    state.fans = {fan("Left Fan", 2150, 1200, 3900), fan("Right Fan", 1350.9, 1350, 7800)};
+    fans = {fan("Left Fan", 2150, 1200, 3900), fan("Right Fan", 1350.9, 1350, 7800)};
 
     const auto lines = linesOf(menu());
 
@@ -56,29 +50,31 @@ TEST_F(CoolingMenu, ReportsAFanlessMachineAsSilent) {
 }
 
 TEST_F(CoolingMenu, ChecksThePresetInEffect) {
-    state.fanProfile = FanProfile::custom;
-    state.activePreset = presetInEffect(FanProfile::custom, CurvePreset::linearPro);
+    fanManager.applyPreset(CurvePreset::linearPro);
 
     const auto lines = linesOf(findEntry(menu(), QStringLiteral("Curve Presets"))->submenu);
 
     EXPECT_THAT(lines, ElementsAre("Quiet Studio", "Balanced Studio", "Aggressive Cooling", "* Linear Standard"));
 }
 
-TEST_F(CoolingMenu, HasAPresetInEffectOnlyWhileTheCurvesDriveTheFans) {
-    EXPECT_EQ(presetInEffect(FanProfile::normal, CurvePreset::linearPro), std::nullopt);
-    EXPECT_EQ(presetInEffect(FanProfile::custom, std::nullopt), std::nullopt);
+TEST_F(CoolingMenu, ChecksNoPresetUnlessTheCurvesDriveTheFans) {
+    fanManager.applyPreset(CurvePreset::linearPro);
+    fanManager.setProfile(FanProfile::normal);
+
+    const auto lines = linesOf(findEntry(menu(), QStringLiteral("Curve Presets"))->submenu);
+
+    EXPECT_THAT(lines, ElementsAre("Quiet Studio", "Balanced Studio", "Aggressive Cooling", "Linear Standard"));
 }
 
-TEST_F(CoolingMenu, EveryChoicePassesItsValue) {
-    pickEach<FanProfile>(menu(), [this](auto value) { EXPECT_CALL(actions, selectFanProfile(value)); });
-    pickEach<CurvePreset>(menu(), [this](auto value) { EXPECT_CALL(actions, selectCurvePreset(value)); });
-    pickEach<SystemPowerMode>(menu(), [this](auto value) { EXPECT_CALL(actions, selectPowerMode(value)); });
-}
-
-TEST_F(CoolingMenu, OpensItsSettings) {
-    EXPECT_CALL(actions, openSettingsAction());
-
+TEST_F(CoolingMenu, EveryEntryTakesEffect) {
+    pickEach<FanProfile>(menu(), [this](auto value) { EXPECT_EQ(fanManager.currentProfile.get(), value); });
+    pickEach<CurvePreset>(menu(), [this](auto value) { EXPECT_EQ(fanManager.activePreset.get(), value); });
+    pickEach<SystemPowerMode>(menu(), [this](auto value) {
+        mac.runPending();
+        EXPECT_EQ(powerManager.currentMode.get(), value);
+    });
     EXPECT_TRUE(pick(menu(), QStringLiteral("Cooling Settings...")));
+    EXPECT_EQ(settingsOpened, 1);
 }
 
 TEST(FanLine, TruncatesSpeedAndPercentage) {

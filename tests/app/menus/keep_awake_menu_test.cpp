@@ -1,6 +1,7 @@
 #include "app/menus/keep_awake_menu.h"
 
 #include "tests/app/menus/menu_reading.h"
+#include "tests/app/simulated_kestro.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,26 +9,19 @@
 namespace kestro {
 namespace {
 
+using namespace std::chrono_literals;
 using test::findEntry;
 using test::linesOf;
 using test::pick;
 using test::pickEach;
 using testing::ElementsAre;
-using testing::StrictMock;
 
-class MockKeepAwakeMenuActions : public KeepAwakeMenuActions {
-public:
-    MOCK_METHOD(void, toggleAction, (), (override));
-    MOCK_METHOD(void, selectDuration, (KeepAwakeDuration), (override));
-    MOCK_METHOD(void, selectTarget, (KeepAwakeTarget), (override));
-    MOCK_METHOD(void, openSettingsAction, (), (override));
-};
+struct KeepAwakeMenu : testing::Test, test::SimulatedKestro {
+    int settingsOpened = 0;
 
-struct KeepAwakeMenu : testing::Test {
-    StrictMock<MockKeepAwakeMenuActions> actions;
-    KeepAwakeMenuState state;
-
-    StatusMenu menu() { return keepAwakeMenu(state, actions); }
+    Menu menu() {
+        return keepAwakeMenu(keepAwake, [this] { ++settingsOpened; });
+    }
 };
 
 TEST_F(KeepAwakeMenu, ListsItsEightRowsWhileInactive) {
@@ -38,8 +32,8 @@ TEST_F(KeepAwakeMenu, ListsItsEightRowsWhileInactive) {
 }
 
 TEST_F(KeepAwakeMenu, ListsItsEightRowsWhileActive) {
-    state.activeDuration = KeepAwakeDuration::minutes15;
-    state.remainingTime = QStringLiteral("14m 05s");
+    keepAwake.activate(KeepAwakeDuration::minutes15);
+    mac.advance(55s);
 
     const auto lines = linesOf(menu());
 
@@ -49,7 +43,7 @@ TEST_F(KeepAwakeMenu, ListsItsEightRowsWhileActive) {
 
 TEST_F(KeepAwakeMenu, ChecksADurationOnlyWhileActive) {
     const auto inactive = linesOf(findEntry(menu(), QStringLiteral("Timed Session"))->submenu);
-    state.activeDuration = KeepAwakeDuration::indefinite;
+    keepAwake.activate(KeepAwakeDuration::indefinite);
     const auto active = linesOf(findEntry(menu(), QStringLiteral("Timed Session"))->submenu);
 
     EXPECT_THAT(inactive, ElementsAre("Indefinitely", "15 Minutes", "30 Minutes", "1 Hour", "2 Hours", "4 Hours"));
@@ -57,7 +51,7 @@ TEST_F(KeepAwakeMenu, ChecksADurationOnlyWhileActive) {
 }
 
 TEST_F(KeepAwakeMenu, ChecksTheTarget) {
-    state.targetMode = KeepAwakeTarget::systemOnly;
+    keepAwake.setTargetMode(KeepAwakeTarget::systemOnly);
 
     const auto lines = linesOf(findEntry(menu(), QStringLiteral("Sleep Prevention Mode"))->submenu);
 
@@ -65,18 +59,20 @@ TEST_F(KeepAwakeMenu, ChecksTheTarget) {
 }
 
 TEST_F(KeepAwakeMenu, HasNoShortcuts) {
-    for (const StatusMenuEntry& entry : menu()) {
+    for (const MenuEntry& entry : menu()) {
         EXPECT_TRUE(entry.shortcut.isEmpty());
     }
 }
 
-TEST_F(KeepAwakeMenu, EveryEntryRunsItsAction) {
-    EXPECT_CALL(actions, toggleAction());
-    EXPECT_CALL(actions, openSettingsAction());
+TEST_F(KeepAwakeMenu, EveryEntryTakesEffect) {
     EXPECT_TRUE(pick(menu(), QStringLiteral("Activate Indefinitely")));
+    EXPECT_TRUE(keepAwake.isActive.get());
+    EXPECT_TRUE(pick(menu(), QStringLiteral("Deactivate Keep-Awake")));
+    EXPECT_FALSE(keepAwake.isActive.get());
+    pickEach<KeepAwakeDuration>(menu(), [this](auto value) { EXPECT_EQ(keepAwake.currentDuration.get(), value); });
+    pickEach<KeepAwakeTarget>(menu(), [this](auto value) { EXPECT_EQ(keepAwake.targetMode.get(), value); });
     EXPECT_TRUE(pick(menu(), QStringLiteral("Keep-Awake Settings...")));
-    pickEach<KeepAwakeDuration>(menu(), [this](auto value) { EXPECT_CALL(actions, selectDuration(value)); });
-    pickEach<KeepAwakeTarget>(menu(), [this](auto value) { EXPECT_CALL(actions, selectTarget(value)); });
+    EXPECT_EQ(settingsOpened, 1);
 }
 
 TEST_F(KeepAwakeMenu, TheStatusLineCannotBePicked) {

@@ -1,6 +1,7 @@
 #include "app/menus/main_menu.h"
 
 #include "tests/app/menus/menu_reading.h"
+#include "tests/app/simulated_kestro.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 namespace kestro {
 namespace {
 
+using namespace std::chrono_literals;
 using test::findEntry;
 using test::linesOf;
 using test::pick;
@@ -15,26 +17,20 @@ using test::pickEach;
 using testing::ElementsAre;
 using testing::StrictMock;
 
-class MockMainMenuActions : public MainMenuActions {
+class MockMenuCommands : public MenuCommands {
 public:
-    MOCK_METHOD(void, togglePopoverAction, (), (override));
+    MOCK_METHOD(void, togglePopover, (), (override));
     MOCK_METHOD(void, toggleDashboard, (), (override));
     MOCK_METHOD(void, toggleFullScreenAction, (), (override));
-    MOCK_METHOD(void, openSettingsAction, (), (override));
+    MOCK_METHOD(void, showSettings, (), (override));
     MOCK_METHOD(void, togglePin, (), (override));
-    MOCK_METHOD(void, toggleKeepAwakeAction, (), (override));
-    MOCK_METHOD(void, selectKeepAwakeDuration, (KeepAwakeDuration), (override));
-    MOCK_METHOD(void, selectFanProfile, (FanProfile), (override));
-    MOCK_METHOD(void, selectCurvePreset, (CurvePreset), (override));
-    MOCK_METHOD(void, selectPowerMode, (SystemPowerMode), (override));
     MOCK_METHOD(void, quit, (), (override));
 };
 
-struct MainMenu : testing::Test {
-    StrictMock<MockMainMenuActions> actions;
-    MainMenuState state;
+struct MainMenu : testing::Test, test::SimulatedKestro {
+    StrictMock<MockMenuCommands> commands;
 
-    StatusMenu menu() { return mainMenu(state, actions); }
+    Menu menu() { return mainMenu(services(), commands); }
 };
 
 TEST_F(MainMenu, ListsItsFourteenRowsInOrder) {
@@ -48,7 +44,7 @@ TEST_F(MainMenu, ListsItsFourteenRowsInOrder) {
 }
 
 TEST_F(MainMenu, OffersToUnpinAPinnedWindow) {
-    state.isPinned = true;
+    settings.isPinned.set(true);
 
     const auto lines = linesOf(menu());
 
@@ -56,8 +52,8 @@ TEST_F(MainMenu, OffersToUnpinAPinnedWindow) {
 }
 
 TEST_F(MainMenu, ShowsTheRemainingTimeWhileKeepAwakeIsOn) {
-    state.isKeepAwakeActive = true;
-    state.remainingTime = QStringLiteral("14m 05s");
+    keepAwake.activate(KeepAwakeDuration::minutes15);
+    mac.advance(55s);
 
     const auto lines = linesOf(menu());
 
@@ -65,8 +61,7 @@ TEST_F(MainMenu, ShowsTheRemainingTimeWhileKeepAwakeIsOn) {
 }
 
 TEST_F(MainMenu, ChecksTheRunningDuration) {
-    state.isKeepAwakeActive = true;
-    state.currentDuration = KeepAwakeDuration::hours1;
+    keepAwake.activate(KeepAwakeDuration::hours1);
 
     const auto lines = linesOf(findEntry(menu(), QStringLiteral("Keep Awake"))->submenu);
 
@@ -74,7 +69,8 @@ TEST_F(MainMenu, ChecksTheRunningDuration) {
 }
 
 TEST_F(MainMenu, ChecksTheCurrentDurationEvenWhileKeepAwakeIsOff) {
-    state.currentDuration = KeepAwakeDuration::minutes30;
+    keepAwake.activate(KeepAwakeDuration::minutes30);
+    keepAwake.deactivate();
 
     const auto lines = linesOf(findEntry(menu(), QStringLiteral("Keep Awake"))->submenu);
 
@@ -82,7 +78,7 @@ TEST_F(MainMenu, ChecksTheCurrentDurationEvenWhileKeepAwakeIsOff) {
 }
 
 TEST_F(MainMenu, ChecksTheProfileButNoPreset) {
-    state.fanProfile = FanProfile::custom;
+    fanManager.applyPreset(CurvePreset::linearPro);
 
     const auto lines = linesOf(findEntry(menu(), QStringLiteral("Fan Performance"))->submenu);
 
@@ -92,7 +88,8 @@ TEST_F(MainMenu, ChecksTheProfileButNoPreset) {
 }
 
 TEST_F(MainMenu, ChecksThePowerMode) {
-    state.powerMode = SystemPowerMode::highPower;
+    powerManager.setPowerMode(SystemPowerMode::highPower);
+    mac.runPending();
 
     const auto lines = linesOf(findEntry(menu(), QStringLiteral("Power Delivery Mode"))->submenu);
 
@@ -101,26 +98,38 @@ TEST_F(MainMenu, ChecksThePowerMode) {
 
 TEST_F(MainMenu, CommandsActOnTheApplication) {
     testing::InSequence inSequence;
-    EXPECT_CALL(actions, togglePopoverAction());
-    EXPECT_CALL(actions, toggleDashboard());
-    EXPECT_CALL(actions, toggleFullScreenAction());
-    EXPECT_CALL(actions, openSettingsAction());
-    EXPECT_CALL(actions, togglePin());
-    EXPECT_CALL(actions, toggleKeepAwakeAction());
-    EXPECT_CALL(actions, quit());
+    EXPECT_CALL(commands, togglePopover());
+    EXPECT_CALL(commands, toggleDashboard());
+    EXPECT_CALL(commands, toggleFullScreenAction());
+    EXPECT_CALL(commands, showSettings());
+    EXPECT_CALL(commands, togglePin());
+    EXPECT_CALL(commands, quit());
 
     for (const char* title : {"Quick Glance Popover", "Full Studio Dashboard", "Toggle Full Screen", "Settings...",
-                              "Pin Window on Top", "Activate Indefinitely", "Quit Kestro"}) {
+                              "Pin Window on Top", "Quit Kestro"}) {
         EXPECT_TRUE(pick(menu(), QString::fromUtf8(title))) << title;
     }
 }
 
-TEST_F(MainMenu, EveryChoicePassesItsValue) {
-    pickEach<KeepAwakeDuration>(menu(),
-                                [this](auto value) { EXPECT_CALL(actions, selectKeepAwakeDuration(value)); });
-    pickEach<FanProfile>(menu(), [this](auto value) { EXPECT_CALL(actions, selectFanProfile(value)); });
-    pickEach<CurvePreset>(menu(), [this](auto value) { EXPECT_CALL(actions, selectCurvePreset(value)); });
-    pickEach<SystemPowerMode>(menu(), [this](auto value) { EXPECT_CALL(actions, selectPowerMode(value)); });
+TEST_F(MainMenu, TogglesKeepAwake) {
+    EXPECT_TRUE(pick(menu(), QStringLiteral("Activate Indefinitely")));
+    EXPECT_TRUE(keepAwake.isActive.get());
+
+    EXPECT_TRUE(pick(menu(), QStringLiteral("Deactivate Keep-Awake (Active (∞))")));
+    EXPECT_FALSE(keepAwake.isActive.get());
+}
+
+TEST_F(MainMenu, EveryChoiceTakesEffect) {
+    pickEach<KeepAwakeDuration>(menu(), [this](auto value) {
+        EXPECT_TRUE(keepAwake.isActive.get());
+        EXPECT_EQ(keepAwake.currentDuration.get(), value);
+    });
+    pickEach<FanProfile>(menu(), [this](auto value) { EXPECT_EQ(fanManager.currentProfile.get(), value); });
+    pickEach<CurvePreset>(menu(), [this](auto value) { EXPECT_EQ(fanManager.activePreset.get(), value); });
+    pickEach<SystemPowerMode>(menu(), [this](auto value) {
+        mac.runPending();
+        EXPECT_EQ(powerManager.currentMode.get(), value);
+    });
 }
 
 TEST_F(MainMenu, HeadersCannotBePicked) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/enumeration.h"
-#include "shell/status_bar.h"
+#include "ui/menus/menu_entry.h"
 
 #include <gtest/gtest.h>
 
@@ -12,8 +12,8 @@ namespace kestro::test {
 
 /// A menu entry as a line of text: "---" for a separator, "(…)" for a disabled entry, "* " before a checked one,
 /// " > " after one that opens a submenu, and its shortcut in brackets.
-inline std::string lineOf(const StatusMenuEntry& entry) {
-    if (entry.isSeparator) {
+inline std::string lineOf(const MenuEntry& entry) {
+    if (entry.kind == MenuEntry::Kind::separator) {
         return "---";
     }
     std::string line = entry.title.toStdString();
@@ -32,21 +32,21 @@ inline std::string lineOf(const StatusMenuEntry& entry) {
     return line;
 }
 
-inline std::vector<std::string> linesOf(const StatusMenu& menu) {
+inline std::vector<std::string> linesOf(const Menu& menu) {
     std::vector<std::string> lines;
-    for (const StatusMenuEntry& entry : menu) {
+    for (const MenuEntry& entry : menu) {
         lines.push_back(lineOf(entry));
     }
     return lines;
 }
 
 /// The entry with this title, including submenus; nullptr if there is none.
-inline const StatusMenuEntry* findEntry(const StatusMenu& menu, const QString& title) {
-    for (const StatusMenuEntry& entry : menu) {
+inline const MenuEntry* findEntry(const Menu& menu, const QString& title) {
+    for (const MenuEntry& entry : menu) {
         if (entry.title == title) {
             return &entry;
         }
-        if (const StatusMenuEntry* found = findEntry(entry.submenu, title)) {
+        if (const MenuEntry* found = findEntry(entry.submenu, title)) {
             return found;
         }
     }
@@ -54,8 +54,8 @@ inline const StatusMenuEntry* findEntry(const StatusMenu& menu, const QString& t
 }
 
 /// Picks the entry with this title as a user would. False: there is none, or it cannot be picked.
-inline bool pick(const StatusMenu& menu, const QString& title) {
-    const StatusMenuEntry* entry = findEntry(menu, title);
+inline bool pick(const Menu& menu, const QString& title) {
+    const MenuEntry* entry = findEntry(menu, title);
     if (entry == nullptr || !entry->isEnabled || !entry->action) {
         return false;
     }
@@ -63,12 +63,12 @@ inline bool pick(const StatusMenu& menu, const QString& title) {
     return true;
 }
 
-/// Picks the entry of every value of an enumeration, in order; `expectChoice(value)` is called before each pick.
-template <typename Value, typename ExpectChoice>
-void pickEach(const StatusMenu& menu, ExpectChoice expectChoice) {
+/// Picks the entry of every value of an enumeration, in order, and calls `check(value)` after each.
+template <typename Value, typename Check>
+void pickEach(const Menu& menu, Check check) {
     for (const auto value : allCases<Value>()) {
-        expectChoice(value);
         EXPECT_TRUE(pick(menu, QString::fromUtf8(rawValue(value)))) << rawValue(value);
+        check(value);
     }
 }
 

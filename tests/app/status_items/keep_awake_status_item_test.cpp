@@ -108,7 +108,7 @@ TEST_F(KeepAwakeStatusItemTest, RebuildsItsMenuFromTheManager) {
     manager.activate(KeepAwakeDuration::minutes15);
     mac.advance(55s);
 
-    const StatusMenu menu = bar.menu(identifier);
+    const Menu menu = bar.menu(identifier);
 
     EXPECT_EQ(linesOf(menu)[0], "(Keep-Awake: Active (14m 05s))");
     EXPECT_TRUE(findEntry(menu, QStringLiteral("15 Minutes"))->isChecked);

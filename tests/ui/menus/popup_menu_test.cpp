@@ -144,7 +144,7 @@ protected:
     MenuButtonTest()
         : button_(ButtonKind::plain, [this] {
               ++built_;
-              return std::vector<MenuEntry>{entry("Silent"), entry("Cool")};
+              return Menu{entry("Silent"), entry("Cool")};
           }) {
         button_.setText(QStringLiteral("Profile: Cool"));
         button_.resize(302, 22);

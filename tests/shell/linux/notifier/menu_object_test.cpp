@@ -19,25 +19,25 @@ protected:
                          }});
     }
 
-    StatusMenu menu() {
-        StatusMenuEntry submenu;
+    Menu menu() {
+        MenuEntry submenu;
         submenu.title = QStringLiteral("Keep_Awake");
         for (int index = 0; index < 2; ++index) {
-            StatusMenuEntry choice;
+            MenuEntry choice;
             choice.title = index == 0 ? QStringLiteral("15 Minutes") : QStringLiteral("30 Minutes");
             choice.isChecked = index == chosen;
             choice.action = [this, index] { chosen = index; };
             submenu.submenu.push_back(choice);
         }
-        StatusMenuEntry quit;
+        MenuEntry quit;
         quit.title = QStringLiteral("Quit");
         quit.shortcut = QStringLiteral("Ctrl+Q");
         quit.action = [this] { ++quits; };
-        StatusMenuEntry header = StatusMenuEntry::header(QStringLiteral("Kestro Telemetry"));
+        MenuEntry header = MenuEntry::header(QStringLiteral("Kestro Telemetry"));
         header.action = [this] { ++quits; };
-        StatusMenu entries{header, StatusMenuEntry::separator(), submenu, quit};
+        Menu entries{header, MenuEntry::separator(), submenu, quit};
         if (hasNews) {
-            entries.push_back(StatusMenuEntry::header(QStringLiteral("News")));
+            entries.push_back(MenuEntry::header(QStringLiteral("News")));
         }
         return entries;
     }

@@ -7,8 +7,8 @@
 namespace kestro {
 namespace {
 
-StatusMenuEntry entry(const char* title, bool isChecked = false) {
-    StatusMenuEntry made;
+MenuEntry entry(const char* title, bool isChecked = false) {
+    MenuEntry made;
     made.title = QString::fromUtf8(title);
     made.isChecked = isChecked;
     return made;
@@ -36,10 +36,10 @@ TEST(MenuTree, WritesShortcutsAsModifiersAndKey) {
 
 TEST(MenuTree, DescribesSeparatorsHeadersAndSubmenus) {
     MenuTree tree;
-    StatusMenuEntry parent = entry("Parent");
+    MenuEntry parent = entry("Parent");
     parent.submenu = {entry("Child")};
 
-    tree.replace({StatusMenuEntry::header(QStringLiteral("Head")), StatusMenuEntry::separator(), parent});
+    tree.replace({MenuEntry::header(QStringLiteral("Head")), MenuEntry::separator(), parent});
 
     EXPECT_EQ(property(tree, 0, "enabled"), QVariant(false));
     EXPECT_EQ(property(tree, 1, "type").toString(), QStringLiteral("separator"));
@@ -51,8 +51,8 @@ TEST(MenuTree, DescribesSeparatorsHeadersAndSubmenus) {
 TEST(MenuTree, GivesCheckMarksOnlyToTheGroupOfACheckedEntry) {
     MenuTree tree;
 
-    tree.replace({entry("alone"), StatusMenuEntry::separator(), entry("one"), entry("two", true),
-                  StatusMenuEntry::header(QStringLiteral("Head")), entry("other")});
+    tree.replace({entry("alone"), MenuEntry::separator(), entry("one"), entry("two", true),
+                  MenuEntry::header(QStringLiteral("Head")), entry("other")});
 
     EXPECT_FALSE(property(tree, 0, "toggle-type").isValid());
     EXPECT_EQ(property(tree, 2, "toggle-type").toString(), QStringLiteral("checkmark"));
@@ -79,7 +79,7 @@ TEST(MenuTree, KeepsIdentifiersWhileTheShapeIsUnchanged) {
 
 TEST(MenuTree, ReportsRemovedProperties) {
     MenuTree tree;
-    tree.replace({StatusMenuEntry::header(QStringLiteral("one"))});
+    tree.replace({MenuEntry::header(QStringLiteral("one"))});
 
     const MenuChange change = tree.replace({entry("one")});
 
@@ -90,7 +90,7 @@ TEST(MenuTree, ReportsRemovedProperties) {
 
 TEST(MenuTree, ReportsNothingForAnEqualMenu) {
     MenuTree tree;
-    StatusMenuEntry quit = entry("Quit");
+    MenuEntry quit = entry("Quit");
     quit.shortcut = QStringLiteral("Ctrl+Q");
     tree.replace({quit});
 
@@ -117,7 +117,7 @@ TEST(MenuTree, NeverReusesAnIdentifierInAnotherLayout) {
 TEST(MenuTree, AdoptsTheNewActionsOnEveryReplacement) {
     MenuTree tree;
     int called = 0;
-    StatusMenuEntry act = entry("act");
+    MenuEntry act = entry("act");
     act.action = [&] { called = 1; };
     tree.replace({act});
     act.action = [&] { called = 2; };
@@ -130,7 +130,7 @@ TEST(MenuTree, AdoptsTheNewActionsOnEveryReplacement) {
 
 TEST(MenuTree, LimitsTheLayoutToTheRequestedDepth) {
     MenuTree tree;
-    StatusMenuEntry parent = entry("Parent");
+    MenuEntry parent = entry("Parent");
     parent.submenu = {entry("Child")};
     tree.replace({parent});
 

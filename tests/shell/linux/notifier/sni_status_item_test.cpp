@@ -268,7 +268,7 @@ TEST_F(SniStatusItemTest, OpensItsMenuForHostsThatOnlyRequestIt) {
     const auto item = makeItem({[](StatusClick, bool, const QRect&) {},
                                 [&] {
                                     ++built;
-                                    return StatusMenu{StatusMenuEntry::header(QStringLiteral("Kestro"))};
+                                    return Menu{MenuEntry::header(QStringLiteral("Kestro"))};
                                 }});
 
     call(*item, "ContextMenu", {100, 100});
@@ -283,7 +283,7 @@ TEST_F(SniStatusItemTest, OpensTheMenuOnEitherClickWithoutAClickHandler) {
     int built = 0;
     const auto item = makeItem({{}, [&] {
                                     ++built;
-                                    return StatusMenu{StatusMenuEntry::header(QStringLiteral("Cooling"))};
+                                    return Menu{MenuEntry::header(QStringLiteral("Cooling"))};
                                 }});
 
     EXPECT_EQ(property(*item, "ItemIsMenu"), QVariant(true));

@@ -167,9 +167,9 @@ TEST_F(StripStatusBarTest, IgnoresOtherButtonsAndReleasesElsewhere) {
 }
 
 TEST_F(StripStatusBarTest, OpensTheMenuBelowTheItemWithoutAClickHandler) {
-    const auto extra = bar.createItem(
-        QStringLiteral("kestro-cooling"),
-        {{}, [] { return StatusMenu{StatusMenuEntry::header(QStringLiteral("Cooling & Power"))}; }});
+    const auto extra =
+        bar.createItem(QStringLiteral("kestro-cooling"),
+                       {{}, [] { return Menu{MenuEntry::header(QStringLiteral("Cooling & Power"))}; }});
     extra->setContent(titled(" TURBO"));
 
     click(*viewOf("kestro-cooling"), Qt::LeftButton);
