@@ -2,7 +2,7 @@
 
 #include "app/windows/window_delegate.h"
 #include "app/windows/withdrawal_guard.h"
-#include "ui/controls/on_screen.h"
+#include "ui/controls/while_on_screen.h"
 
 #include <QPoint>
 #include <QWidget>

@@ -51,10 +51,8 @@ void DashboardSection::setTier(SectionTier tier) {
 }
 
 void DashboardSection::catchUp() {
-    if (isOnScreen(*this)) {
-        refresh();
-        arrangeAgain();
-    }
+    refresh();
+    arrangeAgain();
 }
 
 SectionGrid DashboardSection::grid() const {
@@ -142,11 +140,6 @@ void DashboardSection::paintEvent(QPaintEvent* event) {
 void DashboardSection::resizeEvent(QResizeEvent* event) {
     Card::resizeEvent(event);
     arrangeAgain();
-}
-
-void DashboardSection::showEvent(QShowEvent* event) {
-    Card::showEvent(event);
-    catchUp();
 }
 
 void DashboardSection::arrangeTitle(const SectionGrid& grid) {

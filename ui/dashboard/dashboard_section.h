@@ -1,11 +1,10 @@
 #pragma once
 
-#include "core/base/subscription.h"
 #include "ui/controls/badge.h"
 #include "ui/controls/card.h"
-#include "ui/controls/on_screen.h"
 #include "ui/controls/symbol_view.h"
 #include "ui/controls/text_label.h"
+#include "ui/controls/while_on_screen.h"
 #include "ui/dashboard/dashboard_layout.h"
 #include "ui/kestro_services.h"
 #include "ui/widgets/metric_gauge.h"
@@ -14,7 +13,6 @@
 #include <array>
 #include <functional>
 #include <span>
-#include <vector>
 
 namespace kestro {
 
@@ -29,9 +27,6 @@ public:
 
     void setTier(SectionTier tier);
 
-    /// Refreshes after its window was restored.
-    void catchUp();
-
 protected:
     /// Updates every value shown.
     virtual void refresh() = 0;
@@ -42,11 +37,7 @@ protected:
     /// Calls `show` after each assignment of `value` while the section is on screen.
     template <typename Value>
     void observe(const Value& value, std::function<void()> show) {
-        subscriptions_.push_back(value.subscribe([this, show = std::move(show)](const auto&) {
-            if (isOnScreen(*this)) {
-                show();
-            }
-        }));
+        onScreen_.follow(value, std::move(show));
     }
 
     SectionGrid grid() const;
@@ -76,10 +67,10 @@ protected:
 
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void showEvent(QShowEvent* event) override;
 
 private:
     void arrangeTitle(const SectionGrid& grid);
+    void catchUp();
 
     QString fullTitle_;
     QString tightTitle_;
@@ -88,7 +79,7 @@ private:
     TextLabel* title_;
     TextLabel* meta_;
     Badge* badge_;
-    std::vector<Subscription> subscriptions_;
+    WhileOnScreen onScreen_{*this, [this] { catchUp(); }};
 };
 
 }  // namespace kestro

@@ -140,12 +140,6 @@ bool DashboardView::eventFilter(QObject* watched, QEvent* event) {
 void DashboardView::followWindowState() {
     // In full screen there is nothing to show beyond the corners.
     setCornerRadius(window()->isFullScreen() ? 0 : cornerRadius);
-    const bool wasMinimized = std::exchange(isMinimized_, window()->isMinimized());
-    if (wasMinimized && !isMinimized_) {
-        for (DashboardSection* section : sections_) {
-            section->catchUp();
-        }
-    }
 }
 
 void DashboardView::arrange() {

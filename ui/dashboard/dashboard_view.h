@@ -54,7 +54,6 @@ private:
     TextLabel* engineDetail_;
     OrvanelWatermark* watermark_;
     TextLabel* refreshed_;
-    bool isMinimized_ = false;
     std::vector<Subscription> subscriptions_;
 };
 

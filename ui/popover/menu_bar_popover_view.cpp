@@ -70,6 +70,11 @@ void MenuBarPopoverView::paintEvent(QPaintEvent* event) {
 }
 
 void MenuBarPopoverView::showEvent(QShowEvent* event) {
+    GlassSurface::showEvent(event);
+    setFocus();
+}
+
+void MenuBarPopoverView::showEverything() {
     showCompute();
     showMemory();
     showFans();
@@ -79,17 +84,11 @@ void MenuBarPopoverView::showEvent(QShowEvent* event) {
     showDisk();
     showPower();
     showKeepAwake();
-    GlassSurface::showEvent(event);
-    setFocus();
 }
 
 void MenuBarPopoverView::subscribe() {
     const auto follow = [this](auto& published, void (MenuBarPopoverView::*refresh)()) {
-        subscriptions_.push_back(published.subscribe([this, refresh](const auto&) {
-            if (isVisible()) {
-                (this->*refresh)();
-            }
-        }));
+        onScreen_.follow(published, [this, refresh] { (this->*refresh)(); });
     };
     follow(services_.engine.cpu, &MenuBarPopoverView::showCompute);
     follow(services_.engine.memory, &MenuBarPopoverView::showMemory);

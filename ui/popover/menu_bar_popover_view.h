@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/controls/while_on_screen.h"
 #include "ui/decorations/glass_surface.h"
 #include "ui/kestro_services.h"
 #include "ui/menus/menu_entry.h"
@@ -40,6 +41,7 @@ private:
     void buildFooter();
     void subscribe();
 
+    void showEverything();
     void showCompute();
     void showMemory();
     void showFans();
@@ -73,7 +75,7 @@ private:
     ReadoutLine* freeSpace_ = nullptr;
     ReadoutLine* battery_ = nullptr;
     Button* keepAwake_ = nullptr;
-    std::vector<Subscription> subscriptions_;
+    WhileOnScreen onScreen_{*this, [this] { showEverything(); }};
 };
 
 }  // namespace kestro

@@ -1,8 +1,5 @@
 #include "ui/settings/settings_pane.h"
 
-#include "ui/controls/on_screen.h"
-
-#include <QEvent>
 #include <QVBoxLayout>
 
 namespace kestro {
@@ -33,38 +30,6 @@ SettingRow* SettingsPane::switchRow(const Words& title, int height, Setting<bool
     row->onToggled([&setting](bool isOn) { setting.set(isOn); });
     follow([row, &setting] { row->setOn(setting.get()); }, setting);
     return row;
-}
-
-void SettingsPane::showEvent(QShowEvent* event) {
-    QWidget::showEvent(event);
-    window()->installEventFilter(this);
-    catchUp();
-}
-
-bool SettingsPane::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::WindowStateChange) {
-        catchUp();
-    }
-    return QWidget::eventFilter(watched, event);
-}
-
-void SettingsPane::catchUp() {
-    if (!isOnScreen(*this)) {
-        return;
-    }
-    for (Follower& follower : followers_) {
-        if (std::exchange(follower.isStale, false)) {
-            follower.show();
-        }
-    }
-}
-
-void SettingsPane::changed(std::size_t follower) {
-    if (isOnScreen(*this)) {
-        followers_[follower].show();
-    } else {
-        followers_[follower].isStale = true;
-    }
 }
 
 }  // namespace kestro

@@ -5,11 +5,13 @@
 #include "ui/controls/segmented_choice.h"
 #include "ui/controls/setting_row.h"
 #include "ui/controls/slider.h"
+#include "ui/controls/while_on_screen.h"
 #include "ui/controls/words.h"
 #include "ui/kestro_services.h"
 
 #include <QWidget>
 
+#include <algorithm>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -38,9 +40,8 @@ protected:
     template <typename... Values>
     void follow(std::function<void()> show, const Values&... values) {
         show();
-        const std::size_t index = followers_.size();
-        followers_.push_back({std::move(show), false});
-        (subscriptions_.push_back(values.subscribe([this, index](const auto&) { changed(index); })), ...);
+        (onScreen_.follow(values, show), ...);
+        shows_.push_back(std::move(show));
     }
 
     /// A switch row with a two-way binding to a setting.
@@ -74,22 +75,11 @@ protected:
         return control;
     }
 
-    void showEvent(QShowEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
-    struct Follower {
-        std::function<void()> show;
-        bool isStale;
-    };
-
-    void changed(std::size_t follower);
-    void catchUp();
-
     KestroServices services_;
     QVBoxLayout* stack_;
-    std::vector<Follower> followers_;
-    std::vector<Subscription> subscriptions_;
+    std::vector<std::function<void()>> shows_;
+    WhileOnScreen onScreen_{*this, [this] { std::ranges::for_each(shows_, &std::function<void()>::operator()); }};
 };
 
 }  // namespace kestro
