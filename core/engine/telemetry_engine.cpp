@@ -1,6 +1,5 @@
 #include "core/engine/telemetry_engine.h"
 
-#include "core/engine/idle_sampling.h"
 #include "core/platform/platform.h"
 #include "core/platform/process_info_service.h"
 #include "core/platform/run_loop.h"
@@ -27,6 +26,12 @@ namespace kestro {
 namespace {
 
 constexpr std::size_t historyLength = 30;
+
+/// Whether a display mode also samples the CPU load while only the status bar is visible.
+bool readsCPUWhileIdle(MenubarDisplayMode mode) {
+    return mode == MenubarDisplayMode::combined || mode == MenubarDisplayMode::tripleGlance ||
+           mode == MenubarDisplayMode::cpuOnly;
+}
 
 /// Marks that a sample is being taken: its subscribers must not take another.
 class Sampling {
