@@ -2,7 +2,6 @@
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
 namespace kestro {
@@ -30,12 +29,6 @@ QString nextConnectionName() {
 QVariant firstOf(const QDBusMessage& reply) {
     return reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty() ? reply.arguments().at(0)
                                                                                       : QVariant();
-}
-
-QDBusMessage waitFor(const QDBusConnection& bus, const QDBusMessage& message) {
-    const QDBusPendingCallWatcher pending(bus.asyncCall(message));
-    waitUntil([&] { return pending.isFinished(); });
-    return pending.reply();
 }
 
 }  // namespace
@@ -83,6 +76,37 @@ std::optional<SpokenObject> AccessibilityClient::program() const {
     return std::nullopt;
 }
 
+std::vector<SpokenObject> AccessibilityClient::shownIn(const QString& window) const {
+    std::vector<SpokenObject> shown;
+    const auto kestro = program();
+    for (const SpokenObject& one : kestro ? kestro->children : std::vector<SpokenObject>()) {
+        for (const SpokenObject* object : one.all()) {
+            if (one.name == window && object->isShowing) {
+                shown.push_back(*object);
+            }
+        }
+    }
+    return shown;
+}
+
+QRect AccessibilityClient::frame(const SpokenObject& object) const {
+    constexpr uint screen = 0;
+    const QVariant extents = firstOf(call(object.service, object.path, QStringLiteral("org.a11y.atspi.Component"),
+                                          QStringLiteral("GetExtents"), {screen}));
+    if (!extents.canConvert<QDBusArgument>()) {
+        return {};
+    }
+    const auto area = extents.value<QDBusArgument>();
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+    area.beginStructure();
+    area >> left >> top >> width >> height;
+    area.endStructure();
+    return {left, top, width, height};
+}
+
 void AccessibilityClient::press(const SpokenObject& object) const {
     call(object.service, object.path, QStringLiteral("org.a11y.atspi.Action"), QStringLiteral("DoAction"), {0});
 }
@@ -116,7 +140,7 @@ QDBusMessage AccessibilityClient::call(const QString& service, const QString& pa
                                        const QString& method, const QVariantList& arguments) const {
     QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
     message.setArguments(arguments);
-    return waitFor(bus(), message);
+    return bus().call(message);
 }
 
 SpokenObject AccessibilityClient::read(const QString& service, const QString& path) const {
@@ -135,7 +159,9 @@ SpokenObject AccessibilityClient::read(const QString& service, const QString& pa
     object.isShowing = has(showingState);
     object.isChecked = has(checkedState);
     object.isFocusable = has(focusableState);
-    object.children = readChildren(service, path);
+    if (object.isShowing || object.role == QStringLiteral("application")) {
+        object.children = readChildren(service, path);
+    }
     return object;
 }
 

@@ -5,6 +5,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
+#include <QRect>
 #include <QString>
 
 #include <optional>
@@ -21,7 +22,7 @@ struct SpokenObject {
     bool isShowing = false;
     bool isChecked = false;
     bool isFocusable = false;
-    std::vector<SpokenObject> children;
+    std::vector<SpokenObject> children;  ///< of an object that shows
 
     /// The first object below this one whose name starts with `start`.
     const SpokenObject* find(const QString& start) const;
@@ -51,6 +52,12 @@ public:
 
     /// Everything that Kestro shows; absent until it has registered.
     std::optional<SpokenObject> program() const;
+
+    /// The visible objects of the window with that title, in reading order.
+    std::vector<SpokenObject> shownIn(const QString& window) const;
+
+    /// The object's area on the screen.
+    QRect frame(const SpokenObject& object) const;
 
     /// Performs the object's first action, as a click does.
     void press(const SpokenObject& object) const;

@@ -16,20 +16,6 @@ class AccessibilityOnTheDesktop : public ShellFixture {
 protected:
     AccessibilityOnTheDesktop() : reader(session) {}
 
-    /// The visible objects of the window with that title.
-    std::vector<SpokenObject> shownIn(const QString& title) const {
-        std::vector<SpokenObject> shown;
-        const auto program = reader.program();
-        for (const SpokenObject& window : program ? program->children : std::vector<SpokenObject>()) {
-            for (const SpokenObject* object : window.all()) {
-                if (window.name == title && object->isShowing) {
-                    shown.push_back(*object);
-                }
-            }
-        }
-        return shown;
-    }
-
     /// The expected beginnings that no visible object's name has.
     static QStringList missing(const std::vector<SpokenObject>& shown, const Starts& starts) {
         QStringList absent;
@@ -46,7 +32,7 @@ protected:
     void expectNamed(const QString& title, const Starts& starts) {
         std::vector<SpokenObject> shown;
         waitUntil([&] {
-            shown = shownIn(title);
+            shown = reader.shownIn(title);
             return missing(shown, starts).isEmpty();
         });
         EXPECT_EQ(missing(shown, starts).join(QStringLiteral("| ")).toStdString(), "");
@@ -60,7 +46,7 @@ protected:
     }
 
     std::optional<SpokenObject> slider() const {
-        for (const SpokenObject& object : shownIn(settings)) {
+        for (const SpokenObject& object : reader.shownIn(settings)) {
             if (object.role == QStringLiteral("slider")) {
                 return object;
             }

@@ -1,5 +1,4 @@
 #include "tests/desktop/desktop_session.h"
-
 #include "tests/support/places.h"
 
 #include <QDir>

@@ -1,27 +1,20 @@
+#include "tests/desktop/accessibility_client.h"
 #include "tests/desktop/shell_fixture.h"
 #include "tests/desktop/status_item_client.h"
-
-#include <QColor>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <csignal>
+#include <optional>
 
 namespace kestro {
 namespace {
 
-/// A point in the settings window, and the area around it that shows the setting.
-struct Place {
-    QPoint point;
-    QRect around;
-};
-
 /// A user without preferences changes settings with the mouse, on a desktop with a panel.
 class SettingsOnTheDesktop : public ShellFixture {
 protected:
-    SettingsOnTheDesktop() : ShellFixture(DesktopPanel::mate) {}
+    SettingsOnTheDesktop() : ShellFixture(DesktopPanel::mate), reader(session) {}
 
     void choose(const QString& item, const char* entry) {
         const StatusItemClient client(session);
@@ -31,44 +24,32 @@ protected:
         client.choose(client.waitForItem(item), found->id);
     }
 
-    QPoint corner() const { return frame(settings).value_or(QRect()).topLeft(); }
-
-    void clickAt(QPoint inWindow) const { session.click(corner() + inWindow); }
-
-    void openTab(int index) const {
-        constexpr int firstTab = 76;
-        constexpr int pitch = 118;
-        clickAt({firstTab + index * pitch, 70});
-        rest();
-    }
-
-    /// Moves the pointer off every control and waits until hover and slide animations have ended.
-    void rest() const {
-        session.moveTo(corner() + QPoint(430, 746));
-        QThread::msleep(400);
-    }
-
-    QImage look(const QRect& inWindow, const char* name) const {
-        return session.screenshot(QString::fromUtf8(name)).copy(inWindow.translated(corner()));
-    }
-
-    /// The button of the "Turbo" profile. Its vertical position depends on the number of fans; it is found by
-    /// the chosen profile beside it, the first accent-coloured element below the tabs.
-    Place turbo() const {
-        const QImage picture = session.screenshot(QStringLiteral("settings-cooling"));
-        const QPoint origin = corner();
-        for (int y = 110; y < 500; ++y) {
-            const QColor color = picture.pixelColor(origin + QPoint(200, y));
-            if (color.blue() - color.red() > 40) {
-                return {{596, y + 17}, {20, y - 2, 820, 38}};
+    /// The visible tab or radio button whose name starts like that.
+    std::optional<SpokenObject> control(const char* role, const char* name) const {
+        for (const SpokenObject& object : reader.shownIn(settings)) {
+            if (object.role == QString::fromUtf8(role) && object.name.startsWith(QString::fromUtf8(name))) {
+                return object;
             }
         }
-        return {};
+        return std::nullopt;
+    }
+
+    void click(const char* role, const char* name) const {
+        std::optional<SpokenObject> found;
+        ASSERT_TRUE(waitUntil([&] { return (found = control(role, name)).has_value(); })) << name;
+        session.click(reader.frame(*found).center());
+    }
+
+    bool isChosen(const char* name) const {
+        const auto found = control("radio button", name);
+        return found && found->isChecked;
     }
 
     bool saved(const char* json) const {
         return waitUntil([&] { return preferences().contains(QString::fromUtf8(json)); });
     }
+
+    AccessibilityClient reader;
 };
 
 TEST_F(SettingsOnTheDesktop, OpensFromTheMenuFromTheExtraItemAndByCommand) {
@@ -90,43 +71,37 @@ TEST_F(SettingsOnTheDesktop, OpensFromTheMenuFromTheExtraItemAndByCommand) {
     EXPECT_TRUE(saved("\"Cooling & Fans\""));
 }
 
+/// A tab, one of its choices, and what the preferences then contain.
+struct Change {
+    const char* tab;
+    const char* choice;
+    const char* stored;
+};
+
 TEST_F(SettingsOnTheDesktop, RestoresEveryChangeAfterACrash) {
-    enum Tab { menubarTab, keepAwakeTab, coolingTab, powerTab, dashboardTab, appearanceTab, sensorsTab };
-    constexpr std::array changed{menubarTab, keepAwakeTab, coolingTab, dashboardTab, appearanceTab};
+    constexpr std::array<Change, 5> changes{{{"Menu Bar", "Slash", "\" / \""},
+                                             {"Keep-Awake", "15 Minutes", "\"15 Minutes\""},
+                                             {"Cooling & Fans", "Turbo", "\"Turbo\""},
+                                             {"Dashboard", "Top 8", "\"kestro.processCountLimit\": 8"},
+                                             {"Appearance", "Velvet Lilac", "\"Velvet Lilac\""}}};
     launch();
     command("settings-cooling");
     ASSERT_TRUE(appears(settings));
-    rest();
-    std::array<Place, sensorsTab + 1> places;
-    places[menubarTab] = {{320, 576}, {20, 559, 482, 34}};
-    places[keepAwakeTab] = {{226, 388}, {20, 371, 820, 34}};
-    places[coolingTab] = turbo();
-    places[dashboardTab] = {{594, 434}, {20, 415, 820, 40}};
-    places[appearanceTab] = {{590, 173}, {20, 140, 820, 90}};
-    ASSERT_FALSE(places[coolingTab].point.isNull());
-
-    std::array<QImage, sensorsTab + 1> before;
-    std::array<QImage, sensorsTab + 1> set;
-    for (const Tab tab : changed) {
-        openTab(tab);
-        before[tab] = look(places[tab].around, "settings-before");
-        clickAt(places[tab].point);
-        rest();
+    for (const Change& change : changes) {
+        click("page tab", change.tab);
+        ASSERT_TRUE(waitUntil([&] { return control("radio button", change.choice).has_value(); }));
+        EXPECT_FALSE(isChosen(change.choice));
+        click("radio button", change.choice);
+        EXPECT_TRUE(waitUntil([&] { return isChosen(change.choice); })) << change.choice;
     }
-    for (const Tab tab : changed) {
-        openTab(tab);
-        set[tab] = look(places[tab].around, "settings-set");
-        EXPECT_NE(set[tab], before[tab]) << tab;
-    }
-    openTab(sensorsTab);
+    click("page tab", "Sensors");
 
-    QThread::sleep(2);
+    for (const Change& change : changes) {
+        EXPECT_TRUE(saved(change.stored)) << change.stored;
+    }
+    EXPECT_TRUE(saved("\"Sensors\""));
     ::kill(static_cast<pid_t>(kestro->processId()), SIGKILL);
     ASSERT_TRUE(ends());
-    for (const char* kept : {"\" / \"", "\"15 Minutes\"", "\"Turbo\"", "\"kestro.processCountLimit\": 8",
-                             "\"Velvet Lilac\"", "\"Sensors\""}) {
-        EXPECT_TRUE(preferences().contains(QString::fromUtf8(kept))) << kept;
-    }
     launch();
 
     const StatusItemClient client(session);
@@ -138,11 +113,10 @@ TEST_F(SettingsOnTheDesktop, RestoresEveryChangeAfterACrash) {
     EXPECT_TRUE(profile != nullptr && profile->isChecked());
     choose(QStringLiteral("kestro-main"), "Settings...");
     ASSERT_TRUE(appears(settings));
-    rest();
     session.screenshot(QStringLiteral("settings-again"));
-    for (const Tab tab : changed) {
-        openTab(tab);
-        EXPECT_EQ(look(places[tab].around, "settings-found"), set[tab]) << tab;
+    for (const Change& change : changes) {
+        click("page tab", change.tab);
+        EXPECT_TRUE(waitUntil([&] { return isChosen(change.choice); })) << change.choice;
     }
 }
 
