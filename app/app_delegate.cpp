@@ -96,9 +96,8 @@ void AppDelegate::bindTelemetry() {
     follow(services_.keepAwake.remainingSeconds);
     // The settings announce a change before the value changes; the update runs in a later turn.
     retain(services_.settings.subscribeWillChange([this] { statusItemUpdate_.request(); }));
-    retain(
-        services_.settings.activeMenubarModules.subscribe([this](const auto&) { measureWhatTheReadoutShows(); }));
-    measureWhatTheReadoutShows();
+    retain(services_.settings.activeMenubarModules.subscribe([this](const auto&) { updateReadoutShowsLoad(); }));
+    updateReadoutShowsLoad();
     // Fans can appear after launch: a header counts as a fan only once it has turned.
     retain(engine.fans.subscribe([this](const auto& fans) { services_.fanManager.followFans(fans); }));
     retain(engine.power.subscribe([this](const PowerTelemetry& power) {
@@ -106,7 +105,7 @@ void AppDelegate::bindTelemetry() {
     }));
 }
 
-void AppDelegate::measureWhatTheReadoutShows() {
+void AppDelegate::updateReadoutShowsLoad() {
     const auto& modules = services_.settings.activeMenubarModules.get();
     services_.engine.setReadoutShowsLoad(std::ranges::any_of(modules, [](MenubarModuleType module) {
         return module == MenubarModuleType::cpuUsage || module == MenubarModuleType::cpuClusters;
@@ -115,25 +114,17 @@ void AppDelegate::measureWhatTheReadoutShows() {
 
 void AppDelegate::observeNotifications() {
     DistributedNotifications& center = platform_.notifications;
-    retain(center.observe(notificationNames::togglePopover,
-                          [this](const NotificationUserInfo&) { handleTogglePopoverNotification(); }));
-    retain(center.observe(notificationNames::showDashboard,
-                          [this](const NotificationUserInfo&) { handleShowDashboardNotification(); }));
-    retain(center.observe(notificationNames::showSettings, [this](const NotificationUserInfo& userInfo) {
+    retain(center.observe(notification_names::togglePopover,
+                          [this](const NotificationUserInfo&) { togglePopover(); }));
+    retain(center.observe(notification_names::showDashboard,
+                          [this](const NotificationUserInfo&) { showDashboard(); }));
+    retain(center.observe(notification_names::showSettings, [this](const NotificationUserInfo& userInfo) {
         handleShowSettingsNotification(userInfo);
     }));
 }
 
-void AppDelegate::handleTogglePopoverNotification() {
-    togglePopover();
-}
-
-void AppDelegate::handleShowDashboardNotification() {
-    showDashboard();
-}
-
 void AppDelegate::handleShowSettingsNotification(const NotificationUserInfo& userInfo) {
-    const auto entry = userInfo.find(notificationNames::tabKey);
+    const auto entry = userInfo.find(notification_names::tabKey);
     const auto* label = entry != userInfo.end() ? std::get_if<std::string>(&entry->second) : nullptr;
     const auto tab = label != nullptr ? fromRawValue<SettingsTab>(*label) : std::nullopt;
     if (tab) {

@@ -105,16 +105,14 @@ private:
     void setupSettingsWindow();
     void bindTelemetry();
     /// Keeps measuring the processor load while only the readout is visible, as long as the readout contains it.
-    void measureWhatTheReadoutShows();
+    void updateReadoutShowsLoad();
     void bindDashboard();
     void observeNotifications();
-    void handleTogglePopoverNotification();
-    void handleShowDashboardNotification();
     void handleShowSettingsNotification(const NotificationUserInfo& userInfo);
     void closePopover();
     void refreshTelemetry();
     void addShortcuts(QWidget& window);
-    void retain(Subscription subscription) { cancellables_.push_back(std::move(subscription)); }
+    void retain(Subscription subscription) { subscriptions_.push_back(std::move(subscription)); }
 
     const Platform& platform_;
     const KestroServices services_;
@@ -138,7 +136,7 @@ private:
     CoalescedTask statusItemUpdate_;
     CoalescedTask dashboardFit_;
     std::unique_ptr<CommandChannel> commandChannel_;
-    std::vector<Subscription> cancellables_;
+    std::vector<Subscription> subscriptions_;
 };
 
 }  // namespace kestro

@@ -10,7 +10,6 @@
 #include "core/settings/user_settings.h"
 #include "core/telemetry/smc_reader.h"
 #include "platform/desktop/bus_notifications.h"
-#include "platform/desktop/desktop_buses.h"
 #include "platform/desktop/desktop_power_assertions.h"
 #include "platform/desktop/json_user_defaults.h"
 #include "platform/desktop/power_profile_script_runner.h"
@@ -51,10 +50,11 @@ using namespace std::chrono_literals;
 /// The machine and the session behind the ports. Construction reads the preferences and sets a damaged file
 /// aside, so only the first instance creates one.
 struct LinuxDesktop {
-    LinuxDesktop(const DesktopBuses& connections, BusNotifications& sessionNotifications)
-        : buses(connections), notifications(sessionNotifications) {}
+    LinuxDesktop(const QDBusConnection& session, BusNotifications& sessionNotifications)
+        : sessionBus(session), notifications(sessionNotifications) {}
 
-    const DesktopBuses& buses;
+    const QDBusConnection sessionBus;
+    const QDBusConnection systemBus = QDBusConnection::systemBus();
     BusNotifications& notifications;
 
     LinuxClock clock;
@@ -67,11 +67,11 @@ struct LinuxDesktop {
     LinuxPowerSources powerSources{clock};
     LinuxSMCService smc{clock};
     LinuxHIDEventSystem hidEventSystem{clock};
-    PowerProfiles powerProfiles{buses.system};
+    PowerProfiles powerProfiles{systemBus};
     LinuxCommandRunner programs;
     SessionCommandRunner commandRunner{powerProfiles, programs};
     PowerProfileScriptRunner scriptRunner{powerProfiles};
-    DesktopPowerAssertions powerAssertions{buses.session, buses.system};
+    DesktopPowerAssertions powerAssertions{sessionBus, systemBus};
     JsonUserDefaults userDefaults{runLoop, JsonUserDefaults::defaultPath()};
     LinuxFileEvents fileEvents{runLoop};
 
@@ -106,9 +106,7 @@ void terminate() {
 }
 
 int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile) {
-    const AccessibilityMonitor accessibility(desktop.buses.session);
-    const X11Compositing compositing;
-    window_compositing::install(compositing);
+    const AccessibilityMonitor accessibility(desktop.sessionBus);
     DesktopStatusBar statusBar;
     LinuxWindowSystem windowSystem;
     AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem},
@@ -130,6 +128,8 @@ void prepareToolkit() {
 
 int runApplication(char** arguments, const std::string& commandFile) {
     prepareToolkit();
+    const X11Compositing compositing;
+    window_compositing::install(compositing);
     // Neither the program nor the toolkit reads the command line.
     int ownName = 1;
     QApplication application(ownName, arguments);
@@ -139,18 +139,18 @@ int runApplication(char** arguments, const std::string& commandFile) {
     QGuiApplication::setDesktopFileName(QStringLiteral("kestro"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
-    const DesktopBuses buses;
-    BusNotifications notifications(buses.session);
-    const auto showDashboard = [&notifications] { notifications.post(notificationNames::showDashboard); };
+    const QDBusConnection sessionBus = QDBusConnection::sessionBus();
+    BusNotifications notifications(sessionBus);
+    const auto showDashboard = [&notifications] { notifications.post(notification_names::showDashboard); };
     // Subscribed before the name is claimed, so that requests from a second start are queued in the meantime.
     const Subscription earlyCalls =
-        notifications.observe(notificationNames::showDashboard, [](const NotificationUserInfo&) {});
-    BusSingleInstance instance(buses.session, BusSingleInstance::currentDisplay(), showDashboard);
+        notifications.observe(notification_names::showDashboard, [](const NotificationUserInfo&) {});
+    BusSingleInstance instance(sessionBus, BusSingleInstance::currentDisplay(), showDashboard);
     if (!instance.isFirst()) {
         instance.callFirst(showDashboard);
         return EXIT_SUCCESS;
     }
-    LinuxDesktop desktop(buses, notifications);
+    LinuxDesktop desktop(sessionBus, notifications);
     Platform::install(desktop.platform);
     desktop.userDefaults.flushAtExit();
     const UnixSignalNotifier signals([](int) { terminate(); });

@@ -12,8 +12,8 @@ public:
     /// Whether this process is the session's first instance.
     virtual bool isFirst() const = 0;
 
-    /// Makes the first instance show its dashboard, by `post` where notifications reach it; returns when the
-    /// request is on its way.
+    /// Makes the first instance show its dashboard. `post` posts the notification for that, where one reaches the
+    /// first instance. Returns once the request has been sent.
     virtual void callFirst(const std::function<void()>& post) = 0;
 
     /// Lets another process become the first instance from now on.

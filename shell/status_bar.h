@@ -25,7 +25,7 @@ struct StatusSymbol {
 /// The colour role of a title; the host picks the colour for the panel's scheme.
 enum class StatusTitleColor { label, secondaryLabel, orange };
 
-/// A title with its font: pixel size, weight (500 medium … 700 bold) and colour role. Figures are tabular.
+/// A title with its font: size in points, weight (500 medium … 700 bold) and colour role. Figures are tabular.
 struct StatusTitle {
     QString text;
     int pointSize = 12;
@@ -94,7 +94,7 @@ public:
     virtual QRect geometry() const = 0;
 };
 
-/// Where items live on the desktop. Items move to another host when one appears or disappears.
+/// Creates status items. Main thread; outlives its items.
 class StatusBar {
 public:
     virtual ~StatusBar() = default;

@@ -7,7 +7,7 @@ class QWidget;
 
 namespace kestro {
 
-/// Watches for presses as long as it lives.
+/// Watches for presses as long as it lives. Main thread; owned by the caller, whose callback may destroy it.
 class PressMonitor {
 public:
     virtual ~PressMonitor() = default;

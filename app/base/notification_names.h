@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace kestro::notificationNames {
+namespace kestro::notification_names {
 
 /// The system-wide notifications that this program handles; any process of the user may post them.
 
@@ -13,4 +13,4 @@ inline constexpr std::string_view showSettings = "kestro.notify.showSettings";
 /// Optional user-info entry of `showSettings`: the label of the settings tab to select.
 inline constexpr std::string_view tabKey = "tab";
 
-}  // namespace kestro::notificationNames
+}  // namespace kestro::notification_names

@@ -24,6 +24,7 @@ Menu fanRows(FanControlManager& fans) {
                                        [&fans](FanProfile profile) { fans.setProfile(profile); });
     rows.push_back(MenuEntry::separator());
     rows.push_back(MenuEntry::header(QStringLiteral("Curve Presets")));
+    // Shortcuts without a state here; the cooling menu marks the preset in effect.
     appendRows(rows,
                choiceRows<CurvePreset>(std::nullopt, [&fans](CurvePreset preset) { fans.applyPreset(preset); }));
     return rows;

@@ -45,7 +45,7 @@ void DedicatedStatusItem::showMenu() {
 
 void DedicatedStatusItem::openSettings(SettingsTab tab) {
     settings_.selectedSettingsTab.set(tab);
-    platform_.notifications.post(notificationNames::showSettings);
+    platform_.notifications.post(notification_names::showSettings);
 }
 
 void DedicatedStatusItem::observeSettings() {

@@ -25,14 +25,14 @@ WithdrawalGuard::WithdrawalGuard(QWidget& window, WindowSystem& system) : window
 }
 
 void WithdrawalGuard::windowWillHide() {
-    if (!isShowingAnew_) {
+    if (!isRestoring_) {
         nextLook_.stop();
         sinceHidden_.start();
     }
 }
 
 void WithdrawalGuard::windowDidShow() {
-    if (!isShowingAnew_ && sinceHidden_.isValid() && !sinceHidden_.hasExpired(quickChange / 1ms)) {
+    if (!isRestoring_ && sinceHidden_.isValid() && !sinceHidden_.hasExpired(quickChange / 1ms)) {
         nextLook_.start(firstLook);
     }
 }
@@ -42,10 +42,10 @@ void WithdrawalGuard::look() {
         return;
     }
     if (!window_.isMinimized() && system_.isWithdrawn(window_)) {
-        isShowingAnew_ = true;
+        isRestoring_ = true;
         window_.hide();
         system_.makeKeyAndOrderFront(window_);
-        isShowingAnew_ = false;
+        isRestoring_ = false;
     }
     if (const auto next = nextLook_.intervalAsDuration() * 2; next <= lastLook) {
         nextLook_.start(next);

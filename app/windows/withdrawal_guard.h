@@ -34,7 +34,7 @@ private:
     WindowSystem& system_;
     QElapsedTimer sinceHidden_;  // invalid before the first hide
     QTimer nextLook_;
-    bool isShowingAnew_ = false;
+    bool isRestoring_ = false;
 };
 
 }  // namespace kestro

@@ -28,16 +28,16 @@ public:
         return Subscription(list_, list_->add(std::make_unique<Subscriber>(std::move(callback))));
     }
 
-    /// Invokes `arguments` before each call, so that no subscriber sees a stale value. Returns false if a
-    /// subscriber destroyed the announcer.
-    template <typename Arguments>
-    bool announceWith(Arguments arguments) {
+    /// Calls `deliver(callback)` for each subscriber, which reads the value at that moment, so that none sees a
+    /// stale one. Returns false if a subscriber destroyed the announcer.
+    template <typename Deliver>
+    bool announceWith(Deliver deliver) {
         const auto list = list_;
         return list->announce(
             [](void* context, const SubscriberList::Slot& slot) {
-                (*static_cast<Arguments*>(context))(static_cast<const Subscriber&>(slot).callback);
+                (*static_cast<Deliver*>(context))(static_cast<const Subscriber&>(slot).callback);
             },
-            &arguments);
+            &deliver);
     }
 
     bool announce() requires(sizeof...(Args) == 0) {

@@ -8,6 +8,8 @@
 
 namespace kestro {
 
+// What an administrator runs to switch the power mode. Pure; any thread.
+
 /// The script that sets the power-management tool's `powermode`, with the administrator's consent.
 inline std::string powerModeScript(std::string_view mode) {
     return fmt::format("do shell script \"pmset -a powermode {}\" with administrator privileges", mode);

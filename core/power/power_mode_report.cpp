@@ -8,8 +8,8 @@ namespace kestro {
 
 namespace {
 
-/// The second white-space-separated token; nullopt when there are fewer.
-std::optional<std::string_view> secondPiece(std::string_view line) {
+/// The second field; nullopt when there are fewer.
+std::optional<std::string_view> secondField(std::string_view line) {
     takeField(line);
     const auto second = takeField(line);
     return second.empty() ? std::nullopt : std::optional(second);
@@ -18,7 +18,7 @@ std::optional<std::string_view> secondPiece(std::string_view line) {
 /// The mode that one line selects; nullopt: continue with the next line.
 std::optional<SystemPowerMode> modeOfLine(std::string_view line) {
     if (line.starts_with("powermode")) {
-        const auto value = secondPiece(line);
+        const auto value = secondField(line);
         if (!value) {
             return std::nullopt;
         }
@@ -28,7 +28,7 @@ std::optional<SystemPowerMode> modeOfLine(std::string_view line) {
         return *value == toolValue(SystemPowerMode::highPower) ? SystemPowerMode::highPower
                                                                : SystemPowerMode::balanced;
     }
-    if (line.starts_with("lowpowermode") && secondPiece(line) == "1") {
+    if (line.starts_with("lowpowermode") && secondField(line) == "1") {
         return SystemPowerMode::lowPower;
     }
     return std::nullopt;

@@ -56,14 +56,14 @@ struct CPUReader::Sums {
 };
 
 CPUReader::CPUReader(MachHost& host, SystemControl& system) : host_(host) {
-    readCount(system, "hw.perflevel0.physicalcpu", superCoreCount_);
-    readCount(system, "hw.perflevel1.physicalcpu", performanceCoreCount_);
+    readCount(system, "hw.perflevel0.physicalcpu", cluster0Count_);
+    readCount(system, "hw.perflevel1.physicalcpu", cluster1Count_);
     readName(system, "hw.perflevel0.name", cluster0Name_);
     readName(system, "hw.perflevel1.name", cluster1Name_);
 }
 
 CPUReader& CPUReader::shared() {
-    // Never destroyed: it lives as long as the process and outlives the platform created in main.
+    // Never destroyed: it lives as long as the process and outlives the platform.
     static auto* const reader = new CPUReader(Platform::current().machHost, Platform::current().systemControl);
     return *reader;
 }
@@ -119,8 +119,8 @@ void CPUReader::beginIdle(CPUTelemetry& record) const {
     record.cluster1Usage = 0;
     record.cluster0Name = cluster0Name_;
     record.cluster1Name = cluster1Name_;
-    record.cluster0Count = superCoreCount_;
-    record.cluster1Count = performanceCoreCount_;
+    record.cluster0Count = cluster0Count_;
+    record.cluster1Count = cluster1Count_;
 }
 
 CPUReader::Sums CPUReader::measureCores(std::span<const std::int32_t> info, std::size_t cores,
@@ -140,7 +140,7 @@ CPUReader::Sums CPUReader::measureCores(std::span<const std::int32_t> info, std:
 
         CoreLoad& load = record.coreLoads[core];
         load.id = static_cast<std::int64_t>(core);
-        load.isSuperCluster = load.id < superCoreCount_;
+        load.isSuperCluster = load.id < cluster0Count_;
         load.clusterName = load.isSuperCluster ? "Super" : "Perf";
         load.usagePercentage = usage;
 

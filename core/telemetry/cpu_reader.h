@@ -13,7 +13,8 @@ class MachHost;
 class SystemControl;
 
 /// Converts the kernel's cumulative ticks into the load between two readings. Owns the previous reading's counter
-/// array until the next one replaces it. Any thread, one call at a time.
+/// array until the next one replaces it. Concurrent calls are serialised; otherwise bound to the threads of its
+/// ports.
 class CPUReader {
 public:
     /// Queries the sizes and names of the hardware's two clusters; missing values keep their defaults.
@@ -41,8 +42,8 @@ private:
     MachHost& host_;
     std::span<std::int32_t> previousCpuInfo_;  ///< null data before the first successful reading
     std::mutex lock_;
-    std::int64_t superCoreCount_ = 6;
-    std::int64_t performanceCoreCount_ = 12;
+    std::int64_t cluster0Count_ = 6;
+    std::int64_t cluster1Count_ = 12;
     std::string cluster0Name_ = "Performance";
     std::string cluster1Name_ = "Efficiency";
 };

@@ -1,12 +1,11 @@
 #include "platform/desktop/platform_profile.h"
 
+#include "core/base/text.h"
 #include "platform/posix/bounded_read.h"
 #include "platform/posix/child_process.h"
 #include "platform/posix/descriptor.h"
 
 #include <fcntl.h>
-
-#include <sstream>
 
 namespace kestro {
 
@@ -43,11 +42,12 @@ void PlatformProfile::write(PowerProfile profile, std::chrono::milliseconds boun
 }
 
 std::optional<std::string> PlatformProfile::offeredValue(PowerProfile profile) const {
+    const std::string choices = readSmallFile(path("platform_profile_choices"));
     for (const auto candidate : namesOf(profile).kernelValues) {
-        std::istringstream choices(readSmallFile(path("platform_profile_choices")));
-        for (std::string choice; choices >> choice;) {
+        std::string_view rest = choices;
+        for (auto choice = takeField(rest); !choice.empty(); choice = takeField(rest)) {
             if (choice == candidate) {
-                return choice;
+                return std::string(choice);
             }
         }
     }

@@ -6,7 +6,7 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace kestro {
 

@@ -141,10 +141,13 @@ bool drainBoth(Descriptor& output, Descriptor& error, std::string& text, std::si
     return true;
 }
 
+/// Without a status where the caller's parent made this process ignore its children's.
 bool hasExited(pid_t child) {
     siginfo_t information{};
-    return waitid(P_PID, static_cast<id_t>(child), &information, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-           information.si_pid == child;
+    if (waitid(P_PID, static_cast<id_t>(child), &information, WEXITED | WNOHANG | WNOWAIT) != 0) {
+        return errno == ECHILD;
+    }
+    return information.si_pid == child;
 }
 
 /// Waits for the child to exit. False: patience ended first.
@@ -195,7 +198,11 @@ std::optional<CommandOutput> runChild(const ChildRequest& request) {
         }
     }
     int status = 0;
-    while (waitpid(*child, &status, 0) < 0 && errno == EINTR) {
+    pid_t reaped = 0;
+    while ((reaped = waitpid(*child, &status, 0)) < 0 && errno == EINTR) {
+    }
+    if (reaped < 0) {
+        return result;
     }
     result.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     return result;

@@ -23,9 +23,9 @@ struct ChildRequest {
 
 /// Runs a program to completion and returns its output. It inherits no descriptors and gets a process group of its
 /// own. Drains both output pipes concurrently, so that the child never blocks on us. Kills the group when the
-/// child prints more than `outputBytes`, runs longer than `time` or `keepWaiting` returns false; a child that may
-/// not be killed, because it has changed its user, is left behind after a second. nullopt: it could not be
-/// launched. Any thread.
+/// child prints `outputBytes`, runs longer than `time` or `keepWaiting` returns false; a child that may not be
+/// killed, because it has changed its user, is left behind after a second. The exit status of a killed child is
+/// 128 plus the signal, and 128 plus SIGKILL where it is unknown. nullopt: it could not be launched. Any thread.
 std::optional<CommandOutput> runChild(const ChildRequest& request);
 
 }  // namespace kestro

@@ -47,8 +47,8 @@ std::optional<QPoint> clickPoint(std::optional<QPoint> fromPanel, std::optional<
 }
 
 std::optional<QPoint> currentPointer() {
-    const bool isTold = QGuiApplication::platformName() == QLatin1StringView("xcb");
-    return isTold ? std::optional(QCursor::pos()) : std::nullopt;
+    const bool isReported = QGuiApplication::platformName() == QLatin1StringView("xcb");
+    return isReported ? std::optional(QCursor::pos()) : std::nullopt;
 }
 
 QRect panelAnchor(std::optional<QPoint> point, const std::vector<ScreenFrame>& screens) {

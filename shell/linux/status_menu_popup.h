@@ -5,8 +5,6 @@
 #include <QMenu>
 #include <QPointer>
 
-#include <functional>
-
 namespace kestro {
 
 /// A status item's menu in a window of our own. At most one is open; opening another or destroying this object

@@ -16,7 +16,7 @@ constexpr double sectionPadding = 5;
 constexpr double settingsPadding = 8;
 constexpr double dotDiameter = 4;
 constexpr double dotGap = 4;
-constexpr int loneDot = 6;
+constexpr int loneDotDiameter = 6;
 
 TextStyle styleOf(BadgeKind kind, const Ink& ink) {
     TextStyle style = kind == BadgeKind::settings ? text_styles::settingsBadge : text_styles::sectionBadge;
@@ -50,7 +50,7 @@ void Badge::setKind(BadgeKind kind) {
 
 QSize Badge::sizeHint() const {
     if (kind_ == BadgeKind::dot) {
-        return {loneDot, loneDot};
+        return {loneDotDiameter, loneDotDiameter};
     }
     const TextStyle style = styleOf(kind_, ink_);
     const double word = std::ceil(textWidth(text_, style));

@@ -53,8 +53,8 @@ bool ExclusiveGroup::goBy(int step, const QObject* from) {
         if (arrows_ == GroupArrows::choose) {
             neighbour->click();
         } else {
-            setStop(static_cast<int>(
-                next));  // otherwise the next Tab would stop at the chosen one before leaving the group
+            // Otherwise the next Tab would stop at the chosen one before leaving the group.
+            setStop(static_cast<int>(next));
         }
     }
     return true;

@@ -173,8 +173,9 @@ void SettingRow::activated() {
     if (choosesItself(mark_)) {
         setOn(!isOn_);
     }
-    if (onToggled_) {
-        onToggled_(choosesItself(mark_) ? isOn_ : true);
+    // A copy, since the action may destroy this control.
+    if (const auto onToggled = onToggled_) {
+        onToggled(choosesItself(mark_) ? isOn_ : true);
     }
 }
 

@@ -8,10 +8,10 @@ namespace kestro {
 
 namespace {
 
-constexpr double disc = 26;
+constexpr double discDiameter = 26;
 constexpr double ringDiameter = 36;
 constexpr double ringWidth = 1.5;
-constexpr double hoverRing = 0.3;
+constexpr double hoverRingOpacity = 0.3;
 constexpr double labelTop = 44;
 
 }  // namespace
@@ -53,8 +53,8 @@ void Swatch::paint(QPainter& painter) {
     const QPointF centre = focusArea().center();
     painter.setPen(Qt::NoPen);
     painter.setBrush(color_);
-    painter.drawEllipse(centre, disc / 2, disc / 2);
-    const double ring = isChosen_ ? 1 : hoverRing * hovering();
+    painter.drawEllipse(centre, discDiameter / 2, discDiameter / 2);
+    const double ring = isChosen_ ? 1 : hoverRingOpacity * hovering();
     if (ring > 0) {
         const double radius = (ringDiameter - ringWidth) / 2;
         painter.setPen(QPen(Ink(KestroTheme::textPrimary).faded(ring).color(), ringWidth));

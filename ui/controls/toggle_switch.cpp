@@ -49,8 +49,9 @@ void ToggleSwitch::paint(QPainter& painter) {
 
 void ToggleSwitch::activated() {
     setOn(!isOn_);
-    if (onToggled_) {
-        onToggled_(isOn_);
+    // A copy, since the action may destroy this control.
+    if (const auto onToggled = onToggled_) {
+        onToggled(isOn_);
     }
 }
 

@@ -47,10 +47,10 @@ ActivitySection::ActivitySection(const KestroServices& services, QWidget* parent
     foot_[0]->setStyle(model);
     cpuHead_->onClick([this] { sortBy(sortsByMemory() ? false : grid().tier == SectionTier::tight); });
     memoryHead_->onClick([this] { sortBy(!(sortsByMemory() && grid().tier == SectionTier::tight)); });
-    observe(services_.engine.topProcesses, [this] { showProcesses(); });
-    observe(services_.engine.cpu, [this] { showFoot(); });
-    observe(services_.settings.processSortMetric, [this] { showProcesses(); });
-    observe(services_.settings.processCountLimit, [this] { showProcesses(); });
+    follow(services_.engine.topProcesses, [this] { showProcesses(); });
+    follow(services_.engine.cpu, [this] { showFoot(); });
+    follow(services_.settings.processSortMetric, [this] { showProcesses(); });
+    follow(services_.settings.processCountLimit, [this] { showProcesses(); });
 }
 
 Button* ActivitySection::makeHead(const QString& text, const QString& help) {

@@ -98,8 +98,8 @@ ComputeSection::ComputeSection(const KestroServices& services, QWidget* parent)
         }
     }
     history_->setSpoken(QStringLiteral("CPU"), wholeText, QStringLiteral(" percent"));
-    observe(engine_.cpu, [this] { showCPU(); });
-    observe(engine_.cpuHistory, [this] { showHistory(); });
+    follow(engine_.cpu, [this] { showCPU(); });
+    follow(engine_.cpuHistory, [this] { showHistory(); });
 }
 
 void ComputeSection::refresh() {

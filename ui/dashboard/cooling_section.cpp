@@ -110,12 +110,12 @@ CoolingSection::CoolingSection(const KestroServices& services, QWidget* parent)
     profile_->setStyle(profileStyle);
     nodes_->setStyle(nodes);
     nodes_->setFit(TextFit::value);
-    observe(services_.engine.fans, [this] { showFans(); });
-    observe(services_.engine.thermals, [this] { showTemperatures(); });
-    observe(services_.settings.fanSpeedUnit, [this] { showFans(); });
-    observe(services_.fanManager.currentProfile, [this] { refresh(); });
-    observe(services_.fanManager.evaluatedLeftTargetRPM, [this] { showFans(); });
-    observe(services_.fanManager.evaluatedRightTargetRPM, [this] { showFans(); });
+    follow(services_.engine.fans, [this] { showFans(); });
+    follow(services_.engine.thermals, [this] { showTemperatures(); });
+    follow(services_.settings.fanSpeedUnit, [this] { showFans(); });
+    follow(services_.fanManager.currentProfile, [this] { refresh(); });
+    follow(services_.fanManager.evaluatedLeftTargetRPM, [this] { showFans(); });
+    follow(services_.fanManager.evaluatedRightTargetRPM, [this] { showFans(); });
 }
 
 void CoolingSection::refresh() {

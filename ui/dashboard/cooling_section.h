@@ -6,7 +6,6 @@
 #include "ui/dashboard/temperature_rows.h"
 #include "ui/widgets/metric_gauge.h"
 
-#include <optional>
 #include <vector>
 
 namespace kestro {

@@ -36,7 +36,7 @@ protected:
 
     /// Calls `show` after each assignment of `value` while the section is on screen.
     template <typename Value>
-    void observe(const Value& value, std::function<void()> show) {
+    void follow(const Value& value, std::function<void()> show) {
         onScreen_.follow(value, std::move(show));
     }
 

@@ -64,14 +64,14 @@ IOSection::IOSection(const KestroServices& services, QWidget* parent)
         row = new RuledIndexRow(false, this);
     }
     const TelemetryEngine& engine = services_.engine;
-    observe(engine.network, [this] {
+    follow(engine.network, [this] {
         showRates();
         showRows();
     });
-    observe(engine.netDownHistory, [this] { download_.history->setData(services_.engine.netDownHistory.get()); });
-    observe(engine.netUpHistory, [this] { upload_.history->setData(services_.engine.netUpHistory.get()); });
-    observe(engine.power, [this] { showRows(); });
-    observe(services_.powerManager.currentMode, [this] { showRows(); });
+    follow(engine.netDownHistory, [this] { download_.history->setData(services_.engine.netDownHistory.get()); });
+    follow(engine.netUpHistory, [this] { upload_.history->setData(services_.engine.netUpHistory.get()); });
+    follow(engine.power, [this] { showRows(); });
+    follow(services_.powerManager.currentMode, [this] { showRows(); });
 }
 
 IOSection::Direction IOSection::makeDirection(const QString& symbol, const QString& name, const Ink& ink) {

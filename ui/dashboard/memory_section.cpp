@@ -87,8 +87,8 @@ MemorySection::MemorySection(const KestroServices& services, QWidget* parent)
     for (RuledIndexRow*& row : rows_) {
         row = new RuledIndexRow(false, this);
     }
-    observe(engine_.memory, [this] { refresh(); });
-    observe(engine_.disk, [this] { refresh(); });
+    follow(engine_.memory, [this] { refresh(); });
+    follow(engine_.disk, [this] { refresh(); });
 }
 
 void MemorySection::refresh() {

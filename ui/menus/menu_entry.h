@@ -11,7 +11,7 @@ namespace kestro {
 struct MenuEntry;
 using Menu = std::vector<MenuEntry>;
 
-/// One entry of a menu. Titles are plain text: "&" and "_" show as themselves.
+/// One entry of a menu. Titles are plain text: "&" and "_" show as themselves. Main thread.
 struct MenuEntry {
     enum class Kind { action, separator, header };
 
@@ -21,7 +21,7 @@ struct MenuEntry {
     QString shortcut;  ///< portable key sequence such as "Ctrl+D"; empty: none
     bool isEnabled = true;
     bool isChecked = false;
-    std::function<void()> action;    ///< empty: does nothing
+    std::function<void()> action;    ///< runs after the menu has closed; empty: does nothing
     std::vector<MenuEntry> submenu;  ///< not empty: the entry opens a submenu
 
     static MenuEntry separator() {

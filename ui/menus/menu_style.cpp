@@ -30,7 +30,7 @@ constexpr int checkX = 10;
 constexpr int checkSize = 16;
 constexpr int textX = 30;
 constexpr int symbolSize = 12;
-constexpr int symbolSpace = 20;
+constexpr int symbolColumnWidth = 20;
 constexpr int rightMargin = 10;
 constexpr int titleMargin = 46;
 constexpr int shortcutGap = 28;
@@ -66,7 +66,7 @@ Row rowOf(const QWidget* widget, const QRect& area) {
 }
 
 double symbolRoom(const QWidget* widget) {
-    return widget && widget->property(MenuStyle::symbolProperty).toBool() ? symbolSpace : 0;
+    return widget && widget->property(MenuStyle::symbolProperty).toBool() ? symbolColumnWidth : 0;
 }
 
 void paintSubmenuArrow(QPainter& painter, const QRectF& row, const QColor& color) {
@@ -188,7 +188,8 @@ int MenuStyle::rowWidth(const QString& title, const QString& shortcut, bool hasS
     const double end = shortcut.isEmpty()
                            ? titleMargin
                            : shortcutGap + textWidth(shortcut, shortcutStyle) + rightMargin + padding;
-    return static_cast<int>(std::ceil(textX + (hasSymbols ? symbolSpace : 0) + textWidth(title, widest) + end));
+    return static_cast<int>(
+        std::ceil(textX + (hasSymbols ? symbolColumnWidth : 0) + textWidth(title, widest) + end));
 }
 
 int MenuStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {

@@ -25,7 +25,7 @@ public:
     static constexpr double ringGap = 1.5;
     static constexpr double ringWidth = 1.5;
 
-    /// Shows the window's single ring on `control`, whose outline is `target`, moving it from its previous
+    /// Shows the program's single ring on `control`, whose outline is `target`, moving it from its previous
     /// control.
     static void showOn(QWidget& control, const FocusRingTarget& target);
     static void hideFrom(QWidget& control);

@@ -2,8 +2,6 @@
 
 #include "ui/settings/settings_pane.h"
 
-#include <array>
-
 namespace kestro {
 
 class Badge;

@@ -11,7 +11,7 @@
 
 #include <QWidget>
 
-#include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -36,12 +36,14 @@ protected:
     void add(QWidget* group);
     void addRoom(int height);
 
-    /// Calls `show` now, and whenever one of `values` has been assigned.
+    /// Calls `show` now, after each assignment of one of `values` while the pane is on the screen, and whenever it
+    /// appears there.
     template <typename... Values>
     void follow(std::function<void()> show, const Values&... values) {
         show();
-        (onScreen_.follow(values, show), ...);
+        const std::size_t index = shows_.size();
         shows_.push_back(std::move(show));
+        (onScreen_.follow(values, [this, index] { shows_[index](); }), ...);
     }
 
     /// A switch row with a two-way binding to a setting.
@@ -79,7 +81,11 @@ private:
     KestroServices services_;
     QVBoxLayout* stack_;
     std::vector<std::function<void()>> shows_;
-    WhileOnScreen onScreen_{*this, [this] { std::ranges::for_each(shows_, &std::function<void()>::operator()); }};
+    WhileOnScreen onScreen_{*this, [this] {
+                                for (const auto& show : shows_) {
+                                    show();
+                                }
+                            }};
 };
 
 }  // namespace kestro

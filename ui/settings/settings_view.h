@@ -13,7 +13,6 @@ namespace kestro {
 
 class ScrollArea;
 class TabStrip;
-class TextLabel;
 
 /// The content of the settings window: a header, a tab strip, and the selected tab, which scrolls below them. The
 /// selected tab is itself a setting. A tab is created when first selected; tabs cross-fade. Control+Tab goes to

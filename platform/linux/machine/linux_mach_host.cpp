@@ -44,7 +44,7 @@ LinuxMachHost::LinuxMachHost(const Clock& clock, std::string root, std::size_t p
       pools_(root),
       statPrefix_(initialStatPrefix) {
     if (readCores()) {
-        assignSlots();
+        updateSlots();
     }
 }
 
@@ -62,7 +62,7 @@ bool LinuxMachHost::readCores() {
     }
 }
 
-void LinuxMachHost::assignSlots() {
+void LinuxMachHost::updateSlots() {
     if (slots_.empty()) {
         std::ranges::sort(cores_, {}, [this](const CoreTicks& core) {
             return std::pair(topology_.isEfficiency(core.cpu), core.cpu);
@@ -103,7 +103,7 @@ std::optional<ProcessorLoadInfo> LinuxMachHost::hostProcessorInfo() {
     if (!readCores()) {
         return std::nullopt;
     }
-    assignSlots();
+    updateSlots();
     const std::size_t integerCount = slots_.size() * 4;
     std::int32_t* const integers = lendArray(integerCount);
     auto* next = integers;

@@ -49,7 +49,7 @@ private:
     };
 
     bool readCores();
-    void assignSlots();
+    void updateSlots();
     std::int32_t* lendArray(std::size_t integerCount);
 
     const Clock& clock_;

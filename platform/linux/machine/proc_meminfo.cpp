@@ -46,7 +46,7 @@ std::uint64_t difference(std::uint64_t a, std::uint64_t b) {
     return a > b ? a - b : 0;
 }
 
-/// The number of kibibytes at the beginning of `field`, in bytes.
+/// The number of kibibytes at the beginning of `rest`, in bytes.
 std::optional<std::uint64_t> parseKibibytes(std::string_view rest) {
     const auto kibibytes = parseTrimmed<std::uint64_t>(takeField(rest));
     if (!kibibytes || *kibibytes > largest / 1024) {

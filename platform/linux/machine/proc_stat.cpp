@@ -2,6 +2,7 @@
 
 #include "core/base/text.h"
 
+#include <algorithm>
 #include <array>
 
 namespace kestro {

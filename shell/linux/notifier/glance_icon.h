@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/linux/panel_colors.h"
+#include "shell/linux/panel_look.h"
 #include "shell/status_bar.h"
 
 #include <QImage>

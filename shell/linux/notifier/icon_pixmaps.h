@@ -2,7 +2,7 @@
 
 #include "shell/linux/notifier/bus_types.h"
 #include "shell/linux/notifier/presentation.h"
-#include "shell/linux/panel_colors.h"
+#include "shell/linux/panel_look.h"
 
 #include <QImage>
 

@@ -11,7 +11,6 @@
 #include <QDBusConnection>
 #include <QObject>
 
-#include <functional>
 #include <optional>
 
 namespace kestro {

@@ -1,6 +1,6 @@
 #include "shell/linux/strip/strip_item_view.h"
 
-#include "shell/linux/panel_colors.h"
+#include "shell/linux/panel_look.h"
 #include "shell/linux/strip/strip_layout.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"

@@ -4,8 +4,6 @@
 #include "ui/controls/transition.h"
 #include "ui/controls/view.h"
 
-#include <QString>
-
 #include <functional>
 
 namespace kestro {

@@ -1,6 +1,6 @@
 #include "shell/linux/strip/strip_layout.h"
 
-#include "shell/linux/panel_colors.h"
+#include "shell/linux/panel_look.h"
 #include "ui/paint/text_painter.h"
 
 #include <algorithm>

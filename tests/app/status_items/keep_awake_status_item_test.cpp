@@ -151,7 +151,7 @@ TEST_F(KeepAwakeStatusItemTest, OpensTheSettingsAtItsTab) {
 
     EXPECT_EQ(settings.selectedSettingsTab.get(), SettingsTab::keepAwake);
     ASSERT_EQ(mac.notifications.postings.size(), 1);
-    EXPECT_EQ(mac.notifications.postings[0].name, notificationNames::showSettings);
+    EXPECT_EQ(mac.notifications.postings[0].name, notification_names::showSettings);
     EXPECT_TRUE(mac.notifications.postings[0].userInfo.empty());
 }
 

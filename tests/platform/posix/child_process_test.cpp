@@ -136,7 +136,7 @@ TEST(RunChild, WritesTheInput) {
     EXPECT_EQ(run("/bin/cat", {})->standardOutput, "");
 }
 
-TEST(RunChild, StopsWhenNobodyWaits) {
+TEST(RunChild, StopsWhenTheCallerStopsWaiting) {
     int checks = 0;
     const auto output = runChild({.executable = "/bin/sh",
                                   .arguments = {"-c", "printf early; exec tail -f /dev/null"},
@@ -145,6 +145,16 @@ TEST(RunChild, StopsWhenNobodyWaits) {
 
     ASSERT_TRUE(output);
     EXPECT_EQ(output->exitStatus, 128 + SIGKILL);
+}
+
+TEST(RunChild, EndsWhereChildrenLeaveNoStatus) {
+    signal(SIGCHLD, SIG_IGN);
+
+    const auto output = shell("printf done");
+
+    signal(SIGCHLD, SIG_DFL);
+    ASSERT_TRUE(output);
+    EXPECT_EQ(output->standardOutput, "done");
 }
 
 TEST(RunChild, ConcurrentCallsDoNotInterfere) {

@@ -1,4 +1,4 @@
-#include "shell/panel_look.h"
+#include "shell/linux/panel_look.h"
 
 #include "ui/theme/status_colors.h"
 
@@ -21,6 +21,14 @@ QColor panelColor(StatusTitleColor role, PanelScheme scheme) {
         color.setAlphaF(status_colors::secondaryOpacity);
     }
     return color;
+}
+
+PanelLook panelLook(const PanelFacts& facts) {
+    // The top bars of these two are black regardless of the applications' colours.
+    const bool isAlwaysDark = facts.hostProcess == QLatin1StringView("gnome-shell") ||
+                              facts.desktops.contains(QLatin1StringView("Unity"));
+    const bool isDark = isAlwaysDark || facts.hostIsDark.value_or(facts.prefersDark.value_or(facts.isPaletteDark));
+    return {isDark ? PanelScheme::dark : PanelScheme::light, isAlwaysDark || facts.hostIsDark.has_value()};
 }
 
 }  // namespace kestro

@@ -1,4 +1,4 @@
-#include "shell/linux/panel_colors.h"
+#include "shell/linux/panel_look.h"
 
 #include "tests/shell/linux/notifier/sni_fixture.h"
 
@@ -90,4 +90,4 @@ TEST_F(PanelSchemeMonitorTest, IgnoresOtherSettingsAndValuesOfAnotherType) {
 }  // namespace
 }  // namespace kestro
 
-#include "panel_colors_test.moc"
+#include "panel_look_test.moc"
