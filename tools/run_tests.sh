@@ -14,6 +14,9 @@ scope=${2:-all}
 limit=${3:-900}
 results=build/$preset/results
 watch=$(dirname "${BASH_SOURCE[0]}")/watch_tests.sh
+# For the files of the tests. Sockets need a short path.
+scratch=$(mktemp -d /tmp/kestro-tests-XXXXXX)
+trap 'rm -rf "$scratch"' EXIT
 
 # --- processes of the run ---------------------------------------------------------------------------------
 
@@ -53,7 +56,8 @@ total_skipped=0
 
 show_counter() {
     [ -t 2 ] || return 0
-    printf '\r\e[K%d tests, %d failed, %s, %d s' $((total_passed + total_failed + total_skipped)) "$total_failed" \
+    # Without wrapping, since only one line can be cleared.
+    printf '\e[?7l\r\e[K%d tests, %d failed, %s, %d s\e[?7h' $((total_passed + total_failed + total_skipped)) "$total_failed" \
         "${running[*]}" "$SECONDS" >&2
 }
 clear_counter() { [ ! -t 2 ] || printf '\r\e[K' >&2; }
@@ -70,7 +74,7 @@ count() {  # OUTCOME PROGRAM
 }
 
 show_output() {  # RUN FIRST LAST
-    sed -n "$2,$3p" "$results/$1.log" >&2
+    [ "$2" -gt "$3" ] || sed -n "$2,$3p" "$results/$1.log" >&2
 }
 
 program_ended() {  # PROGRAM
@@ -88,10 +92,15 @@ program_ended() {  # PROGRAM
 
 now() { printf '%s' $((${EPOCHREALTIME/[.,]/} / 1000)); }  # milliseconds
 
-environment=("KESTRO_TEST_RUN=$$")
+environment=("KESTRO_TEST_RUN=$$" "TMPDIR=$scratch")
+# The caller's settings of the test framework would change what runs.
+cleared=()
+for variable in $(compgen -e GTEST_ || true); do
+    cleared+=(-u "$variable")
+done
 set_environment() {
     # Hostile settings, because the tests must not depend on the caller's session.
-    mapfile -t -O 1 environment < <(grep '^[A-Z_]*=' tests/hostile_environment)
+    mapfile -t -O "${#environment[@]}" environment < <(grep '^[A-Z_]*=' tests/hostile_environment)
     # Quoted, because the path can have spaces, and absolute, because some programs run in other folders.
     if [ "$preset" = asan ]; then
         environment+=("LSAN_OPTIONS=print_suppressions=0 suppressions='$PWD/tools/leak_sanitizer.supp'")
@@ -113,9 +122,13 @@ start_run() {  # PROGRAM/SHARD/SHARDS
         running+=("$name")
     fi
     # Background processes of a script ignore interrupts by default.
-    "$watch" "$name $shard" "$results/$name.$shard.log" "$limit" \
-        env --default-signal=INT,QUIT "${environment[@]}" GTEST_SHARD_INDEX="$shard" GTEST_TOTAL_SHARDS="$shards" \
-        "build/$preset/tests/$name" --gtest_color=no --gtest_brief=0 >"$results/events" &
+    {
+        "$watch" "$name $shard" "$results/$name.$shard.log" "$limit" \
+            env --default-signal "${cleared[@]}" "${environment[@]}" GTEST_SHARD_INDEX="$shard" \
+            GTEST_TOTAL_SHARDS="$shards" "build/$preset/tests/$name" --gtest_color=no --gtest_brief=0 ||
+            printf '%s broken 1 0 its watcher exited with status %d\n' "$name $shard" $?
+        printf '%s ended\n' "$name $shard"
+    } >"$results/events" 9>&- &
 }
 
 run_ended() {  # PROGRAM
@@ -174,6 +187,9 @@ shards_of() {  # PROGRAM SHARDS
     done
 }
 
+mkdir -p "build/$preset"
+exec 9>"build/$preset/tests.lock"
+flock -n 9 || fail "another run tests build/$preset"
 rm -rf "$results"
 mkdir -p "$results"
 units=()
@@ -191,7 +207,7 @@ set_environment
 mkfifo "$results/events"
 exec {events}<>"$results/events"
 # A test program that crashed or hung leaves its child processes behind.
-trap 'end_members; wait' EXIT
+trap 'end_members; wait; rm -rf "$scratch"' EXIT
 trap 'stop_tests 130' INT
 trap 'stop_tests 131' QUIT
 trap 'stop_tests 143' TERM HUP

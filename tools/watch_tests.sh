@@ -6,7 +6,6 @@
 #   LABEL skipped                 a test was skipped
 #   LABEL failed FIRST LAST       a test failed; its output is in these lines of LOG
 #   LABEL broken FIRST LAST WHY   the program crashed, hung or exited in a way that its tests do not explain
-#   LABEL ended                   always the last event
 set -uo pipefail
 # The output can be any bytes. PROGRAM sets its own locale.
 LC_ALL=C
@@ -120,7 +119,7 @@ report_broken() {  # WHY
 }
 
 exec {logFile}>"$log"
-read_output < <({ timeout --kill-after=10 "$limit" "$@" 2>&1; printf '%s %s\n' "$mark" $?; } 2>/dev/null)
+# What the limit itself prints, such as of core dumps, is not the program's.
+read_output < <({ timeout --kill-after=10 "$limit" sh -c 'exec "$@" 2>&1' sh "$@"; printf '%s %s\n' "$mark" $?; } 2>/dev/null)
 why=$(what_broke)
 [ -z "$why" ] || report_broken "$why"
-event ended

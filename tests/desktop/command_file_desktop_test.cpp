@@ -1,8 +1,11 @@
+#include "platform/posix/descriptor.h"
 #include "tests/desktop/shell_fixture.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
+#include <QTemporaryFile>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -37,6 +40,14 @@ std::string obstacleToTheSharedFile() {
         return "this user does not own it alone";
     }
     return isKestroRunning() ? "a Kestro listens to it" : "";
+}
+
+constexpr uid_t nobody = 65534;
+
+/// Root may, unless it lacks the capability or its user namespace has no other user.
+bool canGiveFilesAway() {
+    QTemporaryFile file;
+    return geteuid() == 0 && file.open() && ::fchown(file.handle(), nobody, nobody) == 0;
 }
 
 struct CommandFileOnTheDesktop : ShellFixture {
@@ -115,17 +126,17 @@ TEST_F(CommandFileOnTheDesktop, IsInTmpForTheShippedProgram) {
     const bool existedBefore = QFileInfo::exists(QString::fromUtf8(sharedFile));
     launch({}, KestroProgram::shipped);
 
-    QFile file(QString::fromUtf8(sharedFile));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("settings\n");
-    file.close();
+    const auto cleanUp = qScopeGuard([existedBefore] {
+        if (!existedBefore) {
+            ::unlink(sharedFile);
+        }
+    });
+    const Descriptor file(::open(sharedFile, O_WRONLY | O_NOFOLLOW | O_CLOEXEC));
+    ASSERT_EQ(::write(file.get(), "settings\n", 9), 9);
 
     EXPECT_TRUE(appears(settings));
-    EXPECT_EQ(QFileInfo(file).size(), 0);
+    EXPECT_EQ(QFileInfo(QString::fromUtf8(sharedFile)).size(), 0);
     EXPECT_FALSE(QFileInfo::exists(commandFile()));
-    if (!existedBefore) {
-        EXPECT_TRUE(file.remove());
-    }
 }
 
 TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnything) {
@@ -154,8 +165,7 @@ TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnything) {
     place("dashboard", S_IRUSR | S_IWUSR | S_IWOTH);
     expectTheNextWordIsObeyed();
 
-    if (geteuid() == 0) {
-        constexpr uid_t nobody = 65534;
+    if (canGiveFilesAway()) {
         place("dashboard", S_IRUSR | S_IWUSR, [](const QString& file) {
             EXPECT_EQ(::chown(QFile::encodeName(file).constData(), nobody, nobody), 0);
         });

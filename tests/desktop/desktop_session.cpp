@@ -109,6 +109,11 @@ DesktopSession::~DesktopSession() {
         QDBusConnection::disconnectFromBus(name);
     }
     for (auto process = processes_.rbegin(); process != processes_.rend(); ++process) {
+        if (*process == processes_.front()) {
+            // The display, which then removes its socket.
+            (*process)->terminate();
+            (*process)->waitForFinished(1000);
+        }
         (*process)->kill();
         (*process)->waitForFinished(patience);
     }
@@ -218,16 +223,15 @@ bool DesktopSession::hasKestroFailed() const {
             kestro_->exitCode() != 0);
 }
 
-void DesktopSession::reportKestro() const {
-    const QString printed = QString::fromUtf8(kestro_->readAll());
+std::string DesktopSession::kestroFailure() const {
     if (kestro_->error() == QProcess::FailedToStart) {
-        ADD_FAILURE() << kestro_->program().toStdString() << ": " << kestro_->errorString().toStdString();
-    } else {
-        ADD_FAILURE() << "Kestro "
-                      << (kestro_->exitStatus() == QProcess::CrashExit ? "crashed: signal " : "ended: ")
-                      << kestro_->exitCode() << '\n'
-                      << printed.toStdString();
+        return (kestro_->program() + QStringLiteral(": ") + kestro_->errorString()).toStdString();
     }
+    const QString how = kestro_->exitStatus() == QProcess::CrashExit ? QStringLiteral("crashed: signal ")
+                                                                     : QStringLiteral("ended: ");
+    return (QStringLiteral("Kestro ") + how + QString::number(kestro_->exitCode()) + QLatin1Char('\n') +
+            QString::fromUtf8(kestro_->readAll()))
+        .toStdString();
 }
 
 void DesktopSession::startPanel() {

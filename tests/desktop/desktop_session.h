@@ -4,6 +4,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDir>
 #include <QImage>
 #include <QPoint>
 #include <QProcess>
@@ -16,6 +17,8 @@
 
 #include <memory>
 #include <optional>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace kestro {
@@ -50,8 +53,8 @@ public:
     /// Starts Kestro with additional environment variables. Returns the new process.
     QProcess& startKestro(const QStringList& variables = {}, KestroProgram program = KestroProgram::underTest);
 
-    /// Waits until `condition` holds. False: it timed out, or the Kestro started last has crashed or exited with
-    /// an error. In the latter case the wait ends at once and the test fails with the program's output.
+    /// Waits until `condition` holds; false: it timed out. Throws the program's output, which ends the test, as
+    /// soon as the Kestro started last has crashed or exited with an error.
     template <typename Condition>
     bool waitFor(Condition condition) const {
         bool holds = false;
@@ -60,7 +63,7 @@ public:
             return holds || hasKestroFailed();
         });
         if (!holds && hasKestroFailed()) {
-            reportKestro();
+            throw std::runtime_error(kestroFailure());
         }
         return holds;
     }
@@ -125,11 +128,11 @@ private:
     bool startWindowManager();
     QString startBus(const QString& socket, const QString& services = {});
     bool hasKestroFailed() const;
-    void reportKestro() const;
+    std::string kestroFailure() const;
     std::vector<qint64> processesOfSession() const;
 
-    // Always below /tmp: a bus needs a short path without spaces, and the display has its socket there anyway.
-    QTemporaryDir folder_{QStringLiteral("/tmp/kestro-desktop-XXXXXX")};
+    // A bus needs a short path without spaces, which the runner of the tests provides.
+    QTemporaryDir folder_{QDir::tempPath() + QStringLiteral("/desktop-XXXXXX")};
     QProcessEnvironment environment_;
     DesktopPanel panel_;
     QString failure_;

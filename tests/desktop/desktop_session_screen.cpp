@@ -2,16 +2,26 @@
 #include "tests/support/places.h"
 
 #include <QDir>
+#include <QFile>
 #include <QRegularExpression>
+
+#include <stdexcept>
 
 namespace kestro {
 
 QImage DesktopSession::screenshot(const QString& name) const {
+    const QString file = path(QStringLiteral("screenshot.png"));
+    QFile::remove(file);
+    output(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), file});
+    const QImage picture(file);
+    if (picture.isNull()) {
+        throw std::runtime_error("no picture of the screen: " + name.toStdString());
+    }
+    QFile::remove(file);
     const QString folder = QString::fromStdString(buildTree() + "/tests/pictures");
     QDir().mkpath(folder);
-    const QString file = folder + QLatin1Char('/') + name + QStringLiteral(".png");
-    output(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), file});
-    return QImage(file);
+    picture.save(folder + QLatin1Char('/') + name + QStringLiteral(".png"));
+    return picture;
 }
 
 void DesktopSession::moveTo(QPoint position) const {

@@ -1,6 +1,6 @@
 #include "tests/desktop/desktop_session.h"
 
-#include <gtest/gtest-spi.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace kestro {
@@ -12,7 +12,12 @@ TEST(DesktopSession, ReportsTheOutputOfAProgramThatFailedToStart) {
     const QProcess& kestro = session.startKestro({QStringLiteral("DISPLAY=:60999")});
     ASSERT_TRUE(waitUntil([&] { return kestro.state() == QProcess::NotRunning; }));
 
-    EXPECT_NONFATAL_FAILURE(session.waitFor([] { return false; }), "could not connect to display :60999");
+    try {
+        session.waitFor([] { return false; });
+        FAIL() << "waits for a program that has ended";
+    } catch (const std::runtime_error& failure) {
+        EXPECT_THAT(failure.what(), testing::HasSubstr("could not connect to display :60999"));
+    }
 }
 
 }  // namespace

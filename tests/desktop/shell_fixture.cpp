@@ -7,16 +7,21 @@
 #include <QThread>
 #include <QVariantMap>
 
+#include <stdexcept>
+
 namespace kestro {
 
 ShellFixture::ShellFixture(DesktopPanel panel) : session(panel), panel_(panel) {}
 
 void ShellFixture::launch(const QStringList& variables, KestroProgram program) {
-    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    if (!session.failure().isEmpty()) {
+        throw std::runtime_error(session.failure().toStdString());
+    }
     kestro = &session.startKestro(variables, program);
     const auto hasEnded = [&] { return kestro->state() == QProcess::NotRunning; };
-    ASSERT_TRUE(session.waitFor([&] { return showsFigures() || hasEnded(); }));
-    ASSERT_FALSE(hasEnded()) << "Kestro has quit: " << kestro->readAll().toStdString();
+    if (!session.waitFor([&] { return showsFigures() || hasEnded(); }) || hasEnded()) {
+        throw std::runtime_error("Kestro shows no figures: " + kestro->readAll().toStdString());
+    }
 }
 
 bool ShellFixture::showsFigures() const {
@@ -76,7 +81,7 @@ bool ShellFixture::appears(const QString& title) const {
 }
 
 bool ShellFixture::disappears(const QString& title) const {
-    return waitUntil([&] { return !window(title).has_value(); });
+    return session.waitFor([&] { return !window(title).has_value(); });
 }
 
 QRect ShellFixture::settledFrame(const QString& title, const QRect& expected) const {

@@ -16,7 +16,8 @@ class ShellFixture : public testing::Test {
 protected:
     explicit ShellFixture(DesktopPanel panel = DesktopPanel::none);
 
-    /// Starts the program and waits until its readout shows figures on the strip or in the panel.
+    /// Starts the program and waits until its readout shows figures on the strip or in the panel. Throws what it
+    /// printed if it does not, which ends the test.
     void launch(const QStringList& variables = {}, KestroProgram program = KestroProgram::underTest);
 
     /// Writes a word into the command file once the previous one has been consumed.

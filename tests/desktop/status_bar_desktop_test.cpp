@@ -58,6 +58,8 @@ QStringList filesLeft(const DesktopSession& session, const QStringList& before) 
     }
     left.removeAll(QStringLiteral("config/kestro/preferences.json"));
     left.removeAll(QStringLiteral("runtime/.kestro_cmd"));
+    // What a panel is writing.
+    left.removeIf([](const QString& file) { return file.startsWith(QStringLiteral("config/glib-2.0/")); });
     return left;
 }
 
@@ -123,10 +125,12 @@ TEST(StatusBarOnMate, SurvivesACrashAndRestartOfThePanel) {
     session.killPanel();
     ASSERT_TRUE(waitUntil([&] { return client.items().isEmpty(); }));
     session.startPanel();
-    const QString item = client.waitForItem();
 
-    ASSERT_FALSE(item.isEmpty());
-    EXPECT_TRUE(waitUntil([&] { return showsMemory(client, item); }));
+    // A panel that is starting may lose its items once and get new ones.
+    EXPECT_TRUE(session.waitFor([&] {
+        const auto item = client.item(QStringLiteral("kestro-main"));
+        return item && showsMemory(client, *item);
+    }));
     EXPECT_EQ(kestro.state(), QProcess::Running);
     EXPECT_EQ(kestro.processId(), before);
     session.screenshot(QStringLiteral("mate-panel-restarted"));
@@ -150,7 +154,7 @@ TEST(StatusBarOnMate, QuitsThroughItsMenuAndLeavesOnlyThePreferences) {
     ASSERT_TRUE(waitUntil([&] { return kestro.state() == QProcess::NotRunning; }));
     EXPECT_EQ(kestro.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(kestro.exitCode(), 0);
-    EXPECT_EQ(filesLeft(session, before), QStringList());
+    EXPECT_EQ(filesLeft(session, before).join(QLatin1Char(' ')).toStdString(), "");
 }
 
 TEST(StatusBarOnMate, OpensItsMenuOnARightClick) {
@@ -244,7 +248,7 @@ TEST(StatusBarWithoutAPanel, QuitsThroughTheMenuOfTheStrip) {
     ASSERT_TRUE(waitUntil([&] { return kestro.state() == QProcess::NotRunning; }));
     EXPECT_EQ(kestro.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(kestro.exitCode(), 0);
-    EXPECT_EQ(filesLeft(session, filesBefore), QStringList());
+    EXPECT_EQ(filesLeft(session, filesBefore).join(QLatin1Char(' ')).toStdString(), "");
 }
 
 TEST(StatusBarWithoutAPanel, MovesToAPanelThatStarts) {

@@ -1,5 +1,6 @@
 #include "app/application.h"
 
+#include <cstdio>
 #include <cstdlib>
 
 /// The program as shipped, except that its command file is in the session's runtime directory, so that
@@ -7,6 +8,7 @@
 int main(int /*argumentCount*/, char** arguments) {
     const char* const runtimeDirectory = std::getenv("XDG_RUNTIME_DIR");
     if (runtimeDirectory == nullptr) {
+        std::fputs("XDG_RUNTIME_DIR is not set\n", stderr);
         return EXIT_FAILURE;
     }
     return kestro::runApplication(arguments, std::string(runtimeDirectory) + "/.kestro_cmd");

@@ -49,8 +49,9 @@ private:
     }
 
     static void forgetTheSession() {
-        constexpr std::array<std::string_view, 9> prefixes{
-            "QT_", "XDG_", "KDE_", "GNOME_", "GTK_", "DESKTOP_SESSION", "DISPLAY", "WAYLAND_", "SESSION_MANAGER"};
+        constexpr std::array<std::string_view, 11> prefixes{
+            "QT_",  "FONTCONFIG_",     "FREETYPE_", "XDG_",     "KDE_",           "GNOME_",
+            "GTK_", "DESKTOP_SESSION", "DISPLAY",   "WAYLAND_", "SESSION_MANAGER"};
         for (const QString& variable : QProcessEnvironment::systemEnvironment().keys()) {
             const QByteArray name = variable.toLocal8Bit();
             const std::string_view view(name.constData(), static_cast<std::size_t>(name.size()));

@@ -162,10 +162,10 @@ TEST_F(RunTests, NamesTheTestThatCrashed) {
 TEST_F(RunTests, KillsAProgramThatHangs) {
     addProgram("some_tests", "Fine.Passes:Bad.Hangs");
 
-    run("all 1");
+    run("all 5");
 
     EXPECT_EQ(errors,
-              "--- some_tests: timed out after 1 s, in Bad.Hangs\n"
+              "--- some_tests: timed out after 5 s, in Bad.Hangs\n"
               "[ RUN      ] Bad.Hangs\n");
     EXPECT_EQ(lastLine(), "1 passed, 1 failed\n");
 }
@@ -221,6 +221,46 @@ TEST_F(RunTests, CountsAProgramWithoutTestsAsAFailure) {
     EXPECT_EQ(errors, "--- some_tests: ran no test\n");
     EXPECT_EQ(lastLine(), "0 passed, 1 failed\n");
     EXPECT_EQ(WEXITSTATUS(status), 1);
+}
+
+TEST_F(RunTests, CountsAKilledWatcherAsAFailure) {
+    addScript("some_tests",
+              "parent() { cut -d ' ' -f 4 /proc/$1/stat; }\n"
+              "kill -KILL $(parent $(parent $PPID))");
+
+    run();
+
+    EXPECT_THAT(errors, HasSubstr("--- some_tests: its watcher exited with status 137\n"));
+    EXPECT_EQ(lastLine(), "0 passed, 1 failed\n");
+}
+
+TEST_F(RunTests, RefusesASecondRunInTheSameFolder) {
+    addProgram("some_tests", "Fine.Passes");
+
+    shell("exec 8>build/fake/tests.lock && flock 8 && \"$run\" fake");
+
+    EXPECT_EQ(errors, "dev: another run tests build/fake\n");
+    EXPECT_EQ(WEXITSTATUS(status), 1);
+}
+
+TEST_F(RunTests, IgnoresTheCallersSettingsOfTheTestFramework) {
+    addProgram("some_tests", "Fine.Passes*");
+
+    shell("GTEST_REPEAT=2 GTEST_OUTPUT=xml \"$run\" fake");
+
+    EXPECT_EQ(lastLine(), "2 passed, 0 failed\n") << errors;
+    EXPECT_FALSE(fs::exists(folder / "test_detail.xml"));
+}
+
+TEST_F(RunTests, RemovesTheTemporaryFilesOfTheTests) {
+    addScript("some_tests", "mkdir \"${TMPDIR:?}/left\" && echo \"$TMPDIR\" >place");
+
+    run();
+
+    std::string place;
+    std::ifstream(folder / "place") >> place;
+    EXPECT_THAT(place, testing::StartsWith("/tmp/kestro-tests-"));
+    EXPECT_FALSE(fs::exists(place));
 }
 
 TEST_F(RunTests, FailsWithoutPrograms) {

@@ -210,7 +210,7 @@ TEST_F(DesktopPowerAssertionsTest, AServiceThatLeftUnnoticedRevokesTheAssertion)
 }
 
 TEST_F(DesktopPowerAssertionsTest, AHangingServiceIsSkippedAndItsLateGrantReleased) {
-    timing = {20ms, 30ms};
+    timing = {20ms, 500ms};
     const auto gnome = service(InhibitionBackend::gnomeSessionManager);
     const auto kde = service(InhibitionBackend::kdePolicyAgent);
     gnome->hold(true);

@@ -252,17 +252,19 @@ TEST_F(LinuxFileEventsTest, RejectsAFileThatOthersMayWriteTo) {
 }
 
 TEST_F(LinuxFileEventsTest, RejectsAFileOfAnotherUser) {
-    if (geteuid() == 0) {
-        chown(path.c_str(), 65534, 65534);
-
-        const auto source = watch();
-
-        write("theirs");
-        EXPECT_EQ(events.read(path), std::nullopt);
-        expectOnlyTheReplacementIsSeen();
-    } else {
+    if (geteuid() != 0) {
         EXPECT_EQ(events.read("/etc/hostname"), std::nullopt);
+        return;
     }
+    if (chown(path.c_str(), 65534, 65534) != 0) {
+        GTEST_SKIP() << "this root cannot give files away";
+    }
+
+    const auto source = watch();
+
+    write("theirs");
+    EXPECT_EQ(events.read(path), std::nullopt);
+    expectOnlyTheReplacementIsSeen();
 }
 
 TEST_F(LinuxFileEventsTest, TrustsAFileOnceNoOtherUserMayWriteToIt) {
