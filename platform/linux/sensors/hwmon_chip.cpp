@@ -6,7 +6,9 @@
 #include <array>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <tuple>
+#include <utility>
 
 namespace kestro {
 namespace {
@@ -57,6 +59,18 @@ std::string devicePath(const std::string& directory) {
     return path;
 }
 
+/// The chip's name, and where its attributes are: beside the name. That is the class device or, for drivers that
+/// register the old way (hwmon_device_register), such as applesmc, the parent device.
+std::optional<std::pair<std::string, std::string>> nameAndAttributes(const std::string& directory) {
+    for (const auto& attributes : {directory, directory + "/device"}) {
+        const auto text = readFile(attributes + "/name");
+        if (auto name = text ? displayText(*text) : std::nullopt) {
+            return std::pair(*std::move(name), attributes);
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 ChipKind chipKind(std::string_view name) {
@@ -76,11 +90,11 @@ std::vector<HwmonChip> listHwmonChips(const std::string& root) {
     const auto parent = pathUnder(root, "/sys/class/hwmon");
     for (const auto& entry : listDirectory(parent)) {
         const auto directory = parent + "/" + entry;
-        const auto text = entry.starts_with("hwmon") ? readFile(directory + "/name") : std::nullopt;
-        auto name = text ? displayText(*text) : std::nullopt;
-        if (name && chips.size() < chipLimit) {
-            const auto kind = chipKind(*name);
-            chips.push_back({directory, devicePath(directory), std::move(*name), kind});
+        auto found = entry.starts_with("hwmon") ? nameAndAttributes(directory) : std::nullopt;
+        if (found && chips.size() < chipLimit) {
+            auto& [name, attributes] = *found;
+            const auto kind = chipKind(name);
+            chips.push_back({std::move(attributes), devicePath(directory), std::move(name), kind});
         }
     }
     std::ranges::stable_sort(chips, {}, [](const HwmonChip& chip) {

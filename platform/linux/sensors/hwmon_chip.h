@@ -21,12 +21,12 @@ enum class ChipKind : std::uint8_t {
     repeating,   ///< duplicates the readings of another chip
 };
 
-/// Determined by the chip's name (hwmonN/name), which drivers keep stable.
+/// Determined by the chip's name, which drivers keep stable.
 ChipKind chipKind(std::string_view name);
 
 /// A sensor chip of /sys/class/hwmon (Documentation/hwmon/sysfs-interface.rst).
 struct HwmonChip {
-    std::string directory;  ///< changes when the kernel renumbers chips
+    std::string directory;  ///< of its attributes; changes when the kernel renumbers chips
     std::string device;     ///< path of the parent device; stable in combination with the name
     std::string name;
     ChipKind kind = ChipKind::other;

@@ -61,8 +61,11 @@ void HwmonFans::addFans(const HwmonChip& chip) {
         Fan fan;
         fan.identity = chip.device + "|" + chip.name + "|" + label.value_or(attribute);
         fan.input = PersistentFile(path + "_input", stayGone);
-        if (isReadable(path + "_target")) {
-            fan.target.emplace(path + "_target", stayGone);
+        // The second is that of applesmc.
+        for (const char* const target : {"_target", "_output"}) {
+            if (!fan.target && isReadable(path + target)) {
+                fan.target.emplace(path + target, stayGone);
+            }
         }
         fan.gate = SleepGate(chip);
         fan.minimum.path = path + "_min";
@@ -123,7 +126,10 @@ std::optional<double> HwmonFans::speed(std::size_t fan) {
 
 std::optional<double> HwmonFans::target(std::size_t fan) {
     auto& source = fans_[listed_[fan]];
-    return !source.target || source.gate.isAsleep(buffer_) ? std::nullopt : read(*source.target);
+    const auto target = !source.target || source.gate.isAsleep(buffer_) ? std::nullopt : read(*source.target);
+    // Some chips report the limit of a register.
+    const bool isBeyondLimit = target && source.maximum.value && *target > *source.maximum.value;
+    return isBeyondLimit ? std::nullopt : target;
 }
 
 }  // namespace kestro

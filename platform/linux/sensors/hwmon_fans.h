@@ -29,7 +29,7 @@ public:
     /// nullopt: no reading at the moment, or an implausible one. The fan of a sleeping graphics card reads 0.
     std::optional<double> speed(std::size_t fan);
 
-    /// nullopt: the fan has no such value.
+    /// nullopt: the fan has no such value, or one above its maximum.
     std::optional<double> target(std::size_t fan);
     std::optional<double> minimum(std::size_t fan) const { return fanAt(fan).minimum.value; }
     std::optional<double> maximum(std::size_t fan) const { return fanAt(fan).maximum.value; }

@@ -50,6 +50,24 @@ TEST(ListHwmonChips, OrdersByDeviceRegardlessOfNumbers) {
     EXPECT_TRUE(chips[0].device.ends_with("/sys/devices/platform/a.0"));
 }
 
+TEST(ListHwmonChips, FindsTheAttributesOfOldDriversOnTheParent) {
+    TemporaryTree tree;
+    const std::string parent = "/sys/devices/platform/applesmc.768";
+    tree.write(parent + "/name", "applesmc\n")
+        .write(parent + "/fan1_input", "2000\n")
+        .write(parent + "/hwmon/hwmon3/uevent", "")
+        .write("/sys/class/hwmon/x", "");
+    std::filesystem::create_directory_symlink(tree.root() + parent, tree.root() + parent + "/hwmon/hwmon3/device");
+    std::filesystem::create_directory_symlink(tree.root() + parent + "/hwmon/hwmon3",
+                                              tree.root() + "/sys/class/hwmon/hwmon3");
+
+    const auto chips = listHwmonChips(tree.root());
+
+    ASSERT_EQ(names(chips), (std::vector<std::string>{"applesmc"}));
+    EXPECT_TRUE(chips[0].device.ends_with(parent));
+    EXPECT_EQ(listInputs(chips[0], "fan"), (std::vector<std::uint32_t>{1}));
+}
+
 TEST(ListHwmonChips, SkipsChipsWithoutAReadableName) {
     TemporaryTree tree;
     tree.write("/sys/class/hwmon/hwmon0/name", "\xFF\xFE")

@@ -137,6 +137,37 @@ TEST(LinuxSMCService, ListsALabelledMainboardHeaderWhoseFanIsStopped) {
     EXPECT_EQ(Controller(tree.root()).value("FNum"), 1);
 }
 
+TEST(LinuxSMCService, ReadsAnIntelMacsFans) {
+    TemporaryTree tree;
+    tree.write(at("device/name"), "applesmc\n")
+        .write(at("device/fan1_input"), "2160\n")
+        .write(at("device/fan1_min"), "2000\n")
+        .write(at("device/fan1_max"), "6200\n")
+        .write(at("device/fan1_output"), "2160\n")
+        .write(at("device/fan1_label"), "Left side  \n");
+    Controller controller(tree.root());
+
+    EXPECT_EQ(controller.value("FNum"), 1);
+    EXPECT_EQ(controller.value("F0Ac"), 2160);
+    EXPECT_EQ(controller.value("F0Mn"), 2000);
+    EXPECT_EQ(controller.value("F0Mx"), 6200);
+    EXPECT_EQ(controller.value("F0Tg"), 2160);
+}
+
+TEST(LinuxSMCService, HasNoTargetBeyondTheMaximum) {
+    TemporaryTree tree;
+    tree.write(at("name"), "nct6779\n")
+        .write(at("fan1_input"), "900\n")
+        .write(at("fan1_max"), "3000\n")
+        .write(at("fan1_target"), "27000\n");
+    Controller controller(tree.root());
+
+    EXPECT_FALSE(controller.value("F0Tg"));
+
+    tree.write(at("fan1_target"), "2900\n");
+    EXPECT_EQ(controller.value("F0Tg"), 2900);
+}
+
 TEST(LinuxSMCService, HasNoControllerWithoutFansAndFindsOneThatAppears) {
     TemporaryTree tree;
     tree.copyFrom("vm");
