@@ -60,6 +60,10 @@ std::optional<std::vector<InterfaceEntry>> KernelInterfaceSource::list() {
         result.flags = entry->ifa_flags;
         if (entry->ifa_addr != nullptr) {
             result.address = asAddress(*entry->ifa_addr);
+        } else if (entry->ifa_data != nullptr) {
+            // The link of an interface without a hardware address: tun, WireGuard, PPP, a modem. Only links have
+            // data.
+            result.address = InterfaceAddress{.family = AddressFamily::link};
         }
         entries.push_back(std::move(result));
     }
