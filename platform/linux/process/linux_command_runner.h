@@ -9,8 +9,8 @@ namespace kestro {
 class LinuxCommandRunner final : public CommandRunner {
 public:
     explicit LinuxCommandRunner(const std::string& root = "/",
-                                ProcessTable::UptimeSource uptime = ProcessTable::bootClock)
-        : processes_(root, std::move(uptime)) {}
+                                ProcessTable::Time time = ProcessTable::ofThisMachine())
+        : processes_(root, std::move(time)) {}
 
     /// For "/bin/ps" the argument "-r" sorts by processor use and "-m" by resident memory; the columns are
     /// always pid, %cpu, %mem, rss and comm.

@@ -12,9 +12,11 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <climits>
 #include <ctime>
 #include <iterator>
+#include <thread>
 
 namespace kestro {
 
@@ -22,6 +24,15 @@ namespace {
 
 /// Shorter intervals are too coarse with the kernel's 10 ms ticks.
 constexpr double shortestMeasure = 0.4;
+
+/// Over longer ones a process that was busy long ago would still lead the list.
+constexpr double longestMeasure = 5;
+
+double secondsOf(clockid_t clock) {
+    timespec now{};
+    clock_gettime(clock, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
 
 double ticksPerSecond() {
     static const double ticks = static_cast<double>(std::max(sysconf(_SC_CLK_TCK), 1L));
@@ -60,15 +71,14 @@ std::string nameAsCommand(std::string_view name) {
 
 }  // namespace
 
-double ProcessTable::bootClock() {
-    timespec now{};
-    clock_gettime(CLOCK_BOOTTIME, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+ProcessTable::Time ProcessTable::ofThisMachine() {
+    return {[] { return secondsOf(CLOCK_BOOTTIME); }, [] { return secondsOf(CLOCK_MONOTONIC); },
+            [](double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }};
 }
 
-ProcessTable::ProcessTable(const std::string& root, UptimeSource uptime)
+ProcessTable::ProcessTable(const std::string& root, Time time)
     : procDescriptor_(open((root + "/proc").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
-      uptime_(std::move(uptime)) {}
+      time_(std::move(time)) {}
 
 ProcessTable::~ProcessTable() {
     if (procDescriptor_ >= 0) {
@@ -128,6 +138,14 @@ void ProcessTable::scan() {
     if (!std::ranges::is_sorted(processes.begin(), end, {}, &Process::pid)) {
         std::ranges::sort(processes.begin(), end, {}, &Process::pid);
     }
+    newest_.time = time_.awake();
+}
+
+void ProcessTable::scanAfterAPause() {
+    std::swap(newest_, baseline_);
+    next_.time = -1;
+    time_.wait(shortestMeasure);
+    scan();
 }
 
 void ProcessTable::chooseBaseline() {
@@ -138,8 +156,8 @@ void ProcessTable::chooseBaseline() {
 }
 
 void ProcessTable::measure() {
-    const double now = newest_.time;
-    const double elapsed = now - baseline_.time;
+    const double now = time_.sinceBoot();
+    const double elapsed = newest_.time - baseline_.time;
     std::size_t earlier = 0;
     for (std::size_t index = 0; index < newest_.count; ++index) {
         auto& process = newest_.processes[index];
@@ -165,7 +183,9 @@ std::string ProcessTable::command(const Process& process) const {
     std::array<char, PATH_MAX> target;
     const auto length = readlinkat(procDescriptor_, path.data(), target.data(), target.size());
     if (length <= 0) {
-        return nameAsCommand(process.name);
+        // Those of other users are not readable.
+        const std::string argument = firstArgument(process);
+        return argument.empty() ? nameAsCommand(process.name) : argument;
     }
     std::string_view text(target.data(), static_cast<std::size_t>(length));
     constexpr std::string_view deleted = " (deleted)";
@@ -175,11 +195,28 @@ std::string ProcessTable::command(const Process& process) const {
     return validText(text);
 }
 
+std::string ProcessTable::firstArgument(const Process& process) const {
+    std::array<char, 32> path;
+    *fmt::format_to_n(path.data(), path.size() - 1, "{}/cmdline", process.pid).out = '\0';
+    const Descriptor file(openat(procDescriptor_, path.data(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    std::array<char, PATH_MAX> text;
+    const auto length = file.isOpen() ? ::read(file.get(), text.data(), text.size()) : 0;
+    std::string_view argument(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+    argument = argument.substr(0, argument.find('\0'));
+    // A process may write anything there. The kernel cuts its name of the executable at 15 bytes.
+    const auto fileName = argument.substr(argument.rfind('/') + 1);
+    const bool fits = process.name.size() == 15 ? fileName.starts_with(process.name) : fileName == process.name;
+    const bool isPath = argument.starts_with('/') || argument.find('/') == argument.npos;
+    return fits && isPath && !fileName.empty() ? validText(argument) : std::string();
+}
+
 std::string ProcessTable::list(Order order) {
     const std::lock_guard guard(mutex_);
     scan();
-    newest_.time = uptime_();
     chooseBaseline();
+    if (baseline_.time >= 0 && newest_.time - baseline_.time > longestMeasure) {
+        scanAfterAPause();
+    }
     measure();
 
     ranking_.resize(newest_.count);

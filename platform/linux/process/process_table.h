@@ -11,32 +11,37 @@ namespace kestro {
 /// The processes of this machine, listed as the process-status tool would, straight from /proc.
 ///
 /// CPU use is measured between two listings at least 0.4 s apart, as `top` does; a process missing from the
-/// earlier one is measured from its start. Any thread; concurrent listings are serialised. Lists nothing if /proc
-/// cannot be read.
+/// earlier one is measured from its start. When the earlier listing is more than five seconds old, such as after
+/// the windows were closed, it is taken anew and the call blocks for 0.4 s. Any thread; concurrent listings are
+/// serialised. Lists nothing if /proc cannot be read.
 class ProcessTable {
 public:
     enum class Order { processor, residentMemory };
 
-    /// Seconds since boot, suspended time included.
-    using UptimeSource = std::function<double()>;
+    /// The clocks of the machine, in seconds, and a pause.
+    struct Time {
+        std::function<double()> sinceBoot;         ///< with suspended time: start times refer to it
+        std::function<double()> awake;             ///< without suspended time: processes run in it
+        std::function<void(double seconds)> wait;  ///< blocks
+    };
 
     /// `root` is the directory that holds proc/.
-    explicit ProcessTable(const std::string& root = "/", UptimeSource uptime = bootClock);
+    explicit ProcessTable(const std::string& root = "/", Time time = ofThisMachine());
     ~ProcessTable();
     ProcessTable(const ProcessTable&) = delete;
     ProcessTable& operator=(const ProcessTable&) = delete;
 
     /// A header line, then at most `rowLimit` lines of pid, CPU percent of one core, memory percent, resident KiB
-    /// and command, greatest first. The command is the executable's path if readable, otherwise the kernel's name:
-    /// always valid UTF-8, without control characters, never empty. Only paths contain slashes; those in a kernel
-    /// name become U+2215.
+    /// and command, greatest first. The command is the executable's path if readable, otherwise the first argument
+    /// if it fits the kernel's name, otherwise that name: always valid UTF-8, without control characters, never
+    /// empty. Only paths contain slashes; those in a kernel name become U+2215.
     std::string list(Order order);
 
     /// Several times the program's longest process list.
     static constexpr std::size_t rowLimit = 100;
 
-    /// CLOCK_BOOTTIME.
-    static double bootClock();
+    /// CLOCK_BOOTTIME and CLOCK_MONOTONIC.
+    static Time ofThisMachine();
 
 private:
     struct Process {
@@ -52,17 +57,19 @@ private:
     struct Listing {
         std::vector<Process> processes;
         std::size_t count = 0;  // entries in use; the others keep their storage
-        double time = -1;       // from the uptime source; -1: none yet
+        double time = -1;       // awake; -1: none yet
     };
 
     void scan();
+    void scanAfterAPause();
     bool read(const char* directoryName, Process& process) const;
     void chooseBaseline();
     void measure();
     std::string command(const Process& process) const;
+    std::string firstArgument(const Process& process) const;
 
     const int procDescriptor_;
-    const UptimeSource uptime_;
+    const Time time_;
     std::mutex mutex_;
     Listing newest_;
     Listing next_;      // becomes the baseline of later listings once it is old enough

@@ -60,7 +60,8 @@ public:
     }
 
     std::vector<ProcessInfoItem> processes(bool sortByCPU, double uptime) {
-        LinuxCommandRunner runner(root_, [uptime] { return uptime; });
+        const auto clock = [uptime] { return uptime; };
+        LinuxCommandRunner runner(root_, {clock, clock, [](double) {}});
         return ProcessReader(runner).readTopProcesses(sortByCPU, 10);
     }
 

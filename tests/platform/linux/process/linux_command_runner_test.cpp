@@ -11,11 +11,16 @@
 namespace kestro {
 namespace {
 
+ProcessTable::Time stoppedClocks() {
+    const auto clock = [] { return 100.0; };
+    return {clock, clock, [](double) {}};
+}
+
 TEST(LinuxCommandRunner, EmulatesTheProcessToolWithoutRunningIt) {
     TemporaryDirectory root;
     root.write("proc/5/stat", "5 (one) S 1 1 1 0 -1 0 0 0 0 0 900 0 0 0 20 0 1 0 0 1000000 10 1 1\n");
     root.write("proc/6/stat", "6 (two) S 1 1 1 0 -1 0 0 0 0 0 100 0 0 0 20 0 1 0 0 1000000 90 1 1\n");
-    LinuxCommandRunner runner(root.path().string(), [] { return 100.0; });
+    LinuxCommandRunner runner(root.path().string(), stoppedClocks());
 
     const auto byProcessor = runner.run("/bin/ps", {"-A", "-o", "pid,%cpu,%mem,rss,comm", "-r"});
     const auto byMemory = runner.run("/bin/ps", {"-A", "-m", "-o", "pid,%cpu,%mem,rss,comm"});
@@ -32,7 +37,7 @@ TEST(LinuxCommandRunner, LaunchesNoOtherProgram) {
 TEST(LinuxCommandRunner, ConcurrentCallsDoNotInterfere) {
     TemporaryDirectory root;
     root.write("proc/5/stat", "5 (one) S 1 1 1 0 -1 0 0 0 0 0 900 0 0 0 20 0 1 0 0 1000000 10 1 1\n");
-    LinuxCommandRunner runner(root.path().string(), [] { return 100.0; });
+    LinuxCommandRunner runner(root.path().string(), stoppedClocks());
     const auto expected = runner.run("/bin/ps", {"-A", "-r"})->standardOutput;
     std::vector<std::thread> threads;
     std::vector<int> equal(4);

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -42,13 +43,19 @@ protected:
     }
 
     double now = 1000;
+    double suspended = 0;
+    std::function<void()> whileWaiting = [] {};
     TemporaryDirectory root;
     ProcessTable table = makeTable();
 
 private:
     ProcessTable makeTable() {
         std::filesystem::create_directories(root.path() / "proc");
-        return ProcessTable(root.path().string(), [this] { return now; });
+        return ProcessTable(root.path().string(), {[this] { return now + suspended; }, [this] { return now; },
+                                                   [this](double seconds) {
+                                                       now += seconds;
+                                                       whileWaiting();
+                                                   }});
     }
 };
 
@@ -80,6 +87,50 @@ TEST_F(ProcessTableTest, MeasuresBetweenTwoListings) {
     const auto found = rows(ProcessTable::Order::processor);
 
     EXPECT_EQ(field(found[0], 1), "150.0");
+}
+
+TEST_F(ProcessTableTest, DoesNotCountSuspendedTime) {
+    process(10, "busy", 100, 100);
+    rows(ProcessTable::Order::processor);
+    process(10, "busy", 101, 100);
+    now += 2;
+    suspended += 3600;
+
+    const auto found = rows(ProcessTable::Order::processor);
+
+    EXPECT_EQ(field(found[0], 1), "50.0");
+}
+
+TEST_F(ProcessTableTest, MeasuresAnewAfterALongPause) {
+    process(10, "once", 100, 100);
+    process(20, "busy", 10, 100);
+    rows(ProcessTable::Order::processor);
+    process(10, "once", 1000, 100);
+    now += 1800;
+    whileWaiting = [this] { process(20, "busy", 10.3, 100); };
+
+    const auto found = rows(ProcessTable::Order::processor);
+
+    ASSERT_EQ(found.size(), 2u);
+    EXPECT_EQ(field(found[0], 0), "20");
+    EXPECT_EQ(field(found[0], 1), "75.0");
+    EXPECT_EQ(field(found[1], 1), "0.0");
+}
+
+TEST_F(ProcessTableTest, NamesAnotherUsersProcessByItsFirstArgument) {
+    process(10, "gnome-keyring-d", 3, 100);
+    root.write("proc/10/cmdline", std::string("/usr/bin/gnome-keyring-daemon\0--start\0", 39));
+    process(20, "postgres", 2, 100);
+    root.write("proc/20/cmdline", std::string("postgres: writer\0", 17));
+    process(30, "sshd", 1, 100);
+    root.write("proc/30/cmdline", std::string("/usr/sbin/sshd\0", 15));
+
+    const auto found = rows(ProcessTable::Order::processor);
+
+    ASSERT_EQ(found.size(), 3u);
+    EXPECT_EQ(field(found[0], 4), "/usr/bin/gnome-keyring-daemon");
+    EXPECT_EQ(field(found[1], 4), "postgres");
+    EXPECT_EQ(field(found[2], 4), "/usr/sbin/sshd");
 }
 
 TEST_F(ProcessTableTest, MeasuresListingsInQuickSuccessionAgainstTheSameEarlierOne) {
@@ -130,12 +181,12 @@ TEST_F(ProcessTableTest, ASecondListingSoonAfterTheFirstAlsoMeasuresFromTheStart
 TEST_F(ProcessTableTest, AReusedProcessIdIsANewProcess) {
     process(10, "old", 500, 100, 0);
     rows(ProcessTable::Order::processor);
-    now += 10;
+    now += 4;
     process(10, "new", 1, 100, 1000);
 
     const auto found = rows(ProcessTable::Order::processor);
 
-    EXPECT_EQ(field(found[0], 1), "10.0");
+    EXPECT_EQ(field(found[0], 1), "25.0");
 }
 
 TEST_F(ProcessTableTest, ACounterThatWentBackwardsReadsAsIdle) {
