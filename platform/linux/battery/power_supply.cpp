@@ -96,16 +96,32 @@ std::optional<Level> energyLevel(const PowerSupply& battery) {
     return std::nullopt;
 }
 
+/// The level divided by `unit`, so that the whole percentage stays the same.
+Level inUnits(const Level& level, std::int64_t unit) {
+    const auto full = (level.full + unit / 2) / unit;
+    const auto percent = level.now * 100 / level.full;
+    const auto lowest = (percent * full + 99) / 100;
+    const auto highest = std::max(lowest, ((percent + 1) * full + 99) / 100 - 1);
+    return {std::clamp((level.now + unit / 2) / unit, lowest, highest), full};
+}
+
 /// In mAh.
 std::optional<Level> chargeLevel(const PowerSupply& battery) {
     if (battery.chargeNow && isAboveZero(battery.chargeFull)) {
-        return Level{*battery.chargeNow / 1000, *battery.chargeFull / 1000};
+        return inUnits({*battery.chargeNow, *battery.chargeFull}, 1000);
     }
     const auto millivolts = voltage(battery);
     if (battery.energyNow && isAboveZero(battery.energyFull) && millivolts) {
-        return Level{*battery.energyNow / *millivolts, *battery.energyFull / *millivolts};
+        return inUnits({*battery.energyNow, *battery.energyFull}, *millivolts);
     }
     return std::nullopt;
+}
+
+/// Whether a gauge reports far more than a full charge, as macsmc does after a full charge was learned anew. Its
+/// percentage is right then.
+bool isOverfull(const PowerSupply& battery) {
+    return battery.capacityPercent && battery.chargeNow && isAboveZero(battery.chargeFull) &&
+           *battery.chargeNow * 10 > *battery.chargeFull * 11;
 }
 
 std::int64_t percentOf(const Level& level) {
@@ -141,7 +157,7 @@ std::optional<Level> combinedPercent(const Batteries& batteries) {
 std::optional<Level> level(const Batteries& batteries) {
     if (batteries.size() == 1) {
         const auto charge = chargeLevel(*batteries.front());
-        if (charge && charge->full > 0) {
+        if (charge && charge->full > 0 && !isOverfull(*batteries.front())) {
             return Level{std::min(charge->now, charge->full), charge->full};
         }
     }
@@ -208,22 +224,25 @@ std::int64_t minutesToEmpty(const Batteries& batteries) {
     return found != sources.end() ? **found : -1;
 }
 
-/// An online charger takes precedence over the batteries; an offline one may be just one of several connectors. A
-/// battery that neither charges nor discharges is held at its limit by external power, unless another one
-/// discharges: of two batteries, one rests.
+/// An online charger takes precedence over the batteries; an offline one may be just one of several connectors.
+/// But a USB port's state can be stale: with the mains offline, a discharging battery is believed. A battery that
+/// neither charges nor discharges is held at its limit by external power, unless another one discharges: of two
+/// batteries, one rests.
 bool isPluggedIn(const std::vector<PowerSupply>& supplies, const Batteries& batteries) {
-    bool hasCharger = false;
-    for (const auto& supply : supplies) {
-        if (supply.kind == Kind::charger && !supply.isDevice && supply.isOnline) {
-            hasCharger = true;
-            if (*supply.isOnline) {
-                return true;
-            }
-        }
-    }
     const auto anyIs = [&](Status status) {
         return std::ranges::any_of(batteries, [status](const auto* battery) { return battery->status == status; });
     };
+    const auto has = [&](Kind kind, bool isOnline) {
+        return std::ranges::any_of(supplies, [&](const PowerSupply& supply) {
+            return supply.kind == kind && !supply.isDevice && supply.isOnline == isOnline;
+        });
+    };
+    const bool isMainsOffline = has(Kind::mains, false) && !has(Kind::mains, true);
+    const bool isPortStale = isMainsOffline && anyIs(Status::discharging) && !anyIs(Status::charging);
+    if (has(Kind::mains, true) || (has(Kind::port, true) && !isPortStale)) {
+        return true;
+    }
+    const bool hasCharger = has(Kind::mains, false) || has(Kind::port, false) || has(Kind::port, true);
     if (anyIs(Status::charging)) {
         return true;
     }
@@ -238,8 +257,10 @@ PowerSupply::Kind parseSupplyKind(std::string_view type) {
     if (type == "Battery") {
         return Kind::battery;
     }
-    const bool isCharger = type == "Mains" || type == "Wireless" || type.starts_with("USB");
-    return isCharger ? Kind::charger : Kind::other;
+    if (type == "Mains") {
+        return Kind::mains;
+    }
+    return type == "Wireless" || type.starts_with("USB") ? Kind::port : Kind::other;
 }
 
 PowerSupply parsePowerSupply(std::string_view uevent) {

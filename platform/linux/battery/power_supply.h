@@ -14,7 +14,8 @@ namespace kestro {
 /// "POWER_SUPPLY_KEY=value" of its "uevent". Charge in µAh, energy in µWh, power in µW, current in µA, voltage in
 /// µV. Absent: unknown to the supply.
 struct PowerSupply {
-    enum class Kind : std::uint8_t { other, battery, charger };
+    /// Mains and ports are chargers; a port is a USB connector or a wireless receiver.
+    enum class Kind : std::uint8_t { other, battery, mains, port };
     enum class Status : std::uint8_t { unknown, charging, discharging, notCharging, full };
 
     Kind kind = Kind::other;
@@ -37,7 +38,7 @@ struct PowerSupply {
     std::string health;
 };
 
-/// Determines the kind from a supply's "type": mains, USB and wireless supplies are chargers.
+/// Determines the kind from a supply's "type".
 PowerSupply::Kind parseSupplyKind(std::string_view type);
 
 /// Skips malformed and unknown lines. Negative amounts become positive, because drivers disagree on the sign of a
@@ -48,11 +49,12 @@ PowerSupply parsePowerSupply(std::string_view uevent);
 /// the machine.
 ///
 /// A single battery reports its charge in mAh; an energy value is converted using the voltage. A battery that has
-/// only a percentage, and several batteries together, report percent of 100. The machine is on external power if a
-/// charger is online, or if a battery charges, is held at a limit, or is full while no charger is reported.
-/// "BatteryHealth" is "Service Recommended" when a full charge is below 80 % of the design; otherwise the driver's
-/// word if worse than good, else "Normal". "Time to Empty" is present only while discharging, in minutes up to a
-/// week; -1: not known yet.
+/// only a percentage or holds more than 1.1 full charges, and several batteries together, report percent of 100.
+/// The machine is on external power if a charger is online, or if a battery charges, is held at a limit, or is
+/// full while no charger is reported. A port does not count as online while the mains are offline and a battery
+/// discharges. "BatteryHealth" is "Service Recommended" when a full charge is below 80 % of the design; otherwise
+/// the driver's word if worse than good, else "Normal". "Time to Empty" is present only while discharging, in
+/// minutes up to a week; -1: not known yet.
 std::optional<PowerSourceDescription> describeBatteries(const std::vector<PowerSupply>& supplies);
 
 }  // namespace kestro

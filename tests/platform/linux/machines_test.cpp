@@ -113,7 +113,7 @@ TEST(Machines, TheHybridLaptopHasTwoKindsOfCoresAndRunsOnItsBattery) {
                                                          {1, "Right Fan", 0, 0, 1200, 7800}}));
     expectThermals(machine, {842.5 / 15, 61, 32, 20, "Nominal"});
     EXPECT_EQ(machine.power(),
-              (PowerTelemetry{true, false, false, 1945, 3431, 100.0 * 1945 / 3431, "Normal", 182}));
+              (PowerTelemetry{true, false, false, 1946, 3432, 100.0 * 1946 / 3432, "Normal", 182}));
     EXPECT_EQ(machine.network(), (NetworkTelemetry{0, 0, "wlp0s20f3", "192.168.178.40"}));
 }
 

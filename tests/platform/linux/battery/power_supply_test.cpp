@@ -19,7 +19,7 @@ PowerSupply battery(Status status) {
 
 PowerSupply charger(bool isOnline) {
     PowerSupply supply;
-    supply.kind = Kind::charger;
+    supply.kind = Kind::mains;
     supply.isOnline = isOnline;
     return supply;
 }
@@ -83,11 +83,11 @@ TEST(ParsePowerSupply, RejectsAmountsBeyondAnyBattery) {
     EXPECT_FALSE(absurd.powerNow);
 }
 
-TEST(ParseSupplyKind, TreatsMainsUsbAndWirelessAsChargers) {
+TEST(ParseSupplyKind, DistinguishesMainsFromPorts) {
     EXPECT_EQ(parseSupplyKind("Battery\n"), Kind::battery);
-    EXPECT_EQ(parseSupplyKind("Mains\n"), Kind::charger);
-    EXPECT_EQ(parseSupplyKind("USB_PD\n"), Kind::charger);
-    EXPECT_EQ(parseSupplyKind("Wireless\n"), Kind::charger);
+    EXPECT_EQ(parseSupplyKind("Mains\n"), Kind::mains);
+    EXPECT_EQ(parseSupplyKind("USB_PD\n"), Kind::port);
+    EXPECT_EQ(parseSupplyKind("Wireless\n"), Kind::port);
     EXPECT_EQ(parseSupplyKind("UPS\n"), Kind::other);
     EXPECT_EQ(parseSupplyKind(""), Kind::other);
 }
@@ -150,6 +150,44 @@ TEST(DescribeBatteries, NeverReportsMoreThanFull) {
 
     EXPECT_EQ(integer(*describeBatteries({one}), "Current Capacity"), 5000);
     EXPECT_EQ(integer(*describeBatteries({other}), "Current Capacity"), 100);
+}
+
+TEST(DescribeBatteries, KeepsTheWholePercentageInMilliampereHours) {
+    for (const std::int64_t full : {50'050'000, 53'120'000, 61'777'777}) {
+        for (std::int64_t percent = 0; percent < 100; ++percent) {
+            auto one = battery(Status::discharging);
+            one.energyFull = full;
+            one.energyNow = ((percent + 1) * full + 99) / 100 - 1;
+            one.voltageMinDesign = 15'480'000;
+
+            const auto description = describeBatteries({one});
+
+            const auto current = integer(*description, "Current Capacity");
+            EXPECT_EQ(100 * current / integer(*description, "Max Capacity"), percent) << full;
+        }
+    }
+}
+
+TEST(DescribeBatteries, PrefersThePercentageOfAGaugeThatHoldsMoreThanFull) {
+    auto one = battery(Status::discharging);
+    one.chargeNow = 6'000'000;
+    one.chargeFull = 5'000'000;
+    one.capacityPercent = 83;
+
+    EXPECT_EQ(integer(*describeBatteries({one}), "Current Capacity"), 83);
+    EXPECT_EQ(integer(*describeBatteries({one}), "Max Capacity"), 100);
+}
+
+TEST(DescribeBatteries, IgnoresAStaleUsbPortWhileTheMainsAreOffline) {
+    const auto mains = charger(false);
+    auto port = charger(true);
+    port.kind = Kind::port;
+    const auto discharging = battery(Status::discharging);
+
+    EXPECT_EQ(text(*describeBatteries({mains, port, discharging}), "Power Source State"), "Battery Power");
+    EXPECT_EQ(text(*describeBatteries({port, discharging}), "Power Source State"), "AC Power");
+    EXPECT_EQ(text(*describeBatteries({mains, port, battery(Status::charging)}), "Power Source State"),
+              "AC Power");
 }
 
 TEST(DescribeBatteries, CombinesSeveralBatteriesByEnergy) {
