@@ -4,8 +4,6 @@
 #include "ui/controls/scroll_area.h"
 #include "ui/controls/swatch.h"
 #include "ui/controls/tab_strip.h"
-#include "ui/paint/surface_paint.h"
-#include "ui/paint/tooltip.h"
 
 #include <QScrollBar>
 
@@ -41,32 +39,7 @@ TEST(ScrollThumbTest, IsEmptyWhenNothingScrolls) {
     EXPECT_TRUE(scrollThumb(14, 400, 0, 0).isEmpty());
 }
 
-TEST(TooltipPlacementTest, StaysOnTheScreen) {
-    const QRect screen(0, 0, 1000, 600);
-
-    EXPECT_EQ(Tooltip::placed({100, 22}, {500, 300}, screen), QRect(500, 318, 100, 22));
-    EXPECT_EQ(Tooltip::placed({100, 22}, {980, 300}, screen).right(), 999);
-    EXPECT_LT(Tooltip::placed({100, 22}, {500, 595}, screen).bottom(), 595);
-    EXPECT_EQ(Tooltip::placed({2000, 22}, {500, 300}, screen).left(), 0);
-}
-
 class SurroundingsTest : public ViewTest {};
-
-TEST_F(SurroundingsTest, TooltipShowsPlainTextInAtMostEightLines) {
-    const QStringList lines = Tooltip::wrapped(QString(5000, QLatin1Char('x')), 60);
-
-    EXPECT_EQ(lines.size(), Tooltip::mostLines);
-    EXPECT_TRUE(lines.last().endsWith(QChar(0x2026)));
-    EXPECT_EQ(Tooltip::wrapped(QStringLiteral("<b>Settings</b> &x"), 400),
-              QStringList{QStringLiteral("<b>Settings</b> &x")});
-}
-
-TEST_F(SurroundingsTest, TooltipFitsItsText) {
-    const Tooltip tooltip(QStringLiteral("Settings"));
-
-    EXPECT_EQ(tooltip.height(), 14 + 2 * 4);
-    EXPECT_GT(tooltip.width(), 16);
-}
 
 TEST_F(SurroundingsTest, BadgeHasTheSizeOfItsKind) {
     EXPECT_EQ(Badge(BadgeKind::section, QStringLiteral("Nominal")).sizeHint().height(), 14);
@@ -232,19 +205,6 @@ TEST_F(SurroundingsTest, ScrollAreaAppliesItsContentOpacity) {
     EXPECT_NEAR(middle().red(), 127, 3);
     area.setContentOpacity(1);
     EXPECT_EQ(middle(), QColor(Qt::blue));
-}
-
-TEST_F(SurroundingsTest, BarClipsAShortFillToItsTrack) {
-    QImage image(40, 4, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-
-    paintBar(painter, QRectF(0, 0, 40, 4), 0.02, Qt::transparent, Qt::red);
-    painter.end();
-
-    EXPECT_EQ(qAlpha(image.pixel(2, 1)), 0);
-    EXPECT_LT(qAlpha(image.pixel(0, 0)), 200);
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "ui/paint/hairline.h"
 
-#include "ui/theme/motion.h"
-
 #include <QImage>
 #include <QPainter>
 
@@ -71,15 +69,6 @@ TEST(SnappedToDevice, FollowsTheDevicePixelsOfTheScale) {
     EXPECT_DOUBLE_EQ(snapped.width() * 1.25, 1);
     EXPECT_DOUBLE_EQ(snapped.top() * 1.25, 4);
     EXPECT_DOUBLE_EQ(snapped.bottom() * 1.25, 13);
-}
-
-TEST(Motion, IsInstantWhenTheDesktopReducesIt) {
-    motion::setReduced(true);
-    const int reduced = motion::duration(motion::popoverOpen);
-    motion::setReduced(false);
-
-    EXPECT_EQ(reduced, 0);
-    EXPECT_EQ(motion::duration(motion::popoverOpen), motion::isReduced() ? 0 : 130);
 }
 
 }  // namespace

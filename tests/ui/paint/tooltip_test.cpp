@@ -10,6 +10,15 @@
 namespace kestro {
 namespace {
 
+TEST(TooltipPlacementTest, StaysOnTheScreen) {
+    const QRect screen(0, 0, 1000, 600);
+
+    EXPECT_EQ(Tooltip::placed({100, 22}, {500, 300}, screen), QRect(500, 318, 100, 22));
+    EXPECT_EQ(Tooltip::placed({100, 22}, {980, 300}, screen).right(), 999);
+    EXPECT_LT(Tooltip::placed({100, 22}, {500, 595}, screen).bottom(), 595);
+    EXPECT_EQ(Tooltip::placed({2000, 22}, {500, 300}, screen).left(), 0);
+}
+
 /// Fixture with a view for the pointer to enter; the test ends the delay itself.
 class TooltipTest : public ViewTest {
 protected:
@@ -148,6 +157,22 @@ TEST_F(TooltipTest, IsFlatAndTheDarkestGlass) {
         EXPECT_NEAR(pixel.greenF(), ground.greenF() * 0.58, 0.006);
         EXPECT_NEAR(pixel.blueF(), ground.blueF() * 0.58, 0.006);
     }
+}
+
+TEST_F(TooltipTest, ShowsPlainTextInAtMostEightLines) {
+    const QStringList lines = Tooltip::wrapped(QString(5000, QLatin1Char('x')), 60);
+
+    EXPECT_EQ(lines.size(), Tooltip::mostLines);
+    EXPECT_TRUE(lines.last().endsWith(QChar(0x2026)));
+    EXPECT_EQ(Tooltip::wrapped(QStringLiteral("<b>Settings</b> &x"), 400),
+              QStringList{QStringLiteral("<b>Settings</b> &x")});
+}
+
+TEST_F(TooltipTest, FitsItsText) {
+    const Tooltip tooltip(QStringLiteral("Settings"));
+
+    EXPECT_EQ(tooltip.height(), 14 + 2 * 4);
+    EXPECT_GT(tooltip.width(), 16);
 }
 
 }  // namespace
