@@ -196,6 +196,10 @@ std::string ProcessTable::command(const Process& process) const {
 }
 
 std::string ProcessTable::firstArgument(const Process& process) const {
+    // Kernel threads have neither memory nor arguments.
+    if (process.residentPages == 0) {
+        return {};
+    }
     std::array<char, 32> path;
     *fmt::format_to_n(path.data(), path.size() - 1, "{}/cmdline", process.pid).out = '\0';
     const Descriptor file(openat(procDescriptor_, path.data(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
@@ -203,11 +207,12 @@ std::string ProcessTable::firstArgument(const Process& process) const {
     const auto length = file.isOpen() ? ::read(file.get(), text.data(), text.size()) : 0;
     std::string_view argument(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
     argument = argument.substr(0, argument.find('\0'));
-    // A process may write anything there. The kernel cuts its name of the executable at 15 bytes.
+    // A process may write anything there; relative paths mean nothing here. The kernel cuts its name of the
+    // executable at 15 bytes.
     const auto fileName = argument.substr(argument.rfind('/') + 1);
     const bool fits = process.name.size() == 15 ? fileName.starts_with(process.name) : fileName == process.name;
-    const bool isPath = argument.starts_with('/') || argument.find('/') == argument.npos;
-    return fits && isPath && !fileName.empty() ? validText(argument) : std::string();
+    const bool isRelativePath = !argument.starts_with('/') && argument.find('/') != argument.npos;
+    return fits && !isRelativePath && !fileName.empty() ? validText(argument) : std::string();
 }
 
 std::string ProcessTable::list(Order order) {

@@ -124,13 +124,22 @@ TEST_F(ProcessTableTest, NamesAnotherUsersProcessByItsFirstArgument) {
     root.write("proc/20/cmdline", std::string("postgres: writer\0", 17));
     process(30, "sshd", 1, 100);
     root.write("proc/30/cmdline", std::string("/usr/sbin/sshd\0", 15));
+    process(40, "tool", 0.9, 100);
+    root.write("proc/40/cmdline", std::string("build/tool\0", 11));
+    process(50, "plain", 0.8, 100);
+    root.write("proc/50/cmdline", std::string("plain\xFF\0", 7));
+    process(60, "kworker/0:1", 0.7, 0);
+    root.write("proc/60/cmdline", std::string("kworker/0:1\0", 12));
 
     const auto found = rows(ProcessTable::Order::processor);
 
-    ASSERT_EQ(found.size(), 3u);
+    ASSERT_EQ(found.size(), 6u);
     EXPECT_EQ(field(found[0], 4), "/usr/bin/gnome-keyring-daemon");
     EXPECT_EQ(field(found[1], 4), "postgres");
     EXPECT_EQ(field(found[2], 4), "/usr/sbin/sshd");
+    EXPECT_EQ(field(found[3], 4), "tool");
+    EXPECT_EQ(field(found[4], 4), "plain");
+    EXPECT_EQ(field(found[5], 4), "kworker\u22150:1");
 }
 
 TEST_F(ProcessTableTest, MeasuresListingsInQuickSuccessionAgainstTheSameEarlierOne) {
