@@ -100,6 +100,15 @@ TEST(LinuxHIDEventSystem, OmitsTheControlTemperatureIfTheDieHasASensor) {
     EXPECT_THAT(Sensors(tree.root()).readings(), ElementsAre(Pair("CPU Tdie", 50.0)));
 }
 
+TEST(LinuxHIDEventSystem, ReadsADriverThatRegistersTheOldWay) {
+    TemporaryTree tree;
+    tree.write("/sys/class/hwmon/hwmon0/device/name", "via_cputemp\n")
+        .write("/sys/class/hwmon/hwmon0/device/temp1_input", "47000\n")
+        .write("/sys/class/hwmon/hwmon0/device/temp1_label", "Core 0\n");
+
+    EXPECT_THAT(Sensors(tree.root()).readings(), ElementsAre(Pair("CPU Core 0", 47.0)));
+}
+
 TEST(LinuxHIDEventSystem, UsesThermalZonesOnlyWithoutADieSensorInHwmon) {
     TemporaryTree tree;
     tree.write("/sys/class/hwmon/hwmon0/name", "acpitz\n")
