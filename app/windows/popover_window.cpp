@@ -2,6 +2,7 @@
 
 #include "app/windows/window_geometry.h"
 #include "shell/window_system.h"
+#include "ui/popover/popover_geometry.h"
 #include "ui/theme/motion.h"
 
 #include <QApplication>
@@ -36,7 +37,7 @@ PopoverWindow::PopoverWindow(WindowDelegate& delegate, WindowSystem& system, con
     : SurfaceWindow(delegate, system, std::move(makeContent), QStringLiteral("Kestro"),
                     Qt::Tool | Qt::WindowStaysOnTopHint),
       clock_(clock) {
-    setFixedSize(popoverSize);
+    setFixedSize(popover_geometry::size);
     fade_.setEasingCurve(QEasingCurve::OutCubic);
     QObject::connect(&fade_, &QVariantAnimation::valueChanged, this,
                      [this](const QVariant& value) { takeStep(value.toDouble()); });
@@ -54,7 +55,8 @@ void PopoverWindow::showRelativeTo(const QRect& anchor) {
     isShown_ = true;
     if (const QScreen* screen = screenOf(anchor)) {
         restingPlace_ =
-            popoverFrame(anchor, popoverSize, screen->geometry(), screen->availableGeometry()).topLeft();
+            popoverFrame(anchor, popover_geometry::size, screen->geometry(), screen->availableGeometry())
+                .topLeft();
     }
     fadeTo(1, motion::duration(motion::popoverOpen));
     system().makeKeyAndOrderFront(*this);

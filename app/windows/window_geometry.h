@@ -11,7 +11,6 @@ namespace kestro {
 /// The rules that place and size the windows. Pure; everything in points and global coordinates with the origin
 /// at the top left. `available` is a screen without its panels, `screen` all of it.
 
-inline constexpr QSize popoverSize{330, 325};
 inline constexpr QSize dashboardMinimumSize{740, 420};
 inline constexpr int dashboardHeight = 480;  ///< at creation, and the minimum for automatic sizing
 inline constexpr QSize settingsSize{860, 750};

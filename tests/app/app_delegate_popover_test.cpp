@@ -1,6 +1,7 @@
 #include "app/app_delegate.h"
 #include "app/windows/window_geometry.h"
 #include "tests/app/app_delegate_fixture.h"
+#include "ui/popover/popover_geometry.h"
 
 #include <QCursor>
 #include <QScreen>
@@ -146,7 +147,8 @@ TEST_F(AppDelegatePopover, ForgetsTheLastClicksPositionWhenTheScreensChange) {
     Q_EMIT QGuiApplication::primaryScreen()->availableGeometryChanged(available);
     command("popover");
     EXPECT_EQ(delegate.popover()->pos(),
-              popoverFrame({}, popoverSize, QGuiApplication::primaryScreen()->geometry(), available).topLeft());
+              popoverFrame({}, popover_geometry::size, QGuiApplication::primaryScreen()->geometry(), available)
+                  .topLeft());
     EXPECT_NE(delegate.popover()->pos(), beside);
 }
 

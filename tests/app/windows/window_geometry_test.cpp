@@ -1,5 +1,7 @@
 #include "app/windows/window_geometry.h"
 
+#include "ui/popover/popover_geometry.h"
+
 #include <gtest/gtest.h>
 
 namespace kestro {
@@ -13,49 +15,52 @@ constexpr QRect aboveBottomPanel(0, 0, 1920, 1040);
 TEST(PopoverFrame, OpensBelowAnItemInATopPanelRightAligned) {
     const QRect item(1500, 0, 100, 30);
 
-    EXPECT_EQ(popoverFrame(item, popoverSize, screen, belowTopPanel), QRect(1270, 36, 330, 325));
+    EXPECT_EQ(popoverFrame(item, popover_geometry::size, screen, belowTopPanel), QRect(1270, 36, 330, 325));
 }
 
 TEST(PopoverFrame, OpensAboveAnItemInABottomPanel) {
     const QRect item(1500, 1040, 100, 40);
 
-    EXPECT_EQ(popoverFrame(item, popoverSize, screen, aboveBottomPanel), QRect(1270, 1040 - 6 - 325, 330, 325));
+    EXPECT_EQ(popoverFrame(item, popover_geometry::size, screen, aboveBottomPanel),
+              QRect(1270, 1040 - 6 - 325, 330, 325));
 }
 
 TEST(PopoverFrame, KeepsEightInsideTheScreen) {
     const QRect atTheRight(1900, 0, 20, 30);
     const QRect atTheLeft(0, 0, 60, 30);
 
-    EXPECT_EQ(popoverFrame(atTheRight, popoverSize, screen, belowTopPanel).x(), 1920 - 8 - 330);
-    EXPECT_EQ(popoverFrame(atTheLeft, popoverSize, screen, belowTopPanel).x(), 8);
+    EXPECT_EQ(popoverFrame(atTheRight, popover_geometry::size, screen, belowTopPanel).x(), 1920 - 8 - 330);
+    EXPECT_EQ(popoverFrame(atTheLeft, popover_geometry::size, screen, belowTopPanel).x(), 8);
 }
 
 TEST(PopoverFrame, OpensBesideAnItemInAVerticalPanel) {
     const QRect rightOfPanel(60, 0, 1860, 1080);
     const QRect leftOfPanel(0, 0, 1860, 1080);
 
-    EXPECT_EQ(popoverFrame({0, 400, 60, 40}, popoverSize, screen, rightOfPanel), QRect(66, 400, 330, 325));
-    EXPECT_EQ(popoverFrame({1860, 400, 60, 40}, popoverSize, screen, leftOfPanel),
+    EXPECT_EQ(popoverFrame({0, 400, 60, 40}, popover_geometry::size, screen, rightOfPanel),
+              QRect(66, 400, 330, 325));
+    EXPECT_EQ(popoverFrame({1860, 400, 60, 40}, popover_geometry::size, screen, leftOfPanel),
               QRect(1860 - 6 - 330, 400, 330, 325));
 }
 
 TEST(PopoverFrame, OpensInTheUsualCornerWhenTheItemsPositionIsUnknown) {
-    EXPECT_EQ(popoverFrame({}, popoverSize, screen, belowTopPanel), QRect(1582, 36, 330, 325));
-    EXPECT_EQ(popoverFrame({}, popoverSize, screen, aboveBottomPanel), QRect(1582, 1040 - 6 - 325, 330, 325));
-    EXPECT_EQ(popoverFrame({}, popoverSize, screen, screen), QRect(1582, 8, 330, 325));
+    EXPECT_EQ(popoverFrame({}, popover_geometry::size, screen, belowTopPanel), QRect(1582, 36, 330, 325));
+    EXPECT_EQ(popoverFrame({}, popover_geometry::size, screen, aboveBottomPanel),
+              QRect(1582, 1040 - 6 - 325, 330, 325));
+    EXPECT_EQ(popoverFrame({}, popover_geometry::size, screen, screen), QRect(1582, 8, 330, 325));
 }
 
 TEST(PopoverFrame, StaysOnTheItemsScreen) {
     const QRect secondScreen(1920, 0, 1280, 1024);
     const QRect item(1930, 0, 50, 24);
 
-    EXPECT_EQ(popoverFrame(item, popoverSize, secondScreen, secondScreen).topLeft(), QPoint(1928, 30));
+    EXPECT_EQ(popoverFrame(item, popover_geometry::size, secondScreen, secondScreen).topLeft(), QPoint(1928, 30));
 }
 
 TEST(PopoverFrame, StartsAtTheTopLeftOfAScreenThatIsTooSmall) {
     const QRect tiny(0, 0, 320, 200);
 
-    EXPECT_EQ(popoverFrame({300, 0, 20, 20}, popoverSize, tiny, tiny).topLeft(), QPoint(8, 8));
+    EXPECT_EQ(popoverFrame({300, 0, 20, 20}, popover_geometry::size, tiny, tiny).topLeft(), QPoint(8, 8));
 }
 
 TEST(ResizedKeepingBottomLeft, KeepsTheBottomLeftCorner) {
