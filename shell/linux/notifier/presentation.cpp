@@ -1,5 +1,7 @@
 #include "shell/linux/notifier/presentation.h"
 
+#include "core/readout/menubar_readout.h"
+
 #include <algorithm>
 #include <array>
 
@@ -32,8 +34,9 @@ constexpr std::array labelDesktops{
     LabelHost{QLatin1StringView("X-Cinnamon"), LabelSupport::shown},
 };
 
-const QString productName = QStringLiteral("Kestro");
-const QString defaultSymbol = QStringLiteral("waveform.path.ecg");
+QString text(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
 
 }  // namespace
 
@@ -43,7 +46,7 @@ NotifierPresentation notifierPresentation(const StatusContent& content, LabelSup
     shown.labelGuide = content.widestTitle.trimmed();
     const bool isTextVisible = labels != LabelSupport::hidden && !shown.label.isEmpty();
 
-    shown.title = productName;
+    shown.title = text(readoutSymbol.accessibilityDescription);
     if (content.symbol && !content.symbol->accessibilityDescription.isEmpty()) {
         shown.title = content.symbol->accessibilityDescription;
     }
@@ -60,7 +63,7 @@ NotifierPresentation notifierPresentation(const StatusContent& content, LabelSup
     } else if (content.symbol) {
         shown.icon = NotifierSymbol{content.symbol->name, labels != LabelSupport::hidden};
     } else if (!isTextVisible) {
-        shown.icon = NotifierSymbol{defaultSymbol, labels != LabelSupport::hidden};
+        shown.icon = NotifierSymbol{text(readoutSymbol.name), labels != LabelSupport::hidden};
     }
     if (isTextVisible && labels == LabelSupport::shownWithoutMargin) {
         shown.label += QLatin1Char(' ');
