@@ -25,7 +25,6 @@ const char* const xfceSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
       <property name="plugin-ids" type="array">
         <value type="int" value="1"/>
         <value type="int" value="2"/>
-        <value type="int" value="3"/>
       </property>
     </property>
   </property>
@@ -36,7 +35,6 @@ const char* const xfceSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
     <property name="plugin-2" type="string" value="systray">
       <property name="square-icons" type="bool" value="true"/>
     </property>
-    <property name="plugin-3" type="string" value="clock"/>
   </property>
 </channel>
 )";
@@ -48,7 +46,7 @@ desktop=0
 iconSize=22
 lineCount=1
 panelSize=32
-plugins=spacer, statusnotifier, worldclock
+plugins=spacer, statusnotifier
 position=Top
 width=100
 width-percent=true
@@ -57,8 +55,6 @@ type=spacer
 expandable=true
 [statusnotifier]
 type=statusnotifier
-[worldclock]
-type=worldclock
 )";
 
 void write(const QString& path, const char* text) {

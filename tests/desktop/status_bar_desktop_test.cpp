@@ -89,10 +89,17 @@ bool hasValuesInIcon(const StatusItemClient& client, const QString& item) {
     return painted >= 16;
 }
 
-/// Waits until the panel's right half differs from `before`.
-bool panelChanged(const DesktopSession& session, const QImage& before, const QString& name) {
+/// The panel's right half once the panel has been drawn: covers the screen's edge and changes no more.
+QImage drawnPanel(const DesktopSession& session, const QString& name) {
     const QRect half(DesktopSession::screenSize.width() / 2, 0, DesktopSession::screenSize.width() / 2, 24);
-    return waitUntil([&] { return session.screenshot(name).copy(half) != before.copy(half); });
+    QImage last;
+    waitUntil([&] {
+        const QImage now = session.screenshot(name).copy(half);
+        const bool isDrawn = now == last && now.pixelColor(0, 0) != QColor(Qt::black);
+        last = now;
+        return isDrawn;
+    });
+    return last;
 }
 
 /// Waits until the panel has drawn an item at `place`, which it does some time after the registration. An empty
@@ -189,14 +196,14 @@ void expectValuesInTheIcon(DesktopPanel panel, const QString& picture) {
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
     const StatusItemClient client(session);
     ASSERT_TRUE(waitUntil([&] { return client.hasHost(); }));
-    const QImage empty = session.screenshot(picture);
+    const QImage empty = drawnPanel(session, picture);
 
     session.startKestro();
     const QString item = itemThatShowsMemory(session, client);
 
     ASSERT_FALSE(item.isEmpty());
     EXPECT_TRUE(waitUntil([&] { return hasValuesInIcon(client, item); }));
-    EXPECT_TRUE(panelChanged(session, empty, picture));
+    EXPECT_TRUE(waitUntil([&] { return drawnPanel(session, picture) != empty; }));
 }
 
 TEST(StatusBarOnXfce, PaintsTheValuesIntoTheIcon) {
