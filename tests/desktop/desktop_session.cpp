@@ -156,7 +156,8 @@ bool DesktopSession::startWindowManager() {
     return isReady;
 }
 
-QString DesktopSession::startBus(const QString& socket, const QString& services) {
+QProcess& DesktopSession::startBus(const QString& addressVariable, const QString& socket,
+                                   const QString& services) {
     // In the session's folder, so that a killed daemon leaves nothing behind.
     const QString configuration = path(socket) + QStringLiteral(".conf");
     writeBusConfiguration(configuration, path(socket), services);
@@ -167,20 +168,31 @@ QString DesktopSession::startBus(const QString& socket, const QString& services)
     if (address.isEmpty()) {
         failure_ = doesNotStart(daemon);
     }
-    return address;
+    environment_.insert(addressVariable, address);
+    return daemon;
 }
 
 bool DesktopSession::startBuses() {
     offerServices(path(QStringLiteral("services")));
-    const QString sessionAddress = startBus(QStringLiteral("session-bus"), path(QStringLiteral("services")));
-    environment_.insert(sessionBusVariable, sessionAddress);
+    sessionBus_ = &startBus(sessionBusVariable, QStringLiteral("session-bus"), path(QStringLiteral("services")));
     // A private bus, since the services on the machine's own would respond.
-    const QString systemAddress = startBus(QStringLiteral("system-bus"));
-    environment_.insert(systemBusVariable, systemAddress);
-    if (failure_.isEmpty() && !QDBusConnection::connectToBus(sessionAddress, connectionName_).isConnected()) {
+    startBus(systemBusVariable, QStringLiteral("system-bus"));
+    if (failure_.isEmpty() &&
+        !QDBusConnection::connectToBus(environment_.value(sessionBusVariable), connectionName_).isConnected()) {
         failure_ = QStringLiteral("the session bus does not accept a connection");
     }
     return failure_.isEmpty();
+}
+
+QStringList DesktopSession::startedServices() {
+    static const QRegularExpression activation(QStringLiteral("Activating service name='([^']+)'"));
+    busReport_ += sessionBus_->readAllStandardError();
+    QStringList names;
+    auto found = activation.globalMatch(QString::fromUtf8(busReport_));
+    while (found.hasNext()) {
+        names.append(found.next().captured(1));
+    }
+    return names;
 }
 
 QDBusConnection DesktopSession::connect(Bus bus) {

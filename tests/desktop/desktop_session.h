@@ -78,6 +78,9 @@ public:
     /// The test's connection to the session bus.
     QDBusConnection bus() const { return QDBusConnection(connectionName_); }
 
+    /// The services that the session bus has started or tried to start, in order.
+    QStringList startedServices();
+
     enum class Bus { session, system };
 
     /// An additional connection, for a service of the test; closed with the session.
@@ -126,7 +129,7 @@ private:
     bool startDisplay();
     bool startBuses();
     bool startWindowManager();
-    QString startBus(const QString& socket, const QString& services = {});
+    QProcess& startBus(const QString& addressVariable, const QString& socket, const QString& services = {});
     bool hasKestroFailed() const;
     std::string kestroFailure() const;
     std::vector<qint64> processesOfSession() const;
@@ -140,6 +143,8 @@ private:
     QStringList furtherConnections_;
     std::vector<std::unique_ptr<QProcess>> processes_;
     QProcess* panelProcess_ = nullptr;
+    QProcess* sessionBus_ = nullptr;
+    QByteArray busReport_;        // everything that the session bus has written to stderr
     QProcess* kestro_ = nullptr;  // the one started last
 };
 
