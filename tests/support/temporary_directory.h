@@ -13,8 +13,8 @@ namespace kestro {
 /// A temporary directory, removed with everything in it.
 class TemporaryDirectory {
 public:
-    TemporaryDirectory() {
-        auto pattern = (std::filesystem::temp_directory_path() / "kestro-test-XXXXXX").string();
+    explicit TemporaryDirectory(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+        auto pattern = (parent / "kestro-test-XXXXXX").string();
         path_ = mkdtemp(pattern.data());
     }
     ~TemporaryDirectory() {

@@ -1,12 +1,15 @@
 #include "tests/support/places.h"
 #include "tests/support/temporary_directory.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -75,7 +78,8 @@ protected:
         return output.substr(start == output.npos ? 0 : start + 1);
     }
 
-    TemporaryDirectory folder;
+    // Beside the test programs, since programs in /tmp may be forbidden.
+    TemporaryDirectory folder{buildTree()};
     std::string output;
     std::string errors;
     int status = 0;
@@ -296,6 +300,11 @@ TEST_F(RunTests, CountsUpOnATerminalOnly) {
     run();
     EXPECT_THAT(output + errors, Not(HasSubstr("\r")));
 
+    if (const int terminal = posix_openpt(O_RDWR | O_NOCTTY); terminal >= 0) {
+        close(terminal);
+    } else {
+        GTEST_SKIP() << "no terminal can be opened here";
+    }
     shell("script --quiet --command \"'$run' fake\" /dev/null");
     EXPECT_THAT(output, HasSubstr("\r\033[K1 tests, 0 failed, some_tests, "));
     EXPECT_THAT(lastLine(), Eq("\r\033[K2 passed, 0 failed\r\n"));
