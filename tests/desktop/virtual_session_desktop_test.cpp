@@ -132,12 +132,13 @@ TEST_F(VirtualSession, EndsWithTheStatusOfItsProgram) {
 }
 
 TEST_F(VirtualSession, ReportsWhatFailsToStart) {
-    QFile server(folder.filePath(QStringLiteral("Xvfb")));
+    const QTemporaryDir programs(QString::fromStdString(buildTree()) + QStringLiteral("/programs-XXXXXX"));
+    QFile server(programs.filePath(QStringLiteral("Xvfb")));
     ASSERT_TRUE(server.open(QIODevice::WriteOnly));
     server.write("#!/bin/sh\necho no screens found >&2\nexit 1\n");
     server.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     server.close();
-    path = folder.path() + QLatin1Char(':') + path;
+    path = programs.path() + QLatin1Char(':') + path;
 
     start("private_session.sh", {QStringLiteral("true")});
 

@@ -3,6 +3,7 @@
 #include "platform/desktop/power_profiles.h"
 #include "tests/support/event_waiting.h"
 #include "tests/support/fake_service.h"
+#include "tests/support/places.h"
 #include "tests/support/private_bus.h"
 
 #include <QDBusVariant>
@@ -138,7 +139,8 @@ protected:
         return waitUntil([&] { return report() == expected; });
     }
 
-    QTemporaryDir directory;
+    // Beside the test programs, since programs in /tmp may be forbidden.
+    QTemporaryDir directory{QString::fromStdString(buildTree()) + QStringLiteral("/power-XXXXXX")};
     PlatformProfile::Paths paths;
     PowerProfiles::Timing timing{20s, 20s};
     PrivateBus bus;
