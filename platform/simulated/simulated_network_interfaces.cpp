@@ -1,6 +1,6 @@
 #include "platform/simulated/simulated_network_interfaces.h"
 
-#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 #include "core/base/text.h"
 #include "platform/linux/network/interface_facts.h"
 
-#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <utility>
