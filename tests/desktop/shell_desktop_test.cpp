@@ -148,7 +148,7 @@ TEST_F(ShellOnTheDesktop, EntersAndLeavesFullScreen) {
 
     command("dashboard-fullscreen");
     EXPECT_TRUE(waitUntil([&] { return hasState(dashboard, "_NET_WM_STATE_FULLSCREEN"); }));
-    session.key(QStringLiteral("F11"));
+    session.key(QStringLiteral("ctrl+super+f"));
     EXPECT_TRUE(waitUntil([&] { return !hasState(dashboard, "_NET_WM_STATE_FULLSCREEN"); }));
     EXPECT_EQ(settledFrame(dashboard, centredDashboard), centredDashboard);
 }

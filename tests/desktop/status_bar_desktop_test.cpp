@@ -70,8 +70,11 @@ QStringList filesLeft(const DesktopSession& session, const QStringList& before) 
     }
     left.removeAll(QStringLiteral("config/kestro/preferences.json"));
     left.removeAll(QStringLiteral("runtime/.kestro_cmd"));
-    // What a panel is writing.
-    left.removeIf([](const QString& file) { return file.startsWith(QStringLiteral("config/glib-2.0/")); });
+    // What a panel and the font library write.
+    left.removeIf([](const QString& file) {
+        return file.startsWith(QStringLiteral("config/glib-2.0/")) ||
+               file.startsWith(QStringLiteral("cache/fontconfig/"));
+    });
     return left;
 }
 

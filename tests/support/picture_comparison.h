@@ -20,7 +20,7 @@ struct PictureDifference {
     int most = 255;     ///< the maximum over all pixels and channels
 
     /// Whether the pictures look the same.
-    bool isInvisible() const { return mean < 0.1 && most < 8; }
+    bool isInvisible() const { return mean < 0.1 && most < 12; }
 };
 
 inline QImage reducedPicture(const QImage& picture) {

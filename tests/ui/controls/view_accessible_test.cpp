@@ -20,6 +20,7 @@ TEST_F(ViewAccessibleTest, ExposesWindowsAsWindowsAndNamedWidgetsAsGroups) {
     QWidget named(&window);
     named.setAccessibleName(QStringLiteral("Cooling"));
     QWidget unnamed(&window);
+    window.show();
 
     EXPECT_EQ(roleOf(window), QAccessible::Window);
     EXPECT_EQ(roleOf(named), QAccessible::Grouping);
