@@ -110,6 +110,8 @@ private:
     void observeNotifications();
     void handleShowSettingsNotification(const NotificationUserInfo& userInfo);
     void closePopover();
+    void keepSettingsAboveDashboard();
+    void screensDidChange();
     void refreshTelemetry();
     void addShortcuts(QWidget& window);
     void retain(Subscription subscription) { subscriptions_.push_back(std::move(subscription)); }
@@ -125,7 +127,7 @@ private:
     MainStatusContent statusContent_;
     std::unique_ptr<StatusItem> statusItem_;
     QRect lastAnchor_;
-    ScreenChanges screenChanges_{[this] { lastAnchor_ = {}; }};
+    ScreenChanges screenChanges_{[this] { screensDidChange(); }};
     std::unique_ptr<KeepAwakeStatusItem> keepAwakeItem_;
     std::unique_ptr<FanControlStatusItem> fanItem_;
     std::unique_ptr<PopoverWindow> popover_;

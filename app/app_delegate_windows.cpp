@@ -41,7 +41,7 @@ void AppDelegate::setupPopover() {
 void AppDelegate::setupDashboardWindow() {
     const DashboardActions actions{
         .onOpenSettings = [this] { showSettings(); },
-        .onToggleFullScreen = [this] { dashboardWindow_->toggleWindowedFullScreen(); },
+        .onToggleFullScreen = [this] { dashboardWindow_->zoom(); },
         .onClose = [this] { dashboardWindow_->close(); },
     };
     const auto makeContent = [this, actions](QWidget* parent) {
@@ -57,6 +57,7 @@ void AppDelegate::setupSettingsWindow() {
     settingsWindow_ = std::make_unique<SettingsWindow>(
         *this, shell_.windowSystem,
         [this, actions](QWidget* parent) { return surfaces_.settings(services_, actions, parent); });
+    shell_.windowSystem.setFloatingLevel(*settingsWindow_, services_.settings.isPinned.get());
     addShortcuts(*settingsWindow_);
 }
 
@@ -65,6 +66,9 @@ void AppDelegate::bindDashboard() {
     const auto followPin = [this](bool isPinned) {
         if (!dashboardWindow_->isFullScreen()) {
             shell_.windowSystem.setFloatingLevel(*dashboardWindow_, isPinned);
+        }
+        if (settingsWindow_) {
+            shell_.windowSystem.setFloatingLevel(*settingsWindow_, isPinned);
         }
     };
     followPin(settings.isPinned.get());
@@ -115,9 +119,10 @@ void AppDelegate::showDashboard() {
         return;
     }
     adjustDashboardSize(false);
-    dashboardWindow_->ensureReachable();
+    dashboardWindow_->fitToScreen();
     refreshTelemetry();
     shell_.windowSystem.makeKeyAndOrderFront(*dashboardWindow_);
+    keepSettingsAboveDashboard();
     updateUIActiveState();
 }
 
@@ -147,8 +152,26 @@ void AppDelegate::showSettings() {
     if (!settingsWindow_) {
         setupSettingsWindow();
     }
+    settingsWindow_->fitToScreen();
+    keepSettingsAboveDashboard();
     shell_.windowSystem.makeKeyAndOrderFront(*settingsWindow_);
     updateUIActiveState();
+}
+
+void AppDelegate::keepSettingsAboveDashboard() {
+    if (settingsWindow_ && dashboardWindow_) {
+        shell_.windowSystem.keepAbove(*settingsWindow_, *dashboardWindow_);
+    }
+}
+
+void AppDelegate::screensDidChange() {
+    lastAnchor_ = {};
+    if (dashboardWindow_ && dashboardWindow_->isVisible()) {
+        dashboardWindow_->fitToScreen();
+    }
+    if (settingsWindow_ && settingsWindow_->isVisible()) {
+        settingsWindow_->fitToScreen();
+    }
 }
 
 void AppDelegate::refreshTelemetry() {

@@ -108,7 +108,7 @@ void terminate() {
 int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile) {
     const AccessibilityMonitor accessibility(desktop.sessionBus);
     DesktopStatusBar statusBar;
-    LinuxWindowSystem windowSystem;
+    LinuxWindowSystem windowSystem(statusBar);
     AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem},
                          kestroSurfaces(), commandFile, terminate);
     delegate.applicationDidFinishLaunching();

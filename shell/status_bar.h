@@ -102,6 +102,9 @@ public:
     /// `identifier` is a stable plain word for this item, such as "kestro-main".
     [[nodiscard]] virtual std::unique_ptr<StatusItem> createItem(const QString& identifier,
                                                                  StatusItemHandlers handlers) = 0;
+
+    /// The area that the items cover above all windows, in global coordinates; null while a panel hosts them.
+    virtual QRect overlay() const { return {}; }
 };
 
 }  // namespace kestro

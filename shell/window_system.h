@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QRect>
+
 #include <functional>
 #include <memory>
 
+class QScreen;
 class QWidget;
 
 namespace kestro {
@@ -33,8 +36,16 @@ public:
     /// false where windows cannot be taken away.
     virtual bool isWithdrawn(const QWidget& window) const = 0;
 
-    /// Whether the application may place its windows.
+    /// Whether the application may place and fade its windows.
     virtual bool canPlaceWindows() const = 0;
+
+    /// The area of a screen for windows, clear of panels and of the status bar's own window; in points and global
+    /// coordinates.
+    virtual QRect availableArea(const QScreen& screen) const = 0;
+
+    /// Keeps a window above another one, also while that one floats or is full screen. Call it before `window` is
+    /// shown; both outlive the relation.
+    virtual void keepAbove(QWidget& window, QWidget& other) = 0;
 
     /// Calls `onPress` for every press of a mouse button on the screen, whichever window receives it: a press on
     /// the desktop or on a panel does not move the keyboard focus and would go unnoticed. Null where the window

@@ -3,13 +3,11 @@
 #include "app/windows/window_geometry.h"
 #include "shell/window_system.h"
 
-#include <QGuiApplication>
 #include <QHoverEvent>
+#include <QKeyEvent>
 #include <QMouseEvent>
-#include <QScreen>
 #include <QWindow>
 
-#include <algorithm>
 #include <utility>
 
 namespace kestro {
@@ -24,10 +22,6 @@ Qt::CursorShape cursorFor(Qt::Edges edges) {
         return Qt::SizeBDiagCursor;
     }
     return edges.testAnyFlags(Qt::LeftEdge | Qt::RightEdge) ? Qt::SizeHorCursor : Qt::SizeVerCursor;
-}
-
-bool showsTitleBand(const QScreen& screen, const QRect& frame) {
-    return screen.availableGeometry().intersects({frame.topLeft(), QSize(frame.width(), titleBandHeight)});
 }
 
 }  // namespace
@@ -56,7 +50,15 @@ void KestroDashboardWindow::toggleWindowedFullScreen() {
     }
     const WindowedZoom zoom = windowedZoom(frameAnimation_.frame(), preZoomFrame_, available);
     preZoomFrame_ = zoom.preZoomFrame;
-    setFrame(zoom.frame);
+    setFrame(placed(zoom.frame));
+}
+
+void KestroDashboardWindow::zoom() {
+    if (isFullScreen()) {
+        toggleFullScreen();
+    } else {
+        toggleWindowedFullScreen();
+    }
 }
 
 void KestroDashboardWindow::toggleFullScreen() {
@@ -67,25 +69,21 @@ void KestroDashboardWindow::toggleFullScreen() {
 
 void KestroDashboardWindow::resizeKeepingOrigin(QSize size) {
     if (!isFullScreen()) {
-        setFrame(resizedKeepingBottomLeft(frameAnimation_.frame(), size, availableArea()));
+        setFrame(placed(resizedKeepingBottomLeft(frameAnimation_.frame(), size)));
     }
 }
 
 void KestroDashboardWindow::fitWidth(int optimalWidth) {
-    const QRect frame = automaticDashboardFrame(frameAnimation_.frame(), optimalWidth, availableArea());
-    if (frame != frameAnimation_.frame()) {
-        isFittingWidth_ = true;
-        frameAnimation_.start(frame);
-    }
+    setOwnFrame(placed(automaticDashboardFrame(frameAnimation_.frame(), optimalWidth)));
 }
 
-void KestroDashboardWindow::ensureReachable() {
-    const auto screens = QGuiApplication::screens();
-    const bool isReachable = std::ranges::any_of(
-        screens, [this](const QScreen* screen) { return showsTitleBand(*screen, geometry()); });
-    if (!std::exchange(isPlaced_, true) || !isReachable) {
-        setGeometry(centred(size(), availableArea()));
+void KestroDashboardWindow::fitToScreen() {
+    if (windowState().testAnyFlags(Qt::WindowFullScreen | Qt::WindowMaximized)) {
+        return;
     }
+    const QRect wanted =
+        std::exchange(isPlaced_, true) ? frameAnimation_.frame() : centred(size(), availableArea());
+    setOwnFrame(placed(wanted));
 }
 
 bool KestroDashboardWindow::backgroundPressed(QPoint position) {
@@ -128,8 +126,8 @@ void KestroDashboardWindow::resizeEvent(QResizeEvent* event) {
         return;
     }
     settledSize_ = size();
-    isFittingWidth_ = isFittingWidth_ && frameAnimation_.explains(size());
-    if (isVisible() && !isFittingWidth_) {
+    isFittingItself_ = isFittingItself_ && frameAnimation_.explains(size());
+    if (isVisible() && !isFittingItself_) {
         delegate().windowDidResize(*this);
     }
 }
@@ -144,18 +142,37 @@ bool KestroDashboardWindow::eventFilter(QObject* watched, QEvent* event) {
     return SurfaceWindow::eventFilter(watched, event);
 }
 
+void KestroDashboardWindow::keyPressEvent(QKeyEvent* event) {
+    if (isFullScreen() && event->matches(QKeySequence::Cancel)) {
+        toggleFullScreen();
+        return;
+    }
+    SurfaceWindow::keyPressEvent(event);
+}
+
 void KestroDashboardWindow::setFrame(const QRect& frame) {
-    isFittingWidth_ = false;
+    isFittingItself_ = false;
     if (isMaximized()) {
         setWindowState(windowState() & ~Qt::WindowMaximized);
     }
     frameAnimation_.start(frame);
 }
 
-QRect KestroDashboardWindow::availableArea() const {
-    const QScreen* own = screen();
-    const QScreen* used = own != nullptr ? own : QGuiApplication::primaryScreen();
-    return used != nullptr ? used->availableGeometry() : QRect();
+void KestroDashboardWindow::setOwnFrame(const QRect& frame) {
+    if (frame != frameAnimation_.frame()) {
+        isFittingItself_ = true;
+        frameAnimation_.start(frame);
+    }
+}
+
+QRect KestroDashboardWindow::placed(const QRect& wanted) {
+    const QRect available = availableArea();
+    if (available.isNull()) {
+        return wanted;
+    }
+    const QRect frame = placeOnScreen(wanted, available);
+    setMinimumSize(dashboardMinimumSize.boundedTo(frame.size()));
+    return frame;
 }
 
 void KestroDashboardWindow::showResizeCursor(QPoint position) {

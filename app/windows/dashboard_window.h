@@ -23,6 +23,9 @@ public:
     /// Zooms to the screen's visible area, or back. Not the system's full screen.
     void toggleWindowedFullScreen();
 
+    /// The zoom button: leaves the system's full screen, or zooms within it.
+    void zoom();
+
     /// Enters or leaves the system's full screen.
     void toggleFullScreen();
 
@@ -33,9 +36,10 @@ public:
     /// Fits the width to the content around the window's centre. Does not notify the delegate of this resize.
     void fitWidth(int optimalWidth);
 
-    /// Centres the window if no screen shows its title band: when it is first shown, and after its screen has
-    /// gone.
-    void ensureReachable();
+    /// Makes the whole window visible on its screen: in the middle before it is first shown, afterwards by moving
+    /// and shrinking it as little as possible. Does not notify the delegate of this resize. Does nothing in full
+    /// screen or maximised.
+    void fitToScreen();
 
 protected:
     bool backgroundPressed(QPoint position) override;
@@ -44,16 +48,19 @@ protected:
     void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    /// The frame on this window's screen for a wanted one. Lowers the minimum size on a screen that is smaller.
+    QRect placed(const QRect& wanted);
     void setFrame(const QRect& frame);
-    QRect availableArea() const;
+    void setOwnFrame(const QRect& frame);
     void showResizeCursor(QPoint position);
 
     FrameAnimation frameAnimation_;
     std::optional<QRect> preZoomFrame_;
     QSize settledSize_;  ///< the last size outside full screen that has been handled
-    bool isFittingWidth_ = false;
+    bool isFittingItself_ = false;
     bool wasFullScreen_ = false;
     bool isPlaced_ = false;
 };

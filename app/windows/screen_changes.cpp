@@ -8,19 +8,21 @@
 namespace kestro {
 
 ScreenChanges::ScreenChanges(std::function<void()> onChange) : onChange_(std::move(onChange)) {
+    report_.setSingleShot(true);
+    connect(&report_, &QTimer::timeout, this, [this] { onChange_(); });
     for (QScreen* screen : QGuiApplication::screens()) {
         follow(screen);
     }
     connect(qGuiApp, &QGuiApplication::screenAdded, this, [this](QScreen* screen) {
         follow(screen);
-        onChange_();
+        report_.start();
     });
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this] { onChange_(); });
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this] { report_.start(); });
 }
 
 void ScreenChanges::follow(QScreen* screen) {
-    connect(screen, &QScreen::geometryChanged, this, [this] { onChange_(); });
-    connect(screen, &QScreen::availableGeometryChanged, this, [this] { onChange_(); });
+    connect(screen, &QScreen::geometryChanged, this, [this] { report_.start(); });
+    connect(screen, &QScreen::availableGeometryChanged, this, [this] { report_.start(); });
 }
 
 }  // namespace kestro

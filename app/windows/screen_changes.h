@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 
 #include <functional>
 
@@ -8,8 +9,8 @@ class QScreen;
 
 namespace kestro {
 
-/// Reports when a screen is added, removed, moved or resized, or when the area that panels leave free changes.
-/// Main thread.
+/// Reports when a screen is added, removed, moved or resized, or when the area that panels leave free changes:
+/// from the event loop, since a window still belongs to the screen that is being removed. Main thread.
 class ScreenChanges : public QObject {
 public:
     explicit ScreenChanges(std::function<void()> onChange);
@@ -18,6 +19,7 @@ private:
     void follow(QScreen* screen);
 
     std::function<void()> onChange_;
+    QTimer report_;
 };
 
 }  // namespace kestro

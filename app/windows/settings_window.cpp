@@ -2,19 +2,24 @@
 
 #include "app/windows/window_geometry.h"
 
-#include <QGuiApplication>
-#include <QScreen>
-
 #include <utility>
 
 namespace kestro {
 
 SettingsWindow::SettingsWindow(WindowDelegate& delegate, WindowSystem& system, ContentFactory makeContent)
     : SurfaceWindow(delegate, system, std::move(makeContent), QStringLiteral("Kestro Preferences")) {
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    const QRect available = screen != nullptr ? screen->availableGeometry() : QRect(QPoint(), settingsSize);
-    setFixedSize(settingsWindowSize(available));
-    setGeometry(centred(size(), available));
+    setFrame(centred(settingsSize, availableArea()));
+}
+
+void SettingsWindow::fitToScreen() {
+    setFrame({pos(), settingsSize});
+}
+
+void SettingsWindow::setFrame(const QRect& wanted) {
+    const QRect available = availableArea();
+    const QRect frame = available.isNull() ? wanted : placeOnScreen(wanted, available);
+    setFixedSize(frame.size());
+    move(frame.topLeft());
 }
 
 }  // namespace kestro

@@ -4,11 +4,17 @@
 
 namespace kestro {
 
-/// The settings window: of fixed size, centred on the screen when created, moved by its background. Created on
-/// the first request and then kept.
+/// The settings window: of fixed size unless its screen is smaller, centred on the screen when created, moved by
+/// its background. Created on the first request and then kept.
 class SettingsWindow final : public SurfaceWindow {
 public:
     SettingsWindow(WindowDelegate& delegate, WindowSystem& system, ContentFactory makeContent);
+
+    /// Makes the whole window visible on its screen.
+    void fitToScreen();
+
+private:
+    void setFrame(const QRect& wanted);
 };
 
 }  // namespace kestro

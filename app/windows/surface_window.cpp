@@ -1,15 +1,26 @@
 #include "app/windows/surface_window.h"
 
+#include "shell/window_system.h"
 #include "ui/controls/view_accessible.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QWindow>
 
 #include <utility>
 
 namespace kestro {
+
+namespace {
+
+int sharedArea(const QScreen& screen, const QRect& frame) {
+    const QRect shared = screen.geometry() & frame;
+    return shared.width() * shared.height();
+}
+
+}  // namespace
 
 SurfaceWindow::SurfaceWindow(WindowDelegate& delegate, WindowSystem& system, ContentFactory makeContent,
                              const QString& title, Qt::WindowFlags type)
@@ -23,6 +34,20 @@ SurfaceWindow::SurfaceWindow(WindowDelegate& delegate, WindowSystem& system, Con
     setWindowTitle(title);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
+}
+
+QRect SurfaceWindow::availableArea() const {
+    const QScreen* shown = screen();
+    if (shown == nullptr) {
+        return {};
+    }
+    // The toolkit assigns a window to the screen of its centre, and only while it is shown.
+    for (const QScreen* other : QGuiApplication::screens()) {
+        if (system_.canPlaceWindows() && sharedArea(*other, geometry()) > sharedArea(*shown, geometry())) {
+            shown = other;
+        }
+    }
+    return system_.availableArea(*shown);
 }
 
 void SurfaceWindow::showEvent(QShowEvent* event) {

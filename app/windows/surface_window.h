@@ -28,9 +28,12 @@ public:
 
     virtual void orderOut() { hide(); }
 
+    /// The area for windows on the screen that shows most of this one; null without a screen.
+    QRect availableArea() const;
+
 protected:
     WindowDelegate& delegate() { return delegate_; }
-    WindowSystem& system() { return system_; }
+    WindowSystem& system() const { return system_; }
 
     /// Notifies the delegate that the window has appeared or disappeared.
     virtual void visibilityDidChange() { delegate_.windowVisibilityDidChange(*this); }

@@ -1,5 +1,7 @@
 #include "app/windows/window_geometry.h"
 
+#include <QMargins>
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -8,13 +10,12 @@ namespace kestro {
 namespace {
 
 constexpr int popoverGap = 6;
-constexpr int screenMargin = 8;
+constexpr QMargins screenMargins(8, 8, 8, 8);
 constexpr int zoomTolerance = 10;
 constexpr QSize zoomFallbackSize{1100, 480};
 constexpr int titleButtonsWidth = 148;
 constexpr int resizeBorder = 5;
 constexpr int resizeCorner = 12;
-constexpr int settingsMinimumHeight = 480;
 
 // QRect::right() and bottom() name the last pixel inside; these name the edge.
 int rightEdge(const QRect& rect) {
@@ -35,11 +36,9 @@ int fitted(int wanted, int length, int low, int high) {
     return std::max(low, std::min(wanted, high - length));
 }
 
-QRect keptInside(const QRect& frame, const QRect& screen, const QRect& available) {
-    const QRect inner =
-        available.intersected(screen.marginsRemoved({screenMargin, screenMargin, screenMargin, screenMargin}));
-    return {fitted(frame.x(), frame.width(), inner.x(), rightEdge(inner)),
-            fitted(frame.y(), frame.height(), inner.y(), bottomEdge(inner)), frame.width(), frame.height()};
+QRect movedInside(const QRect& frame, const QRect& area) {
+    return {fitted(frame.x(), frame.width(), area.x(), rightEdge(area)),
+            fitted(frame.y(), frame.height(), area.y(), bottomEdge(area)), frame.width(), frame.height()};
 }
 
 QPoint popoverOrigin(const QRect& anchor, QSize size, const QRect& available) {
@@ -66,20 +65,24 @@ QRect popoverFrame(const QRect& anchor, QSize size, const QRect& screen, const Q
     } else {
         origin = popoverOrigin(anchor, size, available);
     }
-    return keptInside({origin, size}, screen, available);
+    return movedInside({origin, size}, available.intersected(screen.marginsRemoved(screenMargins)));
 }
 
-QRect resizedKeepingBottomLeft(const QRect& frame, QSize size, const QRect& available) {
-    const int wantedY = bottomEdge(frame) - size.height();
-    return {frame.x(), fitted(wantedY, titleBandHeight, available.y(), bottomEdge(available)), size.width(),
-            size.height()};
+QRect placeOnScreen(const QRect& frame, const QRect& available) {
+    if (available.contains(frame)) {
+        return frame;
+    }
+    const QRect area = available.marginsRemoved(screenMargins);
+    return movedInside({frame.topLeft(), frame.size().boundedTo(area.size())}, area);
 }
 
-QRect automaticDashboardFrame(const QRect& frame, int optimalWidth, const QRect& available) {
+QRect resizedKeepingBottomLeft(const QRect& frame, QSize size) {
+    return {frame.x(), bottomEdge(frame) - size.height(), size.width(), size.height()};
+}
+
+QRect automaticDashboardFrame(const QRect& frame, int optimalWidth) {
     const QSize size(optimalWidth, std::max(frame.height(), dashboardHeight));
-    const QRect aboutItsCentre(frame.x() - (optimalWidth - frame.width()) / 2, frame.y(), frame.width(),
-                               frame.height());
-    return resizedKeepingBottomLeft(aboutItsCentre, size, available);
+    return resizedKeepingBottomLeft(frame.translated(-(optimalWidth - frame.width()) / 2, 0), size);
 }
 
 WindowedZoom windowedZoom(const QRect& frame, const std::optional<QRect>& preZoomFrame, const QRect& available) {
@@ -101,25 +104,19 @@ Qt::Edges resizeEdges(QPoint position, QSize content) {
     const int top = position.y();
     const int right = content.width() - 1 - position.x();
     const int bottom = content.height() - 1 - position.y();
-    if (std::min({left, top, right, bottom}) >= resizeBorder) {
-        return {};
-    }
-    // On the border, a position near a corner counts for both of its edges.
+    const bool isInCorner = std::min(left, right) < resizeCorner && std::min(top, bottom) < resizeCorner;
+    const int reach = isInCorner ? resizeCorner : resizeBorder;
     Qt::Edges edges;
-    edges.setFlag(Qt::LeftEdge, left < resizeCorner);
-    edges.setFlag(Qt::TopEdge, top < resizeCorner);
-    edges.setFlag(Qt::RightEdge, right < resizeCorner);
-    edges.setFlag(Qt::BottomEdge, bottom < resizeCorner);
+    edges.setFlag(Qt::LeftEdge, left < reach);
+    edges.setFlag(Qt::TopEdge, top < reach);
+    edges.setFlag(Qt::RightEdge, right < reach);
+    edges.setFlag(Qt::BottomEdge, bottom < reach);
     return edges;
 }
 
 QRect centred(QSize size, const QRect& available) {
     return {available.x() + (available.width() - size.width()) / 2,
             available.y() + (available.height() - size.height()) / 2, size.width(), size.height()};
-}
-
-QSize settingsWindowSize(const QRect& available) {
-    return {settingsSize.width(), std::clamp(available.height(), settingsMinimumHeight, settingsSize.height())};
 }
 
 }  // namespace kestro

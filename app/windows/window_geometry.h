@@ -9,7 +9,7 @@
 namespace kestro {
 
 /// The rules that place and size the windows. Pure; everything in points and global coordinates with the origin
-/// at the top left. `available` is a screen without its panels, `screen` all of it.
+/// at the top left. `available` is a screen without its panels and our strip, `screen` all of it.
 
 inline constexpr QSize dashboardMinimumSize{740, 420};
 inline constexpr int dashboardHeight = 480;  ///< at creation, and the minimum for automatic sizing
@@ -21,13 +21,16 @@ inline constexpr int titleBandHeight = 50;
 /// items: at the right, by the top panel, or by the bottom panel if only that exists.
 QRect popoverFrame(const QRect& anchor, QSize size, const QRect& screen, const QRect& available);
 
-/// The frame with a new size and its bottom-left corner in place. The corner moves only if the title band would
-/// otherwise leave the available area, where the user could not drag it back.
-QRect resizedKeepingBottomLeft(const QRect& frame, QSize size, const QRect& available);
+/// The frame that shows the whole window: `frame` itself where the area contains it. Otherwise it moves as little
+/// as possible and shrinks to the area less 8 on every side.
+QRect placeOnScreen(const QRect& frame, const QRect& available);
+
+/// The frame with a new size and its bottom-left corner in place.
+QRect resizedKeepingBottomLeft(const QRect& frame, QSize size);
 
 /// The frame that fits the dashboard's content: `optimalWidth` around the frame's centre, the height kept but at
 /// least `dashboardHeight`, the bottom edge in place.
-QRect automaticDashboardFrame(const QRect& frame, int optimalWidth, const QRect& available);
+QRect automaticDashboardFrame(const QRect& frame, int optimalWidth);
 
 /// The result of a windowed zoom: the frame to take, and the frame to restore later, if any.
 struct WindowedZoom {
@@ -45,13 +48,11 @@ WindowedZoom windowedZoom(const QRect& frame, const std::optional<QRect>& preZoo
 /// except the rightmost 148, where the buttons are.
 bool isInTitleBand(QPoint position, QSize content);
 
-/// The window edges that a press at `position` grabs; none inside the window.
+/// The window edges that a press at `position` grabs: the border of 5, and both edges in the 12 × 12 of a corner;
+/// none inside the window.
 Qt::Edges resizeEdges(QPoint position, QSize content);
 
 /// `size` in the middle of the available area.
 QRect centred(QSize size, const QRect& available);
-
-/// 860 × 750, or lower on a smaller screen, but at least 480 high.
-QSize settingsWindowSize(const QRect& available);
 
 }  // namespace kestro

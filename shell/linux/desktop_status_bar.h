@@ -30,6 +30,7 @@ public:
 
     [[nodiscard]] std::unique_ptr<StatusItem> createItem(const QString& identifier,
                                                          StatusItemHandlers handlers) override;
+    QRect overlay() const override { return strip_.overlay(); }
 
     /// True while the items are on the strip.
     bool isOnStrip() const { return isOnStrip_; }

@@ -1,9 +1,12 @@
 #include "shell/linux/linux_window_system.h"
 
+#include "shell/linux/strip/strip_layout.h"
 #include "shell/linux/x11_display.h"
 #include "shell/linux/x11_press_monitor.h"
+#include "shell/status_bar.h"
 
 #include <QGuiApplication>
+#include <QScreen>
 #include <QWidget>
 #include <QWindow>
 
@@ -97,6 +100,23 @@ bool LinuxWindowSystem::isWithdrawn(const QWidget& window) const {
 
 bool LinuxWindowSystem::canPlaceWindows() const {
     return !QGuiApplication::platformName().startsWith(QLatin1StringView("wayland"));
+}
+
+QRect LinuxWindowSystem::availableArea(const QScreen& screen) const {
+    return strip_layout::clearOf(statusBar_.overlay(), screen.availableGeometry());
+}
+
+void LinuxWindowSystem::keepAbove(QWidget& window, QWidget& other) {
+    if (QWindow* const parent = other.windowHandle()) {
+        window.winId();  // creates the handle
+        window.windowHandle()->setTransientParent(parent);
+        if (xcb_connection_t* const connection = x11_display::connection()) {
+            // The toolkit sets it for dialogs only.
+            const auto id = static_cast<xcb_window_t>(parent->winId());
+            xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
+                                XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 32, 1, &id);
+        }
+    }
 }
 
 std::unique_ptr<PressMonitor> LinuxWindowSystem::watchPresses(std::function<void()> onPress) {

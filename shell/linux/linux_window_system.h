@@ -4,10 +4,15 @@
 
 namespace kestro {
 
+class StatusBar;
+
 /// The window system of X11 and Wayland desktops. On Wayland the compositor decides about placement, levels and
 /// activation, based on the activation token that the panel passed with the click, if any.
 class LinuxWindowSystem final : public WindowSystem {
 public:
+    /// Windows keep clear of the bar's own window.
+    explicit LinuxWindowSystem(const StatusBar& statusBar) : statusBar_(statusBar) {}
+
     void makeKeyAndOrderFront(QWidget& window) override;
 
     /// With _NET_WM_STATE_SKIP_TASKBAR on X11, where the window manager forgets it when the window is hidden.
@@ -22,8 +27,16 @@ public:
     /// False on Wayland.
     bool canPlaceWindows() const override;
 
+    QRect availableArea(const QScreen& screen) const override;
+
+    /// As a transient window, which window managers keep above its parent.
+    void keepAbove(QWidget& window, QWidget& other) override;
+
     /// With raw events of the X Input Extension 2; null on other window systems.
     [[nodiscard]] std::unique_ptr<PressMonitor> watchPresses(std::function<void()> onPress) override;
+
+private:
+    const StatusBar& statusBar_;
 };
 
 }  // namespace kestro

@@ -143,6 +143,21 @@ TEST_F(AppDelegateDashboard, FloatsWhilePinned) {
     EXPECT_TRUE(windowSystem.isFloating(window()));
 }
 
+TEST_F(AppDelegateDashboard, StaysBelowTheSettings) {
+    settings.isPinned.set(true);
+    launch();
+    delegate.showSettings();
+    EXPECT_TRUE(windowSystem.isFloating(*delegate.settingsWindow()));
+    windowSystem.above = {};
+
+    delegate.showDashboard();
+    EXPECT_EQ(windowSystem.above.first, delegate.settingsWindow());
+    EXPECT_EQ(windowSystem.above.second, &window());
+
+    settings.isPinned.set(false);
+    EXPECT_FALSE(windowSystem.isFloating(*delegate.settingsWindow()));
+}
+
 TEST_F(AppDelegateDashboard, DoesNotFloatInFullScreen) {
     settings.isPinned.set(true);
     launch();

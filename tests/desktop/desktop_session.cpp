@@ -75,7 +75,7 @@ QString nextConnectionName() {
 
 }  // namespace
 
-DesktopSession::DesktopSession(DesktopPanel panel)
+DesktopSession::DesktopSession(DesktopPanel panel, QSize screen)
     : environment_(whatASessionInherits()), panel_(panel), connectionName_(nextConnectionName()) {
     for (const char* name : {"home", "config", "data", "cache", "runtime"}) {
         QDir().mkpath(path(QString::fromLatin1(name)));
@@ -91,7 +91,7 @@ DesktopSession::DesktopSession(DesktopPanel panel)
     environment_.insert(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("keyfile"));
     environment_.insert(QStringLiteral("NO_AT_BRIDGE"), QStringLiteral("1"));
     environment_.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    if (!startDisplay() || !startBuses()) {
+    if (!startDisplay(screen) || !startBuses()) {
         return;
     }
     if (!startWindowManager()) {
@@ -127,12 +127,12 @@ DesktopSession::~DesktopSession() {
     }
 }
 
-bool DesktopSession::startDisplay() {
+bool DesktopSession::startDisplay(QSize screen) {
     QProcess& display =
         start(QStringLiteral("Xvfb"),
               {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"), QStringLiteral("0"),
-               QStringLiteral("%1x%2x24").arg(screenSize.width()).arg(screenSize.height()),
-               QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-noreset")});
+               QStringLiteral("%1x%2x24").arg(screen.width()).arg(screen.height()), QStringLiteral("-nolisten"),
+               QStringLiteral("tcp"), QStringLiteral("-noreset")});
     const QString number = firstLine(display);
     if (number.isEmpty()) {
         failure_ = doesNotStart(display);

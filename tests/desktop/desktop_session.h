@@ -42,7 +42,10 @@ struct DesktopWindow {
 /// including those that the bus started on request.
 class DesktopSession {
 public:
-    explicit DesktopSession(DesktopPanel panel = DesktopPanel::none);
+    static constexpr QSize screenSize{1280, 800};
+
+    /// With a screen of `screen` pixels.
+    explicit DesktopSession(DesktopPanel panel = DesktopPanel::none, QSize screen = screenSize);
     ~DesktopSession();
     DesktopSession(const DesktopSession&) = delete;
     DesktopSession& operator=(const DesktopSession&) = delete;
@@ -123,10 +126,8 @@ public:
     /// Runs a program in the session and returns its output; empty if it failed.
     QByteArray output(const QString& program, const QStringList& arguments) const;
 
-    static constexpr QSize screenSize{1280, 800};
-
 private:
-    bool startDisplay();
+    bool startDisplay(QSize screen);
     bool startBuses();
     bool startWindowManager();
     QProcess& startBus(const QString& addressVariable, const QString& socket, const QString& services = {});

@@ -64,7 +64,7 @@ std::vector<DesktopWindow> DesktopSession::windows() const {
 std::optional<DesktopWindow> DesktopSession::strip() const {
     static const QRegularExpression figure(QStringLiteral("\\d%"));
     for (const DesktopWindow& window : windows()) {
-        if (window.frame.height() == 28 && figure.match(window.title).hasMatch()) {
+        if (figure.match(window.title).hasMatch()) {
             return window;
         }
     }

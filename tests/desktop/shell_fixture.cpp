@@ -11,7 +11,7 @@
 
 namespace kestro {
 
-ShellFixture::ShellFixture(DesktopPanel panel) : session(panel), panel_(panel) {}
+ShellFixture::ShellFixture(DesktopPanel panel, QSize screen) : session(panel, screen), panel_(panel) {}
 
 void ShellFixture::launch(const QStringList& variables, KestroProgram program) {
     if (!session.failure().isEmpty()) {

@@ -14,7 +14,7 @@ namespace kestro {
 /// The real program on a private desktop.
 class ShellFixture : public testing::Test {
 protected:
-    explicit ShellFixture(DesktopPanel panel = DesktopPanel::none);
+    explicit ShellFixture(DesktopPanel panel = DesktopPanel::none, QSize screen = DesktopSession::screenSize);
 
     /// Starts the program and waits until its readout shows figures on the strip or in the panel. Throws what it
     /// printed if it does not, which ends the test.

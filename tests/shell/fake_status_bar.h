@@ -31,6 +31,8 @@ public:
         return std::make_unique<Handle>(*this, identifier);
     }
 
+    QRect overlay() const override { return covered; }
+
     bool contains(const QString& identifier) const { return items.contains(identifier); }
     Item& item(const QString& identifier) { return items.at(identifier); }
     Menu menu(const QString& identifier) { return items.at(identifier).handlers.buildMenu(); }
@@ -46,6 +48,7 @@ public:
     }
 
     std::map<QString, Item> items;
+    QRect covered;                   ///< the area that the bar covers
     std::function<void()> onCreate;  ///< if set, called before each item is created
     std::vector<QString> created;    ///< in order, including destroyed ones
 

@@ -56,6 +56,10 @@ QPoint stripPosition(QSize strip, const QRect& available) {
     return {std::max(available.left(), left), available.top() + marginTop};
 }
 
+QRect clearOf(const QRect& strip, const QRect& available) {
+    return available.intersects(strip) ? available.adjusted(0, 2 * marginTop + height, 0, 0) : available;
+}
+
 std::vector<int> separators(const std::vector<QRect>& frames) {
     std::vector<int> edges;
     for (std::size_t index = 0; index + 1 < frames.size(); ++index) {

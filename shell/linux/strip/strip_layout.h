@@ -36,6 +36,10 @@ QSize stripSize(const std::vector<int>& widths);
 /// free, but never left of that area.
 QPoint stripPosition(QSize strip, const QRect& available);
 
+/// The area that a strip at its position leaves for windows: everything below it, or `available` if the strip is
+/// elsewhere.
+QRect clearOf(const QRect& strip, const QRect& available);
+
 /// Left edges of the separator lines between items.
 std::vector<int> separators(const std::vector<QRect>& frames);
 

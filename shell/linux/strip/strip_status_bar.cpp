@@ -79,4 +79,9 @@ std::unique_ptr<StatusItem> StripStatusBar::createItem(const QString& identifier
     return std::make_unique<StripStatusItem>(identifier, std::move(handlers), std::move(window));
 }
 
+QRect StripStatusBar::overlay() const {
+    const std::shared_ptr<StripWindow> window = window_.lock();
+    return window && window->isVisible() ? window->geometry() : QRect();
+}
+
 }  // namespace kestro

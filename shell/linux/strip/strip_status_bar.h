@@ -17,6 +17,7 @@ public:
 
     [[nodiscard]] std::unique_ptr<StatusItem> createItem(const QString& identifier,
                                                          StatusItemHandlers handlers) override;
+    QRect overlay() const override;
 
 private:
     std::weak_ptr<StripWindow> window_;

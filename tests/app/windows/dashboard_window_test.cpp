@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QMouseEvent>
-#include <QScreen>
 #include <QWindow>
 
 #include <gmock/gmock.h>
@@ -28,10 +27,10 @@ struct DashboardWindowTest : testing::Test {
     test::RecordingWindowDelegate delegate;
     test::PlainWindowSystem system;
     KestroDashboardWindow window{delegate, system, [](QWidget* parent) { return new QWidget(parent); }, 788};
-    QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect available = system.available;
 
     void show() {
-        window.ensureReachable();
+        window.fitToScreen();
         system.makeKeyAndOrderFront(window);
         QApplication::processEvents();
         delegate.events.clear();
@@ -79,7 +78,46 @@ TEST_F(DashboardWindowTest, ReturnsToTheScreenWhenItsPositionIsGone) {
 
     show();
 
-    EXPECT_EQ(window.geometry(), centred({788, 480}, available));
+    EXPECT_EQ(window.geometry(), QRect(1920 - 8 - 788, 1080 - 8 - 480, 788, 480));
+}
+
+TEST_F(DashboardWindowTest, FitsASmallerScreenWithoutReportingAResize) {
+    show();
+
+    system.available = {0, 0, 640, 400};
+    window.fitToScreen();
+
+    EXPECT_EQ(window.geometry(), QRect(8, 8, 624, 384));
+    EXPECT_THAT(delegate.taken(), IsEmpty());
+}
+
+TEST_F(DashboardWindowTest, OpensNoWiderThanItsScreen) {
+    system.available = {0, 0, 960, 540};
+
+    window.fitWidth(1260);
+    show();
+
+    EXPECT_EQ(window.geometry(), QRect(8, 30, 944, 480));
+}
+
+TEST_F(DashboardWindowTest, LeavesFullScreenByEscapeAndByTheZoomButton) {
+    show();
+    for (const bool withKey : {true, false}) {
+        window.toggleFullScreen();
+        QApplication::processEvents();
+        ASSERT_TRUE(window.isFullScreen());
+
+        if (withKey) {
+            QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+            QApplication::sendEvent(&window, &escape);
+        } else {
+            window.zoom();
+        }
+        QApplication::processEvents();
+
+        EXPECT_FALSE(window.isFullScreen());
+        EXPECT_EQ(window.size(), QSize(788, 480));
+    }
 }
 
 TEST_F(DashboardWindowTest, ReportsAResizeByTheUser) {

@@ -25,6 +25,8 @@ public:
     void setFloatingLevel(QWidget& window, bool isFloating) override { levels_[&window] = isFloating; }
     bool isWithdrawn(const QWidget&) const override { return false; }
     bool canPlaceWindows() const override { return true; }
+    QRect availableArea(const QScreen&) const override { return available; }
+    void keepAbove(QWidget& window, QWidget& other) override { above = {&window, &other}; }
 
     std::unique_ptr<PressMonitor> watchPresses(std::function<void()> onPress) override {
         onPress_ = std::move(onPress);
@@ -38,6 +40,9 @@ public:
         const auto level = levels_.find(&window);
         return level != levels_.end() && level->second;
     }
+
+    QRect available{0, 0, 1920, 1080};                ///< on every screen
+    std::pair<const QWidget*, const QWidget*> above;  ///< the last window kept above another
 
 private:
     std::map<const QWidget*, bool> levels_;

@@ -1,11 +1,7 @@
 #include "app/windows/settings_window.h"
 
-#include "app/windows/window_geometry.h"
 #include "tests/app/windows/plain_window_system.h"
 #include "tests/app/windows/recording_window_delegate.h"
-
-#include <QGuiApplication>
-#include <QScreen>
 
 #include <gtest/gtest.h>
 
@@ -15,12 +11,29 @@ namespace {
 TEST(SettingsWindow, AppearsInTheMiddleOfTheScreen) {
     test::RecordingWindowDelegate delegate;
     test::PlainWindowSystem system;
-    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    system.available = {0, 0, 1920, 1050};
 
     const SettingsWindow window(delegate, system, {});
 
-    EXPECT_EQ(window.geometry(), centred(settingsWindowSize(available), available));
+    EXPECT_EQ(window.geometry(), QRect(530, 150, 860, 750));
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Kestro Preferences"));
+}
+
+TEST(SettingsWindow, FitsItsScreenEachTimeItIsShown) {
+    test::RecordingWindowDelegate delegate;
+    test::PlainWindowSystem system;
+    system.available = {0, 0, 1024, 600};
+    SettingsWindow window(delegate, system, {});
+    EXPECT_EQ(window.geometry(), QRect(82, 8, 860, 584));
+
+    system.available = {0, 30, 1920, 1050};
+    window.fitToScreen();
+    EXPECT_EQ(window.size(), QSize(860, 750));
+    EXPECT_TRUE(system.available.contains(window.geometry()));
+
+    system.available = {0, 0, 640, 400};
+    window.fitToScreen();
+    EXPECT_EQ(window.geometry(), QRect(8, 8, 624, 384));
 }
 
 TEST(SettingsWindow, HidesAndReportsItWhenClosed) {

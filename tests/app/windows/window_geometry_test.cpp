@@ -63,36 +63,56 @@ TEST(PopoverFrame, StartsAtTheTopLeftOfAScreenThatIsTooSmall) {
     EXPECT_EQ(popoverFrame({300, 0, 20, 20}, popover_geometry::size, tiny, tiny).topLeft(), QPoint(8, 8));
 }
 
+TEST(PlaceOnScreen, LeavesAVisibleWindowAlone) {
+    const QRect atTheEdges(660, 30, 1260, 480);
+
+    EXPECT_EQ(placeOnScreen(atTheEdges, belowTopPanel), atTheEdges);
+    EXPECT_EQ(placeOnScreen(belowTopPanel, belowTopPanel), belowTopPanel);
+}
+
+TEST(PlaceOnScreen, MovesAWindowAsLittleAsPossible) {
+    EXPECT_EQ(placeOnScreen({1800, 300, 1260, 480}, belowTopPanel), QRect(1920 - 8 - 1260, 300, 1260, 480));
+    EXPECT_EQ(placeOnScreen({200, -10, 1260, 480}, belowTopPanel), QRect(200, 38, 1260, 480));
+    EXPECT_EQ(placeOnScreen({-2000, 5000, 1260, 480}, belowTopPanel), QRect(8, 1080 - 8 - 480, 1260, 480));
+}
+
+TEST(PlaceOnScreen, ShrinksAWindowThatIsLargerThanItsScreen) {
+    const QRect small(0, 0, 1024, 600);
+    const QRect halved(0, 14, 960, 526);
+
+    EXPECT_EQ(placeOnScreen({82, -75, 860, 750}, small), QRect(82, 8, 860, 584));
+    EXPECT_EQ(placeOnScreen({-150, 30, 1260, 480}, halved), QRect(8, 30, 944, 480));
+    EXPECT_EQ(placeOnScreen({0, 0, 3000, 3000}, small), QRect(8, 8, 1008, 584));
+}
+
+TEST(PlaceOnScreen, StaysOnTheWindowsScreen) {
+    const QRect secondScreen(1920, 0, 1280, 1024);
+
+    EXPECT_EQ(placeOnScreen({1900, 100, 860, 750}, secondScreen), QRect(1928, 100, 860, 750));
+}
+
 TEST(ResizedKeepingBottomLeft, KeepsTheBottomLeftCorner) {
     const QRect frame(200, 400, 1260, 480);
 
-    EXPECT_EQ(resizedKeepingBottomLeft(frame, {1500, 750}, belowTopPanel), QRect(200, 130, 1500, 750));
-    EXPECT_EQ(resizedKeepingBottomLeft(frame, {800, 460}, belowTopPanel), QRect(200, 420, 800, 460));
-}
-
-TEST(ResizedKeepingBottomLeft, KeepsTheTitleBandOnTheScreen) {
-    const QRect atTheTop(200, 30, 1260, 480);
-    const QRect belowTheScreen(200, 1000, 800, 480);
-
-    EXPECT_EQ(resizedKeepingBottomLeft(atTheTop, {1500, 750}, belowTopPanel), QRect(200, 30, 1500, 750));
-    EXPECT_EQ(resizedKeepingBottomLeft(belowTheScreen, {800, 420}, belowTopPanel).y(), 1030);
+    EXPECT_EQ(resizedKeepingBottomLeft(frame, {1500, 750}), QRect(200, 130, 1500, 750));
+    EXPECT_EQ(resizedKeepingBottomLeft(frame, {800, 460}), QRect(200, 420, 800, 460));
 }
 
 TEST(AutomaticDashboardFrame, GrowsAndShrinksAroundTheCentre) {
     const QRect frame(330, 300, 1260, 480);
 
-    EXPECT_EQ(automaticDashboardFrame(frame, 788, belowTopPanel), QRect(566, 300, 788, 480));
-    EXPECT_EQ(automaticDashboardFrame({566, 300, 788, 480}, 1260, belowTopPanel), QRect(330, 300, 1260, 480));
+    EXPECT_EQ(automaticDashboardFrame(frame, 788), QRect(566, 300, 788, 480));
+    EXPECT_EQ(automaticDashboardFrame({566, 300, 788, 480}, 1260), QRect(330, 300, 1260, 480));
 }
 
 TEST(AutomaticDashboardFrame, KeepsAGreaterHeight) {
     const QRect tall(330, 200, 1260, 700);
 
-    EXPECT_EQ(automaticDashboardFrame(tall, 1260, belowTopPanel), tall);
+    EXPECT_EQ(automaticDashboardFrame(tall, 1260), tall);
 }
 
 TEST(AutomaticDashboardFrame, GrowsAShorterWindowTo480) {
-    const QRect frame = automaticDashboardFrame({330, 300, 1260, 430}, 1260, belowTopPanel);
+    const QRect frame = automaticDashboardFrame({330, 300, 1260, 430}, 1260);
 
     EXPECT_EQ(frame.height(), 480);
     EXPECT_EQ(frame.y() + frame.height(), 300 + 430);
@@ -145,13 +165,10 @@ TEST(ResizeEdges, AreTheBorderAndBothEdgesNearCorners) {
     EXPECT_EQ(resizeEdges({400, 499}, content), Qt::Edges(Qt::BottomEdge));
     EXPECT_EQ(resizeEdges({1, 8}, content), Qt::LeftEdge | Qt::TopEdge);
     EXPECT_EQ(resizeEdges({790, 498}, content), Qt::RightEdge | Qt::BottomEdge);
-    EXPECT_EQ(resizeEdges({8, 8}, content), Qt::Edges());
-}
-
-TEST(SettingsWindowSize, FitsTheAvailableHeight) {
-    EXPECT_EQ(settingsWindowSize(belowTopPanel), QSize(860, 750));
-    EXPECT_EQ(settingsWindowSize({0, 0, 1366, 700}), QSize(860, 700));
-    EXPECT_EQ(settingsWindowSize({0, 0, 800, 400}), QSize(860, 480));
+    EXPECT_EQ(resizeEdges({11, 11}, content), Qt::LeftEdge | Qt::TopEdge);
+    EXPECT_EQ(resizeEdges({788, 488}, content), Qt::RightEdge | Qt::BottomEdge);
+    EXPECT_EQ(resizeEdges({12, 11}, content), Qt::Edges());
+    EXPECT_EQ(resizeEdges({5, 250}, content), Qt::Edges());
 }
 
 TEST(Centred, AlignsTheCentres) {

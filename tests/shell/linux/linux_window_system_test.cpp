@@ -1,6 +1,9 @@
 #include "shell/linux/linux_window_system.h"
 
+#include "tests/shell/fake_status_bar.h"
+
 #include <QApplication>
+#include <QScreen>
 #include <QWidget>
 #include <QWindow>
 
@@ -10,11 +13,36 @@ namespace kestro {
 namespace {
 
 struct LinuxWindowSystemTest : testing::Test {
-    LinuxWindowSystem system;
+    test::FakeStatusBar statusBar;
+    LinuxWindowSystem system{statusBar};
     QWidget window;
 
     bool isAboveOthers() const { return window.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint); }
 };
+
+TEST_F(LinuxWindowSystemTest, KeepsWindowsBelowTheStrip) {
+    const QScreen& screen = *QGuiApplication::primaryScreen();
+    const QRect whole = screen.availableGeometry();
+    EXPECT_EQ(system.availableArea(screen), whole);
+
+    statusBar.covered = {whole.right() - 200, whole.top() + 8, 190, 28};
+    EXPECT_EQ(system.availableArea(screen), whole.adjusted(0, 44, 0, 0));
+
+    statusBar.covered.translate(whole.width(), 0);
+    EXPECT_EQ(system.availableArea(screen), whole);
+}
+
+TEST_F(LinuxWindowSystemTest, KeepsAWindowAboveAnother) {
+    QWidget other;
+    system.keepAbove(window, other);
+    EXPECT_EQ(window.windowHandle(), nullptr) << "the other window does not exist yet";
+
+    other.show();
+    system.keepAbove(window, other);
+    window.show();
+
+    EXPECT_EQ(window.windowHandle()->transientParent(), other.windowHandle());
+}
 
 TEST_F(LinuxWindowSystemTest, ChangesTheLevelWithoutRecreatingTheWindow) {
     window.show();

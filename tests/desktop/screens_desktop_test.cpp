@@ -1,0 +1,139 @@
+#include "tests/desktop/shell_fixture.h"
+
+#include <QStringList>
+
+namespace kestro {
+namespace {
+
+/// Opens every window on a screen of that size in pixels at that scale, and expects each to be wholly visible.
+struct ScreensOnTheDesktop : ShellFixture {
+    explicit ScreensOnTheDesktop(QSize size = DesktopSession::screenSize)
+        : ShellFixture(DesktopPanel::none, size), screen(QPoint(), size) {}
+
+    void expectWholeWindows(double scale) {
+        launch({QStringLiteral("QT_SCALE_FACTOR=%1").arg(scale)});
+        const QRect strip = session.strip()->frame;
+        for (const auto& [word, title] : {std::pair("dashboard", dashboard), {"settings", settings}}) {
+            command(word);
+            ASSERT_TRUE(appears(title));
+            EXPECT_TRUE(isWhole(title, strip)) << describe(*frame(title));
+            session.screenshot(QStringLiteral("screens-%1x%2-%3-%4")
+                                   .arg(screen.width())
+                                   .arg(screen.height())
+                                   .arg(scale)
+                                   .arg(QString::fromLatin1(word)));
+        }
+        command("popover");
+        ASSERT_TRUE(appears(popover));
+        EXPECT_TRUE(waitUntil([&] { return screen.contains(*frame(popover)); })) << describe(*frame(popover));
+    }
+
+    bool isWhole(const QString& title, const QRect& strip) {
+        return waitUntil([&] {
+            const auto found = frame(title);
+            return found && screen.contains(*found) && !found->intersects(strip);
+        });
+    }
+
+    static std::string describe(const QRect& frame) {
+        return QStringLiteral("%1 × %2 at %3, %4")
+            .arg(frame.width())
+            .arg(frame.height())
+            .arg(frame.x())
+            .arg(frame.y())
+            .toStdString();
+    }
+
+    /// The windows from bottom to top, as the window manager has stacked them.
+    QStringList stacking() const {
+        QStringList titles;
+        const QByteArray list = session.output(
+            QStringLiteral("xprop"),
+            {QStringLiteral("-root"), QStringLiteral("-notype"), QStringLiteral("_NET_CLIENT_LIST_STACKING")});
+        for (const QByteArray& identifier : list.mid(list.indexOf('#') + 1).split(',')) {
+            const quint32 number = identifier.trimmed().toUInt(nullptr, 16);
+            for (const DesktopWindow& window : session.windows()) {
+                if (window.identifier.toUInt() == number &&
+                    (window.title == dashboard || window.title == settings)) {
+                    titles.append(window.title);
+                }
+            }
+        }
+        return titles;
+    }
+
+    const QRect screen;
+};
+
+struct OnASmallScreen : ScreensOnTheDesktop {
+    OnASmallScreen() : ScreensOnTheDesktop({1024, 600}) {}
+};
+
+struct OnALargeScreen : ScreensOnTheDesktop {
+    OnALargeScreen() : ScreensOnTheDesktop({1920, 1080}) {}
+};
+
+struct OnTwoScreens : ScreensOnTheDesktop {
+    OnTwoScreens() : ScreensOnTheDesktop({2560, 800}) {}
+
+    void monitor(const char* name, const char* geometry, const char* output) const {
+        session.output(QStringLiteral("xrandr"), {QStringLiteral("--setmonitor"), QString::fromLatin1(name),
+                                                  QString::fromLatin1(geometry), QString::fromLatin1(output)});
+    }
+};
+
+TEST_F(OnASmallScreen, EveryWindowIsWhollyVisible) {
+    expectWholeWindows(1);
+}
+
+TEST_F(OnALargeScreen, EveryWindowIsWhollyVisibleAtOneAndAHalf) {
+    expectWholeWindows(1.5);
+}
+
+TEST_F(OnALargeScreen, EveryWindowIsWhollyVisibleAtTwo) {
+    expectWholeWindows(2);
+}
+
+TEST_F(OnTwoScreens, WindowsReturnWhenTheirScreenIsUnplugged) {
+    monitor("left", "1280/300x800/200+0+0", "screen");
+    monitor("right", "1280/300x800/200+1280+0", "none");
+    launch();
+    const QRect strip = session.strip()->frame;
+    for (const auto& [word, title] : {std::pair("dashboard-shrink", dashboard), {"settings", settings}}) {
+        command(word);
+        ASSERT_TRUE(appears(title));
+        session.output(QStringLiteral("xdotool"), {QStringLiteral("windowmove"), window(title)->identifier,
+                                                   QStringLiteral("1500"), QStringLiteral("100")});
+        ASSERT_TRUE(waitUntil([&] { return frame(title)->x() == 1500; }));
+    }
+
+    session.output(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), QStringLiteral("right")});
+
+    for (const QString& title : {dashboard, settings}) {
+        EXPECT_TRUE(waitUntil([&] {
+            return QRect(0, 0, 1280, 800).contains(*frame(title)) && !frame(title)->intersects(strip);
+        })) << describe(*frame(title));
+    }
+}
+
+TEST_F(ScreensOnTheDesktop, SettingsStayAboveAPinnedDashboard) {
+    launch();
+    command("dashboard");
+    ASSERT_TRUE(appears(dashboard));
+    session.key(QStringLiteral("ctrl+p"));
+    ASSERT_TRUE(waitUntil([&] { return hasState(dashboard, "_NET_WM_STATE_ABOVE"); }));
+
+    command("settings");
+    ASSERT_TRUE(appears(settings));
+    const QStringList order{dashboard, settings};
+    EXPECT_TRUE(waitUntil([&] { return stacking() == order; }));
+
+    // A click on the dashboard raises it.
+    session.click(frame(dashboard)->topLeft() + QPoint(5, 100));
+    command("dashboard");
+    finishCommands();
+    EXPECT_EQ(stacking(), order);
+}
+
+}  // namespace
+}  // namespace kestro
