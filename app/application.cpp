@@ -32,6 +32,7 @@
 #include "shell/linux/bus_single_instance.h"
 #include "shell/linux/desktop_status_bar.h"
 #include "shell/linux/linux_window_system.h"
+#include "shell/linux/platform_choice.h"
 #include "shell/linux/x11_compositing.h"
 #include "shell/shell.h"
 
@@ -128,6 +129,7 @@ void prepareToolkit() {
 
 int runApplication(char** arguments, const std::string& commandFile) {
     prepareToolkit();
+    choosePlatform();
     const X11Compositing compositing;
     window_compositing::install(compositing);
     // Neither the program nor the toolkit reads the command line.

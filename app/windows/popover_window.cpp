@@ -58,7 +58,7 @@ void PopoverWindow::showRelativeTo(const QRect& anchor) {
             popoverFrame(anchor, popover_geometry::size, screen->geometry(), screen->availableGeometry())
                 .topLeft();
     }
-    fadeTo(1, motion::duration(motion::popoverOpen));
+    fadeTo(1, fadeDuration(motion::popoverOpen));
     system().makeKeyAndOrderFront(*this);
     pressMonitor_ = system().watchPresses([this] { pressedSomewhere(); });
 }
@@ -69,7 +69,7 @@ void PopoverWindow::orderOut() {
     }
     willHide();
     pressMonitor_.reset();
-    const int milliseconds = motion::duration(motion::popoverClose);
+    const int milliseconds = fadeDuration(motion::popoverClose);
     if (milliseconds > 0) {
         fadeTo(0, milliseconds);
     } else {
@@ -133,6 +133,10 @@ void PopoverWindow::pressedSomewhere() {
     }
 }
 
+int PopoverWindow::fadeDuration(std::chrono::milliseconds wanted) const {
+    return system().canPlaceWindows() ? motion::duration(wanted) : 0;
+}
+
 void PopoverWindow::fadeTo(double opacity, int milliseconds) {
     fade_.stop();
     if (milliseconds == 0) {
@@ -147,6 +151,9 @@ void PopoverWindow::fadeTo(double opacity, int milliseconds) {
 }
 
 void PopoverWindow::takeStep(double opacity) {
+    if (!system().canPlaceWindows()) {
+        return;
+    }
     setWindowOpacity(opacity);
     // It rises into place when it opens, and stays there when it closes.
     const double distance = isShown_ ? (1 - opacity) * riseDistance : 0;

@@ -6,6 +6,7 @@
 #include <QRect>
 #include <QVariantAnimation>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -50,6 +51,7 @@ private:
 
     void dismiss();
     void pressedSomewhere();
+    int fadeDuration(std::chrono::milliseconds wanted) const;
     void fadeTo(double opacity, int milliseconds);
     void takeStep(double opacity);
 
