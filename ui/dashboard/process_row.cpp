@@ -1,7 +1,6 @@
 #include "ui/dashboard/process_row.h"
 
 #include "ui/controls/words.h"
-#include "ui/paint/hairline.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
@@ -105,8 +104,8 @@ void ProcessRow::paintEvent(QPaintEvent*) {
     column(cpuWidth_, content_.cpu, !content_.sortsByMemory);
     paintName(painter, QRectF(0, 0, std::max(0.0, right - nameGap), geometry.line.height()));
     if (!content_.name.isEmpty()) {
-        paintBar(painter, snappedToDevice(painter, geometry.rule), content_.share,
-                 Ink::white(trackOpacity).color(), KestroTheme::accentCool());
+        paintBar(painter, geometry.rule, content_.share, Ink::white(trackOpacity).color(),
+                 KestroTheme::accentCool());
     }
 }
 

@@ -13,13 +13,12 @@ namespace kestro {
 namespace {
 
 constexpr double thickness = 0.5;
-constexpr double fineScale = 2;
 constexpr double miterLimit = 10;
 
 }  // namespace
 
 double deviceScale(const QPainter& painter) {
-    return painter.device() ? painter.device()->devicePixelRatio() : 1;
+    return painter.isActive() ? painter.deviceTransform().m22() : 1;
 }
 
 QRectF snappedToDevice(const QPainter& painter, const QRectF& rect) {
@@ -35,8 +34,25 @@ QRectF snappedToDevice(const QPainter& painter, const QRectF& rect) {
     return toDevice.inverted().mapRect(QRectF(QPointF(left, top), QPointF(right, bottom)));
 }
 
+double snappedLength(double length, double scale) {
+    return std::max(1.0, std::round(length * scale)) / scale;
+}
+
+QRectF snappedBar(const QPainter& painter, const QRectF& bar) {
+    const QTransform toDevice = painter.deviceTransform();
+    if (toDevice.type() > QTransform::TxScale) {
+        return bar;
+    }
+    const QRectF device = toDevice.mapRect(bar);
+    const double left = std::round(device.left());
+    const double right = std::max(left + 1, std::round(device.right()));
+    // Not from the mapped edges: their rounding errors differ from place to place.
+    const double height = snappedLength(bar.height(), toDevice.m22()) * toDevice.m22();
+    return toDevice.inverted().mapRect(QRectF(left, std::round(device.top()), right - left, height));
+}
+
 double hairlineWidth(double scale) {
-    return scale < fineScale ? 1 / scale : thickness;
+    return snappedLength(thickness, scale);
 }
 
 void kestroHairlineBorder(QPainter& painter, const QRectF& rect, double radius) {
@@ -61,7 +77,7 @@ void kestroHairlineBorder(QPainter& painter, const QRectF& rect, double radius, 
 
 void paintHairline(QPainter& painter, double left, double right, double y) {
     const double width = hairlineWidth(deviceScale(painter));
-    painter.fillRect(snappedToDevice(painter, QRectF(left, y, right - left, width)), KestroTheme::hairline());
+    painter.fillRect(snappedBar(painter, QRectF(left, y, right - left, width)), KestroTheme::hairline());
 }
 
 }  // namespace kestro

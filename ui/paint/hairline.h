@@ -7,13 +7,20 @@ class QPainter;
 
 namespace kestro {
 
-/// Device pixels per point of the painter's device.
+/// Device pixels per unit of the painter's coordinates.
 double deviceScale(const QPainter& painter);
 
 /// `rect` (in the painter's coordinates) with every edge on a whole device pixel, and at least one pixel thick.
 QRectF snappedToDevice(const QPainter& painter, const QRectF& rect);
 
-/// The width of a hairline in points: half a point, but exactly one device pixel below scale 2.
+/// A length rounded to whole device pixels, at least one.
+double snappedLength(double length, double scale);
+
+/// A bar or rule in the painter's coordinates, with its sides and its top on whole device pixels. Its height is
+/// rounded by itself, to at least one device pixel, so that equal bars are equally high wherever they are.
+QRectF snappedBar(const QPainter& painter, const QRectF& bar);
+
+/// The width of a hairline in points: half a point, rounded to whole device pixels, at least one.
 double hairlineWidth(double scale);
 
 /// Paints the outline shared by cards and chips. It is inside `rect`, whose edges are snapped to device pixels.

@@ -51,8 +51,9 @@ void paintHudGlass(QPainter& painter, const QRectF& rect, double radius) {
     kestroHairlineBorder(painter, rect, radius, KestroTheme::hairlineStrong());
 }
 
-void paintBar(QPainter& painter, const QRectF& track, double fraction, const QColor& trackColor,
+void paintBar(QPainter& painter, const QRectF& area, double fraction, const QColor& trackColor,
               const QColor& fill) {
+    const QRectF track = snappedBar(painter, area);
     const double radius = track.height() / 2;
     paintRounded(painter, track, radius, trackColor);
     const double filled = track.width() * std::clamp(fraction, 0.0, 1.0);

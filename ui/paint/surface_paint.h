@@ -22,8 +22,8 @@ void paintPopupGlass(QPainter& painter, const QRectF& rect, double radius);
 /// The background of tooltips: equally opaque, but flat and the darkest of the glasses.
 void paintHudGlass(QPainter& painter, const QRectF& rect, double radius);
 
-/// A track with a filled part of `fraction` (clamped to 0..1), both with round ends.
-void paintBar(QPainter& painter, const QRectF& track, double fraction, const QColor& trackColor,
+/// A track with a filled part of `fraction` (clamped to 0..1), both with round ends, on whole device pixels.
+void paintBar(QPainter& painter, const QRectF& area, double fraction, const QColor& trackColor,
               const QColor& fill);
 
 }  // namespace kestro

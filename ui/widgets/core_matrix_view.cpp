@@ -172,7 +172,7 @@ void CoreMatrixView::paintCell(QPainter& painter, const CoreLoad& core, const QR
     painter.fillPath(outline, Ink::white(cellOpacity).color());
 
     const double share = std::clamp(core.usagePercentage / 100, 0.0, 1.0);
-    const double bar = isFill ? cell.height() : (isFull ? 2 : 1.5);
+    const double bar = isFill ? cell.height() : snappedLength(isFull ? 2 : 1.5, deviceScale(painter));
     QPainterPath load;
     load.addRect(QRectF(cell.left(), cell.bottom() - bar, cell.width() * share, bar));
     painter.fillPath(outline.intersected(load), inkOf(core).color());

@@ -109,8 +109,8 @@ void RuledIndexRow::paintEvent(QPaintEvent*) {
              text_styles::rowLabel);
     drawText(painter, geometry.detail, content_.detail, text_styles::rowDetail);
     if (content_.progressFraction > 0) {
-        paintBar(painter, snappedToDevice(painter, geometry.rule), content_.progressFraction,
-                 Ink::white(ruleTrackOpacity).color(), content_.progressTint.color());
+        paintBar(painter, geometry.rule, content_.progressFraction, Ink::white(ruleTrackOpacity).color(),
+                 content_.progressTint.color());
     } else {
         // Centred where the rule would be.
         paintHairline(painter, geometry.rule.left(), geometry.rule.right(), geometry.rule.center().y() - 0.25);
