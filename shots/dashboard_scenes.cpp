@@ -20,9 +20,8 @@ Scene scene(const QString& name, const QSize& size) {
 }
 
 void addSizes(std::vector<Scene>& scenes) {
-    constexpr std::array<QSize, 9> sizes{QSize(740, 420),  QSize(788, 480),   QSize(800, 460),
-                                         QSize(1000, 480), QSize(1260, 420),  QSize(1260, 480),
-                                         QSize(1500, 750), QSize(1920, 1080), QSize(3840, 2160)};
+    constexpr std::array<QSize, 7> sizes{QSize(740, 420),  QSize(788, 480),  QSize(800, 460), QSize(1000, 480),
+                                         QSize(1024, 568), QSize(1260, 420), QSize(1260, 480)};
     for (const QSize& size : sizes) {
         Scene made = scene(QStringLiteral("%1x%2").arg(size.width()).arg(size.height()), size);
         made.atFractionalScales = size.width() == 740 || size == QSize(1260, 480);
@@ -30,17 +29,37 @@ void addSizes(std::vector<Scene>& scenes) {
     }
 }
 
+/// Windows that enlarge the dashboard; in full screen on common screens, one of them turned.
+void addLargeSizes(std::vector<Scene>& scenes) {
+    constexpr std::array<QSize, 10> sizes{
+        QSize(1366, 768),  QSize(1500, 750),  QSize(1600, 1200), QSize(1920, 1080), QSize(2560, 1440),
+        QSize(3440, 1440), QSize(3840, 2160), QSize(1080, 1920), QSize(1260, 600),  QSize(740, 1000)};
+    for (const QSize& size : sizes) {
+        Scene made = scene(QStringLiteral("large-%1x%2").arg(size.width()).arg(size.height()), size);
+        made.drive = [](SimulatedServices& services) {
+            services.settings().processCountLimit.set(8);
+            services.settle();
+        };
+        made.atFractionalScales = size.width() == 1500;
+        scenes.push_back(std::move(made));
+    }
+}
+
+void setSections(UserSettings& settings, int count) {
+    const std::array switches{&settings.showCompute, &settings.showCooling, &settings.showMemory,
+                              &settings.showNetwork, &settings.showTopProcesses};
+    for (size_t i = 0; i < switches.size(); ++i) {
+        switches[i]->set(static_cast<int>(i) < count);
+    }
+}
+
 void addSectionCounts(std::vector<Scene>& scenes) {
     for (int count = 0; count < 5; ++count) {
         Scene made = scene(QStringLiteral("sections-%1").arg(count), QSize(std::max(count, 3) * 236 + 80, 480));
-        made.drive = [count](SimulatedServices& services) {
-            UserSettings& settings = services.settings();
-            const std::array switches{&settings.showCompute, &settings.showCooling, &settings.showMemory,
-                                      &settings.showNetwork, &settings.showTopProcesses};
-            for (size_t i = 0; i < switches.size(); ++i) {
-                switches[i]->set(static_cast<int>(i) < count);
-            }
-        };
+        made.drive = [count](SimulatedServices& services) { setSections(services.settings(), count); };
+        scenes.push_back(made);
+        made = scene(QStringLiteral("large-sections-%1").arg(count), QSize(1920, 1080));
+        made.drive = [count](SimulatedServices& services) { setSections(services.settings(), count); };
         scenes.push_back(std::move(made));
     }
 }
@@ -135,6 +154,7 @@ void addStates(std::vector<Scene>& scenes) {
 std::vector<Scene> dashboardScenes() {
     std::vector<Scene> scenes;
     addSizes(scenes);
+    addLargeSizes(scenes);
     addSectionCounts(scenes);
     addPalettes(scenes);
     addFans(scenes);

@@ -76,9 +76,10 @@ void addMatrices(Sheet& sheet) {
 }
 
 void addRows(Sheet& sheet) {
-    const auto add = [&sheet](const QRect& area, bool isCompact, bool isDense, const RuledIndexContent& content) {
+    const auto add = [&sheet](const QRect& area, bool isCompact, RowSpacing spacing,
+                              const RuledIndexContent& content) {
         auto* row = new RuledIndexRow(isCompact);
-        row->setDense(isDense);
+        row->setSpacing(spacing);
         row->setContent(content);
         sheet.place(row, area);
     };
@@ -90,13 +91,13 @@ void addRows(Sheet& sheet) {
     RuledIndexContent ruled{Words("Local IP"), {}, Words("192.168.1.24"), {}, 0};
     RuledIndexContent longOne{
         Words("A label that has to give way to its value"), {}, Words("0.6 of 2.0 GB"), {}, 1};
-    add({20, 400, 206, 38}, false, false, temperature);
-    add({20, 438, 206, 28}, false, false, plain);
-    add({20, 466, 206, 28}, false, false, ruled);
-    add({20, 494, 206, 22}, false, false, longOne);
-    add({246, 400, 165, 38}, true, false, temperature);
-    add({246, 438, 165, 30}, true, true, temperature);
-    add({246, 468, 165, 20}, true, false, plain);
+    add({20, 400, 206, 38}, false, RowSpacing::regular, temperature);
+    add({20, 438, 206, 28}, false, RowSpacing::regular, plain);
+    add({20, 466, 206, 28}, false, RowSpacing::regular, ruled);
+    add({20, 494, 206, 22}, false, RowSpacing::regular, longOne);
+    add({246, 400, 165, 38}, true, RowSpacing::regular, temperature);
+    add({246, 438, 165, 30}, true, RowSpacing::dense, temperature);
+    add({246, 468, 165, 20}, true, RowSpacing::regular, plain);
 }
 
 void addBars(Sheet& sheet) {

@@ -2,6 +2,7 @@
 
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
+#include "ui/paint/zoom.h"
 
 #include <QPainter>
 
@@ -70,7 +71,8 @@ AccessibleInfo Badge::accessibleInfo() const {
 void Badge::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF area = rect();
+    paintInDesignPoints(painter, *this);
+    const QRectF area = designRect(*this);
     if (kind_ == BadgeKind::dot) {
         paintRounded(painter, area, area.height() / 2, ink_.color());
         return;

@@ -4,6 +4,7 @@
 #include "ui/paint/hairline.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
+#include "ui/paint/zoom.h"
 #include "ui/symbols/symbol_painter.h"
 
 #include <QPainter>
@@ -216,7 +217,7 @@ AccessibleInfo Button::accessibleInfo() const {
 
 void Button::paint(QPainter& painter) {
     paintGround(painter);
-    const ButtonGeometry geometry = buttonGeometry(size(), parts(), isSpread_);
+    const ButtonGeometry geometry = buttonGeometry(designRect(*this).size(), parts(), isSpread_);
     if (!symbol_.isEmpty()) {
         SymbolPainter::paint(painter, symbol_, geometry.symbol, symbolInk().color());
     }
@@ -228,7 +229,7 @@ void Button::paint(QPainter& painter) {
 }
 
 void Button::paintGround(QPainter& painter) const {
-    const QRectF area = rect();
+    const QRectF area = designRect(*this);
     if (kind_ == ButtonKind::prominent) {
         paintRounded(painter, area, cornerRadius, accentFill(KestroTheme::accentCool(), hovering(), pressing()));
         return;

@@ -3,11 +3,14 @@
 #include "ui/paint/hairline.h"
 #include "ui/paint/ink.h"
 #include "ui/paint/surface_paint.h"
+#include "ui/paint/zoom.h"
 #include "ui/theme/kestro_theme.h"
 
 #include <QPaintEvent>
 #include <QPainter>
 #include <QVBoxLayout>
+
+#include <cmath>
 
 namespace kestro {
 
@@ -29,7 +32,7 @@ Card::Card(QWidget* content, QWidget* parent) : QWidget(parent) {
 void Card::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const QColor surface = Ink(KestroTheme::surface).faded(cardOpacity).color();
-    constexpr int rounded = static_cast<int>(cornerRadius);
+    const int rounded = static_cast<int>(std::ceil(cornerRadius * zoomOf(*this)));
     if (rect().adjusted(rounded, rounded, -rounded, -rounded).contains(event->rect())) {
         // Only a value inside has changed: no corner or edge needs repainting.
         for (const QRect& changed : event->region()) {
@@ -38,8 +41,9 @@ void Card::paintEvent(QPaintEvent* event) {
         return;
     }
     painter.setRenderHint(QPainter::Antialiasing);
-    paintRounded(painter, rect(), cornerRadius, surface);
-    kestroHairlineBorder(painter, rect(), cornerRadius);
+    paintInDesignPoints(painter, *this);
+    paintRounded(painter, designRect(*this), cornerRadius, surface);
+    kestroHairlineBorder(painter, designRect(*this), cornerRadius);
 }
 
 }  // namespace kestro

@@ -1,6 +1,7 @@
 #include "ui/controls/control.h"
 
 #include "ui/paint/focus_ring.h"
+#include "ui/paint/zoom.h"
 #include "ui/theme/motion.h"
 
 #include <QKeyEvent>
@@ -68,6 +69,7 @@ void Control::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (isEnabled()) {
+        paintInDesignPoints(painter, *this);
         paint(painter);
         return;
     }
@@ -77,6 +79,7 @@ void Control::paintEvent(QPaintEvent*) {
     picture.fill(Qt::transparent);
     QPainter picturePainter(&picture);
     picturePainter.setRenderHint(QPainter::Antialiasing);
+    paintInDesignPoints(picturePainter, *this);
     paint(picturePainter);
     picturePainter.end();
     painter.setOpacity(disabledOpacity);

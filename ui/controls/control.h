@@ -44,7 +44,7 @@ public:
     AccessibleInfo accessibleInfo() const override;
 
 protected:
-    /// Paints at full opacity; a disabled control is then dimmed as a whole.
+    /// Paints in design points at full opacity; a disabled control is then dimmed as a whole.
     virtual void paint(QPainter& painter) = 0;
 
     /// Changes the control's own state on activation, before `onClick` runs.

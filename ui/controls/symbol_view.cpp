@@ -1,5 +1,7 @@
 #include "ui/controls/symbol_view.h"
 
+#include "ui/paint/zoom.h"
+
 #include <QPainter>
 
 #include <cmath>
@@ -47,7 +49,9 @@ void SymbolView::paintEvent(QPaintEvent*) {
     if (!isEnabled()) {
         painter.setOpacity(0.38);
     }
-    const QRectF box((width() - size_) / 2, (height() - size_) / 2, size_, size_);
+    paintInDesignPoints(painter, *this);
+    const QSizeF room = designRect(*this).size();
+    const QRectF box((room.width() - size_) / 2, (room.height() - size_) / 2, size_, size_);
     SymbolPainter::paint(painter, name_, box, ink_.color(), weight_);
 }
 

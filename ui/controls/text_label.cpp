@@ -1,5 +1,7 @@
 #include "ui/controls/text_label.h"
 
+#include "ui/paint/zoom.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -83,7 +85,18 @@ void TextLabel::paintEvent(QPaintEvent*) {
     if (!isEnabled()) {
         painter.setOpacity(0.38);
     }
-    drawText(painter, rect(), text_, style_, alignment_, fit_);
+    paintInDesignPoints(painter, *this);
+    drawText(painter, textArea(), text_, style_, alignment_, fit_);
+}
+
+QRectF TextLabel::textArea() const {
+    QRectF area = designRect(*this);
+    const double zoom = zoomOf(*this);
+    if (zoom != 1) {
+        // Rounding to whole points may have taken up to one of them.
+        area.adjust(alignment_ & Qt::AlignRight ? -1 / zoom : 0, 0, alignment_ & Qt::AlignRight ? 0 : 1 / zoom, 0);
+    }
+    return area;
 }
 
 }  // namespace kestro

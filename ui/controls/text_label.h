@@ -39,6 +39,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QRectF textArea() const;
+
     QString text_;
     QString reserved_;
     TextStyle style_;

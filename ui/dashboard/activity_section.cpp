@@ -113,6 +113,7 @@ void ActivitySection::arrange(const SectionGrid& grid) {
     for (size_t i = 0; i < rows_.size(); ++i) {
         const double top = layout.firstRow + layout.rowHeight * static_cast<double>(i);
         rows_[i]->setColumns(layout.cpuWidth, layout.memoryWidth);
+        rows_[i]->setSpacing(grid.spacing == RowSpacing::dense ? RowSpacing::regular : grid.spacing);
         rows_[i]->setVisible(i < static_cast<size_t>(layout.rows) && i < processes);
         place(*rows_[i], QRectF(0, top, grid.width, layout.rowHeight));
     }

@@ -98,6 +98,7 @@ ComputeSection::ComputeSection(const KestroServices& services, QWidget* parent)
         }
     }
     history_->setSpoken(QStringLiteral("CPU"), wholeText, QStringLiteral(" percent"));
+    history_->setTopText(percentText);
     follow(engine_.cpu, [this] { showCPU(); });
     follow(engine_.cpuHistory, [this] { showHistory(); });
 }
@@ -142,6 +143,7 @@ void ComputeSection::arrange(const SectionGrid& grid) {
     place(
         *history_,
         QRectF(0, historyTop, grid.width, grid.heroBottom() - historyTop).adjusted(-bleed, -bleed, bleed, bleed));
+    history_->showTop(grid.namesScales);
     double top = grid.rowsTop;
     for (size_t i = 0; i < clusters_.size(); ++i) {
         const bool isShown = i < rows.size();
@@ -151,7 +153,7 @@ void ComputeSection::arrange(const SectionGrid& grid) {
             top = placeRow(*clusters_[i], top, grid);
         }
     }
-    top += grid.isDense ? denseMatrixGap : matrixGap;
+    top += grid.spacing == RowSpacing::dense ? denseMatrixGap : matrixGap;
     matrix_->setCompact(isCompact(grid.tier));
     place(*matrix_, QRectF(0, top, grid.width, std::max(0.0, grid.height - top)));
 }

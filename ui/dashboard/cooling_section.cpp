@@ -200,6 +200,7 @@ void CoolingSection::arrangeFans(const SectionGrid& grid) {
         fanRows_[i]->setVisible(i < areas.size());
         if (i < areas.size()) {
             fanRows_[i]->setCompact(grid.tier == SectionTier::tight);
+            fanRows_[i]->setSpacing(grid.spacing == RowSpacing::dense ? RowSpacing::regular : grid.spacing);
             place(*fanRows_[i], areas[i].translated(0, SectionGrid::heroTop));
         }
     }

@@ -14,7 +14,6 @@ constexpr double verticalInset = 14;
 constexpr double fullHero = 112;
 constexpr double compactHero = 92;
 constexpr double heroGrowthShare = 0.4;
-constexpr double heroGrowthLimit = 180;
 constexpr double rowsGap = 10;
 constexpr int rowCount = 7;
 constexpr double fullPitch = 28;
@@ -25,6 +24,18 @@ constexpr double lowestPitch = 20;
 constexpr double rowsFoot = 6;
 constexpr double spareReserve = 20;
 constexpr double denseRows = 196;
+
+/// The height of a card in a window of the ideal height, and that inside the padding of a full one.
+constexpr double usualCard = 382;
+constexpr double usualInside = 358;
+constexpr double modestGrowth = 40;
+constexpr double ampleSpare = 180;
+constexpr double ampleGrowth = 80;
+constexpr double namedScales = 40;
+
+constexpr double lowestZoomed = 560;
+constexpr double highestZoomed = 680;
+constexpr double highestZoom = 5;
 
 constexpr double listTop = 40;
 constexpr double listTopAlone = 44;
@@ -48,14 +59,61 @@ double paddingOf(SectionTier tier) {
     return 8;
 }
 
-double detailPitchOf(SectionTier tier, double pitch, bool isDense) {
-    if (isDense) {
+double detailPitchOf(SectionTier tier, double pitch, RowSpacing spacing) {
+    if (spacing == RowSpacing::dense) {
         return std::max(30.0, pitch + 6);
     }
     return isCompact(tier) ? pitch + 8 : std::max(38.0, pitch + 6);
 }
 
+/// The grid of a card that is at most as high as usual.
+SectionGrid usualGrid(SectionTier tier, const QSizeF& card) {
+    SectionGrid grid;
+    grid.tier = tier;
+    grid.padding = paddingOf(tier);
+    grid.width = std::max(0.0, card.width() - 2 * grid.padding);
+    grid.height = std::max(0.0, card.height() - 2 * grid.padding);
+
+    const double hero = isCompact(tier) ? compactHero : fullHero;
+    const double pitch = isCompact(tier) ? compactPitch : fullPitch;
+    const double rowsBeforeGrowth = SectionGrid::heroTop + hero + rowsGap;
+    grid.spacing = grid.height - rowsBeforeGrowth < denseRows ? RowSpacing::dense : RowSpacing::regular;
+    const double spare = std::max(0.0, grid.height - rowsBeforeGrowth - rowCount * pitch - spareReserve);
+    grid.heroHeight = hero + std::floor(heroGrowthShare * spare);
+    grid.rowsTop = SectionGrid::heroTop + grid.heroHeight + rowsGap;
+
+    const double rows = grid.height - grid.rowsTop;
+    const double highest = rows > roomyRows ? roomyPitch : pitch;
+    grid.pitch = std::clamp(std::floor((rows - rowsFoot) / rowCount), lowestPitch, highest);
+    grid.detailPitch = detailPitchOf(tier, grid.pitch, grid.spacing);
+    return grid;
+}
+
+/// Divides `spare` points of height between the hero and the rows.
+void growInto(SectionGrid& grid, double spare) {
+    const double modest = std::min(0.22 * spare, modestGrowth);
+    const double ample = modestGrowth + std::min((spare - ampleSpare) / 2, ampleGrowth);
+    grid.heroGrowth = std::floor(spare > ampleSpare ? ample : modest);
+    grid.heroHeight += grid.heroGrowth;
+    grid.rowsTop += grid.heroGrowth;
+    const double pitch = std::min(roomyPitch, fullPitch + std::floor(0.55 * spare / rowCount));
+    grid.pitch = std::max(grid.pitch, pitch);
+    grid.spacing = RowSpacing::roomy;
+    grid.detailPitch = detailPitchOf(grid.tier, grid.pitch, grid.spacing);
+    grid.namesScales = spare > namedScales;
+}
+
 }  // namespace
+
+double dashboardZoom(const QSizeF& window, int visibleSections) {
+    const auto zoomFor = [&](double sectionWidth) {
+        const double width = window.width() / (std::max(visibleSections, 1) * sectionWidth);
+        const double eighths = std::floor(8 * std::min(width, window.height() / lowestZoomed));
+        return std::clamp(eighths / 8, 1.0, highestZoom);
+    };
+    const double full = zoomFor(fullWidth);
+    return window.height() / full > highestZoomed ? std::max(full, zoomFor(compactWidth)) : full;
+}
 
 SectionRowMetrics sectionRowMetrics(double width, int visibleSections) {
     const int count = std::max(visibleSections, 1);
@@ -82,24 +140,11 @@ std::vector<QRectF> sectionFrames(const QSizeF& size, int visibleSections) {
 }
 
 SectionGrid sectionGrid(SectionTier tier, const QSizeF& card) {
-    SectionGrid grid;
-    grid.tier = tier;
-    grid.padding = paddingOf(tier);
-    grid.width = std::max(0.0, card.width() - 2 * grid.padding);
-    grid.height = std::max(0.0, card.height() - 2 * grid.padding);
-
-    const double hero = isCompact(tier) ? compactHero : fullHero;
-    const double pitch = isCompact(tier) ? compactPitch : fullPitch;
-    const double rowsBeforeGrowth = SectionGrid::heroTop + hero + rowsGap;
-    grid.isDense = grid.height - rowsBeforeGrowth < denseRows;
-    const double spare = std::max(0.0, grid.height - rowsBeforeGrowth - rowCount * pitch - spareReserve);
-    grid.heroHeight = hero + std::floor(std::min(heroGrowthShare * spare, heroGrowthLimit));
-    grid.rowsTop = SectionGrid::heroTop + grid.heroHeight + rowsGap;
-
-    const double rows = grid.height - grid.rowsTop;
-    const double highest = rows > roomyRows ? roomyPitch : pitch;
-    grid.pitch = std::clamp(std::floor((rows - rowsFoot) / rowCount), lowestPitch, highest);
-    grid.detailPitch = detailPitchOf(tier, grid.pitch, grid.isDense);
+    SectionGrid grid = usualGrid(tier, {card.width(), std::min(card.height(), usualCard)});
+    if (card.height() > usualCard) {
+        grid.height = card.height() - 2 * grid.padding;
+        growInto(grid, grid.height - usualInside);
+    }
     return grid;
 }
 

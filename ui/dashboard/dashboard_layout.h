@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/widgets/ruled_index_row.h"
+
 #include <QRectF>
 #include <QSizeF>
 
@@ -15,7 +17,12 @@ inline bool isCompact(SectionTier tier) {
     return tier != SectionTier::full;
 }
 
-/// The layout of the sections in a row of a given width. Lengths in points.
+/// How much the whole dashboard is enlarged in a window of this size: in eighths from 1 to 5, as far as full
+/// sections remain and a height of 560 design points. Where more than 680 points in height would remain, as far as
+/// compact sections do. No section counts as one.
+double dashboardZoom(const QSizeF& window, int visibleSections);
+
+/// The layout of the sections in a row of a given width. Lengths in design points, here and below.
 struct SectionRowMetrics {
     double spacing = 0;  ///< between sections
     double inset = 0;    ///< left and right of the row, and of header and footer
@@ -34,7 +41,7 @@ inline constexpr double dashboardFooterHeight = 26;
 /// The cards of the visible sections in a view of `size`: of equal width, top-aligned, 14 from header and footer.
 std::vector<QRectF> sectionFrames(const QSizeF& size, int visibleSections);
 
-/// The grid shared by all sections, inside the padding of a card. Lengths in points from the grid's top.
+/// The grid shared by all sections, inside the padding of a card. Positions are from the grid's top.
 struct SectionGrid {
     SectionTier tier = SectionTier::full;
     double padding = 0;
@@ -48,12 +55,15 @@ struct SectionGrid {
     double rowsTop = 0;
     double pitch = 0;        ///< height of a row
     double detailPitch = 0;  ///< height of a row with a detail
-    bool isDense = false;    ///< rows with a detail are closer together than usual
+    RowSpacing spacing = RowSpacing::regular;
+    double heroGrowth = 0;     ///< the part of the hero's height that a high card adds
+    bool namesScales = false;  ///< whether sparklines have room to name their full height
 
     double heroBottom() const { return heroTop + heroHeight; }
 };
 
-/// The grid of a card of size `card`. Spare height goes to the hero first, up to 180.
+/// The grid of a card of size `card`. The spare height of a card that is higher than usual goes to the hero and to
+/// the rows, up to a limit; the rest stays empty.
 SectionGrid sectionGrid(SectionTier tier, const QSizeF& card);
 
 /// The list of processes in the activity section.

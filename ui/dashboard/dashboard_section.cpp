@@ -1,6 +1,7 @@
 #include "ui/dashboard/dashboard_section.h"
 
 #include "ui/paint/hairline.h"
+#include "ui/paint/zoom.h"
 
 #include <QPainter>
 
@@ -16,6 +17,10 @@ constexpr double titleGap = 6;
 
 /// With a smaller gap the title and the remark read as one text.
 constexpr double metaGap = 12;
+
+constexpr double gaugeMargin = 6;
+constexpr double heroPerGrowth = 90;
+constexpr double mostGrowth = 1.35;
 
 const TextStyle meta{9, SectionGrid::titleHeight, QFont::Medium, 0, KestroTheme::textSecondary};
 
@@ -56,7 +61,7 @@ void DashboardSection::catchUp() {
 }
 
 SectionGrid DashboardSection::grid() const {
-    return sectionGrid(tier_, size());
+    return sectionGrid(tier_, designRect(*this).size());
 }
 
 void DashboardSection::arrangeAgain() {
@@ -67,16 +72,14 @@ void DashboardSection::arrangeAgain() {
 }
 
 void DashboardSection::place(QWidget& child, const QRectF& area) const {
-    const QRectF inCard = area.translated(grid().padding, grid().padding);
-    const QPoint topLeft(qRound(inCard.left()), qRound(inCard.top()));
-    const QPoint end(qRound(inCard.right()), qRound(inCard.bottom()));
-    child.setGeometry(QRect(topLeft, QSize(end.x() - topLeft.x(), end.y() - topLeft.y())));
+    const double padding = grid().padding;
+    child.setGeometry(wholePoints(zoomed(area.translated(padding, padding), zoomOf(*this))));
 }
 
 double DashboardSection::placeRow(RuledIndexRow& row, double top, const SectionGrid& grid) const {
     const double height = row.content().detail.isEmpty() ? grid.pitch : grid.detailPitch;
     row.setCompact(isCompact(grid.tier));
-    row.setDense(grid.isDense);
+    row.setSpacing(grid.spacing);
     place(row, QRectF(0, top, grid.width, height));
     return top + height;
 }
@@ -84,10 +87,14 @@ double DashboardSection::placeRow(RuledIndexRow& row, double top, const SectionG
 void DashboardSection::placeGauges(const std::array<MetricGauge*, 2>& gauges, const SectionGrid& grid) const {
     const double outside = grid.tier == SectionTier::tight ? grid.padding : 0;
     const double half = (grid.width + 2 * outside) / 2;
-    const double height = gaugeMetrics(isCompact(grid.tier)).height();
+    const GaugeMetrics& metrics = gaugeMetrics(isCompact(grid.tier));
+    const double widest = (half - gaugeMargin) / metrics.frame;
+    const double growth = std::clamp(std::min(1 + grid.heroGrowth / heroPerGrowth, widest), 1.0, mostGrowth);
+    const double height = metrics.height() * growth;
     const double top = SectionGrid::heroTop + (grid.heroHeight - height) / 2;
     for (size_t i = 0; i < gauges.size(); ++i) {
         gauges[i]->setCompact(isCompact(grid.tier));
+        gauges[i]->setGrowth(growth);
         place(*gauges[i], QRectF(half * static_cast<double>(i) - outside, top, half, height));
     }
 }
@@ -132,6 +139,7 @@ void DashboardSection::paintEvent(QPaintEvent* event) {
     Card::paintEvent(event);
     const SectionGrid now = grid();
     QPainter painter(this);
+    paintInDesignPoints(painter, *this);
     painter.translate(now.padding, now.padding);
     paintHairline(painter, 0, now.width, SectionGrid::titleRule);
     paintRules(painter, now);

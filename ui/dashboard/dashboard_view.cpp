@@ -69,6 +69,7 @@ DashboardView::DashboardView(const KestroServices& services, const DashboardActi
     for (const Setting<bool>* section : dashboardSectionSwitches(services.settings)) {
         subscriptions_.push_back(section->subscribe([this](bool) {
             updateGeometry();
+            followZoom();
             arrange();
         }));
     }
@@ -84,7 +85,7 @@ QSize DashboardView::minimumSizeHint() const {
 }
 
 std::optional<PlacedHalftoneField> DashboardView::halftone() const {
-    return dashboardHalftone(size());
+    return dashboardHalftone(designRect(*this).size());
 }
 
 Button* DashboardView::makeHeaderButton(const QString& symbol, double size, const QString& help,
@@ -111,15 +112,18 @@ void DashboardView::paintEvent(QPaintEvent* event) {
     GlassSurface::paintEvent(event);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintHairline(painter, 0, width(), dashboardHeaderHeight);
-    const double footer = height() - dashboardFooterHeight;
-    paintHairline(painter, 0, width(), footer);
-    const double inset = sectionRowMetrics(width(), visibleDashboardSections(services_.settings)).inset;
+    paintInDesignPoints(painter, *this);
+    const QSizeF size = designRect(*this).size();
+    paintHairline(painter, 0, size.width(), dashboardHeaderHeight);
+    const double footer = size.height() - dashboardFooterHeight;
+    paintHairline(painter, 0, size.width(), footer);
+    const double inset = metrics().inset;
     const QRectF dot(inset, footer + (dashboardFooterHeight - dotDiameter) / 2, dotDiameter, dotDiameter);
     paintRounded(painter, dot, dotDiameter / 2, KestroTheme::accentNominal());
 }
 
 void DashboardView::resizeEvent(QResizeEvent* event) {
+    followZoom();
     GlassSurface::resizeEvent(event);
     arrange();
 }
@@ -142,57 +146,68 @@ void DashboardView::followWindowState() {
     setCornerRadius(window()->isFullScreen() ? 0 : cornerRadius);
 }
 
+void DashboardView::followZoom() {
+    const double zoom = dashboardZoom(size(), visibleDashboardSections(services_.settings));
+    if (zoom != zoom_) {
+        zoom_ = zoom;
+        shapeToWindow();
+    }
+}
+
+SectionRowMetrics DashboardView::metrics() const {
+    return sectionRowMetrics(designRect(*this).width(), visibleDashboardSections(services_.settings));
+}
+
+void DashboardView::place(QWidget& child, const QRectF& area) const {
+    child.setGeometry(wholePoints(zoomed(area, zoom_)));
+}
+
 void DashboardView::arrange() {
     const auto switches = dashboardSectionSwitches(services_.settings);
-    const int count = visibleDashboardSections(services_.settings);
-    const SectionRowMetrics metrics = sectionRowMetrics(width(), count);
-    const auto frames = sectionFrames(size(), count);
+    const auto frames = sectionFrames(designRect(*this).size(), visibleDashboardSections(services_.settings));
     size_t next = 0;
     for (size_t i = 0; i < sections_.size(); ++i) {
         const bool isShown = switches[i]->get();
         if (isShown) {
-            const QRectF& frame = frames[next++];
-            const int left = qRound(frame.left());
-            sections_[i]->setTier(metrics.tier);
-            sections_[i]->setGeometry(left, qRound(frame.top()), qRound(frame.right()) - left,
-                                      qRound(frame.height()));
+            sections_[i]->setTier(metrics().tier);
+            place(*sections_[i], frames[next++]);
         }
         sections_[i]->setVisible(isShown);
     }
-    arrangeHeader(metrics.inset);
-    arrangeFooter(metrics.inset);
+    arrangeHeader(metrics().inset);
+    arrangeFooter(metrics().inset);
     update();
 }
 
 void DashboardView::arrangeHeader(double inset) {
-    const int left = qRound(inset);
-    symbol_->setGeometry(left, controlsTop + (controlsHeight - symbolSize) / 2, symbolSize, symbolSize);
-    wordmark_->setGeometry(left + symbolSize + wordmarkGap, controlsTop, wordmark_->sizeHint().width() + 2,
-                           controlsHeight);
-    int right = width() - left;
+    place(*symbol_, QRectF(inset, controlsTop + (controlsHeight - symbolSize) / 2, symbolSize, symbolSize));
+    place(*wordmark_, QRectF(inset + symbolSize + wordmarkGap, controlsTop, wordmark_->sizeHint().width() + 2,
+                             controlsHeight));
+    double right = designRect(*this).width() - inset;
     for (auto button = buttons_.rbegin(); button != buttons_.rend(); ++button) {
         right -= controlsHeight;
-        (*button)->setGeometry(right, controlsTop, controlsHeight, controlsHeight);
+        place(**button, QRectF(right, controlsTop, controlsHeight, controlsHeight));
         right -= buttonGap;
     }
 }
 
 void DashboardView::arrangeFooter(double inset) {
-    const int top = height() - qRound(dashboardFooterHeight);
-    const int line = qRound(dashboardFooterHeight);
+    const QSizeF size = designRect(*this).size();
+    const double top = size.height() - dashboardFooterHeight;
     const QSize mark = watermark_->sizeHint();
-    const int markLeft = (width() - mark.width()) / 2;
-    watermark_->setGeometry(markLeft, top + (line - mark.height()) / 2, mark.width(), mark.height());
+    const double markLeft = std::floor((size.width() - mark.width()) / 2);
+    const double markTop = top + std::floor((dashboardFooterHeight - mark.height()) / 2);
+    place(*watermark_, QRectF(QPointF(markLeft, markTop), mark));
 
-    int left = qRound(inset + dotDiameter) + footerGap;
+    double left = inset + dotDiameter + footerGap;
     for (TextLabel* label : {engineName_, engineDetail_}) {
-        const int room = std::max(0, markLeft - footerGap - left);
-        const int width = std::min(label->sizeHint().width(), room);
-        label->setGeometry(left, top, width, line);
+        const double room = std::max(0.0, markLeft - footerGap - left);
+        const double width = std::min<double>(label->sizeHint().width(), room);
+        place(*label, QRectF(left, top, width, dashboardFooterHeight));
         left += width + footerGap;
     }
-    const int refreshedLeft = markLeft + mark.width() + footerGap;
-    refreshed_->setGeometry(refreshedLeft, top, width() - qRound(inset) - refreshedLeft, line);
+    const double refreshedLeft = markLeft + mark.width() + footerGap;
+    place(*refreshed_, QRectF(refreshedLeft, top, size.width() - inset - refreshedLeft, dashboardFooterHeight));
 }
 
 }  // namespace kestro

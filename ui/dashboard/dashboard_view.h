@@ -1,8 +1,10 @@
 #pragma once
 
 #include "core/base/subscription.h"
+#include "ui/dashboard/dashboard_layout.h"
 #include "ui/decorations/glass_surface.h"
 #include "ui/kestro_services.h"
+#include "ui/paint/zoom.h"
 #include "ui/surface_actions.h"
 
 #include <array>
@@ -17,8 +19,9 @@ class SymbolView;
 class TextLabel;
 
 /// The content of the dashboard window: a header with the window controls, the enabled sections side by side, and
-/// a footer. Never scrolls. Follows its size, the section switches and the pin live.
-class DashboardView : public GlassSurface {
+/// a footer. Never scrolls. In large windows the whole of it is enlarged, so that it can be read from a distance.
+/// Follows its size, the section switches and the pin live.
+class DashboardView : public GlassSurface, public ZoomedView {
     Q_OBJECT
 
 public:
@@ -27,6 +30,8 @@ public:
     /// The width that fits the enabled sections, by 480.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+
+    double zoom() const override { return zoom_; }
 
 protected:
     std::optional<PlacedHalftoneField> halftone() const override;
@@ -40,12 +45,16 @@ private:
                              std::function<void()> action);
     void showPin();
     void followWindowState();
+    void followZoom();
     void arrange();
     void arrangeHeader(double inset);
     void arrangeFooter(double inset);
+    void place(QWidget& child, const QRectF& area) const;
+    SectionRowMetrics metrics() const;
 
     KestroServices services_;
     DashboardActions actions_;
+    double zoom_ = 1;
     SymbolView* symbol_;
     TextLabel* wordmark_;
     std::array<Button*, 4> buttons_;

@@ -1,6 +1,7 @@
 #include "ui/dashboard/display_figure.h"
 
 #include "ui/paint/text_painter.h"
+#include "ui/paint/zoom.h"
 
 #include <QPainter>
 
@@ -40,9 +41,10 @@ AccessibleInfo DisplayFigure::accessibleInfo() const {
 
 void DisplayFigure::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    paintInDesignPoints(painter, *this);
     TextStyle figure = text_styles::displayFigure;
     figure.size = size_;
-    const QRectF line = rect();
+    const QRectF line = designRect(*this);
     const double unitWidth = textWidth(unit_, text_styles::displayUnit);
     const double room = std::max(0.0, line.width() - unitWidth - unitGap);
     const double scale = fitText(figure_, figure, room, TextFit::value).scale;

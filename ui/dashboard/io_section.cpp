@@ -83,6 +83,7 @@ IOSection::Direction IOSection::makeDirection(const QString& symbol, const QStri
     direction.rate->setFit(TextFit::value);
     direction.rate->setTextAlignment(Qt::AlignRight);
     direction.history->setSpoken(name, rateText);
+    direction.history->setTopText(rateText);
     return direction;
 }
 
@@ -124,6 +125,8 @@ void IOSection::arrange(const SectionGrid& grid) {
     const double block = (grid.heroHeight - blockGap) / 2;
     arrangeDirection(download_, QRectF(0, SectionGrid::heroTop, grid.width, block));
     arrangeDirection(upload_, QRectF(0, grid.heroBottom() - block, grid.width, block));
+    download_.history->showTop(grid.namesScales);
+    upload_.history->showTop(grid.namesScales);
     double top = grid.rowsTop;
     for (RuledIndexRow* row : rows_) {
         top = placeRow(*row, top, grid);

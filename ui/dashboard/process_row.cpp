@@ -3,8 +3,8 @@
 #include "ui/controls/words.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
+#include "ui/paint/zoom.h"
 #include "ui/symbols/symbol_painter.h"
-#include "ui/widgets/ruled_index_row.h"
 
 #include <QPainter>
 
@@ -58,16 +58,17 @@ void ProcessRow::setContent(const ProcessRowContent& content) {
         update();
         return;
     }
-    const RuledIndexGeometry geometry = ruledIndexGeometry(size(), false, false);
+    const RuledIndexGeometry geometry = ruledIndexGeometry(designRect(*this).size(), false, spacing_);
     const double line = geometry.line.height();
+    const double right = geometry.line.right();
     if (content.memory != before.memory) {
-        update(QRectF(width() - memoryWidth_, 0, memoryWidth_, line).toAlignedRect());
+        update(touchedPoints(*this, QRectF(right - memoryWidth_, 0, memoryWidth_, line)));
     }
     if (content.cpu != before.cpu) {
-        update(QRectF(width() - memoryWidth_ - cpuWidth_, 0, cpuWidth_, line).toAlignedRect());
+        update(touchedPoints(*this, QRectF(right - memoryWidth_ - cpuWidth_, 0, cpuWidth_, line)));
     }
     if (content.share != before.share) {
-        update(geometry.rule.toAlignedRect());
+        update(touchedPoints(*this, geometry.rule));
     }
 }
 
@@ -75,6 +76,13 @@ void ProcessRow::setColumns(double cpu, double memory) {
     if (cpu != cpuWidth_ || memory != memoryWidth_) {
         cpuWidth_ = cpu;
         memoryWidth_ = memory;
+        update();
+    }
+}
+
+void ProcessRow::setSpacing(RowSpacing spacing) {
+    if (spacing != spacing_) {
+        spacing_ = spacing;
         update();
     }
 }
@@ -91,7 +99,8 @@ AccessibleInfo ProcessRow::accessibleInfo() const {
 void ProcessRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const RuledIndexGeometry geometry = ruledIndexGeometry(size(), false, false);
+    paintInDesignPoints(painter, *this);
+    const RuledIndexGeometry geometry = ruledIndexGeometry(designRect(*this).size(), false, spacing_);
     double right = geometry.line.right();
     const auto column = [&](double width, const QString& text, bool isSorting) {
         if (width > 0) {

@@ -2,6 +2,7 @@
 
 #include "core/telemetry/process_info_item.h"
 #include "ui/controls/view.h"
+#include "ui/widgets/ruled_index_row.h"
 
 namespace kestro {
 
@@ -35,6 +36,8 @@ public:
     /// The widths of the two columns; 0: not shown.
     void setColumns(double cpu, double memory);
 
+    void setSpacing(RowSpacing spacing);
+
     AccessibleInfo accessibleInfo() const override;
 
 protected:
@@ -46,6 +49,7 @@ private:
     ProcessRowContent content_;
     double cpuWidth_ = 0;
     double memoryWidth_ = 0;
+    RowSpacing spacing_ = RowSpacing::regular;
 };
 
 }  // namespace kestro

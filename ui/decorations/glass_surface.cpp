@@ -3,6 +3,7 @@
 #include "core/settings/user_settings.h"
 #include "ui/decorations/progressive_blur_fade.h"
 #include "ui/paint/hairline.h"
+#include "ui/paint/zoom.h"
 #include "ui/theme/kestro_theme.h"
 #include "ui/theme/window_compositing.h"
 #include "ui/theme/window_shape.h"
@@ -21,6 +22,7 @@ namespace kestro {
 struct GlassSurface::Backdrop {
     QSize size;
     double scale = 1;
+    double zoom = 1;
     double cornerRadius = 0;
     VisualEffectBlur effect;
     bool isHighContrast = false;
@@ -37,15 +39,10 @@ namespace {
 /// Interval of the checks for a compositing manager: there is no notification, and it rarely changes.
 constexpr int compositingCheckMilliseconds = 5000;
 
-QPainterPath outline(const QSize& size, double radius) {
-    QPainterPath path;
-    path.addRoundedRect(QRectF(QPointF(), QSizeF(size)), radius, radius);
-    return path;
-}
-
-void cutCorners(QPainter& painter, const QSize& size, double radius) {
-    QPainterPath corners = outline(size, radius);
-    corners.addRect(QRectF(QPointF(), QSizeF(size)));
+void cutCorners(QPainter& painter, const QRectF& area, double radius) {
+    QPainterPath corners;
+    corners.addRoundedRect(area, radius, radius);
+    corners.addRect(area);
     corners.setFillRule(Qt::OddEvenFill);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -87,6 +84,7 @@ GlassSurface::Backdrop GlassSurface::wantedBackdrop() const {
     Backdrop backdrop;
     backdrop.size = size();
     backdrop.scale = devicePixelRatioF();
+    backdrop.zoom = zoomOf(*this);
     backdrop.cornerRadius = cornerRadius_;
     backdrop.effect = effect_;
     backdrop.isHighContrast = isHighContrast;
@@ -101,8 +99,9 @@ QImage GlassSurface::renderBackdrop(const Backdrop& backdrop) const {
     QImage image((QSizeF(backdrop.size) * backdrop.scale).toSize(), QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(backdrop.scale);
     image.fill(Qt::transparent);
-    const QRectF area(QPointF(), QSizeF(backdrop.size));
+    const QRectF area(QPointF(), QSizeF(backdrop.size) / backdrop.zoom);
     QPainter painter(&image);
+    painter.scale(backdrop.zoom, backdrop.zoom);
     glass_->paint(painter, area, isActiveWindow());
     if (backdrop.halftone) {
         backdrop.halftone->field.paint(painter, backdrop.halftone->area, backdrop.intensity);
@@ -111,7 +110,7 @@ QImage GlassSurface::renderBackdrop(const Backdrop& backdrop) const {
         ProgressiveBlurFade::apply(painter, area);
     }
     if (isComposited_) {
-        cutCorners(painter, backdrop.size, backdrop.cornerRadius);
+        cutCorners(painter, area, backdrop.cornerRadius);
     }
     kestroHairlineBorder(painter, area, backdrop.cornerRadius, KestroTheme::hairlineStrong());
     return image;
@@ -180,11 +179,12 @@ void GlassSurface::shapeToWindow() {
     if (!isVisible()) {
         return;
     }
-    shapeWindow(*window(), cornerRadius_, isComposited_);
+    const double radius = cornerRadius_ * zoomOf(*this);
+    shapeWindow(*window(), radius, isComposited_);
     QWindow* const handle = window()->windowHandle();
     if (isBlurWanted_ && handle != nullptr) {
-        window_compositing::requestBlurBehind(
-            *handle, isComposited_ ? roundedRegion(window()->rect(), cornerRadius_) : QRegion());
+        window_compositing::requestBlurBehind(*handle,
+                                              isComposited_ ? roundedRegion(window()->rect(), radius) : QRegion());
     }
 }
 

@@ -23,21 +23,24 @@ class UserSettings;
 /// the settings live, and while shown notices within seconds when a compositing manager starts or ends.
 class GlassSurface : public QWidget {
 public:
-    /// `cornerRadius` in points. Works as a top-level widget or as the only child that fills one.
+    /// `cornerRadius` in design points. Works as a top-level widget or as the only child that fills one.
     GlassSurface(UserSettings& settings, double cornerRadius, QWidget* parent = nullptr);
     ~GlassSurface() override;
 
-    /// In points; 0 for a window that fills the screen.
+    /// In design points; 0 for a window that fills the screen.
     void setCornerRadius(double radius);
 
     /// The number of times that the backdrop has been rendered.
     int renderCount() const { return renderCount_; }
 
 protected:
-    /// The ink of this surface at its current size; none by default.
+    /// The ink of this surface at its current size, in design points; none by default.
     virtual std::optional<PlacedHalftoneField> halftone() const;
 
     UserSettings& settings() const { return settings_; }
+
+    /// Call when the zoom has changed.
+    void shapeToWindow();
 
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -51,7 +54,6 @@ private:
     Backdrop wantedBackdrop() const;
     QImage renderBackdrop(const Backdrop& backdrop) const;
     bool lookAtCompositing();
-    void shapeToWindow();
 
     UserSettings& settings_;
     double cornerRadius_;

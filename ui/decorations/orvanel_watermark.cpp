@@ -2,6 +2,7 @@
 
 #include "ui/decorations/studio_halftone_field.h"
 #include "ui/paint/hairline.h"
+#include "ui/paint/zoom.h"
 #include "ui/theme/kestro_fonts.h"
 #include "ui/theme/kestro_theme.h"
 
@@ -58,7 +59,8 @@ void paintMark(QPainter& painter, const QPointF& shift, QColor color, double opa
 OrvanelWatermark::OrvanelWatermark(Variant variant, QWidget* parent) : View(parent), variant_(variant) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
-    setFixedSize(sizeHint());
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    resize(sizeHint());
 }
 
 QSize OrvanelWatermark::sizeHint() const {
@@ -99,7 +101,9 @@ void OrvanelWatermark::paint(QPainter& painter, const QPointF& rightCentre, Vari
 
 void OrvanelWatermark::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    paint(painter, QPointF(width(), height() / 2.0), variant_);
+    paintInDesignPoints(painter, *this);
+    const QRectF area = designRect(*this);
+    paint(painter, QPointF(area.right(), area.center().y()), variant_);
 }
 
 }  // namespace kestro

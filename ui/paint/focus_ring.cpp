@@ -1,5 +1,6 @@
 #include "ui/paint/focus_ring.h"
 
+#include "ui/paint/zoom.h"
 #include "ui/theme/kestro_theme.h"
 
 #include <QEvent>
@@ -12,6 +13,7 @@ namespace kestro {
 namespace {
 
 constexpr const char* hostProperty = "kestroFocusRingHost";
+constexpr double ringRoom = 4;
 
 QWidget* hostOf(const QWidget& control) {
     QWidget* host = control.parentWidget();
@@ -84,10 +86,11 @@ void FocusRing::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF area =
         target_.focusArea().translated(mapFrom(parentWidget(), control_->mapTo(parentWidget(), QPoint())));
-    const double radius = target_.focusRadius();
+    const double zoom = zoomOf(*control_);
+    const double radius = target_.focusRadius() * zoom;
     const auto strokeAt = [&](double distance, double width, const QColor& color) {
-        const double middle = distance + width / 2;
-        painter.setPen(QPen(color, width));
+        const double middle = (distance + width / 2) * zoom;
+        painter.setPen(QPen(color, width * zoom));
         painter.drawRoundedRect(area.adjusted(-middle, -middle, middle, middle), radius + middle, radius + middle);
     };
     strokeAt(0, ringGap, KestroTheme::ground());
@@ -99,7 +102,7 @@ void FocusRing::place() {
         hide();
         return;
     }
-    constexpr int outside = 4;
+    const int outside = static_cast<int>(std::ceil(ringRoom * zoomOf(*control_)));
     const QRect area = target_.focusArea().toAlignedRect();
     setGeometry(
         area.translated(control_->mapTo(parentWidget(), QPoint())).adjusted(-outside, -outside, outside, outside));

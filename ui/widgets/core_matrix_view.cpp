@@ -5,6 +5,7 @@
 #include "ui/paint/ink.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
+#include "ui/paint/zoom.h"
 #include "ui/widgets/visible_change.h"
 
 #include <QPaintEvent>
@@ -109,10 +110,11 @@ void CoreMatrixView::setCores(const std::vector<CoreLoad>& cores) {
         update();
         return;
     }
+    const double pixels = zoomOf(*this) * devicePixelRatioF();
     for (size_t i = 0; i < cores.size(); ++i) {
-        if (!looksSame(cores[i], cores_[i], layout.cellWidth * devicePixelRatioF())) {
+        if (!looksSame(cores[i], cores_[i], layout.cellWidth * pixels)) {
             cores_[i] = cores[i];
-            update(layout.cell(static_cast<int>(i)).toAlignedRect());
+            update(touchedPoints(*this, layout.cell(static_cast<int>(i))));
         }
     }
 }
@@ -141,7 +143,7 @@ std::vector<AccessibleInfo> CoreMatrixView::accessibleParts() const {
         AccessibleInfo part;
         part.name =
             QStringLiteral("Core %1, %2 percent").arg(cores_[i].id).arg(wholeNumber(cores_[i].usagePercentage));
-        part.area = layout.cell(static_cast<int>(i)).toAlignedRect();
+        part.area = touchedPoints(*this, layout.cell(static_cast<int>(i)));
         parts.push_back(std::move(part));
     }
     return parts;
@@ -150,13 +152,14 @@ std::vector<AccessibleInfo> CoreMatrixView::accessibleParts() const {
 void CoreMatrixView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    paintInDesignPoints(painter, *this);
     const CoreMatrixLayout layout = layoutNow();
     if (layout.columns == 0) {
         return;
     }
     for (size_t i = 0; i < cores_.size(); ++i) {
         const QRectF cell = layout.cell(static_cast<int>(i));
-        if (event->region().intersects(cell.toAlignedRect())) {
+        if (event->region().intersects(touchedPoints(*this, cell))) {
             paintCell(painter, cores_[i], snappedToDevice(painter, cell), layout.detail);
         }
     }
@@ -188,7 +191,7 @@ void CoreMatrixView::paintCell(QPainter& painter, const CoreLoad& core, const QR
 }
 
 CoreMatrixLayout CoreMatrixView::layoutNow() const {
-    return coreMatrixLayout(static_cast<int>(cores_.size()), size(), isCompact_);
+    return coreMatrixLayout(static_cast<int>(cores_.size()), designRect(*this).size(), isCompact_);
 }
 
 }  // namespace kestro

@@ -2,6 +2,7 @@
 
 #include "ui/format/figure_text.h"
 #include "ui/paint/text_painter.h"
+#include "ui/paint/zoom.h"
 #include "ui/widgets/visible_change.h"
 
 #include <QPaintEvent>
@@ -71,7 +72,8 @@ MetricGauge::MetricGauge(bool isCompact, QWidget* parent) : View(parent), isComp
 
 void MetricGauge::setContent(const GaugeContent& content) {
     const double end = gaugeArcEnd(content.value, content.minVal, content.max);
-    const double circumference = std::numbers::pi * gaugeMetrics(isCompact_).frame * devicePixelRatioF();
+    const double pixels = zoomOf(*this) * devicePixelRatioF();
+    const double circumference = std::numbers::pi * gaugeMetrics(isCompact_).frame * pixels;
     const bool isArcMoved =
         std::abs(end - drawnEnd_) * circumference >= visiblePixels || (end > arcStart) != (drawnEnd_ > arcStart);
     const bool isRingChanged = isArcMoved || wholeNumber(content.value) != wholeNumber(content_.value) ||
@@ -80,11 +82,12 @@ void MetricGauge::setContent(const GaugeContent& content) {
     content_ = content;
     if (isRingChanged) {
         drawnEnd_ = end;
-        update(frame().toAlignedRect());
+        update(touchedPoints(*this, frame()));
     }
     if (areCaptionsChanged) {
-        const int top = static_cast<int>(gaugeMetrics(isCompact_).titleTop);
-        update(0, top, width(), height() - top);
+        QRectF captions = designRect(*this);
+        captions.setTop(gaugeMetrics(isCompact_).titleTop);
+        update(touchedPoints(*this, captions));
     }
 }
 
@@ -92,6 +95,13 @@ void MetricGauge::setCompact(bool isCompact) {
     if (isCompact != isCompact_) {
         isCompact_ = isCompact;
         updateGeometry();
+        update();
+    }
+}
+
+void MetricGauge::setGrowth(double growth) {
+    if (growth != growth_) {
+        growth_ = growth;
         update();
     }
 }
@@ -115,7 +125,7 @@ double MetricGauge::figureWidth(const QString& unit) const {
 void MetricGauge::setTextScale(double scale) {
     if (scale != textScale_) {
         textScale_ = scale;
-        update(frame().toAlignedRect());
+        update(touchedPoints(*this, frame()));
     }
 }
 
@@ -142,7 +152,8 @@ AccessibleInfo MetricGauge::accessibleInfo() const {
 void MetricGauge::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (event->rect().intersects(frame().toAlignedRect())) {
+    paintInDesignPoints(painter, *this);
+    if (event->rect().intersects(touchedPoints(*this, frame()))) {
         paintRing(painter);
         paintFigure(painter);
     }
@@ -151,7 +162,7 @@ void MetricGauge::paintEvent(QPaintEvent* event) {
 
 QRectF MetricGauge::frame() const {
     const double edge = gaugeMetrics(isCompact_).frame;
-    return {(width() - edge) / 2, 0, edge, edge};
+    return {(designRect(*this).width() - edge) / 2, 0, edge, edge};
 }
 
 void MetricGauge::paintRing(QPainter& painter) const {
@@ -191,9 +202,10 @@ void MetricGauge::paintCaptions(QPainter& painter) const {
     const TextStyle title{metrics.titleSize, metrics.titleHeight, QFont::Medium, 0, KestroTheme::textPrimary};
     const TextStyle subtitle{metrics.subtitleSize, metrics.subtitleHeight, QFont::Medium, 0,
                              KestroTheme::textSecondary};
-    const QRectF titleLine(0, metrics.titleTop, width(), metrics.titleHeight);
+    const double width = designRect(*this).width();
+    const QRectF titleLine(0, metrics.titleTop, width, metrics.titleHeight);
     drawText(painter, titleLine, content_.title, title, Qt::AlignHCenter);
-    const QRectF subtitleLine(0, titleLine.bottom(), width(), metrics.subtitleHeight);
+    const QRectF subtitleLine(0, titleLine.bottom(), width, metrics.subtitleHeight);
     drawText(painter, subtitleLine, content_.subtitle, subtitle, Qt::AlignHCenter);
 }
 

@@ -2,6 +2,7 @@
 
 #include "ui/controls/view.h"
 #include "ui/paint/ink.h"
+#include "ui/paint/zoom.h"
 
 namespace kestro {
 
@@ -45,7 +46,7 @@ struct GaugeContent {
 
 /// A value as an open ring with its figure inside and two captions below. The ring is centred at the top of the
 /// widget, whose width is free; the captions may use the full width.
-class MetricGauge : public View {
+class MetricGauge : public View, public ZoomedView {
     Q_OBJECT
 
 public:
@@ -56,6 +57,10 @@ public:
     const GaugeContent& content() const { return content_; }
 
     void setCompact(bool isCompact);
+
+    /// Enlarges ring, figure and captions alike.
+    void setGrowth(double growth);
+    double zoom() const override { return growth_; }
 
     /// The scale at which value and unit fit in the ring, 0.8..1, for gauges that share a scale.
     double fittingTextScale() const;
@@ -79,6 +84,7 @@ private:
 
     GaugeContent content_;
     bool isCompact_;
+    double growth_ = 1;
     double textScale_ = 1;
     double drawnEnd_ = 0;  ///< the arc's end at the last requested repaint of the ring
 };

@@ -3,6 +3,7 @@
 #include "ui/paint/hairline.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
+#include "ui/paint/zoom.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -20,24 +21,29 @@ constexpr double detailHeight = 11;
 constexpr double ruleHeight = 2;
 constexpr double ruleTrackOpacity = 0.08;
 constexpr double lowRow = 24;
+constexpr double roomyRule = 18;
+constexpr double roomyDetailRule = 28;
 constexpr double valueGap = 6;
 
-double ruleAboveEnd(double rowHeight, bool hasDetail, bool isDense) {
+double ruleAboveEnd(double rowHeight, bool hasDetail, RowSpacing spacing) {
     if (hasDetail) {
-        return isDense ? 4 : 9;
+        return spacing == RowSpacing::dense ? 4 : 9;
     }
     return rowHeight < lowRow ? 5 : 8;
 }
 
 }  // namespace
 
-RuledIndexGeometry ruledIndexGeometry(const QSizeF& size, bool hasDetail, bool isDense) {
+RuledIndexGeometry ruledIndexGeometry(const QSizeF& size, bool hasDetail, RowSpacing spacing) {
     RuledIndexGeometry geometry;
     geometry.line = QRectF(0, 0, size.width(), lineHeight);
     if (hasDetail) {
         geometry.detail = QRectF(0, detailTop, size.width(), detailHeight);
     }
-    const double top = size.height() - ruleAboveEnd(size.height(), hasDetail, isDense);
+    double top = size.height() - ruleAboveEnd(size.height(), hasDetail, spacing);
+    if (spacing == RowSpacing::roomy) {
+        top = std::min(top, hasDetail ? roomyDetailRule : roomyRule);
+    }
     geometry.rule = QRectF(0, top, size.width(), ruleHeight);
     return geometry;
 }
@@ -63,15 +69,15 @@ void RuledIndexRow::setContent(const RuledIndexContent& content) {
     }
     const RuledIndexGeometry geometry = geometryNow();
     if (areLabelsChanged) {
-        update(geometry.line.united(geometry.detail).toAlignedRect());
+        update(touchedPoints(*this, geometry.line.united(geometry.detail)));
     } else if (isValueChanged) {
         const QRectF values = valueBefore.united(valueArea());
         const double labelRoom = values.left() - valueGap;
         const bool isLabelTight = textWidth(shownLabel(), text_styles::rowLabel) > labelRoom;
-        update((isLabelTight ? geometry.line : values).toAlignedRect());
+        update(touchedPoints(*this, isLabelTight ? geometry.line : values));
     }
     if (isRuleChanged) {
-        update(geometry.rule.toAlignedRect());
+        update(touchedPoints(*this, geometry.rule));
     }
 }
 
@@ -82,9 +88,9 @@ void RuledIndexRow::setCompact(bool isCompact) {
     }
 }
 
-void RuledIndexRow::setDense(bool isDense) {
-    if (isDense != isDense_) {
-        isDense_ = isDense;
+void RuledIndexRow::setSpacing(RowSpacing spacing) {
+    if (spacing != spacing_) {
+        spacing_ = spacing;
         update();
     }
 }
@@ -101,6 +107,7 @@ AccessibleInfo RuledIndexRow::accessibleInfo() const {
 void RuledIndexRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    paintInDesignPoints(painter, *this);
     const RuledIndexGeometry geometry = geometryNow();
     TextStyle value = text_styles::rowValue;
     value.ink = content_.valueTint;
@@ -118,7 +125,7 @@ void RuledIndexRow::paintEvent(QPaintEvent*) {
 }
 
 RuledIndexGeometry RuledIndexRow::geometryNow() const {
-    return ruledIndexGeometry(size(), !content_.detail.isEmpty(), isDense_);
+    return ruledIndexGeometry(designRect(*this).size(), !content_.detail.isEmpty(), spacing_);
 }
 
 QRectF RuledIndexRow::valueArea() const {

@@ -13,9 +13,12 @@ struct RuledIndexGeometry {
     QRectF rule;
 };
 
+/// How rows follow each other. In high dashboards they are roomy: the rule stays near its own label.
+enum class RowSpacing { dense, regular, roomy };
+
 /// The line is 14 high, the detail is at 13–24. The rule's top is 8 above the row's bottom: 9 with a detail (4 in
-/// dense rows), 5 in rows lower than 24.
-RuledIndexGeometry ruledIndexGeometry(const QSizeF& size, bool hasDetail, bool isDense);
+/// dense rows), 5 in rows lower than 24. In roomy rows it is at most 18 below the row's top, 28 with a detail.
+RuledIndexGeometry ruledIndexGeometry(const QSizeF& size, bool hasDetail, RowSpacing spacing);
 
 /// The content of a row.
 struct RuledIndexContent {
@@ -43,7 +46,7 @@ public:
     const RuledIndexContent& content() const { return content_; }
 
     void setCompact(bool isCompact);
-    void setDense(bool isDense);
+    void setSpacing(RowSpacing spacing);
 
     AccessibleInfo accessibleInfo() const override;
 
@@ -58,7 +61,7 @@ private:
 
     RuledIndexContent content_;
     bool isCompact_;
-    bool isDense_ = false;
+    RowSpacing spacing_ = RowSpacing::regular;
 };
 
 }  // namespace kestro

@@ -1,6 +1,8 @@
 #include "ui/widgets/sparkline_view.h"
 
 #include "ui/paint/hairline.h"
+#include "ui/paint/text_painter.h"
+#include "ui/paint/zoom.h"
 
 #include <QLinearGradient>
 #include <QPainter>
@@ -19,6 +21,9 @@ constexpr double lineWidth = 1.5;
 constexpr double miterLimit = 10;
 constexpr double areaTopOpacity = 0.18;
 constexpr double areaBottomOpacity = 0.01;
+
+constexpr double topTextGap = 1;
+const TextStyle topTextStyle{8, 12, QFont::Medium, 0, KestroTheme::textTertiary};
 
 double largest(std::span<const double> values) {
     double found = 0;
@@ -67,6 +72,17 @@ void SparklineView::setSpoken(const QString& name, std::function<QString(double)
     unit_ = unit;
 }
 
+void SparklineView::setTopText(std::function<QString(double)> text) {
+    topText_ = std::move(text);
+}
+
+void SparklineView::showTop(bool isShown) {
+    if (isShown != isTopShown_) {
+        isTopShown_ = isShown;
+        update();
+    }
+}
+
 AccessibleInfo SparklineView::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
     info.role = QAccessible::Chart;
@@ -80,11 +96,17 @@ AccessibleInfo SparklineView::accessibleInfo() const {
 void SparklineView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF area = QRectF(rect()).adjusted(lineBleed, lineBleed, -lineBleed, -lineBleed);
+    paintInDesignPoints(painter, *this);
+    const QRectF area = designRect(*this).adjusted(lineBleed, lineBleed, -lineBleed, -lineBleed);
     for (const double share : {0.0, 0.5, 1.0}) {
         paintHairline(painter, area.left(), area.right(), area.top() + area.height() * share);
     }
-    const QPolygonF points = sparklinePoints(data_, sparklineTop(data_, maxLimit_), area);
+    const double top = sparklineTop(data_, maxLimit_);
+    if (isTopShown_ && topText_) {
+        const QRectF line(area.topLeft() + QPointF(0, topTextGap), QSizeF(area.width(), topTextStyle.lineHeight));
+        drawText(painter, line, topText_(top), topTextStyle);
+    }
+    const QPolygonF points = sparklinePoints(data_, top, area);
     if (points.isEmpty()) {
         return;
     }

@@ -38,6 +38,10 @@ public:
     /// formats both values.
     void setSpoken(const QString& name, std::function<QString(double)> format, const QString& unit = {});
 
+    /// Names the value of the full height at the top left, while `showTop` is on.
+    void setTopText(std::function<QString(double)> text);
+    void showTop(bool isShown);
+
     AccessibleInfo accessibleInfo() const override;
 
 protected:
@@ -50,6 +54,8 @@ private:
     QString name_;
     QString unit_;
     std::function<QString(double)> format_;
+    std::function<QString(double)> topText_;
+    bool isTopShown_ = false;
 };
 
 }  // namespace kestro

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace kestro {
 namespace {
 
@@ -70,7 +72,7 @@ TEST(SectionGridTest, IsFullAtTheIdealSize) {
     EXPECT_EQ(grid.rowsTop, 152);
     EXPECT_EQ(grid.pitch, 28);
     EXPECT_EQ(grid.detailPitch, 38);
-    EXPECT_FALSE(grid.isDense);
+    EXPECT_EQ(grid.spacing, RowSpacing::regular);
 }
 
 TEST(SectionGridTest, HasTallerRowsWhenCompact) {
@@ -80,17 +82,17 @@ TEST(SectionGridTest, HasTallerRowsWhenCompact) {
     EXPECT_EQ(grid.rowsTop, 132);
     EXPECT_EQ(grid.pitch, 30);
     EXPECT_EQ(grid.detailPitch, 38);
-    EXPECT_FALSE(grid.isDense);
+    EXPECT_EQ(grid.spacing, RowSpacing::regular);
 }
 
 TEST(SectionGridTest, IsDenseWhenTheRowsGetLessThan196) {
     const SectionGrid tight = gridAt(740, 420);
-    EXPECT_TRUE(tight.isDense);
+    EXPECT_EQ(tight.spacing, RowSpacing::dense);
     EXPECT_EQ(tight.pitch, 24);
     EXPECT_EQ(tight.detailPitch, 30);
 
-    EXPECT_TRUE(gridAt(1260, 469).isDense);
-    EXPECT_FALSE(gridAt(1260, 470).isDense);
+    EXPECT_EQ(gridAt(1260, 469).spacing, RowSpacing::dense);
+    EXPECT_EQ(gridAt(1260, 470).spacing, RowSpacing::regular);
 }
 
 TEST(SectionGridTest, HasRowsOfAtLeastTwenty) {
@@ -100,17 +102,28 @@ TEST(SectionGridTest, HasRowsOfAtLeastTwenty) {
     EXPECT_EQ(grid.detailPitch, 30);
 }
 
-TEST(SectionGridTest, GivesTheHeroTwoFifthsOfTheSpareHeight) {
-    const SectionGrid grid = gridAt(1500, 750);
-
-    EXPECT_EQ(grid.heroHeight, 112 + 104);
-    EXPECT_EQ(grid.rowsTop, 256);
-    EXPECT_EQ(grid.pitch, 40);
-    EXPECT_EQ(grid.detailPitch, 46);
+TEST(SectionGridTest, KeepsRulesNearTheirLabelsInHighCards) {
+    EXPECT_EQ(gridAt(1260, 480).spacing, RowSpacing::regular);
+    EXPECT_EQ(gridAt(1260, 481).spacing, RowSpacing::roomy);
+    EXPECT_EQ(gridAt(1000, 481).pitch, 30);
 }
 
-TEST(SectionGridTest, GivesTheHeroAtMost180) {
-    EXPECT_EQ(gridAt(3840, 2160).heroHeight, 112 + 180);
+TEST(SectionGridTest, DividesTheSpareHeightBetweenHeroAndRows) {
+    const SectionGrid grid = gridAt(1200, 600);
+
+    EXPECT_EQ(grid.heroGrowth, 26);
+    EXPECT_EQ(grid.heroHeight, 112 + 26);
+    EXPECT_EQ(grid.rowsTop, 178);
+    EXPECT_EQ(grid.pitch, 37);
+    EXPECT_EQ(grid.detailPitch, 43);
+    EXPECT_TRUE(grid.namesScales);
+    EXPECT_FALSE(gridAt(1260, 520).namesScales);
+}
+
+TEST(SectionGridTest, GrowsTheHeroAtMostBy120AndRowsTo40) {
+    EXPECT_EQ(gridAt(1200, 2160).heroGrowth, 120);
+    EXPECT_EQ(gridAt(1200, 2160).pitch, 40);
+    EXPECT_EQ(gridAt(914, 686).heroHeight, 92 + 55);
 }
 
 TEST(SectionGridTest, KeepsSevenRowsWithinTheCardAtAnySize) {
@@ -119,6 +132,50 @@ TEST(SectionGridTest, KeepsSevenRowsWithinTheCardAtAnySize) {
             for (int sections = 1; sections <= 5; ++sections) {
                 const SectionGrid grid = gridAt(width, height, sections);
                 ASSERT_LE(grid.rowsTop + 7 * grid.pitch, grid.height) << width << "x" << height;
+            }
+        }
+    }
+}
+
+TEST(DashboardZoomTest, IsOneUpToTheIdealSize) {
+    EXPECT_EQ(dashboardZoom({1260, 480}, 5), 1);
+    EXPECT_EQ(dashboardZoom({740, 420}, 5), 1);
+    EXPECT_EQ(dashboardZoom({788, 480}, 1), 1);
+    EXPECT_EQ(dashboardZoom({3840, 420}, 5), 1);
+    EXPECT_EQ(dashboardZoom({740, 2160}, 5), 1);
+}
+
+TEST(DashboardZoomTest, EnlargesFullSectionsByEighths) {
+    EXPECT_EQ(dashboardZoom({1500, 750}, 5), 1.25);
+    EXPECT_EQ(dashboardZoom({1920, 1080}, 5), 1.75);
+    EXPECT_EQ(dashboardZoom({2560, 1440}, 5), 2.375);
+    EXPECT_EQ(dashboardZoom({3840, 2160}, 5), 3.5);
+    EXPECT_EQ(dashboardZoom({3440, 1440}, 5), 2.5);
+    EXPECT_EQ(dashboardZoom({7680, 4320}, 5), 5);
+}
+
+TEST(DashboardZoomTest, EnlargesFewerSectionsFurther) {
+    EXPECT_EQ(dashboardZoom({1920, 1080}, 3), 1.875);
+    EXPECT_EQ(dashboardZoom({1200, 1080}, 2), 1.875);
+    EXPECT_EQ(dashboardZoom({1200, 1080}, 0), dashboardZoom({1200, 1080}, 1));
+}
+
+TEST(DashboardZoomTest, PrefersCompactSectionsToMuchEmptyHeight) {
+    EXPECT_EQ(dashboardZoom({1600, 1200}, 5), 1.75);
+    EXPECT_EQ(sectionRowMetrics(1600 / 1.75, 5).tier, SectionTier::compact);
+    EXPECT_EQ(dashboardZoom({1080, 1920}, 5), 1.125);
+}
+
+TEST(DashboardZoomTest, LeavesRoomForTheSectionsAtAnySize) {
+    for (double width = 740; width <= 6000; width += 31) {
+        for (double height = 420; height <= 4000; height += 37) {
+            for (int sections = 1; sections <= 5; ++sections) {
+                const double zoom = dashboardZoom({width, height}, sections);
+                SCOPED_TRACE(testing::Message() << width << "x" << height << " with " << sections);
+                ASSERT_EQ(zoom * 8, std::floor(zoom * 8));
+                ASSERT_GE(zoom, 1);
+                ASSERT_LE(zoom, 5);
+                ASSERT_TRUE(zoom == 1 || (width / zoom >= 175 * sections && height / zoom >= 560));
             }
         }
     }

@@ -133,6 +133,20 @@ TEST_F(MetricGaugeTest, LeavesTheGapAtTheBottomOpen) {
     EXPECT_GT(qAlpha(image.pixel(88, 41)), 250);
 }
 
+TEST_F(MetricGaugeTest, GrowsAsAWhole) {
+    gauge_.setContent({{}, {}, 100, 0, 100, {}, KestroTheme::accentCool});
+    gauge_.resize(204, 198);
+    gauge_.setGrowth(2);
+
+    const QImage image = picture(gauge_);
+
+    EXPECT_EQ(qAlpha(image.pixel(102, 156)), 0);
+    EXPECT_GT(qAlpha(image.pixel(102, 8)), 250);
+    EXPECT_GT(qAlpha(image.pixel(28, 82)), 250);
+    EXPECT_GT(qAlpha(image.pixel(176, 82)), 250);
+    EXPECT_EQ(qAlpha(image.pixel(16, 82)), 0);
+}
+
 TEST_F(MetricGaugeTest, ShrinksItsFigureToFitTheRing) {
     EXPECT_LT(gauge_.fittingTextScale(), 1);
     EXPECT_GE(gauge_.fittingTextScale(), 0.8);

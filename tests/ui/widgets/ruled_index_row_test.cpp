@@ -7,7 +7,7 @@ namespace kestro {
 namespace {
 
 TEST(RuledIndexGeometryTest, PlacesTheRuleEightAboveTheBottom) {
-    const auto geometry = ruledIndexGeometry({205, 28}, false, false);
+    const auto geometry = ruledIndexGeometry({205, 28}, false, RowSpacing::regular);
 
     EXPECT_EQ(geometry.line, QRectF(0, 0, 205, 14));
     EXPECT_TRUE(geometry.detail.isEmpty());
@@ -15,20 +15,28 @@ TEST(RuledIndexGeometryTest, PlacesTheRuleEightAboveTheBottom) {
 }
 
 TEST(RuledIndexGeometryTest, PlacesTheRuleNineAboveTheBottomWithADetail) {
-    const auto geometry = ruledIndexGeometry({205, 38}, true, false);
+    const auto geometry = ruledIndexGeometry({205, 38}, true, RowSpacing::regular);
 
     EXPECT_EQ(geometry.detail, QRectF(0, 13, 205, 11));
     EXPECT_EQ(geometry.rule.top(), 29);
 }
 
 TEST(RuledIndexGeometryTest, PlacesTheRuleFiveAboveTheBottomOfLowRows) {
-    EXPECT_EQ(ruledIndexGeometry({120, 23}, false, false).rule.top(), 18);
-    EXPECT_EQ(ruledIndexGeometry({120, 24}, false, false).rule.top(), 16);
+    EXPECT_EQ(ruledIndexGeometry({120, 23}, false, RowSpacing::regular).rule.top(), 18);
+    EXPECT_EQ(ruledIndexGeometry({120, 24}, false, RowSpacing::regular).rule.top(), 16);
 }
 
 TEST(RuledIndexGeometryTest, PlacesTheRuleFourAboveTheBottomOfDenseRowsWithADetail) {
-    EXPECT_EQ(ruledIndexGeometry({120, 30}, true, true).rule.top(), 26);
-    EXPECT_EQ(ruledIndexGeometry({120, 30}, false, true).rule.top(), 22);
+    EXPECT_EQ(ruledIndexGeometry({120, 30}, true, RowSpacing::dense).rule.top(), 26);
+    EXPECT_EQ(ruledIndexGeometry({120, 30}, false, RowSpacing::dense).rule.top(), 22);
+}
+
+TEST(RuledIndexGeometryTest, KeepsTheRuleNearItsLabelInRoomyRows) {
+    for (const double pitch : {28.0, 37.0, 40.0}) {
+        EXPECT_EQ(ruledIndexGeometry({205, pitch}, false, RowSpacing::roomy).rule.top(), 18);
+    }
+    EXPECT_EQ(ruledIndexGeometry({205, 46}, true, RowSpacing::roomy).rule.top(), 28);
+    EXPECT_EQ(ruledIndexGeometry({205, 17}, false, RowSpacing::roomy).rule.top(), 12);
 }
 
 class RuledIndexRowTest : public ViewTest {

@@ -88,6 +88,23 @@ TEST_F(SparklineViewTest, DrawsATintedLineAndAFadingArea) {
     EXPECT_EQ(qAlpha(image.pixel(51, 10)), 0);
 }
 
+TEST_F(SparklineViewTest, NamesItsFullHeightOnRequest) {
+    std::vector<double> named;
+    view_.setTopText([&](double top) {
+        named.push_back(top);
+        return QStringLiteral("100%");
+    });
+    const QImage bare = picture(view_);
+
+    view_.showTop(true);
+    const QImage image = picture(view_);
+
+    EXPECT_EQ(named, std::vector{100.0});
+    EXPECT_NE(image, bare);
+    EXPECT_EQ(image.copy(0, 14, 102, 28), bare.copy(0, 14, 102, 28));
+    EXPECT_EQ(image.copy(40, 0, 62, 42), bare.copy(40, 0, 62, 42));
+}
+
 TEST_F(SparklineViewTest, RepaintsNothingForTheSameHistory) {
     view_.move(300, 300);
     view_.setData({1, 2, 3});
