@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QHash>
+#include <QRawFont>
 
 #include <algorithm>
 #include <cmath>
@@ -13,6 +14,7 @@ namespace {
 
 constexpr double unhintedScale = 1.5;
 constexpr double equalWidths = 0.01;
+constexpr int weightOfDarkening = 100;
 constexpr qsizetype cachedFonts = 256;
 
 const QStringList& preferredFamilies() {
@@ -29,9 +31,20 @@ QString installedChoice() {
     return choice.isEmpty() ? QFontDatabase::systemFont(QFontDatabase::GeneralFont).family() : choice;
 }
 
+/// A table of outline limits: version 0.5 of it belongs to fonts with CFF outlines.
+bool hasCFFOutlines(const QString& family) {
+    const QByteArray limits = QRawFont::fromFont(QFont(family)).fontTable("maxp");
+    return limits.startsWith(QByteArrayLiteral("\0\0\x50\0"));
+}
+
 QString& currentFamily() {
     static QString family = installedChoice();
     return family;
+}
+
+bool& currentDarkening() {
+    static bool isDarkened = hasCFFOutlines(currentFamily());
+    return isDarkened;
 }
 
 QHash<QString, double>& figureWidths() {
@@ -70,13 +83,18 @@ const QString& KestroFonts::family() {
 
 void KestroFonts::setFamily(const QString& family) {
     currentFamily() = family.isEmpty() ? installedChoice() : family;
+    currentDarkening() = hasCFFOutlines(currentFamily());
     figureWidths().clear();
+}
+
+bool KestroFonts::isDarkened() {
+    return currentDarkening();
 }
 
 QFont KestroFonts::font(double size, int weight, double tracking, double scale) {
     QFont font(currentFamily());
     font.setPixelSize(static_cast<int>(wholeSize(size)));
-    font.setWeight(static_cast<QFont::Weight>(weight));
+    font.setWeight(static_cast<QFont::Weight>(isDarkened() ? weight - weightOfDarkening : weight));
     font.setHintingPreference(isFine(scale) ? QFont::PreferNoHinting : QFont::PreferVerticalHinting);
     if (tracking != 0) {
         font.setLetterSpacing(QFont::AbsoluteSpacing, tracking / sizeFactor(size));

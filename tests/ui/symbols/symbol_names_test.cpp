@@ -18,6 +18,7 @@ const WordsByFile otherWords{
       QStringLiteral("kestroMenuSymbol")}},
     {QStringLiteral("ui/dashboard/display_figure.cpp"), {QStringLiteral("percent")}},
     {QStringLiteral("ui/settings/module_row.cpp"), {QStringLiteral("up"), QStringLiteral("down")}},
+    {QStringLiteral("ui/theme/kestro_fonts.cpp"), {QStringLiteral("maxp")}},
     {QStringLiteral("ui/symbols/symbol_painter.cpp"), {QStringLiteral("currentColor")}},
     {QStringLiteral("ui/widgets/metric_gauge.cpp"), {QStringLiteral("percent")}},
 };

@@ -1,8 +1,15 @@
 #include "ui/theme/kestro_fonts.h"
 
+#include "ui/paint/text_painter.h"
+
 #include <QFontMetricsF>
+#include <QImage>
+#include <QPainter>
+#include <QPainterPath>
 
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace kestro {
 namespace {
@@ -41,6 +48,64 @@ TEST(KestroFonts, HintsOnlyVerticallyAndNotAtAllOnFineScreens) {
     EXPECT_FALSE(KestroFonts::isFine(1.25));
     EXPECT_EQ(KestroFonts::font(10, QFont::Medium, 0, 1.5).hintingPreference(), QFont::PreferNoHinting);
     EXPECT_TRUE(KestroFonts::isFine(1.5));
+}
+
+TEST(KestroFonts, KnowsFontsWithDarkenedStems) {
+    KestroFonts::setFamily(QStringLiteral("DejaVu Sans"));
+    EXPECT_FALSE(KestroFonts::isDarkened());
+    EXPECT_EQ(KestroFonts::font(10, QFont::DemiBold).weight(), QFont::DemiBold);
+    KestroFonts::setFamily(QStringLiteral("Inter"));
+    EXPECT_TRUE(KestroFonts::isDarkened());
+    EXPECT_EQ(KestroFonts::font(10, QFont::DemiBold).weight(), QFont::Medium);
+    KestroFonts::setFamily({});
+}
+
+/// The ink of a text in black pixels, at scale 2.
+double inkOf(const std::function<void(QPainter&)>& paint) {
+    QImage image(400, 60, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(2);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paint(painter);
+    painter.end();
+    double ink = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            ink += qAlpha(image.pixel(x, y)) / 255.0;
+        }
+    }
+    return ink;
+}
+
+/// The ink of the bare outlines, without hinting or darkening, in proportion to that of the text as drawn.
+double darknessOf(const TextStyle& style) {
+    const QString text = QStringLiteral("Performance Hamburgefonts");
+    QFont design(KestroFonts::family());
+    design.setPixelSize(static_cast<int>(style.size));
+    design.setWeight(style.weight);
+    design.setHintingPreference(QFont::PreferNoHinting);
+    const double outlines = inkOf([&](QPainter& painter) {
+        QPainterPath path;
+        path.addText(QPointF(2, 20), design, text);
+        painter.fillPath(path, Qt::black);
+    });
+    const double drawn = inkOf([&](QPainter& painter) {
+        TextStyle black = style;
+        black.ink = QColor(Qt::black);
+        drawText(painter, QRectF(2, 0, 196, 30), text, black);
+    });
+    return drawn / outlines;
+}
+
+TEST(KestroFonts, DrawTextAsDarkAsDesigned) {
+    for (const QFont::Weight weight : {QFont::Medium, QFont::DemiBold, QFont::Bold}) {
+        for (const double size : {9.0, 10.0, 11.0, 12.0}) {
+            const double darkness = darknessOf({size, 14, weight});
+            EXPECT_GT(darkness, 0.97) << size << " of weight " << weight;
+            EXPECT_LT(darkness, 1.13) << size << " of weight " << weight;
+        }
+    }
 }
 
 TEST(KestroFonts, FigureCellIsAsWideAsTheWidestFigureWithItsTracking) {
