@@ -202,7 +202,11 @@ void FanCurveCanvasView::paintLivePoint(QPainter& painter, const FanCurvePlot& p
     painter.drawLine(QLineF(area.left(), live.y(), live.x(), live.y()));
     painter.setPen(Qt::NoPen);
     painter.setBrush(ink.faded(0.25).color());
+    painter.save();
+    // At the edge of the plot the disc would cover the labels of the grid.
+    painter.setClipRect(area);
     painter.drawEllipse(live, liveDisc / 2, liveDisc / 2);
+    painter.restore();
     painter.setPen(QPen(Qt::white, pointStroke));
     painter.setBrush(ink.color());
     painter.drawEllipse(live, liveDiameter / 2, liveDiameter / 2);

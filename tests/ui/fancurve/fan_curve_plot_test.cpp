@@ -180,6 +180,22 @@ TEST_F(FanCurveCanvasViewTest, PutsTheLivePointOnThePlot) {
     EXPECT_EQ(at.rgb(), KestroTheme::accentNominal().rgb());
 }
 
+TEST_F(FanCurveCanvasViewTest, KeepsTheLivePointOffTheLabelsOfTheAxes) {
+    FanCurveCanvasView view;
+    view.resize(765, view.sizeHint().height());
+    const auto below = [&](double temperature) {
+        FanCurveReading live = reading();
+        live.currentTemp = temperature;
+        live.currentRPM = 0;
+        view.setReading(live);
+        const FanCurvePlot plot{QSizeF(765, FanCurveCanvasView::canvasHeight)};
+        const int top = FanCurveCanvasView::headerHeight + qRound(plot.area().bottom()) + 6;
+        return picture(view).copy(0, top, 765, view.height() - top);
+    };
+
+    EXPECT_EQ(below(50), below(55));
+}
+
 TEST_F(FanCurveCanvasViewTest, SurvivesImpossibleFigures) {
     FanCurveCanvasView view;
     view.resize(300, 236);
