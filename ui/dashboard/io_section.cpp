@@ -26,18 +26,19 @@ QString rateText(double bytesPerSecond) {
     return Words(formatRate(bytesPerSecond));
 }
 
-RuledIndexContent plainRow(const char* label, const QString& value) {
+RuledIndexContent plainRow(const char* label, const char* shortLabel, const QString& value) {
     RuledIndexContent content;
     content.label = Words(label);
+    content.shortLabel = Words(shortLabel);
     content.value = value;
     return content;
 }
 
 RuledIndexContent batteryRow(const PowerTelemetry& power, bool compact) {
     if (!power.hasBattery) {
-        return plainRow("Battery", QStringLiteral("AC"));
+        return plainRow("Battery", "", QStringLiteral("AC"));
     }
-    RuledIndexContent content = plainRow("Battery", percentText(power.percentage));
+    RuledIndexContent content = plainRow("Battery", "", percentText(power.percentage));
     content.detail = compact ? QString() : QString(Words(power.statusDescription()));
     content.progressFraction = std::clamp(power.percentage / 100, 0.0, 1.0);
     content.progressTint =
@@ -49,9 +50,9 @@ RuledIndexContent batteryRow(const PowerTelemetry& power, bool compact) {
 
 std::array<RuledIndexContent, 5> ioRows(const NetworkTelemetry& network, const PowerTelemetry& power,
                                         SystemPowerMode mode, const std::string& uptime, bool compact) {
-    return {plainRow("Local IP", Words(network.localIP)), batteryRow(power, compact),
-            plainRow("Condition", Words(power.condition)), plainRow("Power Mode", Words(shortTag(mode))),
-            plainRow("Uptime", Words(uptime))};
+    return {plainRow("Local IP", "IP", Words(network.localIP)), batteryRow(power, compact),
+            plainRow("Condition", "Cond.", Words(power.condition)),
+            plainRow("Power Mode", "Mode", Words(shortTag(mode))), plainRow("Uptime", "Up", Words(uptime))};
 }
 
 IOSection::IOSection(const KestroServices& services, QWidget* parent)

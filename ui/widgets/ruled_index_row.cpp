@@ -57,7 +57,7 @@ void RuledIndexRow::setContent(const RuledIndexContent& content) {
     const bool isDetailMoved = content.detail.isEmpty() != content_.detail.isEmpty();
     const bool areLabelsChanged = content.label != content_.label ||
                                   content.compactLabel != content_.compactLabel ||
-                                  content.detail != content_.detail;
+                                  content.shortLabel != content_.shortLabel || content.detail != content_.detail;
     const bool isValueChanged = content.value != content_.value || content.valueTint != content_.valueTint;
     const bool isRuleChanged =
         content.progressFraction != content_.progressFraction || content.progressTint != content_.progressTint;
@@ -72,8 +72,8 @@ void RuledIndexRow::setContent(const RuledIndexContent& content) {
         update(touchedPoints(*this, geometry.line.united(geometry.detail)));
     } else if (isValueChanged) {
         const QRectF values = valueBefore.united(valueArea());
-        const double labelRoom = values.left() - valueGap;
-        const bool isLabelTight = textWidth(shownLabel(), text_styles::rowLabel) > labelRoom;
+        const double roomLeft = values.left() - valueGap;
+        const bool isLabelTight = textWidth(content_.label, text_styles::rowLabel) > roomLeft;
         update(touchedPoints(*this, isLabelTight ? geometry.line : values));
     }
     if (isRuleChanged) {
@@ -136,7 +136,13 @@ QRectF RuledIndexRow::valueArea() const {
 }
 
 const QString& RuledIndexRow::shownLabel() const {
-    return isCompact_ && !content_.compactLabel.isEmpty() ? content_.compactLabel : content_.label;
+    const QString& label = isCompact_ && !content_.compactLabel.isEmpty() ? content_.compactLabel : content_.label;
+    const bool isTooWide = textWidth(label, text_styles::rowLabel) > labelRoom();
+    return isTooWide && !content_.shortLabel.isEmpty() ? content_.shortLabel : label;
+}
+
+double RuledIndexRow::labelRoom() const {
+    return valueArea().left() - valueGap;
 }
 
 }  // namespace kestro

@@ -29,6 +29,8 @@ struct RuledIndexContent {
     double progressFraction = 0;  ///< 0..1; 0: a hairline instead of the rule
     Ink progressTint = KestroTheme::accentCool;
     Ink valueTint = KestroTheme::textPrimary;
+    /// Replaces a label that does not fit beside the value; empty: the label is shortened.
+    QString shortLabel = {};
 
     friend bool operator==(const RuledIndexContent&, const RuledIndexContent&) = default;
 };
@@ -58,6 +60,7 @@ private:
     QRectF valueArea() const;
     RuledIndexGeometry geometryNow() const;
     const QString& shownLabel() const;
+    double labelRoom() const;
 
     RuledIndexContent content_;
     bool isCompact_;

@@ -92,6 +92,25 @@ TEST_F(RuledIndexRowTest, UsesTheCompactLabelWhenCompact) {
     EXPECT_NE(picture(row_), full);
 }
 
+TEST_F(RuledIndexRowTest, UsesTheShortLabelWhereTheLabelDoesNotFit) {
+    RuledIndexContent content;
+    content.label = QStringLiteral("Local IP");
+    content.value = QStringLiteral("192.168.100.100");
+    content.shortLabel = QStringLiteral("IP");
+    RuledIndexContent brief = content;
+    brief.label = content.shortLabel;
+    brief.shortLabel.clear();
+    const auto pictureOf = [this](const RuledIndexContent& shown) {
+        row_.setContent(shown);
+        return picture(row_);
+    };
+
+    EXPECT_NE(pictureOf(content), pictureOf(brief));
+    row_.resize(121, 38);
+
+    EXPECT_EQ(pictureOf(content), pictureOf(brief));
+}
+
 TEST_F(RuledIndexRowTest, RepaintsNothingForTheSameContent) {
     row_.setContent(temperature());
     row_.show();
