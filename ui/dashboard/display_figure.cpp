@@ -4,6 +4,7 @@
 #include "ui/paint/zoom.h"
 
 #include <QPainter>
+#include <QRawFont>
 
 #include <algorithm>
 
@@ -12,6 +13,15 @@ namespace kestro {
 namespace {
 
 constexpr double unitGap = 3;
+
+double inkLeft(const ShapedText& text) {
+    if (text.runs.isEmpty() || text.runs.first().positions().isEmpty()) {
+        return 0;
+    }
+    const QGlyphRun& first = text.runs.first();
+    const QRectF ink = first.rawFont().boundingRect(first.glyphIndexes().first());
+    return std::max(0.0, (first.positions().first().x() + ink.left()) * text.scale);
+}
 
 }  // namespace
 
@@ -50,9 +60,11 @@ void DisplayFigure::paintEvent(QPaintEvent*) {
     const double scale = fitText(figure_, figure, room, TextFit::value).scale;
     figure.size *= scale;
     figure.tracking *= scale;
+    const ShapedText figureShape = shapeText(figure_, figure);
+    // A narrow first figure is centred in its cell; what is left of its ink would look like an indent.
+    painter.translate(-inkLeft(figureShape), 0);
     drawText(painter, line, figure_, figure, Qt::AlignLeft, TextFit::value);
     // Both boxes are centred in the line; the unit's is lowered to share the baseline.
-    const ShapedText figureShape = shapeText(figure_, figure);
     const ShapedText unitShape = shapeText(unit_, text_styles::displayUnit);
     const double drop = baselineOffset(line.height(), figureShape.ascent, figureShape.descent) -
                         baselineOffset(line.height(), unitShape.ascent, unitShape.descent);

@@ -28,6 +28,22 @@ int rightmostInk(const QImage& image) {
     return -1;
 }
 
+TEST_F(DisplayFigureTest, StartsAtItsLeftEdgeWhateverTheFirstFigure) {
+    for (const char* text : {"17", "4", "88", "100"}) {
+        DisplayFigure figure(QStringLiteral("Load"), QStringLiteral("%"));
+        figure.setFigure(QString::fromUtf8(text));
+        figure.resize(120, 30);
+
+        const QImage image = picture(figure);
+
+        int left = 0;
+        while (left < image.width() && lowestInk(image, left, left) < 0) {
+            ++left;
+        }
+        EXPECT_LE(left, 1) << text;
+    }
+}
+
 TEST_F(DisplayFigureTest, KeepsItsUnitOnTheBaselineWhenItShrinks) {
     // E has a flat bottom, so its lowest inked row is the baseline.
     for (const int width : {200, 110, 80, 60}) {
