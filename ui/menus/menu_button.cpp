@@ -1,5 +1,8 @@
 #include "ui/menus/menu_button.h"
 
+#include <QCoreApplication>
+#include <QCursor>
+#include <QHoverEvent>
 #include <QKeyEvent>
 
 namespace kestro {
@@ -22,9 +25,19 @@ AccessibleInfo MenuButton::accessibleInfo() const {
 void MenuButton::activated() {
     auto* menu = new PopupMenu(builder_(), this);
     menu->setMinimumWidth(width());
+    connect(menu, &QMenu::aboutToHide, this, [this] { leaveUnlessUnderPointer(); });
     menu->openAt(mapToGlobal(QPoint(0, height() + menuGap)));
     if (showsFocus()) {
         menu->setActiveAction(menu->actions().value(0));
+    }
+}
+
+void MenuButton::leaveUnlessUnderPointer() {
+    const QPointF pointer = mapFromGlobal(QPointF(QCursor::pos()));
+    if (!rect().contains(pointer.toPoint())) {
+        // The menu had grabbed the pointer, so its leave was not reported.
+        QHoverEvent leave(QEvent::HoverLeave, pointer, QPointF(QCursor::pos()), pointer);
+        QCoreApplication::sendEvent(this, &leave);
     }
 }
 

@@ -22,6 +22,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void leaveUnlessUnderPointer();
+
     MenuBuilder builder_;
 };
 

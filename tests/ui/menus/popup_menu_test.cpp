@@ -5,6 +5,7 @@
 #include "ui/menus/menu_style.h"
 #include "ui/theme/window_compositing.h"
 
+#include <QCursor>
 #include <QPointer>
 
 namespace kestro {
@@ -184,6 +185,19 @@ TEST_F(MenuButtonTest, SelectsTheFirstEntryWhenOpenedByKeyboard) {
     ASSERT_TRUE(menu());
     EXPECT_EQ(menu()->activeAction(), menu()->actions()[0]);
     menu()->close();
+}
+
+TEST_F(MenuButtonTest, IsNotHoveredOnceItsMenuHasClosedElsewhere) {
+    button_.move(400, 400);
+    const QImage atRest = picture(button_);
+    hoverAt(button_, QPointF(50, 10));
+    ASSERT_NE(picture(button_), atRest);
+    QCursor::setPos(10, 10);
+
+    button_.click();
+    menu()->close();
+
+    EXPECT_EQ(picture(button_), atRest);
 }
 
 TEST_F(MenuButtonTest, HasTheMenuButtonRole) {
