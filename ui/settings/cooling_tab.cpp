@@ -110,7 +110,7 @@ QWidget* CoolingTab::profileButtons() {
         option->setText(Words(rawValue(profile)));
         option->setHelp(Words(description(profile)));
         option->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-        option->onClick([&manager, profile] { manager.setProfile(profile); });
+        option->onClick([this, profile] { chooseProfile(profile); });
         layout->addWidget(option, 1);
         buttons.push_back(option);
     }
@@ -134,21 +134,35 @@ QWidget* CoolingTab::profileNote() {
     style.size = 11;
     auto* engage = new Button(ButtonKind::regular);
     engage->setText(QStringLiteral("Engage Custom Curves"));
-    engage->onClick([&manager] { manager.setProfile(FanProfile::custom); });
+    engage->onClick([this] { chooseProfile(FanProfile::custom); });
     QWidget* content = row(Insets{12, 0, 6, 0}, Spacing(10), symbol("info.circle", 12, KestroTheme::accentCool),
                            text(QString()).style(style).into(note), spacer(), engage)
                            .release();
     content->setFixedHeight(38);
-    auto* card = new Card(content, this);  // a widget without a parent would show as a window
+    note_ = new Card(content, this);  // a widget without a parent would show as a window
     follow(
-        [card, note, &manager] {
+        [this, note, engage, &manager] {
             const FanProfile profile = manager.currentProfile.get();
+            const bool isCustom = profile == FanProfile::custom;
             note->setText(QStringLiteral("Active Profile: ") + QString(Words(rawValue(profile))) +
-                          QStringLiteral(". Modifying curves below engages Custom Curves mode."));
-            card->setHidden(profile == FanProfile::custom);
+                          (isCustom ? QStringLiteral(". The curves below apply.")
+                                    : QStringLiteral(". Modifying curves below engages Custom Curves mode.")));
+            engage->setVisible(!isCustom);
+            // An edit of a curve engages them too. Without the note everything would move under the pointer.
+            note_->setHidden(isCustom && !note_->isVisible());
         },
         manager.currentProfile);
-    return card;
+    return note_;
+}
+
+void CoolingTab::hideEvent(QHideEvent* event) {
+    SettingsPane::hideEvent(event);
+    note_->setHidden(services().fanManager.currentProfile.get() == FanProfile::custom);
+}
+
+void CoolingTab::chooseProfile(FanProfile profile) {
+    note_->setHidden(profile == FanProfile::custom);
+    services().fanManager.setProfile(profile);
 }
 
 }  // namespace kestro

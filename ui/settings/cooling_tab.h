@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/model/fan_curve.h"
 #include "ui/settings/settings_pane.h"
 
 #include <vector>
@@ -14,6 +15,9 @@ class CoolingTab : public SettingsPane {
 
 public:
     explicit CoolingTab(const KestroServices& services);
+
+protected:
+    void hideEvent(QHideEvent* event) override;
 
 private:
     struct FanRow {
@@ -30,10 +34,14 @@ private:
     QWidget* profileButtons();
     QWidget* profileNote();
 
+    /// Changes the profile from the top of the tab, where the note may go at once.
+    void chooseProfile(FanProfile profile);
+
     TextLabel* hardware_ = nullptr;
     TextLabel* hardwareLine_ = nullptr;
     QWidget* fanList_ = nullptr;
     std::vector<FanRow> fanRows_;
+    QWidget* note_ = nullptr;
 };
 
 }  // namespace kestro

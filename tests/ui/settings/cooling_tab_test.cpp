@@ -79,6 +79,21 @@ TEST_F(CoolingTabTest, EngagesCustomCurvesAndHidesTheNote) {
     EXPECT_FALSE(engage.isVisible());
 }
 
+TEST_F(CoolingTabTest, MovesNothingUnderThePointerWhenAnEditEngagesCustomCurves) {
+    openWithTwoFans();
+    fans().setProfile(FanProfile::normal);
+    QApplication::processEvents();
+    SettingRow& shape = row("Linear Proportional");
+    const QPoint before = shape.mapTo(view_.get(), QPoint());
+
+    click(shape);
+    QApplication::processEvents();
+
+    EXPECT_EQ(fans().currentProfile.get(), FanProfile::custom);
+    EXPECT_EQ(shape.mapTo(view_.get(), QPoint()), before);
+    EXPECT_TRUE(shows("Active Profile: Custom Curves. The curves below apply."));
+}
+
 TEST_F(CoolingTabTest, LinksAndUnlinksTheFans) {
     openWithTwoFans();
     ASSERT_TRUE(fans().isLinked.get());
