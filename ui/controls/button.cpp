@@ -189,6 +189,10 @@ void Button::setOnFill(const StateOpacity& fill) {
     update();
 }
 
+QRectF Button::focusArea() const {
+    return QRectF(rect()).marginsRemoved(focusInset_ * zoomOf(*this));
+}
+
 QSize Button::sizeHint() const {
     if (square_ > 0) {
         return {square_, square_};

@@ -3,6 +3,8 @@
 #include "ui/controls/control.h"
 #include "ui/paint/text_style.h"
 
+#include <QMarginsF>
+
 namespace kestro {
 
 /// The look of a button. `chip`: a small fill with a hairline; when on, in the warning accent (pinned, awake).
@@ -69,6 +71,10 @@ public:
     /// Overrides the kind's fill opacity while on.
     void setOnFill(const StateOpacity& fill);
 
+    /// Draws the focus ring closer, where it would leave the window or cross a neighbour.
+    void setFocusInset(const QMarginsF& inset) { focusInset_ = inset; }
+    QRectF focusArea() const override;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     AccessibleInfo accessibleInfo() const override;
@@ -93,6 +99,7 @@ private:
     double padding_;
     double gap_;
     bool isSpread_ = false;
+    QMarginsF focusInset_;
     std::optional<bool> on_;
     std::optional<TextStyle> textStyle_;
     std::optional<Ink> symbolInk_;

@@ -17,6 +17,9 @@ namespace {
 constexpr double headLine = 11;
 constexpr int headHit = 22;
 constexpr double headPadding = 4;
+
+/// Keeps the ring between the rule of the title and the first process.
+constexpr double headRingInset = 5.5;
 constexpr double footLine = 13;
 constexpr int mostProcesses = 64;
 
@@ -60,6 +63,7 @@ Button* ActivitySection::makeHead(const QString& text, const QString& help) {
     head->setAccessibleName(help);
     head->setPadding(headPadding);
     head->setTextStyle(headStyle);
+    head->setFocusInset({0, headRingInset, 0, headRingInset});
     return head;
 }
 

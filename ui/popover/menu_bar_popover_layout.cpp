@@ -22,6 +22,9 @@ constexpr int clusterBarLeft = 84;
 constexpr int clusterBarWidth = 198;
 constexpr int clusterLabelGap = 4;
 
+/// The profile's fill while hovered extends beyond its content, which is aligned with the other lines.
+constexpr int profileOutset = 6;
+
 constexpr StateOpacity awakeFill{0.12, 0.22, 0.10};
 
 TextStyle sized(TextStyle style, double size, QFont::Weight weight) {
@@ -118,7 +121,7 @@ void MenuBarPopoverView::buildCooling() {
     profile_->setTrailingSymbol(QStringLiteral("chevron.up.chevron.down"), 7);
     profile_->setInk(KestroTheme::accentCool, KestroTheme::textPrimary);
     profile_->setTrailingInk(KestroTheme::textSecondary);
-    profile_->setPadding(1);
+    profile_->setPadding(1 + profileOutset);
     profile_->setGap(6);
     profile_->setSpread(true);
 }
@@ -154,6 +157,7 @@ void MenuBarPopoverView::buildFooter() {
     quit->setTextStyle(text_styles::popoverValue);
     quit->setInk(KestroTheme::textSecondary);
     quit->setSpread(true);
+    quit->setFocusInset({3, 3, 3, 3});
     quit->setGeometry(left - 8, 301, 44, 22);
     quit->onClick([this] { actions_.onQuit(); });
     auto* const watermark = new OrvanelWatermark(OrvanelWatermark::Variant::compact, this);
@@ -183,7 +187,7 @@ void MenuBarPopoverView::layOutFans(std::size_t fanCount) {
         fanLines_.front()->setLabel(QStringLiteral("Fanless Acoustic Architecture · 0.0 dB Silent Dissipation"));
     }
     peak_->setGeometry(block.peak);
-    profile_->setGeometry(block.profile);
+    profile_->setGeometry(block.profile.adjusted(-profileOutset, 0, profileOutset, 0));
 }
 
 }  // namespace kestro

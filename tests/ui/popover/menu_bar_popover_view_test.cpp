@@ -111,6 +111,17 @@ protected:
     std::unique_ptr<RecordingPopover> view;
 };
 
+TEST_F(PopoverTest, HasRoomForTheFocusRingOfEveryButton) {
+    show();
+
+    for (const Button* one : view->findChildren<Button*>()) {
+        constexpr double ring = FocusRing::ringGap + FocusRing::ringWidth;
+        const QRectF ringed = one->focusArea().adjusted(-ring, -ring, ring, ring);
+        EXPECT_TRUE(QRectF(view->rect()).contains(ringed.translated(one->pos())))
+            << one->accessibleInfo().name.toStdString();
+    }
+}
+
 TEST_F(PopoverTest, ExposesEverythingInReadingOrder) {
     services.engine().setUIActive(true);
     show();
