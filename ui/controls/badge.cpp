@@ -1,5 +1,6 @@
 #include "ui/controls/badge.h"
 
+#include "ui/paint/color_mix.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
 #include "ui/paint/zoom.h"
@@ -21,7 +22,8 @@ constexpr int loneDotDiameter = 6;
 
 TextStyle styleOf(BadgeKind kind, const Ink& ink) {
     TextStyle style = kind == BadgeKind::settings ? text_styles::settingsBadge : text_styles::sectionBadge;
-    style.ink = ink;
+    const QColor fill = over(ink.faded(fillOpacity).color(), KestroTheme::surface());
+    style.ink = readableOn(fill, ink.color());
     return style;
 }
 

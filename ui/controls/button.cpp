@@ -260,12 +260,23 @@ TextStyle Button::effectiveTextStyle() const {
     if (textInk_) {
         style.ink = *textInk_;
     }
+    style.ink = readable(style.ink);
     return style;
+}
+
+Ink Button::readable(const Ink& ink) const {
+    if (kind_ != ButtonKind::chip || !isOn()) {
+        return ink;
+    }
+    // On the strongest of the fills, so that hovering does not change the text.
+    const Look look = lookOf(kind_, true);
+    const StateOpacity fill = onFill_.value_or(look.opacity);
+    return readableOn(over(look.fill.faded(fill.hover).color(), KestroTheme::ground()), ink.color());
 }
 
 Ink Button::symbolInk() const {
     if (symbolInk_) {
-        return *symbolInk_;
+        return readable(*symbolInk_);
     }
     if (kind_ == ButtonKind::choice) {
         return isOn() ? Ink(KestroTheme::accentCool) : Ink(KestroTheme::textSecondary);

@@ -86,6 +86,7 @@ private:
     void paintGround(QPainter& painter) const;
     TextStyle effectiveTextStyle() const;
     Ink symbolInk() const;
+    Ink readable(const Ink& ink) const;
     ButtonParts parts() const;
 
     ButtonKind kind_;
