@@ -38,7 +38,10 @@ ActivitySection::ActivitySection(const KestroServices& services, QWidget* parent
       services_(services),
       nameHead_(new TextLabel(QStringLiteral("Process"), this)),
       cpuHead_(makeHead(QStringLiteral("CPU"), QStringLiteral("Sort by CPU Load"))),
-      memoryHead_(makeHead(QStringLiteral("Memory"), QStringLiteral("Sort by Memory Footprint"))) {
+      memoryHead_(makeHead(QStringLiteral("Memory"), QStringLiteral("Sort by Memory Footprint"))),
+      nothing_(new TextLabel(QStringLiteral("No processes listed"), this)) {
+    nothing_->setStyle(text_styles::rowLabel);
+    nothing_->setTextAlignment(Qt::AlignHCenter);
     nameHead_->setStyle(headStyle);
     for (TextLabel*& line : foot_) {
         line = new TextLabel(QString(), this);
@@ -80,6 +83,7 @@ void ActivitySection::showProcesses() {
         arrangeAgain();
     }
     const std::vector<ProcessInfoItem>& processes = services_.engine.topProcesses.get();
+    nothing_->setVisible(processes.empty());
     const std::uint64_t totalBytes = services_.engine.memory.get().totalBytes;
     const auto shown = static_cast<size_t>(listLayout(grid()).rows);
     for (size_t i = 0; i < rows_.size(); ++i) {
@@ -114,6 +118,11 @@ void ActivitySection::arrange(const SectionGrid& grid) {
         rows_.back()->hide();
     }
     const size_t processes = services_.engine.topProcesses.get().size();
+    const double listEnd = layout.hasFoot ? layout.footRule : grid.height;
+    const double middle = (layout.firstRow + listEnd) / 2;
+    place(*nothing_,
+          QRectF(0, middle - nothing_->style().lineHeight / 2, grid.width, nothing_->style().lineHeight));
+    nothing_->setVisible(processes == 0);
     for (size_t i = 0; i < rows_.size(); ++i) {
         const double top = layout.firstRow + layout.rowHeight * static_cast<double>(i);
         rows_[i]->setColumns(layout.cpuWidth, layout.memoryWidth);

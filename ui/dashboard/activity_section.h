@@ -39,6 +39,7 @@ private:
     Button* memoryHead_;
     std::vector<ProcessRow*> rows_;
     std::array<TextLabel*, 3> foot_;
+    TextLabel* nothing_;
     int shownLimit_ = 0;
     bool shownByMemory_ = false;
 };

@@ -55,6 +55,8 @@ DashboardView::DashboardView(const KestroServices& services, const DashboardActi
                 new ActivitySection(services, this)},
       engineName_(new TextLabel(QStringLiteral("SMC ENGINE"), this)),
       engineDetail_(new TextLabel(QStringLiteral("DIRECT HARDWARE TELEMETRY"), this)),
+      nothing_(
+          new TextLabel(QStringLiteral("Every section is off. Choose some in Settings, under Dashboard."), this)),
       watermark_(new OrvanelWatermark(OrvanelWatermark::Variant::full, this)),
       refreshed_(new TextLabel(QStringLiteral("Refreshed every 1.0s"), this)) {
     wordmark_->setStyle(text_styles::wordmarkDashboard);
@@ -64,6 +66,9 @@ DashboardView::DashboardView(const KestroServices& services, const DashboardActi
     engineDetail_->setStyle(text_styles::caption);
     refreshed_->setStyle(text_styles::caption);
     refreshed_->setTextAlignment(Qt::AlignRight);
+    nothing_->setStyle(text_styles::settingTitle);
+    nothing_->setInk(KestroTheme::textSecondary);
+    nothing_->setTextAlignment(Qt::AlignHCenter);
     showPin();
     subscriptions_.push_back(services.settings.isPinned.subscribe([this](bool) { showPin(); }));
     for (const Setting<bool>* section : dashboardSectionSwitches(services.settings)) {
@@ -174,6 +179,11 @@ void DashboardView::arrange() {
         }
         sections_[i]->setVisible(isShown);
     }
+    nothing_->setVisible(frames.empty());
+    const QSizeF size = designRect(*this).size();
+    const double line = nothing_->style().lineHeight;
+    place(*nothing_,
+          QRectF(metrics().inset, (size.height() - line) / 2, size.width() - 2 * metrics().inset, line));
     arrangeHeader(metrics().inset);
     arrangeFooter(metrics().inset);
     update();

@@ -61,6 +61,7 @@ private:
     std::array<DashboardSection*, 5> sections_;
     TextLabel* engineName_;
     TextLabel* engineDetail_;
+    TextLabel* nothing_;
     OrvanelWatermark* watermark_;
     TextLabel* refreshed_;
     std::vector<Subscription> subscriptions_;

@@ -3,6 +3,8 @@
 #include "ui/format/core_clusters.h"
 #include "ui/format/figure_text.h"
 
+#include <algorithm>
+
 namespace kestro {
 
 namespace {
@@ -22,6 +24,9 @@ ComputeContent computeContent(const CPUTelemetry& cpu) {
     content.first = cluster(cpu.cluster0Name, cpu.cluster0Usage);
     if (hasSecondCluster(cpu)) {
         content.second = cluster(cpu.cluster1Name, cpu.cluster1Usage);
+    } else if (cpu.coreLoads.size() > 1) {
+        const auto busiest = std::ranges::max_element(cpu.coreLoads, {}, &CoreLoad::usagePercentage);
+        content.second = cluster("Busiest Core", busiest->usagePercentage);
     }
     return content;
 }

@@ -29,7 +29,7 @@ struct ClusterContent {
 struct ComputeContent {
     QString total;
     ClusterContent first;
-    std::optional<ClusterContent> second;  ///< absent: the machine has only one kind of core
+    std::optional<ClusterContent> second;  ///< with one kind of core its busiest; absent: a single core
 
     friend bool operator==(const ComputeContent&, const ComputeContent&) = default;
 };

@@ -60,8 +60,12 @@ void SensorsTab::followHardware(const SensorRow& controller, const SensorRow& se
             &fanCount] { badge->setState(coolingSummary(fanCount.get()), KestroTheme::accentCool); },
            fanCount);
     follow(
-        [value = sensors.value, &engine] {
-            value->setText(QStringLiteral("%1 Silicon Thermal Nodes").arg(engine.thermals.get().sensorCount));
+        [sensors, &engine] {
+            const std::int64_t count = engine.thermals.get().sensorCount;
+            sensors.value->setText(count > 0 ? QStringLiteral("%1 Silicon Thermal Nodes").arg(count)
+                                             : QStringLiteral("No temperature sensor answers on this machine"));
+            sensors.badge->setState(count > 0 ? QStringLiteral("Active") : QStringLiteral("None"),
+                                    count > 0 ? KestroTheme::accentNominal : KestroTheme::textSecondary);
         },
         engine.thermals);
     follow(

@@ -2,9 +2,11 @@
 
 #include "tests/ui/controls/view_test.h"
 #include "tests/ui/dashboard/dashboard_fixture.h"
+#include "ui/controls/text_label.h"
 #include "ui/dashboard/process_row.h"
 #include "ui/widgets/core_matrix_view.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 
@@ -80,7 +82,7 @@ TEST_F(DashboardViewTest, HasSquareCornersInFullScreen) {
     EXPECT_EQ(corner(), 0);
 }
 
-TEST_F(DashboardViewTest, ShowsAnEmptyRowWithoutSections) {
+TEST_F(DashboardViewTest, ShowsASentenceWithoutSections) {
     make();
     UserSettings& settings = machine_->settings();
     for (Setting<bool>* one : {&settings.showCompute, &settings.showCooling, &settings.showMemory,
@@ -92,6 +94,33 @@ TEST_F(DashboardViewTest, ShowsAnEmptyRowWithoutSections) {
     for (const DashboardSection* one : view_->findChildren<DashboardSection*>()) {
         EXPECT_FALSE(one->isVisible());
     }
+    const auto sentence = [this] {
+        QString shown;
+        for (const TextLabel* one : view_->findChildren<TextLabel*>(QString(), Qt::FindDirectChildrenOnly)) {
+            shown += one->isVisible() && one->text().endsWith(QLatin1Char('.')) ? one->text() : QString();
+        }
+        return shown;
+    };
+    EXPECT_EQ(sentence(), QStringLiteral("Every section is off. Choose some in Settings, under Dashboard."));
+    settings.showCompute.set(true);
+    EXPECT_EQ(sentence(), QString());
+}
+
+TEST_F(DashboardViewTest, SaysThatNoProcessIsListed) {
+    make([](SimulatedMac& mac) { mac.commandRunner.processes.clear(); });
+    show(1260, 480);
+    const auto isSaid = [this] {
+        const auto labels = section<ActivitySection>().findChildren<TextLabel*>();
+        return std::ranges::any_of(labels, [](const TextLabel* one) {
+            return one->isVisible() && one->text() == QStringLiteral("No processes listed");
+        });
+    };
+    EXPECT_TRUE(isSaid());
+
+    machine_->mac.commandRunner.processes.push_back({1, 12, 1024 * 1024, "/usr/bin/sh"});
+    machine_->settle();
+
+    EXPECT_FALSE(isSaid());
 }
 
 TEST_F(DashboardViewTest, ShowsTheValuesOfTheMachine) {

@@ -39,6 +39,19 @@ TEST(ComputeContent, HasOneRowWhenAllCoresAreOfOneKind) {
     EXPECT_FALSE(computeContent(cpu).second);
 }
 
+TEST(PopoverContent, ShowsTheBusiestCoreOfASingleKind) {
+    CPUTelemetry cpu = CPUTelemetry::initial();
+    cpu.cluster1Count = 0;
+    cpu.coreLoads = {{0, "Super", true, 12}, {1, "Super", true, 71.6}, {2, "Super", true, 3}};
+
+    const ComputeContent content = computeContent(cpu);
+
+    ASSERT_TRUE(content.second);
+    EXPECT_EQ(*content.second, (ClusterContent{QStringLiteral("Busiest Core"), QStringLiteral("71%"), 0.716}));
+    cpu.coreLoads.resize(1);
+    EXPECT_FALSE(computeContent(cpu).second);
+}
+
 TEST(MemoryContent, ShowsTheShareAndTheAmounts) {
     MemoryTelemetry memory;
     memory.totalBytes = 34'359'738'368;
