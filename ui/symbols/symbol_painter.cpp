@@ -22,6 +22,8 @@ namespace kestro {
 namespace {
 
 constexpr int largestPixels = 512;
+constexpr int largestSmall = 11;
+constexpr int largestSpare = 2;
 constexpr double grid = 24;
 constexpr double gridStroke = 2;
 constexpr double boldStroke = 2.5;
@@ -60,12 +62,27 @@ double strokeWidth(int pixels, SymbolWeight weight) {
     return std::clamp(grid / pixels, stroke, heaviestStroke);
 }
 
+/// The drawing for small sizes, simplified on a grid of few pixels; empty: this size or symbol has none.
+QByteArray smallDrawing(const SymbolKey& key) {
+    QFile file(directory() + QStringLiteral("small/") + key.name + QStringLiteral(".svg"));
+    return key.pixels <= largestSmall && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// The area of a drawing of `edge` pixels: at its own size if that nearly fits, because scaling would
+/// blur it.
+QRectF smallArea(int edge, int pixels) {
+    const int spare = pixels - edge;
+    return spare >= 0 && spare <= largestSpare ? QRectF(spare / 2, spare / 2, edge, edge)
+                                               : QRectF(0, 0, pixels, pixels);
+}
+
 QImage render(const SymbolKey& key, const QColor& color) {
     QFile file(fileOf(key.name));
     if (!SymbolPainter::contains(key.name) || !file.open(QIODevice::ReadOnly)) {
         return {};
     }
-    QByteArray source = file.readAll();
+    const QByteArray small = smallDrawing(key);
+    QByteArray source = small.isEmpty() ? file.readAll() : small;
     // The drawing only serves as a mask: any opaque colour will do.
     source.replace("currentColor", "#000000");
     source.replace("stroke-width=\"2\"",
@@ -75,7 +92,8 @@ QImage render(const SymbolKey& key, const QColor& color) {
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    drawing.render(&painter, QRectF(image.rect()));
+    drawing.render(&painter,
+                   small.isEmpty() ? QRectF(image.rect()) : smallArea(drawing.defaultSize().width(), key.pixels));
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), color);
     painter.end();

@@ -39,7 +39,7 @@ TEST(ComputeContent, HasOneRowWhenAllCoresAreOfOneKind) {
     EXPECT_FALSE(computeContent(cpu).second);
 }
 
-TEST(PopoverContent, ShowsTheBusiestCoreOfASingleKind) {
+TEST(ComputeContent, ShowsTheBusiestCoreOfASingleKind) {
     CPUTelemetry cpu = CPUTelemetry::initial();
     cpu.cluster1Count = 0;
     cpu.coreLoads = {{0, "Super", true, 12}, {1, "Super", true, 71.6}, {2, "Super", true, 3}};

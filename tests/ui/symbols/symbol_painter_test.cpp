@@ -42,6 +42,27 @@ TEST_P(EverySymbol, IsDrawnClearlyAndInsideItsSquare) {
 
 INSTANTIATE_TEST_SUITE_P(Pixels, EverySymbol, testing::Values(7, 8, 9, 10, 12, 16, 24, 32, 64, 128));
 
+int alphaAt(const char* name, int pixels, int x, int y) {
+    return qAlpha(SymbolPainter::image(QString::fromUtf8(name), pixels, Qt::white).pixel(x, y));
+}
+
+TEST(SymbolPainter, KeepsSmallSymbolsDistinct) {
+    for (int x = 0; x < 7; ++x) {
+        EXPECT_LT(alphaAt("chevron.up.chevron.down", 7, x, 3), 64) << "the chevrons are apart";
+    }
+    EXPECT_GT(alphaAt("battery.100", 10, 9, 4), 200) << "the battery has a terminal";
+    EXPECT_LT(alphaAt("battery.100", 10, 4, 3), 64) << "between its charge and its case";
+    EXPECT_LT(alphaAt("internaldrive", 8, 4, 3), 64) << "the drive is hollow";
+    EXPECT_LT(alphaAt("speedometer", 8, 2, 4), 100) << "the dial is hollow";
+    EXPECT_LT(alphaAt("gearshape", 10, 4, 4), 64) << "the gear has a hole";
+}
+
+TEST(SymbolPainter, DrawsSmallSymbolsSharpInSlightlyLargerSquares) {
+    const QImage own = SymbolPainter::image(QStringLiteral("arrow.down"), 7, Qt::white);
+
+    EXPECT_EQ(SymbolPainter::image(QStringLiteral("arrow.down"), 9, Qt::white).copy(1, 1, 7, 7), own);
+}
+
 TEST(SymbolPainter, KnowsItsNames) {
     EXPECT_GE(SymbolPainter::names().size(), 46);
     EXPECT_TRUE(SymbolPainter::contains(QStringLiteral("gauge.with.needle")));
