@@ -5,6 +5,7 @@
 #include "ui/controls/button.h"
 #include "ui/controls/words.h"
 #include "ui/format/core_clusters.h"
+#include "ui/format/without_remark.h"
 #include "ui/paint/hairline.h"
 
 #include <algorithm>
@@ -27,11 +28,6 @@ const TextStyle headStyle{9, headLine, QFont::Medium, 0, KestroTheme::textSecond
 const TextStyle footStyle{9, footLine, QFont::Medium, 0, KestroTheme::textSecondary};
 
 }  // namespace
-
-QString shortModel(const QString& model) {
-    const qsizetype bracket = model.lastIndexOf(QStringLiteral(" ("));
-    return bracket > 0 && model.endsWith(QLatin1Char(')')) ? model.left(bracket) : model;
-}
 
 ActivitySection::ActivitySection(const KestroServices& services, QWidget* parent)
     : DashboardSection(QStringLiteral("waveform.path.ecg"), QStringLiteral("Activity"), {}, parent),
@@ -98,7 +94,7 @@ void ActivitySection::showProcesses() {
 void ActivitySection::showFoot() {
     const TelemetryEngine& engine = services_.engine;
     const QString model = Words(engine.macModel());
-    foot_[0]->setText(isCompact(grid().tier) ? shortModel(model) : model);
+    foot_[0]->setText(isCompact(grid().tier) ? withoutRemark(model) : model);
     foot_[1]->setText(Words(engine.macOSVersion()));
     foot_[2]->setText(Words(presentClusters(engine.cpu.get())));
 }

@@ -44,7 +44,4 @@ private:
     bool shownByMemory_ = false;
 };
 
-/// The machine's name without a trailing part in parentheses, for narrow sections.
-QString shortModel(const QString& model);
-
 }  // namespace kestro

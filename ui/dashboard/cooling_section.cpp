@@ -5,6 +5,7 @@
 #include "core/settings/user_settings.h"
 #include "ui/controls/words.h"
 #include "ui/format/figure_text.h"
+#include "ui/format/without_remark.h"
 
 #include <algorithm>
 #include <cmath>
@@ -173,8 +174,9 @@ void CoolingSection::showTemperatures() {
 void CoolingSection::showProfile() {
     const FanProfile profile = services_.fanManager.currentProfile.get();
     profileSymbol_->setSymbol(Words(tableRow(profile).iconName));
-    profile_->setText(Words(rawValue(profile)));
-    profile_->setAccessibleName(QStringLiteral("Profile, ") + profile_->text());
+    profileName_ = Words(rawValue(profile));
+    profile_->setAccessibleName(QStringLiteral("Profile, ") + profileName_);
+    arrangeFoot(grid());
 }
 
 void CoolingSection::arrange(const SectionGrid& grid) {
@@ -222,7 +224,9 @@ void CoolingSection::arrangeFoot(const SectionGrid& grid) {
     place(*nodes_, QRectF(grid.width - nodesRoom, top, nodesRoom, footLine));
     place(*profileSymbol_, QRectF(0, top + (footLine - footSymbol) / 2, footSymbol, footSymbol));
     const double left = footSymbol + footGap;
-    place(*profile_, QRectF(left, top, grid.width - nodesRoom - footTextGap - left, footLine));
+    const double room = grid.width - nodesRoom - footTextGap - left;
+    profile_->setText(textWidth(profileName_, profileStyle) > room ? withoutRemark(profileName_) : profileName_);
+    place(*profile_, QRectF(left, top, room, footLine));
 }
 
 std::vector<double> CoolingSection::targets() const {

@@ -47,6 +47,7 @@ private:
     std::array<RuledIndexRow*, 4> temperatures_;
     SymbolView* profileSymbol_;
     TextLabel* profile_;
+    QString profileName_;
     TextLabel* nodes_;
     size_t shownFans_ = 0;
 };

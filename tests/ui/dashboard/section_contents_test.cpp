@@ -334,11 +334,5 @@ TEST(ProcessRowContents, LimitTheShareToOne) {
     EXPECT_EQ(processRowContent(busy, true, 0).share, 0);
 }
 
-TEST(HostName, OmitsATrailingPartInParentheses) {
-    EXPECT_EQ(shortModel(QStringLiteral("Apple M2 Pro (Mac14,9)")), QStringLiteral("Apple M2 Pro"));
-    EXPECT_EQ(shortModel(QStringLiteral("ThinkPad")), QStringLiteral("ThinkPad"));
-    EXPECT_EQ(shortModel(QStringLiteral("(odd)")), QStringLiteral("(odd)"));
-}
-
 }  // namespace
 }  // namespace kestro
