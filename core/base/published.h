@@ -9,22 +9,23 @@
 
 namespace kestro {
 
-/// A value that announces every assignment. Common base of both forms of Published below.
+/// A value that only its `Owner` may assign and that anyone may read and observe. The owner assigns with `set`, or
+/// with `swapIn` to reuse the old value's storage.
 ///
 /// Every assignment, even of an equal value, calls every subscriber exactly once, on the main thread, after the
 /// value has changed. Subscribers always receive the newest value: when one of them assigns again, those after it
 /// are still called once per assignment, both times with the newer value. Subscribing, unsubscribing, reassigning
 /// and destroying the owner inside a callback are safe. The reference passed to a subscriber stays valid until the
 /// outermost notification ends.
-template <typename T>
-class PublishedValue {
+template <typename T, typename Owner>
+class Published {
 public:
     using Callback = std::function<void(const T&)>;
 
-    PublishedValue() : state_(std::make_shared<State>()) {}
-    explicit PublishedValue(T initial) : state_(std::make_shared<State>(State{std::move(initial), {}})) {}
-    PublishedValue(const PublishedValue&) = delete;
-    PublishedValue& operator=(const PublishedValue&) = delete;
+    Published() : state_(std::make_shared<State>()) {}
+    explicit Published(T initial) : state_(std::make_shared<State>(State{std::move(initial), {}})) {}
+    Published(const Published&) = delete;
+    Published& operator=(const Published&) = delete;
 
     const T& get() const { return state_->value; }
 
@@ -32,14 +33,19 @@ public:
     /// not call it for the current value.
     Subscription subscribe(Callback callback) const { return announcer_.subscribe(std::move(callback)); }
 
-protected:
-    ~PublishedValue() = default;
+private:
+    friend Owner;
 
-    void assign(T value) { assignBySwapping(value); }
+    struct State {
+        T value{};
+        std::forward_list<T> retired;  // values that a running notification may still reference
+    };
 
-    /// Like `assign`, but returns the previous value in `value` so that the caller can reuse its storage. An
+    void set(T value) { swapIn(value); }
+
+    /// Like `set`, but returns the previous value in `value` so that the owner can reuse its storage. An
     /// assignment inside a notification returns an empty value.
-    void assignBySwapping(T& value) {
+    void swapIn(T& value) {
         const auto state = state_;  // a subscriber may destroy this object
         if (announcer_.isAnnouncing()) {
             state->retired.push_front(std::exchange(state->value, std::exchange(value, T{})));
@@ -53,42 +59,12 @@ protected:
         }
     }
 
-private:
-    struct State {
-        T value{};
-        std::forward_list<T> retired;  // values that a running notification may still reference
-    };
-
     void announce(const std::shared_ptr<State>& state) {
         announcer_.announceWith([&state](const Callback& callback) { callback(state->value); });
     }
 
     std::shared_ptr<State> state_;
     mutable Announcer<const T&> announcer_;
-};
-
-/// A value that only its `Owner` may assign and that anyone may read and observe. The owner assigns with `set`, or
-/// with `swapIn` to reuse the old value's storage. See PublishedValue for the guarantees.
-template <typename T, typename Owner = void>
-class Published : public PublishedValue<T> {
-public:
-    using PublishedValue<T>::PublishedValue;
-
-private:
-    friend Owner;
-    void set(T value) { this->assign(std::move(value)); }
-    void swapIn(T& value) { this->assignBySwapping(value); }
-};
-
-/// A value that anyone may assign.
-template <typename T>
-class Published<T, void> : public PublishedValue<T> {
-public:
-    using PublishedValue<T>::PublishedValue;
-    void set(T value) { this->assign(std::move(value)); }
-
-    /// Like `set`, but returns the old value in `value` so that its storage can be reused.
-    void swapIn(T& value) { this->assignBySwapping(value); }
 };
 
 }  // namespace kestro

@@ -40,7 +40,7 @@ public:
 private:
     UserSettings& store_;
     std::string_view key_;
-    Published<T> value_;
+    Published<T, Setting<T>> value_;
 };
 
 // Instantiated once, in the source: most files use some of these.

@@ -1,5 +1,7 @@
 #include "core/base/published.h"
 
+#include "tests/support/assignable.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -9,8 +11,10 @@
 namespace kestro {
 namespace {
 
+using test::Assignable;
+
 TEST(Published, CallsEverySubscriberAfterTheValueHasChanged) {
-    Published<int> value{1};
+    Assignable<int> value{1};
     std::vector<int> seen;
     const auto first = value.subscribe([&](const int&) { seen.push_back(value.get()); });
     const auto second = value.subscribe([&](const int& newest) { seen.push_back(newest * 10); });
@@ -21,7 +25,7 @@ TEST(Published, CallsEverySubscriberAfterTheValueHasChanged) {
 }
 
 TEST(Published, DoesNotCallOnSubscribing) {
-    Published<int> value{1};
+    Assignable<int> value{1};
     int calls = 0;
 
     const auto subscription = value.subscribe([&](const int&) { ++calls; });
@@ -30,7 +34,7 @@ TEST(Published, DoesNotCallOnSubscribing) {
 }
 
 TEST(Published, AlsoCallsForAnEqualValue) {
-    Published<int> value{1};
+    Assignable<int> value{1};
     int calls = 0;
     const auto subscription = value.subscribe([&](const int&) { ++calls; });
 
@@ -41,7 +45,7 @@ TEST(Published, AlsoCallsForAnEqualValue) {
 }
 
 TEST(Published, StopsCallingWhenTheSubscriptionIsDestroyed) {
-    Published<int> value{1};
+    Assignable<int> value{1};
     int calls = 0;
     {
         const auto subscription = value.subscribe([&](const int&) { ++calls; });
@@ -54,7 +58,7 @@ TEST(Published, StopsCallingWhenTheSubscriptionIsDestroyed) {
 }
 
 TEST(Published, AMovedSubscriptionStaysInOrder) {
-    Published<int> value{1};
+    Assignable<int> value{1};
     int calls = 0;
     Subscription kept;
     {
@@ -70,7 +74,7 @@ TEST(Published, AMovedSubscriptionStaysInOrder) {
 }
 
 TEST(Published, ANestedAssignmentCallsEverySubscriberOncePerAssignmentAndNeverWithAStaleValue) {
-    Published<int> value{0};
+    Assignable<int> value{0};
     std::vector<int> first;
     std::vector<int> second;
     const auto a = value.subscribe([&](const int& newest) {
@@ -89,7 +93,7 @@ TEST(Published, ANestedAssignmentCallsEverySubscriberOncePerAssignmentAndNeverWi
 }
 
 TEST(Published, TheReceivedReferenceOutlivesANestedAssignment) {
-    Published<std::vector<std::string>> value;
+    Assignable<std::vector<std::string>> value;
     std::vector<std::string> seen;
     bool assigned = false;
     const auto subscription = value.subscribe([&](const std::vector<std::string>& texts) {
@@ -108,7 +112,7 @@ TEST(Published, TheReceivedReferenceOutlivesANestedAssignment) {
 }
 
 TEST(Published, SwappingInReturnsTheOldStorage) {
-    Published<std::vector<int>> value{{1, 2, 3}};
+    Assignable<std::vector<int>> value{{1, 2, 3}};
     std::vector<int> next{4, 5, 6};
     const int* const storage = value.get().data();
     std::vector<int> seen;
@@ -122,7 +126,7 @@ TEST(Published, SwappingInReturnsTheOldStorage) {
 }
 
 TEST(Published, SwappingInInsideANotificationKeepsTheReceivedValueAlive) {
-    Published<std::vector<int>> value;
+    Assignable<std::vector<int>> value;
     std::vector<int> seen;
     const auto subscription = value.subscribe([&](const std::vector<int>& newest) {
         if (newest.size() == 2) {
@@ -141,7 +145,7 @@ TEST(Published, SwappingInInsideANotificationKeepsTheReceivedValueAlive) {
 }
 
 TEST(Published, UnsubscribingInsideANotificationIsSafe) {
-    Published<int> value{0};
+    Assignable<int> value{0};
     int calls = 0;
     Subscription self;
     Subscription other;
@@ -159,7 +163,7 @@ TEST(Published, UnsubscribingInsideANotificationIsSafe) {
 }
 
 TEST(Published, ASubscriberThatJoinsInsideANotificationIsFirstCalledForTheNextOne) {
-    Published<int> value{0};
+    Assignable<int> value{0};
     std::vector<int> late;
     Subscription joined;
     const auto subscription = value.subscribe([&](const int& newest) {
@@ -175,7 +179,7 @@ TEST(Published, ASubscriberThatJoinsInsideANotificationIsFirstCalledForTheNextOn
 }
 
 TEST(Published, TheOwnerMayBeDestroyedInsideANotification) {
-    auto value = std::make_unique<Published<std::string>>("before");
+    auto value = std::make_unique<Assignable<std::string>>("before");
     std::string seen;
     int later = 0;
     const auto a = value->subscribe([&](const std::string& newest) {
@@ -194,7 +198,7 @@ TEST(Published, ASubscriptionMayOutliveTheOwnerWithoutKeepingItAlive) {
     const auto captured = std::make_shared<int>(0);
     Subscription subscription;
     {
-        Published<int> value{0};
+        Assignable<int> value{0};
         subscription = value.subscribe([captured](const int&) {});
     }
 

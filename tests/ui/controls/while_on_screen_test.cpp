@@ -1,6 +1,6 @@
 #include "ui/controls/while_on_screen.h"
 
-#include "core/base/published.h"
+#include "tests/support/assignable.h"
 
 #include <QApplication>
 #include <QWindowStateChangeEvent>
@@ -13,7 +13,7 @@ namespace {
 struct WhileOnScreenTest : testing::Test {
     QWidget window;
     QWidget owner{&window};
-    Published<int> value{0};
+    test::Assignable<int> value{0};
     int caughtUp = 0;
     int shown = 0;
     WhileOnScreen onScreen{owner, [this] { ++caughtUp; }};
