@@ -1,10 +1,12 @@
 #include "app/status_items/main_status_content.h"
 
+#include "core/base/text.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/readout/readout_inputs.h"
 #include "core/settings/user_settings.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 namespace kestro {
@@ -12,7 +14,7 @@ namespace kestro {
 namespace {
 
 int wholePercent(double percent) {
-    return percent > 0 ? static_cast<int>(std::min(percent, 100.0)) : 0;
+    return static_cast<int>(std::clamp<std::int64_t>(wholeNumber(percent), 0, 100));
 }
 
 /// The figures replace a text: a readout without text keeps its plain symbol.

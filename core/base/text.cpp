@@ -1,6 +1,7 @@
 #include "core/base/text.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 namespace kestro {
@@ -13,6 +14,11 @@ constexpr auto whiteSpace = " \t\n\v\f\r\0"sv;
 constexpr std::size_t displayTextLimit = 256;
 
 }  // namespace
+
+std::int64_t wholeNumber(double value) {
+    constexpr double limit = 1e9;
+    return std::isnan(value) ? 0 : static_cast<std::int64_t>(std::clamp(value, -limit, limit));
+}
 
 std::size_t utf8SequenceLength(std::string_view bytes) {
     if (bytes.empty()) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <concepts>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -53,6 +54,10 @@ template <typename Number>
 std::optional<Number> parseTrimmed(std::string_view text) {
     return parseNumber<Number>(trimmed(text));
 }
+
+/// `value` truncated to the whole number that is shown. NaN counts as 0; values beyond any counter are clamped to
+/// a billion.
+std::int64_t wholeNumber(double value);
 
 /// Text fit for display: the first line of `text`, trimmed, with runs of blanks collapsed. nullopt if nothing is
 /// left, or for more than 256 bytes, control characters or invalid UTF-8.

@@ -1,5 +1,6 @@
 #include "core/engine/telemetry_engine.h"
 
+#include "core/base/text.h"
 #include "core/platform/platform.h"
 #include "core/platform/process_info_service.h"
 #include "core/platform/run_loop.h"
@@ -209,10 +210,7 @@ std::string TelemetryEngine::formatTemp(double celsius) const {
 }
 
 std::string TelemetryEngine::formatFanRPM(double rpm) const {
-    // Wide enough for any fan. A NaN cannot be converted to an integer.
-    constexpr double fastest = 1e15;
-    const double wholeRPM = std::isnan(rpm) ? 0 : std::clamp(std::trunc(rpm), -fastest, fastest);
-    return format(settings_.fanSpeedUnit.get(), static_cast<std::int64_t>(wholeRPM));
+    return format(settings_.fanSpeedUnit.get(), wholeNumber(rpm));
 }
 
 std::string TelemetryEngine::uptimeString() const {

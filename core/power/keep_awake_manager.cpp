@@ -1,5 +1,6 @@
 #include "core/power/keep_awake_manager.h"
 
+#include "core/base/text.h"
 #include "core/platform/platform.h"
 #include "core/platform/run_loop.h"
 #include "core/settings/user_settings.h"
@@ -119,7 +120,7 @@ void KeepAwakeManager::checkBatterySafeguard(double batteryLevel, bool isChargin
 std::string KeepAwakeManager::formattedRemainingTime() const {
     const auto& remaining = remainingSeconds.get();
     if (remaining && *remaining > 0) {
-        const auto wholeSeconds = static_cast<std::int64_t>(*remaining);
+        const auto wholeSeconds = wholeNumber(*remaining);
         const auto minutes = wholeSeconds / 60;
         if (wholeSeconds < 3600) {
             return fmt::format("{}m {:02}s", minutes, wholeSeconds - 60 * minutes);

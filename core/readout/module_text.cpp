@@ -1,5 +1,7 @@
 #include "core/readout/module_text.h"
 
+#include "core/base/text.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -15,15 +17,6 @@ namespace {
 template <typename... Args>
 void append(std::string& text, fmt::format_string<Args...> format, Args&&... args) {
     fmt::format_to(std::back_inserter(text), format, std::forward<Args>(args)...);
-}
-
-/// Truncates toward zero. NaN becomes 0; values out of range are clamped.
-std::int64_t wholeNumber(double value) {
-    if (std::isnan(value)) {
-        return 0;
-    }
-    constexpr double limit = 1e18;
-    return static_cast<std::int64_t>(std::clamp(value, -limit, limit));
 }
 
 std::string_view label(std::string_view text, bool isShown) {

@@ -1,5 +1,6 @@
 #include "ui/fancurve/fan_curve_canvas_view.h"
 
+#include "core/base/text.h"
 #include "ui/format/figure_text.h"
 #include "ui/paint/hairline.h"
 #include "ui/paint/text_painter.h"

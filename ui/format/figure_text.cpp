@@ -1,20 +1,16 @@
 #include "ui/format/figure_text.h"
 
-#include <algorithm>
+#include "core/base/text.h"
+
 #include <cmath>
 
 namespace kestro {
 
 namespace {
 
-constexpr double limit = 1e9;
 constexpr double bytesPerGigabyte = 1073741824.0;
 
 }  // namespace
-
-qint64 wholeNumber(double value) {
-    return std::isnan(value) ? 0 : static_cast<qint64>(std::clamp(value, -limit, limit));
-}
 
 QString wholeText(double value) {
     return QString::number(wholeNumber(value));

@@ -6,14 +6,10 @@
 
 namespace kestro {
 
-/// A measured value truncated to the whole number that is shown. NaN counts as 0; values beyond any counter are
-/// clamped to a billion.
-qint64 wholeNumber(double value);
-
-/// wholeNumber as text, "18".
+/// A value truncated to a whole number, "18".
 QString wholeText(double value);
 
-/// wholeNumber with a percent sign, "18%".
+/// The same with a percent sign, "18%".
 QString percentText(double value);
 
 /// A value rounded to one decimal, "6.1". NaN counts as 0.

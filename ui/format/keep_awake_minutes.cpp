@@ -1,8 +1,7 @@
 #include "ui/format/keep_awake_minutes.h"
 
+#include "core/base/text.h"
 #include "core/power/keep_awake_manager.h"
-
-#include <cstdint>
 
 namespace kestro {
 
@@ -11,7 +10,7 @@ QString keepAwakeMinutes(const KeepAwakeManager& manager) {
     if (!manager.isActive.get() || !remaining || *remaining <= 0) {
         return {};
     }
-    return QString::number(static_cast<std::int64_t>(*remaining) / 60) + QLatin1Char('m');
+    return QString::number(wholeNumber(*remaining) / 60) + QLatin1Char('m');
 }
 
 }  // namespace kestro

@@ -1,5 +1,6 @@
 #include "ui/widgets/core_matrix_view.h"
 
+#include "core/base/text.h"
 #include "ui/format/figure_text.h"
 #include "ui/paint/hairline.h"
 #include "ui/paint/ink.h"

@@ -1,5 +1,6 @@
 #include "ui/widgets/metric_gauge.h"
 
+#include "core/base/text.h"
 #include "ui/format/figure_text.h"
 #include "ui/paint/text_painter.h"
 #include "ui/paint/zoom.h"

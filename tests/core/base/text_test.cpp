@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,14 @@ TEST(Text, TrimsWhiteSpaceAtBothEnds) {
     EXPECT_EQ(trimmed("one"), "one");
     EXPECT_EQ(trimmed(" \n\0 "sv), "");
     EXPECT_EQ(trimmed(""), "");
+}
+
+TEST(Text, TruncatesFiguresTowardZeroWithinABillion) {
+    EXPECT_EQ(wholeNumber(41.99), 41);
+    EXPECT_EQ(wholeNumber(-0.9), 0);
+    EXPECT_EQ(wholeNumber(std::numeric_limits<double>::quiet_NaN()), 0);
+    EXPECT_EQ(wholeNumber(std::numeric_limits<double>::infinity()), 1'000'000'000);
+    EXPECT_EQ(wholeNumber(-1e300), -1'000'000'000);
 }
 
 TEST(Text, SplitsLinesWithAndWithoutATrailingLineBreak) {
