@@ -4,6 +4,7 @@
 #include "app/base/notification_names.h"
 #include "app/status_items/fan_control_status_item.h"
 #include "app/status_items/keep_awake_status_item.h"
+#include "app/status_items/main_status_item.h"
 #include "app/windows/dashboard_window.h"
 #include "app/windows/popover_window.h"
 #include "app/windows/settings_window.h"
@@ -11,10 +12,8 @@
 #include "core/engine/telemetry_engine.h"
 #include "core/platform/platform.h"
 #include "core/power/keep_awake_manager.h"
-#include "core/power/power_mode_manager.h"
 #include "core/settings/user_settings.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -30,16 +29,18 @@ AppDelegate::AppDelegate(const Platform& platform, const KestroServices& service
       surfaces_(std::move(surfaces)),
       commandFile_(std::move(commandFile)),
       terminate_(std::move(terminate)),
-      statusContent_(services),
-      statusItemUpdate_(platform.runLoop, [this] { updateStatusItemText(); }),
       dashboardFit_(platform.runLoop, [this] { adjustDashboardSize(false); }) {}
 
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
     loadApplicationIcon(applicationIconFile());
-    setupStatusItem();
-    updateStatusItemText();
+    statusItem_ = std::make_unique<MainStatusItem>(
+        platform_, shell_.statusBar, services_,
+        StatusItemHandlers{
+            .onClick = [this](StatusClick click, bool controlHeld,
+                              const QRect& anchor) { statusItemClicked(click, controlHeld, anchor); },
+            .buildMenu = [this] { return mainMenu(services_, *this); }});
     keepAwakeItem_ = std::make_unique<KeepAwakeStatusItem>(platform_, shell_.statusBar, services_.settings,
                                                            services_.keepAwake);
     fanItem_ = std::make_unique<FanControlStatusItem>(platform_, shell_.statusBar, services_.settings, smc_,
@@ -54,18 +55,9 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::updateStatusItemText() {
-    if (statusItem_ && statusContent_.update()) {
-        statusItem_->setContent(statusContent_.content());
+    if (statusItem_) {
+        statusItem_->updateText();
     }
-}
-
-void AppDelegate::setupStatusItem() {
-    StatusItemHandlers handlers;
-    handlers.onClick = [this](StatusClick click, bool controlHeld, const QRect& anchor) {
-        statusItemClicked(click, controlHeld, anchor);
-    };
-    handlers.buildMenu = [this] { return contextMenu(); };
-    statusItem_ = shell_.statusBar.createItem(QStringLiteral("kestro-main"), std::move(handlers));
 }
 
 void AppDelegate::showContextMenu() {
@@ -74,41 +66,11 @@ void AppDelegate::showContextMenu() {
     }
 }
 
-Menu AppDelegate::contextMenu() {
-    return mainMenu(services_, *this);
-}
-
 void AppDelegate::bindTelemetry() {
-    const auto follow = [this](const auto& value) {
-        retain(value.subscribe([this](const auto&) { statusItemUpdate_.request(); }));
-    };
-    const TelemetryEngine& engine = services_.engine;
-    follow(engine.fans);
-    follow(engine.memory);
-    follow(engine.thermals);
-    follow(engine.cpu);
-    follow(engine.disk);
-    follow(engine.network);
-    follow(engine.power);
-    follow(services_.fanManager.currentProfile);
-    follow(services_.powerManager.currentMode);
-    follow(services_.keepAwake.isActive);
-    follow(services_.keepAwake.remainingSeconds);
-    // The settings announce a change before the value changes; the update runs in a later turn.
-    retain(services_.settings.subscribeWillChange([this] { statusItemUpdate_.request(); }));
-    retain(services_.settings.activeMenubarModules.subscribe([this](const auto&) { updateReadoutShowsLoad(); }));
-    updateReadoutShowsLoad();
     // Fans can appear after launch: a header counts as a fan only once it has turned.
-    retain(engine.fans.subscribe([this](const auto& fans) { services_.fanManager.followFans(fans); }));
-    retain(engine.power.subscribe([this](const PowerTelemetry& power) {
+    retain(services_.engine.fans.subscribe([this](const auto& fans) { services_.fanManager.followFans(fans); }));
+    retain(services_.engine.power.subscribe([this](const PowerTelemetry& power) {
         services_.keepAwake.checkBatterySafeguard(power.percentage, power.isCharging);
-    }));
-}
-
-void AppDelegate::updateReadoutShowsLoad() {
-    const auto& modules = services_.settings.activeMenubarModules.get();
-    services_.engine.setReadoutShowsLoad(std::ranges::any_of(modules, [](MenubarModuleType module) {
-        return module == MenubarModuleType::cpuUsage || module == MenubarModuleType::cpuClusters;
     }));
 }
 

@@ -3,7 +3,6 @@
 #include "app/base/coalesced_task.h"
 #include "app/command_channel.h"
 #include "app/menus/main_menu.h"
-#include "app/status_items/main_status_content.h"
 #include "app/windows/screen_changes.h"
 #include "app/windows/surface_factories.h"
 #include "app/windows/window_delegate.h"
@@ -25,6 +24,7 @@ namespace kestro {
 class FanControlStatusItem;
 class KeepAwakeStatusItem;
 class KestroDashboardWindow;
+class MainStatusItem;
 class PopoverWindow;
 class SMCReader;
 class SettingsWindow;
@@ -53,7 +53,6 @@ public:
     void statusItemClicked(StatusClick click, bool controlHeld, const QRect& anchor);
 
     void showContextMenu();
-    Menu contextMenu();
 
     void togglePopover() override;
     void showDashboard() override;
@@ -99,13 +98,10 @@ public:
     void windowDidExitFullScreen(QWidget& window) override;
 
 private:
-    void setupStatusItem();
     void setupPopover();
     void setupDashboardWindow();
     void setupSettingsWindow();
     void bindTelemetry();
-    /// Keeps measuring the processor load while only the readout is visible, as long as the readout contains it.
-    void updateReadoutShowsLoad();
     void bindDashboard();
     void observeNotifications();
     void handleShowSettingsNotification(const NotificationUserInfo& userInfo);
@@ -124,10 +120,8 @@ private:
     const std::string commandFile_;
     const std::function<void()> terminate_;
 
-    MainStatusContent statusContent_;
-    std::unique_ptr<StatusItem> statusItem_;
-    QRect lastAnchor_;
     ScreenChanges screenChanges_{[this] { screensDidChange(); }};
+    std::unique_ptr<MainStatusItem> statusItem_;
     std::unique_ptr<KeepAwakeStatusItem> keepAwakeItem_;
     std::unique_ptr<FanControlStatusItem> fanItem_;
     std::unique_ptr<PopoverWindow> popover_;
@@ -135,7 +129,6 @@ private:
     std::unique_ptr<SettingsWindow> settingsWindow_;
     bool hasUserCustomResizedDashboard_ = false;
 
-    CoalescedTask statusItemUpdate_;
     CoalescedTask dashboardFit_;
     std::unique_ptr<CommandChannel> commandChannel_;
     std::vector<Subscription> subscriptions_;

@@ -1,5 +1,6 @@
 #include "app/app_delegate.h"
 #include "app/menus/shortcuts.h"
+#include "app/status_items/main_status_item.h"
 #include "app/windows/dashboard_window.h"
 #include "app/windows/popover_window.h"
 #include "app/windows/settings_window.h"
@@ -83,12 +84,12 @@ void AppDelegate::bindDashboard() {
 }
 
 void AppDelegate::statusItemClicked(StatusClick click, bool controlHeld, const QRect& anchor) {
-    const bool hasClosedPopover = popover_ && popover_->takesBack(statusItem_ ? statusItem_->geometry() : QRect());
+    const bool hasClosedPopover = popover_ && popover_->takesBack(statusItem_->geometry());
     if (click == StatusClick::secondary || controlHeld) {
         showContextMenu();
         return;
     }
-    lastAnchor_ = anchor;
+    statusItem_->setLastAnchor(anchor);
     if (!hasClosedPopover) {
         togglePopover();
     }
@@ -102,8 +103,7 @@ void AppDelegate::togglePopover() {
         popover_->orderOut();
     } else {
         refreshTelemetry();
-        const QRect place = statusItem_ ? statusItem_->geometry() : QRect();
-        popover_->showRelativeTo(place.isNull() ? lastAnchor_ : place);
+        popover_->showRelativeTo(statusItem_->anchor());
     }
     updateUIActiveState();
 }
@@ -165,7 +165,6 @@ void AppDelegate::keepSettingsAboveDashboard() {
 }
 
 void AppDelegate::screensDidChange() {
-    lastAnchor_ = {};
     if (dashboardWindow_ && dashboardWindow_->isVisible()) {
         dashboardWindow_->fitToScreen();
     }

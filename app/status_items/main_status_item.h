@@ -1,0 +1,54 @@
+#pragma once
+
+#include "app/base/coalesced_task.h"
+#include "app/status_items/main_status_content.h"
+#include "app/windows/screen_changes.h"
+#include "core/base/subscription.h"
+#include "shell/status_bar.h"
+#include "ui/kestro_services.h"
+
+#include <QRect>
+
+#include <memory>
+#include <vector>
+
+namespace kestro {
+
+struct Platform;
+
+/// The application's own item in the status bar. Shows the readout, composed anew once per turn of the main queue
+/// in which a value or a setting changed, and keeps the processor load measured while only the readout is visible,
+/// as long as the readout contains it. Main thread.
+class MainStatusItem {
+public:
+    /// All references outlive this object.
+    MainStatusItem(const Platform& platform, StatusBar& statusBar, const KestroServices& services,
+                   StatusItemHandlers handlers);
+
+    /// Composes the readout from the current values and shows it if it changed.
+    void updateText();
+
+    void openMenu() { item_->openMenu(); }
+
+    /// The item's area on the screen; null when the host does not report it.
+    QRect geometry() const { return item_->geometry(); }
+
+    /// Where to open what a click on the item requests: its area, else the anchor of the last such click unless
+    /// the screens have changed since. Null: unknown.
+    QRect anchor() const;
+    void setLastAnchor(const QRect& anchor) { lastAnchor_ = anchor; }
+
+private:
+    void follow();
+    void updateReadoutShowsLoad();
+
+    const KestroServices services_;
+    MainStatusContent content_;
+    std::unique_ptr<StatusItem> item_;
+    QRect lastAnchor_;
+    ScreenChanges screenChanges_{[this] { lastAnchor_ = {}; }};
+    CoalescedTask textUpdate_;
+    std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace kestro
