@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <utility>
 
 namespace kestro {
 
@@ -74,20 +75,26 @@ MenubarPreview::MenubarPreview(const KestroServices& services, QWidget* parent)
 
 void MenubarPreview::refresh() {
     const UserSettings& settings = services_.settings;
-    readout_ =
-        composeReadout(ReadoutLayout::of(settings), readoutInputs(services_.engine, settings, services_.fanManager,
-                                                                  services_.keepAwake, services_.powerManager));
-    showsKeepAwake_ = settings.showDedicatedKeepAwakeItem.get();
-    showsFan_ = settings.showDedicatedFanItem.get();
-    keepAwakeText_ = keepAwakeMinutes(services_.keepAwake);
-    fanText_ = QString(Words(rawValue(services_.fanManager.currentProfile.get()))).toUpper();
-    update();
+    Content content{
+        .readout = composeReadout(ReadoutLayout::of(settings),
+                                  readoutInputs(services_.engine, settings, services_.fanManager,
+                                                services_.keepAwake, services_.powerManager)),
+        .showsKeepAwake = settings.showDedicatedKeepAwakeItem.get(),
+        .isAwake = services_.keepAwake.isActive.get(),
+        .keepAwakeText = keepAwakeMinutes(services_.keepAwake),
+        .showsFan = settings.showDedicatedFanItem.get(),
+        .fanText = QString(Words(rawValue(services_.fanManager.currentProfile.get()))).toUpper(),
+    };
+    if (content != content_) {
+        content_ = std::move(content);
+        update();
+    }
 }
 
 AccessibleInfo MenubarPreview::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
     info.name = QStringLiteral("Live menu bar preview");
-    info.value = QString::fromStdString(readout_.spokenText);
+    info.value = QString::fromStdString(content_.readout.spokenText);
     return info;
 }
 
@@ -102,17 +109,17 @@ void MenubarPreview::paintEvent(QPaintEvent*) {
     paintRounded(painter, bar, 4, Ink(QColor(Qt::black)).faded(0.5).color());
     painter.setClipRect(bar);
     std::vector<Item> items;
-    if (showsKeepAwake_) {
-        const bool isActive = services_.keepAwake.isActive.get();
-        items.push_back({isActive ? QStringLiteral("cup.and.saucer.fill") : QStringLiteral("cup.and.saucer"),
-                         extraSymbol, keepAwakeText_, awake});
+    if (content_.showsKeepAwake) {
+        items.push_back(
+            {content_.isAwake ? QStringLiteral("cup.and.saucer.fill") : QStringLiteral("cup.and.saucer"),
+             extraSymbol, content_.keepAwakeText, awake});
     }
-    if (showsFan_) {
-        items.push_back({QStringLiteral("fanblades"), extraSymbol, fanText_, cooling});
+    if (content_.showsFan) {
+        items.push_back({QStringLiteral("fanblades"), extraSymbol, content_.fanText, cooling});
     }
-    const ReadoutSymbol symbol = readout_.symbol.value_or(ReadoutSymbol{{}, {}, 0});
+    const ReadoutSymbol symbol = content_.readout.symbol.value_or(ReadoutSymbol{{}, {}, 0});
     items.push_back({Words(symbol.name), static_cast<double>(symbol.pointSize),
-                     QString::fromStdString(readout_.title).trimmed(), text});
+                     QString::fromStdString(content_.readout.title).trimmed(), text});
     std::vector<double> widths;
     for (const Item& item : items) {
         widths.push_back(item.width());

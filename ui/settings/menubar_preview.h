@@ -26,7 +26,7 @@ public:
 
     /// Recomposes the readout; repaints if something has changed.
     void refresh();
-    const Readout& readout() const { return readout_; }
+    const Readout& readout() const { return content_.readout; }
 
     AccessibleInfo accessibleInfo() const override;
 
@@ -34,12 +34,20 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// Everything that is painted.
+    struct Content {
+        Readout readout;
+        bool showsKeepAwake = false;
+        bool isAwake = false;
+        QString keepAwakeText;
+        bool showsFan = false;
+        QString fanText;
+
+        friend bool operator==(const Content&, const Content&) = default;
+    };
+
     KestroServices services_;
-    Readout readout_;
-    QString keepAwakeText_;
-    QString fanText_;
-    bool showsKeepAwake_ = false;
-    bool showsFan_ = false;
+    Content content_;
 };
 
 }  // namespace kestro

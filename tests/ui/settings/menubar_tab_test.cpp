@@ -65,6 +65,18 @@ TEST_F(MenubarTabTest, PreviewsWhatTheStatusItemComposes) {
     EXPECT_NE(preview().readout(), before);
 }
 
+TEST_F(MenubarTabTest, RepaintsThePreviewOnlyWhenItChanges) {
+    PaintCounter paints(preview());
+
+    settings().menubarDelimiter.set(settings().menubarDelimiter.get());
+    QApplication::processEvents();
+    EXPECT_EQ(paints.count, 0);
+
+    settings().menubarDelimiter.set(MenubarDelimiter::slash);
+    QApplication::processEvents();
+    EXPECT_EQ(paints.count, 1);
+}
+
 TEST(PreviewItemsTest, AlignToTheRightEndOfTheBar) {
     const QRectF bar(12, 11, 796, 26);
 
