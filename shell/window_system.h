@@ -16,6 +16,15 @@ public:
     virtual ~PressMonitor() = default;
 };
 
+/// Keeps a window on the screen that was shown, as long as it lives. Main thread; its window outlives it.
+class WithdrawalGuard {
+public:
+    virtual ~WithdrawalGuard() = default;
+
+    /// Stops restoring the window, for one that fades out before it is hidden. Hiding it does the same.
+    virtual void windowWillHide() = 0;
+};
+
 /// Window placement and stacking beyond the toolkit's API. Main thread; outlives the windows.
 class WindowSystem {
 public:
@@ -32,9 +41,9 @@ public:
     /// the window keeps its own.
     virtual void setFloatingLevel(QWidget& window, bool isFloating) = 0;
 
-    /// Whether a window that was shown is neither on the screen nor kept minimised or on another desktop. Always
-    /// false where windows cannot be taken away.
-    virtual bool isWithdrawn(const QWidget& window) const = 0;
+    /// Shows a window again that the window manager takes away although it was shown. Null where windows cannot be
+    /// taken away.
+    [[nodiscard]] virtual std::unique_ptr<WithdrawalGuard> guardAgainstWithdrawal(QWidget& window) = 0;
 
     /// Whether the application may place and fade its windows.
     virtual bool canPlaceWindows() const = 0;

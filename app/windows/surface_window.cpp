@@ -28,7 +28,7 @@ SurfaceWindow::SurfaceWindow(WindowDelegate& delegate, WindowSystem& system, Con
       delegate_(delegate),
       system_(system),
       makeContent_(std::move(makeContent)),
-      withdrawalGuard_(*this, system) {
+      withdrawalGuard_(system.guardAgainstWithdrawal(*this)) {
     // Install it before the first accessibility query for this window, whose answer is cached.
     installViewAccessibility();
     setWindowTitle(title);
@@ -60,7 +60,6 @@ void SurfaceWindow::showEvent(QShowEvent* event) {
         content_->setGeometry(rect());
         content_->show();
     }
-    withdrawalGuard_.windowDidShow();
     visibilityDidChange();
 }
 
@@ -68,7 +67,6 @@ void SurfaceWindow::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     pressedAt_.reset();
     if (!event->spontaneous()) {
-        willHide();
         visibilityDidChange();
     }
 }

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "app/windows/window_delegate.h"
-#include "app/windows/withdrawal_guard.h"
+#include "shell/window_system.h"
 #include "ui/controls/while_on_screen.h"
 
 #include <QPoint>
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace kestro {
@@ -42,7 +43,11 @@ protected:
     virtual bool backgroundPressed(QPoint) { return false; }
 
     /// For a window that fades out before it is hidden.
-    void willHide() { withdrawalGuard_.windowWillHide(); }
+    void willHide() {
+        if (withdrawalGuard_) {
+            withdrawalGuard_->windowWillHide();
+        }
+    }
 
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -59,7 +64,7 @@ private:
     WindowSystem& system_;
     ContentFactory makeContent_;
     QWidget* content_ = nullptr;
-    WithdrawalGuard withdrawalGuard_;
+    const std::unique_ptr<WithdrawalGuard> withdrawalGuard_;
     std::optional<QPoint> pressedAt_;  ///< on the screen: where a drag may have begun
 };
 

@@ -3,6 +3,7 @@
 #include "shell/linux/strip/strip_layout.h"
 #include "shell/linux/x11_display.h"
 #include "shell/linux/x11_press_monitor.h"
+#include "shell/linux/x11_withdrawal_guard.h"
 #include "shell/status_bar.h"
 
 #include <QGuiApplication>
@@ -77,25 +78,8 @@ void LinuxWindowSystem::setFloatingLevel(QWidget& window, bool isFloating) {
     }
 }
 
-bool LinuxWindowSystem::isWithdrawn(const QWidget& window) const {
-    xcb_connection_t* const connection = x11_display::connection();
-    if (connection == nullptr) {
-        return false;
-    }
-    const auto id = static_cast<xcb_window_t>(window.internalWinId());
-    const xcb_atom_t state = x11_display::atom(connection, "WM_STATE");
-    const auto attributesCookie = xcb_get_window_attributes(connection, id);
-    const auto stateCookie = xcb_get_property(connection, 0, id, state, state, 0, 1);
-    const x11_display::Reply<xcb_get_window_attributes_reply_t> attributes(
-        xcb_get_window_attributes_reply(connection, attributesCookie, nullptr));
-    const x11_display::Reply<xcb_get_property_reply_t> property(
-        xcb_get_property_reply(connection, stateCookie, nullptr));
-    if (!attributes || attributes->map_state != XCB_MAP_STATE_UNMAPPED || !property) {
-        return false;
-    }
-    // A window manager removes the state of a window that it withdraws, or sets it to 0.
-    return xcb_get_property_value_length(property.get()) < static_cast<int>(sizeof(std::uint32_t)) ||
-           *static_cast<const std::uint32_t*>(xcb_get_property_value(property.get())) == 0;
+std::unique_ptr<WithdrawalGuard> LinuxWindowSystem::guardAgainstWithdrawal(QWidget& window) {
+    return guardAgainstX11Withdrawal(window, *this);
 }
 
 bool LinuxWindowSystem::canPlaceWindows() const {

@@ -21,8 +21,8 @@ public:
     /// With _NET_WM_STATE_ABOVE on X11.
     void setFloatingLevel(QWidget& window, bool isFloating) override;
 
-    /// Whether the X server has the window unmapped and no window manager has a WM_STATE for it.
-    bool isWithdrawn(const QWidget& window) const override;
+    /// Null on other window systems than X11.
+    [[nodiscard]] std::unique_ptr<WithdrawalGuard> guardAgainstWithdrawal(QWidget& window) override;
 
     /// False on Wayland.
     bool canPlaceWindows() const override;

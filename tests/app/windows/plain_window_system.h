@@ -10,8 +10,8 @@
 
 namespace kestro::test {
 
-/// A window system that shows windows as the toolkit does, lets a test press anywhere on the screen and withdraw
-/// windows, and remembers the levels.
+/// A window system that shows windows as the toolkit does, lets a test press anywhere on the screen, and
+/// remembers the levels.
 class PlainWindowSystem final : public WindowSystem {
 public:
     void makeKeyAndOrderFront(QWidget& window) override {
@@ -23,7 +23,7 @@ public:
 
     void keepOutOfTaskBars(QWidget&) override {}
     void setFloatingLevel(QWidget& window, bool isFloating) override { levels_[&window] = isFloating; }
-    bool isWithdrawn(const QWidget&) const override { return false; }
+    std::unique_ptr<WithdrawalGuard> guardAgainstWithdrawal(QWidget&) override { return nullptr; }
     bool canPlaceWindows() const override { return true; }
     QRect availableArea(const QScreen&) const override { return available; }
     void keepAbove(QWidget& window, QWidget& other) override { above = {&window, &other}; }
