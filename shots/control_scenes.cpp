@@ -213,7 +213,7 @@ QWidget* tiles() {
         auto* made = new OptionTile(Words(label), 64, [](QPainter& painter, const QRectF& area) {
             painter.fillRect(area, QColor(30, 34, 44));
         });
-        made->setChosen(isChosen);
+        made->setOn(isChosen);
         return made;
     };
     return row(Spacing(12), tile("Header Band", true), tile("Thermal Plume", false)).release();
@@ -222,7 +222,7 @@ QWidget* tiles() {
 QWidget* swatches() {
     const auto swatch = [](ThemePalette palette, bool isChosen) {
         auto* made = new Swatch(Words(rawValue(palette)), primaryColor(palette));
-        made->setChosen(isChosen);
+        made->setOn(isChosen);
         return made;
     };
     return new Card(row(swatch(ThemePalette::cryogenic, true), swatch(ThemePalette::obsidian, false),

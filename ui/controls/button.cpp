@@ -175,15 +175,6 @@ void Button::setSpread(bool isSpread) {
     update();
 }
 
-void Button::setOn(bool isOn) {
-    if (on_ != isOn) {
-        on_ = isOn;
-        announceChecked();
-        updateGeometry();
-        update();
-    }
-}
-
 void Button::setOnFill(const StateOpacity& fill) {
     onFill_ = fill;
     update();
@@ -212,7 +203,6 @@ AccessibleInfo Button::accessibleInfo() const {
     if (accessibleName().isEmpty() && !text_.isEmpty()) {
         info.name = text_;
     }
-    info.checked = on_;
     if (kind_ == ButtonKind::choice) {
         info.role = QAccessible::RadioButton;
     }
@@ -230,6 +220,11 @@ void Button::paint(QPainter& painter) {
         SymbolPainter::paint(painter, trailingSymbol_, geometry.trailingSymbol,
                              trailingInk_.value_or(symbolInk()).color());
     }
+}
+
+void Button::stateDidChange() {
+    updateGeometry();
+    update();
 }
 
 void Button::paintGround(QPainter& painter) const {

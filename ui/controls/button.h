@@ -64,10 +64,6 @@ public:
     /// Aligns the parts left and the trailing symbol right instead of centring everything.
     void setSpread(bool isSpread);
 
-    /// On: pinned, awake, chosen. Once set, the button is announced as checkable.
-    void setOn(bool isOn);
-    bool isOn() const { return on_.value_or(false); }
-
     /// Overrides the kind's fill opacity while on.
     void setOnFill(const StateOpacity& fill);
 
@@ -81,6 +77,7 @@ public:
 
 protected:
     void paint(QPainter& painter) override;
+    void stateDidChange() override;
 
 private:
     void paintGround(QPainter& painter) const;
@@ -101,7 +98,6 @@ private:
     double gap_;
     bool isSpread_ = false;
     QMarginsF focusInset_;
-    std::optional<bool> on_;
     std::optional<TextStyle> textStyle_;
     std::optional<Ink> symbolInk_;
     std::optional<Ink> textInk_;

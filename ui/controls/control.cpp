@@ -23,6 +23,10 @@ Control::Control(QWidget* parent)
     setAttribute(Qt::WA_Hover);
 }
 
+void Control::onToggled(std::function<void(bool)> action) {
+    onClick([this, action = std::move(action)] { action(isOn()); });
+}
+
 void Control::click() {
     const QPointer<Control> self(this);
     activated();
@@ -33,13 +37,27 @@ void Control::click() {
     }
 }
 
+void Control::setOn(bool isOn) {
+    if (on_ != isOn) {
+        on_ = isOn;
+        announceChecked();
+        stateDidChange();
+    }
+}
+
+void Control::setCheckable(QAccessible::Role role) {
+    role_ = role;
+    on_ = isOn();
+}
+
 QRectF Control::focusArea() const {
     return rect();
 }
 
 AccessibleInfo Control::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
-    info.role = QAccessible::Button;
+    info.role = role_;
+    info.checked = on_;
     info.name = accessibleName().isEmpty() ? help() : accessibleName();
     info.press = [control = QPointer<Control>(const_cast<Control*>(this))] {
         if (control) {

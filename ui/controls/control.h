@@ -6,6 +6,7 @@
 #include "ui/paint/ink.h"
 
 #include <functional>
+#include <optional>
 
 class QPainter;
 
@@ -32,8 +33,16 @@ public:
     /// Called when the user activates the control, after its own state has changed.
     void onClick(std::function<void()> action) { onClick_ = std::move(action); }
 
+    /// The same, with the new state of a control that switches itself.
+    void onToggled(std::function<void(bool)> action);
+
     /// Activates the control like a click.
     void click();
+
+    /// On: pinned, switched on, chosen. Once set, the control is announced as checkable. Runs no action. No-op
+    /// when unchanged.
+    void setOn(bool isOn);
+    bool isOn() const { return on_.value_or(false); }
 
     bool showsFocus() const { return showsFocus_; }
 
@@ -47,8 +56,17 @@ protected:
     /// Paints in design points at full opacity; a disabled control is then dimmed as a whole.
     virtual void paint(QPainter& painter) = 0;
 
+    /// How assistive technology announces the control; a button unless set.
+    void setRole(QAccessible::Role role) { role_ = role; }
+
+    /// Makes the control checkable, with a role for it, before its state is first set.
+    void setCheckable(QAccessible::Role role);
+
     /// Changes the control's own state on activation, before `onClick` runs.
     virtual void activated() {}
+
+    /// Called when `isOn` has changed.
+    virtual void stateDidChange() { update(); }
 
     /// Whether `position` is part of the click target; clicks elsewhere are ignored.
     virtual bool hitTest(const QPoint& position) const { return rect().contains(position); }
@@ -80,6 +98,8 @@ private:
     void setShowsFocus(bool shows);
 
     std::function<void()> onClick_;
+    QAccessible::Role role_ = QAccessible::Button;
+    std::optional<bool> on_;
     Transition hover_;
     Transition press_;
     bool showsFocus_ = false;

@@ -14,12 +14,15 @@ ExclusiveGroup::ExclusiveGroup(std::vector<Control*> members, QObject* parent, G
     for (Control* member : members_) {
         member->installEventFilter(this);
     }
-    setChosen(0);
+    setStop(chosen_);
 }
 
 void ExclusiveGroup::setChosen(int index) {
     const int count = static_cast<int>(members_.size());
     chosen_ = index >= 0 && index < count ? index : 0;
+    for (int i = 0; i < count; ++i) {
+        members_[static_cast<size_t>(i)]->setOn(i == index);
+    }
     setStop(chosen_);
 }
 

@@ -11,9 +11,9 @@ class Control;
 /// What the arrow keys do in a group: choose the neighbour, or only move the focus where choosing is costly.
 enum class GroupArrows { choose, moveFocus };
 
-/// Groups controls into one choice for the keyboard: a single Tab stop, at the chosen control. The arrows move to
-/// the neighbour and click it, or leave the click to Space and Enter. The owner sets the chosen index. Lives as
-/// long as its parent.
+/// Groups controls into one choice: the chosen one is on and is the single Tab stop. The arrows move to the
+/// neighbour and click it, or leave the click to Space and Enter. The owner sets the chosen index. Lives as long
+/// as its parent.
 class ExclusiveGroup : public QObject {
     Q_OBJECT
 

@@ -23,15 +23,9 @@ constexpr double markGap = 6;
 
 OptionTile::OptionTile(const QString& label, int pictureHeight, Picture picture, QWidget* parent)
     : Control(parent), label_(label), pictureHeight_(pictureHeight), picture_(std::move(picture)) {
+    setCheckable(QAccessible::RadioButton);
+    setAccessibleName(label);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-}
-
-void OptionTile::setChosen(bool isChosen) {
-    if (isChosen != isChosen_) {
-        isChosen_ = isChosen;
-        announceChecked();
-        update();
-    }
 }
 
 QSize OptionTile::sizeHint() const {
@@ -42,14 +36,6 @@ QRectF OptionTile::focusArea() const {
     return {0, 0, static_cast<double>(width()), static_cast<double>(pictureHeight_)};
 }
 
-AccessibleInfo OptionTile::accessibleInfo() const {
-    AccessibleInfo info = Control::accessibleInfo();
-    info.role = QAccessible::RadioButton;
-    info.name = label_;
-    info.checked = isChosen_;
-    return info;
-}
-
 void OptionTile::paint(QPainter& painter) {
     const QRectF area = focusArea();
     QPainterPath outline;
@@ -58,7 +44,7 @@ void OptionTile::paint(QPainter& painter) {
     painter.setClipPath(outline);
     picture_(painter, area);
     painter.restore();
-    if (isChosen_) {
+    if (isOn()) {
         paintOutline(painter, area, cornerRadius, KestroTheme::accentCool(), 1);
     } else {
         const double rest = KestroTheme::hairline().alphaF();
@@ -69,17 +55,13 @@ void OptionTile::paint(QPainter& painter) {
 }
 
 void OptionTile::paintLabel(QPainter& painter) const {
-    TextStyle style = text_styles::segment;
-    if (isChosen_) {
-        style.weight = text_styles::w600;
-        style.ink = KestroTheme::textPrimary;
-    }
+    const TextStyle& style = isOn() ? text_styles::chosenSegment : text_styles::segment;
     const double room = width() - markSize - markGap;
     const double text = std::min(std::ceil(textWidth(label_, style)), room);
     const double left = (width() - markSize - markGap - text) / 2;
     const double top = pictureHeight_;
     const QRectF mark(left, top + (labelHeight - markSize) / 2.0, markSize, markSize);
-    paintRadioMark(painter, mark, {isChosen_ ? 1.0 : 0.0, hovering(), pressing()});
+    paintRadioMark(painter, mark, {isOn() ? 1.0 : 0.0, hovering(), pressing()});
     drawText(painter, QRectF(mark.right() + markGap, top, text, labelHeight), label_, style);
 }
 

@@ -16,13 +16,8 @@ public:
 
     OptionTile(const QString& label, int pictureHeight, Picture picture, QWidget* parent = nullptr);
 
-    /// No-op when unchanged.
-    void setChosen(bool isChosen);
-    bool isChosen() const { return isChosen_; }
-
     QSize sizeHint() const override;
     QRectF focusArea() const override;
-    AccessibleInfo accessibleInfo() const override;
 
 protected:
     void paint(QPainter& painter) override;
@@ -33,7 +28,6 @@ private:
     QString label_;
     int pictureHeight_;
     Picture picture_;
-    bool isChosen_ = false;
 };
 
 }  // namespace kestro

@@ -25,20 +25,10 @@ constexpr double frameOpacity = 0.04;
 constexpr double markOpacity = 0.11;
 constexpr double hoveredTextFrom = 0.5;
 
-const TextStyle& styleOf(bool isChosen) {
-    static const TextStyle chosen = [] {
-        TextStyle style = text_styles::segment;
-        style.weight = text_styles::w600;
-        style.ink = KestroTheme::textPrimary;
-        return style;
-    }();
-    return isChosen ? chosen : text_styles::segment;
-}
-
 double widthOf(const Segment& segment) {
     const double detail =
         segment.detail.isEmpty() ? 0 : detailGap + textWidth(segment.detail, text_styles::segment);
-    return textWidth(segment.text, styleOf(true)) + detail;
+    return textWidth(segment.text, text_styles::chosenSegment) + detail;
 }
 
 }  // namespace
@@ -143,7 +133,7 @@ void SegmentedChoice::paintSegment(QPainter& painter, int index, const QRectF& a
         paintRounded(painter, area, segmentRadius, Ink::white(fill).color());
     }
     const Segment& segment = segments_[static_cast<size_t>(index)];
-    TextStyle style = styleOf(isChosen);
+    TextStyle style = isChosen ? text_styles::chosenSegment : text_styles::segment;
     if (isHovered && hovering() > hoveredTextFrom) {
         style.ink = KestroTheme::textPrimary;
     }

@@ -76,12 +76,15 @@ SettingRowGeometry settingRowGeometry(const QSizeF& size, const SettingRowParts&
 
 SettingRow::SettingRow(RowMark mark, const QString& title, int height, QWidget* parent)
     : Control(parent), mark_(mark), title_(title), height_(height), knob_(0, [this] { update(); }) {
+    setCheckable(choosesItself(mark) ? QAccessible::CheckBox : QAccessible::RadioButton);
+    setAccessibleName(title);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 void SettingRow::setDescription(const QString& description) {
     if (description != description_) {
         description_ = description;
+        setAccessibleDescription(description);
         update();
     }
 }
@@ -102,20 +105,6 @@ void SettingRow::setTrailingRoom(double room) {
     update();
 }
 
-void SettingRow::setOn(bool isOn) {
-    if (isOn == isOn_) {
-        return;
-    }
-    isOn_ = isOn;
-    announceChecked();
-    if (mark_ == RowMark::toggle && isVisible()) {
-        knob_.moveTo(isOn ? 1 : 0, motion::slide);
-    } else {
-        knob_.reset(isOn ? 1 : 0);
-    }
-    update();
-}
-
 QSize SettingRow::sizeHint() const {
     return {240, height_};
 }
@@ -130,17 +119,6 @@ QRectF SettingRow::focusArea() const {
 
 double SettingRow::focusRadius() const {
     return mark_ == RowMark::check ? 4 : geometryNow().mark.height() / 2;
-}
-
-AccessibleInfo SettingRow::accessibleInfo() const {
-    AccessibleInfo info = Control::accessibleInfo();
-    info.name = accessibleName().isEmpty() ? title_ : accessibleName();
-    if (!description_.isEmpty()) {
-        info.description = description_;
-    }
-    info.role = choosesItself(mark_) ? QAccessible::CheckBox : QAccessible::RadioButton;
-    info.checked = isOn_;
-    return info;
 }
 
 void SettingRow::paint(QPainter& painter) {
@@ -163,7 +141,7 @@ void SettingRow::paint(QPainter& painter) {
     if (!symbol_.isEmpty()) {
         // Next to an accent-coloured mark the symbol uses the text's colour.
         const QColor on = leads(mark_) ? KestroTheme::textPrimary() : KestroTheme::accentCool();
-        SymbolPainter::paint(painter, symbol_, geometry.symbol, isOn_ ? on : KestroTheme::textSecondary());
+        SymbolPainter::paint(painter, symbol_, geometry.symbol, isOn() ? on : KestroTheme::textSecondary());
     }
     drawText(painter, geometry.title, title_, titleStyle());
     drawText(painter, geometry.description, description_, text_styles::settingDescription);
@@ -171,12 +149,13 @@ void SettingRow::paint(QPainter& painter) {
 
 void SettingRow::activated() {
     if (choosesItself(mark_)) {
-        setOn(!isOn_);
+        setOn(!isOn());
     }
-    // A copy, since the action may destroy this control.
-    if (const auto onToggled = onToggled_) {
-        onToggled(choosesItself(mark_) ? isOn_ : true);
-    }
+}
+
+void SettingRow::stateDidChange() {
+    knob_.moveTo(isOn() ? 1 : 0, mark_ == RowMark::toggle && isVisible() ? motion::slide : motion::none);
+    update();
 }
 
 SettingRowGeometry SettingRow::geometryNow() const {
@@ -191,7 +170,7 @@ SettingRowGeometry SettingRow::geometryNow() const {
 
 TextStyle SettingRow::titleStyle() const {
     TextStyle style = titleStyle_.value_or(text_styles::settingTitle);
-    if (isOn_ && !choosesItself(mark_)) {
+    if (isOn() && !choosesItself(mark_)) {
         style.weight = text_styles::w600;
     }
     return style;

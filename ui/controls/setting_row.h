@@ -28,8 +28,9 @@ struct SettingRowGeometry {
 SettingRowGeometry settingRowGeometry(const QSizeF& size, const SettingRowParts& parts);
 
 /// A row of a card that responds to clicks over its whole width: a switch row, a check row, a radio row, or a row
-/// that requests a change and shows the active choice. The symbol is accented while on. Badges and mini chips may
-/// be placed on it as children, in the room reserved by setTrailingRoom.
+/// that requests a change and shows the active choice. A check or switch row switches itself on a click; a radio
+/// or chosen row waits for setOn, because the request may be refused. The symbol is accented while on. Badges and
+/// mini chips may be placed on it as children, in the room reserved by setTrailingRoom.
 class SettingRow : public Control {
     Q_OBJECT
 
@@ -41,23 +42,15 @@ public:
     void setTitleStyle(const TextStyle& style);
     void setTrailingRoom(double room);
 
-    /// Changes the state without notifying. No-op when unchanged.
-    void setOn(bool isOn);
-    bool isOn() const { return isOn_; }
-
-    /// A check or switch row changes its own state on a click and reports the new one. A radio or chosen row
-    /// reports true and waits for setOn, because the request may be refused.
-    void onToggled(std::function<void(bool)> action) { onToggled_ = std::move(action); }
-
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     QRectF focusArea() const override;
     double focusRadius() const override;
-    AccessibleInfo accessibleInfo() const override;
 
 protected:
     void paint(QPainter& painter) override;
     void activated() override;
+    void stateDidChange() override;
 
 private:
     SettingRowGeometry geometryNow() const;
@@ -70,10 +63,8 @@ private:
     double symbolSize_ = 0;
     double trailingRoom_ = 0;
     int height_;
-    bool isOn_ = false;
     std::optional<TextStyle> titleStyle_;
     Transition knob_;
-    std::function<void(bool)> onToggled_;
 };
 
 }  // namespace kestro

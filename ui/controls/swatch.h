@@ -13,14 +13,9 @@ public:
 
     Swatch(const QString& label, const QColor& color, QWidget* parent = nullptr);
 
-    /// No-op when unchanged.
-    void setChosen(bool isChosen);
-    bool isChosen() const { return isChosen_; }
-
     QSize sizeHint() const override;
     QRectF focusArea() const override;
     double focusRadius() const override;
-    AccessibleInfo accessibleInfo() const override;
 
 protected:
     void paint(QPainter& painter) override;
@@ -28,7 +23,6 @@ protected:
 private:
     QString label_;
     QColor color_;
-    bool isChosen_ = false;
 };
 
 }  // namespace kestro

@@ -8,20 +8,8 @@
 namespace kestro {
 
 ToggleSwitch::ToggleSwitch(QWidget* parent) : Control(parent), knob_(0, [this] { update(); }) {
+    setCheckable(QAccessible::CheckBox);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-}
-
-void ToggleSwitch::setOn(bool isOn) {
-    if (isOn == isOn_) {
-        return;
-    }
-    isOn_ = isOn;
-    announceChecked();
-    if (isVisible()) {
-        knob_.moveTo(isOn ? 1 : 0, motion::slide);
-    } else {
-        knob_.reset(isOn ? 1 : 0);
-    }
 }
 
 QSize ToggleSwitch::sizeHint() const {
@@ -36,23 +24,12 @@ double ToggleSwitch::focusRadius() const {
     return switchHeight / 2;
 }
 
-AccessibleInfo ToggleSwitch::accessibleInfo() const {
-    AccessibleInfo info = Control::accessibleInfo();
-    info.role = QAccessible::CheckBox;
-    info.checked = isOn_;
-    return info;
-}
-
 void ToggleSwitch::paint(QPainter& painter) {
     paintSwitch(painter, focusArea(), {knob_.value(), hovering(), pressing()});
 }
 
-void ToggleSwitch::activated() {
-    setOn(!isOn_);
-    // A copy, since the action may destroy this control.
-    if (const auto onToggled = onToggled_) {
-        onToggled(isOn_);
-    }
+void ToggleSwitch::stateDidChange() {
+    knob_.moveTo(isOn() ? 1 : 0, isVisible() ? motion::slide : motion::none);
 }
 
 }  // namespace kestro

@@ -14,12 +14,8 @@ constexpr int menuGap = 2;
 }  // namespace
 
 MenuButton::MenuButton(ButtonKind kind, MenuBuilder builder, QWidget* parent)
-    : Button(kind, parent), builder_(std::move(builder)) {}
-
-AccessibleInfo MenuButton::accessibleInfo() const {
-    AccessibleInfo info = Button::accessibleInfo();
-    info.role = QAccessible::ButtonMenu;
-    return info;
+    : Button(kind, parent), builder_(std::move(builder)) {
+    setRole(QAccessible::ButtonMenu);
 }
 
 void MenuButton::activated() {

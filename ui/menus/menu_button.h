@@ -15,8 +15,6 @@ public:
 
     explicit MenuButton(ButtonKind kind, MenuBuilder builder, QWidget* parent = nullptr);
 
-    AccessibleInfo accessibleInfo() const override;
-
 protected:
     void activated() override;
     void keyPressEvent(QKeyEvent* event) override;

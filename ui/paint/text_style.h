@@ -48,6 +48,7 @@ inline const TextStyle settingTitle{12, 15, w500, 0, KestroTheme::textPrimary};
 inline const TextStyle settingDescription{10.5, 14, w500, 0, KestroTheme::textSecondary};
 inline const TextStyle button{11, 14, w600, 0, KestroTheme::textPrimary};
 inline const TextStyle segment{11, 14, w500, 0, KestroTheme::textSecondary};
+inline const TextStyle chosenSegment{11, 14, w600, 0, KestroTheme::textPrimary};
 inline const TextStyle tabLabel{10.5, 14, w500, 0, KestroTheme::textSecondary};
 inline const TextStyle sectionBadge{9, 14, w600, 0, KestroTheme::textPrimary};
 inline const TextStyle settingsBadge{10, 18, w600, 0, KestroTheme::textPrimary};

@@ -39,15 +39,7 @@ QWidget* AppearanceTab::paletteCard() {
     }
     content->setFixedHeight(height);
     auto* options = new ExclusiveGroup({swatches.begin(), swatches.end()}, content);
-    follow(
-        [swatches, options, &setting] {
-            const auto chosen = static_cast<std::size_t>(setting.get());
-            for (std::size_t i = 0; i < swatches.size(); ++i) {
-                swatches[i]->setChosen(i == chosen);
-            }
-            options->setChosen(static_cast<int>(chosen));
-        },
-        setting);
+    follow([options, &setting] { options->setChosen(static_cast<int>(setting.get())); }, setting);
     return new Card(content, nullptr);
 }
 
@@ -66,15 +58,7 @@ QWidget* AppearanceTab::tiles(const Words& name, int height, Setting<E>& setting
         made.push_back(tile);
     }
     auto* options = new ExclusiveGroup({made.begin(), made.end()}, line);
-    follow(
-        [made, options, &setting] {
-            const auto chosen = static_cast<std::size_t>(setting.get());
-            for (std::size_t i = 0; i < made.size(); ++i) {
-                made[i]->setChosen(i == chosen);
-            }
-            options->setChosen(static_cast<int>(chosen));
-        },
-        setting);
+    follow([options, &setting] { options->setChosen(static_cast<int>(setting.get())); }, setting);
     return column(Insets{settings_parts::rowInset, 9, settings_parts::rowInset, 6}, Spacing(9),
                   text(name).style(text_styles::settingTitle), line)
         .release();

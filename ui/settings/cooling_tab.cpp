@@ -115,15 +115,8 @@ QWidget* CoolingTab::profileButtons() {
         buttons.push_back(option);
     }
     auto* options = new ExclusiveGroup({buttons.begin(), buttons.end()}, widget);
-    follow(
-        [buttons, options, &manager] {
-            const auto current = static_cast<std::size_t>(manager.currentProfile.get());
-            for (std::size_t i = 0; i < buttons.size(); ++i) {
-                buttons[i]->setOn(i == current);
-            }
-            options->setChosen(static_cast<int>(current));
-        },
-        manager.currentProfile);
+    const auto& profile = manager.currentProfile;
+    follow([options, &profile] { options->setChosen(static_cast<int>(profile.get())); }, profile);
     return widget;
 }
 

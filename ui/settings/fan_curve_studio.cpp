@@ -200,26 +200,18 @@ FanCurveReading FanCurveStudio::reading() const {
 template <ClosedEnumeration E, std::size_t N>
 QWidget* FanCurveStudio::options(const std::array<E, N>& cases, E FanCurveConfig::*field) {
     constexpr int rowHeight = 46;
-    std::vector<QWidget*> widgets;
-    std::vector<Control*> controls;
     std::vector<SettingRow*> rows;
     for (const E value : cases) {
         auto* option = new SettingRow(RowMark::radio, Words(rawValue(value)), rowHeight);
         option->setDescription(Words(description(value)));
         option->setSymbol(Words(iconName(value)), 13);
-        option->onToggled([this, field, value](bool) {
-            edit([field, value](FanCurveConfig& config) { config.*field = value; });
-        });
-        widgets.push_back(option);
-        controls.push_back(option);
+        option->onClick(
+            [this, field, value] { edit([field, value](FanCurveConfig& config) { config.*field = value; }); });
         rows.push_back(option);
     }
-    auto* card = new settings_parts::RowCard(widgets);
-    auto* group = new ExclusiveGroup(controls, card);
-    followCurve([cases, field, rows, group](const FanCurveConfig& config) {
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            rows[i]->setOn(cases[i] == config.*field);
-        }
+    auto* card = new settings_parts::RowCard({rows.begin(), rows.end()});
+    auto* group = new ExclusiveGroup({rows.begin(), rows.end()}, card);
+    followCurve([cases, field, group](const FanCurveConfig& config) {
         group->setChosen(static_cast<int>(std::ranges::find(cases, config.*field) - cases.begin()));
     });
     return card;

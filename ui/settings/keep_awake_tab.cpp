@@ -11,6 +11,7 @@
 
 #include <QPainter>
 
+#include <algorithm>
 #include <array>
 
 namespace kestro {
@@ -115,29 +116,20 @@ void KeepAwakeTab::showStatus() {
 
 QWidget* KeepAwakeTab::scopeCard() {
     constexpr int rowHeight = 52;
-    std::vector<QWidget*> widgets;
-    std::vector<Control*> controls;
     std::vector<SettingRow*> rows;
     for (const Scope& scope : scopes) {
         auto* option = new SettingRow(RowMark::radio, Words(rawValue(scope.target)), rowHeight);
         option->setDescription(Words(scope.description));
-        option->onToggled([this, target = scope.target](bool) { services().keepAwake.setTargetMode(target); });
-        widgets.push_back(option);
-        controls.push_back(option);
+        option->onClick([this, target = scope.target] { services().keepAwake.setTargetMode(target); });
         rows.push_back(option);
     }
-    auto* card = new settings_parts::RowCard(widgets);
-    auto* options = new ExclusiveGroup(controls, card);
+    auto* card = new settings_parts::RowCard({rows.begin(), rows.end()});
+    auto* options = new ExclusiveGroup({rows.begin(), rows.end()}, card);
     const auto& target = services().keepAwake.targetMode;
     follow(
-        [rows, options, &target] {
-            for (std::size_t i = 0; i < scopes.size(); ++i) {
-                const bool isChosen = scopes[i].target == target.get();
-                rows[i]->setOn(isChosen);
-                if (isChosen) {
-                    options->setChosen(static_cast<int>(i));
-                }
-            }
+        [options, &target] {
+            const auto chosen = std::ranges::find(scopes, target.get(), &Scope::target);
+            options->setChosen(static_cast<int>(chosen - scopes.begin()));
         },
         target);
     return card;

@@ -81,7 +81,7 @@ QWidget* MenubarTab::modulesCard() {
 ModuleRow* MenubarTab::moduleRow(MenubarModuleType module) {
     Setting<std::vector<MenubarModuleType>>& modules = services().settings.activeMenubarModules;
     auto* option = new ModuleRow(module);
-    option->onToggled([this, module, &modules](bool) { setModules(toggleModule(modules.get(), module)); });
+    option->onClick([this, module, &modules] { setModules(toggleModule(modules.get(), module)); });
     option->onMoveUp([this, module, &modules] { setModules(moveModuleUp(modules.get(), module)); });
     option->onMoveDown([this, module, &modules] { setModules(moveModuleDown(modules.get(), module)); });
     option->onDragged([this, option](const QPoint& position) { drag_.moveTo(*option, position); });

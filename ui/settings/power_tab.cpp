@@ -29,14 +29,15 @@ public:
         setDescription(Words(description(mode)));
         setTrailingRoom(badge_->sizeHint().width() + settings_parts::rowInset);
         badge_->setAttribute(Qt::WA_TransparentForMouseEvents);
-    }
-
-    void setActive(bool isActive) {
-        setOn(isActive);
-        badge_->setVisible(isActive);
+        badge_->hide();
     }
 
 protected:
+    void stateDidChange() override {
+        SettingRow::stateDidChange();
+        badge_->setVisible(isOn());
+    }
+
     void resizeEvent(QResizeEvent* event) override {
         SettingRow::resizeEvent(event);
         constexpr int markRoom = settings_parts::rowInset + 16 + 14;
@@ -103,29 +104,18 @@ void PowerTab::showBattery() {
 
 QWidget* PowerTab::modesCard() {
     PowerModeManager& manager = services().powerManager;
-    std::vector<QWidget*> widgets;
-    std::vector<Control*> controls;
     std::vector<PowerModeRow*> rows;
     for (const SystemPowerMode mode : allCases<SystemPowerMode>()) {
         auto* option = new PowerModeRow(mode);
-        option->onToggled([&manager, mode](bool) { manager.setPowerMode(mode); });
-        widgets.push_back(option);
-        controls.push_back(option);
+        option->onClick([&manager, mode] { manager.setPowerMode(mode); });
         rows.push_back(option);
     }
-    auto* card = new settings_parts::RowCard(widgets);
+    auto* card = new settings_parts::RowCard({rows.begin(), rows.end()});
     // Each choice is a system request that may prompt for a password, so the arrows must not choose every row they
     // pass.
-    auto* options = new ExclusiveGroup(controls, card, GroupArrows::moveFocus);
-    follow(
-        [rows, options, &manager] {
-            const auto current = static_cast<std::size_t>(manager.currentMode.get());
-            for (std::size_t i = 0; i < rows.size(); ++i) {
-                rows[i]->setActive(i == current);
-            }
-            options->setChosen(static_cast<int>(current));
-        },
-        manager.currentMode);
+    auto* options = new ExclusiveGroup({rows.begin(), rows.end()}, card, GroupArrows::moveFocus);
+    const auto& mode = manager.currentMode;
+    follow([options, &mode] { options->setChosen(static_cast<int>(mode.get())); }, mode);
     return card;
 }
 

@@ -5,6 +5,7 @@
 /// The durations of animations that the user triggers; data is never animated. Main thread.
 namespace kestro::motion {
 
+inline constexpr std::chrono::milliseconds none{0};
 inline constexpr std::chrono::milliseconds hover{120};
 inline constexpr std::chrono::milliseconds press{60};
 inline constexpr std::chrono::milliseconds slide{150};  ///< switch knob, segment

@@ -88,7 +88,7 @@ TEST_F(SurroundingsTest, SwatchShowsItsRingWhenChosen) {
     const QPoint ring(swatch.width() / 2, 0);
     const int before = qAlpha(picture(swatch).pixel(ring));
 
-    swatch.setChosen(true);
+    swatch.setOn(true);
 
     EXPECT_EQ(before, 0);
     EXPECT_GT(qAlpha(picture(swatch).pixel(ring)), 100);

@@ -215,11 +215,11 @@ TEST_F(AppearanceTabTest, BindsThePaletteBothWays) {
 
     click(named<Swatch>("Velvet Lilac"));
     EXPECT_EQ(settings().themePalette.get(), ThemePalette::lilac);
-    EXPECT_TRUE(named<Swatch>("Velvet Lilac").isChosen());
+    EXPECT_TRUE(named<Swatch>("Velvet Lilac").isOn());
 
     settings().themePalette.set(ThemePalette::obsidian);
-    EXPECT_TRUE(named<Swatch>("Obsidian Emerald").isChosen());
-    EXPECT_FALSE(named<Swatch>("Velvet Lilac").isChosen());
+    EXPECT_TRUE(named<Swatch>("Obsidian Emerald").isOn());
+    EXPECT_FALSE(named<Swatch>("Velvet Lilac").isOn());
 }
 
 TEST_F(AppearanceTabTest, BindsTheInkBothWays) {
@@ -234,7 +234,7 @@ TEST_F(AppearanceTabTest, BindsTheInkBothWays) {
     settings().halftoneIntensity.set(HalftoneIntensity::off);
     EXPECT_EQ(intensity.chosen(), 0);
     settings().halftonePattern.set(HalftonePatternStyle::ambient);
-    EXPECT_TRUE(named<OptionTile>("Ambient Field").isChosen());
+    EXPECT_TRUE(named<OptionTile>("Ambient Field").isOn());
 }
 
 TEST_F(AppearanceTabTest, BindsTheGlassBothWays) {
@@ -247,7 +247,7 @@ TEST_F(AppearanceTabTest, BindsTheGlassBothWays) {
     EXPECT_EQ(settings().progressiveBlurFade.get(), fade.isOn());
     EXPECT_EQ(settings().glassMaterial.get(), GlassMaterialStyle::hudContrast);
     settings().glassMaterial.set(GlassMaterialStyle::subtleTint);
-    EXPECT_TRUE(named<OptionTile>("Subtle Tint (.popover)").isChosen());
+    EXPECT_TRUE(named<OptionTile>("Subtle Tint (.popover)").isOn());
 }
 
 }  // namespace
