@@ -123,7 +123,9 @@ void AccessibilityClient::listen() {
         bus().connect(QString(), QString(), events, QString::fromLatin1(member), this,
                       SLOT(onChange(QDBusMessage)));
     }
-    for (const char* event : {"object:state-changed", "object:property-change:accessible-value"}) {
+    for (const char* event :
+         {"object:state-changed", "object:selection-changed", "object:property-change:accessible-name",
+          "object:property-change:accessible-value"}) {
         call(registryService, registryPath, registryService, QStringLiteral("RegisterEvent"),
              {QString::fromLatin1(event), QStringList(), QString()});
     }

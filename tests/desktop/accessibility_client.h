@@ -65,7 +65,7 @@ public:
     /// Sets the value of an object such as a slider.
     void setValue(const SpokenObject& object, double value) const;
 
-    /// Starts recording changes of states and values.
+    /// Starts recording changes of states, names and values.
     void listen();
     const std::vector<ChangeAnnouncement>& heard() const { return heard_; }
 

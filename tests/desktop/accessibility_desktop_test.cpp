@@ -45,9 +45,10 @@ protected:
         EXPECT_EQ(shown.front().role.toStdString(), "frame");
     }
 
-    std::optional<SpokenObject> slider() const {
+    /// The first visible object of the settings with this role whose name starts with `start`.
+    std::optional<SpokenObject> setting(const char* role, const char* start = "") const {
         for (const SpokenObject& object : reader.shownIn(settings)) {
-            if (object.role == QStringLiteral("slider")) {
+            if (object.role == QString::fromUtf8(role) && object.name.startsWith(QString::fromUtf8(start))) {
                 return object;
             }
         }
@@ -160,14 +161,62 @@ TEST_F(AccessibilityOnTheDesktop, AnnouncesAMovedSlider) {
     ASSERT_TRUE(reader.isConnected());
     launch();
     notify(QStringLiteral("showSettings"), atTab(QStringLiteral("Keep-Awake")));
-    ASSERT_TRUE(waitUntil([&] { return slider().has_value(); }));
-    const SpokenObject moved = *slider();
+    ASSERT_TRUE(waitUntil([&] { return setting("slider").has_value(); }));
+    const SpokenObject moved = *setting("slider");
     reader.listen();
 
     reader.setValue(moved, 35);
 
     EXPECT_TRUE(hears(moved.path, "accessible-value", false));
     EXPECT_TRUE(waitUntil([&] { return preferences().contains(QStringLiteral("35")); }));
+}
+
+TEST_F(AccessibilityOnTheDesktop, AnnouncesAChosenTab) {
+    ASSERT_TRUE(reader.isConnected());
+    launch();
+    notify(QStringLiteral("showSettings"), atTab(QStringLiteral("Keep-Awake")));
+    ASSERT_TRUE(waitUntil([&] { return setting("page tab", "Power").has_value(); }));
+    const SpokenObject tab = *setting("page tab", "Power");
+    reader.listen();
+
+    reader.press(tab);
+
+    EXPECT_TRUE(hears(tab.path, "selected", true));
+}
+
+TEST_F(AccessibilityOnTheDesktop, AnnouncesAChosenSegment) {
+    ASSERT_TRUE(reader.isConnected());
+    launch();
+    notify(QStringLiteral("showSettings"), atTab(QStringLiteral("Dashboard")));
+    ASSERT_TRUE(waitUntil([&] { return setting("radio button", "Memory").has_value(); }));
+    const SpokenObject segment = *setting("radio button", "Memory");
+    reader.listen();
+
+    reader.press(segment);
+
+    EXPECT_TRUE(hears(segment.path, "checked", true));
+}
+
+TEST_F(AccessibilityOnTheDesktop, AnnouncesChangedFigures) {
+    ASSERT_TRUE(reader.isConnected());
+    launch();
+    notify(QStringLiteral("showDashboard"));
+    const Starts painted = startsOf({"CPU load, ", "Performance, ", "Memory, ", "Free, "});
+    expectNamed(dashboard, painted);
+    QStringList paths;
+    for (const SpokenObject& object : reader.shownIn(dashboard)) {
+        if (std::ranges::any_of(painted, [&](const QString& start) { return object.name.startsWith(start); })) {
+            paths.append(object.path);
+        }
+    }
+
+    reader.listen();
+
+    EXPECT_TRUE(waitUntil([&] {
+        return std::ranges::any_of(reader.heard(), [&](const ChangeAnnouncement& heard) {
+            return heard.detail == QStringLiteral("accessible-name") && paths.contains(heard.path);
+        });
+    }));
 }
 
 }  // namespace

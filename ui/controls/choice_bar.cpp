@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace kestro {
 
@@ -14,8 +15,9 @@ ChoiceBar::ChoiceBar(int chosen, Trigger trigger, QWidget* parent)
 }
 
 void ChoiceBar::take(int index) {
-    chosen_ = index;
-    announceValue();
+    const int before = std::exchange(chosen_, index);
+    announcePart(before);
+    announcePart(index);
     moveFocusRing();
     update();
 }

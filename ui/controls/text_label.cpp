@@ -19,6 +19,7 @@ void TextLabel::setText(const QString& text) {
     }
     const QSize before = sizeHint();
     text_ = text;
+    announceName();
     if (sizeHint() != before) {
         updateGeometry();
     }

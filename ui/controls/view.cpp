@@ -33,9 +33,38 @@ void View::announceChecked() {
 }
 
 void View::announceValue() {
+    if (!QAccessible::isActive()) {
+        return;
+    }
     const AccessibleInfo info = accessibleInfo();
     QAccessibleValueChangeEvent event(this, info.range ? QVariant(info.range->value) : QVariant(info.value));
     QAccessible::updateAccessibility(&event);
+}
+
+void View::announceName() {
+    if (QAccessible::isActive()) {
+        QAccessibleEvent event(this, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+void View::announcePart(int index) {
+    QAccessibleInterface* const self =
+        QAccessible::isActive() ? QAccessible::queryAccessibleInterface(this) : nullptr;
+    const int firstPart = self ? self->childCount() - static_cast<int>(accessibleParts().size()) : 0;
+    QAccessibleInterface* const part = self && index >= 0 ? self->child(firstPart + index) : nullptr;
+    if (part == nullptr) {
+        return;
+    }
+    if (part->state().selectable) {
+        QAccessibleEvent event(part, QAccessible::Selection);
+        QAccessible::updateAccessibility(&event);
+    } else {
+        QAccessible::State changed;
+        changed.checked = true;
+        QAccessibleStateChangeEvent event(part, changed);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 bool View::event(QEvent* event) {

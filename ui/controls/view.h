@@ -56,9 +56,12 @@ public:
     virtual std::vector<AccessibleInfo> accessibleParts() const { return {}; }
 
 protected:
-    /// Announces a changed check state or value to assistive technology.
+    /// Announce a change to assistive technology, if any is in use: of the check state, the value, the name (which
+    /// contains the figures that the view shows), or the state of a painted part.
     void announceChecked();
     void announceValue();
+    virtual void announceName();
+    void announcePart(int index);
 
     bool event(QEvent* event) override;
 

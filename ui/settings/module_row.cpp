@@ -76,11 +76,6 @@ void ModuleRow::setPlace(std::optional<std::size_t> place, std::size_t count) {
     }
 }
 
-void ModuleRow::announceName() {
-    QAccessibleEvent event(this, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&event);
-}
-
 void ModuleRow::onMoveUp(std::function<void()> action) {
     up_->onClick(std::move(action));
 }

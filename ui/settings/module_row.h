@@ -43,9 +43,6 @@ public:
     AccessibleInfo accessibleInfo() const override;
 
 protected:
-    /// Announces the focused row's new name to assistive technology.
-    virtual void announceName();
-
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

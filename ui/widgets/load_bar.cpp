@@ -27,6 +27,7 @@ void LoadBar::setFraction(double fraction) {
         return;
     }
     fraction_ = clamped;
+    announceValue();
     update();
 }
 

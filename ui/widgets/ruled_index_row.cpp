@@ -63,6 +63,7 @@ void RuledIndexRow::setContent(const RuledIndexContent& content) {
         content.progressFraction != content_.progressFraction || content.progressTint != content_.progressTint;
     const QRectF valueBefore = valueArea();
     content_ = content;
+    announceName();
     if (isDetailMoved) {
         update();
         return;
