@@ -4,13 +4,13 @@
 #include "app/command_channel.h"
 #include "app/menus/main_menu.h"
 #include "app/windows/screen_changes.h"
-#include "app/windows/surface_factories.h"
 #include "app/windows/window_delegate.h"
 #include "core/base/subscription.h"
 #include "core/platform/distributed_notifications.h"
 #include "shell/shell.h"
 #include "shell/status_bar.h"
 #include "ui/kestro_services.h"
+#include "ui/surface_actions.h"
 
 #include <QRect>
 
@@ -29,6 +29,14 @@ class PopoverWindow;
 class SMCReader;
 class SettingsWindow;
 struct Platform;
+
+/// Creates the content of each window as a child of `parent`, which it fills. Called when the window is first
+/// shown.
+struct SurfaceFactories {
+    std::function<QWidget*(const KestroServices&, const PopoverActions&, QWidget* parent)> popover;
+    std::function<QWidget*(const KestroServices&, const DashboardActions&, QWidget* parent)> dashboard;
+    std::function<QWidget*(const KestroServices&, const SettingsActions&, QWidget* parent)> settings;
+};
 
 /// The root of the application: owns the status items and the windows, handles clicks, menus, commands and
 /// notifications, and lets the engine know whether any window is visible. Main thread; lives as long as the

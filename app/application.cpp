@@ -35,6 +35,9 @@
 #include "shell/linux/platform_choice.h"
 #include "shell/linux/x11_compositing.h"
 #include "shell/shell.h"
+#include "ui/dashboard/dashboard_view.h"
+#include "ui/popover/menu_bar_popover_view.h"
+#include "ui/settings/settings_view.h"
 
 #include <QApplication>
 
@@ -99,6 +102,19 @@ struct LinuxDesktop {
 KestroServices sharedServices() {
     return {TelemetryEngine::shared(), UserSettings::shared(), FanControlManager::shared(),
             KeepAwakeManager::shared(), PowerModeManager::shared()};
+}
+
+/// The application's real views.
+SurfaceFactories kestroSurfaces() {
+    return {
+        .popover = [](const KestroServices& services, const PopoverActions& actions, QWidget* parent) -> QWidget* {
+            return new MenuBarPopoverView(services, actions, parent);
+        },
+        .dashboard = [](const KestroServices& services, const DashboardActions& actions,
+                        QWidget* parent) -> QWidget* { return new DashboardView(services, actions, parent); },
+        .settings = [](const KestroServices& services, const SettingsActions& actions,
+                       QWidget* parent) -> QWidget* { return new SettingsView(services, actions, parent); },
+    };
 }
 
 /// Not `quit`, which asks every window first: the dashboard refuses to close.
