@@ -13,21 +13,42 @@ namespace kestro {
 template <typename E>
 struct EnumerationTable;
 
+/// A row without further columns.
+template <typename E>
+struct LabelRow {
+    E value;
+    std::string_view rawValue;
+};
+
 template <typename E>
 concept ClosedEnumeration = requires {
     EnumerationTable<E>::rows[0].value;
     EnumerationTable<E>::rows[0].rawValue;
 };
 
+/// True when the rows are in case order.
+template <ClosedEnumeration E>
+constexpr bool tableIsInCaseOrder() {
+    std::size_t index = 0;
+    for (const auto& row : EnumerationTable<E>::rows) {
+        if (static_cast<std::size_t>(row.value) != index++) {
+            return false;
+        }
+    }
+    return true;
+}
+
 /// The table row of a case.
 template <ClosedEnumeration E>
 constexpr const auto& tableRow(E value) {
+    static_assert(tableIsInCaseOrder<E>());
     return EnumerationTable<E>::rows[static_cast<std::size_t>(value)];
 }
 
 /// Every case, in the order in which menus and pickers list them.
 template <ClosedEnumeration E>
 constexpr auto allCases() {
+    static_assert(tableIsInCaseOrder<E>());
     constexpr auto& rows = EnumerationTable<E>::rows;
     std::array<E, rows.size()> cases{};
     for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -40,6 +61,18 @@ constexpr auto allCases() {
 template <ClosedEnumeration E>
 constexpr std::string_view rawValue(E value) {
     return tableRow(value).rawValue;
+}
+
+/// The explanation of a case, where the table has one.
+template <ClosedEnumeration E>
+constexpr std::string_view description(E value) {
+    return tableRow(value).description;
+}
+
+/// The name of a case's symbol, where the table has one.
+template <ClosedEnumeration E>
+constexpr std::string_view iconName(E value) {
+    return tableRow(value).iconName;
 }
 
 /// The identity of a case in lists: its stored form.
@@ -57,18 +90,6 @@ constexpr std::optional<E> fromRawValue(std::string_view text) {
         }
     }
     return std::nullopt;
-}
-
-/// True when the rows are in case order. Every table checks this at compile time.
-template <ClosedEnumeration E>
-constexpr bool tableIsInCaseOrder() {
-    std::size_t index = 0;
-    for (const auto& row : EnumerationTable<E>::rows) {
-        if (static_cast<std::size_t>(row.value) != index++) {
-            return false;
-        }
-    }
-    return true;
 }
 
 }  // namespace kestro

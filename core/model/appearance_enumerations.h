@@ -12,17 +12,13 @@ enum class ThemePalette { cryogenic, thermal, obsidian, lilac, monolith };
 
 template <>
 struct EnumerationTable<ThemePalette> {
-    struct Row {
-        ThemePalette value;
-        std::string_view rawValue;
-    };
+    using Row = LabelRow<ThemePalette>;
     static constexpr std::array rows{
         Row{ThemePalette::cryogenic, "Cryogenic Azure"},  Row{ThemePalette::thermal, "Thermal Infrared"},
         Row{ThemePalette::obsidian, "Obsidian Emerald"},  Row{ThemePalette::lilac, "Velvet Lilac"},
         Row{ThemePalette::monolith, "Monolith Titanium"},
     };
 };
-static_assert(tableIsInCaseOrder<ThemePalette>());
 
 /// Strength of the halftone decoration.
 enum class HalftoneIntensity { off, subtle, standard, bold };
@@ -41,7 +37,6 @@ struct EnumerationTable<HalftoneIntensity> {
         Row{HalftoneIntensity::bold, "Bold (45%)", 0.45},
     };
 };
-static_assert(tableIsInCaseOrder<HalftoneIntensity>());
 
 /// Opacity of the dots, 0..1.
 constexpr double alpha(HalftoneIntensity intensity) {
@@ -53,17 +48,13 @@ enum class HalftonePatternStyle { band, plume, ambient };
 
 template <>
 struct EnumerationTable<HalftonePatternStyle> {
-    struct Row {
-        HalftonePatternStyle value;
-        std::string_view rawValue;
-    };
+    using Row = LabelRow<HalftonePatternStyle>;
     static constexpr std::array rows{
         Row{HalftonePatternStyle::band, "Header Band"},
         Row{HalftonePatternStyle::plume, "Thermal Plume"},
         Row{HalftonePatternStyle::ambient, "Ambient Field"},
     };
 };
-static_assert(tableIsInCaseOrder<HalftonePatternStyle>());
 
 /// A translucent background material, numbered like NSVisualEffectView.Material.
 enum class VisualEffectMaterial { popover = 6, hudWindow = 13, underWindowBackground = 21 };
@@ -85,7 +76,6 @@ struct EnumerationTable<GlassMaterialStyle> {
         Row{GlassMaterialStyle::subtleTint, "Subtle Tint (.popover)", VisualEffectMaterial::popover},
     };
 };
-static_assert(tableIsInCaseOrder<GlassMaterialStyle>());
 
 constexpr VisualEffectMaterial nsMaterial(GlassMaterialStyle style) {
     return tableRow(style).nsMaterial;

@@ -29,7 +29,6 @@ struct EnumerationTable<FanProfile> {
             "waveform.path.ecg"},
     };
 };
-static_assert(tableIsInCaseOrder<FanProfile>());
 
 /// The temperature that drives a curve.
 enum class SensorSource { averageSoC, peakDie, batteryPack };
@@ -52,7 +51,6 @@ struct EnumerationTable<SensorSource> {
             "battery.100", 32.0},
     };
 };
-static_assert(tableIsInCaseOrder<SensorSource>());
 
 /// How the speed rises between the two temperatures of a curve.
 enum class CurveShape { sCurve, linear, stepped };
@@ -74,7 +72,6 @@ struct EnumerationTable<CurveShape> {
             "Discrete non-oscillating RPM tiers (Idle, Medium, High, Max)", "stairs"},
     };
 };
-static_assert(tableIsInCaseOrder<CurveShape>());
 
 /// Ready-made curves. Some labels deliberately differ from the case names.
 enum class CurvePreset { quietStudio, balancedEveryday, aggressiveTurbo, linearPro };
@@ -102,30 +99,6 @@ struct EnumerationTable<CurvePreset> {
             CurveShape::linear, 45.0, 85.0, std::nullopt},
     };
 };
-static_assert(tableIsInCaseOrder<CurvePreset>());
-
-constexpr std::string_view description(FanProfile profile) {
-    return tableRow(profile).description;
-}
-constexpr std::string_view description(SensorSource source) {
-    return tableRow(source).description;
-}
-constexpr std::string_view description(CurveShape shape) {
-    return tableRow(shape).description;
-}
-
-constexpr std::string_view iconName(FanProfile profile) {
-    return tableRow(profile).iconName;
-}
-constexpr std::string_view iconName(SensorSource source) {
-    return tableRow(source).iconName;
-}
-constexpr std::string_view iconName(CurveShape shape) {
-    return tableRow(shape).iconName;
-}
-constexpr std::string_view iconName(CurvePreset preset) {
-    return tableRow(preset).iconName;
-}
 
 /// Degrees Celsius to assume for a source whose reading is not above 0.
 constexpr double fallbackTemperature(SensorSource source) {

@@ -27,7 +27,6 @@ struct EnumerationTable<KeepAwakeDuration> {
         Row{KeepAwakeDuration::hours4, "4 Hours", 14400.0},
     };
 };
-static_assert(tableIsInCaseOrder<KeepAwakeDuration>());
 
 /// Length of the period; nullopt: it never ends on its own.
 constexpr std::optional<double> seconds(KeepAwakeDuration duration) {
@@ -49,7 +48,6 @@ struct EnumerationTable<KeepAwakeTarget> {
         Row{KeepAwakeTarget::systemOnly, "System Only (Display May Sleep)", "PreventUserIdleSystemSleep"},
     };
 };
-static_assert(tableIsInCaseOrder<KeepAwakeTarget>());
 
 /// The type of power assertion that the target requires.
 constexpr std::string_view assertionType(KeepAwakeTarget target) {

@@ -12,17 +12,13 @@ enum class MenubarIconStyle { iconsAndText, textOnly, iconOnly };
 
 template <>
 struct EnumerationTable<MenubarIconStyle> {
-    struct Row {
-        MenubarIconStyle value;
-        std::string_view rawValue;
-    };
+    using Row = LabelRow<MenubarIconStyle>;
     static constexpr std::array rows{
         Row{MenubarIconStyle::iconsAndText, "Icons & Text"},
         Row{MenubarIconStyle::textOnly, "Text Only"},
         Row{MenubarIconStyle::iconOnly, "Icon Only"},
     };
 };
-static_assert(tableIsInCaseOrder<MenubarIconStyle>());
 
 /// The older, fixed choice of what the menu-bar item shows. The module list has replaced it in the readout; the
 /// engine still uses it to decide what to sample while idle.
@@ -30,10 +26,7 @@ enum class MenubarDisplayMode { memoryAndFan, combined, tripleGlance, fansOnly, 
 
 template <>
 struct EnumerationTable<MenubarDisplayMode> {
-    struct Row {
-        MenubarDisplayMode value;
-        std::string_view rawValue;
-    };
+    using Row = LabelRow<MenubarDisplayMode>;
     static constexpr std::array rows{
         Row{MenubarDisplayMode::memoryAndFan, "Memory & Fan (Default)"},
         Row{MenubarDisplayMode::combined, "CPU & Fan"},
@@ -44,7 +37,6 @@ struct EnumerationTable<MenubarDisplayMode> {
         Row{MenubarDisplayMode::iconOnly, "Icon Only"},
     };
 };
-static_assert(tableIsInCaseOrder<MenubarDisplayMode>());
 
 /// The separator between two modules; its raw value is the exact text inserted.
 enum class MenubarDelimiter { middleDot, pipe, slash, space };
@@ -63,7 +55,6 @@ struct EnumerationTable<MenubarDelimiter> {
         Row{MenubarDelimiter::space, "  ", "Double Space (   )"},
     };
 };
-static_assert(tableIsInCaseOrder<MenubarDelimiter>());
 
 /// The label in the picker.
 constexpr std::string_view title(MenubarDelimiter delimiter) {
@@ -111,14 +102,9 @@ struct EnumerationTable<MenubarModuleType> {
         Row{MenubarModuleType::keepAwake, "keepAwake", "Keep-Awake Telemetry", "cup.and.saucer.fill", "☕ ON"},
     };
 };
-static_assert(tableIsInCaseOrder<MenubarModuleType>());
 
 constexpr std::string_view displayName(MenubarModuleType module) {
     return tableRow(module).displayName;
-}
-
-constexpr std::string_view iconName(MenubarModuleType module) {
-    return tableRow(module).iconName;
 }
 
 /// Fixed sample text for the settings window; never derived from live data.

@@ -30,7 +30,6 @@ struct EnumerationTable<SettingsTab> {
         Row{SettingsTab::sensors, "Sensors", "cpu"},
     };
 };
-static_assert(tableIsInCaseOrder<SettingsTab>());
 
 /// Symbol name of a tab.
 constexpr std::string_view icon(SettingsTab tab) {
@@ -42,16 +41,12 @@ enum class ProcessSortMetric { cpu, memory };
 
 template <>
 struct EnumerationTable<ProcessSortMetric> {
-    struct Row {
-        ProcessSortMetric value;
-        std::string_view rawValue;
-    };
+    using Row = LabelRow<ProcessSortMetric>;
     static constexpr std::array rows{
         Row{ProcessSortMetric::cpu, "CPU Load (%)"},
         Row{ProcessSortMetric::memory, "Memory Footprint"},
     };
 };
-static_assert(tableIsInCaseOrder<ProcessSortMetric>());
 
 /// How often the engine samples. The labels show the idle interval first, then the active one.
 enum class PollingProfile { eco, balanced, highPrecision };
@@ -70,7 +65,6 @@ struct EnumerationTable<PollingProfile> {
         Row{PollingProfile::highPrecision, "High Precision (1.0s / 0.5s)", 0.5, 1.0},
     };
 };
-static_assert(tableIsInCaseOrder<PollingProfile>());
 
 /// Seconds between samples while a window is visible.
 constexpr double activeInterval(PollingProfile profile) {

@@ -29,18 +29,9 @@ struct EnumerationTable<SystemPowerMode> {
             "Optimizes cooling and clocks for sustained intensive workflows", "bolt.batteryblock.fill", "2"},
     };
 };
-static_assert(tableIsInCaseOrder<SystemPowerMode>());
 
 constexpr std::string_view shortTag(SystemPowerMode mode) {
     return tableRow(mode).shortTag;
-}
-
-constexpr std::string_view description(SystemPowerMode mode) {
-    return tableRow(mode).description;
-}
-
-constexpr std::string_view iconName(SystemPowerMode mode) {
-    return tableRow(mode).iconName;
 }
 
 /// The number that the power-management tool uses for the mode; not in case order.

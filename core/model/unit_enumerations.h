@@ -14,16 +14,12 @@ enum class TemperatureUnit { celsius, fahrenheit };
 
 template <>
 struct EnumerationTable<TemperatureUnit> {
-    struct Row {
-        TemperatureUnit value;
-        std::string_view rawValue;
-    };
+    using Row = LabelRow<TemperatureUnit>;
     static constexpr std::array rows{
         Row{TemperatureUnit::celsius, "Celsius (°C)"},
         Row{TemperatureUnit::fahrenheit, "Fahrenheit (°F)"},
     };
 };
-static_assert(tableIsInCaseOrder<TemperatureUnit>());
 
 /// A temperature in degrees Celsius as text in `unit` with one decimal: "48.0°C", "118.4°F".
 std::string format(TemperatureUnit unit, double celsius);
@@ -32,16 +28,12 @@ enum class FanSpeedUnit { kRPM, rawRPM };
 
 template <>
 struct EnumerationTable<FanSpeedUnit> {
-    struct Row {
-        FanSpeedUnit value;
-        std::string_view rawValue;
-    };
+    using Row = LabelRow<FanSpeedUnit>;
     static constexpr std::array rows{
         Row{FanSpeedUnit::kRPM, "Compact (e.g. 7.8k)"},
         Row{FanSpeedUnit::rawRPM, "Full (e.g. 7,820 RPM)"},
     };
 };
-static_assert(tableIsInCaseOrder<FanSpeedUnit>());
 
 /// A speed in revolutions per minute as text: compact "7.8k" (just "850" below 1000), or full "7,820 RPM" with the
 /// digits grouped as in the user's locale.
