@@ -43,28 +43,6 @@ private:
     Published<T, Setting<T>> value_;
 };
 
-// Instantiated once, in the source: most files use some of these.
-extern template class Setting<SettingsTab>;
-extern template class Setting<ThemePalette>;
-extern template class Setting<TemperatureUnit>;
-extern template class Setting<FanSpeedUnit>;
-extern template class Setting<MenubarDisplayMode>;
-extern template class Setting<MenubarIconStyle>;
-extern template class Setting<PollingProfile>;
-extern template class Setting<HalftoneIntensity>;
-extern template class Setting<HalftonePatternStyle>;
-extern template class Setting<GlassMaterialStyle>;
-extern template class Setting<bool>;
-extern template class Setting<ProcessSortMetric>;
-extern template class Setting<std::int64_t>;
-extern template class Setting<std::vector<MenubarModuleType>>;
-extern template class Setting<MenubarDelimiter>;
-extern template class Setting<KeepAwakeTarget>;
-extern template class Setting<KeepAwakeDuration>;
-extern template class Setting<double>;
-extern template class Setting<FanProfile>;
-extern template class Setting<FanCurveConfig>;
-
 /// Every preference of the program, read once at construction and written through on every assignment. A missing
 /// or unreadable stored value yields the default and is left untouched. No value is clamped. Main thread only.
 /// Lives as long as the process; must not be destroyed inside one of its own notifications.
