@@ -22,7 +22,9 @@ struct MemoryTelemetry {
     static MemoryTelemetry initial() { return {}; }
 
     /// Used share in percent; 0 when the total is 0. May exceed 100 if the kernel's counts do.
-    double usedPercentage() const;
+    double usedPercentage() const {
+        return totalBytes == 0 ? 0 : static_cast<double>(usedBytes) / static_cast<double>(totalBytes) * 100;
+    }
 
     friend bool operator==(const MemoryTelemetry&, const MemoryTelemetry&) = default;
 };
