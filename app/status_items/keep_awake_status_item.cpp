@@ -3,7 +3,7 @@
 #include "app/menus/keep_awake_menu.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/settings/user_settings.h"
-#include "ui/format/keep_awake_minutes.h"
+#include "ui/format/record_text.h"
 
 namespace kestro {
 

@@ -2,8 +2,8 @@
 
 #include "core/engine/telemetry_engine.h"
 #include "ui/controls/words.h"
-#include "ui/format/core_clusters.h"
 #include "ui/format/figure_text.h"
+#include "ui/format/record_text.h"
 
 namespace kestro {
 

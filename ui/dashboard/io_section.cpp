@@ -4,7 +4,6 @@
 #include "core/power/power_mode_manager.h"
 #include "ui/controls/words.h"
 #include "ui/format/figure_text.h"
-#include "ui/format/format_rate.h"
 
 #include <algorithm>
 #include <cmath>

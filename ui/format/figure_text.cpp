@@ -2,13 +2,17 @@
 
 #include "core/base/text.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 
 namespace kestro {
 
 namespace {
 
-constexpr double bytesPerGigabyte = 1073741824.0;
+constexpr double kilobyte = 1024;
+constexpr double megabyte = 1024 * kilobyte;
+constexpr double gigabyte = 1024 * megabyte;
 
 }  // namespace
 
@@ -25,11 +29,22 @@ QString oneDecimalText(double value) {
 }
 
 double gigabytes(std::uint64_t bytes) {
-    return static_cast<double>(bytes) / bytesPerGigabyte;
+    return static_cast<double>(bytes) / gigabyte;
 }
 
 QString gigabytesText(std::uint64_t bytes) {
     return oneDecimalText(gigabytes(bytes)) + QStringLiteral(" GB");
+}
+
+std::string formatRate(double bytesPerSec) {
+    const double rate = std::isnan(bytesPerSec) ? 0 : bytesPerSec;
+    if (rate >= megabyte) {
+        return fmt::format("{:.1f} MB/s", rate / megabyte);
+    }
+    if (rate >= kilobyte) {
+        return fmt::format("{:.0f} KB/s", rate / kilobyte);
+    }
+    return fmt::format("{:.0f} B/s", rate);
 }
 
 }  // namespace kestro

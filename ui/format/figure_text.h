@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <string>
 
 namespace kestro {
 
@@ -20,5 +21,9 @@ double gigabytes(std::uint64_t bytes);
 
 /// Gigabytes as text, "13.4 GB".
 QString gigabytesText(std::uint64_t bytes);
+
+/// A rate in bytes per second as text: "1.2 MB/s" from one mebibyte, "240 KB/s" from one kibibyte, else "512 B/s".
+/// A value that is not a number counts as 0.
+std::string formatRate(double bytesPerSec);
 
 }  // namespace kestro

@@ -1,7 +1,7 @@
 #include "ui/popover/popover_content.h"
 
-#include "ui/format/core_clusters.h"
 #include "ui/format/figure_text.h"
+#include "ui/format/record_text.h"
 
 #include <algorithm>
 

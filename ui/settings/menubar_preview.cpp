@@ -4,7 +4,7 @@
 #include "core/power/keep_awake_manager.h"
 #include "core/settings/user_settings.h"
 #include "ui/controls/words.h"
-#include "ui/format/keep_awake_minutes.h"
+#include "ui/format/record_text.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"

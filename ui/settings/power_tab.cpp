@@ -6,7 +6,7 @@
 #include "ui/controls/composition.h"
 #include "ui/controls/exclusive_group.h"
 #include "ui/format/figure_text.h"
-#include "ui/format/power_symbol.h"
+#include "ui/format/record_text.h"
 #include "ui/settings/settings_parts.h"
 
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "ui/popover/popover_content.h"
 
-#include "ui/format/power_symbol.h"
+#include "ui/format/record_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "ui/format/core_clusters.h"
+#include "ui/format/record_text.h"
 
 #include <gtest/gtest.h>
 
