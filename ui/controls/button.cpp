@@ -1,11 +1,11 @@
 #include "ui/controls/button.h"
 
-#include "ui/paint/color_mix.h"
 #include "ui/paint/hairline.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
 #include "ui/paint/zoom.h"
 #include "ui/symbols/symbol_painter.h"
+#include "ui/theme/color_mix.h"
 
 #include <QPainter>
 

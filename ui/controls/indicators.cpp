@@ -1,10 +1,10 @@
 #include "ui/controls/indicators.h"
 
 #include "ui/controls/control.h"
-#include "ui/paint/color_mix.h"
 #include "ui/paint/hairline.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/symbols/symbol_painter.h"
+#include "ui/theme/color_mix.h"
 #include "ui/theme/kestro_theme.h"
 
 #include <QPainter>

@@ -1,7 +1,7 @@
 #include "ui/controls/slider.h"
 
-#include "ui/paint/color_mix.h"
 #include "ui/paint/surface_paint.h"
+#include "ui/theme/color_mix.h"
 #include "ui/theme/kestro_theme.h"
 
 #include <QKeyEvent>

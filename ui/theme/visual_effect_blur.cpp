@@ -1,5 +1,6 @@
 #include "ui/theme/visual_effect_blur.h"
 
+#include "ui/theme/color_mix.h"
 #include "ui/theme/kestro_theme.h"
 
 #include <QLinearGradient>
@@ -7,7 +8,6 @@
 #include <QRadialGradient>
 
 #include <algorithm>
-#include <cmath>
 
 namespace kestro {
 
@@ -22,14 +22,6 @@ constexpr double glowLuminance = 0.2;
 QColor withOpacity(QColor color, double opacity) {
     color.setAlphaF(static_cast<float>(opacity));
     return color;
-}
-
-/// Relative luminance, 0..1.
-double luminance(const QColor& color) {
-    const auto linear = [](double channel) {
-        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
 double groundOpacity(VisualEffectMaterial material) {

@@ -4,7 +4,7 @@
 #include "ui/controls/slider.h"
 #include "ui/controls/tab_strip.h"
 #include "ui/controls/toggle_switch.h"
-#include "ui/paint/color_mix.h"
+#include "ui/theme/color_mix.h"
 
 #include <limits>
 

@@ -1,4 +1,4 @@
-#include "ui/paint/color_mix.h"
+#include "ui/theme/color_mix.h"
 
 #include "ui/theme/kestro_theme.h"
 
