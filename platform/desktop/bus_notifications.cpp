@@ -2,7 +2,6 @@
 
 #include <QDBusArgument>
 #include <QDBusVariant>
-#include <QMetaObject>
 #include <QVariantMap>
 
 #include <utility>
@@ -87,7 +86,11 @@ NotificationUserInfo notificationUserInfo(const QDBusMessage& signal) {
     return entries <= maximumEntries ? userInfo : NotificationUserInfo();
 }
 
-BusNotifications::BusNotifications(const QDBusConnection& sessionBus) : bus_(sessionBus) {}
+BusNotifications::BusNotifications(const QDBusConnection& sessionBus) : bus_(sessionBus) {
+    // With a timer of zero length, other events are handled between two notifications.
+    turn_.setSingleShot(true);
+    connect(&turn_, &QTimer::timeout, this, &BusNotifications::deliverNext);
+}
 
 Subscription BusNotifications::observe(std::string_view name, Handler handler) {
     auto& observers = observers_[std::string(name)];
@@ -110,20 +113,30 @@ void BusNotifications::post(std::string_view name, const NotificationUserInfo& u
         signal << map;
     }
     if (!bus_.isConnected() || !bus_.send(signal)) {
-        QMetaObject::invokeMethod(
-            this, [this, name = std::string(name), userInfo] { deliver(name, userInfo); }, Qt::QueuedConnection);
+        queue({std::string(name), userInfo});
     }
 }
 
 void BusNotifications::onSignal(const QDBusMessage& message) {
-    deliver((message.interface() + QLatin1Char('.') + message.member()).toStdString(),
-            notificationUserInfo(message));
+    queue({(message.interface() + QLatin1Char('.') + message.member()).toStdString(),
+           notificationUserInfo(message)});
 }
 
-void BusNotifications::deliver(const std::string& name, const NotificationUserInfo& userInfo) {
-    const auto found = observers_.find(name);
+void BusNotifications::queue(Notification notification) {
+    waiting_.add(std::move(notification));
+    if (!turn_.isActive()) {
+        turn_.start(0);
+    }
+}
+
+void BusNotifications::deliverNext() {
+    const auto next = waiting_.take();
+    if (!waiting_.isEmpty()) {
+        turn_.start(0);
+    }
+    const auto found = next ? observers_.find(next->name) : observers_.end();
     if (found != observers_.end()) {
-        found->second->announceWith([&](const Handler& handler) { handler(userInfo); });
+        found->second->announceWith([&](const Handler& handler) { handler(next->userInfo); });
     }
 }
 

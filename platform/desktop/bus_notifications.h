@@ -1,11 +1,13 @@
 #pragma once
 
 #include "core/base/announcer.h"
+#include "core/base/request_queue.h"
 #include "core/platform/distributed_notifications.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
+#include <QTimer>
 
 #include <map>
 #include <memory>
@@ -27,6 +29,9 @@ namespace kestro {
 /// another type or with more than 64 entries counts as no user info, a value other than a boolean, a number or a
 /// text of at most 4096 bytes becomes an empty value, and entries with keys above 256 bytes are dropped.
 ///
+/// Notifications are delivered one in each turn of the event loop. One that equals a waiting one is dropped, and
+/// so is any that finds 64 waiting: a flood neither blocks the main thread nor uses memory.
+///
 /// Without a bus, a notification still reaches the observers in this process, from the event loop, so that the
 /// parts of the program can communicate on a bare display too. Main thread.
 class BusNotifications final : public QObject, public DistributedNotifications {
@@ -45,10 +50,19 @@ private Q_SLOTS:
 private:
     using Observers = Announcer<const NotificationUserInfo&>;
 
-    void deliver(const std::string& name, const NotificationUserInfo& userInfo);
+    struct Notification {
+        std::string name;
+        NotificationUserInfo userInfo;
+        friend bool operator==(const Notification&, const Notification&) = default;
+    };
+
+    void queue(Notification notification);
+    void deliverNext();
 
     QDBusConnection bus_;
     std::map<std::string, std::unique_ptr<Observers>, std::less<>> observers_;
+    RequestQueue<Notification> waiting_;
+    QTimer turn_;
 };
 
 /// Reads the user info of a signal, with the limits above.
