@@ -1,7 +1,8 @@
 #include "shell/linux/notifier/menu_object.h"
 
-#include <QMetaObject>
+#include <QSet>
 
+#include <optional>
 #include <utility>
 
 namespace kestro {
@@ -69,6 +70,27 @@ const char* const description = R"xml(
 /// More entries or names than any menu has: a caller that sends more is not a host.
 constexpr qsizetype longestList = 4096;
 
+/// An argument that is an array, or nullopt for one of too many elements, which is not read to its end.
+template <typename Element>
+std::optional<QList<Element>> boundedList(const QVariant& value) {
+    const auto argument = value.value<QDBusArgument>();
+    QList<Element> list;
+    argument.beginArray();
+    while (!argument.atEnd() && list.size() <= longestList) {
+        Element element{};
+        argument >> element;
+        list.append(element);
+    }
+    argument.endArray();
+    return list.size() <= longestList ? std::optional(list) : std::nullopt;
+}
+
+/// The names in a list; nullopt: too many.
+std::optional<QSet<QString>> boundedNames(const QVariant& value) {
+    const QStringList names = value.toStringList();
+    return names.size() <= longestList ? std::optional(QSet<QString>(names.cbegin(), names.cend())) : std::nullopt;
+}
+
 BusRefusal unknownEntry() {
     return {QStringLiteral("no such menu entry")};
 }
@@ -101,12 +123,12 @@ void MenuObject::addMethod(const char* name, const char* signature, Method metho
 }
 
 BusReply MenuObject::getLayout(const QVariantList& arguments) {
-    const QStringList names = arguments.at(2).toStringList();
-    if (names.size() > longestList) {
+    const auto names = boundedNames(arguments.at(2));
+    if (!names) {
         return tooLong();
     }
     ensureBuilt();
-    const auto layout = tree_.layout(arguments.at(0).toInt(), arguments.at(1).toInt(), names);
+    const auto layout = tree_.layout(arguments.at(0).toInt(), arguments.at(1).toInt(), *names);
     if (!layout) {
         return unknownEntry();
     }
@@ -114,18 +136,21 @@ BusReply MenuObject::getLayout(const QVariantList& arguments) {
 }
 
 BusReply MenuObject::getGroupProperties(const QVariantList& arguments) {
-    const auto asked = qdbus_cast<QList<int>>(arguments.at(0));
-    const QStringList names = arguments.at(1).toStringList();
-    if (asked.size() > longestList || names.size() > longestList) {
+    const auto asked = boundedList<int>(arguments.at(0));
+    const auto names = boundedNames(arguments.at(1));
+    if (!asked || !names) {
         return tooLong();
     }
     ensureBuilt();
     const std::vector<int> ids =
-        asked.isEmpty() ? tree_.identifiers() : std::vector<int>(asked.cbegin(), asked.cend());
+        asked->isEmpty() ? tree_.identifiers() : std::vector<int>(asked->cbegin(), asked->cend());
     QList<MenuEntryProperties> found;
+    QSet<int> answered;
     for (const int id : ids) {
-        if (const MenuTree::Entry* entry = tree_.find(id)) {
-            found.append({id, MenuTree::selected(entry->properties, names)});
+        const MenuTree::Entry* entry = tree_.find(id);
+        if (entry != nullptr && !answered.contains(id)) {
+            answered.insert(id);
+            found.append({id, MenuTree::selected(entry->properties, *names)});
         }
     }
     return QVariantList{QVariant::fromValue(found)};
@@ -152,17 +177,17 @@ BusReply MenuObject::receiveEvent(const QVariantList& arguments) {
 }
 
 BusReply MenuObject::eventGroup(const QVariantList& arguments) {
-    const auto events = qdbus_cast<QList<MenuEvent>>(arguments.at(0));
-    if (events.size() > longestList) {
+    const auto events = boundedList<MenuEvent>(arguments.at(0));
+    if (!events) {
         return tooLong();
     }
     QList<int> unknown;
-    for (const MenuEvent& event : events) {
+    for (const MenuEvent& event : *events) {
         if (!handle(event.id, event.name)) {
             unknown.append(event.id);
         }
     }
-    if (!events.isEmpty() && unknown.size() == events.size()) {
+    if (!events->isEmpty() && unknown.size() == events->size()) {
         return unknownEntry();
     }
     return QVariantList{QVariant::fromValue(unknown)};
@@ -177,13 +202,13 @@ BusReply MenuObject::aboutToShow(const QVariantList& arguments) {
 }
 
 BusReply MenuObject::aboutToShowGroup(const QVariantList& arguments) {
-    const auto ids = qdbus_cast<QList<int>>(arguments.at(0));
-    if (ids.size() > longestList) {
+    const auto ids = boundedList<int>(arguments.at(0));
+    if (!ids) {
         return tooLong();
     }
     QList<int> known;
     QList<int> unknown;
-    for (const int id : ids) {
+    for (const int id : *ids) {
         (tree_.find(id) != nullptr ? known : unknown).append(id);
     }
     const bool hasNewLayout = !known.isEmpty() && rebuild();
@@ -216,12 +241,11 @@ bool MenuObject::handle(int id, const QString& event) {
     }
     if (event == QLatin1StringView("opened") && id == 0) {
         // Some hosts report an opening only through this event. Reply to it first.
-        QMetaObject::invokeMethod(
-            this, [this] { rebuild(); }, Qt::QueuedConnection);
+        actions_.add(id, [this] { rebuild(); });
     }
     if (event == QLatin1StringView("clicked") && entry->isEnabled && entry->action) {
         // An action may open a window, end the process or destroy this menu. Reply to the host first.
-        QMetaObject::invokeMethod(this, entry->action, Qt::QueuedConnection);
+        actions_.add(id, entry->action);
     }
     return true;
 }

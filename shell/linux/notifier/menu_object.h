@@ -1,11 +1,11 @@
 #pragma once
 
+#include "shell/linux/notifier/action_queue.h"
 #include "shell/linux/notifier/bus_object.h"
 #include "shell/linux/notifier/menu_tree.h"
 #include "shell/status_bar.h"
 
 #include <QDBusConnection>
-#include <QObject>
 
 #include <functional>
 
@@ -13,10 +13,9 @@ namespace kestro {
 
 /// A menu exported as com.canonical.dbusmenu at "/MenuBar". It is rebuilt whenever a host announces that it
 /// opens, and once for a host that reads it earlier. Chosen entries run from the event loop after the host has
-/// its reply; they are dropped if this object is destroyed first. Main thread.
-class MenuObject : public QObject {
-    Q_OBJECT
-
+/// its reply, one in each turn and once for several clicks that arrive together; they are dropped if this object
+/// is destroyed first. Whatever a call contains, its cost is bounded by the size of the menu. Main thread.
+class MenuObject {
 public:
     explicit MenuObject(std::function<Menu()> buildMenu);
 
@@ -44,6 +43,7 @@ private:
     std::function<Menu()> buildMenu_;
     MenuTree tree_;
     bool isBuilt_ = false;
+    ActionQueue actions_;
     BusObject object_;
 };
 

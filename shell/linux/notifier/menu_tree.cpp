@@ -207,7 +207,7 @@ std::vector<int> MenuTree::identifiers() const {
     return ids;
 }
 
-std::optional<MenuLayoutNode> MenuTree::layout(int parent, int depth, const QStringList& names) const {
+std::optional<MenuLayoutNode> MenuTree::layout(int parent, int depth, const QSet<QString>& names) const {
     const Entry* entry = find(parent);
     if (entry == nullptr) {
         return std::nullopt;
@@ -223,14 +223,14 @@ std::optional<MenuLayoutNode> MenuTree::layout(int parent, int depth, const QStr
     return node;
 }
 
-QVariantMap MenuTree::selected(const QVariantMap& properties, const QStringList& names) {
+QVariantMap MenuTree::selected(const QVariantMap& properties, const QSet<QString>& names) {
     if (names.isEmpty()) {
         return properties;
     }
     QVariantMap chosen;
-    for (const QString& name : names) {
-        if (properties.contains(name)) {
-            chosen.insert(name, properties.value(name));
+    for (auto property = properties.cbegin(); property != properties.cend(); ++property) {
+        if (names.contains(property.key())) {
+            chosen.insert(property.key(), property.value());
         }
     }
     return chosen;

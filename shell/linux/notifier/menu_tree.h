@@ -4,6 +4,7 @@
 #include "shell/status_bar.h"
 
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
@@ -58,10 +59,10 @@ public:
 
     /// The entry and its descendants down to `depth` levels (−1: all), each with the named properties (no names:
     /// all). Absent for an unknown parent.
-    std::optional<MenuLayoutNode> layout(int parent, int depth, const QStringList& names) const;
+    std::optional<MenuLayoutNode> layout(int parent, int depth, const QSet<QString>& names) const;
 
     /// The named properties of an entry (no names: all).
-    static QVariantMap selected(const QVariantMap& properties, const QStringList& names);
+    static QVariantMap selected(const QVariantMap& properties, const QSet<QString>& names);
 
 private:
     using Entries = std::map<int, Entry>;

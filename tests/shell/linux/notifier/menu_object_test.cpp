@@ -135,12 +135,41 @@ TEST_F(MenuObjectTest, HandlesGroupsOfEvents) {
     const MenuEvent unknown{INT_MAX, QStringLiteral("clicked"), QDBusVariant(0), 0};
 
     const QDBusMessage mixed =
-        menuCall(*item, "EventGroup", {QVariant::fromValue(QList<MenuEvent>{known, unknown, known})});
+        menuCall(*item, "EventGroup", {QVariant::fromValue(QList<MenuEvent>{unknown, known})});
     const QDBusMessage wrong = menuCall(*item, "EventGroup", {QVariant::fromValue(QList<MenuEvent>{unknown})});
 
     EXPECT_EQ(qdbus_cast<QList<int>>(mixed.arguments().value(0)), QList<int>{INT_MAX});
     EXPECT_EQ(wrong.type(), QDBusMessage::ErrorMessage);
-    EXPECT_TRUE(waitUntil([&] { return quits == 2; }));
+    EXPECT_TRUE(waitUntil([&] { return quits == 1; }));
+}
+
+TEST_F(MenuObjectTest, RunsEachEntryOnceHoweverOftenOneMessageClicksIt) {
+    const MenuLayoutNode root = layout();
+    const int quit = child(root, 3).id;
+    const int second = child(child(root, 2), 1).id;
+    QList<MenuEvent> clicks;
+    for (int pair = 0; pair < 2048; ++pair) {
+        clicks.append({quit, QStringLiteral("clicked"), QDBusVariant(0), 0});
+        clicks.append({second, QStringLiteral("clicked"), QDBusVariant(0), 0});
+    }
+
+    EXPECT_EQ(menuCall(*item, "EventGroup", {QVariant::fromValue(clicks)}).type(), QDBusMessage::ReplyMessage);
+
+    ASSERT_TRUE(waitUntil([&] { return chosen == 1; }));
+    settle();
+    EXPECT_EQ(quits, 1);
+}
+
+TEST_F(MenuObjectTest, RebuildsOnceForManyOpeningsInOneMessage) {
+    layout();
+    const QList<MenuEvent> openings(4096, {0, QStringLiteral("opened"), QDBusVariant(0), 0});
+
+    menuCall(*item, "EventGroup", {QVariant::fromValue(openings)});
+
+    ASSERT_TRUE(waitUntil([&] { return built == 2; }));
+    event(child(layout(), 3).id, "clicked");
+    ASSERT_TRUE(waitUntil([&] { return quits == 1; }));
+    EXPECT_EQ(built, 2);
 }
 
 TEST_F(MenuObjectTest, HandlesGroupsOfOpenings) {
@@ -188,6 +217,34 @@ TEST_F(MenuObjectTest, ReturnsPropertiesSinglyAndInGroups) {
     ASSERT_EQ(found.size(), 1);
     EXPECT_EQ(found.at(0).properties, QVariantMap({{QStringLiteral("label"), QStringLiteral("Quit")}}));
     EXPECT_EQ(qdbus_cast<QList<MenuEntryProperties>>(all.arguments().value(0)).size(), 7);
+}
+
+TEST_F(MenuObjectTest, ReturnsAnEntryAndAPropertyOnceHoweverOftenTheyAreNamed) {
+    const int quit = child(layout(), 3).id;
+    const QStringList names(4096, QStringLiteral("label"));
+
+    const QDBusMessage reply =
+        menuCall(*item, "GetGroupProperties", {QVariant::fromValue(QList<int>(4096, quit)), names});
+
+    const auto found = qdbus_cast<QList<MenuEntryProperties>>(reply.arguments().value(0));
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(found.at(0).id, quit);
+    EXPECT_EQ(found.at(0).properties, QVariantMap({{QStringLiteral("label"), QStringLiteral("Quit")}}));
+}
+
+TEST_F(MenuObjectTest, RefusesListsThatNoHostSends) {
+    const QVariant many = QVariant::fromValue(QList<int>(4097, 0));
+    const QStringList names(4097, QStringLiteral("label"));
+    const QList<MenuEvent> events(4097, {0, QStringLiteral("hovered"), QDBusVariant(0), 0});
+
+    for (const QDBusMessage& reply :
+         {menuCall(*item, "GetGroupProperties", {many, QStringList()}),
+          menuCall(*item, "GetGroupProperties", {QVariant::fromValue(QList<int>{0}), names}),
+          menuCall(*item, "GetLayout", {0, -1, names}), menuCall(*item, "AboutToShowGroup", {many}),
+          menuCall(*item, "EventGroup", {QVariant::fromValue(events)})}) {
+        EXPECT_EQ(reply.type(), QDBusMessage::ErrorMessage);
+    }
+    EXPECT_EQ(built, 0);
 }
 
 TEST_F(MenuObjectTest, RejectsInvalidArguments) {
