@@ -114,18 +114,21 @@ QDBusMessage BusObject::readProperty(const QDBusMessage& message) const {
     if (isGetAll) {
         QVariantMap all;
         for (const auto& [name, getter] : properties_) {
-            all.insert(name, getter());
+            if (QVariant value = getter(); value.isValid()) {
+                all.insert(name, std::move(value));
+            }
         }
         return message.createReply(all);
     }
     const auto found = properties_.find(arguments.at(1).toString());
-    if (found == properties_.end()) {
+    const QVariant value = found != properties_.end() ? found->second() : QVariant();
+    if (!value.isValid()) {
         return message.createErrorReply(unknownPropertyError, QStringLiteral("no such property here"));
     }
     if (isSet) {
         return message.createErrorReply(readOnlyError, QStringLiteral("the property cannot be set"));
     }
-    return message.createReply(QVariant::fromValue(QDBusVariant(found->second())));
+    return message.createReply(QVariant::fromValue(QDBusVariant(value)));
 }
 
 }  // namespace kestro

@@ -38,7 +38,8 @@ public:
     /// Declares a method; `signature` is its argument types in bus notation. Call before `publish`.
     void addMethod(const QString& name, const QString& signature, Handler handler);
 
-    /// Declares a property; the getter's value must have the type given in the description.
+    /// Declares a property; the getter's value must have the type given in the description. An invalid value: the
+    /// object does not have the property now.
     void addProperty(const QString& name, Getter getter);
 
     /// Exports the object on the connection. False: the path is taken or the connection is closed.

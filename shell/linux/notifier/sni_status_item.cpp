@@ -7,7 +7,6 @@
 #include <QCursor>
 #include <QDBusMessage>
 #include <QGuiApplication>
-#include <QMetaObject>
 
 #include <utility>
 #include <vector>
@@ -72,17 +71,30 @@ const char* const description = R"xml(
 /// Longer than any compositor's activation token.
 constexpr qsizetype longestToken = 512;
 
-/// This number makes bus names unique within the process.
-int nextItemNumber() {
+/// Connections are process-wide by name.
+QString uniqueConnectionName() {
     static int count = 0;
-    return ++count;
+    return QStringLiteral("kestro-status-item-%1").arg(++count);
 }
 
+/// The next name of an item of this process.
 QString nextServiceName() {
+    static int number = 0;
     return QStringLiteral("org.kde.StatusNotifierItem-%1-%2")
         .arg(QCoreApplication::applicationPid())
-        .arg(nextItemNumber());
+        .arg(++number);
 }
+
+/// More items than all processes with the same identifier, in different namespaces, have on one bus.
+constexpr int maximumNamesToTry = 100;
+
+/// A text property that an item has only while it shows a label.
+QVariant labelProperty(const NotifierPresentation& shown, const QString& text) {
+    return shown.label.isEmpty() ? QVariant() : QVariant(text);
+}
+
+/// The actions of an item that wait for a turn of the event loop.
+enum class ItemAction { primaryClick, secondaryClick, openMenu };
 
 /// The position of a click that a host reports with its coordinates.
 std::optional<QPoint> clickPlace(const QVariantList& arguments) {
@@ -102,8 +114,7 @@ SniStatusItem::SniStatusItem(const QString& identifier, StatusItemHandlers handl
     : handlers_(std::move(handlers)),
       monitor_(monitor),
       scheme_(scheme),
-      serviceName_(nextServiceName()),
-      connection_(monitor.environment().connect(serviceName_)),
+      connection_(monitor.environment().connect(uniqueConnectionName())),
       object_(QStringLiteral("/StatusNotifierItem"), QStringLiteral("org.kde.StatusNotifierItem"),
               QString::fromLatin1(description)),
       menu_([this] { return buildMenu(); }) {
@@ -112,7 +123,7 @@ SniStatusItem::SniStatusItem(const QString& identifier, StatusItemHandlers handl
     shown_ = notifierPresentation(content_, monitor_.labels());
     icon_.setIcon(shown_.icon, scheme_.look());
     if (connection_.isConnected() && object_.publish(connection_) && menu_.publish(connection_) &&
-        connection_.registerService(serviceName_)) {
+        claimServiceName()) {
         registerWithWatcher();
     }
     connect(&monitor_, &HostMonitor::hostArrived, this, &SniStatusItem::registerWithWatcher);
@@ -123,7 +134,7 @@ SniStatusItem::SniStatusItem(const QString& identifier, StatusItemHandlers handl
 SniStatusItem::~SniStatusItem() {
     object_.withdraw();
     menu_.withdraw();
-    QDBusConnection::disconnectFromBus(serviceName_);
+    QDBusConnection::disconnectFromBus(connection_.name());
 }
 
 void SniStatusItem::addProperties(const QString& identifier) {
@@ -154,8 +165,8 @@ void SniStatusItem::addProperties(const QString& identifier) {
         return QVariant::fromValue(
             NotifierToolTip{{}, {}, escapedMarkup(shown_.toolTipTitle), escapedMarkup(shown_.toolTipText)});
     });
-    add("XAyatanaLabel", [this] { return shown_.label; });
-    add("XAyatanaLabelGuide", [this] { return shown_.labelGuide; });
+    add("XAyatanaLabel", [this] { return labelProperty(shown_, shown_.label); });
+    add("XAyatanaLabelGuide", [this] { return labelProperty(shown_, shown_.labelGuide); });
 }
 
 void SniStatusItem::addMethods() {
@@ -172,7 +183,34 @@ void SniStatusItem::addMethods() {
                       [this](const QVariantList& arguments) { return provideActivationToken(arguments); });
 }
 
+/// Another process can own a name with this process's identifier: one in a container, for example.
+bool SniStatusItem::claimServiceName() {
+    for (int attempt = 0; attempt < maximumNamesToTry; ++attempt) {
+        const QString name = nextServiceName();
+        if (connection_.registerService(name)) {
+            serviceName_ = name;
+            return true;
+        }
+        if (!connection_.isConnected()) {
+            break;
+        }
+    }
+    return false;
+}
+
+void SniStatusItem::registerAnew() {
+    if (!serviceName_.isEmpty()) {
+        connection_.unregisterService(std::exchange(serviceName_, {}));
+        if (claimServiceName()) {
+            registerWithWatcher();
+        }
+    }
+}
+
 void SniStatusItem::registerWithWatcher() {
+    if (serviceName_.isEmpty()) {
+        return;
+    }
     QDBusMessage call = QDBusMessage::createMethodCall(HostMonitor::watcherService(), HostMonitor::watcherPath(),
                                                        HostMonitor::watcherService(),
                                                        QStringLiteral("RegisterStatusNotifierItem"));
@@ -192,6 +230,9 @@ void SniStatusItem::setContent(const StatusContent& content) {
 void SniStatusItem::present() {
     const NotifierPresentation before = std::exchange(shown_, notifierPresentation(content_, monitor_.labels()));
     announce(before);
+    if (shown_.label.isEmpty() && !before.label.isEmpty()) {
+        registerAnew();
+    }
 }
 
 void SniStatusItem::announce(const NotifierPresentation& before) {
@@ -204,7 +245,7 @@ void SniStatusItem::announce(const NotifierPresentation& before) {
     if (shown_.toolTipTitle != before.toolTipTitle || shown_.toolTipText != before.toolTipText) {
         object_.emitSignal(QStringLiteral("NewToolTip"));
     }
-    if (shown_.label != before.label || shown_.labelGuide != before.labelGuide) {
+    if (!shown_.label.isEmpty() && (shown_.label != before.label || shown_.labelGuide != before.labelGuide)) {
         object_.emitSignal(QStringLiteral("XAyatanaNewLabel"), {shown_.label, shown_.labelGuide});
     }
 }
@@ -212,26 +253,23 @@ void SniStatusItem::announce(const NotifierPresentation& before) {
 BusReply SniStatusItem::activate(const QVariantList& arguments, StatusClick click) {
     const auto point = clickPlace(arguments);
     const QRect anchor = panelAnchor(point, currentScreens());
-    QMetaObject::invokeMethod(
-        this,
-        [this, click, point, anchor] {
-            lastClick_ = point;
-            if (!handlers_.onClick) {
-                openMenu(point);
-                return;
-            }
-            // A click can destroy this item; its handler must survive the call.
-            const auto onClick = handlers_.onClick;
-            onClick(click, isControlHeld(), anchor);
-        },
-        Qt::QueuedConnection);
+    const auto action = click == StatusClick::primary ? ItemAction::primaryClick : ItemAction::secondaryClick;
+    clicks_.add(static_cast<int>(action), [this, click, point, anchor] {
+        lastClick_ = point;
+        if (!handlers_.onClick) {
+            openMenu(point);
+            return;
+        }
+        // A click can destroy this item; its handler must survive the call.
+        const auto onClick = handlers_.onClick;
+        onClick(click, isControlHeld(), anchor);
+    });
     return QVariantList{};
 }
 
 BusReply SniStatusItem::contextMenu(const QVariantList& arguments) {
     const auto point = clickPlace(arguments);
-    QMetaObject::invokeMethod(
-        this, [this, point] { openMenu(point); }, Qt::QueuedConnection);
+    clicks_.add(static_cast<int>(ItemAction::openMenu), [this, point] { openMenu(point); });
     return QVariantList{};
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "shell/linux/notifier/action_queue.h"
 #include "shell/linux/notifier/bus_object.h"
 #include "shell/linux/notifier/host_monitor.h"
 #include "shell/linux/notifier/icon_pixmaps.h"
@@ -20,7 +21,11 @@ class PanelSchemeMonitor;
 /// One item exported as org.kde.StatusNotifierItem at "/StatusNotifierItem", with its menu at "/MenuBar", on its
 /// own connection and bus name. It registers with the watcher at once and whenever a watcher or a host appears.
 /// It sends signals only for what changed. Clicks and entries run from the event loop, after the host has its
-/// reply. Without a bus it does nothing. Main thread.
+/// reply; equal clicks that arrive together count once. Without a bus it does nothing. Main thread.
+///
+/// It has no label properties while it has no text: MATE's panel hides the icon of an item with a label, an empty
+/// one included, if the desktop shows no icons in buttons. Hosts do not notice that a label is gone, so when the
+/// text disappears the item registers again under another name.
 class SniStatusItem : public QObject, public StatusItem {
     Q_OBJECT
 
@@ -34,13 +39,15 @@ public:
     void openMenu(std::optional<QPoint> position) override;
     QRect geometry() const override { return {}; }
 
-    /// The bus name under which hosts know the item.
+    /// The bus name under which hosts know the item; empty without a bus.
     const QString& serviceName() const { return serviceName_; }
 
 private:
     void addProperties(const QString& identifier);
     void addMethods();
+    bool claimServiceName();
     void registerWithWatcher();
+    void registerAnew();
     void present();
     void announce(const NotifierPresentation& before);
     BusReply activate(const QVariantList& arguments, StatusClick click);
@@ -52,13 +59,14 @@ private:
     StatusItemHandlers handlers_;
     const HostMonitor& monitor_;
     const PanelSchemeMonitor& scheme_;
-    QString serviceName_;
     QDBusConnection connection_;
+    QString serviceName_;
     BusObject object_;
     MenuObject menu_;
     StatusContent content_;
     NotifierPresentation shown_;
     IconPixmaps icon_;
+    ActionQueue clicks_;
     StatusMenuPopup popup_;
     std::optional<QPoint> lastClick_;
 };

@@ -93,6 +93,7 @@ TEST_F(SniStatusItemTest, ServesEveryProperty) {
 TEST_F(SniStatusItemTest, ReturnsAllPropertiesAtOnce) {
     startMonitors();
     const auto item = makeItem();
+    item->setContent(readout());
 
     const QDBusMessage reply =
         client.call(item->serviceName(), QStringLiteral("/StatusNotifierItem"),
