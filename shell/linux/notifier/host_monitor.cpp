@@ -2,6 +2,7 @@
 
 #include "shell/linux/when_answered.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QFile>
@@ -25,6 +26,20 @@ QString kernelProcessName(uint pid) {
         return {};
     }
     return QString::fromUtf8(file.read(longestName)).trimmed();
+}
+
+bool isTimeout(const QDBusMessage& reply) {
+    const QDBusError::ErrorType error = QDBusError(reply).type();
+    return error == QDBusError::NoReply || error == QDBusError::Timeout || error == QDBusError::TimedOut;
+}
+
+/// Whether a watcher's reply means that it has a host. If it cannot say so, assume that it has one.
+bool reportsHost(const QDBusMessage& reply) {
+    if (!isReply(reply, QLatin1StringView("v"))) {
+        return true;
+    }
+    const QVariant value = reply.arguments().at(0).value<QDBusVariant>().variant();
+    return value.metaType() != QMetaType::fromType<bool>() || value.toBool();
 }
 
 QDBusMessage busCall(const QString& method, const QVariant& argument) {
@@ -114,17 +129,18 @@ void HostMonitor::askForHost() {
         watcherService(), watcherPath(), QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     get << watcherService() << QStringLiteral("IsStatusNotifierHostRegistered");
     get.setAutoStartService(false);
-    whenAnswered(connection_.asyncCall(get), this, [this, owner = owner_](const QDBusMessage& reply) {
+    const auto call = connection_.asyncCall(get, static_cast<int>(environment_.patience.count()));
+    whenAnswered(call, this, [this, owner = owner_](const QDBusMessage& reply) {
         if (owner != owner_ || owner.isEmpty()) {
             return;
         }
-        bool hasHost = true;
-        if (isReply(reply, QLatin1StringView("v"))) {
-            const QVariant value = reply.arguments().at(0).value<QDBusVariant>().variant();
-            // If the watcher cannot say whether it has a host, assume that it has one.
-            hasHost = value.metaType() != QMetaType::fromType<bool>() || value.toBool();
+        if (isTimeout(reply)) {
+            // A watcher that does not reply shows no items. It may only be slow: ask until it replies.
+            setState(State::absent);
+            askForHost();
+            return;
         }
-        setState(hasHost ? State::present : State::absent);
+        setState(reportsHost(reply) ? State::present : State::absent);
     });
 }
 

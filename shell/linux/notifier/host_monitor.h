@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <functional>
 
 namespace kestro {
@@ -22,6 +23,9 @@ struct NotifierEnvironment {
 
     /// Name of a process as the kernel reports it, at most 15 characters; empty when it cannot be read.
     std::function<QString(uint pid)> processName;
+
+    /// A watcher that has not replied after this time counts as absent.
+    std::chrono::milliseconds patience = std::chrono::seconds(25);
 
     /// This process's environment.
     static NotifierEnvironment current();

@@ -1,6 +1,9 @@
 #include "shell/linux/desktop_status_bar.h"
 
 #include "tests/shell/linux/notifier/sni_fixture.h"
+#include "tests/support/fake_service.h"
+
+#include <QDBusPendingCallWatcher>
 
 #include <gtest/gtest.h>
 
@@ -51,6 +54,40 @@ TEST_F(DesktopStatusBarTest, FallsBackToTheStripWhenTheWatcherHasNoHost) {
     const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
 
     EXPECT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
+}
+
+TEST_F(DesktopStatusBarTest, KeepsTheStripWhenTheWatcherNeverAnswers) {
+    test::FakeService silent(bus.connect(), HostMonitor::watcherService());
+    silent.hold(true);
+    NotifierEnvironment impatient = environment();
+    impatient.patience = milliseconds(300);
+    DesktopStatusBar bar(impatient, noGrace);
+    const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
+    ASSERT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
+
+    // The same call with the same patience, sent later, so that its time has passed later.
+    QDBusMessage call = QDBusMessage::createMethodCall(HostMonitor::watcherService(), HostMonitor::watcherPath(),
+                                                       HostMonitor::watcherService(),
+                                                       QStringLiteral("RegisterStatusNotifierHost"));
+    const QDBusPendingCallWatcher ended(client.connection().asyncCall(call, 300));
+    ASSERT_TRUE(waitUntil([&] { return ended.isFinished(); }));
+    settle();
+
+    EXPECT_TRUE(bar.isOnStrip());
+}
+
+TEST_F(DesktopStatusBarTest, MovesToThePanelWhoseWatcherAnswersLate) {
+    test::FakeService slow(bus.connect(), HostMonitor::watcherService());
+    slow.hold(true);
+    NotifierEnvironment impatient = environment();
+    impatient.patience = milliseconds(50);
+    DesktopStatusBar bar(impatient, noGrace);
+    const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
+    ASSERT_TRUE(waitUntil([&] { return bar.isOnStrip() && slow.heldCalls() >= 3; }));
+
+    slow.hold(false);
+
+    EXPECT_TRUE(waitUntil([&] { return !bar.isOnStrip(); }));
 }
 
 TEST_F(DesktopStatusBarTest, FallsBackToTheStripAtOnceWithoutABus) {
