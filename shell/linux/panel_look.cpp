@@ -23,6 +23,11 @@ QColor panelColor(StatusTitleColor role, PanelScheme scheme) {
     return color;
 }
 
+bool isXfcePanel(const QString& hostProcess, const QStringList& desktops) {
+    return hostProcess == QLatin1StringView("xfce4-panel") || hostProcess == QLatin1StringView("wrapper-2.0") ||
+           desktops.contains(QLatin1StringView("XFCE"));
+}
+
 PanelLook panelLook(const PanelFacts& facts) {
     // The top bars of these two are black regardless of the applications' colours.
     const bool isAlwaysDark = facts.hostProcess == QLatin1StringView("gnome-shell") ||

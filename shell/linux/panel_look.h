@@ -33,6 +33,10 @@ struct PanelFacts {
     bool isPaletteDark = false;       ///< the application palette has a dark window colour
 };
 
+/// Whether the host is a panel of Xfce, which runs under other desktops and window managers too. It hosts the
+/// items in the panel itself or in a process that it wraps around a plugin.
+bool isXfcePanel(const QString& hostProcess, const QStringList& desktops);
+
 /// Derives the look from the facts. Panels that are always dark and the host's own setting are certain; the
 /// desktop's preference, which is about applications, and then the palette are guesses.
 PanelLook panelLook(const PanelFacts& facts);

@@ -84,9 +84,7 @@ void PanelSchemeMonitor::askPortal() {
 }
 
 void PanelSchemeMonitor::askPanel() {
-    const bool isXfce = monitor_.hostProcess() == QLatin1StringView("xfce4-panel") ||
-                        monitor_.environment().desktops.contains(QLatin1StringView("XFCE"));
-    if (!isXfce) {
+    if (!isXfcePanel(monitor_.hostProcess(), monitor_.environment().desktops)) {
         hostIsDark_.reset();
         return;
     }

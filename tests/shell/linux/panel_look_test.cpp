@@ -27,5 +27,13 @@ TEST(PanelLook, RecognisesPanelsThatAreAlwaysDark) {
     EXPECT_EQ(panelLook({{}, {QStringLiteral("Unity")}, false, {}, false}), dark);
 }
 
+TEST(PanelLook, RecognisesXfcesPanelInEverySession) {
+    EXPECT_TRUE(isXfcePanel(QStringLiteral("xfce4-panel"), {}));
+    EXPECT_TRUE(isXfcePanel(QStringLiteral("wrapper-2.0"), {QStringLiteral("openbox")}));
+    EXPECT_TRUE(isXfcePanel({}, {QStringLiteral("XFCE")}));
+    EXPECT_FALSE(isXfcePanel(QStringLiteral("lxqt-panel"), {QStringLiteral("LXQt")}));
+    EXPECT_FALSE(isXfcePanel({}, {}));
+}
+
 }  // namespace
 }  // namespace kestro

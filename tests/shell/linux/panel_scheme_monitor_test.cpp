@@ -1,9 +1,11 @@
 #include "shell/linux/panel_scheme_monitor.h"
 
 #include "tests/shell/linux/notifier/sni_fixture.h"
+#include "tests/support/fake_service.h"
 
 #include <QDBusConnection>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace kestro {
@@ -63,6 +65,19 @@ TEST_F(PanelSchemeMonitorTest, IgnoresOtherSettingsAndValuesOfAnotherType) {
     // The text counts as no preference, so that the scheme changes exactly twice.
     EXPECT_TRUE(waitUntil([&] { return changes == 2; }));
     EXPECT_EQ(scheme->look().scheme, PanelScheme::dark);
+}
+
+TEST_F(PanelSchemeMonitorTest, AsksAnXfcePanelOutsideAnXfceSessionForItsOwnSetting) {
+    hostProcess = QStringLiteral("wrapper-2.0");
+    test::FakeService settings(bus.connect(), QStringLiteral("org.xfce.Xfconf"));
+    settings.answer(QStringLiteral("GetProperty"), [](const QDBusMessage& call) {
+        return call.createReply(QVariant::fromValue(QDBusVariant(true)));
+    });
+    startWatcher();
+    startMonitors();
+
+    EXPECT_TRUE(waitUntil([&] { return scheme->look() == PanelLook{PanelScheme::dark, true}; }));
+    EXPECT_THAT(settings.calls(), testing::ElementsAre(R"(GetProperty("xfce4-panel", "/panels/dark-mode"))"));
 }
 
 }  // namespace

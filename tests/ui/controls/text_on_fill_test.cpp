@@ -2,7 +2,7 @@
 #include "ui/controls/badge.h"
 #include "ui/controls/button.h"
 #include "ui/controls/segmented_choice.h"
-#include "ui/paint/color_mix.h"
+#include "ui/theme/color_mix.h"
 
 #include <QHash>
 
