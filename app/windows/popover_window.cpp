@@ -53,6 +53,7 @@ PopoverWindow::~PopoverWindow() = default;
 void PopoverWindow::showRelativeTo(const QRect& anchor) {
     dismissal_.reset();
     isShown_ = true;
+    qApp->removeEventFilter(this);
     if (const QScreen* screen = screenOf(anchor)) {
         restingPlace_ =
             popoverFrame(anchor, popover_geometry::size, screen->geometry(), screen->availableGeometry())
@@ -71,6 +72,7 @@ void PopoverWindow::orderOut() {
     pressMonitor_.reset();
     const int milliseconds = fadeDuration(motion::popoverClose);
     if (milliseconds > 0) {
+        qApp->installEventFilter(this);
         fadeTo(0, milliseconds);
     } else {
         hide();
@@ -110,6 +112,22 @@ bool PopoverWindow::event(QEvent* event) {
         dismiss();
     }
     return SurfaceWindow::event(event);
+}
+
+bool PopoverWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Show && !isShown_) {
+        const auto* const widget = qobject_cast<QWidget*>(watched);
+        if (widget != nullptr && widget->windowType() == Qt::Popup) {
+            fade_.stop();
+            hide();
+        }
+    }
+    return SurfaceWindow::eventFilter(watched, event);
+}
+
+void PopoverWindow::hideEvent(QHideEvent* event) {
+    qApp->removeEventFilter(this);
+    SurfaceWindow::hideEvent(event);
 }
 
 void PopoverWindow::keyPressEvent(QKeyEvent* event) {

@@ -15,7 +15,8 @@ namespace kestro {
 class PressMonitor;
 
 /// The quick-glance popover: a small window beside the status item that closes when it loses the keyboard focus,
-/// on Escape, and on a press elsewhere. It opens and closes with a short fade.
+/// on Escape, and on a press elsewhere. It opens and closes with a short fade. A menu that opens while it closes
+/// ends the fade first: hiding a window also closes the menus in front of it.
 class PopoverWindow final : public SurfaceWindow {
 public:
     PopoverWindow(WindowDelegate& delegate, WindowSystem& system, const Clock& clock, ContentFactory makeContent);
@@ -39,6 +40,8 @@ protected:
     void showEvent(QShowEvent* event) override;
     void visibilityDidChange() override;
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 

@@ -168,6 +168,44 @@ TEST_F(PopoverWindowTest, CountsAsClosedWhileFadingOut) {
     EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "popoverDidClose"));
 }
 
+TEST_F(PopoverWindowTest, EndsItsFadeBeforeAMenuOpens) {
+    motion::setReduced(false);
+    show();
+    popover.orderOut();
+    ASSERT_TRUE(popover.isVisible());
+    QMenu menu;
+    menu.addAction(QStringLiteral("Silent"));
+
+    menu.popup({0, 0});
+
+    EXPECT_FALSE(popover.isVisible());
+    EXPECT_TRUE(menu.isVisible());
+    EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "popoverDidClose"));
+}
+
+TEST_F(PopoverWindowTest, KeepsFadingOutWhenAWindowOpens) {
+    motion::setReduced(false);
+    show();
+    popover.orderOut();
+
+    elsewhere.show();
+
+    EXPECT_TRUE(popover.isVisible());
+}
+
+TEST_F(PopoverWindowTest, StaysOpenUnderAMenuAfterReopeningWhileFadingOut) {
+    motion::setReduced(false);
+    show();
+    popover.orderOut();
+    show();
+    QMenu menu;
+    menu.addAction(QStringLiteral("Silent"));
+
+    menu.popup({0, 0});
+
+    EXPECT_TRUE(popover.isVisible());
+}
+
 TEST_F(PopoverWindowTest, ReopensWhileFadingOut) {
     motion::setReduced(false);
     show();
