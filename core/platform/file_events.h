@@ -30,7 +30,8 @@ public:
     virtual void createIfMissing(const std::string& path) = 0;
 
     /// Calls `handler` on the main thread after every write to the file, even after the file is replaced, or
-    /// deleted and recreated. nullptr: the file cannot be watched.
+    /// deleted and recreated. A file that is missing, or that this user has made writable by others, is replaced
+    /// by a new, empty one, like that of `createIfMissing`. nullptr: the file cannot be watched.
     [[nodiscard]] virtual std::unique_ptr<FileEventSource> watchWrites(const std::string& path,
                                                                        Handler handler) = 0;
 

@@ -44,7 +44,13 @@ void SimulatedFileEvents::createIfMissing(const std::string& path) {
 }
 
 std::unique_ptr<FileEventSource> SimulatedFileEvents::watchWrites(const std::string& path, Handler handler) {
-    if (watchFailure.strikes() || !files_.contains(path)) {
+    if (watchFailure.strikes()) {
+        return nullptr;
+    }
+    if (!files_.contains(path)) {
+        createIfMissing(path);
+    }
+    if (!files_.contains(path)) {
         return nullptr;
     }
     auto watch = std::make_shared<Watch>(Watch{path, std::move(handler)});
@@ -72,6 +78,9 @@ void SimulatedFileEvents::write(const std::string& path, const std::string& text
 
 void SimulatedFileEvents::remove(const std::string& path) {
     files_.erase(path);
+    if (std::ranges::find(watches_->running, path, &Watch::path) != watches_->running.end()) {
+        createIfMissing(path);
+    }
 }
 
 std::optional<std::string> SimulatedFileEvents::contents(const std::string& path) const {

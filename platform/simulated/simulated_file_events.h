@@ -29,7 +29,7 @@ public:
     /// Simulates another process writing the file, creating it if necessary.
     void write(const std::string& path, const std::string& text);
 
-    /// Simulates another process deleting the file; its watchers stay.
+    /// Simulates another process deleting the file; a watch creates it again.
     void remove(const std::string& path);
 
     /// The file's contents; nullopt: there is no file.

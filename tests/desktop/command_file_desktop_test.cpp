@@ -139,6 +139,29 @@ TEST_F(CommandFileOnTheDesktop, IsInTmpForTheShippedProgram) {
     EXPECT_FALSE(QFileInfo::exists(commandFile()));
 }
 
+TEST_F(CommandFileOnTheDesktop, IsCreatedAgainWhenItIsRemoved) {
+    launch();
+    remove();
+    ASSERT_TRUE(waitUntil([&] { return QFileInfo::exists(commandFile()); }));
+
+    // As a user's shell does, whose files others of the group may write to.
+    session.output(QStringLiteral("sh"),
+                   {QStringLiteral("-c"), QStringLiteral("umask 002; echo settings > '%1'").arg(commandFile())});
+
+    EXPECT_TRUE(appears(settings));
+}
+
+TEST_F(CommandFileOnTheDesktop, IsReplacedWhenItWasSharedBeforeTheStart) {
+    session.output(QStringLiteral("sh"),
+                   {QStringLiteral("-c"), QStringLiteral("umask 002; echo dashboard > '%1'").arg(commandFile())});
+    launch();
+
+    command("settings\n");
+
+    EXPECT_TRUE(appears(settings));
+    EXPECT_FALSE(frame(dashboard));
+}
+
 TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnything) {
     launch();
 

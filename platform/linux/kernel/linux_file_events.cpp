@@ -23,8 +23,22 @@ namespace kestro {
 
 namespace {
 
-/// Follows one path across writes, replacement and deletion. Watches only the file while it exists. Watches the
-/// directory, where other users may be busy, only while the file is missing or untrusted.
+void createPrivately(const std::string& path) {
+    const Descriptor created(
+        open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+}
+
+/// Whether this user's own file at the path is untrusted only because of its mode, as one that a shell has created
+/// with a umask of 002. Others may hold it open for writing, so that another mode would not make it trusted.
+bool isOwnButShared(const std::string& path) {
+    struct stat found {};
+    return lstat(path.c_str(), &found) == 0 && S_ISREG(found.st_mode) && found.st_uid == geteuid() &&
+           found.st_nlink == 1 && (found.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+}
+
+/// Follows one path across writes, replacement and deletion, and creates the file when it is missing. Watches only
+/// the file while it exists. Watches the directory, where other users may be busy, only while the path is taken by
+/// something untrusted.
 class PathWatch {
 public:
     explicit PathWatch(const std::string& path)
@@ -38,10 +52,13 @@ public:
     /// Watches the file, or waits for a trusted one to appear. False: its directory is missing, or the kernel has
     /// no watch left.
     bool arm() {
-        watchFile();
+        if (!watchFile()) {
+            renewFile();
+            watchFile();
+        }
         if (fileWatch_ < 0 && directoryWatch_ < 0) {
             directoryWatch_ = inotify_add_watch(inotify_.get(), directory_.c_str(),
-                                                IN_CREATE | IN_MOVED_TO | IN_ATTRIB | IN_ONLYDIR);
+                                                IN_CREATE | IN_DELETE | IN_MOVE | IN_ATTRIB | IN_ONLYDIR);
             // Retry: the file may have appeared before the directory was watched.
             watchFile();
         }
@@ -79,7 +96,14 @@ public:
     }
 
 private:
-    void watchFile() {
+    void renewFile() const {
+        if (isOwnButShared(path_)) {
+            unlink(path_.c_str());
+        }
+        createPrivately(path_);
+    }
+
+    bool watchFile() {
         const auto file = openTrusted(path_, O_RDONLY);
         if (file.isOpen()) {
             // Via the descriptor: the path may refer to another file by now.
@@ -87,6 +111,7 @@ private:
             fileWatch_ = inotify_add_watch(inotify_.get(), opened.c_str(),
                                            IN_MODIFY | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF);
         }
+        return fileWatch_ >= 0;
     }
 
     /// True: the path now refers to a file that was not watched before.
@@ -181,8 +206,7 @@ private:
 }  // namespace
 
 void LinuxFileEvents::createIfMissing(const std::string& path) {
-    const Descriptor created(
-        open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    createPrivately(path);
 }
 
 std::unique_ptr<FileEventSource> LinuxFileEvents::watchWrites(const std::string& path, Handler handler) {

@@ -234,6 +234,7 @@ TEST(SimulatedMac, CoalescesConsecutiveWritesIntoOneEvent) {
     mac.runPending();
     EXPECT_EQ(events, 2);
     mac.fileEvents.remove("/f");
+    EXPECT_EQ(mac.fileEvents.contents("/f"), "");
     mac.fileEvents.write("/f", "three");
     watch.reset();
     mac.runPending();
