@@ -20,14 +20,14 @@
 namespace kestro {
 
 AppDelegate::AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc,
-                         const Shell& shell, SurfaceFactories surfaces, std::string commandFile,
+                         const Shell& shell, SurfaceFactories surfaces, std::vector<std::string> commandFiles,
                          std::function<void()> terminate)
     : platform_(platform),
       services_(services),
       smc_(smc),
       shell_(shell),
       surfaces_(std::move(surfaces)),
-      commandFile_(std::move(commandFile)),
+      commandFiles_(std::move(commandFiles)),
       terminate_(std::move(terminate)),
       dashboardFit_(platform.runLoop, [this] { adjustDashboardSize(false); }) {}
 
@@ -49,7 +49,9 @@ void AppDelegate::applicationDidFinishLaunching() {
     setupDashboardWindow();
     bindTelemetry();
     bindDashboard();
-    commandChannel_ = std::make_unique<CommandChannel>(platform_.fileEvents, *this, commandFile_);
+    for (const std::string& file : commandFiles_) {
+        commandChannels_.push_back(std::make_unique<CommandChannel>(platform_.fileEvents, *this, file));
+    }
     updateUIActiveState();
     observeNotifications();
 }

@@ -43,10 +43,11 @@ struct SurfaceFactories {
 /// application.
 class AppDelegate final : public MenuCommands, public CommandTarget, public WindowDelegate {
 public:
-    /// Reads commands from `commandFile`; `terminate` ends the application. Every reference outlives this
+    /// Reads commands from each of `commandFiles`; `terminate` ends the application. Every reference outlives this
     /// object.
     AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc, const Shell& shell,
-                SurfaceFactories surfaces, std::string commandFile, std::function<void()> terminate);
+                SurfaceFactories surfaces, std::vector<std::string> commandFiles,
+                std::function<void()> terminate);
     ~AppDelegate() override;
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
@@ -125,7 +126,7 @@ private:
     SMCReader& smc_;
     const Shell shell_;
     const SurfaceFactories surfaces_;
-    const std::string commandFile_;
+    const std::vector<std::string> commandFiles_;
     const std::function<void()> terminate_;
 
     ScreenChanges screenChanges_{[this] { screensDidChange(); }};
@@ -138,7 +139,7 @@ private:
     bool hasUserCustomResizedDashboard_ = false;
 
     CoalescedTask dashboardFit_;
-    std::unique_ptr<CommandChannel> commandChannel_;
+    std::vector<std::unique_ptr<CommandChannel>> commandChannels_;
     std::vector<Subscription> subscriptions_;
 };
 

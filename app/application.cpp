@@ -44,6 +44,9 @@
 #include <chrono>
 #include <clocale>
 #include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace kestro {
 
@@ -122,12 +125,23 @@ void terminate() {
     QCoreApplication::exit(EXIT_SUCCESS);
 }
 
+/// The file in the user's runtime directory, which no other user can create first.
+std::optional<std::string> ownCommandFile() {
+    const char* const directory = std::getenv("XDG_RUNTIME_DIR");
+    return directory != nullptr && directory[0] == '/' ? std::optional(std::string(directory) + "/kestro.cmd")
+                                                       : std::nullopt;
+}
+
 int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile) {
+    std::vector<std::string> commandFiles{commandFile};
+    if (const auto own = ownCommandFile()) {
+        commandFiles.push_back(*own);
+    }
     const AccessibilityMonitor accessibility(desktop.sessionBus);
     DesktopStatusBar statusBar;
     LinuxWindowSystem windowSystem(statusBar);
     AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem},
-                         kestroSurfaces(), commandFile, terminate);
+                         kestroSurfaces(), commandFiles, terminate);
     delegate.applicationDidFinishLaunching();
     return QCoreApplication::exec();
 }

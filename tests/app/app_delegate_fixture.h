@@ -28,8 +28,14 @@ struct AppDelegateFixture : testing::Test, SimulatedKestro {
     int contentsMade = 0;
     int terminations = 0;
     const std::string commandFile = "/commands";
-    AppDelegate delegate{
-        mac.platform(), services(), smc, {bar, windowSystem}, surfaces(), commandFile, [this] { ++terminations; }};
+    const std::string ownCommandFile = "/run/commands";
+    AppDelegate delegate{mac.platform(),
+                         services(),
+                         smc,
+                         {bar, windowSystem},
+                         surfaces(),
+                         {commandFile, ownCommandFile},
+                         [this] { ++terminations; }};
 
     AppDelegateFixture() { motion::setReduced(true); }
     ~AppDelegateFixture() override { motion::setReduced(false); }

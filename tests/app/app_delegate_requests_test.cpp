@@ -175,6 +175,16 @@ TEST_F(AppDelegateCommands, OpenTheSettingsAtATabAndSaveTheTab) {
     EXPECT_EQ(mac.fileEvents.contents(commandFile), "");
 }
 
+TEST_F(AppDelegateCommands, AreAlsoTakenFromTheUsersOwnFile) {
+    launch();
+
+    mac.fileEvents.write(ownCommandFile, "settings\n");
+    settle();
+
+    EXPECT_TRUE(isSettingsShown());
+    EXPECT_EQ(mac.fileEvents.contents(ownCommandFile), "");
+}
+
 TEST_F(AppDelegateCommands, OpenAndResizeAClosedDashboardFromItsBottomLeftCorner) {
     launch();
     delegate.showDashboard();

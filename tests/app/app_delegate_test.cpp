@@ -70,11 +70,12 @@ TEST_F(AppDelegateLaunch, FitsTheDashboardsWidthToItsSections) {
     EXPECT_EQ(delegate.dashboardWindow()->size(), QSize(4 * 236 + 80, 480));
 }
 
-TEST_F(AppDelegateLaunch, StartsTheCommandChannel) {
+TEST_F(AppDelegateLaunch, StartsBothCommandChannels) {
     launch();
 
-    EXPECT_EQ(mac.fileEvents.watches(), 1);
+    EXPECT_EQ(mac.fileEvents.watches(), 2);
     EXPECT_EQ(mac.fileEvents.contents(commandFile), "");
+    EXPECT_EQ(mac.fileEvents.contents(ownCommandFile), "");
 }
 
 TEST_F(AppDelegateLaunch, WorksWithoutACommandChannel) {

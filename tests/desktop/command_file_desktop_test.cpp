@@ -162,6 +162,20 @@ TEST_F(CommandFileOnTheDesktop, IsReplacedWhenItWasSharedBeforeTheStart) {
     EXPECT_FALSE(frame(dashboard));
 }
 
+TEST_F(CommandFileOnTheDesktop, HasATwinInTheRuntimeDirectoryThatNoOtherUserCanTake) {
+    const QString twin = session.path(QStringLiteral("runtime/kestro.cmd"));
+    ASSERT_TRUE(QDir().mkdir(commandFile()));
+    launch();
+
+    QFile file(twin);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("settings\n");
+    file.close();
+
+    EXPECT_TRUE(appears(settings));
+    EXPECT_TRUE(waitUntil([&] { return QFileInfo(twin).size() == 0; }));
+}
+
 TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnything) {
     launch();
 

@@ -61,7 +61,7 @@ QString itemThatShowsMemory(const DesktopSession& session, const StatusItemClien
     return shown;
 }
 
-/// The files in the session's folder other than the preferences, the command file and those that existed
+/// The files in the session's folder other than the preferences, the command files and those that existed
 /// `before`.
 QStringList filesLeft(const DesktopSession& session, const QStringList& before) {
     QStringList left = session.files();
@@ -70,6 +70,7 @@ QStringList filesLeft(const DesktopSession& session, const QStringList& before) 
     }
     left.removeAll(QStringLiteral("config/kestro/preferences.json"));
     left.removeAll(QStringLiteral("runtime/.kestro_cmd"));
+    left.removeAll(QStringLiteral("runtime/kestro.cmd"));
     // What a panel and the font library write.
     left.removeIf([](const QString& file) {
         return file.startsWith(QStringLiteral("config/glib-2.0/")) ||
