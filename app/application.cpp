@@ -120,10 +120,25 @@ SurfaceFactories kestroSurfaces() {
     };
 }
 
-/// Not `quit`, which asks every window first: the dashboard refuses to close.
-void terminate() {
-    QCoreApplication::exit(EXIT_SUCCESS);
-}
+/// The program's end, and whether it has been asked for.
+class Termination {
+public:
+    /// Not `quit`, which asks every window first: the dashboard refuses to close.
+    void begin() {
+        hasBegun_ = true;
+        QCoreApplication::exit(EXIT_SUCCESS);
+    }
+
+    /// Also true once a signal to end has arrived, even if the event loop has not handled it yet.
+    bool hasBegun() {
+        signals_.deliver();
+        return hasBegun_;
+    }
+
+private:
+    bool hasBegun_ = false;
+    UnixSignalNotifier signals_{[this](int) { begin(); }};
+};
 
 /// The file in the user's runtime directory, which no other user can create first.
 std::optional<std::string> ownCommandFile() {
@@ -132,7 +147,7 @@ std::optional<std::string> ownCommandFile() {
                                                        : std::nullopt;
 }
 
-int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile) {
+int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile, Termination& termination) {
     std::vector<std::string> commandFiles{commandFile};
     if (const auto own = ownCommandFile()) {
         commandFiles.push_back(*own);
@@ -141,7 +156,7 @@ int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile) {
     DesktopStatusBar statusBar;
     LinuxWindowSystem windowSystem(statusBar);
     AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem},
-                         kestroSurfaces(), commandFiles, terminate);
+                         kestroSurfaces(), commandFiles, [&termination] { termination.begin(); });
     delegate.applicationDidFinishLaunching();
     return QCoreApplication::exec();
 }
@@ -173,20 +188,22 @@ int runApplication(char** arguments, const std::string& commandFile) {
 
     const QDBusConnection sessionBus = QDBusConnection::sessionBus();
     BusNotifications notifications(sessionBus);
-    const auto showDashboard = [&notifications] { notifications.post(notification_names::showDashboard); };
-    // Subscribed before the name is claimed, so that requests from a second start are queued in the meantime.
-    const Subscription earlyCalls =
-        notifications.observe(notification_names::showDashboard, [](const NotificationUserInfo&) {});
+    Termination termination;
+    const auto showDashboard = [&notifications, &termination] {
+        if (termination.hasBegun()) {
+            return false;
+        }
+        notifications.post(notification_names::showDashboard);
+        return true;
+    };
     BusSingleInstance instance(sessionBus, BusSingleInstance::currentDisplay(), showDashboard);
-    if (!instance.isFirst()) {
-        instance.callFirst(showDashboard);
+    if (!instance.isFirst() || termination.hasBegun()) {
         return EXIT_SUCCESS;
     }
     LinuxDesktop desktop(sessionBus, notifications);
     Platform::install(desktop.platform);
     desktop.userDefaults.flushAtExit();
-    const UnixSignalNotifier signals([](int) { terminate(); });
-    const int result = runFirstInstance(desktop, commandFile);
+    const int result = runFirstInstance(desktop, commandFile, termination);
     desktop.userDefaults.flush();
     // A process started from now on becomes the first instance and finds the preferences complete.
     instance.release();

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 namespace kestro {
 
 /// One running instance for each session. Main thread; lives as long as the application.
@@ -9,12 +7,9 @@ class SingleInstance {
 public:
     virtual ~SingleInstance() = default;
 
-    /// Whether this process is the session's first instance.
+    /// Whether this process is the session's first instance. If not, the first one has been asked to show its
+    /// dashboard, and this process has nothing left to do.
     virtual bool isFirst() const = 0;
-
-    /// Makes the first instance show its dashboard. `post` posts the notification for that, where one reaches the
-    /// first instance. Returns once the request has been sent.
-    virtual void callFirst(const std::function<void()>& post) = 0;
 
     /// Lets another process become the first instance from now on.
     virtual void release() = 0;

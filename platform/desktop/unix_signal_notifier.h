@@ -14,7 +14,7 @@ class UnixSignalNotifier {
 public:
     using Handler = std::function<void(int signalNumber)>;
 
-    /// `handler` is called once per signal, from the event loop.
+    /// `handler` is called once per signal, from the event loop or `deliver`.
     explicit UnixSignalNotifier(Handler handler);
 
     /// Restores the previous signal dispositions.
@@ -22,9 +22,10 @@ public:
     UnixSignalNotifier(const UnixSignalNotifier&) = delete;
     UnixSignalNotifier& operator=(const UnixSignalNotifier&) = delete;
 
-private:
+    /// Calls the handler now for the signals that have arrived.
     void deliver();
 
+private:
     Handler handler_;
     QObject context_;
     QSocketNotifier notifier_;

@@ -1,0 +1,53 @@
+#include "tests/desktop/shell_fixture.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <vector>
+
+namespace kestro {
+namespace {
+
+using StartOnTheDesktop = ShellFixture;
+
+TEST_F(StartOnTheDesktop, SucceedsWhileThePreviousKestroIsEnding) {
+    launch();
+
+    for (int round = 0; round < 5; ++round) {
+        const QProcess& previous = *kestro;
+        ::kill(static_cast<pid_t>(previous.processId()), SIGTERM);
+        kestro = &session.startKestro();
+        const QString owner = QString::number(kestro->processId());
+
+        EXPECT_TRUE(session.waitFor([&] {
+            const auto strip = session.strip();
+            return strip && session.windowProperty(*strip, QStringLiteral("_NET_WM_PID")).contains(owner);
+        })) << round;
+
+        EXPECT_EQ(kestro->state(), QProcess::Running) << round;
+        EXPECT_TRUE(waitUntil([&] { return previous.state() == QProcess::NotRunning; })) << round;
+    }
+}
+
+TEST_F(StartOnTheDesktop, LeavesOneKestroWhenRepeatedAtOnce) {
+    std::vector<const QProcess*> started;
+    for (int count = 0; count < 10; ++count) {
+        started.push_back(&session.startKestro());
+    }
+    const auto running = [&] {
+        return std::ranges::count_if(started,
+                                     [](const QProcess* one) { return one->state() == QProcess::Running; });
+    };
+
+    EXPECT_TRUE(waitUntil([&] { return running() == 1; }));
+
+    EXPECT_TRUE(appears(dashboard));
+    EXPECT_EQ(running(), 1);
+    for (const QProcess* one : started) {
+        EXPECT_TRUE(one->state() == QProcess::Running || one->exitCode() == 0);
+    }
+}
+
+}  // namespace
+}  // namespace kestro
