@@ -10,6 +10,7 @@
 #include "core/settings/user_settings.h"
 #include "core/telemetry/smc_reader.h"
 #include "platform/desktop/bus_notifications.h"
+#include "platform/desktop/bus_probe.h"
 #include "platform/desktop/desktop_power_assertions.h"
 #include "platform/desktop/json_user_defaults.h"
 #include "platform/desktop/power_profile_script_runner.h"
@@ -57,11 +58,12 @@ using namespace std::chrono_literals;
 /// The machine and the session behind the ports. Construction reads the preferences and sets a damaged file
 /// aside, so only the first instance creates one.
 struct LinuxDesktop {
-    LinuxDesktop(const QDBusConnection& session, BusNotifications& sessionNotifications)
-        : sessionBus(session), notifications(sessionNotifications) {}
+    LinuxDesktop(const QDBusConnection& session, const QDBusConnection& system,
+                 BusNotifications& sessionNotifications)
+        : sessionBus(session), systemBus(system), notifications(sessionNotifications) {}
 
     const QDBusConnection sessionBus;
-    const QDBusConnection systemBus = QDBusConnection::systemBus();
+    const QDBusConnection systemBus;
     BusNotifications& notifications;
 
     LinuxClock clock;
@@ -170,9 +172,25 @@ void prepareToolkit() {
     qputenv("QT_NO_XDG_DESKTOP_PORTAL", "1");
 }
 
+/// Makes every connection to a session bus that does not answer fail at once, here and in the toolkit. Longer than
+/// a healthy bus takes, even while the session starts: for the rest of its life, the program does without this
+/// bus.
+void avoidSilentSessionBus() {
+    if (!BusProbe(BusProbe::sessionAddresses()).answersWithin(1s)) {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+    }
+}
+
+/// The system bus, or no connection if it does not answer. It has had the time that the toolkit took to start.
+QDBusConnection systemBusIfAnswering(BusProbe& probe) {
+    return probe.answersWithin(100ms) ? QDBusConnection::systemBus() : QDBusConnection(QString());
+}
+
 }  // namespace
 
 int runApplication(char** arguments, const std::string& commandFile) {
+    BusProbe systemProbe(BusProbe::systemAddresses());
+    avoidSilentSessionBus();
     prepareToolkit();
     choosePlatform();
     const X11Compositing compositing;
@@ -200,7 +218,7 @@ int runApplication(char** arguments, const std::string& commandFile) {
     if (!instance.isFirst() || termination.hasBegun()) {
         return EXIT_SUCCESS;
     }
-    LinuxDesktop desktop(sessionBus, notifications);
+    LinuxDesktop desktop(sessionBus, systemBusIfAnswering(systemProbe), notifications);
     Platform::install(desktop.platform);
     desktop.userDefaults.flushAtExit();
     const int result = runFirstInstance(desktop, commandFile, termination);

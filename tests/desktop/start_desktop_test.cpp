@@ -1,9 +1,11 @@
 #include "tests/desktop/shell_fixture.h"
+#include "tests/support/silent_socket.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <csignal>
+#include <string>
 #include <vector>
 
 namespace kestro {
@@ -47,6 +49,26 @@ TEST_F(StartOnTheDesktop, LeavesOneKestroWhenRepeatedAtOnce) {
     for (const QProcess* one : started) {
         EXPECT_TRUE(one->state() == QProcess::Running || one->exitCode() == 0);
     }
+}
+
+TEST_F(StartOnTheDesktop, DoesNotWaitForAMachinesBusThatNeverAnswers) {
+    const QString socket = session.path(QStringLiteral("silent"));
+    const SilentSocket silent(socket.toStdString());
+
+    launch({QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS=unix:path=") + socket});
+
+    notify(QStringLiteral("showDashboard"));
+    EXPECT_TRUE(appears(dashboard));
+}
+
+TEST_F(StartOnTheDesktop, ManagesWithoutASessionBusThatNeverAnswers) {
+    const QString socket = session.path(QStringLiteral("silent"));
+    const SilentSocket silent(socket.toStdString());
+
+    launch({QStringLiteral("DBUS_SESSION_BUS_ADDRESS=unix:path=") + socket});
+
+    command("dashboard");
+    EXPECT_TRUE(appears(dashboard));
 }
 
 }  // namespace

@@ -1,0 +1,63 @@
+#include "platform/desktop/bus_probe.h"
+
+#include "tests/support/private_bus.h"
+#include "tests/support/silent_socket.h"
+#include "tests/support/temporary_directory.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+namespace kestro {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(BusProbe, FindsARunningBus) {
+    const PrivateBus bus;
+
+    EXPECT_TRUE(BusProbe(bus.address().toStdString()).answersWithin(20s));
+}
+
+TEST(BusProbe, FindsThatABusIsGone) {
+    PrivateBus bus;
+    bus.kill();
+
+    EXPECT_FALSE(BusProbe(bus.address().toStdString()).answersWithin(20s));
+    EXPECT_FALSE(BusProbe("unix:path=/nonexistent").answersWithin(20s));
+    EXPECT_FALSE(BusProbe("unix:path=/" + std::string(500, 'x')).answersWithin(20s));
+}
+
+TEST(BusProbe, WaitsNoLongerThanItsBoundForABusThatNeverAnswers) {
+    const TemporaryDirectory directory;
+    const SilentSocket byPath(directory / "silent bus");
+    const std::string abstract = fmt::format("kestro-probe-{}", ::getpid());
+    const SilentSocket byName('\0' + abstract);
+
+    EXPECT_FALSE(BusProbe("unix:path=" + (directory / "silent%20bus") + ",guid=1").answersWithin(20ms));
+    EXPECT_FALSE(BusProbe("unix:abstract=" + abstract).answersWithin(0ms));
+}
+
+TEST(BusProbe, DoesNotBlockWhenItsSocketIsFull) {
+    const TemporaryDirectory directory;
+    const SilentSocket busy(directory / "bus");
+    std::vector<BusProbe> others;
+    for (int caller = 0; caller < 20; ++caller) {
+        others.emplace_back("unix:path=" + (directory / "bus"));
+    }
+
+    EXPECT_FALSE(BusProbe("unix:path=" + (directory / "bus")).answersWithin(0ms));
+}
+
+TEST(BusProbe, LeavesOtherAddressesToTheToolkit) {
+    for (const char* address :
+         {"", "autolaunch:", "tcp:host=localhost,port=1", "unix:runtime=yes", "unix:path=%2", "unix:path=%zz"}) {
+        EXPECT_TRUE(BusProbe(address).answersWithin(0ms)) << address;
+    }
+}
+
+}  // namespace
+}  // namespace kestro
