@@ -2,6 +2,7 @@
 
 #include "app/app_delegate.h"
 #include "app/base/notification_names.h"
+#include "app/standard_streams.h"
 #include "core/cooling/fan_control_manager.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/platform/platform.h"
@@ -172,6 +173,22 @@ void prepareToolkit() {
     qputenv("QT_NO_XDG_DESKTOP_PORTAL", "1");
 }
 
+bool isDisplayOpen = false;
+
+std::string describeVariable(const char* name) {
+    const char* const value = std::getenv(name);
+    return std::string(name) + (value != nullptr ? " is \"" + std::string(value) + "\"" : " is not set");
+}
+
+/// Discards the toolkit's messages. Without a display, the toolkit would end the program with a core dump.
+void discardMessage(QtMsgType type, const QMessageLogContext&, const QString&) {
+    if (type == QtFatalMsg && !isDisplayOpen) {
+        standard_streams::complain("kestro: cannot open a display: " + describeVariable("DISPLAY") + ", " +
+                                   describeVariable("WAYLAND_DISPLAY"));
+        std::_Exit(EXIT_FAILURE);
+    }
+}
+
 /// Makes every connection to a session bus that does not answer fail at once, here and in the toolkit. Longer than
 /// a healthy bus takes, even while the session starts: for the rest of its life, the program does without this
 /// bus.
@@ -189,6 +206,7 @@ QDBusConnection systemBusIfAnswering(BusProbe& probe) {
 }  // namespace
 
 int runApplication(char** arguments, const std::string& commandFile) {
+    qInstallMessageHandler(discardMessage);
     BusProbe systemProbe(BusProbe::systemAddresses());
     avoidSilentSessionBus();
     prepareToolkit();
@@ -198,6 +216,8 @@ int runApplication(char** arguments, const std::string& commandFile) {
     // Neither the program nor the toolkit reads the command line.
     int ownName = 1;
     QApplication application(ownName, arguments);
+    isDisplayOpen = true;
+    standard_streams::abandon();
     // The application object sets the user's locale; stored numbers always use a decimal point.
     std::setlocale(LC_NUMERIC, "C");
     QCoreApplication::setApplicationName(QStringLiteral("Kestro"));

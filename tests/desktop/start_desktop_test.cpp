@@ -71,5 +71,40 @@ TEST_F(StartOnTheDesktop, ManagesWithoutASessionBusThatNeverAnswers) {
     EXPECT_TRUE(appears(dashboard));
 }
 
+TEST_F(StartOnTheDesktop, SaysInOneLineThatThereIsNoDisplay) {
+    for (const char* display : {"", ":60999"}) {
+        QProcess& started = session.startKestro({QStringLiteral("DISPLAY=") + QString::fromUtf8(display)});
+
+        ASSERT_TRUE(waitUntil([&] { return started.state() == QProcess::NotRunning; }));
+
+        EXPECT_EQ(started.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(started.exitCode(), 1);
+        const QByteArray said = started.readAll();
+        EXPECT_EQ(said.count('\n'), 1) << said.toStdString();
+        EXPECT_TRUE(said.contains(QByteArray("DISPLAY is \"") + display + '"')) << said.toStdString();
+    }
+}
+
+TEST_F(StartOnTheDesktop, IsFollowedBySilence) {
+#ifdef KESTRO_SANITIZED
+    GTEST_SKIP() << "a sanitizer may report";
+#endif
+    // The toolkit has much to say about plug-ins, and the font library about its missing configuration.
+    launch({QStringLiteral("QT_DEBUG_PLUGINS=1"), QStringLiteral("QT_LOGGING_RULES=*=true"),
+            QStringLiteral("FONTCONFIG_FILE=/nonexistent")});
+    command("dashboard");
+    EXPECT_TRUE(appears(dashboard));
+    command("settings");
+    EXPECT_TRUE(appears(settings));
+    command("popover");
+    EXPECT_TRUE(appears(popover));
+
+    ::kill(static_cast<pid_t>(kestro->processId()), SIGTERM);
+
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(kestro->exitCode(), 0);
+    EXPECT_EQ(kestro->readAll().toStdString(), "");
+}
+
 }  // namespace
 }  // namespace kestro
