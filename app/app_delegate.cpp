@@ -21,15 +21,16 @@ namespace kestro {
 
 AppDelegate::AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc,
                          const Shell& shell, SurfaceFactories surfaces, std::vector<std::string> commandFiles,
-                         std::function<void()> terminate)
+                         ProcessActions process)
     : platform_(platform),
       services_(services),
       smc_(smc),
       shell_(shell),
       surfaces_(std::move(surfaces)),
       commandFiles_(std::move(commandFiles)),
-      terminate_(std::move(terminate)),
-      dashboardFit_(platform.runLoop, [this] { adjustDashboardSize(false); }) {}
+      process_(std::move(process)),
+      dashboardFit_(platform.runLoop, [this] { adjustDashboardSize(false); }),
+      idleRelease_(platform.runLoop, platform.clock, [this] { releaseMemory(); }) {}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -125,7 +126,7 @@ void AppDelegate::selectCurvePreset(CurvePreset preset) {
 }
 
 void AppDelegate::quit() {
-    terminate_();
+    process_.terminate();
 }
 
 }  // namespace kestro

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/base/coalesced_task.h"
+#include "app/base/idle_release.h"
 #include "app/command_channel.h"
 #include "app/menus/main_menu.h"
 #include "app/windows/screen_changes.h"
@@ -38,16 +39,20 @@ struct SurfaceFactories {
     std::function<QWidget*(const KestroServices&, const SettingsActions&, QWidget* parent)> settings;
 };
 
+/// What the application asks of its process: to end it, and to return unused memory to the system.
+struct ProcessActions {
+    std::function<void()> terminate;
+    std::function<void()> trimMemory;
+};
+
 /// The root of the application: owns the status items and the windows, handles clicks, menus, commands and
 /// notifications, and lets the engine know whether any window is visible. Main thread; lives as long as the
 /// application.
 class AppDelegate final : public MenuCommands, public CommandTarget, public WindowDelegate {
 public:
-    /// Reads commands from each of `commandFiles`; `terminate` ends the application. Every reference outlives this
-    /// object.
+    /// Reads commands from each of `commandFiles`. Every reference outlives this object.
     AppDelegate(const Platform& platform, const KestroServices& services, SMCReader& smc, const Shell& shell,
-                SurfaceFactories surfaces, std::vector<std::string> commandFiles,
-                std::function<void()> terminate);
+                SurfaceFactories surfaces, std::vector<std::string> commandFiles, ProcessActions process);
     ~AppDelegate() override;
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
@@ -117,6 +122,7 @@ private:
     void closePopover();
     void keepSettingsAboveDashboard();
     void screensDidChange();
+    void releaseMemory();
     void refreshTelemetry();
     void addShortcuts(QWidget& window);
     void retain(Subscription subscription) { subscriptions_.push_back(std::move(subscription)); }
@@ -127,7 +133,7 @@ private:
     const Shell shell_;
     const SurfaceFactories surfaces_;
     const std::vector<std::string> commandFiles_;
-    const std::function<void()> terminate_;
+    const ProcessActions process_;
 
     ScreenChanges screenChanges_{[this] { screensDidChange(); }};
     std::unique_ptr<MainStatusItem> statusItem_;
@@ -139,6 +145,7 @@ private:
     bool hasUserCustomResizedDashboard_ = false;
 
     CoalescedTask dashboardFit_;
+    IdleRelease idleRelease_;
     std::vector<std::unique_ptr<CommandChannel>> commandChannels_;
     std::vector<Subscription> subscriptions_;
 };

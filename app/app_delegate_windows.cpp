@@ -9,10 +9,13 @@
 #include "core/settings/user_settings.h"
 #include "shell/window_system.h"
 #include "ui/dashboard/dashboard_width.h"
+#include "ui/paint/text_caches.h"
+#include "ui/symbols/symbol_cache.h"
 
 #include <QShortcut>
 
 #include <functional>
+#include <initializer_list>
 #include <utility>
 
 // The application's windows: showing them, handling their events, and reporting their visibility.
@@ -186,6 +189,20 @@ void AppDelegate::updateUIActiveState() {
                           (dashboardWindow_ && dashboardWindow_->isOnScreen()) ||
                           (settingsWindow_ && settingsWindow_->isOnScreen());
     services_.engine.setUIActive(isActive);
+    idleRelease_.setActive(isActive);
+}
+
+void AppDelegate::releaseMemory() {
+    const std::initializer_list<SurfaceWindow*> windows{popover_.get(), dashboardWindow_.get(),
+                                                        settingsWindow_.get()};
+    for (SurfaceWindow* window : windows) {
+        if (window != nullptr) {
+            window->releaseContent();
+        }
+    }
+    releaseTextCaches();
+    releaseSymbolCache();
+    process_.trimMemory();
 }
 
 int AppDelegate::optimalDashboardWidth() const {

@@ -43,6 +43,8 @@
 
 #include <QApplication>
 
+#include <malloc.h>
+
 #include <chrono>
 #include <clocale>
 #include <cstdlib>
@@ -158,8 +160,10 @@ int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile, Term
     const AccessibilityMonitor accessibility(desktop.sessionBus);
     DesktopStatusBar statusBar;
     LinuxWindowSystem windowSystem(statusBar);
-    AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem},
-                         kestroSurfaces(), commandFiles, [&termination] { termination.begin(); });
+    AppDelegate delegate(
+        desktop.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem}, kestroSurfaces(),
+        commandFiles,
+        {.terminate = [&termination] { termination.begin(); }, .trimMemory = [] { ::malloc_trim(0); }});
     delegate.applicationDidFinishLaunching();
     return QCoreApplication::exec();
 }

@@ -50,6 +50,13 @@ QRect SurfaceWindow::availableArea() const {
     return system_.availableArea(*shown);
 }
 
+void SurfaceWindow::releaseContent() {
+    if (!isVisible()) {
+        delete std::exchange(content_, nullptr);
+        destroy();
+    }
+}
+
 void SurfaceWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (event->spontaneous()) {

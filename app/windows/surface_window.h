@@ -32,6 +32,10 @@ public:
     /// The area for windows on the screen that shows most of this one; null without a screen.
     QRect availableArea() const;
 
+    /// Gives back the window's content, its picture and its window on the screen while it is hidden; they are made
+    /// again when it is shown. Its frame and its state stay.
+    void releaseContent();
+
 protected:
     WindowDelegate& delegate() { return delegate_; }
     WindowSystem& system() const { return system_; }

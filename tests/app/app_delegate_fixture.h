@@ -27,6 +27,7 @@ struct AppDelegateFixture : testing::Test, SimulatedKestro {
     SettingsActions settingsActions;
     int contentsMade = 0;
     int terminations = 0;
+    int trims = 0;
     const std::string commandFile = "/commands";
     const std::string ownCommandFile = "/run/commands";
     AppDelegate delegate{mac.platform(),
@@ -35,7 +36,7 @@ struct AppDelegateFixture : testing::Test, SimulatedKestro {
                          {bar, windowSystem},
                          surfaces(),
                          {commandFile, ownCommandFile},
-                         [this] { ++terminations; }};
+                         {.terminate = [this] { ++terminations; }, .trimMemory = [this] { ++trims; }}};
 
     AppDelegateFixture() { motion::setReduced(true); }
     ~AppDelegateFixture() override { motion::setReduced(false); }

@@ -1,6 +1,7 @@
 #include "ui/paint/text_painter.h"
 
 #include "ui/paint/hairline.h"
+#include "ui/paint/text_caches.h"
 #include "ui/theme/kestro_fonts.h"
 
 #include <QFontMetricsF>
@@ -152,6 +153,16 @@ FittedText fitAfresh(const QString& text, const TextStyle& style, double natural
     return {elided(displayed(singleLine(text), style), smaller, width), scale};
 }
 
+QHash<ShapeKey, ShapedText>& shapedTexts() {
+    static QHash<ShapeKey, ShapedText> texts;
+    return texts;
+}
+
+QHash<FitKey, FittedText>& fittedTexts() {
+    static QHash<FitKey, FittedText> texts;
+    return texts;
+}
+
 }  // namespace
 
 QString singleLine(const QString& text) {
@@ -168,7 +179,7 @@ QString singleLine(const QString& text) {
 }
 
 const ShapedText& shapeText(const QString& text, const TextStyle& style, double scale) {
-    static QHash<ShapeKey, ShapedText> cache;
+    auto& cache = shapedTexts();
     static QString family;
     if (family != KestroFonts::family()) {
         family = KestroFonts::family();
@@ -185,6 +196,11 @@ const ShapedText& shapeText(const QString& text, const TextStyle& style, double 
     return cache.insert(key, shape(singleLine(line), style, scale)).value();
 }
 
+void releaseTextCaches() {
+    shapedTexts() = {};
+    fittedTexts() = {};
+}
+
 double textWidth(const QString& text, const TextStyle& style) {
     return shapeText(text, style).width;
 }
@@ -194,7 +210,7 @@ FittedText fitText(const QString& text, const TextStyle& style, double width, Te
     if (natural <= width || text.isEmpty()) {
         return {text, 1};
     }
-    static QHash<FitKey, FittedText> cache;
+    auto& cache = fittedTexts();
     static QString family;
     if (family != KestroFonts::family()) {
         family = KestroFonts::family();

@@ -1,6 +1,7 @@
 #include "ui/symbols/symbol_painter.h"
 
 #include "ui/paint/hairline.h"
+#include "ui/symbols/symbol_cache.h"
 
 #include <QCache>
 #include <QDir>
@@ -100,6 +101,11 @@ QImage render(const SymbolKey& key, const QColor& color) {
     return image;
 }
 
+QCache<SymbolKey, QImage>& renderedSymbols() {
+    static QCache<SymbolKey, QImage> symbols(cachedBytes);
+    return symbols;
+}
+
 }  // namespace
 
 QStringList SymbolPainter::names() {
@@ -114,11 +120,15 @@ bool SymbolPainter::contains(const QString& name) {
     return !name.contains(QLatin1Char('/')) && QFile::exists(fileOf(name));
 }
 
+void releaseSymbolCache() {
+    renderedSymbols().clear();
+}
+
 QImage SymbolPainter::image(const QString& name, int pixels, const QColor& color, SymbolWeight weight) {
-    static QCache<SymbolKey, QImage> cache(cachedBytes);
     if (pixels <= 0) {
         return {};
     }
+    auto& cache = renderedSymbols();
     const SymbolKey key{name, std::min(pixels, largestPixels), color.rgba(), weight};
     if (const QImage* const cached = cache.object(key)) {
         return *cached;
