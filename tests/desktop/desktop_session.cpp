@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -297,10 +298,14 @@ QByteArray DesktopSession::output(const QString& program, const QStringList& arg
 }
 
 void DesktopSession::writePreferences(const QByteArray& json) const {
-    QDir().mkpath(path(QStringLiteral("config/kestro")));
-    QFile file(path(QStringLiteral("config/kestro/preferences.json")));
+    writeFile(QStringLiteral("config/kestro/preferences.json"), json);
+}
+
+void DesktopSession::writeFile(const QString& relative, const QByteArray& contents) const {
+    QDir().mkpath(QFileInfo(path(relative)).path());
+    QFile file(path(relative));
     if (file.open(QIODevice::WriteOnly)) {
-        file.write(json);
+        file.write(contents);
     }
 }
 

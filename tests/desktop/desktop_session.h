@@ -119,6 +119,9 @@ public:
     /// Writes the preferences that Kestro starts with.
     void writePreferences(const QByteArray& json) const;
 
+    /// Writes a file in the session's folder.
+    void writeFile(const QString& relative, const QByteArray& contents) const;
+
     /// Every file below the session's folder, as relative paths, sorted.
     QStringList files() const;
     QString path(const QString& relative) const { return folder_.filePath(relative); }

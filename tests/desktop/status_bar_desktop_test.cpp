@@ -79,33 +79,6 @@ QStringList filesLeft(const DesktopSession& session, const QStringList& before) 
     return left;
 }
 
-/// True if the item's icon has the memory bar at its left: pixels over most of its height, which no symbol has
-/// there.
-bool hasValuesInIcon(const StatusItemClient& client, const QString& item) {
-    const QImage icon = client.icon(item, 22);
-    if (icon.isNull()) {
-        return false;
-    }
-    int painted = 0;
-    for (int row = 0; row < icon.height(); ++row) {
-        painted += qAlpha(icon.pixel(2, row)) > 40 ? 1 : 0;
-    }
-    return painted >= 16;
-}
-
-/// The panel's right half once the panel has been drawn: covers the screen's edge and changes no more.
-QImage drawnPanel(const DesktopSession& session, const QString& name) {
-    const QRect half(DesktopSession::screenSize.width() / 2, 0, DesktopSession::screenSize.width() / 2, 24);
-    QImage last;
-    waitUntil([&] {
-        const QImage now = session.screenshot(name).copy(half);
-        const bool isDrawn = now == last && now.pixelColor(0, 0) != QColor(Qt::black);
-        last = now;
-        return isDrawn;
-    });
-    return last;
-}
-
 /// Waits until the panel has drawn an item at `place`, which it does some time after the registration. An empty
 /// panel has rows of one colour.
 bool showsAnItemAt(const DesktopSession& session, QPoint place, const QString& name) {
@@ -192,30 +165,6 @@ TEST(StatusBarOnMate, OpensItsMenuOnARightClick) {
     const QRect below(place.x() - 100, 40, 200, 100);
     EXPECT_TRUE(waitUntil(
         [&] { return session.screenshot(QStringLiteral("mate-panel-menu")).copy(below) != before.copy(below); }));
-}
-
-/// On panels without labels, the icon contains the values and the panel shows it.
-void expectValuesInTheIcon(DesktopPanel panel, const QString& picture) {
-    DesktopSession session(panel);
-    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
-    const StatusItemClient client(session);
-    ASSERT_TRUE(waitUntil([&] { return client.hasHost(); }));
-    const QImage empty = drawnPanel(session, picture);
-
-    session.startKestro();
-    const QString item = itemThatShowsMemory(session, client);
-
-    ASSERT_FALSE(item.isEmpty());
-    EXPECT_TRUE(waitUntil([&] { return hasValuesInIcon(client, item); }));
-    EXPECT_TRUE(waitUntil([&] { return drawnPanel(session, picture) != empty; }));
-}
-
-TEST(StatusBarOnXfce, PaintsTheValuesIntoTheIcon) {
-    expectValuesInTheIcon(DesktopPanel::xfce, QStringLiteral("xfce4-panel"));
-}
-
-TEST(StatusBarOnLxqt, PaintsTheValuesIntoTheIcon) {
-    expectValuesInTheIcon(DesktopPanel::lxqt, QStringLiteral("lxqt-panel"));
 }
 
 TEST(StatusBarWithoutAPanel, ShowsTheStripAtTheTopRight) {

@@ -1,0 +1,111 @@
+#include "tests/desktop/desktop_session.h"
+#include "tests/desktop/status_item_client.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace kestro {
+namespace {
+
+/// True if an icon has the memory bar at its left: pixels over most of its height, which no symbol has there.
+bool hasValues(const QImage& icon) {
+    int painted = 0;
+    for (int row = 0; row < icon.height(); ++row) {
+        painted += qAlpha(icon.pixel(2, row)) > 40 ? 1 : 0;
+    }
+    return painted >= 16;
+}
+
+/// Whether the opaque pixels of an icon are bright, as they should be on a dark panel.
+bool isBright(const QImage& icon) {
+    int bright = 0;
+    int dark = 0;
+    for (int row = 0; row < icon.height(); ++row) {
+        for (int column = 0; column < icon.width(); ++column) {
+            const QRgb pixel = icon.pixel(column, row);
+            if (qAlpha(pixel) > 200) {
+                (qGray(pixel) > 127 ? bright : dark) += 1;
+            }
+        }
+    }
+    return bright > dark;
+}
+
+/// The panel's right half once the panel has been drawn: covers the screen's edge and changes no more.
+QImage drawnPanel(const DesktopSession& session, const QString& name) {
+    const QRect half(DesktopSession::screenSize.width() / 2, 0, DesktopSession::screenSize.width() / 2, 24);
+    QImage last;
+    waitUntil([&] {
+        const QImage now = session.screenshot(name).copy(half);
+        const bool isDrawn = now == last && now.pixelColor(0, 0) != QColor(Qt::black);
+        last = now;
+        return isDrawn;
+    });
+    return last;
+}
+
+/// Waits until the main item has an icon that fulfils the condition. A panel that is starting may lose its items
+/// once and get new ones.
+bool hasIcon(const DesktopSession& session, const StatusItemClient& client,
+             const std::function<bool(const QImage&)>& condition) {
+    return session.waitFor([&] {
+        const auto item = client.item(QStringLiteral("kestro-main"));
+        const QImage icon = item ? client.icon(*item, 22) : QImage();
+        return !icon.isNull() && condition(icon);
+    });
+}
+
+/// On panels without labels, the icon contains the values and the panel shows it.
+void expectValuesInTheIcon(DesktopPanel panel, const QString& picture) {
+    DesktopSession session(panel);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const StatusItemClient client(session);
+    ASSERT_TRUE(waitUntil([&] { return client.hasHost(); }));
+    const QImage empty = drawnPanel(session, picture);
+
+    session.startKestro();
+    EXPECT_TRUE(hasIcon(session, client, hasValues));
+    EXPECT_TRUE(waitUntil([&] { return drawnPanel(session, picture) != empty; }));
+}
+
+TEST(StatusBarOnMate, ShowsABareIconWhereButtonsShowNoIcons) {
+    DesktopSession session(DesktopPanel::mate);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const StatusItemClient client(session);
+    ASSERT_TRUE(waitUntil([&] { return client.hasHost(); }));
+    session.killPanel();
+    session.writeFile(QStringLiteral("config/gtk-3.0/settings.ini"), "[Settings]\ngtk-button-images=0\n");
+    session.startPanel();
+    ASSERT_TRUE(waitUntil([&] { return client.hasHost(); }));
+    session.writePreferences(R"({"kestro.showDedicatedKeepAwakeItem": false,
+                                 "kestro.activeMenubarModules": {"json": ["appIcon"]}})");
+    const QString picture = QStringLiteral("mate-panel-bare-icon");
+    const QImage empty = drawnPanel(session, picture);
+
+    session.startKestro();
+
+    ASSERT_FALSE(client.waitForItem().isEmpty());
+    EXPECT_TRUE(waitUntil([&] { return drawnPanel(session, picture) != empty; }));
+}
+
+TEST(StatusBarOnXfce, PaintsBrightIconsOnADarkPanelOutsideAnXfceSession) {
+    DesktopSession session(DesktopPanel::xfce);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const StatusItemClient client(session);
+    ASSERT_TRUE(waitUntil([&] { return client.hasHost(); }));
+
+    session.startKestro({QStringLiteral("XDG_CURRENT_DESKTOP=openbox")});
+    EXPECT_TRUE(hasIcon(session, client, [](const QImage& icon) { return hasValues(icon) && isBright(icon); }));
+}
+
+TEST(StatusBarOnXfce, PaintsTheValuesIntoTheIcon) {
+    expectValuesInTheIcon(DesktopPanel::xfce, QStringLiteral("xfce4-panel"));
+}
+
+TEST(StatusBarOnLxqt, PaintsTheValuesIntoTheIcon) {
+    expectValuesInTheIcon(DesktopPanel::lxqt, QStringLiteral("lxqt-panel"));
+}
+
+}  // namespace
+}  // namespace kestro
