@@ -5,9 +5,9 @@
 #include "core/platform/platform.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/power/power_mode_manager.h"
+#include "core/readout/readout_sources.h"
 #include "core/settings/user_settings.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace kestro {
@@ -20,7 +20,7 @@ MainStatusItem::MainStatusItem(const Platform& platform, StatusBar& statusBar, c
       textUpdate_(platform.runLoop, [this] { updateText(); }) {
     updateText();
     follow();
-    updateReadoutShowsLoad();
+    updateReadoutSources();
 }
 
 void MainStatusItem::updateText() {
@@ -45,14 +45,11 @@ void MainStatusItem::follow() {
                services_.keepAwake.isActive, services_.keepAwake.remainingSeconds);
     // The settings announce a change before the value changes; the update runs in a later turn.
     retain(services_.settings.subscribeWillChange([this] { textUpdate_.request(); }));
-    retain(services_.settings.activeMenubarModules.subscribe([this](const auto&) { updateReadoutShowsLoad(); }));
+    retain(services_.settings.activeMenubarModules.subscribe([this](const auto&) { updateReadoutSources(); }));
 }
 
-void MainStatusItem::updateReadoutShowsLoad() {
-    const auto& modules = services_.settings.activeMenubarModules.get();
-    services_.engine.setReadoutShowsLoad(std::ranges::any_of(modules, [](MenubarModuleType module) {
-        return module == MenubarModuleType::cpuUsage || module == MenubarModuleType::cpuClusters;
-    }));
+void MainStatusItem::updateReadoutSources() {
+    services_.engine.setReadoutSources(readoutSources(services_.settings.activeMenubarModules.get()));
 }
 
 }  // namespace kestro

@@ -17,8 +17,8 @@ namespace kestro {
 struct Platform;
 
 /// The application's own item in the status bar. Shows the readout, composed anew once per turn of the main queue
-/// in which a value or a setting changed, and keeps the processor load measured while only the readout is visible,
-/// as long as the readout contains it. Main thread.
+/// in which a value or a setting changed, and keeps the values that it contains measured while only the readout is
+/// visible. Main thread.
 class MainStatusItem {
 public:
     /// All references outlive this object.
@@ -40,7 +40,7 @@ public:
 
 private:
     void follow();
-    void updateReadoutShowsLoad();
+    void updateReadoutSources();
 
     const KestroServices services_;
     MainStatusContent content_;

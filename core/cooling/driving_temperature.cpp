@@ -23,4 +23,16 @@ double drivingTemperature(SensorSource source, const ThermalTelemetry& thermals)
     return reading > 0 ? reading : fallbackTemperature(source);
 }
 
+bool isDrivingTemperatureMeasured(SensorSource source, const MeasuredTemperatures& measured) {
+    switch (source) {
+        case SensorSource::averageSoC:
+            return measured.averageSoC;
+        case SensorSource::peakDie:
+            return measured.peakDie;
+        case SensorSource::batteryPack:
+            return measured.battery;
+    }
+    return false;
+}
+
 }  // namespace kestro

@@ -9,4 +9,7 @@ namespace kestro {
 /// thread.
 double drivingTemperature(SensorSource source, const ThermalTelemetry& thermals);
 
+/// Whether a sensor gave that reading.
+bool isDrivingTemperatureMeasured(SensorSource source, const MeasuredTemperatures& measured);
+
 }  // namespace kestro

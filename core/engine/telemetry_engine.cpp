@@ -28,6 +28,15 @@ namespace {
 
 constexpr std::size_t historyLength = 30;
 
+constexpr auto diskAge = std::chrono::seconds(10);
+constexpr auto powerAge = std::chrono::seconds(30);
+
+// Ticks are coarse: one that comes a little early still counts.
+constexpr auto coarseness = std::chrono::milliseconds(100);
+
+// The kernel counts processor time in ticks of up to 10 ms.
+constexpr auto shortestSpan = std::chrono::milliseconds(20);
+
 /// Whether a display mode also samples the CPU load while only the status bar is visible.
 bool readsCPUWhileIdle(MenubarDisplayMode mode) {
     return mode == MenubarDisplayMode::combined || mode == MenubarDisplayMode::tripleGlance ||
@@ -128,10 +137,10 @@ void TelemetryEngine::sampleFull() {
     const Sampling sampling(isSampling_);
     readers_.smc.readFans(spareFans_);
     auto newMemory = readers_.memory.read();
-    auto newThermals = readers_.thermal.readThermals();
-    readers_.cpu.readCPU(spareCPU_);
+    auto newThermals = readThermals();
+    readLoad();
     auto newDisk = readers_.disk.read();
-    auto newNetwork = readers_.network.read();
+    auto newNetwork = readNetwork();
     auto newPower = readers_.power.read();
 
     publish(TelemetrySource::fans, fans, spareFans_);
@@ -157,13 +166,65 @@ void TelemetryEngine::sampleLightweight() {
     auto newMemory = readers_.memory.read();
     publish(TelemetrySource::memory, memory, newMemory);
     if (readsLoadWhileIdle()) {
-        readers_.cpu.readCPU(spareCPU_);
+        readLoad();
         publish(TelemetrySource::cpu, cpu, spareCPU_);
+    }
+    if (isDueForReadout(TelemetrySource::thermals)) {
+        auto newThermals = readThermals();
+        publish(TelemetrySource::thermals, thermals, newThermals);
+    }
+    if (isDueForReadout(TelemetrySource::disk, diskAge)) {
+        auto newDisk = readers_.disk.read();
+        publish(TelemetrySource::disk, disk, newDisk);
+    }
+    if (isDueForReadout(TelemetrySource::network)) {
+        auto newNetwork = readNetwork();
+        publish(TelemetrySource::network, network, newNetwork);
+    }
+    if (isDueForReadout(TelemetrySource::power, powerAge)) {
+        auto newPower = readers_.power.read();
+        publish(TelemetrySource::power, power, newPower);
     }
 }
 
 bool TelemetryEngine::readsLoadWhileIdle() const {
-    return readoutShowsLoad_ || readsCPUWhileIdle(settings_.menubarDisplayMode.get());
+    return readoutSources_.contains(TelemetrySource::cpu) || readsCPUWhileIdle(settings_.menubarDisplayMode.get());
+}
+
+void TelemetryEngine::readLoad() {
+    readers_.cpu.readCPU(spareCPU_);
+    measured_.load = spansATick(TelemetrySource::cpu);
+}
+
+NetworkTelemetry TelemetryEngine::readNetwork() {
+    measured_.rates = spansATick(TelemetrySource::network);
+    return readers_.network.read();
+}
+
+ThermalTelemetry TelemetryEngine::readThermals() {
+    auto record = readers_.thermal.readThermals();
+    measured_.temperatures = readers_.thermal.measured();
+    return record;
+}
+
+bool TelemetryEngine::isDueForReadout(TelemetrySource source, std::chrono::nanoseconds age) const {
+    const auto& last = sampledAt(source);
+    return readoutSources_.contains(source) &&
+           (!last || platform_.clock.monotonicNow() - *last >= age - coarseness);
+}
+
+bool TelemetryEngine::spansATick(TelemetrySource source) const {
+    const auto& last = sampledAt(source);
+    if (!last) {
+        return false;
+    }
+    const auto span = platform_.clock.monotonicNow() - *last;
+    const std::chrono::duration<double> longestSpan(2 * idleInterval(settings_.pollingProfile.get()));
+    return span >= shortestSpan && span <= longestSpan;
+}
+
+void TelemetryEngine::markSampled(TelemetrySource source) {
+    sampledAt_[static_cast<std::size_t>(source)] = platform_.clock.monotonicNow();
 }
 
 void TelemetryEngine::append(History& history, double value) {

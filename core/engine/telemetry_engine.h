@@ -2,21 +2,25 @@
 
 #include "core/base/lifetime.h"
 #include "core/base/published.h"
+#include "core/engine/telemetry_sources.h"
 #include "core/model/settings_enumerations.h"
 #include "core/platform/clock.h"
 #include "core/telemetry/cpu_telemetry.h"
 #include "core/telemetry/disk_telemetry.h"
 #include "core/telemetry/fan_telemetry.h"
+#include "core/telemetry/measured_figures.h"
 #include "core/telemetry/memory_telemetry.h"
 #include "core/telemetry/network_telemetry.h"
 #include "core/telemetry/power_telemetry.h"
 #include "core/telemetry/process_info_item.h"
 #include "core/telemetry/thermal_telemetry.h"
 
-#include <bitset>
+#include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,9 +38,6 @@ class ThermalReader;
 class UserSettings;
 struct Platform;
 
-/// The sources that the engine samples, one reader each.
-enum class TelemetrySource : std::uint8_t { fans, memory, thermals, cpu, disk, network, power };
-
 /// The readers that an engine drives, as references that outlive it.
 struct TelemetryReaders {
     CPUReader& cpu;
@@ -50,7 +51,7 @@ struct TelemetryReaders {
 };
 
 /// Drives the readers on a timer and keeps their latest results. While a window is visible, each tick samples
-/// every source; otherwise only what the status bar can display. Main thread only, except that processes are
+/// every source; otherwise only what the status bar displays. Main thread only, except that processes are
 /// listed in the background and published on the main thread. Must not be destroyed inside one of its own
 /// notifications.
 class TelemetryEngine {
@@ -85,9 +86,9 @@ public:
     /// equal value does nothing.
     void setUIActive(bool active);
 
-    /// Whether the readout contains the CPU load, which is then sampled even while nothing else is visible,
-    /// regardless of the display mode. Initially false; takes effect on the next tick.
-    void setReadoutShowsLoad(bool shows) { readoutShowsLoad_ = shows; }
+    /// The sources that the readout shows. They are sampled even while nothing else is visible: the disk every ten
+    /// seconds, the power every thirty, the others on each tick. Initially none; takes effect on the next tick.
+    void setReadoutSources(const TelemetrySources& sources) { readoutSources_ = sources; }
 
     /// Whether the CPU load is sampled while only the status bar is visible, because of the readout or the mode.
     bool readsLoadWhileIdle() const;
@@ -97,7 +98,12 @@ public:
 
     /// Whether a sample has published a reading of `source`, fallbacks included. Until then the property holds its
     /// initial value, which a real reading may equal.
-    bool hasSampled(TelemetrySource source) const { return sampled_.test(static_cast<std::size_t>(source)); }
+    bool hasSampled(TelemetrySource source) const { return sampledAt(source).has_value(); }
+
+    /// Which figures of the published records were measured. The first load after the start, or after the
+    /// processor was not read for long, does not count: it is measured over one tick only from the next sample on.
+    /// Likewise the network's rates.
+    const MeasuredFigures& measured() const { return measured_; }
 
     /// Starts one background listing of the top processes; the last one to finish wins.
     void refreshProcesses();
@@ -125,12 +131,28 @@ public:
 private:
     using History = Published<std::vector<double>, TelemetryEngine>;
 
-    /// Samples what the status bar can display.
+    /// Samples what the status bar displays.
     void sampleLightweight();
+
+    void readLoad();
+    NetworkTelemetry readNetwork();
+    ThermalTelemetry readThermals();
+
+    const std::optional<MonotonicTime>& sampledAt(TelemetrySource source) const {
+        return sampledAt_[static_cast<std::size_t>(source)];
+    }
+
+    /// Whether the readout shows the source, and its last sample is at least this old.
+    bool isDueForReadout(TelemetrySource source, std::chrono::nanoseconds age = {}) const;
+
+    /// Whether a difference between the source's last sample and now covers about one tick.
+    bool spansATick(TelemetrySource source) const;
+
+    void markSampled(TelemetrySource source);
 
     template <typename T>
     void publish(TelemetrySource source, Published<T, TelemetryEngine>& property, T& reading) {
-        sampled_.set(static_cast<std::size_t>(source));
+        markSampled(source);
         property.swapIn(reading);
     }
     void append(History& history, double value);
@@ -148,8 +170,9 @@ private:
     std::vector<double> spareHistory_;
 
     bool isSampling_ = false;
-    std::bitset<7> sampled_;
-    bool readoutShowsLoad_ = false;
+    std::array<std::optional<MonotonicTime>, telemetrySourceCount> sampledAt_;
+    MeasuredFigures measured_;
+    TelemetrySources readoutSources_;
     std::unique_ptr<RunLoopTimer> timer_;
     Lifetime lifetime_;
 };

@@ -25,11 +25,11 @@ ReadoutInputs readoutInputs(const TelemetryEngine& engine, const UserSettings& s
         return engine.hasSampled(source) ? &property.get() : nullptr;
     };
     ReadoutInputs inputs;
-    inputs.cpu = sampled(TelemetrySource::cpu, engine.cpu);
+    inputs.cpu = engine.measured().load ? &engine.cpu.get() : nullptr;
     inputs.memory = withSize(sampled(TelemetrySource::memory, engine.memory));
     inputs.fans = engine.fans.get();
     inputs.thermal = sampled(TelemetrySource::thermals, engine.thermals);
-    inputs.network = sampled(TelemetrySource::network, engine.network);
+    inputs.network = engine.measured().rates ? &engine.network.get() : nullptr;
     inputs.power = sampled(TelemetrySource::power, engine.power);
     inputs.disk = withSize(sampled(TelemetrySource::disk, engine.disk));
     inputs.fanProfile = fanManager.currentProfile.get();

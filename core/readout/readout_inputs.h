@@ -39,7 +39,8 @@ struct ReadoutInputs {
 };
 
 /// The current inputs. A record is null only before its first sample, whatever it reads; memory and disk also when
-/// their size is 0, because no share can be computed. Main thread.
+/// their size is 0, because no share can be computed; processor and network also while their load and rates are
+/// not measured over about one tick. Main thread.
 ReadoutInputs readoutInputs(const TelemetryEngine& engine, const UserSettings& settings,
                             const FanControlManager& fanManager, const KeepAwakeManager& keepAwake,
                             const PowerModeManager& powerManager);

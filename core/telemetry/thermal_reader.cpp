@@ -72,6 +72,7 @@ ThermalReader& ThermalReader::shared() {
 ThermalTelemetry ThermalReader::readThermals() {
     const auto services = client_ ? eventSystem_.copyServices(*client_) : std::nullopt;
     if (!services) {
+        measured_ = {};
         return ThermalTelemetry::initial();
     }
     double peak = 0;
@@ -95,6 +96,7 @@ ThermalTelemetry ThermalReader::readThermals() {
         peak = std::max(peak, *temperature);
     }
 
+    measured_ = {.averageSoC = die.count > 0, .peakDie = peak > 0, .battery = battery.count > 0};
     ThermalTelemetry record;
     record.averageSoCTemp = die.valueOr(fallbackSoCTemp);
     record.peakDieTemp = peak > 0 ? peak : record.averageSoCTemp;

@@ -26,10 +26,14 @@ public:
     /// record.
     ThermalTelemetry readThermals();
 
+    /// Which temperatures of the last record a sensor measured; none before the first call.
+    const MeasuredTemperatures& measured() const { return measured_; }
+
 private:
     HIDEventSystem& eventSystem_;
     ProcessInfoService& processInfo_;
     std::optional<std::uint32_t> client_;
+    MeasuredTemperatures measured_;
 };
 
 }  // namespace kestro

@@ -23,4 +23,13 @@ struct ThermalTelemetry {
     friend bool operator==(const ThermalTelemetry&, const ThermalTelemetry&) = default;
 };
 
+/// Which temperatures of a sample a sensor measured; the others are fallbacks.
+struct MeasuredTemperatures {
+    bool averageSoC = false;
+    bool peakDie = false;
+    bool battery = false;
+
+    friend bool operator==(const MeasuredTemperatures&, const MeasuredTemperatures&) = default;
+};
+
 }  // namespace kestro

@@ -156,6 +156,23 @@ TEST_F(AppDelegateReadout, StopsMeasuringTheLoadWithoutItsLastModule) {
     EXPECT_EQ(mac.machHost.processorInfoCalls(), 1);
 }
 
+TEST_F(AppDelegateReadout, StaysFreshAfterTheLastWindowCloses) {
+    settings.activeMenubarModules.set({MenubarModuleType::thermal, MenubarModuleType::battery,
+                                       MenubarModuleType::diskSpace, MenubarModuleType::network});
+    launch();
+    delegate.showDashboard();
+    mac.advance(10s);
+    delegate.hideDashboard();
+
+    mac.hidEventSystem.sensors = {{"PMU tdie1", 71.0}};
+    mac.powerSources.setBattery(43, false);
+    mac.fileSystem.root = {1000, 2'000'000'000, 1'200'000'000};
+    mac.networkInterfaces.entries = {SimulatedNetworkInterfaces::link("en0", 1'000'000'000, 1'000'000'000)};
+    mac.advance(34s);
+
+    EXPECT_EQ(shown().title.text, QStringLiteral("71°C · 43% · SSD 1.2T · ↓0 ↑0"));
+}
+
 TEST_F(AppDelegateReadout, LeavesTheStoredDisplayModeUnchanged) {
     launch();
     settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
@@ -260,6 +277,8 @@ TEST_F(AppDelegateReadout, PaintsNoUnmeasuredProcessorLoad) {
     EXPECT_FALSE(shown().glance->lowerPercent);
 
     settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
+    mac.advance(2s);
+    EXPECT_FALSE(shown().glance->lowerPercent) << "one reading is no load";
     mac.advance(2s);
     EXPECT_TRUE(shown().glance->lowerPercent);
 }

@@ -25,5 +25,13 @@ TEST(DrivingTemperature, FallsBackWhenTheReadingIsNotAboveZero) {
     }
 }
 
+TEST(DrivingTemperature, IsMeasuredIfASensorGaveTheReadingOfTheSource) {
+    for (const SensorSource source : allCases<SensorSource>()) {
+        EXPECT_EQ(isDrivingTemperatureMeasured(source, {.averageSoC = true}), source == SensorSource::averageSoC);
+        EXPECT_EQ(isDrivingTemperatureMeasured(source, {.peakDie = true}), source == SensorSource::peakDie);
+        EXPECT_EQ(isDrivingTemperatureMeasured(source, {.battery = true}), source == SensorSource::batteryPack);
+    }
+}
+
 }  // namespace
 }  // namespace kestro

@@ -226,11 +226,11 @@ TEST_F(TelemetryEngineTest, ReadsTheCPUWhileIdleInAnyModeIfTheReadoutShowsIt) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::memoryOnly);
     EXPECT_FALSE(engine().readsLoadWhileIdle());
 
-    engine().setReadoutShowsLoad(true);
+    engine().setReadoutSources({TelemetrySource::cpu});
     EXPECT_TRUE(engine().readsLoadWhileIdle());
     mac.advance(4s);
     EXPECT_EQ(mac.machHost.processorInfoCalls(), 2);
-    engine().setReadoutShowsLoad(false);
+    engine().setReadoutSources({});
     mac.advance(4s);
 
     EXPECT_EQ(mac.machHost.processorInfoCalls(), 2);
@@ -239,9 +239,9 @@ TEST_F(TelemetryEngineTest, ReadsTheCPUWhileIdleInAnyModeIfTheReadoutShowsIt) {
 
 TEST_F(TelemetryEngineTest, ReadsTheCPUForTheModeEvenIfTheReadoutDoesNotShowIt) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::cpuOnly);
-    engine().setReadoutShowsLoad(true);
+    engine().setReadoutSources({TelemetrySource::cpu});
 
-    engine().setReadoutShowsLoad(false);
+    engine().setReadoutSources({});
     mac.advance(2s);
 
     EXPECT_EQ(mac.machHost.processorInfoCalls(), 1);

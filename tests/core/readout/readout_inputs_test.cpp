@@ -22,6 +22,10 @@ struct Fixture : FanControlFixture {
     ReadoutInputs inputs(const TelemetryEngine& source) {
         return readoutInputs(source, settings, manager(), keepAwake, powerManager);
     }
+    void sampleASecondLater() {
+        mac.advance(std::chrono::seconds(1));
+        engine.sampleFull();
+    }
     void showProcessorModules() {
         settings.activeMenubarModules.set({MenubarModuleType::cpuUsage, MenubarModuleType::cpuClusters});
     }
@@ -61,12 +65,14 @@ TEST(ReadoutInputs, HoldOnlyWhatALightSampleReads) {
     EXPECT_EQ(inputs.disk, nullptr);
 }
 
-TEST(ReadoutInputs, ShowAnIdleCPUAfterTheFirstReading) {
+TEST(ReadoutInputs, ShowTheLoadBetweenTwoReadings) {
     Fixture f;
     f.showProcessorModules();
     EXPECT_EQ(f.title(), "CPU -- · P:-- E:--");
 
     f.engine.sampleFull();
+    EXPECT_EQ(f.title(), "CPU -- · P:-- E:--") << "nothing is measured yet";
+    f.sampleASecondLater();
 
     EXPECT_EQ(f.title(), "CPU 0% · P:0% E:0%");
 }
@@ -77,11 +83,12 @@ TEST(ReadoutInputs, ShowAnIdleCPUAfterAFailedCall) {
     f.mac.machHost.processorInfoFailure.always();
 
     f.engine.sampleFull();
+    f.sampleASecondLater();
 
     EXPECT_EQ(f.title(), "CPU 0% · P:0% E:0%");
 }
 
-TEST(ReadoutInputs, ShowAFirstReadingThatEqualsTheInitialRecord) {
+TEST(ReadoutInputs, ShowAReadingThatEqualsTheInitialRecord) {
     Fixture f;
     f.showProcessorModules();
     f.mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 6;
@@ -92,8 +99,15 @@ TEST(ReadoutInputs, ShowAFirstReadingThatEqualsTheInitialRecord) {
     TelemetryEngine engine(f.mac.platform(), f.settings, readers.all());
 
     engine.sampleFull();
+    f.mac.advance(std::chrono::seconds(1));
+    engine.sampleFull();
+    for (const auto& core : engine.cpu.get().coreLoads) {
+        EXPECT_EQ(core.usagePercentage, 0);
+    }
+    CPUTelemetry withoutCores = engine.cpu.get();
+    withoutCores.coreLoads.clear();
 
-    EXPECT_EQ(engine.cpu.get(), CPUTelemetry::initial());
+    EXPECT_EQ(withoutCores, CPUTelemetry::initial());
     EXPECT_EQ(f.title(engine), "CPU 0% · P:0% E:0%");
 }
 
@@ -118,6 +132,7 @@ TEST(ReadoutInputs, ShowNoTrafficWithoutInterfaces) {
     f.mac.networkInterfaces.interfacesFailure.always();
 
     f.engine.sampleFull();
+    f.sampleASecondLater();
 
     EXPECT_EQ(f.engine.network.get(), NetworkTelemetry::initial());
     EXPECT_EQ(f.title(), "↓0 ↑0");
