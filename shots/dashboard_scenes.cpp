@@ -133,6 +133,26 @@ void addStates(std::vector<Scene>& scenes) {
         scenes.push_back(std::move(thermal));
     }
 
+    for (const std::size_t fans : {0U, 2U}) {
+        for (const QSize& size : {QSize(740, 420), QSize(1260, 480)}) {
+            Scene unmeasured = scene(QStringLiteral("unmeasured-fans-%1-%2").arg(fans).arg(size.width()), size);
+            unmeasured.arrange = [fans](SimulatedMac& mac) {
+                mac.hidEventSystem.sensors.clear();
+                mac.powerSources.removeBattery();
+                mac.smc.setFans(std::vector<float>(fans, 1420.0F));
+            };
+            scenes.push_back(std::move(unmeasured));
+        }
+    }
+
+    Scene opened = scene(QStringLiteral("just-opened"), QSize(1260, 480));
+    opened.drive = [](SimulatedServices& services) {
+        services.engine().setUIActive(false);
+        services.advance(std::chrono::hours(1));
+        services.engine().setUIActive(true);
+    };
+    scenes.push_back(std::move(opened));
+
     Scene extremes = scene(QStringLiteral("long-names"), QSize(740, 420));
     extremes.arrange = [](SimulatedMac& mac) {
         for (SimulatedProcess& process : mac.commandRunner.processes) {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 namespace kestro::shots {
 
@@ -100,6 +101,22 @@ void addStates(std::vector<Scene>& scenes) {
         mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 12;
         mac.systemControl.integers.erase("hw.perflevel1.physicalcpu");
     }));
+
+    for (const std::size_t fans : {0U, 2U}) {
+        scenes.push_back(machineScene(QStringLiteral("unmeasured-fans-%1").arg(fans), [fans](SimulatedMac& mac) {
+            mac.hidEventSystem.sensors.clear();
+            mac.powerSources.removeBattery();
+            mac.smc.setFans(std::vector<float>(fans, 1420.0F));
+        }));
+    }
+
+    Scene opened = scene(QStringLiteral("just-opened"));
+    opened.drive = [](SimulatedServices& services) {
+        services.engine().setUIActive(false);
+        services.advance(std::chrono::hours(1));
+        services.engine().setUIActive(true);
+    };
+    scenes.push_back(std::move(opened));
 
     Scene awake = scene(QStringLiteral("awake"));
     awake.drive = [](SimulatedServices& services) {

@@ -54,6 +54,9 @@ void addCooling(std::vector<Scene>& scenes) {
         config.curveShape = CurveShape::stepped;
         services.fanManager().updateCurve(1, config);
     }));
+    Scene unmeasured = tallScene(QStringLiteral("cooling-unmeasured"), {});
+    unmeasured.arrange = [](SimulatedMac& mac) { mac.hidEventSystem.sensors.clear(); };
+    scenes.push_back(std::move(unmeasured));
     Scene fanless = tabScene(QStringLiteral("cooling-fanless"), SettingsTab::cooling);
     fanless.arrange = [](SimulatedMac& mac) { mac.smc.setFans({}); };
     scenes.push_back(std::move(fanless));

@@ -4,6 +4,9 @@
 #include "ui/controls/words.h"
 #include "ui/format/figure_text.h"
 #include "ui/format/record_text.h"
+#include "ui/format/unmeasured.h"
+
+#include <optional>
 
 namespace kestro {
 
@@ -56,22 +59,23 @@ QString coresText(std::int64_t count) {
     return count == 1 ? QStringLiteral("1 core") : QStringLiteral("%1 cores").arg(count);
 }
 
-RuledIndexContent clusterRow(const Words& name, std::int64_t cores, double load, bool compact) {
+RuledIndexContent clusterRow(const Words& name, std::int64_t cores, std::optional<double> load, bool compact) {
     RuledIndexContent content;
     content.label = name;
     content.compactLabel = shortened(name);
-    content.value = percentText(load);
+    content.value = load ? percentText(*load) : pendingFigure();
     content.detail = compact ? QString() : coresText(cores);
-    content.progressFraction = load / 100;
+    content.progressFraction = load.value_or(0) / 100;
     return content;
 }
 
 }  // namespace
 
-std::vector<RuledIndexContent> clusterRows(const CPUTelemetry& cpu, bool compact) {
-    std::vector rows{clusterRow(cpu.cluster0Name, cpu.cluster0Count, cpu.cluster0Usage, compact)};
+std::vector<RuledIndexContent> clusterRows(const CPUTelemetry& cpu, bool isMeasured, bool compact) {
+    const auto measured = [isMeasured](double load) { return isMeasured ? std::optional(load) : std::nullopt; };
+    std::vector rows{clusterRow(cpu.cluster0Name, cpu.cluster0Count, measured(cpu.cluster0Usage), compact)};
     if (hasSecondCluster(cpu)) {
-        rows.push_back(clusterRow(cpu.cluster1Name, cpu.cluster1Count, cpu.cluster1Usage, compact));
+        rows.push_back(clusterRow(cpu.cluster1Name, cpu.cluster1Count, measured(cpu.cluster1Usage), compact));
     }
     return rows;
 }
@@ -111,17 +115,20 @@ void ComputeSection::refresh() {
 void ComputeSection::showCPU() {
     const CPUTelemetry& cpu = engine_.cpu.get();
     setMeta(coresText(cpu.coreCount));
-    total_->setFigure(wholeText(cpu.totalUsage));
+    const bool isMeasured = engine_.measured().load;
+    total_->setFigure(isMeasured ? wholeText(cpu.totalUsage) : pendingFigure());
     const std::array usages{cpu.userUsage, cpu.systemUsage, cpu.idleUsage};
     for (size_t i = 0; i < shares_.size(); ++i) {
-        shares_[i].value->setText(oneDecimalText(usages[i]));
-        shares_[i].value->setAccessibleName(
-            QStringLiteral("%1, %2 percent").arg(shares_[i].name, oneDecimalText(usages[i])));
+        const QString usage = isMeasured ? oneDecimalText(usages[i]) : pendingFigure();
+        const QString words = isMeasured ? usage + QStringLiteral(" percent") : pendingWords();
+        shares_[i].value->setText(usage);
+        shares_[i].value->setAccessibleName(shares_[i].name + QStringLiteral(", ") + words);
     }
-    const auto rows = clusterRows(cpu, isCompact(grid().tier));
+    const auto rows = clusterRows(cpu, isMeasured, isCompact(grid().tier));
     for (size_t i = 0; i < rows.size(); ++i) {
         clusters_[i]->setContent(rows[i]);
     }
+    matrix_->setMeasured(isMeasured);
     matrix_->setCores(cpu.coreLoads);
     if (rows.size() != shownClusters_) {
         shownClusters_ = rows.size();
@@ -134,7 +141,7 @@ void ComputeSection::showHistory() {
 }
 
 void ComputeSection::arrange(const SectionGrid& grid) {
-    const auto rows = clusterRows(engine_.cpu.get(), isCompact(grid.tier));
+    const auto rows = clusterRows(engine_.cpu.get(), engine_.measured().load, isCompact(grid.tier));
     total_->setSize(figureSize(grid.tier));
     const double shares = shareWidth(grid.tier) * (grid.tier == SectionTier::tight ? 2 : 3);
     place(*total_, QRectF(0, SectionGrid::heroTop, grid.width - shares, figureHeight));

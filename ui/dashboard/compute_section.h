@@ -10,8 +10,9 @@
 
 namespace kestro {
 
-/// The rows of the clusters: one, or two when the second one has cores. `compact` omits the details.
-std::vector<RuledIndexContent> clusterRows(const CPUTelemetry& cpu, bool compact);
+/// The rows of the clusters: one, or two when the second one has cores; without figures while the load is not
+/// measured yet. `compact` omits the details.
+std::vector<RuledIndexContent> clusterRows(const CPUTelemetry& cpu, bool isMeasured, bool compact);
 
 /// Total load with its breakdown and history, the clusters, and every core.
 class ComputeSection : public DashboardSection {

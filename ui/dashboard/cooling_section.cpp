@@ -5,6 +5,7 @@
 #include "core/settings/user_settings.h"
 #include "ui/controls/words.h"
 #include "ui/format/figure_text.h"
+#include "ui/format/unmeasured.h"
 #include "ui/format/without_remark.h"
 
 #include <algorithm>
@@ -45,8 +46,10 @@ GaugeContent fanGauge(const FanTelemetry& fan, std::optional<double> target, Sec
             fan.maxRPM,      QStringLiteral("RPM"),         KestroTheme::accentCool};
 }
 
-GaugeContent temperatureGauge(const char* title, const char* subtitle, double celsius, const Ink& ink) {
-    return {Words(title), Words(subtitle), celsius, gaugeMinimumTemp, gaugeMaximumTemp, QStringLiteral("°C"), ink};
+GaugeContent temperatureGauge(const char* title, const char* subtitle, double celsius, const Ink& ink,
+                              bool isMeasured) {
+    return {Words(title),     Words(subtitle),      celsius, gaugeMinimumTemp,
+            gaugeMaximumTemp, QStringLiteral("°C"), ink,     isMeasured};
 }
 
 RuledIndexContent fanRow(const FanTelemetry& fan, const QString& speed) {
@@ -61,7 +64,8 @@ RuledIndexContent fanRow(const FanTelemetry& fan, const QString& speed) {
 }  // namespace
 
 std::vector<GaugeContent> coolingGauges(const std::vector<FanTelemetry>& fans, const ThermalTelemetry& thermals,
-                                        const std::vector<double>& targets, SectionTier tier) {
+                                        const MeasuredTemperatures& measured, const std::vector<double>& targets,
+                                        SectionTier tier) {
     if (fans.size() > 2) {
         return {};
     }
@@ -72,11 +76,11 @@ std::vector<GaugeContent> coolingGauges(const std::vector<FanTelemetry>& fans, c
     }
     if (gauges.size() < 2) {
         gauges.push_back(temperatureGauge("SoC Die", "Die Average", thermals.averageSoCTemp,
-                                          averageTemperatureInk(thermals.averageSoCTemp)));
+                                          averageTemperatureInk(thermals.averageSoCTemp), measured.averageSoC));
     }
     if (gauges.size() < 2) {
         gauges.push_back(temperatureGauge("Peak Die", "Hottest Core", thermals.peakDieTemp,
-                                          peakTemperatureInk(thermals.peakDieTemp)));
+                                          peakTemperatureInk(thermals.peakDieTemp), measured.peakDie));
     }
     return gauges;
 }
@@ -140,8 +144,9 @@ void CoolingSection::showFans() {
 }
 
 void CoolingSection::showFanGauges() {
-    showGauges(gauges_, coolingGauges(services_.engine.fans.get(), services_.engine.thermals.get(), targets(),
-                                      grid().tier));
+    const TelemetryEngine& engine = services_.engine;
+    showGauges(gauges_, coolingGauges(engine.fans.get(), engine.thermals.get(), engine.measured().temperatures,
+                                      targets(), grid().tier));
 }
 
 void CoolingSection::showFanRows() {
@@ -160,11 +165,18 @@ void CoolingSection::showFanRows() {
 
 void CoolingSection::showTemperatures() {
     const ThermalTelemetry& thermals = services_.engine.thermals.get();
-    const auto rows = temperatureRows(thermals, isCompact(grid().tier));
+    const MeasuredTemperatures& measured = services_.engine.measured().temperatures;
+    const auto rows = temperatureRows(thermals, measured, isCompact(grid().tier));
     for (size_t i = 0; i < rows.size(); ++i) {
         temperatures_[i]->setContent(rows[i]);
     }
-    setBadge(Words(thermals.statusSummary()), statusInk(thermals.statusSummary()), QStringLiteral("Temperatures"));
+    if (measured.peakDie) {
+        setBadge(Words(thermals.statusSummary()), statusInk(thermals.statusSummary()),
+                 QStringLiteral("Temperatures"));
+    } else {
+        setBadge(QStringLiteral("Not measured"), KestroTheme::textSecondary, QStringLiteral("Temperatures"),
+                 unmeasuredHelp());
+    }
     nodes_->setText(QStringLiteral("%1 IOHID nodes").arg(thermals.sensorCount));
     if (shownFans_ < 2) {
         showFanGauges();
@@ -181,7 +193,8 @@ void CoolingSection::showProfile() {
 
 void CoolingSection::arrange(const SectionGrid& grid) {
     arrangeFans(grid);
-    const auto rows = temperatureRows(services_.engine.thermals.get(), isCompact(grid.tier));
+    const auto rows = temperatureRows(services_.engine.thermals.get(), services_.engine.measured().temperatures,
+                                      isCompact(grid.tier));
     double top = grid.rowsTop;
     for (size_t i = 0; i < temperatures_.size(); ++i) {
         temperatures_[i]->setContent(rows[i]);

@@ -14,7 +14,8 @@ namespace kestro {
 /// There are no gauges for more than two fans. `targets` are the speeds requested by the custom curves for the
 /// left and the right fan; empty for the other profiles.
 std::vector<GaugeContent> coolingGauges(const std::vector<FanTelemetry>& fans, const ThermalTelemetry& thermals,
-                                        const std::vector<double>& targets, SectionTier tier);
+                                        const MeasuredTemperatures& measured, const std::vector<double>& targets,
+                                        SectionTier tier);
 
 /// The areas of the rows for more than two fans in a hero of `width` by `height`: rows of at most 28, in two
 /// columns above four fans. Rows that do not fit are omitted.

@@ -123,11 +123,11 @@ void DashboardSection::setMeta(const QString& text, const QString& meaning) {
     }
 }
 
-void DashboardSection::setBadge(const QString& text, const Ink& ink, const QString& meaning) {
+void DashboardSection::setBadge(const QString& text, const Ink& ink, const QString& meaning, const QString& help) {
     const bool isWidthChanged = text != badge_->text();
     badge_->setState(text, ink);
     badge_->setAccessibleName(meaning + QStringLiteral(", ") + text);
-    badge_->setHelp(tier_ == SectionTier::tight ? text : QString());
+    badge_->setHelp(help.isEmpty() && tier_ == SectionTier::tight ? text : help);
     if (isWidthChanged) {
         arrangeTitle(grid());
     }

@@ -58,9 +58,9 @@ protected:
     void setSymbol(const QString& symbol);
 
     /// The remark at the right of the title: a text, omitted where it does not fit, or a badge. `meaning` is
-    /// spoken before it.
+    /// spoken before it. Without a `help`, that of a badge is its text where it is not shown.
     void setMeta(const QString& text, const QString& meaning = {});
-    void setBadge(const QString& text, const Ink& ink, const QString& meaning);
+    void setBadge(const QString& text, const Ink& ink, const QString& meaning, const QString& help = {});
 
     /// Paints the section's additional rules, in the grid's coordinates.
     virtual void paintRules(QPainter& painter, const SectionGrid& grid) const;

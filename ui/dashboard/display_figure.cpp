@@ -1,5 +1,6 @@
 #include "ui/dashboard/display_figure.h"
 
+#include "ui/format/unmeasured.h"
 #include "ui/paint/text_painter.h"
 #include "ui/paint/zoom.h"
 
@@ -46,8 +47,13 @@ void DisplayFigure::setSize(double size) {
 AccessibleInfo DisplayFigure::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
     const QString unit = unit_ == QStringLiteral("%") ? QStringLiteral("percent") : unit_;
-    info.name = QStringLiteral("%1, %2 %3").arg(name_, figure_, unit);
+    info.name = figure_ == pendingFigure() ? QStringLiteral("%1, %2").arg(name_, pendingWords())
+                                           : QStringLiteral("%1, %2 %3").arg(name_, figure_, unit);
     return info;
+}
+
+QString DisplayFigure::shownUnit() const {
+    return figure_ == pendingFigure() ? QString() : unit_;
 }
 
 void DisplayFigure::paintEvent(QPaintEvent*) {
@@ -56,7 +62,8 @@ void DisplayFigure::paintEvent(QPaintEvent*) {
     TextStyle figure = text_styles::displayFigure;
     figure.size = size_;
     const QRectF line = designRect(*this);
-    const double unitWidth = textWidth(unit_, text_styles::displayUnit);
+    const QString unit = shownUnit();
+    const double unitWidth = textWidth(unit, text_styles::displayUnit);
     const double room = std::max(0.0, line.width() - unitWidth - unitGap);
     const double scale = fitText(figure_, figure, room, TextFit::value).scale;
     figure.size *= scale;
@@ -66,11 +73,11 @@ void DisplayFigure::paintEvent(QPaintEvent*) {
     painter.translate(-inkLeft(figureShape), 0);
     drawText(painter, line, figure_, figure, Qt::AlignLeft, TextFit::value);
     // Both boxes are centred in the line; the unit's is lowered to share the baseline.
-    const ShapedText unitShape = shapeText(unit_, text_styles::displayUnit);
+    const ShapedText unitShape = shapeText(unit, text_styles::displayUnit);
     const double drop = baselineOffset(line.height(), figureShape.ascent, figureShape.descent) -
                         baselineOffset(line.height(), unitShape.ascent, unitShape.descent);
     const double left = figureShape.width + unitGap;
-    drawText(painter, QRectF(left, line.top() + drop, line.width() - left, line.height()), unit_,
+    drawText(painter, QRectF(left, line.top() + drop, line.width() - left, line.height()), unit,
              text_styles::displayUnit, Qt::AlignLeft, TextFit::value);
 }
 

@@ -12,7 +12,7 @@ class DisplayFigure : public View {
 public:
     DisplayFigure(const QString& name, const QString& unit, QWidget* parent = nullptr);
 
-    /// No-op when unchanged.
+    /// The placeholder of a figure that is not measured yet is shown without its unit. No-op when unchanged.
     void setFigure(const QString& figure);
     void setSize(double size);
 
@@ -22,6 +22,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QString shownUnit() const;
+
     QString name_;
     QString unit_;
     QString figure_;

@@ -4,6 +4,7 @@
 #include "core/power/power_mode_manager.h"
 #include "ui/controls/words.h"
 #include "ui/format/figure_text.h"
+#include "ui/format/unmeasured.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,11 +34,18 @@ RuledIndexContent plainRow(const char* label, const char* shortLabel, const QStr
     return content;
 }
 
+RuledIndexContent batteryFigure(const char* label, const char* shortLabel, const QString& value,
+                                const PowerTelemetry& power) {
+    RuledIndexContent content = plainRow(label, shortLabel, value);
+    content.isMeasured = power.hasBattery;
+    return content;
+}
+
 RuledIndexContent batteryRow(const PowerTelemetry& power, bool compact) {
     if (!power.hasBattery) {
-        return plainRow("Battery", "", QStringLiteral("AC"));
+        return batteryFigure("Battery", "", QStringLiteral("AC"), power);
     }
-    RuledIndexContent content = plainRow("Battery", "", percentText(power.percentage));
+    RuledIndexContent content = batteryFigure("Battery", "", percentText(power.percentage), power);
     content.detail = compact ? QString() : QString(Words(power.statusDescription()));
     content.progressFraction = std::clamp(power.percentage / 100, 0.0, 1.0);
     content.progressTint =
@@ -50,7 +58,7 @@ RuledIndexContent batteryRow(const PowerTelemetry& power, bool compact) {
 std::array<RuledIndexContent, 5> ioRows(const NetworkTelemetry& network, const PowerTelemetry& power,
                                         SystemPowerMode mode, const std::string& uptime, bool compact) {
     return {plainRow("Local IP", "IP", Words(network.localIP)), batteryRow(power, compact),
-            plainRow("Condition", "Cond.", Words(power.condition)),
+            batteryFigure("Condition", "Cond.", Words(power.condition), power),
             plainRow("Power Mode", "Mode", Words(shortTag(mode))), plainRow("Uptime", "Up", Words(uptime))};
 }
 
@@ -94,10 +102,12 @@ void IOSection::refresh() {
     upload_.history->setData(services_.engine.netUpHistory.get());
 }
 
-void IOSection::showRate(const Direction& direction, double bytesPerSecond) {
-    const QString rate = rateText(bytesPerSecond);
+void IOSection::showRate(const Direction& direction, double bytesPerSecond) const {
+    const bool isMeasured = services_.engine.measured().rates;
+    const QString rate = isMeasured ? rateText(bytesPerSecond) : pendingFigure();
     direction.rate->setText(rate);
-    direction.rate->setAccessibleName(direction.name->text() + QStringLiteral(", ") + rate);
+    direction.rate->setAccessibleName(direction.name->text() + QStringLiteral(", ") +
+                                      (isMeasured ? rate : pendingWords()));
 }
 
 void IOSection::showRates() {

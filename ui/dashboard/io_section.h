@@ -36,7 +36,7 @@ private:
     };
 
     Direction makeDirection(const QString& symbol, const QString& name, const Ink& ink);
-    static void showRate(const Direction& direction, double bytesPerSecond);
+    void showRate(const Direction& direction, double bytesPerSecond) const;
     void showRates();
     void showRows();
     void arrangeDirection(const Direction& direction, const QRectF& area) const;

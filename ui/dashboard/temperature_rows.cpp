@@ -27,7 +27,7 @@ Ink batteryTemperatureInk(double celsius) {
     return celsius > warmBattery ? KestroTheme::accentWarning : KestroTheme::accentNominal;
 }
 
-RuledIndexContent thermalPressureRow(const std::string& state) {
+RuledIndexContent thermalPressureRow(const std::string& state, bool hasSensor) {
     const bool isNominal = state == "Nominal";
     const Ink ink = isNominal ? KestroTheme::accentNominal : KestroTheme::accentWarning;
     const double fraction = isNominal ? 0.25 : (state == "Fair" ? 0.5 : 0.9);
@@ -37,29 +37,32 @@ RuledIndexContent thermalPressureRow(const std::string& state) {
             QStringLiteral("Thermal State"),
             fraction,
             ink,
-            ink};
+            ink,
+            hasSensor || !isNominal};
 }
 
 }  // namespace
 
-std::array<RuledIndexContent, 4> temperatureRows(const ThermalTelemetry& thermals, bool compact) {
+std::array<RuledIndexContent, 4> temperatureRows(const ThermalTelemetry& thermals,
+                                                 const MeasuredTemperatures& measured, bool compact) {
     const auto row = [compact](const char* label, const char* compactLabel, const char* detail, double celsius,
-                               double scale, const Ink& ink) {
+                               double scale, const Ink& ink, bool isMeasured) {
         return RuledIndexContent{Words(label),
                                  Words(compactLabel),
                                  celsiusText(celsius),
                                  compact ? QString() : QString(Words(detail)),
                                  share(celsius, scale),
                                  ink,
-                                 ink};
+                                 ink,
+                                 isMeasured};
     };
     return {row("SoC Junction Temp", "SoC Die", "Die Average", thermals.averageSoCTemp, dieScale,
-                averageTemperatureInk(thermals.averageSoCTemp)),
+                averageTemperatureInk(thermals.averageSoCTemp), measured.averageSoC),
             row("Peak Die Temp", "Peak Die", "Hottest Core", thermals.peakDieTemp, dieScale,
-                peakTemperatureInk(thermals.peakDieTemp)),
+                peakTemperatureInk(thermals.peakDieTemp), measured.peakDie),
             row("Battery Pack Temp", "Battery", "Cell Pack", thermals.batteryTemp, batteryScale,
-                batteryTemperatureInk(thermals.batteryTemp)),
-            thermalPressureRow(thermals.thermalState)};
+                batteryTemperatureInk(thermals.batteryTemp), measured.battery),
+            thermalPressureRow(thermals.thermalState, measured.peakDie)};
 }
 
 Ink averageTemperatureInk(double celsius) {

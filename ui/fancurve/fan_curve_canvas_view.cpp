@@ -2,6 +2,7 @@
 
 #include "core/base/text.h"
 #include "ui/format/figure_text.h"
+#include "ui/format/unmeasured.h"
 #include "ui/paint/hairline.h"
 #include "ui/paint/text_painter.h"
 #include "ui/symbols/symbol_painter.h"
@@ -75,6 +76,7 @@ FanCurveCanvasView::FanCurveCanvasView(QWidget* parent) : View(parent) {
 void FanCurveCanvasView::setReading(const FanCurveReading& reading) {
     if (reading != reading_) {
         reading_ = reading;
+        setHelp(reading.isMeasured ? QString() : unmeasuredHelp());
         update();
     }
 }
@@ -89,6 +91,9 @@ AccessibleInfo FanCurveCanvasView::accessibleInfo() const {
     info.name = QStringLiteral("Response curve, ") + reading_.fanName;
     info.description = reading_.liveText() + QLatin1Char(' ') + reading_.targetText() + QStringLiteral(", ") +
                        reading_.lowLabel() + QStringLiteral(", ") + reading_.highLabel();
+    if (!reading_.isMeasured) {
+        info.description += QStringLiteral(". ") + unmeasuredHelp();
+    }
     return info;
 }
 
@@ -108,8 +113,10 @@ void FanCurveCanvasView::paintEvent(QPaintEvent*) {
 
 void FanCurveCanvasView::paintHeader(QPainter& painter) const {
     const TextStyle title{10, headerHeight, text_styles::w700, 0.9, KestroTheme::textPrimary};
-    const TextStyle live{11, headerHeight, text_styles::w600, 0, KestroTheme::textPrimary};
-    const TextStyle target{11, headerHeight, text_styles::w500, 0, KestroTheme::textSecondary};
+    const TextStyle live{11, headerHeight, text_styles::w600, 0,
+                         figureInk(KestroTheme::textPrimary, reading_.isMeasured)};
+    const TextStyle target{11, headerHeight, text_styles::w500, 0,
+                           figureInk(KestroTheme::textSecondary, reading_.isMeasured)};
     const QRectF line(0, 0, width(), headerHeight);
     SymbolPainter::paint(painter, QStringLiteral("waveform.path.ecg"),
                          QRectF(0, (headerHeight - symbolSize) / 2, symbolSize, symbolSize),
@@ -197,7 +204,8 @@ void FanCurveCanvasView::paintLivePoint(QPainter& painter, const FanCurvePlot& p
     constexpr double hairWidth = 0.75;
     const QRectF area = plot.area();
     const QPointF live = plot.clamped(plot.point(reading_.currentTemp, reading_.currentRPM));
-    const Ink ink = KestroTheme::accentNominal;
+    const Ink ink =
+        reading_.isMeasured ? Ink(KestroTheme::accentNominal) : figureInk(KestroTheme::textSecondary, false);
     painter.setPen(QPen(ink.faded(0.35).color(), hairWidth));
     painter.drawLine(QLineF(live.x(), area.top(), live.x(), area.bottom()));
     painter.drawLine(QLineF(area.left(), live.y(), live.x(), live.y()));
@@ -208,7 +216,7 @@ void FanCurveCanvasView::paintLivePoint(QPainter& painter, const FanCurvePlot& p
     painter.setClipRect(area);
     painter.drawEllipse(live, liveDisc / 2, liveDisc / 2);
     painter.restore();
-    painter.setPen(QPen(Qt::white, pointStroke));
+    painter.setPen(QPen(figureInk(QColor(Qt::white), reading_.isMeasured).color(), pointStroke));
     painter.setBrush(ink.color());
     painter.drawEllipse(live, liveDiameter / 2, liveDiameter / 2);
 }

@@ -22,6 +22,7 @@ struct FanCurveReading {
     double minDisplayTemp = 30;
     double maxDisplayTemp = 100;
     double maxDisplayRPM = 8000;
+    bool isMeasured = true;  ///< otherwise no sensor gave the live point: dimmed, with a help text
 
     /// "Live: 52.4°C · 1420 RPM", always in degrees Celsius like the axis, and "(Target: 1499 RPM)".
     QString liveText() const;

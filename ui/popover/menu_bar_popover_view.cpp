@@ -105,7 +105,7 @@ void MenuBarPopoverView::subscribe() {
 }
 
 void MenuBarPopoverView::showCompute() {
-    const ComputeContent content = computeContent(services_.engine.cpu.get());
+    const ComputeContent content = computeContent(services_.engine.cpu.get(), services_.engine.measured().load);
     total_->setValue(content.total);
     const auto fill = [](const ClusterContent& cluster, ReadoutLine& text, LoadBar& bar) {
         text.setLabel(cluster.label);
@@ -145,9 +145,12 @@ void MenuBarPopoverView::showThermals() {
     const ThermalTelemetry& thermals = services_.engine.thermals.get();
     coolingHeading_->setValue(QStringLiteral("SoC ") +
                               Words(services_.engine.formatTemp(thermals.averageSoCTemp)));
-    coolingHeading_->setValueInk(isCriticalTemperature(thermals) ? KestroTheme::accentCritical
-                                                                 : KestroTheme::textPrimary);
+    const MeasuredTemperatures& measured = services_.engine.measured().temperatures;
+    coolingHeading_->setValueInk(isCriticalTemperature(thermals, measured.averageSoC) ? KestroTheme::accentCritical
+                                                                                      : KestroTheme::textPrimary);
+    coolingHeading_->setMeasured(measured.averageSoC);
     peak_->setValue(Words(services_.engine.formatTemp(thermals.peakDieTemp)));
+    peak_->setMeasured(measured.peakDie);
 }
 
 void MenuBarPopoverView::showProfile() {
@@ -158,8 +161,9 @@ void MenuBarPopoverView::showProfile() {
 
 void MenuBarPopoverView::showNetwork() {
     const NetworkTelemetry& network = services_.engine.network.get();
-    download_->setLabel(Words(formatRate(network.downloadBytesPerSec)));
-    upload_->setLabel(Words(formatRate(network.uploadBytesPerSec)));
+    const bool isMeasured = services_.engine.measured().rates;
+    download_->setLabel(rateText(network.downloadBytesPerSec, isMeasured));
+    upload_->setLabel(rateText(network.uploadBytesPerSec, isMeasured));
 }
 
 void MenuBarPopoverView::showDisk() {
@@ -171,6 +175,7 @@ void MenuBarPopoverView::showPower() {
     battery_->setSymbol(powerSymbol(power),
                         power.isCharging ? KestroTheme::accentNominal : KestroTheme::textSecondary);
     battery_->setLabel(batteryText(power));
+    battery_->setMeasured(power.hasBattery);
 }
 
 void MenuBarPopoverView::showKeepAwake() {

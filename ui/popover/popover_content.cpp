@@ -2,6 +2,7 @@
 
 #include "ui/format/figure_text.h"
 #include "ui/format/record_text.h"
+#include "ui/format/unmeasured.h"
 
 #include <algorithm>
 
@@ -12,21 +13,25 @@ namespace {
 constexpr double criticalTemperature = 80.0;
 constexpr std::size_t fansInThreeColumns = 5;
 
-ClusterContent cluster(const std::string& name, double usage) {
-    return {QString::fromStdString(name), percentText(usage), usage / 100};
+QString loadText(double usage, bool isMeasured) {
+    return isMeasured ? percentText(usage) : pendingFigure();
+}
+
+ClusterContent cluster(const std::string& name, double usage, bool isMeasured) {
+    return {QString::fromStdString(name), loadText(usage, isMeasured), isMeasured ? usage / 100 : 0};
 }
 
 }  // namespace
 
-ComputeContent computeContent(const CPUTelemetry& cpu) {
+ComputeContent computeContent(const CPUTelemetry& cpu, bool isMeasured) {
     ComputeContent content;
-    content.total = percentText(cpu.totalUsage) + QStringLiteral(" Total");
-    content.first = cluster(cpu.cluster0Name, cpu.cluster0Usage);
+    content.total = loadText(cpu.totalUsage, isMeasured) + QStringLiteral(" Total");
+    content.first = cluster(cpu.cluster0Name, cpu.cluster0Usage, isMeasured);
     if (hasSecondCluster(cpu)) {
-        content.second = cluster(cpu.cluster1Name, cpu.cluster1Usage);
+        content.second = cluster(cpu.cluster1Name, cpu.cluster1Usage, isMeasured);
     } else if (cpu.coreLoads.size() > 1) {
         const auto busiest = std::ranges::max_element(cpu.coreLoads, {}, &CoreLoad::usagePercentage);
-        content.second = cluster("Busiest Core", busiest->usagePercentage);
+        content.second = cluster("Busiest Core", busiest->usagePercentage, isMeasured);
     }
     return content;
 }
@@ -51,8 +56,12 @@ QString fanLabel(const QString& name, std::size_t fanCount) {
     return fanCount >= fansInThreeColumns && name.startsWith(word) ? name.mid(word.size()) : name;
 }
 
-bool isCriticalTemperature(const ThermalTelemetry& thermals) {
-    return thermals.averageSoCTemp > criticalTemperature;
+bool isCriticalTemperature(const ThermalTelemetry& thermals, bool isMeasured) {
+    return isMeasured && thermals.averageSoCTemp > criticalTemperature;
+}
+
+QString rateText(double bytesPerSecond, bool isMeasured) {
+    return isMeasured ? QString::fromStdString(formatRate(bytesPerSecond)) : pendingFigure();
 }
 
 QString freeSpaceText(const DiskTelemetry& disk) {

@@ -34,7 +34,8 @@ struct ComputeContent {
     friend bool operator==(const ComputeContent&, const ComputeContent&) = default;
 };
 
-ComputeContent computeContent(const CPUTelemetry& cpu);
+/// Without figures and fractions while the load is not measured yet.
+ComputeContent computeContent(const CPUTelemetry& cpu, bool isMeasured);
 
 struct MemoryContent {
     QString percent;
@@ -58,8 +59,11 @@ CoolingHeading coolingHeading(std::size_t fanCount);
 /// The label beside a fan's symbol. In three columns there is no room for the word before a number: "#5".
 QString fanLabel(const QString& name, std::size_t fanCount);
 
-/// Whether to show the processor's temperature as critical: above 80.0 °C.
-bool isCriticalTemperature(const ThermalTelemetry& thermals);
+/// Whether to show the processor's temperature as critical: measured and above 80.0 °C.
+bool isCriticalTemperature(const ThermalTelemetry& thermals, bool isMeasured);
+
+/// A rate in bytes per second, or its placeholder while it is not measured yet.
+QString rateText(double bytesPerSecond, bool isMeasured);
 
 QString freeSpaceText(const DiskTelemetry& disk);
 

@@ -1,5 +1,6 @@
 #include "ui/popover/readout_line.h"
 
+#include "ui/format/unmeasured.h"
 #include "ui/popover/popover_geometry.h"
 #include "ui/symbols/symbol_painter.h"
 
@@ -64,6 +65,14 @@ void ReadoutLine::setValueInk(const Ink& ink) {
     }
 }
 
+void ReadoutLine::setMeasured(bool isMeasured) {
+    if (isMeasured != isMeasured_) {
+        isMeasured_ = isMeasured;
+        setHelp(isMeasured ? QString() : unmeasuredHelp());
+        update();
+    }
+}
+
 void ReadoutLine::setTrailing(bool isTrailing) {
     isTrailing_ = isTrailing;
     update();
@@ -121,9 +130,12 @@ void ReadoutLine::paintEvent(QPaintEvent*) {
     if (!symbol_.isEmpty()) {
         SymbolPainter::paint(painter, symbol_, symbolRect(), symbolInk_.color());
     }
-    drawText(painter, labelRect(), label_, style_.label, Qt::AlignLeft,
-             isTrailing_ ? TextFit::value : TextFit::label);
-    drawText(painter, valueRect(), value_, style_.value, Qt::AlignRight, TextFit::value);
+    TextStyle label = style_.label;
+    label.ink = figureInk(label.ink, isMeasured_ || !value_.isEmpty());
+    TextStyle value = style_.value;
+    value.ink = figureInk(value.ink, isMeasured_);
+    drawText(painter, labelRect(), label_, label, Qt::AlignLeft, isTrailing_ ? TextFit::value : TextFit::label);
+    drawText(painter, valueRect(), value_, value, Qt::AlignRight, TextFit::value);
 }
 
 }  // namespace kestro

@@ -30,6 +30,10 @@ public:
     void setValue(const QString& value);
     void setValueInk(const Ink& ink);
 
+    /// Dims a value that no sensor gave, or the label if it is the value, and says so in the help text.
+    void setMeasured(bool isMeasured);
+    bool isMeasured() const { return isMeasured_; }
+
     /// Moves symbol and label to the right end, for a line without a value.
     void setTrailing(bool isTrailing);
 
@@ -63,6 +67,7 @@ private:
     QString value_;
     QString spokenPrefix_;
     bool isTrailing_ = false;
+    bool isMeasured_ = true;
 };
 
 }  // namespace kestro

@@ -190,6 +190,9 @@ FanCurveReading FanCurveStudio::reading() const {
     const auto& fans = liveFans(services());
     reading.config = activeEditingConfig(services());
     reading.currentTemp = drivingTemperature(reading.config.sensorSource, services().engine.thermals.get());
+    reading.isMeasured =
+        fan < fans.size() &&
+        isDrivingTemperatureMeasured(reading.config.sensorSource, services().engine.measured().temperatures);
     reading.currentRPM = fan < fans.size() ? fans[fan].currentRPM : 0;
     reading.targetRPM = reading.config.evaluateRPM(reading.currentTemp);
     reading.fanName = QString::fromUtf8(selectorLabels[fan]);

@@ -7,6 +7,7 @@
 #include "ui/controls/exclusive_group.h"
 #include "ui/format/figure_text.h"
 #include "ui/format/record_text.h"
+#include "ui/format/unmeasured.h"
 #include "ui/settings/settings_parts.h"
 
 #include <fmt/format.h>
@@ -100,6 +101,10 @@ void PowerTab::showBattery() {
     symbol_->setInk(batteryInk(power));
     health_->setText(QStringLiteral("Health Condition: ") + QString::fromStdString(power.condition));
     line_->setText(batteryLine(power));
+    for (TextLabel* figure : {level_, health_}) {
+        figure->setInk(figureInk(KestroTheme::textPrimary, power.hasBattery));
+        figure->setHelp(power.hasBattery ? QString() : unmeasuredHelp());
+    }
 }
 
 QWidget* PowerTab::modesCard() {

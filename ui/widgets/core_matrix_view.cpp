@@ -2,6 +2,7 @@
 
 #include "core/base/text.h"
 #include "ui/format/figure_text.h"
+#include "ui/format/unmeasured.h"
 #include "ui/paint/hairline.h"
 #include "ui/paint/ink.h"
 #include "ui/paint/surface_paint.h"
@@ -120,6 +121,13 @@ void CoreMatrixView::setCores(const std::vector<CoreLoad>& cores) {
     }
 }
 
+void CoreMatrixView::setMeasured(bool isMeasured) {
+    if (isMeasured != isMeasured_) {
+        isMeasured_ = isMeasured;
+        update();
+    }
+}
+
 void CoreMatrixView::setCompact(bool isCompact) {
     if (isCompact != isCompact_) {
         isCompact_ = isCompact;
@@ -142,8 +150,9 @@ std::vector<AccessibleInfo> CoreMatrixView::accessibleParts() const {
     }
     for (size_t i = 0; i < cores_.size(); ++i) {
         AccessibleInfo part;
-        part.name =
-            QStringLiteral("Core %1, %2 percent").arg(cores_[i].id).arg(wholeNumber(cores_[i].usagePercentage));
+        const QString load = isMeasured_ ? QStringLiteral("%1 percent").arg(wholeNumber(cores_[i].usagePercentage))
+                                         : pendingWords();
+        part.name = QStringLiteral("Core %1, %2").arg(cores_[i].id).arg(load);
         part.area = touchedPoints(*this, layout.cell(static_cast<int>(i)));
         parts.push_back(std::move(part));
     }
@@ -175,7 +184,7 @@ void CoreMatrixView::paintCell(QPainter& painter, const CoreLoad& core, const QR
     outline.addRoundedRect(cell, radius, radius);
     painter.fillPath(outline, Ink::white(cellOpacity).color());
 
-    const double share = std::clamp(core.usagePercentage / 100, 0.0, 1.0);
+    const double share = isMeasured_ ? std::clamp(core.usagePercentage / 100, 0.0, 1.0) : 0;
     const double bar = isFill ? cell.height() : snappedLength(isFull ? 2 : 1.5, deviceScale(painter));
     QPainterPath load;
     load.addRect(QRectF(cell.left(), cell.bottom() - bar, cell.width() * share, bar));
@@ -188,7 +197,8 @@ void CoreMatrixView::paintCell(QPainter& painter, const CoreLoad& core, const QR
     const TextStyle number{isFull ? 9.0 : 8.0, cell.height(), QFont::Medium, 0, KestroTheme::textSecondary};
     const TextStyle figure{isFull ? 10.0 : 8.0, cell.height(), QFont::DemiBold, 0, KestroTheme::textPrimary};
     drawText(painter, texts, numberOf(core), number, Qt::AlignLeft, TextFit::value);
-    drawText(painter, texts, wholeText(core.usagePercentage), figure, Qt::AlignRight, TextFit::value);
+    const QString shown = isMeasured_ ? wholeText(core.usagePercentage) : pendingFigure();
+    drawText(painter, texts, shown, figure, Qt::AlignRight, TextFit::value);
 }
 
 CoreMatrixLayout CoreMatrixView::layoutNow() const {

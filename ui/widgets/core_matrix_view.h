@@ -38,6 +38,8 @@ public:
     explicit CoreMatrixView(bool isCompact, QWidget* parent = nullptr);
 
     void setCores(const std::vector<CoreLoad>& cores);
+    /// While the loads are not measured yet, the cells hold only their numbers. Initially measured.
+    void setMeasured(bool isMeasured);
     void setCompact(bool isCompact);
 
     AccessibleInfo accessibleInfo() const override;
@@ -52,6 +54,7 @@ private:
 
     std::vector<CoreLoad> cores_;
     bool isCompact_;
+    bool isMeasured_ = true;
 };
 
 }  // namespace kestro

@@ -2,6 +2,7 @@
 
 #include "core/base/text.h"
 #include "ui/format/figure_text.h"
+#include "ui/format/unmeasured.h"
 #include "ui/paint/text_painter.h"
 #include "ui/paint/zoom.h"
 #include "ui/widgets/visible_change.h"
@@ -72,16 +73,20 @@ const GaugeMetrics& gaugeMetrics(bool isCompact) {
 MetricGauge::MetricGauge(bool isCompact, QWidget* parent) : View(parent), isCompact_(isCompact) {}
 
 void MetricGauge::setContent(const GaugeContent& content) {
-    const double end = gaugeArcEnd(content.value, content.minVal, content.max);
+    const double end = arcEnd(content);
     const double pixels = zoomOf(*this) * devicePixelRatioF();
     const double circumference = std::numbers::pi * gaugeMetrics(isCompact_).frame * pixels;
     const bool isArcMoved =
         std::abs(end - drawnEnd_) * circumference >= visiblePixels || (end > arcStart) != (drawnEnd_ > arcStart);
     const bool isRingChanged = isArcMoved || wholeNumber(content.value) != wholeNumber(content_.value) ||
                                content.unit != content_.unit || content.tintColor != content_.tintColor;
+    const bool isMeasuredChanged = content.isMeasured != content_.isMeasured;
     const bool areCaptionsChanged = content.title != content_.title || content.subtitle != content_.subtitle;
     content_ = content;
-    if (isRingChanged) {
+    if (isMeasuredChanged) {
+        setHelp(content.isMeasured ? QString() : unmeasuredHelp());
+    }
+    if (isRingChanged || isMeasuredChanged) {
         drawnEnd_ = end;
         update(touchedPoints(*this, frame()));
     }
@@ -169,12 +174,16 @@ QRectF MetricGauge::frame() const {
     return {(designRect(*this).width() - edge) / 2, 0, edge, edge};
 }
 
+double MetricGauge::arcEnd(const GaugeContent& content) const {
+    return content.isMeasured ? gaugeArcEnd(content.value, content.minVal, content.max) : arcStart;
+}
+
 void MetricGauge::paintRing(QPainter& painter) const {
     const double lineWidth = gaugeMetrics(isCompact_).lineWidth;
     const double inset = lineWidth / 2;
     const QRectF ring = frame().adjusted(inset, inset, -inset, -inset);
     strokeArc(painter, ring, arcStart, arcStart + arcSpan, Ink::white(trackOpacity).color(), lineWidth);
-    const double end = gaugeArcEnd(content_.value, content_.minVal, content_.max);
+    const double end = arcEnd(content_);
     if (end > arcStart) {
         strokeArc(painter, ring, arcStart, end, content_.tintColor.color(), lineWidth);
     }
@@ -183,8 +192,10 @@ void MetricGauge::paintRing(QPainter& painter) const {
 void MetricGauge::paintFigure(QPainter& painter) const {
     const QString figure = wholeText(content_.value);
     const QString unitText = shownUnit();
-    const TextStyle value = valueStyle(isCompact_, textScale_);
-    const TextStyle unit = unitStyle(isCompact_, textScale_);
+    TextStyle value = valueStyle(isCompact_, textScale_);
+    value.ink = figureInk(value.ink, content_.isMeasured);
+    TextStyle unit = unitStyle(isCompact_, textScale_);
+    unit.ink = figureInk(unit.ink, content_.isMeasured);
     const double valueWidth = textWidth(figure, value);
     const double unitWidth = textWidth(unitText, unit);
     const double total = unitText.isEmpty() ? valueWidth : valueWidth + unitGap + unitWidth;

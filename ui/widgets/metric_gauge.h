@@ -40,6 +40,7 @@ struct GaugeContent {
     double max = 100;
     QString unit;
     Ink tintColor = QColor(Qt::white);
+    bool isMeasured = true;  ///< otherwise no sensor gave the value: dimmed, with a help text and without an arc
 
     friend bool operator==(const GaugeContent&, const GaugeContent&) = default;
 };
@@ -74,6 +75,8 @@ protected:
 
 private:
     QRectF frame() const;
+
+    double arcEnd(const GaugeContent& content) const;
 
     /// The unit, or empty if it would touch the ring even at the smallest scale; the captions must then name it.
     QString shownUnit() const;

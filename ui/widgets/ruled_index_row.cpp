@@ -1,5 +1,6 @@
 #include "ui/widgets/ruled_index_row.h"
 
+#include "ui/format/unmeasured.h"
 #include "ui/paint/hairline.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
@@ -58,11 +59,16 @@ void RuledIndexRow::setContent(const RuledIndexContent& content) {
     const bool areLabelsChanged = content.label != content_.label ||
                                   content.compactLabel != content_.compactLabel ||
                                   content.shortLabel != content_.shortLabel || content.detail != content_.detail;
-    const bool isValueChanged = content.value != content_.value || content.valueTint != content_.valueTint;
-    const bool isRuleChanged =
-        content.progressFraction != content_.progressFraction || content.progressTint != content_.progressTint;
+    const bool isMeasuredChanged = content.isMeasured != content_.isMeasured;
+    const bool isValueChanged =
+        isMeasuredChanged || content.value != content_.value || content.valueTint != content_.valueTint;
+    const bool isRuleChanged = isMeasuredChanged || content.progressFraction != content_.progressFraction ||
+                               content.progressTint != content_.progressTint;
     const QRectF valueBefore = valueArea();
     content_ = content;
+    if (isMeasuredChanged) {
+        setHelp(content.isMeasured ? QString() : unmeasuredHelp());
+    }
     announceName();
     if (isDetailMoved) {
         update();
@@ -111,12 +117,12 @@ void RuledIndexRow::paintEvent(QPaintEvent*) {
     paintInDesignPoints(painter, *this);
     const RuledIndexGeometry geometry = geometryNow();
     TextStyle value = text_styles::rowValue;
-    value.ink = content_.valueTint;
+    value.ink = content_.isMeasured ? content_.valueTint : figureInk(KestroTheme::textPrimary, false);
     drawText(painter, geometry.line, content_.value, value, Qt::AlignRight, TextFit::value);
     drawText(painter, geometry.line.adjusted(0, 0, -valueArea().width() - valueGap, 0), shownLabel(),
              text_styles::rowLabel);
     drawText(painter, geometry.detail, content_.detail, text_styles::rowDetail);
-    if (content_.progressFraction > 0) {
+    if (content_.isMeasured && content_.progressFraction > 0) {
         paintBar(painter, geometry.rule, content_.progressFraction, Ink::white(ruleTrackOpacity).color(),
                  content_.progressTint.color());
     } else {

@@ -31,6 +31,7 @@ struct RuledIndexContent {
     Ink valueTint = KestroTheme::textPrimary;
     /// Replaces a label that does not fit beside the value; empty: the label is shortened.
     QString shortLabel = {};
+    bool isMeasured = true;  ///< otherwise no sensor gave the value: dimmed, with a help text and without a rule
 
     friend bool operator==(const RuledIndexContent&, const RuledIndexContent&) = default;
 };

@@ -10,13 +10,14 @@ namespace kestro {
 namespace {
 
 constexpr std::uint64_t gigabyte = 1073741824;
+constexpr MeasuredTemperatures all{true, true, true};
 
 ThermalTelemetry thermals(double average, double peak, double battery, const char* state = "Nominal") {
     return {average, peak, battery, 20, state};
 }
 
 TEST(TemperatureRows, HaveLabelsAndDetailsWhenFull) {
-    const auto rows = temperatureRows(thermals(52.44, 61.8, 31.6), false);
+    const auto rows = temperatureRows(thermals(52.44, 61.8, 31.6), all, false);
 
     EXPECT_EQ(rows[0].label, QStringLiteral("SoC Junction Temp"));
     EXPECT_EQ(rows[0].detail, QStringLiteral("Die Average"));
@@ -31,7 +32,7 @@ TEST(TemperatureRows, HaveLabelsAndDetailsWhenFull) {
 }
 
 TEST(TemperatureRows, KeepOnlyTheDetailOfThermalPressureWhenCompact) {
-    const auto rows = temperatureRows(thermals(52, 61, 31), true);
+    const auto rows = temperatureRows(thermals(52, 61, 31), all, true);
 
     EXPECT_TRUE(rows[0].detail.isEmpty());
     EXPECT_TRUE(rows[1].detail.isEmpty());
@@ -44,34 +45,36 @@ TEST(TemperatureRows, KeepOnlyTheDetailOfThermalPressureWhenCompact) {
 }
 
 TEST(TemperatureRows, ScaleTheirProgressUpToOne) {
-    const auto rows = temperatureRows(thermals(52.5, 84, 25), false);
+    const auto rows = temperatureRows(thermals(52.5, 84, 25), all, false);
     EXPECT_DOUBLE_EQ(rows[0].progressFraction, 0.5);
     EXPECT_DOUBLE_EQ(rows[1].progressFraction, 0.8);
     EXPECT_DOUBLE_EQ(rows[2].progressFraction, 0.5);
 
-    const auto hot = temperatureRows(thermals(120, 130, 70), false);
+    const auto hot = temperatureRows(thermals(120, 130, 70), all, false);
     EXPECT_EQ(hot[0].progressFraction, 1);
     EXPECT_EQ(hot[1].progressFraction, 1);
     EXPECT_EQ(hot[2].progressFraction, 1);
 }
 
 TEST(TemperatureRows, ChangeColourStrictlyAboveTheirThresholds) {
-    const auto at = temperatureRows(thermals(85.0, 75.0, 42.0), false);
+    const auto at = temperatureRows(thermals(85.0, 75.0, 42.0), all, false);
     EXPECT_EQ(at[0].valueTint, Ink(KestroTheme::accentCool));
     EXPECT_EQ(at[1].valueTint, Ink(KestroTheme::accentCool));
     EXPECT_EQ(at[2].valueTint, Ink(KestroTheme::accentNominal));
 
-    const auto above = temperatureRows(thermals(85.1, 75.1, 42.1), false);
+    const auto above = temperatureRows(thermals(85.1, 75.1, 42.1), all, false);
     EXPECT_EQ(above[0].valueTint, Ink(KestroTheme::accentCritical));
     EXPECT_EQ(above[1].valueTint, Ink(KestroTheme::accentWarning));
     EXPECT_EQ(above[2].valueTint, Ink(KestroTheme::accentWarning));
 
-    EXPECT_EQ(temperatureRows(thermals(0, 90.0, 0), false)[1].valueTint, Ink(KestroTheme::accentWarning));
-    EXPECT_EQ(temperatureRows(thermals(0, 90.1, 0), false)[1].valueTint, Ink(KestroTheme::accentCritical));
+    EXPECT_EQ(temperatureRows(thermals(0, 90.0, 0), all, false)[1].valueTint, Ink(KestroTheme::accentWarning));
+    EXPECT_EQ(temperatureRows(thermals(0, 90.1, 0), all, false)[1].valueTint, Ink(KestroTheme::accentCritical));
 }
 
 TEST(TemperatureRows, ShowTheSystemsThermalPressure) {
-    const auto pressure = [](const char* state) { return temperatureRows(thermals(50, 50, 30, state), false)[3]; };
+    const auto pressure = [](const char* state) {
+        return temperatureRows(thermals(50, 50, 30, state), all, false)[3];
+    };
 
     EXPECT_EQ(pressure("Nominal").progressFraction, 0.25);
     EXPECT_EQ(pressure("Nominal").valueTint, Ink(KestroTheme::accentNominal));
@@ -101,7 +104,7 @@ std::vector<FanTelemetry> fans(int count) {
 }
 
 TEST(CoolingGauges, ShowTwoFans) {
-    const auto gauges = coolingGauges(fans(2), thermals(50, 60, 30), {}, SectionTier::full);
+    const auto gauges = coolingGauges(fans(2), thermals(50, 60, 30), all, {}, SectionTier::full);
 
     ASSERT_EQ(gauges.size(), 2U);
     EXPECT_EQ(gauges[0].title, QStringLiteral("Left Fan"));
@@ -109,12 +112,12 @@ TEST(CoolingGauges, ShowTwoFans) {
     EXPECT_EQ(gauges[0].subtitle, QStringLiteral("of 7300 RPM"));
     EXPECT_EQ(gauges[0].minVal, 0);
     EXPECT_EQ(gauges[0].max, 7300);
-    EXPECT_EQ(coolingGauges(fans(2), thermals(50, 60, 30), {}, SectionTier::compact)[1].subtitle,
+    EXPECT_EQ(coolingGauges(fans(2), thermals(50, 60, 30), all, {}, SectionTier::compact)[1].subtitle,
               QStringLiteral("of 7300"));
 }
 
 TEST(CoolingGauges, ShowTheDieBesideOneFan) {
-    const auto gauges = coolingGauges(fans(1), thermals(50, 60, 30), {}, SectionTier::full);
+    const auto gauges = coolingGauges(fans(1), thermals(50, 60, 30), all, {}, SectionTier::full);
 
     ASSERT_EQ(gauges.size(), 2U);
     EXPECT_EQ(gauges[1].title, QStringLiteral("SoC Die"));
@@ -125,7 +128,7 @@ TEST(CoolingGauges, ShowTheDieBesideOneFan) {
 }
 
 TEST(CoolingGauges, ShowAverageAndPeakWithoutFans) {
-    const auto gauges = coolingGauges({}, thermals(50, 60, 30), {}, SectionTier::full);
+    const auto gauges = coolingGauges({}, thermals(50, 60, 30), all, {}, SectionTier::full);
 
     ASSERT_EQ(gauges.size(), 2U);
     EXPECT_EQ(gauges[0].value, 50);
@@ -133,11 +136,11 @@ TEST(CoolingGauges, ShowAverageAndPeakWithoutFans) {
 }
 
 TEST(CoolingGauges, AreReplacedByRowsForMoreThanTwoFans) {
-    EXPECT_TRUE(coolingGauges(fans(3), thermals(50, 60, 30), {}, SectionTier::full).empty());
+    EXPECT_TRUE(coolingGauges(fans(3), thermals(50, 60, 30), all, {}, SectionTier::full).empty());
 }
 
 TEST(CoolingGauges, ShowTheTargetsOfTheCurves) {
-    const auto gauges = coolingGauges(fans(2), thermals(50, 60, 30), {1412.7, 1500}, SectionTier::full);
+    const auto gauges = coolingGauges(fans(2), thermals(50, 60, 30), all, {1412.7, 1500}, SectionTier::full);
 
     EXPECT_EQ(gauges[0].subtitle, QStringLiteral("target 1412 RPM"));
     EXPECT_EQ(gauges[1].subtitle, QStringLiteral("target 1500 RPM"));
@@ -147,7 +150,7 @@ TEST(CoolingGauges, OmitAnUnknownMaximum) {
     auto unknown = fans(2);
     unknown[0].maxRPM = 0;
 
-    EXPECT_TRUE(coolingGauges(unknown, thermals(50, 60, 30), {}, SectionTier::full)[0].subtitle.isEmpty());
+    EXPECT_TRUE(coolingGauges(unknown, thermals(50, 60, 30), all, {}, SectionTier::full)[0].subtitle.isEmpty());
 }
 
 TEST(FanRows, UseTwoColumnsAboveFour) {
@@ -175,7 +178,7 @@ TEST(ClusterRows, TakeTheirNamesFromTheRecord) {
     cpu.cluster0Count = 8;
     cpu.cluster1Count = 1;
 
-    const auto rows = clusterRows(cpu, false);
+    const auto rows = clusterRows(cpu, true, false);
 
     ASSERT_EQ(rows.size(), 2U);
     EXPECT_EQ(rows[0].label, QStringLiteral("Performance"));
@@ -184,7 +187,7 @@ TEST(ClusterRows, TakeTheirNamesFromTheRecord) {
     EXPECT_EQ(rows[0].detail, QStringLiteral("8 cores"));
     EXPECT_EQ(rows[1].compactLabel, QStringLiteral("Eff"));
     EXPECT_EQ(rows[1].detail, QStringLiteral("1 core"));
-    EXPECT_TRUE(clusterRows(cpu, true)[0].detail.isEmpty());
+    EXPECT_TRUE(clusterRows(cpu, true, true)[0].detail.isEmpty());
 }
 
 TEST(ClusterRows, OmitAMissingCluster) {
@@ -194,8 +197,8 @@ TEST(ClusterRows, OmitAMissingCluster) {
     uniform.cluster0Count = 4;
     uniform.coreCount = 4;
 
-    EXPECT_EQ(clusterRows(empty, false).size(), 1U);
-    EXPECT_EQ(clusterRows(uniform, false).size(), 1U);
+    EXPECT_EQ(clusterRows(empty, true, false).size(), 1U);
+    EXPECT_EQ(clusterRows(uniform, true, false).size(), 1U);
 }
 
 MemoryTelemetry memory() {

@@ -63,6 +63,7 @@ protected:
     }
 
     void sample() {
+        services.advance(std::chrono::seconds(1));
         services.engine().sampleFull();
         settle();
     }
@@ -273,6 +274,20 @@ TEST_F(PopoverTest, RepaintsOnlyTheRectangleOfAChangedValue) {
     const QRect battery = line(QStringLiteral("Battery"))->geometry();
     EXPECT_FALSE(view->painted.isEmpty());
     EXPECT_TRUE(battery.contains(view->painted.boundingRect()));
+}
+
+TEST_F(PopoverTest, ShowsNoLoadAndNoRatesThatNoReadingMeasured) {
+    show();
+    EXPECT_EQ(line(QStringLiteral("CPU & Clusters"))->value(), QStringLiteral("-- Total"));
+    EXPECT_EQ(line(QStringLiteral("Performance"))->value(), QStringLiteral("--"));
+    EXPECT_EQ(line(QStringLiteral("Download"))->label(), QStringLiteral("--"));
+    EXPECT_EQ(line(QStringLiteral("Upload"))->label(), QStringLiteral("--"));
+
+    sample();
+
+    EXPECT_EQ(line(QStringLiteral("CPU & Clusters"))->value(), QStringLiteral("0% Total"));
+    EXPECT_EQ(line(QStringLiteral("Performance"))->value(), QStringLiteral("0%"));
+    EXPECT_EQ(line(QStringLiteral("Download"))->label(), QStringLiteral("0 B/s"));
 }
 
 TEST_F(PopoverTest, DoesNoWorkWhileHiddenAndIsUpToDateWhenShown) {

@@ -15,7 +15,7 @@ TEST(ComputeContent, TruncatesToWholeNumbers) {
     cpu.cluster0Usage = 24.99;
     cpu.cluster1Usage = 8.01;
 
-    const ComputeContent content = computeContent(cpu);
+    const ComputeContent content = computeContent(cpu, true);
 
     EXPECT_EQ(content.total, QStringLiteral("18% Total"));
     EXPECT_EQ(content.first.label, QStringLiteral("Performance"));
@@ -31,12 +31,12 @@ TEST(ComputeContent, HasOneRowWhenAllCoresAreOfOneKind) {
     cpu.cluster0Count = 4;
     cpu.cluster1Count = 12;  // the reader's default, kept when the system reports no second kind
     cpu.coreCount = 4;
-    EXPECT_FALSE(computeContent(cpu).second);
+    EXPECT_FALSE(computeContent(cpu, true).second);
 
     cpu.coreCount = 8;
-    EXPECT_TRUE(computeContent(cpu).second);
+    EXPECT_TRUE(computeContent(cpu, true).second);
     cpu.cluster1Count = 0;
-    EXPECT_FALSE(computeContent(cpu).second);
+    EXPECT_FALSE(computeContent(cpu, true).second);
 }
 
 TEST(ComputeContent, ShowsTheBusiestCoreOfASingleKind) {
@@ -86,11 +86,11 @@ TEST(FanLabel, DropsItsWordOnlyInThreeColumns) {
 TEST(IsCriticalTemperature, StartsStrictlyAboveEightyDegreesCelsius) {
     ThermalTelemetry thermals = ThermalTelemetry::initial();
     thermals.averageSoCTemp = 80.0;
-    EXPECT_FALSE(isCriticalTemperature(thermals));
+    EXPECT_FALSE(isCriticalTemperature(thermals, true));
     thermals.averageSoCTemp = 80.1;
-    EXPECT_TRUE(isCriticalTemperature(thermals));
+    EXPECT_TRUE(isCriticalTemperature(thermals, true));
     thermals.averageSoCTemp = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_FALSE(isCriticalTemperature(thermals));
+    EXPECT_FALSE(isCriticalTemperature(thermals, true));
 }
 
 TEST(PowerSymbol, DistinguishesChargingExternalPowerAndBattery) {
