@@ -22,8 +22,9 @@ public:
 
     virtual ~RunLoop() = default;
 
-    /// Calls `task` on the main thread every `period` until the returned timer is destroyed. A timer never fires
-    /// inside another call, except in an event loop that the call runs. Timers are coarse: they may fire late by a
+    /// Calls `task` on the main thread every `period` until the returned timer is destroyed, for the first time
+    /// half a period to a period from now. A timer never fires inside another call, except in an event loop that
+    /// the call runs. Timers are coarse: they may fire late by a
     /// fraction of the period to share wake-ups, and missed firings are dropped. Of timers due together the oldest
     /// fires first; a task posted by one may run before or after the next timer fires. Main thread.
     [[nodiscard]] virtual std::unique_ptr<RunLoopTimer> scheduleRepeating(std::chrono::milliseconds period,

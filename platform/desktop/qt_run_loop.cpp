@@ -34,7 +34,7 @@ MonotonicTime gridPoint(MonotonicTime earliest, std::chrono::nanoseconds period)
 }  // namespace
 
 MonotonicTime firstFiringTime(MonotonicTime now, std::chrono::milliseconds period) {
-    return gridPoint(now + period, period);
+    return std::min<MonotonicTime>(nextFiringTime(now, period), now + period);
 }
 
 MonotonicTime nextFiringTime(MonotonicTime now, std::chrono::milliseconds period) {

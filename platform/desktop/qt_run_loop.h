@@ -15,20 +15,21 @@
 
 namespace kestro {
 
-/// The first firing of a timer scheduled at `now`: the first multiple of `period` on the monotonic clock that is
-/// at least a period after `now`. All timers share this grid, so that timers of 1 s, 2 s and 5 s fire in one
-/// wake-up whenever they coincide.
+/// The first firing of a timer scheduled at `now`: as `nextFiringTime`, but at most a period after `now`, even if
+/// that is off the grid.
 MonotonicTime firstFiringTime(MonotonicTime now, std::chrono::milliseconds period);
 
-/// The firing after one at `now`: the first point of the grid at least half a period after `now`, so that rates
-/// between two firings never cover too short an interval.
+/// The firing after one at `now`: the first multiple of `period` on the monotonic clock that is at least half a
+/// period after `now`, so that rates between two firings never cover too short an interval. All timers share this
+/// grid, so that timers of 1 s, 2 s and 5 s fire in one wake-up whenever they coincide.
 MonotonicTime nextFiringTime(MonotonicTime now, std::chrono::milliseconds period);
 
 /// The run loop on Qt's event loop. One kernel timer serves all repeating timers and is armed only for the
 /// earliest; with nothing scheduled it is off and nothing wakes the process. A firing allocates no memory. The
-/// first firing is one to two periods after scheduling (never early). Every later one is due a period after the
-/// previous one, or two periods if that one is late by more than half a period: two firings are never less than
-/// half a period apart. A timer whose task runs a nested event loop does not fire again until that task returns.
+/// first firing is due half a period to a period after scheduling. Every later one is due a period after the
+/// previous one; half a period to one and a half where that joins the grid or makes up for a late firing, so two
+/// firings are never less than half a period apart. A timer whose task runs a nested event loop does not fire
+/// again until that task returns.
 ///
 /// Lives on the main thread, after the application object; `post` and `runInBackground` may be called from any
 /// thread while it exists.
