@@ -3,6 +3,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -10,7 +11,10 @@ namespace kestro {
 
 namespace {
 
-constexpr std::chrono::milliseconds writeInterval = std::chrono::seconds(1);
+// Leaves half of the second within which a change must be on the disk to a slow one.
+constexpr std::chrono::milliseconds writeInterval{500};
+constexpr std::chrono::milliseconds firstRetry = std::chrono::seconds(1);
+constexpr std::chrono::milliseconds longestRetry = std::chrono::seconds(30);
 
 // An exit handler can only reach statics.
 JsonUserDefaults* flushedAtExit = nullptr;
@@ -58,10 +62,10 @@ void JsonUserDefaults::set(std::string_view key, PreferenceValue value) {
     pending_.insert_or_assign(std::string(key), value);
     values_.insert_or_assign(std::string(key), std::move(value));
     isWriteDue_ = true;
-    if (timer_) {
+    if (isResting_) {
         return;
     }
-    timer_ = runLoop_.scheduleRepeating(writeInterval, [this] { writeOrRest(); });
+    rest();
     runLoop_.post([this, alive = lifetime_.watch()] {
         if (!alive.expired()) {
             writePending();
@@ -71,6 +75,7 @@ void JsonUserDefaults::set(std::string_view key, PreferenceValue value) {
 
 void JsonUserDefaults::flush() {
     timer_.reset();
+    isResting_ = false;
     isWriteDue_ = false;
     // Values of an unfinished background write may not have reached the disk yet; newer values take precedence.
     pending_.insert(writing_.begin(), writing_.end());
@@ -90,17 +95,41 @@ void JsonUserDefaults::flushAtExit() {
     flushedAtExit = this;
 }
 
-void JsonUserDefaults::writeOrRest() {
+void JsonUserDefaults::rest() {
+    isResting_ = true;
+    // A new timer each time: only its first firing is certain to come within the period.
+    timer_ = runLoop_.scheduleRepeating(writeInterval, [this] { finishRest(); });
+}
+
+void JsonUserDefaults::finishRest() {
     if (isWriteDue_) {
         writePending();
+        rest();
+        return;
+    }
+    isResting_ = false;
+    if (retryDelay_.count() > 0) {
+        awaitRetry();
     } else {
         timer_.reset();
     }
 }
 
+void JsonUserDefaults::awaitRetry() {
+    timer_ = runLoop_.scheduleRepeating(retryDelay_, [this] {
+        isWriteDue_ = true;
+        writePending();
+        rest();
+    });
+}
+
 void JsonUserDefaults::writePending() {
-    if (!isWriteDue_ || writingSequence_ != 0) {
-        return;  // while the disk is busy, the timer retries
+    if (!isWriteDue_) {
+        return;
+    }
+    if (writingSequence_ != 0) {
+        isOverdue_ = true;
+        return;
     }
     isWriteDue_ = false;
     writing_ = std::exchange(pending_, {});
@@ -121,10 +150,19 @@ void JsonUserDefaults::finishWriting(std::uint64_t sequence, bool stored) {
         return;  // superseded by a flush
     }
     writingSequence_ = 0;
-    if (!stored) {
+    if (stored) {
+        retryDelay_ = {};
+    } else {
         pending_.insert(writing_.begin(), writing_.end());
+        retryDelay_ = std::clamp(2 * retryDelay_, firstRetry, longestRetry);
+        if (!timer_) {
+            awaitRetry();  // the write took longer than the rest
+        }
     }
     writing_.clear();
+    if (std::exchange(isOverdue_, false) && stored) {
+        writePending();
+    }
 }
 
 }  // namespace kestro

@@ -5,6 +5,7 @@
 #include "core/platform/user_defaults.h"
 #include "platform/desktop/preferences_file.h"
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -15,10 +16,11 @@ namespace kestro {
 /// writes it. Values are read once, at construction; later changes to the file by other programs take effect at
 /// the next start. The last writer of each key wins, and keys that this program never assigns are preserved.
 ///
-/// Assignments are written in the background at the end of the current turn of the run loop. Assignments within
-/// the following second are written together when it has passed, and `flush` writes the rest before the process
-/// ends. If the write fails, the values stay in memory and are written with the next assignment. Main thread;
-/// the run loop outlives it.
+/// Assignments are written in the background at the end of the current turn of the run loop. Those of the
+/// following half second are written together when it has passed, so that every change reaches the disk within a
+/// second, and `flush` writes the rest before the process ends. A failed write is retried with the next
+/// assignment, and otherwise after a second, then two, four and so on up to half a minute. Main thread; the run
+/// loop outlives it.
 class JsonUserDefaults final : public UserDefaults {
 public:
     JsonUserDefaults(RunLoop& runLoop, const std::string& path);
@@ -43,7 +45,9 @@ public:
     void flushAtExit();
 
 private:
-    void writeOrRest();
+    void rest();
+    void finishRest();
+    void awaitRetry();
     void writePending();
     void finishWriting(std::uint64_t sequence, bool stored);
 
@@ -53,9 +57,12 @@ private:
     PreferencesFile::Values pending_;
     PreferencesFile::Values writing_;
     std::uint64_t lastSequence_ = 0;
-    std::uint64_t writingSequence_ = 0;    // 0: no background write is under way
-    bool isWriteDue_ = false;              // something was assigned since the last write began
-    std::unique_ptr<RunLoopTimer> timer_;  // runs while another write would be too soon
+    std::uint64_t writingSequence_ = 0;       // 0: no background write is under way
+    bool isWriteDue_ = false;                 // something was assigned since the last write began
+    bool isOverdue_ = false;                  // a write was due while the disk was busy
+    bool isResting_ = false;                  // another write would be too soon
+    std::chrono::milliseconds retryDelay_{};  // 0: the last write succeeded
+    std::unique_ptr<RunLoopTimer> timer_;     // ends the rest, or retries
     Lifetime lifetime_;
 };
 

@@ -47,8 +47,8 @@ protected:
         return found == values.end() ? std::nullopt : std::optional(found->second);
     }
 
-    /// Triggers the write that is due a second after an assignment.
-    void passASecond() {
+    /// Triggers the write that is due half a second after an assignment.
+    void passTheRest() {
         runLoop.fireTimers();
         runLoop.runTasks();
     }

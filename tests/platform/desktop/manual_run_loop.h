@@ -17,6 +17,7 @@ public:
         auto shared = std::make_shared<Task>(std::move(task));
         timers_.push_back(shared);
         lastPeriod = period;
+        ++scheduledTimers;
         return std::make_unique<Timer>(std::move(shared));
     }
 
@@ -54,6 +55,7 @@ public:
     std::size_t waitingBackgroundTasks() const { return background_.size(); }
 
     std::chrono::milliseconds lastPeriod{};
+    int scheduledTimers = 0;  ///< so far
 
 private:
     struct Timer final : RunLoopTimer {
