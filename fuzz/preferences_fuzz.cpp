@@ -1,3 +1,4 @@
+#include "platform/desktop/overflowing_numbers.h"
 #include "platform/desktop/preference_json.h"
 
 #include <cstddef>
@@ -11,6 +12,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto document = kestro::parsePreferenceJson(text);
     if (!document || !document->is_object()) {
         return 0;
+    }
+    const auto written = kestro::parsePreferenceJson(kestro::dumpWithOverflowingNumbers(*document, -1));
+    if (!written || *written != *document) {
+        std::abort();
     }
     for (const auto& [key, json] : document->items()) {
         const auto value = kestro::decodePreference(json);

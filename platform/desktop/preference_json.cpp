@@ -2,6 +2,7 @@
 
 #include "core/base/json_text.h"
 #include "core/base/text.h"
+#include "platform/desktop/overflowing_numbers.h"
 
 #include <QByteArray>
 
@@ -73,7 +74,7 @@ std::optional<PreferenceValue> decodeObject(const PreferenceJson& object) {
     }
     const auto& name = object.begin().key();
     const auto& content = object.begin().value();
-    if (name == jsonMember) {
+    if (name == jsonMember && !holdsOverflowingNumber(content)) {
         const std::string bytes = content.dump();
         return PreferenceData(bytes.begin(), bytes.end());
     }
@@ -131,7 +132,7 @@ std::optional<PreferenceJson> parsePreferenceJson(std::string_view text) {
         return std::nullopt;
     }
     auto parsed = parsedJson<PreferenceJson>(text);
-    return parsed.is_discarded() ? std::nullopt : std::optional(std::move(parsed));
+    return parsed.is_discarded() ? parseOverflowingNumbers(text) : std::optional(std::move(parsed));
 }
 
 PreferenceJson encodePreference(const PreferenceValue& value) {

@@ -23,7 +23,8 @@ inline constexpr int maximumPreferenceElements = 10'000;
 bool isBoundedPreferenceText(std::string_view text);
 
 /// Parses JSON within the limits; nullopt: not JSON, or too large. A number that neither a 64-bit integer nor a
-/// double can represent exactly becomes the nearest double, and is written as that.
+/// double can represent exactly becomes the nearest double, and is written as that; one beyond the range of a
+/// double becomes a value without a preference, as overflowing_numbers.h describes.
 std::optional<PreferenceJson> parsePreferenceJson(std::string_view text);
 
 /// Encodes a preference for the file so that its type can be recovered:

@@ -1,5 +1,7 @@
 #include "platform/desktop/preferences_file.h"
 
+#include "platform/desktop/file_replacement.h"
+#include "platform/desktop/overflowing_numbers.h"
 #include "platform/posix/bounded_read.h"
 #include "platform/posix/descriptor.h"
 
@@ -18,31 +20,8 @@ namespace kestro {
 namespace {
 
 constexpr int maximumDamagedFiles = 9;
+constexpr int maximumAttempts = 10;
 constexpr int maximumLinks = 40;  // the kernel's limit
-
-bool makeDirectories(const std::filesystem::path& directory) {
-    std::filesystem::path made;
-    for (const auto& component : directory) {
-        made /= component;
-        ::mkdir(made.c_str(), 0700);  // most already exist
-    }
-    std::error_code error;
-    return std::filesystem::is_directory(directory, error);
-}
-
-bool writeAll(int descriptor, std::string_view contents) {
-    while (!contents.empty()) {
-        const ssize_t written = ::write(descriptor, contents.data(), contents.size());
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written <= 0) {
-            return false;
-        }
-        contents.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
 
 /// Like rename, but never replaces anything.
 bool renameToFreeName(const std::string& from, const std::string& to) {
@@ -76,7 +55,7 @@ std::optional<std::string> nameBehindLinks(std::filesystem::path path) {
 /// The indented form, or the compact one if only that is within the limits; nullopt: neither is.
 std::optional<std::string> boundedText(const PreferenceJson& document) {
     for (const int indent : {2, -1}) {
-        std::string text = document.dump(indent, ' ', false, PreferenceJson::error_handler_t::replace) + "\n";
+        std::string text = dumpWithOverflowingNumbers(document, indent) + "\n";
         if (isBoundedPreferenceText(text)) {
             return text;
         }
@@ -86,40 +65,13 @@ std::optional<std::string> boundedText(const PreferenceJson& document) {
 
 }  // namespace
 
-bool replaceFileAtomically(const std::string& path, const std::string& contents) {
-    const std::filesystem::path target(path);
-    const std::filesystem::path directory = target.parent_path();
-    if (!makeDirectories(directory)) {
-        return false;
-    }
-    const Descriptor directoryDescriptor(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!directoryDescriptor.isOpen()) {
-        return false;
-    }
-    const std::string name = target.filename();
-    // Another process of the same user may be replacing the file at the same time.
-    const std::string temporary = name + ".new-" + std::to_string(::getpid());
-    ::unlinkat(directoryDescriptor.get(), temporary.c_str(), 0);
-    bool complete = false;
-    {
-        const Descriptor file(::openat(directoryDescriptor.get(), temporary.c_str(),
-                                       O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-        complete = file.isOpen() && ::fchmod(file.get(), 0600) == 0 && writeAll(file.get(), contents) &&
-                   ::fsync(file.get()) == 0;
-    }
-    if (!complete ||
-        ::renameat(directoryDescriptor.get(), temporary.c_str(), directoryDescriptor.get(), name.c_str()) != 0) {
-        ::unlinkat(directoryDescriptor.get(), temporary.c_str(), 0);
-        return false;
-    }
-    ::fsync(directoryDescriptor.get());
-    return true;
-}
-
 PreferencesFile::Values PreferencesFile::load() {
     const std::lock_guard lock(mutex_);
     auto document = PreferenceJson::object();
     const auto name = nameBehindLinks(path_);
+    if (name) {
+        removeAbandonedReplacements(*name);
+    }
     if (name && read(*name, document) == State::damaged) {
         setAside(*name);
     }
@@ -139,13 +91,32 @@ bool PreferencesFile::store(const Values& changes, std::uint64_t sequence) {
         return true;
     }
     const auto name = nameBehindLinks(path_);
-    if (!name) {
+    const std::string directory = name ? std::filesystem::path(*name).parent_path() : std::filesystem::path();
+    if (!name || !makeDirectories(directory)) {
         return false;
     }
-    auto document = PreferenceJson::object();
-    const State state = read(*name, document);
-    if (state == State::untouchable || (state == State::damaged && !setAside(*name))) {
+    const DirectoryLock lockedAgainstOthers(directory);
+    auto result = Replacement::superseded;
+    // The lock does not stop a program that does not know it, such as one that synchronises files.
+    for (int attempt = 0; attempt < maximumAttempts && result == Replacement::superseded; ++attempt) {
+        result = merge(*name, changes);
+    }
+    if (result != Replacement::done) {
         return false;
+    }
+    storedSequence_ = sequence;
+    return true;
+}
+
+Replacement PreferencesFile::merge(const std::string& name, const Values& changes) {
+    auto version = versionOf(name);
+    auto document = PreferenceJson::object();
+    const State state = read(name, document);
+    if (state == State::untouchable || (state == State::damaged && !setAside(name))) {
+        return Replacement::failed;
+    }
+    if (state == State::damaged) {
+        version = std::nullopt;
     }
     if (state != State::usable) {
         document = lastSeen_;
@@ -154,12 +125,11 @@ bool PreferencesFile::store(const Values& changes, std::uint64_t sequence) {
         document[key] = encodePreference(value);
     }
     const auto text = boundedText(document);
-    if (!text || !replaceFileAtomically(*name, *text)) {
-        return false;
+    const auto result = text ? replaceFileAtomically(name, *text, version) : Replacement::failed;
+    if (result == Replacement::done) {
+        lastSeen_ = std::move(document);
     }
-    lastSeen_ = std::move(document);
-    storedSequence_ = sequence;
-    return true;
+    return result;
 }
 
 PreferencesFile::State PreferencesFile::read(const std::string& name, PreferenceJson& document) {

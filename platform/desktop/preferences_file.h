@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/platform/user_defaults.h"
+#include "platform/desktop/file_replacement.h"
 #include "platform/desktop/preference_json.h"
 
 #include <cstdint>
@@ -13,10 +14,10 @@ namespace kestro {
 /// The preferences on disk: one JSON object in one file. Any thread; calls are serialised. Every failure is
 /// silent: what cannot be read is absent, what cannot be written is reported as not stored.
 ///
-/// The file is replaced as a whole (temporary file beside it, fsync, rename, fsync of the directory, mode 0600),
-/// so that a reader or a crash sees either the old contents or the new ones. A symbolic link is preserved:
-/// everything here applies to the file behind it, which is created if missing. Missing directories are created
-/// with mode 0700.
+/// The file is replaced as a whole, so that a reader or a crash sees either the old contents or the new ones, and
+/// under a lock, so that two writers do not undo each other's changes. A symbolic link is preserved: everything
+/// here applies to the file behind it, which is created if missing. Missing directories are created with mode
+/// 0700.
 ///
 /// The file is formatted for people, with one line per value, or as a single line if only that is within the
 /// limits.
@@ -30,18 +31,22 @@ public:
 
     explicit PreferencesFile(std::string path) : path_(std::move(path)) {}
 
-    /// The values of all keys whose value has a known form.
+    /// The values of all keys whose value has a known form. Removes the temporary files of processes that died
+    /// while writing.
     Values load();
 
     /// Reads the file again and writes it with `changes` applied. Other keys keep their current value in the
     /// file, even in forms unknown to this program; a number that parsePreferenceJson does not represent exactly
-    /// is written as it was parsed. A file that has vanished or become damaged in the meantime is rewritten from
-    /// its last known contents. Does nothing if `sequence` is not above those already stored. False: not stored.
+    /// is written as it was parsed, one beyond the range of a double as it was. A file that has vanished or become
+    /// damaged in the meantime is rewritten from its last known contents. Does nothing if `sequence` is not above
+    /// those already stored. False: not stored.
     bool store(const Values& changes, std::uint64_t sequence);
 
 private:
     enum class State { absent, usable, damaged, untouchable };
 
+    /// Replaces the file by its current contents with `changes` applied. `superseded`: it changed meanwhile.
+    Replacement merge(const std::string& name, const Values& changes);
     static State read(const std::string& name, PreferenceJson& document);
     static bool setAside(const std::string& name);
 
@@ -50,9 +55,5 @@ private:
     PreferenceJson lastSeen_ = PreferenceJson::object();
     std::uint64_t storedSequence_ = 0;
 };
-
-/// Replaces the file at `path` by `contents` as described above, without following links. False: the old file
-/// remains.
-bool replaceFileAtomically(const std::string& path, const std::string& contents);
 
 }  // namespace kestro

@@ -1,0 +1,132 @@
+#include "platform/desktop/overflowing_numbers.h"
+
+#include "core/base/json_text.h"
+
+#include <utility>
+
+namespace kestro {
+
+namespace {
+
+constexpr std::string_view numberCharacters = "+-.0123456789Ee";
+
+/// Shorter numbers without an exponent cannot overflow.
+constexpr std::size_t mostPlainDigits = 308;
+
+bool mayOverflow(std::string_view number) {
+    return number.size() > mostPlainDigits || number.find_first_of("Ee") != std::string_view::npos;
+}
+
+bool overflows(std::string_view number) {
+    try {
+        return !PreferenceJson::parse(number).is_number();
+    } catch (const PreferenceJson::out_of_range&) {
+        return true;
+    } catch (const PreferenceJson::parse_error&) {
+        return false;
+    }
+}
+
+/// A text that starts with this mark cannot be confused with any other in `text`.
+std::string markAbsentFrom(std::string_view text) {
+    std::string mark = "number:";
+    while (text.find(mark) != std::string_view::npos) {
+        mark += ':';
+    }
+    return mark;
+}
+
+/// A text in which each overflowing number is a marked string.
+struct MarkedText {
+    std::string text;
+    int marks = 0;
+};
+
+MarkedText withMarkedNumbers(std::string_view text, const std::string& mark) {
+    MarkedText marked;
+    int tested = 0;
+    bool inString = false;
+    for (std::size_t i = 0; i < text.size();) {
+        const char byte = text[i];
+        if (!inString && (byte == '-' || (byte >= '0' && byte <= '9'))) {
+            const auto number = text.substr(i, text.find_first_not_of(numberCharacters, i) - i);
+            const bool isMarked =
+                mayOverflow(number) && ++tested <= maximumPreferenceElements && overflows(number);
+            marked.marks += isMarked ? 1 : 0;
+            marked.text += isMarked ? '"' + mark + std::string(number) + '"' : std::string(number);
+            i += number.size();
+            continue;
+        }
+        const std::size_t length = inString && byte == '\\' && i + 1 < text.size() ? 2 : 1;
+        inString = inString != (byte == '"');
+        marked.text += text.substr(i, length);
+        i += length;
+    }
+    return marked;
+}
+
+/// Calls `visit` for every value in the document that is neither an object nor an array.
+template <typename Json, typename Visit>
+void forEachLeaf(Json& value, const Visit& visit) {
+    if (!value.is_structured()) {
+        visit(value);
+        return;
+    }
+    for (auto& element : value) {
+        forEachLeaf(element, visit);
+    }
+}
+
+}  // namespace
+
+std::optional<PreferenceJson> parseOverflowingNumbers(std::string_view text) {
+    const std::string mark = markAbsentFrom(text);
+    const MarkedText marked = withMarkedNumbers(text, mark);
+    auto document = parsedJson<PreferenceJson>(marked.text);
+    if (document.is_discarded()) {
+        return std::nullopt;
+    }
+    int restored = 0;
+    forEachLeaf(document, [&](PreferenceJson& leaf) {
+        const auto* string = leaf.get_ptr<const std::string*>();
+        if (string != nullptr && string->starts_with(mark)) {
+            const std::string digits = string->substr(mark.size());
+            leaf = PreferenceJson::binary({digits.begin(), digits.end()});
+            ++restored;
+        }
+    });
+    // Otherwise a string was written with escapes to look like a marked number.
+    return restored == marked.marks ? std::optional(std::move(document)) : std::nullopt;
+}
+
+bool holdsOverflowingNumber(const PreferenceJson& document) {
+    bool isHeld = false;
+    forEachLeaf(document, [&isHeld](const PreferenceJson& leaf) { isHeld = isHeld || leaf.is_binary(); });
+    return isHeld;
+}
+
+std::string dumpWithOverflowingNumbers(const PreferenceJson& document, int indent) {
+    const auto dumped = [indent](const PreferenceJson& json) {
+        return json.dump(indent, ' ', false, PreferenceJson::error_handler_t::replace);
+    };
+    if (!holdsOverflowingNumber(document)) {
+        return dumped(document);
+    }
+    const std::string mark = markAbsentFrom(dumped(document));
+    PreferenceJson marked = document;
+    forEachLeaf(marked, [&mark](PreferenceJson& leaf) {
+        if (leaf.is_binary()) {
+            const auto& digits = leaf.get_binary();
+            leaf = mark + std::string(digits.begin(), digits.end());
+        }
+    });
+    std::string text = dumped(marked);
+    const std::string quotedMark = '"' + mark;
+    for (auto at = text.find(quotedMark); at != std::string::npos; at = text.find(quotedMark, at)) {
+        text.erase(at, quotedMark.size());
+        text.erase(text.find('"', at), 1);
+    }
+    return text;
+}
+
+}  // namespace kestro
