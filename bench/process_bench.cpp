@@ -234,6 +234,10 @@ void press(const char* key) {
 
 const Budget idleBudget{"0.05 %", "2 /s", "", ""};
 
+const QByteArray everyModule = R"json({"kestro.activeMenubarModules": {"json": ["appIcon", "memory", "cpuUsage",
+    "cpuClusters", "thermal", "fanSpeed", "fanProfile", "powerMode", "network", "battery", "diskSpace",
+    "keepAwake"]}})json";
+
 bool measureStart(Program& kestro) {
     kestro.start();  // warms the disk cache
     std::vector<double> milliseconds;
@@ -294,6 +298,11 @@ int main(int argc, char** argv) {
                  {"0.05 %", "2 /s", "30 MB", "5 MB"});
     const auto togglePopover = [] { notify("togglePopover"); };
     measureSurface(kestro, "popover", togglePopover, togglePopover, openTime, {"1 %", "", "45 MB", ""});
+
+    kestro.start(everyModule);
+    runFor(5s);
+    measureState(kestro.pid(), fmt::format("idle, every module in the readout, {} s", idleTime.count()), idleTime,
+                 {"0.05 %", "2 /s", "30 MB", "5 MB"});
 
     kestro.start();
     measureSurface(kestro, "settings", [] { notify("showSettings", "Cooling & Fans"); }, closeWindow, openTime,
