@@ -136,6 +136,7 @@ void TelemetryEngine::restartTimer() {
 void TelemetryEngine::sampleFull() {
     const Sampling sampling(isSampling_);
     readers_.smc.readFans(spareFans_);
+    readers_.smc.readLabels(spareFans_);
     auto newMemory = readers_.memory.read();
     auto newThermals = readThermals();
     readLoad();

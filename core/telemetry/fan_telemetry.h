@@ -13,6 +13,7 @@ struct FanTelemetry {
     double targetRPM = 0;
     double minRPM = 0;
     double maxRPM = 0;
+    std::string label = {};  ///< what the machine calls the fan, such as "Left side"; empty if unnamed or not read
 
     /// Position between minimum and maximum as a fraction 0..1 (not a percent); 0 for an empty range.
     double percentage() const;

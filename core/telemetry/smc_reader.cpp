@@ -1,5 +1,6 @@
 #include "core/telemetry/smc_reader.h"
 
+#include "core/base/text.h"
 #include "core/platform/platform.h"
 #include "core/platform/smc_service.h"
 
@@ -37,6 +38,32 @@ std::optional<double> decode(std::uint32_t type, const SMCRecord& record) {
     }
 }
 
+/// A fan's description, padded with blanks and zero bytes. A fan record ("{fds") begins with four bytes of
+/// numbers. Empty for other types.
+std::string_view decodeText(std::uint32_t type, const SMCRecord& record) {
+    constexpr std::size_t fanRecordSize = 16;
+    const std::string_view bytes(reinterpret_cast<const char*>(record.data()), record.size());
+    if (type == smc::code("{fds")) {
+        return trimmed(bytes.substr(smc::bytesOffset + 4, fanRecordSize - 4));
+    }
+    return type == smc::code("ch8*") ? trimmed(bytes.substr(smc::bytesOffset)) : std::string_view{};
+}
+
+/// "F", the fan's index and two letters, without allocating.
+class FanKey {
+public:
+    FanKey(std::int64_t fan, std::string_view suffix) {
+        char* const end = std::to_chars(key_.begin() + 1, key_.end() - suffix.size(), fan).ptr;
+        std::ranges::copy(suffix, end);
+        size_ = static_cast<std::size_t>(end - key_.data()) + suffix.size();
+    }
+    std::string_view text() const { return {key_.data(), size_}; }
+
+private:
+    std::array<char, 24> key_{'F'};
+    std::size_t size_ = 0;
+};
+
 void assignName(FanTelemetry& fan, std::size_t count) {
     if (count == 2) {
         fan.name = fan.id == 0 ? "Left Fan" : "Right Fan";
@@ -72,6 +99,14 @@ void SMCReader::open() {
 
 std::optional<double> SMCReader::readValue(std::string_view key) {
     const std::scoped_lock guard(lock_);
+    SMCRecord output{};
+    const auto type = readKey(key, output);
+    const auto value = type ? decode(*type, output) : std::nullopt;
+    return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+/// The type of a key, and its value in `output`. nullopt: it cannot be read.
+std::optional<std::uint32_t> SMCReader::readKey(std::string_view key, SMCRecord& output) {
     if (conn_ == 0) {
         open();
     }
@@ -79,7 +114,6 @@ std::optional<double> SMCReader::readValue(std::string_view key) {
         return std::nullopt;
     }
     SMCRecord input{};
-    SMCRecord output{};
     smc::write32(input, smc::keyOffset, smc::code(key));
     input[smc::commandOffset] = smc::readInformationCommand;
     if (!service_.callStructMethod(conn_, input, output)) {
@@ -89,11 +123,7 @@ std::optional<double> SMCReader::readValue(std::string_view key) {
     smc::write32(input, smc::sizeOffset, smc::read32(output, smc::sizeOffset));
     input[smc::commandOffset] = smc::readBytesCommand;
     output.fill(0);
-    if (!service_.callStructMethod(conn_, input, output)) {
-        return std::nullopt;
-    }
-    const auto value = decode(type, output);
-    return value && std::isfinite(*value) ? value : std::nullopt;
+    return service_.callStructMethod(conn_, input, output) ? std::optional(type) : std::nullopt;
 }
 
 std::vector<FanTelemetry> SMCReader::readFans() {
@@ -117,10 +147,16 @@ void SMCReader::readFans(std::vector<FanTelemetry>& fans) {
 }
 
 std::optional<double> SMCReader::readFanValue(std::int64_t fan, std::string_view suffix) {
-    std::array<char, 24> key{'F'};
-    char* const end = std::to_chars(key.begin() + 1, key.end() - suffix.size(), fan).ptr;
-    std::ranges::copy(suffix, end);
-    return readValue({key.data(), static_cast<std::size_t>(end - key.data()) + suffix.size()});
+    return readValue(FanKey(fan, suffix).text());
+}
+
+void SMCReader::readLabels(std::vector<FanTelemetry>& fans) {
+    const std::scoped_lock guard(lock_);
+    for (FanTelemetry& fan : fans) {
+        SMCRecord output{};
+        const auto type = readKey(FanKey(fan.id, "ID").text(), output);
+        fan.label.assign(type ? decodeText(*type, output) : std::string_view{});
+    }
 }
 
 }  // namespace kestro

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/platform/smc_record.h"
 #include "core/telemetry/fan_telemetry.h"
 
 #include <cstdint>
@@ -36,8 +37,12 @@ public:
     /// The same, but into an existing list, reusing its storage.
     void readFans(std::vector<FanTelemetry>& fans);
 
+    /// Fills in what the machine calls each of these fans; empty for a fan without a name.
+    void readLabels(std::vector<FanTelemetry>& fans);
+
 private:
     void open();
+    std::optional<std::uint32_t> readKey(std::string_view key, SMCRecord& output);
     std::optional<double> readFanValue(std::int64_t fan, std::string_view suffix);
 
     SMCService& service_;

@@ -8,6 +8,8 @@
 #include "ui/format/unmeasured.h"
 #include "ui/format/without_remark.h"
 
+#include <QStringList>
+
 #include <algorithm>
 #include <cmath>
 
@@ -39,6 +41,18 @@ QString fanCaption(const FanTelemetry& fan, std::optional<double> target, Sectio
         return QStringLiteral("target ") + wholeText(*target) + unit;
     }
     return fan.maxRPM > 0 ? QStringLiteral("of ") + wholeText(fan.maxRPM) + unit : QString();
+}
+
+/// What the machine calls the fan, and its target.
+QString fanHelp(const FanTelemetry& fan, std::optional<double> target) {
+    QStringList parts;
+    if (!fan.label.empty()) {
+        parts << QString::fromStdString(fan.label);
+    }
+    if (target) {
+        parts << fanCaption(fan, target, SectionTier::full);
+    }
+    return parts.join(QStringLiteral(", "));
 }
 
 GaugeContent fanGauge(const FanTelemetry& fan, std::optional<double> target, SectionTier tier) {
@@ -73,6 +87,7 @@ std::vector<GaugeContent> coolingGauges(const std::vector<FanTelemetry>& fans, c
     for (size_t i = 0; i < fans.size(); ++i) {
         const auto target = i < targets.size() ? std::optional(targets[i]) : std::nullopt;
         gauges.push_back(fanGauge(fans[i], target, tier));
+        gauges.back().help = QString::fromStdString(fans[i].label);
     }
     if (gauges.size() < 2) {
         gauges.push_back(temperatureGauge("SoC Die", "Die Average", thermals.averageSoCTemp,
@@ -158,7 +173,7 @@ void CoolingSection::showFanRows() {
     for (size_t i = 0; i < fans.size(); ++i) {
         const auto target = i < asked.size() ? std::optional(asked[i]) : std::nullopt;
         // A row has no room for the target beside the speed.
-        fanRows_[i]->setHelp(target ? fanCaption(fans[i], target, SectionTier::full) : QString());
+        fanRows_[i]->setHelp(fanHelp(fans[i], target));
         fanRows_[i]->setContent(fanRow(fans[i], Words(services_.engine.formatFanRPM(fans[i].currentRPM))));
     }
 }

@@ -81,10 +81,11 @@ void MetricGauge::setContent(const GaugeContent& content) {
     const bool isRingChanged = isArcMoved || wholeNumber(content.value) != wholeNumber(content_.value) ||
                                content.unit != content_.unit || content.tintColor != content_.tintColor;
     const bool isMeasuredChanged = content.isMeasured != content_.isMeasured;
+    const bool isHelpChanged = isMeasuredChanged || content.help != content_.help;
     const bool areCaptionsChanged = content.title != content_.title || content.subtitle != content_.subtitle;
     content_ = content;
-    if (isMeasuredChanged) {
-        setHelp(content.isMeasured ? QString() : unmeasuredHelp());
+    if (isHelpChanged) {
+        setHelp(content.isMeasured ? content.help : unmeasuredHelp());
     }
     if (isRingChanged || isMeasuredChanged) {
         drawnEnd_ = end;

@@ -134,6 +134,24 @@ TEST_F(SMCReaderTest, NumbersFansUnlessThereAreTwo) {
     EXPECT_EQ(fans[2].currentRPM, 1200);
 }
 
+TEST_F(SMCReaderTest, ReadsWhatTheMachineCallsItsFans) {
+    const std::vector<std::uint8_t> record{0, 1, 2, 3, 'L', 'e', 'f', 't', ' ', 's', 'i', 'd', 'e', ' ', ' ', 0};
+    mac.smc.setRaw("F0ID", "{fds", record);
+    mac.smc.setRaw("F1ID", "ch8*", std::vector<std::uint8_t>{'F', 'a', 'n', ' ', '2', 0, 0, 0});
+    SMCReader reader(mac.smc);
+    auto fans = reader.readFans();
+
+    reader.readLabels(fans);
+
+    EXPECT_EQ(fans.at(0).label, "Left side");
+    EXPECT_EQ(fans.at(1).label, "Fan 2");
+    mac.smc.remove("F0ID");
+    mac.smc.setUi8("F1ID", 'x');
+    reader.readLabels(fans);
+    EXPECT_EQ(fans.at(0).label, "");
+    EXPECT_EQ(fans.at(1).label, "");
+}
+
 TEST_F(SMCReaderTest, QueriesNoFanWhenTheCountIsZero) {
     mac.smc.setUi8("FNum", 0);
 

@@ -194,6 +194,20 @@ TEST_F(DashboardViewTest, ShowsCurveTargetsAsHelpWithMoreThanTwoFans) {
     EXPECT_TRUE(helps().isEmpty());
 }
 
+TEST_F(DashboardViewTest, ShowsWhatTheMachineCallsItsFansAsHelp) {
+    make([](SimulatedMac& mac) {
+        mac.smc.setRaw("F0ID", "ch8*", std::vector<std::uint8_t>{'E', 'x', 'h', 'a', 'u', 's', 't', ' '});
+    });
+    show(1260, 480);
+    machine_->advance(std::chrono::seconds(3));
+
+    QStringList helps;
+    for (const MetricGauge* gauge : section<CoolingSection>().findChildren<MetricGauge*>()) {
+        helps.append(gauge->help());
+    }
+    EXPECT_EQ(helps, (QStringList{QStringLiteral("Exhaust"), QString()}));
+}
+
 TEST_F(DashboardViewTest, RepaintsOnlyTheValueThatChanged) {
     make([](SimulatedMac& mac) { mac.freeze(); });
     show(1260, 480);
