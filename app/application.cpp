@@ -30,6 +30,7 @@
 #include "platform/linux/process/linux_command_runner.h"
 #include "platform/linux/sensors/linux_hid_event_system.h"
 #include "platform/linux/sensors/linux_smc_service.h"
+#include "platform/linux/sensors/sleeping_devices.h"
 #include "shell/linux/accessibility_monitor.h"
 #include "shell/linux/bus_single_instance.h"
 #include "shell/linux/desktop_status_bar.h"
@@ -48,6 +49,7 @@
 #include <chrono>
 #include <clocale>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -77,8 +79,9 @@ struct LinuxDesktop {
     LinuxFileSystemStatistics fileSystem;
     LinuxNetworkInterfaces networkInterfaces;
     LinuxPowerSources powerSources{clock};
-    LinuxSMCService smc{clock};
-    LinuxHIDEventSystem hidEventSystem{clock};
+    std::shared_ptr<SleepingDevices> sleepingDevices = std::make_shared<SleepingDevices>();
+    LinuxSMCService smc{clock, "/", sleepingDevices};
+    LinuxHIDEventSystem hidEventSystem{clock, "/", sleepingDevices};
     PowerProfiles powerProfiles{systemBus};
     LinuxCommandRunner programs;
     SessionCommandRunner commandRunner{powerProfiles, programs};

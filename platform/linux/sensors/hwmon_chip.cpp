@@ -1,6 +1,7 @@
 #include "platform/linux/sensors/hwmon_chip.h"
 
 #include "core/base/text.h"
+#include "platform/linux/kernel/kernel_files.h"
 
 #include <algorithm>
 #include <array>
@@ -16,42 +17,37 @@ namespace {
 constexpr std::size_t chipLimit = 256;
 constexpr std::size_t inputLimit = 128;
 
-struct KnownChip {
-    std::string_view prefix;
+struct KnownChips {
     ChipKind kind;
+    std::string_view prefixes;  ///< of names, separated by blanks
 };
 
-constexpr std::array<KnownChip, 42> knownChips{{
-    {"coretemp", ChipKind::processor},    {"k10temp", ChipKind::processor},
-    {"k8temp", ChipKind::processor},      {"zenpower", ChipKind::processor},
-    {"via_cputemp", ChipKind::processor}, {"macsmc", ChipKind::controller},
-    {"applesmc", ChipKind::controller},   {"nct", ChipKind::mainboard},
-    {"it8", ChipKind::mainboard},         {"w83", ChipKind::mainboard},
-    {"f71", ChipKind::mainboard},         {"f81", ChipKind::mainboard},
-    {"f8000", ChipKind::mainboard},       {"sch5", ChipKind::mainboard},
-    {"dme1737", ChipKind::mainboard},     {"smsc47", ChipKind::mainboard},
-    {"lm78", ChipKind::mainboard},        {"lm80", ChipKind::mainboard},
-    {"lm85", ChipKind::mainboard},        {"lm96", ChipKind::mainboard},
-    {"vt1211", ChipKind::mainboard},      {"vt8231", ChipKind::mainboard},
-    {"via686a", ChipKind::mainboard},     {"pc87", ChipKind::mainboard},
-    {"adt74", ChipKind::mainboard},       {"emc2", ChipKind::mainboard},
-    {"emc6", ChipKind::mainboard},        {"asb100", ChipKind::mainboard},
-    {"sis5595", ChipKind::mainboard},     {"gl518", ChipKind::mainboard},
-    {"amdgpu", ChipKind::graphics},       {"radeon", ChipKind::graphics},
-    {"nouveau", ChipKind::graphics},      {"i915", ChipKind::graphics},
-    {"xe", ChipKind::graphics},           {"nvme", ChipKind::drive},
-    {"drivetemp", ChipKind::drive},       {"jc42", ChipKind::drive},
-    {"spd5118", ChipKind::drive},         {"acpitz", ChipKind::firmware},
-    {"dell_ddv", ChipKind::repeating},    {"acpi_fan", ChipKind::repeating},
+constexpr std::array<KnownChips, 8> knownChips{{
+    {ChipKind::processor, "coretemp k10temp k8temp zenpower via_cputemp cpu_hwmon peci_cputemp sfctemp"},
+    {ChipKind::controller, "macsmc applesmc"},
+    {ChipKind::embedded,
+     "thinkpad dell_smm cros_ec surface_thermal legion lenovo steamdeck system76 tuxedo hp_wmi"},
+    {ChipKind::mainboard,
+     "nct it8 w83 f71 f75 f81 f8000 sch5 dme1737 smsc47 lm78 lm80 lm85 lm96 vt1211 vt8231 via686a pc87 adt74 emc2 "
+     "emc6 asb100 sis5595 gl518 gigabyte_wmi asus_wmi_sensors asusec atk0110 abituguru"},
+    {ChipKind::graphics, "amdgpu radeon nouveau i915 xe"},
+    {ChipKind::drive, "nvme drivetemp jc42 spd5118"},
+    {ChipKind::firmware, "acpitz"},
+    {ChipKind::repeating, "dell_ddv acpi_fan"},
 }};
+
+bool beginsWithAny(std::string_view name, std::string_view prefixes) {
+    for (auto prefix = takeField(prefixes); !prefix.empty(); prefix = takeField(prefixes)) {
+        if (name.starts_with(prefix)) {
+            return true;
+        }
+    }
+    return false;
+}
 
 /// A chip directory's path with links resolved, without the numbered last component.
 std::string devicePath(const std::string& directory) {
-    struct Free {
-        void operator()(char* text) const { std::free(text); }
-    };
-    const std::unique_ptr<char, Free> resolved(::realpath(directory.c_str(), nullptr));
-    std::string path = resolved ? resolved.get() : directory;
+    auto path = resolvedPath(directory);
     path.erase(std::min(path.rfind('/'), path.size()));
     if (path.ends_with("/hwmon")) {
         path.erase(path.size() - 6);
@@ -74,10 +70,10 @@ std::optional<std::pair<std::string, std::string>> nameAndAttributes(const std::
 }  // namespace
 
 ChipKind chipKind(std::string_view name) {
-    const auto* const known =
-        std::ranges::find_if(knownChips, [name](const KnownChip& chip) { return name.starts_with(chip.prefix); });
-    if (known != knownChips.end()) {
-        return known->kind;
+    for (const auto& [kind, prefixes] : knownChips) {
+        if (beginsWithAny(name, prefixes)) {
+            return kind;
+        }
     }
     // Chips created by thermal zones use the zone's type as their name: cpu0_thermal, soc_thermal.
     const bool isProcessorZone = name.ends_with("_thermal") && (name.find("cpu") != std::string_view::npos ||
@@ -94,7 +90,9 @@ std::vector<HwmonChip> listHwmonChips(const std::string& root) {
         if (found && chips.size() < chipLimit) {
             auto& [name, attributes] = *found;
             const auto kind = chipKind(name);
-            chips.push_back({std::move(attributes), devicePath(directory), std::move(name), kind});
+            auto device = devicePath(directory);
+            auto owner = isDirectory(directory + "/device") ? directory + "/device" : device;
+            chips.push_back({std::move(attributes), std::move(device), std::move(name), kind, std::move(owner)});
         }
     }
     std::ranges::stable_sort(chips, {}, [](const HwmonChip& chip) {
@@ -120,13 +118,12 @@ std::vector<std::uint32_t> listInputs(const HwmonChip& chip, std::string_view ki
     return numbers;
 }
 
-SleepGate::SleepGate(const HwmonChip& chip)
-    : canSleep_(chip.kind == ChipKind::graphics),
-      status_(chip.directory + "/device/power/runtime_status", PersistentFile::WhenGone::stayGone) {}
-
-bool SleepGate::isAsleep(ReadBuffer& buffer) {
-    const auto status = canSleep_ ? status_.read(buffer) : std::nullopt;
-    return status && status->starts_with("suspend");
+std::string resolvedPath(const std::string& path) {
+    struct Free {
+        void operator()(char* text) const { std::free(text); }
+    };
+    const std::unique_ptr<char, Free> resolved(::realpath(path.c_str(), nullptr));
+    return resolved ? resolved.get() : path;
 }
 
 }  // namespace kestro

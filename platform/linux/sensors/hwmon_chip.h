@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/linux/kernel/kernel_files.h"
-
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -11,11 +9,12 @@ namespace kestro {
 
 /// What a sensor chip belongs to, as far as it affects how readings are handled.
 enum class ChipKind : std::uint8_t {
-    other,       ///< a laptop's controller, network cards, power supplies and the like
+    other,       ///< network cards, power supplies, thermal zones and the like
     processor,   ///< measures the processor die
     controller,  ///< Apple's system controller: fans and labelled temperatures
+    embedded,    ///< a laptop's embedded controller: fans and temperatures, some of them without a sensor
     mainboard,   ///< a Super-I/O chip, whose inputs exist whether or not anything is connected to them
-    graphics,    ///< may be asleep; reading it would wake it up
+    graphics,    ///< a graphics card
     drive,       ///< storage and memory modules: each reading sends a command to the device
     firmware,    ///< the ACPI zone: coarse, often constant
     repeating,   ///< duplicates the readings of another chip
@@ -30,6 +29,7 @@ struct HwmonChip {
     std::string device;     ///< path of the parent device; stable in combination with the name
     std::string name;
     ChipKind kind = ChipKind::other;
+    std::string parent = {};  ///< path of the parent device through the class; changes like `directory`
 };
 
 /// Every chip that has a name, ordered by device and name, graphics cards last. The order does not depend on the
@@ -39,22 +39,7 @@ std::vector<HwmonChip> listHwmonChips(const std::string& root);
 /// The numbers N of the chip's attributes "<kind>N_input", ascending; only the lowest 128.
 std::vector<std::uint32_t> listInputs(const HwmonChip& chip, std::string_view kind);
 
-/// Detects whether a device is asleep. Reading the sensors of a sleeping graphics card wakes it up, which drains
-/// the battery more than the program itself does.
-class SleepGate {
-public:
-    SleepGate() = default;
-    explicit SleepGate(const HwmonChip& chip);
-
-    /// Whether this kind of chip sleeps while the machine is awake.
-    bool canSleep() const { return canSleep_; }
-
-    /// False for devices that cannot sleep or do not report their state.
-    bool isAsleep(ReadBuffer& buffer);
-
-private:
-    bool canSleep_ = false;
-    PersistentFile status_;
-};
+/// An absolute path without links; `path` itself if it does not exist.
+std::string resolvedPath(const std::string& path);
 
 }  // namespace kestro

@@ -11,8 +11,9 @@ constexpr std::int32_t temperatureUsage = 5;
 
 }  // namespace
 
-LinuxHIDEventSystem::LinuxHIDEventSystem(const Clock& clock, std::string root)
-    : clock_(clock), sensors_(std::move(root)) {}
+LinuxHIDEventSystem::LinuxHIDEventSystem(const Clock& clock, std::string root,
+                                         std::shared_ptr<SleepingDevices> devices)
+    : clock_(clock), sensors_(std::move(root), std::move(devices)) {}
 
 std::optional<HIDClient> LinuxHIDEventSystem::createClient() {
     matches_.push_back(true);

@@ -2,8 +2,10 @@
 
 #include "core/platform/clock.h"
 #include "core/platform/hid_event_system.h"
+#include "platform/linux/sensors/sleeping_devices.h"
 #include "platform/linux/sensors/temperature_sensors.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,8 +16,9 @@ namespace kestro {
 /// sensors matches anything; a client without any matching set sees them too.
 class LinuxHIDEventSystem final : public HIDEventSystem {
 public:
-    /// `root` is the mount point of the machine's file system.
-    explicit LinuxHIDEventSystem(const Clock& clock, std::string root = "/");
+    /// `root` is the mount point of the machine's file system. `devices` is shared with the fans' service.
+    explicit LinuxHIDEventSystem(const Clock& clock, std::string root = "/",
+                                 std::shared_ptr<SleepingDevices> devices = std::make_shared<SleepingDevices>());
 
     /// Always succeeds, even without sensors: they may appear later.
     std::optional<HIDClient> createClient() override;

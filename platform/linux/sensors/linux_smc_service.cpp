@@ -1,5 +1,6 @@
 #include "platform/linux/sensors/linux_smc_service.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <string_view>
@@ -15,6 +16,9 @@ constexpr auto actual = static_cast<std::uint16_t>(smc::code("Ac"));
 constexpr auto minimum = static_cast<std::uint16_t>(smc::code("Mn"));
 constexpr auto maximum = static_cast<std::uint16_t>(smc::code("Mx"));
 constexpr auto target = static_cast<std::uint16_t>(smc::code("Tg"));
+constexpr auto label = static_cast<std::uint16_t>(smc::code("ID"));
+
+constexpr std::uint32_t labelSize = 32;  // all bytes of a value
 
 bool isDigit(std::uint32_t character) {
     return character >= '0' && character <= '9';
@@ -22,7 +26,8 @@ bool isDigit(std::uint32_t character) {
 
 }  // namespace
 
-LinuxSMCService::LinuxSMCService(const Clock& clock, std::string root) : clock_(clock), fans_(std::move(root)) {}
+LinuxSMCService::LinuxSMCService(const Clock& clock, std::string root, std::shared_ptr<SleepingDevices> devices)
+    : clock_(clock), fans_(std::move(root), std::move(devices)) {}
 
 std::optional<std::uint32_t> LinuxSMCService::open() {
     fans_.refresh(clock_.monotonicNow());
@@ -58,6 +63,8 @@ bool LinuxSMCService::hasFigure(const FanKey& key) const {
             return fans_.maximum(key.fan).has_value();
         case target:
             return fans_.hasTarget(key.fan);
+        case label:
+            return !fans_.label(key.fan).empty();
         default:
             return false;
     }
@@ -66,13 +73,13 @@ bool LinuxSMCService::hasFigure(const FanKey& key) const {
 std::optional<double> LinuxSMCService::readFigure(const FanKey& key) {
     switch (key.figure) {
         case actual:
-            return fans_.speed(key.fan);
+            return fans_.speed(key.fan, clock_.monotonicNow());
         case minimum:
             return fans_.minimum(key.fan);
         case maximum:
             return fans_.maximum(key.fan);
         default:
-            return fans_.target(key.fan);
+            return fans_.target(key.fan, clock_.monotonicNow());
     }
 }
 
@@ -91,11 +98,12 @@ bool LinuxSMCService::callStructMethod(std::uint32_t connection, const SMCRecord
     if (!isCount && !fan) {
         return false;
     }
-    const std::uint32_t size = isCount ? 1 : 4;
+    const bool isLabel = fan && fan->figure == label;
+    const std::uint32_t size = isCount ? 1 : isLabel ? labelSize : 4;
     smc::write32(output, smc::keyOffset, key);
     if (command == smc::readInformationCommand) {
         smc::write32(output, smc::sizeOffset, size);
-        smc::write32(output, smc::typeOffset, smc::code(isCount ? "ui8 " : "flt "));
+        smc::write32(output, smc::typeOffset, smc::code(isCount ? "ui8 " : isLabel ? "ch8*" : "flt "));
         return true;
     }
     if (command != smc::readBytesCommand || smc::read32(input, smc::sizeOffset) != size) {
@@ -105,7 +113,16 @@ bool LinuxSMCService::callStructMethod(std::uint32_t connection, const SMCRecord
         output[smc::bytesOffset] = static_cast<std::uint8_t>(fans_.count());
         return true;
     }
-    const auto figure = readFigure(*fan);
+    return readBytes(*fan, output);
+}
+
+bool LinuxSMCService::readBytes(const FanKey& key, SMCRecord& output) {
+    if (key.figure == label) {
+        const std::string_view text(fans_.label(key.fan));
+        std::ranges::copy(text.substr(0, labelSize), output.begin() + smc::bytesOffset);
+        return true;
+    }
+    const auto figure = readFigure(key);
     if (figure) {
         smc::write32(output, smc::bytesOffset, std::bit_cast<std::uint32_t>(static_cast<float>(*figure)));
     }

@@ -12,14 +12,15 @@ namespace {
 constexpr std::array<std::pair<std::string_view, std::string_view>, 3> dieWords{
     {{"tdie", "die"}, {"soc", "package"}, {"cpu", "processor"}}};
 
-/// Shortens "Package id 1" of coretemp and keeps a processor chip's other labels.
+/// Shortens "Package id 1" of coretemp, formerly "Physical id 1", and keeps a processor chip's other labels.
 std::string processorLabel(std::string_view label) {
-    constexpr std::string_view package = "Package id ";
-    if (!label.starts_with(package)) {
-        return std::string(label);
+    for (const std::string_view package : {"Package id ", "Physical id "}) {
+        if (label.starts_with(package)) {
+            const auto number = label.substr(package.size());
+            return number == "0" ? "Package" : "Package " + std::string(number);
+        }
     }
-    const auto number = label.substr(package.size());
-    return number == "0" ? "Package" : "Package " + std::string(number);
+    return std::string(label);
 }
 
 }  // namespace

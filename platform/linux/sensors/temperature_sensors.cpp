@@ -14,6 +14,17 @@ namespace {
 
 constexpr std::size_t sensorLimit = 256;
 constexpr std::chrono::seconds slowPeriod{10};
+
+// How long the last reading of a device that must not be read yet is shown.
+constexpr std::chrono::seconds longestUse{60};
+
+// No machine's inputs other than the processor's get this hot; open ones often read as much or more.
+constexpr double hottestBoard = 100;
+
+// Beyond the range that the thermal reader accepts.
+constexpr double hottestDie = 125;
+
+constexpr double noticeableMove = 5;
 constexpr auto stayGone = PersistentFile::WhenGone::stayGone;
 
 /// The name under which the kernel registers a power supply's or thermal zone's chip.
@@ -33,16 +44,54 @@ bool holds(const std::string& path, std::string_view value) {
     return text && trimmed(*text) == value;
 }
 
+/// Whether the kernel registered the chip for a thermal zone, under the zone's name.
+bool isZoneChip(const HwmonChip& chip, const std::vector<ThermalZone>& zones) {
+    return chip.kind == ChipKind::other &&
+           (chip.name.ends_with("_thermal") || std::ranges::any_of(zones, [&chip](const ThermalZone& zone) {
+                return asChipName(zone.type) == chip.name;
+            }));
+}
+
 }  // namespace
 
-TemperatureSensors::TemperatureSensors(std::string root)
-    : root_(std::move(root)), buffer_(4096), schedule_(pathUnder(root_, "/sys/class/hwmon")) {}
+TemperatureSensors::TemperatureSensors(std::string root, std::shared_ptr<SleepingDevices> devices)
+    : root_(std::move(root)),
+      devices_(std::move(devices)),
+      buffer_(4096),
+      schedule_(pathUnder(root_, "/sys/class/hwmon")) {}
 
 void TemperatureSensors::refresh(MonotonicTime now) {
     const auto due = schedule_.due(now);
     if (due == SearchSchedule::Due::search || (due == SearchSchedule::Due::check && isAnyRepaired())) {
-        search();
+        search(now);
+    } else if (due == SearchSchedule::Due::check) {
+        chooseDie(now);
     }
+    if (dieRank_ == DieRank::controller) {
+        chooseHottest(now);
+    }
+}
+
+const std::string& TemperatureSensors::name(std::size_t index) const {
+    const auto& sensor = sensors_[index];
+    return isDie(sensor) ? sensor.dieName : sensor.name;
+}
+
+bool TemperatureSensors::isDie(const Sensor& sensor) const {
+    if (dieRank_ == DieRank::controller) {
+        return &sensor == hottest_;
+    }
+    return dieRank_ != DieRank::none && sensor.rank == dieRank_ && sensor.isTrusted;
+}
+
+TemperatureSensors::Place TemperatureSensors::place(const Sensor& sensor) const {
+    if (isDie(sensor)) {
+        return Place::die;
+    }
+    if (sensor.isBattery) {
+        return Place::battery;
+    }
+    return sensor.rank == DieRank::firmwareZone ? Place::firmware : Place::elsewhere;
 }
 
 bool TemperatureSensors::isAnyRepaired() const {
@@ -61,9 +110,13 @@ bool TemperatureSensors::isUnconnected(const HwmonChip& chip, std::uint32_t numb
            (holds(prefix + "_type", "0") || (label && isFloatingInput(*label)));
 }
 
-void TemperatureSensors::search() {
+void TemperatureSensors::search(MonotonicTime now) {
     sensors_.clear();
     faults_.clear();
+    hottest_ = nullptr;
+    dieHasMoved_ = false;
+    addBatteries();
+    auto zones = readThermalZones(root_);
     const auto chips = listHwmonChips(root_);
     std::vector<std::string> supplies;
     for (const auto& name : listDirectory(pathUnder(root_, "/sys/class/power_supply"))) {
@@ -72,23 +125,35 @@ void TemperatureSensors::search() {
     for (const auto& chip : chips) {
         // A supply's chip only repeats the supply's own values, even those of a wireless mouse.
         if (std::ranges::find(supplies, chip.name) == supplies.end()) {
-            addChip(chip);
+            addChip(chip, isZoneChip(chip, zones));
         }
     }
-    addBatteries();
-    settleNames(chips);
-    std::ranges::stable_sort(sensors_, {}, &Sensor::place);
+    probeDie(0, now);
+    chooseDie(now);
+    if (dieRank_ != DieRank::processorChip) {
+        const auto first = sensors_.size();
+        addZones(chips, std::move(zones));
+        probeDie(first, now);
+        chooseDie(now);
+    }
+    std::ranges::stable_sort(sensors_, {}, [this](const Sensor& sensor) { return place(sensor); });
     if (sensors_.size() > sensorLimit) {
         sensors_.resize(sensorLimit);
     }
 }
 
-void TemperatureSensors::addChip(const HwmonChip& chip) {
+void TemperatureSensors::nameSensor(Sensor& sensor, std::string name) {
+    sensor.dieName = isDieName(name) ? name : "CPU " + name;
+    sensor.name = nameOutsideDie(name);
+}
+
+void TemperatureSensors::addChip(const HwmonChip& chip, bool isZone) {
     const auto numbers = listInputs(chip, "temp");
     std::vector<std::optional<std::string>> labels;
     for (const auto number : numbers) {
         labels.push_back(readLabel(chip, number));
     }
+    const auto device = numbers.empty() ? nullptr : devices_->find(chip);
     // On processors that have both, Tctl is Tdie plus an offset for fan control.
     const bool hasDie = std::ranges::find(labels, "Tdie") != labels.end();
     for (std::size_t index = 0; index < numbers.size(); ++index) {
@@ -97,79 +162,109 @@ void TemperatureSensors::addChip(const HwmonChip& chip) {
             continue;
         }
         Sensor sensor;
-        sensor.name = sensorName(chip, numbers[index], label);
-        const bool isDie =
-            chip.kind == ChipKind::processor || (chip.kind == ChipKind::controller && isDieName(sensor.name));
-        sensor.place = isDie ? Place::die : chip.kind == ChipKind::firmware ? Place::firmware : Place::elsewhere;
+        if (hasBattery_ && chip.kind == ChipKind::controller && isAppleBatteryKey(label.value_or(""))) {
+            sensor.isBattery = true;
+            sensor.name = "Battery " + *label;
+        } else {
+            nameSensor(sensor, sensorName(chip, numbers[index], label));
+            sensor.rank = isZone ? zoneDieRank(chip.name) : inputDieRank(chip, label);
+        }
+        sensor.mayBeUnconnected = chip.kind == ChipKind::mainboard || chip.kind == ChipKind::embedded ||
+                                  chip.kind == ChipKind::firmware || (isZone && sensor.rank == DieRank::none);
+        sensor.isSlow = chip.kind == ChipKind::drive;
         sensor.file =
             PersistentFile(chip.directory + "/temp" + std::to_string(numbers[index]) + "_input", stayGone);
-        sensor.gate = SleepGate(chip);
-        sensor.isSlow = chip.kind == ChipKind::drive;
+        sensor.device = device;
         sensors_.push_back(std::move(sensor));
     }
 }
 
 void TemperatureSensors::addBatteries() {
     const auto parent = pathUnder(root_, "/sys/class/power_supply");
+    hasBattery_ = false;
     for (const auto& name : listDirectory(parent)) {
         const auto directory = parent + "/" + name;
         const auto shown = displayText(name);
-        if (!shown || !holds(directory + "/type", "Battery") || holds(directory + "/scope", "Device") ||
-            !isReadable(directory + "/temp")) {
+        if (!shown || !holds(directory + "/type", "Battery") || holds(directory + "/scope", "Device")) {
+            continue;
+        }
+        hasBattery_ = true;
+        if (!isReadable(directory + "/temp")) {
             continue;
         }
         Sensor sensor;
         sensor.name = "Battery " + *shown;
-        sensor.place = Place::battery;
+        sensor.isBattery = true;
         sensor.file = PersistentFile(directory + "/temp", stayGone);
         sensor.unitsPerDegree = 10;
         sensors_.push_back(std::move(sensor));
     }
 }
 
-void TemperatureSensors::addZones(const std::vector<HwmonChip>& chips) {
-    for (auto& zone : readThermalZones(root_)) {
+void TemperatureSensors::addZones(const std::vector<HwmonChip>& chips, std::vector<ThermalZone> zones) {
+    for (auto& zone : zones) {
         const bool isListed = std::ranges::find(chips, asChipName(zone.type), &HwmonChip::name) != chips.end();
-        // coretemp already covers the package zone, and that family's policy device measures nothing.
+        // That family's policy device measures nothing.
         if (isListed || zone.type.starts_with("INT3400")) {
             continue;
         }
         Sensor sensor;
-        sensor.name = zoneName(zone.type);
-        sensor.place = chipKind(zone.type) == ChipKind::firmware ? Place::firmware
-                       : isDieName(sensor.name)                  ? Place::die
-                                                                 : Place::elsewhere;
+        nameSensor(sensor, zoneName(zone.type));
+        sensor.rank = zoneDieRank(zone.type);
+        sensor.mayBeUnconnected = sensor.rank == DieRank::firmwareZone || sensor.rank == DieRank::none;
         sensor.file = PersistentFile(std::move(zone.temperaturePath), stayGone);
         sensors_.push_back(std::move(sensor));
     }
 }
 
-void TemperatureSensors::settleNames(const std::vector<HwmonChip>& chips) {
-    const auto isDie = [](const Sensor& sensor) { return sensor.place == Place::die || isDieName(sensor.name); };
-    if (std::ranges::find(sensors_, Place::die, &Sensor::place) != sensors_.end()) {
-        for (auto& sensor : sensors_) {
-            if (sensor.place == Place::elsewhere || sensor.place == Place::firmware) {
-                sensor.name = nameOutsideDie(sensor.name);
-            }
-        }
-        return;
-    }
-    if (std::ranges::none_of(sensors_, isDie)) {
-        addZones(chips);
-    }
-    if (std::ranges::none_of(sensors_, isDie)) {
-        for (auto& sensor : sensors_) {
-            if (sensor.place == Place::firmware) {
-                sensor.name = "CPU " + sensor.name;
-            }
+/// Reads the sensors from position `from` on that may measure the die, to find out which of them do.
+void TemperatureSensors::probeDie(std::size_t from, MonotonicTime now) {
+    for (std::size_t index = from; index < sensors_.size(); ++index) {
+        if (sensors_[index].rank != DieRank::none) {
+            take(sensors_[index], now);
         }
     }
 }
 
-std::optional<double> TemperatureSensors::read(Sensor& sensor) {
-    if (sensor.gate.isAsleep(buffer_)) {
-        return std::nullopt;
+void TemperatureSensors::chooseDie(MonotonicTime now) {
+    dieRank_ = DieRank::none;
+    for (auto& sensor : sensors_) {
+        sensor.isTrusted = sensor.rank != DieRank::firmwareZone || !sensor.history.seemsConstant(now);
+        if (sensor.isTrusted && sensor.history.isMeasuring()) {
+            dieRank_ = std::min(dieRank_, sensor.rank);
+        }
     }
+    if (dieRank_ != DieRank::controller) {
+        hottest_ = nullptr;
+    }
+}
+
+void TemperatureSensors::chooseHottest(MonotonicTime now) {
+    hottest_ = nullptr;
+    double highest = 0;
+    for (auto& sensor : sensors_) {
+        if (sensor.rank != DieRank::controller) {
+            continue;
+        }
+        const auto value = take(sensor, now);
+        sensor.readAhead = value;
+        const bool isPlausible =
+            value && !(sensor.mayBeUnconnected && *value >= hottestBoard) && *value < hottestDie;
+        if (isPlausible && *value > highest) {
+            highest = *value;
+            hottest_ = &sensor;
+        }
+    }
+}
+
+/// Whether an input of the board probably measures nothing: too hot, or constant while the die was not.
+bool TemperatureSensors::seemsUnconnected(const Sensor& sensor, double value) const {
+    const bool hasOtherDie = dieRank_ != DieRank::none && !isDie(sensor);
+    return sensor.mayBeUnconnected && hasOtherDie &&
+           (value >= hottestBoard || (dieHasMoved_ && !sensor.history.hasChanged()));
+}
+
+std::optional<double> TemperatureSensors::read(Sensor& sensor) {
     const auto text = sensor.file.read(buffer_);
     if (!text && sensor.file.isGone()) {
         schedule_.noteGone();
@@ -178,16 +273,32 @@ std::optional<double> TemperatureSensors::read(Sensor& sensor) {
     return units ? std::optional(*units / sensor.unitsPerDegree) : std::nullopt;
 }
 
-std::optional<double> TemperatureSensors::temperature(std::size_t index, MonotonicTime now) {
-    auto& sensor = sensors_[index];
-    if (!sensor.isSlow) {
-        return read(sensor);
+/// Reads the sensor, or returns its last reading while it must not be read.
+std::optional<double> TemperatureSensors::take(Sensor& sensor, MonotonicTime now) {
+    if (sensor.isSlow && sensor.readAt && now - *sensor.readAt < slowPeriod) {
+        return sensor.last;
     }
-    if (!sensor.readAt || now - *sensor.readAt >= slowPeriod) {
-        sensor.readAt = now;
-        sensor.last = read(sensor);
+    const auto access = sensor.device ? sensor.device->access(now) : SleepingDevice::Access::read;
+    if (access == SleepingDevice::Access::asleep) {
+        return std::nullopt;
+    }
+    if (access == SleepingDevice::Access::wait) {
+        return sensor.readAt && now - *sensor.readAt < longestUse ? sensor.last : std::nullopt;
+    }
+    sensor.readAt = now;
+    sensor.last = read(sensor);
+    if (sensor.last) {
+        sensor.history.note(*sensor.last, now);
     }
     return sensor.last;
+}
+
+std::optional<double> TemperatureSensors::temperature(std::size_t index, MonotonicTime now) {
+    auto& sensor = sensors_[index];
+    const auto value = sensor.readAhead ? *sensor.readAhead : take(sensor, now);
+    sensor.readAhead.reset();
+    dieHasMoved_ = dieHasMoved_ || (isDie(sensor) && sensor.history.span() >= noticeableMove);
+    return value && seemsUnconnected(sensor, *value) ? std::nullopt : value;
 }
 
 }  // namespace kestro

@@ -26,8 +26,17 @@ TemporaryTree& TemporaryTree::rename(std::string_view from, std::string_view to)
     return *this;
 }
 
+TemporaryTree& TemporaryTree::link(std::string_view path, std::string_view target) {
+    const auto place = inside(root_, path);
+    std::filesystem::create_directories(place.parent_path());
+    std::filesystem::create_directory_symlink(inside(root_, target).lexically_relative(place.parent_path()),
+                                              place);
+    return *this;
+}
+
 TemporaryTree& TemporaryTree::copyFrom(std::string_view machine) {
-    std::filesystem::copy(fixture(machine), root_, std::filesystem::copy_options::recursive);
+    using Options = std::filesystem::copy_options;
+    std::filesystem::copy(fixture(machine), root_, Options::recursive | Options::copy_symlinks);
     return *this;
 }
 

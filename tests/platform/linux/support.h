@@ -27,6 +27,9 @@ public:
     /// Deletes a file, or a directory with everything in it.
     TemporaryTree& remove(std::string_view path);
 
+    /// Creates a symbolic link, relative as in /sys.
+    TemporaryTree& link(std::string_view path, std::string_view target);
+
     TemporaryTree& rename(std::string_view from, std::string_view to);
     TemporaryTree& copyFrom(std::string_view machine);
 

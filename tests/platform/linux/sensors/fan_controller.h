@@ -3,7 +3,6 @@
 #include "platform/linux/sensors/linux_smc_service.h"
 #include "tests/platform/linux/support.h"
 
-#include <bit>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -11,8 +10,8 @@
 
 namespace kestro::test {
 
-/// An attribute of the machine's first sensor chip.
-inline std::string chipFile(std::string_view attribute) {
+/// The path of an attribute of the only chip.
+inline std::string at(std::string_view attribute) {
     return std::string("/sys/class/hwmon/hwmon0/").append(attribute);
 }
 

@@ -1,5 +1,6 @@
 #include "platform/linux/sensors/hwmon_chip.h"
 
+#include "platform/linux/kernel/kernel_files.h"
 #include "tests/platform/linux/support.h"
 #include "tests/support/allocation_counter.h"
 
@@ -29,7 +30,9 @@ TEST(ChipKind, FollowsTheDriversName) {
     EXPECT_EQ(chipKind("amdgpu"), ChipKind::graphics);
     EXPECT_EQ(chipKind("nvme"), ChipKind::drive);
     EXPECT_EQ(chipKind("acpitz"), ChipKind::firmware);
-    EXPECT_EQ(chipKind("thinkpad"), ChipKind::other);
+    EXPECT_EQ(chipKind("thinkpad"), ChipKind::embedded);
+    EXPECT_EQ(chipKind("gigabyte_wmi"), ChipKind::mainboard);
+    EXPECT_EQ(chipKind("mt7921_phy0"), ChipKind::other);
     EXPECT_EQ(chipKind(""), ChipKind::other);
 }
 
@@ -65,6 +68,7 @@ TEST(ListHwmonChips, FindsTheAttributesOfOldDriversOnTheParent) {
 
     ASSERT_EQ(names(chips), (std::vector<std::string>{"applesmc"}));
     EXPECT_TRUE(chips[0].device.ends_with(parent));
+    EXPECT_TRUE(chips[0].parent.ends_with("/hwmon3/device"));
     EXPECT_EQ(listInputs(chips[0], "fan"), (std::vector<std::uint32_t>{1}));
 }
 
@@ -104,19 +108,6 @@ TEST(ListInputs, ListsTheLowestNumbersOfAChipWithHundreds) {
     ASSERT_EQ(numbers.size(), 128U);
     EXPECT_EQ(numbers.front(), 1U);
     EXPECT_EQ(numbers.back(), 128U);
-}
-
-TEST(SleepGate, DetectsASleepingGraphicsCard) {
-    TemporaryTree tree;
-    tree.write("/chip/device/power/runtime_status", "suspended\n");
-    const std::string directory = tree.root() + "/chip";
-    ReadBuffer buffer;
-
-    EXPECT_TRUE(SleepGate(HwmonChip{directory, {}, "amdgpu", ChipKind::graphics}).isAsleep(buffer));
-    EXPECT_FALSE(SleepGate(HwmonChip{directory, {}, "thinkpad", ChipKind::other}).isAsleep(buffer));
-    tree.write("/chip/device/power/runtime_status", "active\n");
-    EXPECT_FALSE(SleepGate(HwmonChip{directory, {}, "amdgpu", ChipKind::graphics}).isAsleep(buffer));
-    EXPECT_FALSE(SleepGate(HwmonChip{tree.root(), {}, "amdgpu", ChipKind::graphics}).isAsleep(buffer));
 }
 
 TEST(DirectoryWatch, DetectsEntriesThatAreAddedRemovedOrReplaced) {

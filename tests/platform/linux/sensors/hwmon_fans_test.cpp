@@ -1,19 +1,23 @@
 #include "platform/linux/sensors/hwmon_fans.h"
 
+#include "core/telemetry/smc_reader.h"
+#include "platform/linux/sensors/linux_hid_event_system.h"
 #include "tests/platform/linux/failing_reads.h"
 #include "tests/platform/linux/sensors/fan_controller.h"
 
 #include <gtest/gtest.h>
 
-#include <optional>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace kestro {
 namespace {
 
-using test::chipFile;
+using test::at;
 using test::Controller;
 using test::fixture;
+using test::ManualClock;
 using test::TemporaryTree;
 using namespace std::chrono_literals;
 
@@ -54,84 +58,79 @@ TEST(HwmonFans, ListsAHeaderOnceItsFanTurnsAndKeepsItWhenItStops) {
 
 TEST(HwmonFans, ListsALabelledMainboardHeaderWhoseFanIsStopped) {
     TemporaryTree tree;
-    tree.write(chipFile("name"), "nct6798\n").write(chipFile("fan1_input"), "0\n").write(chipFile("fan1_label"), "Pump\n");
+    tree.write(at("name"), "nct6798\n").write(at("fan1_input"), "0\n").write(at("fan1_label"), "Pump\n");
 
     EXPECT_EQ(Controller(tree.root()).value("FNum"), 1);
 }
 
-TEST(HwmonFans, ReadsAnIntelMacsFans) {
-    TemporaryTree tree;
-    tree.write(chipFile("device/name"), "applesmc\n")
-        .write(chipFile("device/fan1_input"), "2160\n")
-        .write(chipFile("device/fan1_min"), "2000\n")
-        .write(chipFile("device/fan1_max"), "6200\n")
-        .write(chipFile("device/fan1_output"), "2160\n")
-        .write(chipFile("device/fan1_label"), "Left side  \n");
-    Controller controller(tree.root());
+/// What a reader reports as the fans' labels.
+std::vector<std::string> labels(const std::string& root) {
+    ManualClock clock;
+    LinuxSMCService service(clock, root);
+    SMCReader reader(service);
+    auto fans = reader.readFans();
+    reader.readLabels(fans);
+    std::vector<std::string> result;
+    for (const auto& fan : fans) {
+        result.push_back(fan.label);
+    }
+    return result;
+}
 
-    EXPECT_EQ(controller.value("FNum"), 1);
-    EXPECT_EQ(controller.value("F0Ac"), 2160);
-    EXPECT_EQ(controller.value("F0Mn"), 2000);
-    EXPECT_EQ(controller.value("F0Mx"), 6200);
-    EXPECT_EQ(controller.value("F0Tg"), 2160);
+TEST(HwmonFans, DescribesFansByTheirLabels) {
+    EXPECT_EQ(labels(fixture("intel-mac")), (std::vector<std::string>{"Left side", "Right side"}));
+    EXPECT_EQ(labels(fixture("pc-coretemp")), (std::vector<std::string>{"", ""}));
+}
+
+TEST(HwmonFans, ShortensALabelThatExceedsAKey) {
+    TemporaryTree tree;
+    tree.write(at("name"), "dell_smm\n")
+        .write(at("fan1_input"), "900\n")
+        .write(at("fan1_label"), std::string(40, 'x'));
+
+    EXPECT_EQ(labels(tree.root()), (std::vector<std::string>{std::string(32, 'x')}));
 }
 
 TEST(HwmonFans, HasNoTargetBeyondTheMaximum) {
     TemporaryTree tree;
-    tree.write(chipFile("name"), "nct6779\n")
-        .write(chipFile("fan1_input"), "900\n")
-        .write(chipFile("fan1_max"), "3000\n")
-        .write(chipFile("fan1_target"), "27000\n");
+    tree.write(at("name"), "nct6779\n")
+        .write(at("fan1_input"), "900\n")
+        .write(at("fan1_max"), "3000\n")
+        .write(at("fan1_target"), "27000\n");
     Controller controller(tree.root());
 
     EXPECT_FALSE(controller.value("F0Tg"));
 
-    tree.write(chipFile("fan1_target"), "2900\n");
+    tree.write(at("fan1_target"), "2900\n");
     EXPECT_EQ(controller.value("F0Tg"), 2900);
 }
 
-TEST(HwmonFans, FollowsARenumberedChip) {
+TEST(HwmonFans, HasNoMaximumOfZero) {
     TemporaryTree tree;
-    tree.copyFrom("apple-laptop");
+    tree.write(at("name"), "thinkpad\n").write(at("fan1_input"), "900\n").write(at("fan1_max"), "0\n");
     Controller controller(tree.root());
-    ASSERT_EQ(controller.value("F0Ac"), 1999);
 
-    tree.rename("/sys/class/hwmon/hwmon2", "/sys/class/hwmon/hwmon5")
-        .write("/sys/class/hwmon/hwmon5/fan1_input", "2500\n");
-    controller.clock.advance(10s);
-
-    EXPECT_EQ(controller.value("FNum"), 2);
-    EXPECT_EQ(controller.value("F0Ac"), 2500);
+    EXPECT_EQ(controller.value("F0Ac"), 900);
+    EXPECT_FALSE(controller.value("F0Mx"));
 }
 
-TEST(HwmonFans, KeepsAFanThatTemporarilyHasNoReading) {
+TEST(HwmonFans, HasNoTargetBeyondTheUsualMaximumOfAFanWithoutOne) {
     TemporaryTree tree;
-    tree.write(chipFile("name"), "thinkpad\n").write(chipFile("fan1_input"), "2000\n");
+    tree.write(at("name"), "nct6779\n").write(at("fan1_input"), "900\n").write(at("fan1_target"), "27000\n");
     Controller controller(tree.root());
 
-    for (const std::string& text : {std::string(), std::string("N/A"), std::string("\xFF\xFE"),
-                                    std::string("65535"), std::string("-1"), std::string(100000, '1')}) {
-        tree.write(chipFile("fan1_input"), text);
-        EXPECT_EQ(controller.value("FNum"), 1);
-        EXPECT_FALSE(controller.value("F0Ac")) << text.substr(0, 10);
-    }
-    tree.write(chipFile("fan1_input"), "2100\n");
-    EXPECT_EQ(controller.value("F0Ac"), 2100);
+    EXPECT_FALSE(controller.value("F0Tg"));
+    tree.write(at("fan1_target"), "0\n");
+    EXPECT_FALSE(controller.value("F0Tg")) << "the chip does not regulate the speed";
 }
 
-TEST(HwmonFans, FindsARecreatedDeviceUnderTheSameNumber) {
+TEST(HwmonFans, HasAHighTargetForAFanThatTurnsAsFast) {
     TemporaryTree tree;
-    tree.write(chipFile("name"), "thinkpad\n").write(chipFile("fan1_input"), "2000\n");
+    tree.write(at("name"), "aspeed_tach\n").write(at("fan1_input"), "14000\n").write(at("fan1_target"), "13500\n");
     Controller controller(tree.root());
-    ASSERT_EQ(controller.value("F0Ac"), 2000);
-    tree.rename(chipFile("fan1_input"), "/gone").write(chipFile("fan1_input"), "2100\n");
-    const test::FailingReads gone(tree.root() + "/gone", ENODEV);
 
-    EXPECT_FALSE(controller.value("F0Ac"));
-    EXPECT_EQ(controller.value("FNum"), 1);
-    controller.clock.advance(2s);
-    EXPECT_EQ(controller.value("FNum"), 1);
-    EXPECT_EQ(controller.value("F0Ac"), 2100);
+    EXPECT_EQ(controller.value("F0Ac"), 14000);
+    EXPECT_EQ(controller.value("F0Tg"), 13500);
 }
 
 TEST(HwmonFans, ReadsTheLimitsOfAGraphicsCardOnceItIsAwake) {
@@ -151,11 +150,11 @@ TEST(HwmonFans, ReadsTheLimitsOfAGraphicsCardOnceItIsAwake) {
 
 TEST(HwmonFans, ReadsALimitThatWasTemporarilyUnavailable) {
     TemporaryTree tree;
-    tree.write(chipFile("name"), "applesmc\n")
-        .write(chipFile("fan1_input"), "2000\n")
-        .write(chipFile("fan1_min"), "1200\n")
-        .write(chipFile("fan1_max"), "6000\n");
-    std::optional<test::FailingReads> wakingUp(std::in_place, tree.root() + chipFile("fan1_max"), ENODATA);
+    tree.write(at("name"), "applesmc\n")
+        .write(at("fan1_input"), "2000\n")
+        .write(at("fan1_min"), "1200\n")
+        .write(at("fan1_max"), "6000\n");
+    std::optional<test::FailingReads> wakingUp(std::in_place, tree.root() + at("fan1_max"), ENODATA);
     Controller controller(tree.root());
     EXPECT_EQ(controller.value("F0Mn"), 1200);
     EXPECT_FALSE(controller.value("F0Mx"));
@@ -181,9 +180,42 @@ TEST(HwmonFans, DoesNotWakeASleepingGraphicsCard) {
     EXPECT_EQ(controller.value("F0Ac"), 1234);
 }
 
+TEST(HwmonFans, LetsAGraphicsCardFallAsleepBetweenReadings) {
+    TemporaryTree tree;
+    tree.copyFrom("amd-desktop").write("/sys/class/hwmon/hwmon2/fan1_input", "1000\n");
+    Controller controller(tree.root());
+    ASSERT_EQ(controller.value("F0Ac"), 1000);
+
+    tree.write("/sys/class/hwmon/hwmon2/fan1_input", "1100\n");
+    for (int second = 1; second < 10; ++second) {
+        controller.clock.advance(1s);
+        EXPECT_EQ(controller.value("F0Ac"), 1000) << "within twice the autosuspend delay of 5 s";
+    }
+    controller.clock.advance(1s);
+    EXPECT_EQ(controller.value("F0Ac"), 1100);
+}
+
+TEST(HwmonFans, SharesTheReadingsOfADeviceWithTheTemperatures) {
+    TemporaryTree tree;
+    tree.copyFrom("amd-desktop").write("/sys/class/hwmon/hwmon2/fan1_input", "1000\n");
+    const auto devices = std::make_shared<SleepingDevices>();
+    ManualClock clock;
+    LinuxHIDEventSystem sensors(clock, tree.root(), devices);
+    LinuxSMCService service(clock, tree.root(), devices);
+    SMCReader reader(service);
+    reader.readFans();
+
+    clock.advance(5s);
+    const auto client = sensors.createClient().value_or(0);
+    for (const auto sensor : sensors.copyServices(client).value_or(std::vector<HIDService>{})) {
+        const bool isGraphics = sensors.copyProduct(sensor).value_or("").starts_with("amdgpu");
+        EXPECT_TRUE(!isGraphics || !sensors.copyTemperatureEvent(sensor)) << "the fan was read 5 s ago";
+    }
+}
+
 TEST(HwmonFans, UsesADuplicatingChipOnlyWithoutAnother) {
     TemporaryTree tree;
-    tree.write(chipFile("name"), "acpi_fan\n").write(chipFile("fan1_input"), "3000\n");
+    tree.write(at("name"), "acpi_fan\n").write(at("fan1_input"), "3000\n");
     EXPECT_EQ(Controller(tree.root()).value("F0Ac"), 3000);
 
     tree.write("/sys/class/hwmon/hwmon1/name", "thinkpad\n").write("/sys/class/hwmon/hwmon1/fan1_input", "3010\n");
@@ -195,15 +227,15 @@ TEST(HwmonFans, UsesADuplicatingChipOnlyWithoutAnother) {
 
 TEST(HwmonFans, UsesADuplicatingChipUntilAMainboardFanTurns) {
     TemporaryTree tree;
-    tree.write(chipFile("name"), "nct6798\n")
-        .write(chipFile("fan1_input"), "0\n")
+    tree.write(at("name"), "nct6798\n")
+        .write(at("fan1_input"), "0\n")
         .write("/sys/class/hwmon/hwmon1/name", "acpi_fan\n")
         .write("/sys/class/hwmon/hwmon1/fan1_input", "1500\n");
     Controller controller(tree.root());
     EXPECT_EQ(controller.value("FNum"), 1);
     EXPECT_EQ(controller.value("F0Ac"), 1500);
 
-    tree.write(chipFile("fan1_input"), "900\n");
+    tree.write(at("fan1_input"), "900\n");
     controller.clock.advance(10s);
 
     EXPECT_EQ(controller.value("FNum"), 1);

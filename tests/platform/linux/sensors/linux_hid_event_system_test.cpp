@@ -1,19 +1,18 @@
 #include "platform/linux/sensors/linux_hid_event_system.h"
 
 #include "tests/platform/linux/failing_reads.h"
-#include "tests/platform/linux/support.h"
+#include "tests/platform/linux/sensors/sensor_readings.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 
 namespace kestro {
 namespace {
 
 using test::fixture;
-using test::ManualClock;
+using test::Sensors;
 using test::TemporaryTree;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -21,43 +20,13 @@ using testing::Pair;
 using testing::UnorderedElementsAre;
 using namespace std::chrono_literals;
 
-class Sensors {
-public:
-    explicit Sensors(const std::string& root) : system(clock, root), client(system.createClient().value_or(0)) {
-        system.setMatching(client, 0xFF00, 5);
-    }
-
-    std::vector<std::string> names() {
-        std::vector<std::string> result;
-        for (const auto service : system.copyServices(client).value_or(std::vector<HIDService>{})) {
-            result.push_back(system.copyProduct(service).value_or("?"));
-        }
-        return result;
-    }
-
-    /// The sensors that have a reading.
-    std::map<std::string, double> readings() {
-        std::map<std::string, double> result;
-        for (const auto service : system.copyServices(client).value_or(std::vector<HIDService>{})) {
-            if (const auto temperature = system.copyTemperatureEvent(service)) {
-                result[system.copyProduct(service).value_or("?")] = *temperature;
-            }
-        }
-        return result;
-    }
-
-    ManualClock clock;
-    LinuxHIDEventSystem system;
-    HIDClient client;
-};
-
 TEST(LinuxHIDEventSystem, ListsTheDieOfAPcFirstAndAcpiLastWithoutFloatingInputs) {
     Sensors sensors(fixture("pc-coretemp"));
 
     EXPECT_THAT(sensors.names(),
                 ElementsAre("CPU Package", "CPU Core 0", "CPU Core 1", "CPU Core 2", "CPU Core 3",
-                            "nct6793 SYSTIN", "nct6793 PECI Agent 0", "nct6793 PCH_CHIP_processor_MAX_TEMP",
-                            "nvme Composite", "nvme Sensor 1", "acpitz temp1"));
+                            "nvme Composite", "nvme Sensor 1", "nct6793 SYSTIN", "nct6793 PECI Agent 0",
+                            "nct6793 PCH_CHIP_processor_MAX_TEMP", "acpitz temp1"));
 }
 
 TEST(LinuxHIDEventSystem, ReadsDegreesCelsius) {
@@ -66,73 +35,6 @@ TEST(LinuxHIDEventSystem, ReadsDegreesCelsius) {
     EXPECT_THAT(sensors.readings(), UnorderedElementsAre(Pair("CPU Tctl", 62.125), Pair("CPU Tccd1", 58.25),
                                                          Pair("nvme Composite", 44.85), Pair("amdgpu edge", 51.0),
                                                          Pair("amdgpu junction", 55.0), Pair("amdgpu mem", 60.0)));
-}
-
-TEST(LinuxHIDEventSystem, NamesAppleSensorsForTheDieAndTheBattery) {
-    Sensors sensors(fixture("apple-laptop"));
-
-    EXPECT_THAT(sensors.readings(),
-                UnorderedElementsAre(Pair("SoC P-cluster 0", 44.1), Pair("SoC P-cluster 1", 46.3),
-                                     Pair("SoC E-cluster", 40.2), Pair("Battery Hotspot Temp", 31.9),
-                                     Pair("Charge Regulator Temp", 36.0), Pair("NAND Flash Temp", 34.0),
-                                     Pair("nvme Composite", 33.85), Pair("Battery macsmc-battery", 31.2)));
-}
-
-TEST(LinuxHIDEventSystem, ExcludesTheControllersProcessorSensorFromTheDie) {
-    Sensors sensors(fixture("hybrid-laptop"));
-
-    const auto readings = sensors.readings();
-
-    EXPECT_EQ(readings.at("CPU Package"), 61.0);
-    EXPECT_EQ(readings.at("thinkpad processor"), 61.0);
-    EXPECT_FALSE(readings.contains("thinkpad CPU"));
-    EXPECT_FALSE(readings.contains("thinkpad GPU"));
-}
-
-TEST(LinuxHIDEventSystem, OmitsTheControlTemperatureIfTheDieHasASensor) {
-    TemporaryTree tree;
-    tree.write("/sys/class/hwmon/hwmon0/name", "k10temp\n")
-        .write("/sys/class/hwmon/hwmon0/temp1_input", "77000\n")
-        .write("/sys/class/hwmon/hwmon0/temp1_label", "Tctl\n")
-        .write("/sys/class/hwmon/hwmon0/temp2_input", "50000\n")
-        .write("/sys/class/hwmon/hwmon0/temp2_label", "Tdie\n");
-
-    EXPECT_THAT(Sensors(tree.root()).readings(), ElementsAre(Pair("CPU Tdie", 50.0)));
-}
-
-TEST(LinuxHIDEventSystem, ReadsADriverThatRegistersTheOldWay) {
-    TemporaryTree tree;
-    tree.write("/sys/class/hwmon/hwmon0/device/name", "via_cputemp\n")
-        .write("/sys/class/hwmon/hwmon0/device/temp1_input", "47000\n")
-        .write("/sys/class/hwmon/hwmon0/device/temp1_label", "Core 0\n");
-
-    EXPECT_THAT(Sensors(tree.root()).readings(), ElementsAre(Pair("CPU Core 0", 47.0)));
-}
-
-TEST(LinuxHIDEventSystem, UsesThermalZonesOnlyWithoutADieSensorInHwmon) {
-    TemporaryTree tree;
-    tree.write("/sys/class/hwmon/hwmon0/name", "acpitz\n")
-        .write("/sys/class/hwmon/hwmon0/temp1_input", "27800\n")
-        .write("/sys/class/thermal/thermal_zone0/type", "acpitz\n")
-        .write("/sys/class/thermal/thermal_zone0/temp", "27800\n")
-        .write("/sys/class/thermal/thermal_zone1/type", "x86_pkg_temp\n")
-        .write("/sys/class/thermal/thermal_zone1/temp", "55000\n")
-        .write("/sys/class/thermal/thermal_zone2/type", "INT3400 Thermal\n")
-        .write("/sys/class/thermal/thermal_zone2/temp", "20000\n");
-    EXPECT_THAT(Sensors(tree.root()).names(), ElementsAre("CPU Package", "acpitz temp1"));
-
-    tree.write("/sys/class/hwmon/hwmon1/name", "coretemp\n")
-        .write("/sys/class/hwmon/hwmon1/temp1_input", "55000\n");
-
-    EXPECT_THAT(Sensors(tree.root()).names(), ElementsAre("CPU temp1", "acpitz temp1"));
-}
-
-TEST(LinuxHIDEventSystem, FallsBackToAcpiForTheProcessor) {
-    TemporaryTree tree;
-    tree.write("/sys/class/thermal/thermal_zone0/type", "acpitz\n")
-        .write("/sys/class/thermal/thermal_zone0/temp", "42000\n");
-
-    EXPECT_THAT(Sensors(tree.root()).readings(), ElementsAre(Pair("CPU acpitz", 42.0)));
 }
 
 TEST(LinuxHIDEventSystem, IgnoresTheBatteryOfAMouse) {
@@ -196,6 +98,31 @@ TEST(LinuxHIDEventSystem, DoesNotWakeASleepingGraphicsCard) {
     EXPECT_FALSE(sensors.readings().contains("amdgpu edge"));
     tree.write("/sys/class/hwmon/hwmon2/device/power/runtime_status", "active\n");
     EXPECT_TRUE(sensors.readings().contains("amdgpu edge"));
+}
+
+TEST(LinuxHIDEventSystem, LetsAGraphicsCardFallAsleepBetweenReadings) {
+    TemporaryTree tree;
+    tree.copyFrom("amd-desktop");
+    Sensors sensors(tree.root());
+    ASSERT_EQ(sensors.readings().at("amdgpu edge"), 51.0);
+
+    tree.write("/sys/class/hwmon/hwmon2/temp1_input", "57000\n");
+    sensors.clock.advance(9s);
+    EXPECT_EQ(sensors.readings().at("amdgpu edge"), 51.0);
+    sensors.clock.advance(1s);
+    EXPECT_EQ(sensors.readings().at("amdgpu edge"), 57.0);
+}
+
+TEST(LinuxHIDEventSystem, DoesNotShowAReadingThatIsMinutesOld) {
+    TemporaryTree tree;
+    tree.copyFrom("amd-desktop").write("/sys/class/hwmon/hwmon2/device/power/autosuspend_delay_ms", "900000\n");
+    Sensors sensors(tree.root());
+    ASSERT_EQ(sensors.readings().at("amdgpu edge"), 51.0);
+
+    sensors.clock.advance(59s);
+    EXPECT_EQ(sensors.readings().at("amdgpu edge"), 51.0);
+    sensors.clock.advance(1s);
+    EXPECT_FALSE(sensors.readings().contains("amdgpu edge"));
 }
 
 TEST(LinuxHIDEventSystem, SkipsInputsThatReportAFault) {
@@ -277,6 +204,15 @@ TEST(LinuxHIDEventSystem, RejectsUnknownClientsAndServices) {
     EXPECT_FALSE(sensors.system.copyProduct(0));
     EXPECT_FALSE(sensors.system.copyProduct(99));
     EXPECT_FALSE(sensors.system.copyTemperatureEvent(99));
+}
+
+TEST(LinuxHIDEventSystem, ReadsADriverThatRegistersTheOldWay) {
+    TemporaryTree tree;
+    tree.write("/sys/class/hwmon/hwmon0/device/name", "via_cputemp\n")
+        .write("/sys/class/hwmon/hwmon0/device/temp1_input", "47000\n")
+        .write("/sys/class/hwmon/hwmon0/device/temp1_label", "Core 0\n");
+
+    EXPECT_THAT(Sensors(tree.root()).readings(), ElementsAre(Pair("CPU Core 0", 47.0)));
 }
 
 }  // namespace

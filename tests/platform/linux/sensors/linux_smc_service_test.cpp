@@ -1,5 +1,6 @@
 #include "platform/linux/sensors/linux_smc_service.h"
 
+#include "tests/platform/linux/failing_reads.h"
 #include "tests/platform/linux/sensors/fan_controller.h"
 #include "tests/support/allocation_counter.h"
 
@@ -10,7 +11,7 @@
 namespace kestro {
 namespace {
 
-using test::chipFile;
+using test::at;
 using test::Controller;
 using test::fixture;
 using test::TemporaryTree;
@@ -42,13 +43,24 @@ TEST(LinuxSMCService, FailsForKeysThatDoNotExist) {
     EXPECT_FALSE(controller.value(""));
 }
 
+TEST(LinuxSMCService, ReadsAnIntelMacsFans) {
+    Controller controller(fixture("intel-mac"));
+
+    EXPECT_EQ(controller.value("FNum"), 2);
+    EXPECT_EQ(controller.value("F0Ac"), 2159);
+    EXPECT_EQ(controller.value("F0Mn"), 2160);
+    EXPECT_EQ(controller.value("F0Mx"), 6156);
+    EXPECT_EQ(controller.value("F0Tg"), 2160);
+    EXPECT_EQ(controller.value("F1Tg"), 2000);
+}
+
 TEST(LinuxSMCService, HasNoControllerWithoutFansAndFindsOneThatAppears) {
     TemporaryTree tree;
     tree.copyFrom("vm");
     Controller controller(tree.root());
     EXPECT_EQ(controller.connection, 0U);
 
-    tree.write(chipFile("name"), "thinkpad\n").write(chipFile("fan1_input"), "2000\n");
+    tree.write(at("name"), "thinkpad\n").write(at("fan1_input"), "2000\n");
     EXPECT_FALSE(controller.service.open());
     controller.clock.advance(10s);
 
@@ -57,7 +69,7 @@ TEST(LinuxSMCService, HasNoControllerWithoutFansAndFindsOneThatAppears) {
 
 TEST(LinuxSMCService, CountsNoFansOnceTheyAreGone) {
     TemporaryTree tree;
-    tree.write(chipFile("name"), "thinkpad\n").write(chipFile("fan1_input"), "2000\n");
+    tree.write(at("name"), "thinkpad\n").write(at("fan1_input"), "2000\n");
     Controller controller(tree.root());
     ASSERT_EQ(controller.value("FNum"), 1);
 
@@ -68,11 +80,55 @@ TEST(LinuxSMCService, CountsNoFansOnceTheyAreGone) {
     EXPECT_FALSE(controller.value("F0Ac"));
 }
 
+TEST(LinuxSMCService, FollowsARenumberedChip) {
+    TemporaryTree tree;
+    tree.copyFrom("apple-laptop");
+    Controller controller(tree.root());
+    ASSERT_EQ(controller.value("F0Ac"), 1999);
+
+    tree.rename("/sys/class/hwmon/hwmon2", "/sys/class/hwmon/hwmon5")
+        .write("/sys/class/hwmon/hwmon5/fan1_input", "2500\n");
+    controller.clock.advance(10s);
+
+    EXPECT_EQ(controller.value("FNum"), 2);
+    EXPECT_EQ(controller.value("F0Ac"), 2500);
+}
+
+TEST(LinuxSMCService, KeepsAFanThatTemporarilyHasNoReading) {
+    TemporaryTree tree;
+    tree.write(at("name"), "thinkpad\n").write(at("fan1_input"), "2000\n");
+    Controller controller(tree.root());
+
+    for (const std::string& text : {std::string(), std::string("N/A"), std::string("\xFF\xFE"),
+                                    std::string("65535"), std::string("-1"), std::string(100000, '1')}) {
+        tree.write(at("fan1_input"), text);
+        EXPECT_EQ(controller.value("FNum"), 1);
+        EXPECT_FALSE(controller.value("F0Ac")) << text.substr(0, 10);
+    }
+    tree.write(at("fan1_input"), "2100\n");
+    EXPECT_EQ(controller.value("F0Ac"), 2100);
+}
+
+TEST(LinuxSMCService, FindsARecreatedDeviceUnderTheSameNumber) {
+    TemporaryTree tree;
+    tree.write(at("name"), "thinkpad\n").write(at("fan1_input"), "2000\n");
+    Controller controller(tree.root());
+    ASSERT_EQ(controller.value("F0Ac"), 2000);
+    tree.rename(at("fan1_input"), "/gone").write(at("fan1_input"), "2100\n");
+    const test::FailingReads gone(tree.root() + "/gone", ENODEV);
+
+    EXPECT_FALSE(controller.value("F0Ac"));
+    EXPECT_EQ(controller.value("FNum"), 1);
+    controller.clock.advance(2s);
+    EXPECT_EQ(controller.value("FNum"), 1);
+    EXPECT_EQ(controller.value("F0Ac"), 2100);
+}
+
 TEST(LinuxSMCService, ReadsTheKeysOfMoreThanTenFansUpToALimit) {
     TemporaryTree tree;
-    tree.write(chipFile("name"), "corsaircpro\n");
+    tree.write(at("name"), "corsaircpro\n");
     for (int number = 1; number <= 40; ++number) {
-        tree.write(chipFile("fan" + std::to_string(number) + "_input"), std::to_string(1000 + number));
+        tree.write(at("fan" + std::to_string(number) + "_input"), std::to_string(1000 + number));
     }
     Controller controller(tree.root());
 

@@ -13,13 +13,14 @@ HwmonChip chip(std::string name) {
 TEST(SensorName, TreatsProcessorChipsAsDieSensors) {
     EXPECT_EQ(sensorName(chip("coretemp"), 1, "Package id 0"), "CPU Package");
     EXPECT_EQ(sensorName(chip("coretemp"), 1, "Package id 1"), "CPU Package 1");
+    EXPECT_EQ(sensorName(chip("coretemp"), 1, "Physical id 0"), "CPU Package");
     EXPECT_EQ(sensorName(chip("coretemp"), 2, "Core 0"), "CPU Core 0");
     EXPECT_EQ(sensorName(chip("k10temp"), 3, "Tccd1"), "CPU Tccd1");
     EXPECT_EQ(sensorName(chip("cpu_thermal"), 1, std::nullopt), "CPU temp1");
 }
 
 TEST(SensorName, KeepsTheControllersFullNames) {
-    EXPECT_EQ(sensorName(chip("macsmc_hwmon"), 1, "SoC P-cluster 0"), "SoC P-cluster 0");
+    EXPECT_EQ(sensorName(chip("macsmc_hwmon"), 1, "NAND Flash Temperature"), "NAND Flash Temperature");
     EXPECT_EQ(sensorName(chip("macsmc_hwmon"), 9, std::nullopt), "macsmc_hwmon temp9");
 }
 

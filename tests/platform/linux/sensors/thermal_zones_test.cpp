@@ -41,7 +41,7 @@ TEST(ThermalStateAt, IsTheWorstTripPointReached) {
 TEST(ReadThermalZones, ListsZonesByNumberWithTheTripPointsThatAreSet) {
     const auto zones = readThermalZones(test::fixture("hybrid-laptop"));
 
-    ASSERT_EQ(zones.size(), 4U);
+    ASSERT_EQ(zones.size(), 5U);
     EXPECT_EQ(zones[0].type, "acpitz");
     EXPECT_EQ(zones[1].type, "INT3400 Thermal");
     ASSERT_EQ(zones[2].trips.size(), 2U);

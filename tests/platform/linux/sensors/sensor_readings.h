@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/linux/sensors/linux_hid_event_system.h"
+#include "tests/platform/linux/support.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace kestro::test {
+
+/// The temperature sensors of a machine, as a reader sees them.
+class Sensors {
+public:
+    explicit Sensors(const std::string& root) : system(clock, root), client(system.createClient().value_or(0)) {
+        system.setMatching(client, 0xFF00, 5);
+    }
+
+    std::vector<std::string> names() {
+        std::vector<std::string> result;
+        for (const auto service : system.copyServices(client).value_or(std::vector<HIDService>{})) {
+            result.push_back(system.copyProduct(service).value_or("?"));
+        }
+        return result;
+    }
+
+    /// The sensors that have a reading.
+    std::map<std::string, double> readings() {
+        std::map<std::string, double> result;
+        for (const auto service : system.copyServices(client).value_or(std::vector<HIDService>{})) {
+            if (const auto temperature = system.copyTemperatureEvent(service)) {
+                result[system.copyProduct(service).value_or("?")] = *temperature;
+            }
+        }
+        return result;
+    }
+
+    ManualClock clock;
+    LinuxHIDEventSystem system;
+    HIDClient client;
+};
+
+}  // namespace kestro::test
