@@ -4,8 +4,12 @@
 #include "platform/linux/kernel/kernel_files.h"
 #include "platform/linux/machine/proc_stat.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <iterator>
 
 namespace kestro {
 namespace {
@@ -26,37 +30,90 @@ void sortUnique(CoreSet& cores) {
     cores.erase(std::unique(cores.begin(), cores.end()), cores.end());
 }
 
-CoreSet hybridEfficiencyCores(const std::string& root) {
-    CoreSet cores;
-    if (readCoreList(root, "/sys/devices/cpu_core/cpus").empty()) {
-        return cores;
-    }
+CoreSet without(const CoreSet& cores, const CoreSet& excluded) {
+    CoreSet rest;
+    std::ranges::set_difference(cores, excluded, std::back_inserter(rest));
+    return rest;
+}
+
+/// The lists hold only cores that are online. The kernel has them only on machines with both kinds.
+void readHybrid(const std::string& root, CpuTopology& topology) {
+    const auto performance = readCoreList(root, "/sys/devices/cpu_core/cpus");
+    CoreSet efficiency;
     for (const auto path : efficiencyLists) {
         const auto list = readCoreList(root, path);
-        cores.insert(cores.end(), list.begin(), list.end());
+        efficiency.insert(efficiency.end(), list.begin(), list.end());
+    }
+    sortUnique(efficiency);
+    if (performance.empty()) {
+        return;
+    }
+    if (efficiency.empty()) {
+        // All of them are offline. Firmware lists them after the performance cores.
+        std::ranges::copy_if(topology.present, std::back_inserter(efficiency),
+                             [&](std::uint32_t cpu) { return cpu > performance.back(); });
+    }
+    if (!efficiency.empty()) {
+        topology.performance = without(performance, efficiency);
+        topology.efficiency = std::move(efficiency);
+    }
+}
+
+/// The numbers of the directories "cpuN", which offline cores have too.
+CoreSet listCores(const std::string& root) {
+    CoreSet cores;
+    for (const auto& name : listDirectory(pathUnder(root, coreDirectory))) {
+        const auto cpu =
+            name.starts_with("cpu") ? parseTrimmed<std::uint32_t>(std::string_view(name).substr(3)) : std::nullopt;
+        if (cpu && *cpu < coreLimit) {
+            cores.push_back(*cpu);
+        }
     }
     sortUnique(cores);
     return cores;
 }
 
-std::vector<std::pair<std::uint32_t, std::uint32_t>> readCapacities(const std::string& root) {
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> capacities;
-    const auto directory = pathUnder(root, coreDirectory);
-    for (const auto& name : listDirectory(directory)) {
-        if (!name.starts_with("cpu")) {
-            continue;
-        }
-        const auto cpu = parseTrimmed<std::uint32_t>(std::string_view(name).substr(3));
-        if (!cpu || *cpu >= coreLimit) {
-            continue;
-        }
-        const auto text = readFile(directory + "/" + name + "/cpu_capacity");
-        const auto capacity = text ? parseTrimmed<std::uint32_t>(*text) : std::nullopt;
-        if (capacity && *capacity > 0) {
-            capacities.emplace_back(*cpu, *capacity);
+CoreFigures readFigures(const std::string& root, const CoreSet& cores, std::string_view attribute) {
+    CoreFigures figures;
+    for (const auto cpu : cores) {
+        const auto text =
+            readFile(fmt::format("{}/cpu{}/{}", pathUnder(root, coreDirectory), cpu, attribute), 4096);
+        const auto figure = text ? parseTrimmed<std::uint32_t>(*text) : std::nullopt;
+        if (figure && *figure > 0) {
+            figures.emplace_back(cpu, *figure);
         }
     }
-    return capacities;
+    return figures;
+}
+
+bool areEqual(const CoreFigures& figures) {
+    return std::ranges::adjacent_find(figures, std::ranges::not_equal_to{}, &CoreFigures::value_type::second) ==
+           figures.end();
+}
+
+void divide(CpuTopology& topology, const CoreFigures& figures, CoreSet efficiency) {
+    if (efficiency.empty()) {
+        return;
+    }
+    CoreSet known;
+    std::ranges::transform(figures, std::back_inserter(known), &CoreFigures::value_type::first);
+    topology.performance = without(known, efficiency);
+    topology.efficiency = std::move(efficiency);
+}
+
+void readFromFigures(const std::string& root, CpuTopology& topology) {
+    const auto cores = listCores(root);
+    auto figures = readFigures(root, cores, "cpu_capacity");
+    divide(topology, figures, efficiencyCores(figures));
+    if (!topology.efficiency.empty()) {
+        return;
+    }
+    // Kernels give equal capacities where they do not know any, as on AMD.
+    figures = readFigures(root, cores, "acpi_cppc/highest_perf");
+    if (areEqual(figures)) {
+        figures = readFigures(root, cores, "cpufreq/cpuinfo_max_freq");
+    }
+    divide(topology, figures, lowerGroup(figures));
 }
 
 }  // namespace
@@ -83,7 +140,7 @@ CoreSet parseCoreList(std::string_view text) {
     return cores;
 }
 
-CoreSet efficiencyCores(const std::vector<std::pair<std::uint32_t, std::uint32_t>>& capacityOfCore) {
+CoreSet efficiencyCores(const CoreFigures& capacityOfCore) {
     CoreSet cores;
     if (capacityOfCore.empty()) {
         return cores;
@@ -103,13 +160,59 @@ CoreSet efficiencyCores(const std::vector<std::pair<std::uint32_t, std::uint32_t
     return cores;
 }
 
+CoreSet lowerGroup(const CoreFigures& figureOfCore) {
+    auto sorted = figureOfCore;
+    std::ranges::sort(sorted, {}, &CoreFigures::value_type::second);
+    const auto isStep = [](const auto& lower, const auto& higher) {
+        return std::uint64_t{lower.second} * 100 <= std::uint64_t{higher.second} * 85;
+    };
+    const auto step = std::ranges::adjacent_find(sorted, isStep);
+    if (step == sorted.end() || std::ranges::adjacent_find(step + 1, sorted.end(), isStep) != sorted.end()) {
+        return {};
+    }
+    CoreSet cores;
+    std::transform(sorted.begin(), step + 1, std::back_inserter(cores),
+                   [](const auto& core) { return core.first; });
+    sortUnique(cores);
+    return cores;
+}
+
+CoreFigures readCapacities(const std::string& root) {
+    return readFigures(root, listCores(root), "cpu_capacity");
+}
+
 bool CpuTopology::isEfficiency(std::uint32_t cpu) const {
     return std::ranges::binary_search(efficiency, cpu);
 }
 
 CpuTopology CpuTopology::read(const std::string& root) {
-    auto cores = hybridEfficiencyCores(root);
-    return CpuTopology{cores.empty() ? efficiencyCores(readCapacities(root)) : std::move(cores)};
+    CpuTopology topology;
+    topology.present = readCoreList(root, "/sys/devices/system/cpu/present");
+    readHybrid(root, topology);
+    if (topology.efficiency.empty()) {
+        readFromFigures(root, topology);
+    }
+    return topology;
+}
+
+std::vector<CoreSet> readFrequencyDomains(const std::string& root) {
+    std::vector<CoreSet> domains;
+    const auto policies = pathUnder(root, "/sys/devices/system/cpu/cpufreq/");
+    for (const auto& policy : listDirectory(policies)) {
+        const auto text = readFile(policies + policy + "/related_cpus");
+        std::string_view rest = text ? std::string_view(*text) : std::string_view();
+        CoreSet cores;
+        for (auto field = takeField(rest); !field.empty(); field = takeField(rest)) {
+            if (const auto cpu = parseTrimmed<std::uint32_t>(field); cpu && *cpu < coreLimit) {
+                cores.push_back(*cpu);
+            }
+        }
+        if (cores.size() > 1) {
+            sortUnique(cores);
+            domains.push_back(std::move(cores));
+        }
+    }
+    return domains;
 }
 
 }  // namespace kestro

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace kestro {
 namespace {
@@ -64,7 +65,82 @@ TEST(CpuTopology, CountsTheLowPowerIslandAmongTheEfficiencyCores) {
 }
 
 TEST(CpuTopology, ReadsTheCapacitiesOfAppleSilicon) {
-    EXPECT_EQ(CpuTopology::read(test::fixture("apple-laptop")).efficiency, (CoreSet{0, 1}));
+    const auto topology = CpuTopology::read(test::fixture("apple-laptop"));
+
+    EXPECT_EQ(topology.efficiency, (CoreSet{0, 1}));
+    EXPECT_EQ(topology.performance, (CoreSet{2, 3, 4, 5, 6, 7, 8, 9}));
+}
+
+TEST(CpuTopology, ListsOfflineCores) {
+    EXPECT_EQ(CpuTopology::read(test::fixture("amd-desktop")).present.size(), 16U);
+    EXPECT_TRUE(CpuTopology::read(test::fixture("no-such-machine")).present.empty());
+}
+
+TEST(CpuTopology, TakesParkedCoresOfAHybridForEfficiencyCores) {
+    test::TemporaryTree tree;
+    tree.write("/sys/devices/system/cpu/present", "0-11\n").write("/sys/devices/cpu_core/cpus", "0,2-7\n");
+
+    const auto topology = CpuTopology::read(tree.root());
+
+    EXPECT_EQ(topology.performance, (CoreSet{0, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(topology.efficiency, (CoreSet{8, 9, 10, 11}));
+}
+
+/// Writes an attribute of cores 0, 1, 2, ...
+void writeFigures(test::TemporaryTree& tree, const std::string& attribute, const std::vector<int>& figures) {
+    for (std::size_t cpu = 0; cpu < figures.size(); ++cpu) {
+        tree.write("/sys/devices/system/cpu/cpu" + std::to_string(cpu) + "/" + attribute,
+                   std::to_string(figures[cpu]) + "\n");
+    }
+}
+
+TEST(CpuTopology, GroupsDenseCoresByTheirHighestPerformance) {
+    test::TemporaryTree tree;
+    writeFigures(tree, "acpi_cppc/highest_perf", {208, 203, 208, 203, 125, 125, 120, 125});
+    writeFigures(tree, "cpu_capacity", {1024, 1024, 1024, 1024, 1024, 1024, 1024, 1024});
+
+    const auto topology = CpuTopology::read(tree.root());
+
+    EXPECT_EQ(topology.performance, (CoreSet{0, 1, 2, 3}));
+    EXPECT_EQ(topology.efficiency, (CoreSet{4, 5, 6, 7}));
+}
+
+TEST(CpuTopology, DoesNotTakePreferredCoresForAKind) {
+    test::TemporaryTree tree;
+    writeFigures(tree, "acpi_cppc/highest_perf",
+                 {226, 231, 211, 236, 216, 221, 206, 201, 196, 191, 186, 181, 166});
+    writeFigures(tree, "cpufreq/cpuinfo_max_freq", {8839, 5756, 5756, 8839, 5756, 5756, 5756, 5756, 5756});
+
+    EXPECT_EQ(CpuTopology::read(tree.root()).efficiency, CoreSet{});
+}
+
+TEST(CpuTopology, GroupsCoresByTheirMaximumFrequencyLast) {
+    test::TemporaryTree tree;
+    writeFigures(tree, "acpi_cppc/highest_perf", {166, 166, 166, 166});
+    writeFigures(tree, "cpufreq/cpuinfo_max_freq", {3708000, 5008000, 5010000, 3708000});
+
+    EXPECT_EQ(CpuTopology::read(tree.root()).efficiency, (CoreSet{0, 3}));
+}
+
+TEST(LowerGroup, RequiresExactlyTwoClearGroups) {
+    EXPECT_EQ(lowerGroup({{0, 100}, {1, 60}, {2, 62}, {3, 98}}), (CoreSet{1, 2}));
+    EXPECT_EQ(lowerGroup({{0, 100}, {1, 85}}), (CoreSet{1}));
+    EXPECT_EQ(lowerGroup({{0, 100}, {1, 86}}), CoreSet{});
+    EXPECT_EQ(lowerGroup({{0, 100}, {1, 80}, {2, 60}}), CoreSet{});
+    EXPECT_EQ(lowerGroup({{0, 48}, {1, 46}, {2, 46}}), CoreSet{});
+    EXPECT_EQ(lowerGroup({{0, 4294967295}, {1, 1}}), (CoreSet{1}));
+    EXPECT_EQ(lowerGroup({{0, 1}}), CoreSet{});
+    EXPECT_EQ(lowerGroup({}), CoreSet{});
+}
+
+TEST(ReadFrequencyDomains, ListsCoresThatShareAClock) {
+    test::TemporaryTree tree;
+    tree.write("/sys/devices/system/cpu/cpufreq/policy0/related_cpus", "0 1 2 3\n")
+        .write("/sys/devices/system/cpu/cpufreq/policy4/related_cpus", "5 4\n")
+        .write("/sys/devices/system/cpu/cpufreq/policy6/related_cpus", "6\n")
+        .write("/sys/devices/system/cpu/cpufreq/boost", "1\n");
+
+    EXPECT_EQ(readFrequencyDomains(tree.root()), (std::vector<CoreSet>{{0, 1, 2, 3}, {4, 5}}));
 }
 
 TEST(CpuTopology, ReportsOneKindOfCoreElsewhere) {
