@@ -7,6 +7,12 @@
 
 namespace kestro {
 
+/// One entry of the counter array.
+struct ProcessorIdentity {
+    std::uint32_t number = 0;  ///< the kernel's number of the core
+    bool isOnline = true;
+};
+
 /// The result of `host_processor_info` for the flavour PROCESSOR_CPU_LOAD_INFO.
 struct ProcessorLoadInfo {
     std::uint32_t processorCount = 0;
@@ -14,6 +20,14 @@ struct ProcessorLoadInfo {
     /// Four cumulative tick counts per logical core, in the order user, system, idle, nice. They wrap at 32 bits.
     /// Owned by the caller, who releases it with `vmDeallocate`. Null data: no array.
     std::span<std::int32_t> info;
+
+    /// Which core each entry belongs to; valid until the next call. Empty: the kernel numbers its cores as listed,
+    /// and all are online.
+    std::span<const ProcessorIdentity> processors = {};
+
+    /// Starts at 0 and changes whenever the cores are arranged anew, because the kernel listed further ones:
+    /// counts per performance level may have changed, and entries belong to other cores than before.
+    std::uint32_t arrangement = 0;
 };
 
 /// The page counts of `host_statistics64` for the flavour HOST_VM_INFO64 that are in use.

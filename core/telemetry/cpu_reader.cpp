@@ -49,17 +49,25 @@ struct CPUReader::Sums {
     double clusterUsage[2] = {0, 0};
     std::int64_t clusterCores[2] = {0, 0};
 
+    std::int64_t measuredCores[2] = {0, 0};
+
     double meanOfCluster(int cluster, double fallback) const {
-        return clusterCores[cluster] > 0 ? clusterUsage[cluster] / static_cast<double>(clusterCores[cluster])
-                                         : fallback;
+        if (measuredCores[cluster] > 0) {
+            return clusterUsage[cluster] / static_cast<double>(measuredCores[cluster]);
+        }
+        return clusterCores[cluster] > 0 ? 0 : fallback;
     }
 };
 
-CPUReader::CPUReader(MachHost& host, SystemControl& system) : host_(host) {
-    readCount(system, "hw.perflevel0.physicalcpu", cluster0Count_);
-    readCount(system, "hw.perflevel1.physicalcpu", cluster1Count_);
-    readName(system, "hw.perflevel0.name", cluster0Name_);
-    readName(system, "hw.perflevel1.name", cluster1Name_);
+CPUReader::CPUReader(MachHost& host, SystemControl& system) : host_(host), system_(system) {
+    queryClusters();
+}
+
+void CPUReader::queryClusters() {
+    readCount(system_, "hw.perflevel0.physicalcpu", cluster0Count_);
+    readCount(system_, "hw.perflevel1.physicalcpu", cluster1Count_);
+    readName(system_, "hw.perflevel0.name", cluster0Name_);
+    readName(system_, "hw.perflevel1.name", cluster1Name_);
 }
 
 CPUReader& CPUReader::shared() {
@@ -76,24 +84,31 @@ CPUTelemetry CPUReader::readCPU() {
 
 void CPUReader::readCPU(CPUTelemetry& record) {
     const std::scoped_lock guard(lock_);
-    beginIdle(record);
     const auto load = host_.hostProcessorInfo();
+    const bool isArrangedAnew = load && load->arrangement != arrangement_;
+    if (isArrangedAnew) {
+        queryClusters();
+    }
+    beginIdle(record);
     if (!load || load->info.data() == nullptr) {
         record.coreLoads.clear();
         record.coreCount = 0;
         return;
     }
     record.coreCount = load->processorCount;
-    if (previousCpuInfo_.data() == nullptr) {
+    const bool isFirst = previousCpuInfo_.data() == nullptr;
+    previousSlot_.clear();
+    if (isFirst || isArrangedAnew) {
+        arrangement_ = load->arrangement;
+        matchCores(*load);
+    }
+    if (isFirst) {
         record.coreLoads.clear();
         previousCpuInfo_ = load->info;
         return;
     }
 
-    // Cores may go on- or offline at run time: compare only those in both arrays.
-    const std::size_t cores = std::min({std::size_t{load->processorCount}, load->info.size() / statesPerCore,
-                                        previousCpuInfo_.size() / statesPerCore});
-    const Sums sums = measureCores(load->info, cores, record);
+    const Sums sums = measureCores(*load, record);
     replacePrevious(load->info);
 
     if (sums.total > 0) {
@@ -123,36 +138,63 @@ void CPUReader::beginIdle(CPUTelemetry& record) const {
     record.cluster1Count = cluster1Count_;
 }
 
-CPUReader::Sums CPUReader::measureCores(std::span<const std::int32_t> info, std::size_t cores,
-                                        CPUTelemetry& record) const {
+void CPUReader::matchCores(const ProcessorLoadInfo& load) {
+    for (const auto& processor : load.processors) {
+        const auto found = std::ranges::find(numbers_, processor.number);
+        previousSlot_.push_back(static_cast<std::size_t>(found - numbers_.begin()));
+    }
+    numbers_.clear();
+    for (const auto& processor : load.processors) {
+        numbers_.push_back(processor.number);
+    }
+}
+
+CPUReader::Sums CPUReader::measureCores(const ProcessorLoadInfo& load, CPUTelemetry& record) const {
     Sums sums;
+    const std::size_t before = previousCpuInfo_.size() / statesPerCore;
+    std::size_t cores = std::min(std::size_t{load.processorCount}, load.info.size() / statesPerCore);
+    if (previousSlot_.empty()) {
+        cores = std::min(cores, before);
+    }
     record.coreLoads.resize(cores);
     for (std::size_t core = 0; core < cores; ++core) {
-        const auto* const now = &info[core * statesPerCore];
-        const auto* const before = &previousCpuInfo_[core * statesPerCore];
-        const double user = grown(now[0], before[0]);
-        const double system = grown(now[1], before[1]);
-        const double idle = grown(now[2], before[2]);
-        const double nice = grown(now[3], before[3]);
-        const double busy = user + system + nice;
-        const double all = busy + idle;
-        const double usage = all > 0 ? clampedPercent(busy / all * 100) : 0;
+        CoreLoad& result = record.coreLoads[core];
+        result.id = static_cast<std::int64_t>(core);
+        result.isSuperCluster = result.id < cluster0Count_;
+        result.clusterName = result.isSuperCluster ? "Super" : "Perf";
+        const bool isIdentified = core < load.processors.size();
+        result.kernelNumber =
+            isIdentified ? std::optional<std::int64_t>(load.processors[core].number) : std::nullopt;
+        result.isOnline = !isIdentified || load.processors[core].isOnline;
 
-        CoreLoad& load = record.coreLoads[core];
-        load.id = static_cast<std::int64_t>(core);
-        load.isSuperCluster = load.id < cluster0Count_;
-        load.clusterName = load.isSuperCluster ? "Super" : "Perf";
-        load.usagePercentage = usage;
-
-        const int cluster = load.isSuperCluster ? 0 : 1;
-        sums.clusterUsage[cluster] += usage;
+        const int cluster = result.isSuperCluster ? 0 : 1;
         ++sums.clusterCores[cluster];
-        sums.user += user;
-        sums.system += system;
-        sums.idle += idle;
-        sums.total += all;
+        const std::size_t previous = core < previousSlot_.size() ? previousSlot_[core] : core;
+        // A core that the previous array lacks is measured from the next reading on.
+        result.usagePercentage =
+            previous < before ? addCore(load.info.subspan(core * statesPerCore), previous, cluster, sums) : 0;
     }
     return sums;
+}
+
+double CPUReader::addCore(std::span<const std::int32_t> now, std::size_t previous, int cluster, Sums& sums) const {
+    const auto before = previousCpuInfo_.subspan(previous * statesPerCore);
+    const double user = grown(now[0], before[0]);
+    const double system = grown(now[1], before[1]);
+    const double idle = grown(now[2], before[2]);
+    const double nice = grown(now[3], before[3]);
+    const double busy = user + system + nice;
+    const double all = busy + idle;
+    const double usage = all > 0 ? clampedPercent(busy / all * 100) : 0;
+
+    const bool isMeasured = all != 0;
+    sums.measuredCores[cluster] += isMeasured ? 1 : 0;
+    sums.clusterUsage[cluster] += usage;
+    sums.user += user;
+    sums.system += system;
+    sums.idle += idle;
+    sums.total += all;
+    return usage;
 }
 
 void CPUReader::replacePrevious(std::span<std::int32_t> info) {

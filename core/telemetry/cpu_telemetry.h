@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,12 @@ struct CoreLoad {
     bool isSuperCluster = false;
     double usagePercentage = 0;  ///< 0..100
 
+    std::optional<std::int64_t> kernelNumber = std::nullopt;  ///< absent: the kernel numbers its cores by `id`
+    bool isOnline = true;
+
+    /// The number under which the kernel and its tools know the core.
+    std::int64_t number() const { return kernelNumber.value_or(id); }
+
     friend bool operator==(const CoreLoad&, const CoreLoad&) = default;
 };
 
@@ -23,7 +30,7 @@ struct CPUTelemetry {
     double userUsage = 0;
     double idleUsage = 0;
     /// In core order, for cores present in both this sample and the last successful one; empty for the first
-    /// sample and for a failed one.
+    /// sample and for a failed one. Includes cores that are offline, at 0 %; no mean does.
     std::vector<CoreLoad> coreLoads;
     double cluster0Usage = 0;
     double cluster1Usage = 0;

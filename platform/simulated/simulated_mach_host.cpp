@@ -34,7 +34,7 @@ std::optional<ProcessorLoadInfo> SimulatedMachHost::hostProcessorInfo() {
     work();
     const auto count = static_cast<std::uint32_t>(cores.size()) + countedInExcess;
     if (answersWithoutArray) {
-        return ProcessorLoadInfo{count, {}};
+        return ProcessorLoadInfo{count, {}, identities, arrangement};
     }
     Array& array = arrayOf(cores.size() * 4);
     for (std::size_t core = 0; core < cores.size(); ++core) {
@@ -42,7 +42,7 @@ std::optional<ProcessorLoadInfo> SimulatedMachHost::hostProcessorInfo() {
         std::ranges::transform(ticks, array.info.begin() + static_cast<std::ptrdiff_t>(core * 4),
                                [](std::uint32_t tick) { return static_cast<std::int32_t>(tick); });
     }
-    return ProcessorLoadInfo{count, array.info};
+    return ProcessorLoadInfo{count, array.info, identities, arrangement};
 }
 
 void SimulatedMachHost::vmDeallocate(std::int32_t* address, std::size_t byteCount) {

@@ -32,11 +32,13 @@ public:
     SimulatedFailure statisticsFailure;
     SimulatedFailure pageSizeFailure;
 
-    std::vector<SimulatedCoreTicks> cores;  ///< the counters; unless frozen, they grow with `coreLoads`
-    std::vector<double> coreLoads;          ///< mean load of each core in percent
-    bool answersWithoutArray = false;       ///< succeeds with a null array
-    std::uint32_t countedInExcess = 0;      ///< processors reported in excess of the array
-    VirtualMemoryStatistics statistics;     ///< mean page counts
+    std::vector<SimulatedCoreTicks> cores;      ///< the counters; unless frozen, they grow with `coreLoads`
+    std::vector<double> coreLoads;              ///< mean load of each core in percent
+    std::vector<ProcessorIdentity> identities;  ///< of the cores; empty: not reported
+    std::uint32_t arrangement = 0;              ///< increment it whenever the counters belong to other cores
+    bool answersWithoutArray = false;           ///< succeeds with a null array
+    std::uint32_t countedInExcess = 0;          ///< processors reported in excess of the array
+    VirtualMemoryStatistics statistics;         ///< mean page counts
     std::optional<std::size_t> pageSize = 16384;
 
     std::int64_t outstandingArrays() const { return outstanding_; }

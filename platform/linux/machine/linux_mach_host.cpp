@@ -37,7 +37,7 @@ void advance(std::uint32_t& total, std::uint32_t& latest, std::uint32_t now) {
 LinuxMachHost::LinuxMachHost(const Clock& clock, std::string root, std::size_t pageSize)
     : clock_(clock),
       pageSize_(pageSize != 0 ? pageSize : systemPageSize()),
-      topology_(CpuTopology::read(root)),
+      layout_(root),
       buffer_(largestStatPrefix),
       stat_(pathUnder(root, "/proc/stat")),
       memInfo_(pathUnder(root, "/proc/meminfo")),
@@ -62,28 +62,51 @@ bool LinuxMachHost::readCores() {
     }
 }
 
+void LinuxMachHost::arrange() {
+    arrangement_ += slots_.empty() ? 0 : 1;
+    const auto earlier = std::exchange(slots_, {});
+    const auto slotOfCpu = std::exchange(slotOfCpu_, {});
+    for (const auto cpu : layout_.order()) {
+        const auto slot = cpu < slotOfCpu.size() ? slotOfCpu[cpu] : -1;
+        if (cpu >= slotOfCpu_.size()) {
+            slotOfCpu_.resize(cpu + 1, -1);
+        }
+        slotOfCpu_[cpu] = static_cast<std::int32_t>(slots_.size());
+        slots_.push_back(slot >= 0 ? earlier[static_cast<std::size_t>(slot)]
+                                   : Slot{{.cpu = cpu}, {}, reading_, 0});
+    }
+    identities_.resize(slots_.size());
+}
+
 void LinuxMachHost::updateSlots() {
-    if (slots_.empty()) {
-        std::ranges::sort(cores_, {}, [this](const CoreTicks& core) {
-            return std::pair(topology_.isEfficiency(core.cpu), core.cpu);
-        });
+    ++reading_;
+    if (layout_.follow(cores_)) {
+        arrange();
     }
     for (const auto& core : cores_) {
-        if (core.cpu >= slotOfCpu_.size()) {
-            slotOfCpu_.resize(core.cpu + 1, -1);
-        }
-        auto& slot = slotOfCpu_[core.cpu];
-        if (slot < 0) {
-            slot = static_cast<std::int32_t>(slots_.size());
-            slots_.push_back({core, core});
-            continue;
-        }
-        auto& [latest, total] = slots_[static_cast<std::size_t>(slot)];
-        advance(total.user, latest.user, core.user);
-        advance(total.system, latest.system, core.system);
-        advance(total.idle, latest.idle, core.idle);
-        advance(total.nice, latest.nice, core.nice);
+        updateSlot(slots_[static_cast<std::size_t>(slotOfCpu_[core.cpu])], core);
     }
+    for (std::size_t index = 0; index < slots_.size(); ++index) {
+        identities_[index] = {slots_[index].latest.cpu, slots_[index].lastReading == reading_};
+    }
+}
+
+void LinuxMachHost::updateSlot(Slot& slot, const CoreTicks& core) const {
+    auto& [latest, total, firstReading, lastReading] = slot;
+    const bool isFirst = lastReading == 0;
+    const bool wasOffline = lastReading + 1 < reading_;
+    const auto idleGrowth = static_cast<std::int32_t>(core.idle - latest.idle);
+    if (isFirst && firstReading == reading_) {
+        total = core;
+    }
+    if (isFirst || (wasOffline && idleGrowth < -largestDip)) {
+        latest = core;
+    }
+    lastReading = reading_;
+    advance(total.user, latest.user, core.user);
+    advance(total.system, latest.system, core.system);
+    advance(total.idle, latest.idle, core.idle);
+    advance(total.nice, latest.nice, core.nice);
 }
 
 std::int32_t* LinuxMachHost::lendArray(std::size_t integerCount) {
@@ -107,13 +130,14 @@ std::optional<ProcessorLoadInfo> LinuxMachHost::hostProcessorInfo() {
     const std::size_t integerCount = slots_.size() * 4;
     std::int32_t* const integers = lendArray(integerCount);
     auto* next = integers;
-    for (const auto& [latest, total] : slots_) {
-        *next++ = static_cast<std::int32_t>(total.user);
-        *next++ = static_cast<std::int32_t>(total.system);
-        *next++ = static_cast<std::int32_t>(total.idle);
-        *next++ = static_cast<std::int32_t>(total.nice);
+    for (const auto& slot : slots_) {
+        *next++ = static_cast<std::int32_t>(slot.total.user);
+        *next++ = static_cast<std::int32_t>(slot.total.system);
+        *next++ = static_cast<std::int32_t>(slot.total.idle);
+        *next++ = static_cast<std::int32_t>(slot.total.nice);
     }
-    return ProcessorLoadInfo{static_cast<std::uint32_t>(slots_.size()), {integers, integerCount}};
+    return ProcessorLoadInfo{
+        static_cast<std::uint32_t>(slots_.size()), {integers, integerCount}, identities_, arrangement_};
 }
 
 void LinuxMachHost::vmDeallocate(std::int32_t* address, std::size_t /*byteCount*/) {

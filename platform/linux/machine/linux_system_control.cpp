@@ -1,6 +1,5 @@
 #include "platform/linux/machine/linux_system_control.h"
 
-#include "platform/linux/machine/cpu_topology.h"
 #include "platform/linux/machine/machine_identity.h"
 #include "platform/linux/machine/memory_pressure.h"
 #include "platform/linux/machine/proc_meminfo.h"
@@ -15,8 +14,8 @@ namespace {
 
 constexpr std::size_t statLimit = std::size_t{8} << 20;
 
-std::optional<std::int32_t> positive(std::int32_t count) {
-    return count > 0 ? std::optional(count) : std::nullopt;
+std::optional<std::int32_t> positive(std::size_t count) {
+    return count > 0 ? std::optional(static_cast<std::int32_t>(count)) : std::nullopt;
 }
 
 }  // namespace
@@ -27,25 +26,24 @@ LinuxSystemControl::LinuxSystemControl(const Clock& clock, std::string root)
       pressure_(pathUnder(root_, "/proc/pressure/memory")),
       swaps_(pathUnder(root_, "/proc/swaps")),
       memInfo_(pathUnder(root_, "/proc/meminfo")),
-      pools_(root_) {}
+      pools_(root_),
+      cores_(root_) {}
 
-LinuxSystemControl::CoreCounts LinuxSystemControl::countCores() {
-    CoreCounts counts;
+void LinuxSystemControl::countCores() {
+    areCoresCounted_ = true;
     const auto stat = readFile(pathUnder(root_, "/proc/stat"), statLimit);
-    if (!stat) {
-        return counts;
+    std::vector<CoreTicks> online;
+    if (stat) {
+        parseProcStatCores(*stat, online);
+        cores_.follow(online);
     }
-    std::vector<CoreTicks> cores;
-    parseProcStatCores(*stat, cores);
-    const auto topology = CpuTopology::read(root_);
-    for (const auto& core : cores) {
-        ++(topology.isEfficiency(core.cpu) ? counts.efficiency : counts.performance);
+}
+
+const CoreLayout& LinuxSystemControl::cores() {
+    if (!areCoresCounted_) {
+        countCores();
     }
-    // With all cores of one kind offline, the other kind is simply the machine's cores.
-    if (counts.performance == 0) {
-        std::swap(counts.performance, counts.efficiency);
-    }
-    return counts;
+    return cores_;
 }
 
 std::optional<std::int32_t> LinuxSystemControl::memoryPressureLevel() {
@@ -67,10 +65,11 @@ std::optional<std::int32_t> LinuxSystemControl::sysctlByNameInt32(std::string_vi
         return memoryPressureLevel();
     }
     if (name == "hw.perflevel0.physicalcpu") {
-        return positive(countCores().performance);
+        countCores();
+        return positive(cores_.performanceCount());
     }
     if (name == "hw.perflevel1.physicalcpu") {
-        return positive(countCores().efficiency);
+        return positive(cores().efficiencyCount());
     }
     return std::nullopt;
 }
@@ -82,10 +81,10 @@ std::optional<std::string> LinuxSystemControl::sysctlByNameText(std::string_view
     if (name == "machdep.cpu.brand_string") {
         return readProcessorBrand(root_);
     }
-    if (name == "hw.perflevel0.name" && countCores().performance > 0) {
+    if (name == "hw.perflevel0.name" && cores().performanceCount() > 0) {
         return "Performance";
     }
-    if (name == "hw.perflevel1.name" && countCores().efficiency > 0) {
+    if (name == "hw.perflevel1.name" && cores().efficiencyCount() > 0) {
         return "Efficiency";
     }
     return std::nullopt;

@@ -262,6 +262,79 @@ TEST_F(CPUReaderTest, ComparesOnlyCoresPresentInBothSamples) {
     EXPECT_EQ(shrunk.coreCount, 3);
 }
 
+TEST_F(CPUReaderTest, LeavesCoresThatWereNotOnlineOutOfTheMeans) {
+    mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 4;
+    mac.systemControl.integers["hw.perflevel1.physicalcpu"] = 2;
+    useCores(6);
+    reader().readCPU();
+    mac.machHost.addTicks(0, {100, 0, 0, 0});
+    mac.machHost.addTicks(1, {100, 0, 0, 0});
+    mac.machHost.addTicks(4, {0, 0, 100, 0});
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_DOUBLE_EQ(record.cluster0Usage, 100);
+    EXPECT_DOUBLE_EQ(record.cluster1Usage, 0);
+    EXPECT_NEAR(record.totalUsage, 200.0 / 3, 1e-9);
+    EXPECT_EQ(record.coreCount, 6);
+    EXPECT_EQ(record.cluster0Count, 4);
+}
+
+TEST_F(CPUReaderTest, AClusterThatIsOfflineAsAWholeIsNotBusy) {
+    reader().readCPU();
+    mac.machHost.addTicks(0, {100, 0, 0, 0});
+    mac.machHost.addTicks(1, {100, 0, 0, 0});
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_EQ(record.totalUsage, 100);
+    EXPECT_EQ(record.cluster0Usage, 100);
+    EXPECT_EQ(record.cluster1Usage, 0);
+}
+
+TEST_F(CPUReaderTest, PassesOnTheKernelsNumbersAndWhichCoresAreOnline) {
+    mac.machHost.identities = {{4, true}, {5, false}, {0, true}, {1, true}};
+    reader().readCPU();
+    addToEveryCore({10, 0, 90, 0});
+
+    const CPUTelemetry record = reader().readCPU();
+
+    EXPECT_EQ(record.coreLoads[0], (CoreLoad{0, "Super", true, 10, 4, true}));
+    EXPECT_EQ(record.coreLoads[1], (CoreLoad{1, "Super", true, 10, 5, false}));
+    EXPECT_EQ(record.coreLoads[3].number(), 1);
+}
+
+TEST_F(CPUReaderTest, NumbersCoresByPositionWithoutTheKernelsNumbers) {
+    reader().readCPU();
+
+    EXPECT_EQ(reader().readCPU().coreLoads[3].number(), 3);
+}
+
+TEST_F(CPUReaderTest, MeasuresAcrossANewArrangement) {
+    mac.machHost.cores = {{100, 0, 100, 0}, {500, 0, 500, 0}};
+    mac.machHost.identities = {{0, true}, {1, true}};
+    mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 2;
+    mac.systemControl.integers.erase("hw.perflevel1.physicalcpu");
+    reader().readCPU();
+
+    mac.machHost.cores = {{150, 0, 150, 0}, {9000, 0, 1, 0}, {500, 0, 600, 0}};
+    mac.machHost.identities = {{0, true}, {2, true}, {1, true}};
+    mac.machHost.arrangement = 1;
+    mac.systemControl.integers["hw.perflevel1.physicalcpu"] = 1;
+    const CPUTelemetry record = reader().readCPU();
+    addToEveryCore({100, 0, 0, 0});
+    const CPUTelemetry next = reader().readCPU();
+
+    EXPECT_EQ(record.clusterDescription(), "2 Performance + 1 Efficiency");
+    ASSERT_EQ(record.coreLoads.size(), 3u);
+    EXPECT_EQ(record.coreLoads[0].usagePercentage, 50);
+    EXPECT_EQ(record.coreLoads[1].usagePercentage, 0) << "it was not measured before";
+    EXPECT_EQ(record.coreLoads[2].usagePercentage, 0);
+    EXPECT_DOUBLE_EQ(record.totalUsage, 25);
+    EXPECT_DOUBLE_EQ(record.cluster0Usage, 50);
+    EXPECT_EQ(next.coreLoads[1].usagePercentage, 100);
+}
+
 TEST_F(CPUReaderTest, DoesNotReadBeyondTheArrayWhenMoreProcessorsAreReported) {
     mac.machHost.countedInExcess = 60;
     reader().readCPU();

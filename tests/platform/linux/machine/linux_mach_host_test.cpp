@@ -73,11 +73,75 @@ TEST(LinuxMachHost, ListsEveryThreadOfAHybridDespiteALongInterruptLine) {
     EXPECT_EQ(userTicks(host).size(), 20U);
 }
 
-TEST(LinuxMachHost, OmitsOfflineCores) {
+TEST(LinuxMachHost, ListsOfflineCoresWithoutTicks) {
     ManualClock clock;
     LinuxMachHost host(clock, fixture("amd-desktop"));
 
-    EXPECT_EQ(userTicks(host).size(), 15U);
+    const auto all = ticks(host);
+    const auto answer = host.hostProcessorInfo();
+
+    ASSERT_EQ(all.size(), 16U * 4);
+    EXPECT_EQ((std::vector(all.begin() + 20, all.begin() + 24)), (std::vector{0, 0, 0, 0}));
+    ASSERT_EQ(answer->processors.size(), 16U);
+    EXPECT_EQ(answer->processors[5].number, 5U);
+    EXPECT_FALSE(answer->processors[5].isOnline);
+    EXPECT_TRUE(answer->processors[6].isOnline);
+}
+
+TEST(LinuxMachHost, GivesTheKernelsNumberOfEachCore) {
+    ManualClock clock;
+    LinuxMachHost host(clock, fixture("apple-laptop"));
+
+    const auto answer = host.hostProcessorInfo();
+
+    ASSERT_EQ(answer->processors.size(), 10U);
+    EXPECT_EQ(answer->processors.front().number, 2U);
+    EXPECT_EQ(answer->processors.back().number, 1U);
+}
+
+TEST(LinuxMachHost, StartsACoreWithoutTicksWhenItFirstComesOnline) {
+    ManualClock clock;
+    TemporaryTree tree;
+    tree.write("/sys/devices/system/cpu/present", "0-1\n")
+        .write("/proc/stat", "cpu 1 1 1 1\ncpu0 10 0 0 0\nintr 0\n");
+    LinuxMachHost host(clock, tree.root());
+    ASSERT_EQ(userTicks(host), (std::vector{10, 0}));
+
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 11 0 0 0\ncpu1 900 0 0 0\nintr 0\n");
+    EXPECT_EQ(userTicks(host), (std::vector{11, 0}));
+    tree.write("/proc/stat", "cpu 1 1 1 1\ncpu0 12 0 0 0\ncpu1 905 0 0 0\nintr 0\n");
+    EXPECT_EQ(userTicks(host), (std::vector{12, 5}));
+}
+
+TEST(LinuxMachHost, MeasuresNothingWhileACoreReturnsWithFreshIdleTime) {
+    ManualClock clock;
+    TemporaryTree tree;
+    const std::string first = "cpu 1 1 1 1\ncpu0 1 0 0 1\n";
+    tree.write("/proc/stat", first + "cpu1 100 0 0 5000\nintr 0\n");
+    LinuxMachHost host(clock, tree.root());
+    tree.write("/proc/stat", first + "intr 0\n");
+    ticks(host);
+
+    tree.write("/proc/stat", first + "cpu1 130 0 0 20\nintr 0\n");
+    EXPECT_EQ(ticks(host), (std::vector{1, 0, 1, 0, 100, 0, 5000, 0}));
+    tree.write("/proc/stat", first + "cpu1 131 0 0 29\nintr 0\n");
+    EXPECT_EQ(ticks(host), (std::vector{1, 0, 1, 0, 101, 0, 5009, 0}));
+}
+
+TEST(LinuxMachHost, ArrangesTheCoresAnewWhenThereAreFurtherOnes) {
+    ManualClock clock;
+    TemporaryTree tree;
+    tree.write("/sys/devices/cpu_core/cpus", "0\n")
+        .write("/sys/devices/cpu_atom/cpus", "1\n")
+        .write("/proc/stat", "cpu 1 1 1 1\ncpu0 10 0 0 0\ncpu1 20 0 0 0\nintr 0\n");
+    LinuxMachHost host(clock, tree.root());
+    ASSERT_EQ(host.hostProcessorInfo()->arrangement, 0U);
+
+    tree.write("/sys/devices/cpu_core/cpus", "0,2\n")
+        .write("/proc/stat", "cpu 1 1 1 1\ncpu0 11 0 0 0\ncpu1 22 0 0 0\ncpu2 33 0 0 0\nintr 0\n");
+
+    EXPECT_EQ(userTicks(host), (std::vector{11, 33, 22}));
+    EXPECT_EQ(host.hostProcessorInfo()->arrangement, 1U);
 }
 
 TEST(LinuxMachHost, KeepsThePositionOfACoreThatGoesOffline) {

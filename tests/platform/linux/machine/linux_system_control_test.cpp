@@ -59,20 +59,45 @@ TEST(LinuxSystemControl, HasOnlyLevelZeroWithOneKindOfCore) {
     ManualClock clock;
     LinuxSystemControl control(clock, fixture("amd-desktop"));
 
-    EXPECT_EQ(control.sysctlByNameInt32("hw.perflevel0.physicalcpu"), 15);
+    EXPECT_EQ(control.sysctlByNameInt32("hw.perflevel0.physicalcpu"), 16) << "one is offline";
     EXPECT_FALSE(control.sysctlByNameInt32("hw.perflevel1.physicalcpu"));
     EXPECT_EQ(control.sysctlByNameText("hw.perflevel0.name"), "Performance");
     EXPECT_FALSE(control.sysctlByNameText("hw.perflevel1.name"));
 }
 
-TEST(LinuxSystemControl, UsesTheRemainingCoresForLevelZero) {
+TEST(LinuxSystemControl, CountsOfflineCoresAmongTheirKind) {
     ManualClock clock;
     TemporaryTree tree;
     tree.copyFrom("apple-laptop").write("/proc/stat", "cpu 1 1 1 1\ncpu0 1 1 1 1\ncpu1 1 1 1 1\nintr 0\n");
     LinuxSystemControl control(clock, tree.root());
 
+    EXPECT_EQ(control.sysctlByNameInt32("hw.perflevel0.physicalcpu"), 8);
+    EXPECT_EQ(control.sysctlByNameInt32("hw.perflevel1.physicalcpu"), 2);
+}
+
+TEST(LinuxSystemControl, TakesTheOnlyKindOfCoreForLevelZero) {
+    ManualClock clock;
+    TemporaryTree tree;
+    tree.write("/sys/devices/cpu_atom/cpus", "0-1\n")
+        .write("/proc/stat", "cpu 1 1 1 1\ncpu0 1 1 1 1\ncpu1 1 1 1 1\nintr 0\n");
+    LinuxSystemControl control(clock, tree.root());
+
     EXPECT_EQ(control.sysctlByNameInt32("hw.perflevel0.physicalcpu"), 2);
     EXPECT_FALSE(control.sysctlByNameInt32("hw.perflevel1.physicalcpu"));
+}
+
+TEST(LinuxSystemControl, LooksAtTheCoresOnceForAllLevels) {
+    ManualClock clock;
+    TemporaryTree tree;
+    tree.copyFrom("hybrid-laptop");
+    LinuxSystemControl control(clock, tree.root());
+    ASSERT_EQ(control.sysctlByNameInt32("hw.perflevel0.physicalcpu"), 12);
+
+    tree.remove("/proc/stat").remove("/sys/devices");
+
+    EXPECT_EQ(control.sysctlByNameInt32("hw.perflevel1.physicalcpu"), 8);
+    EXPECT_EQ(control.sysctlByNameText("hw.perflevel0.name"), "Performance");
+    EXPECT_EQ(control.sysctlByNameText("hw.perflevel1.name"), "Efficiency");
 }
 
 TEST(LinuxSystemControl, SupportsOnlyTheNamesInUse) {
