@@ -4,6 +4,7 @@
 #include "core/engine/telemetry_engine.h"
 #include "ui/controls/badge.h"
 #include "ui/controls/composition.h"
+#include "ui/format/core_clusters.h"
 #include "ui/settings/settings_parts.h"
 
 namespace kestro {
@@ -72,7 +73,7 @@ void SensorsTab::followHardware(const SensorRow& controller, const SensorRow& se
         [value = processor.value, &engine] {
             const CPUTelemetry& cpu = engine.cpu.get();
             value->setText(QStringLiteral("%1 Total Silicon Cores (").arg(cpu.coreCount) +
-                           QString::fromStdString(cpu.clusterDescription()) + QLatin1Char(')'));
+                           QString::fromStdString(presentClusters(cpu)) + QLatin1Char(')'));
         },
         engine.cpu);
     follow([value = power.value,

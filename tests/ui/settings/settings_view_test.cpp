@@ -208,5 +208,16 @@ TEST_F(SettingsViewTest, CountsCoresAndSensors) {
     EXPECT_TRUE(shows(nodes.c_str()));
 }
 
+TEST_F(SettingsViewTest, NamesOnlyClustersThatExist) {
+    open(SettingsTab::sensors, [](SimulatedMac& mac) {
+        mac.machHost.cores.resize(2);
+        mac.systemControl.integers["hw.perflevel0.physicalcpu"] = 2;
+        mac.systemControl.integers.erase("hw.perflevel1.physicalcpu");
+    });
+    machine_->engine().sampleFull();
+
+    EXPECT_TRUE(shows("2 Total Silicon Cores (2 Performance)"));
+}
+
 }  // namespace
 }  // namespace kestro
