@@ -10,6 +10,8 @@
 #include "ui/paint/zoom.h"
 #include "ui/widgets/visible_change.h"
 
+#include <QEnterEvent>
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -68,9 +70,15 @@ Ink inkOf(const CoreLoad& core) {
 
 /// Whether two states of a core look the same in a cell of `pixels` device pixels.
 bool looksSame(const CoreLoad& a, const CoreLoad& b, double pixels) {
-    return a.id == b.id && a.isSuperCluster == b.isSuperCluster &&
+    return a.id == b.id && a.number() == b.number() && a.isOnline == b.isOnline &&
+           a.isSuperCluster == b.isSuperCluster &&
            wholeNumber(a.usagePercentage) == wholeNumber(b.usagePercentage) &&
            std::abs(a.usagePercentage - b.usagePercentage) / 100 * pixels < visiblePixels;
+}
+
+QString helpOf(const CoreLoad& core) {
+    const QString name = QStringLiteral("CPU %1").arg(core.number());
+    return core.isOnline ? name : name + QStringLiteral(", offline");
 }
 
 QString numberOf(const CoreLoad& core) {
@@ -102,7 +110,9 @@ CoreMatrixLayout coreMatrixLayout(int cores, const QSizeF& area, bool isCompact)
     return layout;
 }
 
-CoreMatrixView::CoreMatrixView(bool isCompact, QWidget* parent) : View(parent), isCompact_(isCompact) {}
+CoreMatrixView::CoreMatrixView(bool isCompact, QWidget* parent) : View(parent), isCompact_(isCompact) {
+    setMouseTracking(true);
+}
 
 void CoreMatrixView::setCores(const std::vector<CoreLoad>& cores) {
     const CoreMatrixLayout layout = layoutNow();
@@ -150,13 +160,34 @@ std::vector<AccessibleInfo> CoreMatrixView::accessibleParts() const {
     }
     for (size_t i = 0; i < cores_.size(); ++i) {
         AccessibleInfo part;
-        const QString load = isMeasured_ ? QStringLiteral("%1 percent").arg(wholeNumber(cores_[i].usagePercentage))
-                                         : pendingWords();
-        part.name = QStringLiteral("Core %1, %2").arg(cores_[i].id).arg(load);
+        const CoreLoad& core = cores_[i];
+        const QString load = QStringLiteral("%1 percent").arg(wholeNumber(core.usagePercentage));
+        const QString state = core.isOnline ? load : QStringLiteral("offline");
+        part.name = QStringLiteral("Core %1, %2").arg(core.id).arg(isMeasured_ ? state : pendingWords());
+        part.description = core.kernelNumber ? helpOf(core) : QString();
         part.area = touchedPoints(*this, layout.cell(static_cast<int>(i)));
         parts.push_back(std::move(part));
     }
     return parts;
+}
+
+bool CoreMatrixView::event(QEvent* event) {
+    if (event->type() == QEvent::Enter) {
+        showHelpAt(static_cast<QEnterEvent*>(event)->position());
+    } else if (event->type() == QEvent::MouseMove) {
+        showHelpAt(static_cast<QMouseEvent*>(event)->position());
+    }
+    return View::event(event);
+}
+
+void CoreMatrixView::showHelpAt(const QPointF& position) {
+    const CoreMatrixLayout layout = layoutNow();
+    for (size_t i = 0; layout.columns > 0 && i < cores_.size(); ++i) {
+        // Including the gaps beside it.
+        if (layout.cell(static_cast<int>(i)).adjusted(0, 0, layout.gap, layout.gap).contains(position / zoomOf(*this))) {
+            setHelp(helpOf(cores_[i]));
+        }
+    }
 }
 
 void CoreMatrixView::paintEvent(QPaintEvent* event) {

@@ -31,6 +31,7 @@ struct CoreMatrixLayout {
 CoreMatrixLayout coreMatrixLayout(int cores, const QSizeF& area, bool isCompact);
 
 /// The load of each core as a cell with its number, its load and a bar. A changed core repaints only its own cell.
+/// Cells are numbered by position; the help text of a cell gives the kernel's number, which other tools show.
 class CoreMatrixView : public View {
     Q_OBJECT
 
@@ -46,10 +47,12 @@ public:
     std::vector<AccessibleInfo> accessibleParts() const override;
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
     CoreMatrixLayout layoutNow() const;
+    void showHelpAt(const QPointF& position);
     void paintCell(QPainter& painter, const CoreLoad& core, const QRectF& cell, CoreCellDetail detail) const;
 
     std::vector<CoreLoad> cores_;

@@ -83,6 +83,26 @@ TEST_F(CoreMatrixViewTest, ExposesEachCore) {
     EXPECT_EQ(spoken->child(3)->text(QAccessible::Name), QStringLiteral("Core 3, 17 percent"));
 }
 
+TEST_F(CoreMatrixViewTest, GivesTheKernelsNumberOfACellInItsHelp) {
+    std::vector<CoreLoad> loads = cores(12);
+    loads[4].kernelNumber = 9;
+    loads[5].kernelNumber = 0;
+    loads[5].isOnline = false;
+    view_.setCores(loads);
+
+    send(view_, QEvent::MouseMove, QPointF(100, 40), Qt::NoButton);
+    EXPECT_EQ(view_.help(), QStringLiteral("CPU 9"));
+    send(view_, QEvent::MouseMove, QPointF(180, 40), Qt::NoButton);
+    EXPECT_EQ(view_.help(), QStringLiteral("CPU 0, offline"));
+    send(view_, QEvent::MouseMove, QPointF(10, 10), Qt::NoButton);
+    EXPECT_EQ(view_.help(), QStringLiteral("CPU 0"));
+
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&view_);
+    EXPECT_EQ(spoken->child(4)->text(QAccessible::Name), QStringLiteral("Core 4, 17 percent"));
+    EXPECT_EQ(spoken->child(4)->text(QAccessible::Description), QStringLiteral("CPU 9"));
+    EXPECT_EQ(spoken->child(5)->text(QAccessible::Name), QStringLiteral("Core 5, offline"));
+}
+
 TEST_F(CoreMatrixViewTest, SurvivesAChangeOfTheNumberOfCores) {
     view_.setCores(cores(12));
     QAccessibleInterface* last = QAccessible::queryAccessibleInterface(&view_)->child(11);
