@@ -276,7 +276,10 @@ std::string TelemetryEngine::formatFanRPM(double rpm) const {
 }
 
 std::string TelemetryEngine::uptimeString() const {
-    const auto since = std::chrono::duration_cast<std::chrono::seconds>(platform_.clock.wallNow() - bootTime_);
+    // The wall clock may be set after boot, or after this program's start: machines without a real-time clock set
+    // it once they are on the network.
+    const auto sinceBoot = platform_.clock.sinceBoot().value_or(platform_.clock.wallNow() - bootTime_);
+    const auto since = std::chrono::duration_cast<std::chrono::seconds>(sinceBoot);
     // Do not go negative after the wall clock is set back.
     const std::int64_t seconds = std::max<std::int64_t>(since.count(), 0);
     const std::int64_t days = seconds / 86400;

@@ -121,7 +121,8 @@ public:
     std::string formatTemp(double celsius) const;
     std::string formatFanRPM(double rpm) const;
 
-    /// Time since boot: "5h 3m", or "2d 0h 41m" after the first day.
+    /// Time since boot: "5h 3m", or "2d 0h 41m" after the first day. Measured by the boot clock, or by the wall
+    /// clock where there is none.
     std::string uptimeString() const;
 
     const std::string& macModel() const { return macModel_; }

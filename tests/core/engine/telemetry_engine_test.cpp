@@ -89,6 +89,17 @@ TEST_F(TelemetryEngineTest, FormatsTheUptime) {
     EXPECT_EQ(uptimeAfter(24h * 400), "400d 0h 0m");
 }
 
+TEST_F(TelemetryEngineTest, MeasuresTheUptimeByTheBootClock) {
+    mac.clock.uptimeAtStart = 2h;
+    mac.systemControl.boot = TimeValue{0, 0};
+    EXPECT_EQ(engine().uptimeString(), "2h 0m");
+
+    mac.clock.setWall(mac.clock.wallNow() + 24h * 20'000);
+    mac.advance(5min);
+
+    EXPECT_EQ(engine().uptimeString(), "2h 5m");
+}
+
 TEST_F(TelemetryEngineTest, NeverReportsANegativeUptime) {
     EXPECT_EQ(uptimeAfter(-3h), "0h 0m");
 }

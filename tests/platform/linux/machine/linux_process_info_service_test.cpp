@@ -136,6 +136,16 @@ TEST(LinuxFileSystemStatistics, FailsForAMissingPath) {
     EXPECT_FALSE(LinuxFileSystemStatistics().statvfs(""));
 }
 
+TEST(LinuxClock, CountsFromBootIncludingTimeAsleep) {
+    const LinuxClock clock;
+
+    const auto awake = clock.monotonicNow().time_since_epoch();
+    const auto sinceBoot = clock.sinceBoot();
+
+    ASSERT_TRUE(sinceBoot);
+    EXPECT_GE(*sinceBoot, awake);
+}
+
 TEST(LinuxClock, NeverGoesBackwards) {
     const LinuxClock clock;
 
