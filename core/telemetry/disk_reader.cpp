@@ -18,6 +18,7 @@ DiskTelemetry DiskReader::read() {
     }
     record.totalBytes = status->blocks * status->fragmentSize;
     record.freeBytes = status->availableBlocks * status->fragmentSize;
+    record.mount = fileSystem_.statfs("/");
     record.usedBytes = record.totalBytes > record.freeBytes ? record.totalBytes - record.freeBytes : 0;
     return record;
 }

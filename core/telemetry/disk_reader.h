@@ -16,8 +16,8 @@ public:
     /// The process-wide reader on the current platform, created on first use.
     static DiskReader& shared();
 
-    /// All counts are 0 if the file system cannot be read. The volume and file-system names are fixed texts. Space
-    /// reserved for the superuser counts as used.
+    /// All counts are 0 if the file system cannot be read. The volume and file-system names are fixed texts; the
+    /// mount is the real one. Space reserved for the superuser counts as used.
     DiskTelemetry read();
 
 private:

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "core/platform/file_system_statistics.h"
+
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace kestro {
@@ -13,8 +16,11 @@ struct DiskTelemetry {
     std::string volumeName;
     std::string fileSystem;
 
+    /// The file system that was measured; absent if unknown.
+    std::optional<FileSystemMount> mount = std::nullopt;
+
     /// Shown before the first sample.
-    static DiskTelemetry initial() { return {0, 0, 0, "Macintosh HD", "APFS"}; }
+    static DiskTelemetry initial() { return {0, 0, 0, "Macintosh HD", "APFS", std::nullopt}; }
 
     /// Used share in percent; 0 when the total is 0.
     double usedPercentage() const;

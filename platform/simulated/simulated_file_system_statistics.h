@@ -15,8 +15,13 @@ public:
         return root;
     }
 
+    std::optional<FileSystemMount> statfs(const std::string& path) override {
+        return path == "/" ? mount : std::nullopt;
+    }
+
     SimulatedFailure failure;
     FileSystemStatus root{4096, 242'745'344, 160'222'412};
+    std::optional<FileSystemMount> mount;  ///< nullopt: unknown
 };
 
 }  // namespace kestro

@@ -38,6 +38,15 @@ TEST(DiskReader, ReadsZeroUsedWhenMoreIsAvailableThanTheTotal) {
     EXPECT_EQ(record.freeBytes, 5632u);
 }
 
+TEST(DiskReader, SaysWhichFileSystemWasMeasured) {
+    SimulatedFileSystemStatistics fileSystem;
+    EXPECT_FALSE(DiskReader(fileSystem).read().mount);
+
+    fileSystem.mount = {"/var", "/dev/nvme0n1p3", "btrfs"};
+
+    EXPECT_EQ(DiskReader(fileSystem).read().mount, (FileSystemMount{"/var", "/dev/nvme0n1p3", "btrfs"}));
+}
+
 TEST(DiskReader, ReadsZerosWithTheFixedNamesWhenTheCallFails) {
     SimulatedFileSystemStatistics fileSystem;
     fileSystem.failure.always();

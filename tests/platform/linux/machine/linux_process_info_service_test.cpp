@@ -1,7 +1,6 @@
 #include "platform/linux/machine/linux_process_info_service.h"
 
 #include "platform/linux/machine/linux_clock.h"
-#include "platform/linux/machine/linux_file_system_statistics.h"
 #include "tests/platform/linux/support.h"
 
 #include <gtest/gtest.h>
@@ -114,26 +113,6 @@ TEST(LinuxProcessInfoService, IsNominalWithoutZonesOrReadings) {
 
     EXPECT_EQ(LinuxProcessInfoService(clock, fixture("vm")).thermalState(), 0);
     EXPECT_EQ(LinuxProcessInfoService(clock, tree.root()).thermalState(), 0);
-}
-
-TEST(LinuxFileSystemStatistics, DescribesAFileSystem) {
-    TemporaryTree tree;
-    tree.write("/home/file", "x");
-    LinuxFileSystemStatistics statistics(tree.root());
-
-    const auto status = statistics.statvfs("/home");
-
-    ASSERT_TRUE(status);
-    EXPECT_GT(status->fragmentSize, 0U);
-    EXPECT_GT(status->blocks, 0U);
-    EXPECT_LE(status->availableBlocks, status->blocks);
-}
-
-TEST(LinuxFileSystemStatistics, FailsForAMissingPath) {
-    TemporaryTree tree;
-
-    EXPECT_FALSE(LinuxFileSystemStatistics(tree.root()).statvfs("/none"));
-    EXPECT_FALSE(LinuxFileSystemStatistics().statvfs(""));
 }
 
 TEST(LinuxClock, CountsFromBootIncludingTimeAsleep) {

@@ -1,0 +1,81 @@
+#include "platform/linux/machine/linux_file_system_statistics.h"
+
+#include "tests/platform/linux/support.h"
+
+#include <gtest/gtest.h>
+
+namespace kestro {
+namespace {
+
+using test::TemporaryTree;
+
+TEST(LinuxFileSystemStatistics, DescribesAFileSystem) {
+    TemporaryTree tree;
+    tree.write("/home/file", "x");
+    LinuxFileSystemStatistics statistics(tree.root());
+
+    const auto status = statistics.statvfs("/home");
+
+    ASSERT_TRUE(status);
+    EXPECT_GT(status->fragmentSize, 0U);
+    EXPECT_GT(status->blocks, 0U);
+    EXPECT_LE(status->availableBlocks, status->blocks);
+}
+
+TEST(LinuxFileSystemStatistics, FailsForAMissingPath) {
+    TemporaryTree tree;
+
+    EXPECT_FALSE(LinuxFileSystemStatistics(tree.root()).statvfs("/none"));
+    EXPECT_FALSE(LinuxFileSystemStatistics().statvfs(""));
+}
+
+TEST(LinuxFileSystemStatistics, NamesTheFileSystemOfTheRoot) {
+    TemporaryTree tree;
+    tree.write("/proc/self/mountinfo",
+               "1 1 0:2 / / rw - rootfs rootfs rw\n"
+               "28 1 259:2 / / rw,relatime shared:1 - ext4 /dev/nvme0n1p2 rw,errors=remount-ro\n");
+
+    EXPECT_EQ(LinuxFileSystemStatistics(tree.root()).statfs("/"),
+              (FileSystemMount{"/", "/dev/nvme0n1p2", "ext4"}));
+}
+
+TEST(LinuxFileSystemStatistics, DescribesTheDataOfAnImageBasedSystem) {
+    TemporaryTree tree;
+    tree.write("/sysroot/file", "x")
+        .write("/proc/self/mountinfo",
+               "60 1 0:31 / / ro,relatime - overlay composefs ro,lowerdir+=/run/lower,datadir+=/sysroot/objects\n"
+               "61 60 252:4 / /sysroot ro,relatime - xfs /dev/vda4 rw,attr2\n");
+    LinuxFileSystemStatistics statistics(tree.root());
+
+    EXPECT_EQ(statistics.statfs("/"), (FileSystemMount{"/sysroot", "/dev/vda4", "xfs"}));
+    EXPECT_TRUE(statistics.statvfs("/"));
+}
+
+TEST(LinuxFileSystemStatistics, FollowsChangesOfTheMounts) {
+    TemporaryTree tree;
+    tree.write("/proc/self/mountinfo", "28 1 8:2 / / rw - ext4 /dev/sda2 rw\n");
+    LinuxFileSystemStatistics statistics(tree.root());
+    ASSERT_EQ(statistics.statfs("/")->type, "ext4");
+
+    tree.write("/proc/self/mountinfo", "28 1 8:2 / / rw - xfs /dev/sda2 rw\n");
+
+    EXPECT_EQ(statistics.statfs("/")->type, "xfs");
+}
+
+TEST(LinuxFileSystemStatistics, KnowsNoFileSystemWithoutATable) {
+    TemporaryTree tree;
+    LinuxFileSystemStatistics statistics(tree.root());
+
+    EXPECT_FALSE(statistics.statfs("/"));
+    EXPECT_TRUE(statistics.statvfs("/"));
+}
+
+TEST(LinuxFileSystemStatistics, ReadsTheRunningKernelsTable) {
+    const auto mount = LinuxFileSystemStatistics().statfs("/");
+
+    ASSERT_TRUE(mount);
+    EXPECT_FALSE(mount->type.empty());
+}
+
+}  // namespace
+}  // namespace kestro
