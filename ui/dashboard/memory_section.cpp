@@ -3,6 +3,7 @@
 #include "core/engine/telemetry_engine.h"
 #include "ui/controls/words.h"
 #include "ui/format/figure_text.h"
+#include "ui/format/volume_text.h"
 
 #include <algorithm>
 
@@ -100,6 +101,8 @@ void MemorySection::refresh() {
     for (size_t i = 0; i < rows.size(); ++i) {
         rows_[i]->setContent(rows[i]);
     }
+    rows_.back()->setHelp(volumeText(disk));
+    gauges_.back()->setHelp(volumeText(disk));
     setBadge(Words(memory.pressureLevel), pressureInk(memory.pressureLevel), QStringLiteral("Memory pressure"));
 }
 

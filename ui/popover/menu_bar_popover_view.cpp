@@ -7,6 +7,7 @@
 #include "ui/controls/words.h"
 #include "ui/format/figure_text.h"
 #include "ui/format/record_text.h"
+#include "ui/format/volume_text.h"
 #include "ui/menus/menu_button.h"
 #include "ui/paint/hairline.h"
 #include "ui/popover/popover_content.h"
@@ -167,7 +168,9 @@ void MenuBarPopoverView::showNetwork() {
 }
 
 void MenuBarPopoverView::showDisk() {
-    freeSpace_->setLabel(freeSpaceText(services_.engine.disk.get()));
+    const DiskTelemetry& disk = services_.engine.disk.get();
+    freeSpace_->setLabel(freeSpaceText(disk));
+    freeSpace_->setHelp(volumeText(disk));
 }
 
 void MenuBarPopoverView::showPower() {

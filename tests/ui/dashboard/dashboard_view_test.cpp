@@ -65,6 +65,18 @@ TEST_F(DashboardViewTest, FollowsTheSectionSwitchesAtOnce) {
     EXPECT_LT(section<ComputeSection>().geometry().right(), section<MemorySection>().x());
 }
 
+TEST_F(DashboardViewTest, SaysWhichFileSystemTheStorageIs) {
+    make([](SimulatedMac& mac) { mac.fileSystem.mount = FileSystemMount{"/var", "/dev/nvme0n1p3", "btrfs"}; });
+    show(1260, 480);
+
+    const auto rows = section<MemorySection>().findChildren<RuledIndexRow*>();
+    const auto gauges = section<MemorySection>().findChildren<MetricGauge*>();
+
+    EXPECT_EQ(rows.back()->help(), QStringLiteral("/var on /dev/nvme0n1p3 (btrfs)"));
+    EXPECT_EQ(gauges.back()->help(), QStringLiteral("/var on /dev/nvme0n1p3 (btrfs)"));
+    EXPECT_EQ(rows.front()->help(), QString());
+}
+
 TEST_F(DashboardViewTest, HasSquareCornersInFullScreen) {
     make();
     show(1260, 480);
