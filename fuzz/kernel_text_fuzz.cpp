@@ -1,12 +1,15 @@
 #include "core/base/text.h"
 #include "platform/linux/battery/power_supply.h"
 #include "platform/linux/machine/cpu_topology.h"
+#include "platform/linux/machine/firmware_identity.h"
 #include "platform/linux/machine/machine_identity.h"
 #include "platform/linux/machine/memory_pressure.h"
+#include "platform/linux/machine/mount_table.h"
 #include "platform/linux/machine/os_release.h"
 #include "platform/linux/machine/proc_meminfo.h"
 #include "platform/linux/machine/proc_stat.h"
 #include "platform/linux/machine/proc_swaps.h"
+#include "platform/linux/machine/storage_volume.h"
 #include "platform/linux/network/interface_traffic.h"
 #include "platform/linux/sensors/hwmon_chip.h"
 #include "platform/linux/sensors/sensor_names.h"
@@ -15,6 +18,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -55,11 +59,25 @@ void readMemory(std::string_view text) {
     }
 }
 
+void readMounts(std::string_view text) {
+    const auto mounts = parseMountInfo(text);
+    if (!mounts.empty()) {
+        require(mounts.front().point.starts_with('/'));
+        require(mountAt(mounts, mounts.front().point) != nullptr);
+        require(mountOf(mounts, mounts.front().point) != nullptr);
+        isImage(mounts.front());
+    }
+}
+
 void readIdentity(std::string_view text) {
     const auto brand = parseProcessorBrand(text);
     require(!brand || isValidUtf8(*brand));
     appleChipName(text);
     isFirmwareFiller(text);
+    const std::string field(text);
+    const auto product = productName({field, field, field, field, field, field, field, field});
+    require(!product || !product->empty());
+    virtualMachineName({field, field, field, field, field, field, field, field});
     const auto release = parseOsRelease(text);
     require(!release.name || displayText(*release.name) == release.name);
     parseVersionNumbers(text);
@@ -91,6 +109,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     kestro::readProcessors(text);
     kestro::readMemory(text);
+    kestro::readMounts(text);
     kestro::readIdentity(text);
     kestro::readDevices(text);
     return 0;

@@ -2,40 +2,20 @@
 
 #include "core/base/text.h"
 #include "platform/linux/kernel/kernel_files.h"
-
-#include <fmt/format.h>
+#include "platform/linux/machine/arm_processors.h"
+#include "platform/linux/machine/firmware_identity.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 namespace kestro {
 namespace {
 
 // Enough for the first core of any machine and all cores of an Arm one; a server's file is far longer.
 constexpr std::size_t cpuInfoPrefix = 65536;
-
-constexpr std::array<std::string_view, 20> fillers{"to be filled by o.e.m.",
-                                                   "to be filled by oem",
-                                                   "system product name",
-                                                   "system manufacturer",
-                                                   "default string",
-                                                   "not applicable",
-                                                   "not specified",
-                                                   "not available",
-                                                   "none",
-                                                   "n/a",
-                                                   "unknown",
-                                                   "oem",
-                                                   "o.e.m.",
-                                                   "product name",
-                                                   "all series",
-                                                   "type1productconfigid",
-                                                   "invalid",
-                                                   "empty",
-                                                   "system name",
-                                                   "undefined"};
 
 using ChipName = std::pair<std::string_view, std::string_view>;
 
@@ -55,35 +35,6 @@ constexpr std::array<ChipName, 15> appleChips{{{"apple,t8103", "Apple M1"},
                                                {"apple,t6040", "Apple M4 Pro"},
                                                {"apple,t6041", "Apple M4 Max"}}};
 
-struct ArmMaker {
-    std::uint32_t implementer;
-    std::string_view name;
-};
-
-// arch/arm64/include/asm/cputype.h
-constexpr std::array<ArmMaker, 9> armMakers{{{0x41, "Arm"},
-                                             {0x42, "Broadcom"},
-                                             {0x43, "Cavium"},
-                                             {0x46, "Fujitsu"},
-                                             {0x48, "HiSilicon"},
-                                             {0x4e, "NVIDIA"},
-                                             {0x51, "Qualcomm"},
-                                             {0x61, "Apple"},
-                                             {0xc0, "Ampere"}}};
-
-struct ArmPart {
-    std::uint32_t number;
-    std::string_view name;
-};
-
-constexpr std::array<ArmPart, 22> armParts{
-    {{0xd03, "Cortex-A53"},  {0xd04, "Cortex-A35"},  {0xd05, "Cortex-A55"},  {0xd07, "Cortex-A57"},
-     {0xd08, "Cortex-A72"},  {0xd09, "Cortex-A73"},  {0xd0a, "Cortex-A75"},  {0xd0b, "Cortex-A76"},
-     {0xd0c, "Neoverse N1"}, {0xd0d, "Cortex-A77"},  {0xd40, "Neoverse V1"}, {0xd41, "Cortex-A78"},
-     {0xd44, "Cortex-X1"},   {0xd46, "Cortex-A510"}, {0xd47, "Cortex-A710"}, {0xd48, "Cortex-X2"},
-     {0xd49, "Neoverse N2"}, {0xd4b, "Cortex-A78C"}, {0xd4d, "Cortex-A715"}, {0xd4e, "Cortex-X3"},
-     {0xd4f, "Neoverse V2"}, {0xd80, "Cortex-A520"}}};
-
 /// Keys under which architectures state the processor, in order of preference.
 constexpr std::array<std::string_view, 6> brandKeys{"model name", "Model Name", "cpu model",
                                                     "uarch",      "cpu",        "Hardware"};
@@ -99,16 +50,33 @@ std::optional<std::uint32_t> parseHexadecimal(std::string_view text) {
     return error == std::errc{} && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
 }
 
-std::optional<std::string> armBrand(std::uint32_t implementer, std::uint32_t part) {
-    const auto* const maker = std::ranges::find(armMakers, implementer, &ArmMaker::implementer);
-    if (maker == armMakers.end()) {
-        return std::nullopt;
+/// A core's numbers as /proc/cpuinfo lists them.
+struct ArmCore {
+    std::uint32_t cpu = 0;
+    std::optional<std::uint32_t> implementer;
+    std::uint32_t part = 0;
+};
+
+std::optional<std::string> armBrand(const std::vector<ArmCore>& cores, const CoreFigures& capacityOfCore) {
+    const ArmCore* largest = nullptr;
+    std::uint32_t largestCapacity = 0;
+    for (const auto& core : cores) {
+        const auto found = std::ranges::find(capacityOfCore, core.cpu, &CoreFigures::value_type::first);
+        const auto capacity = found != capacityOfCore.end() ? found->second : 0;
+        if (core.implementer && capacity >= largestCapacity) {
+            largest = &core;
+            largestCapacity = capacity;
+        }
     }
-    const auto* const known = std::ranges::find(armParts, part, &ArmPart::number);
-    if (maker->implementer == 0x41 && known != armParts.end()) {
-        return fmt::format("{} {}", maker->name, known->name);
+    return largest != nullptr ? armProcessorName(*largest->implementer, largest->part) : std::nullopt;
+}
+
+/// Virtual machines that describe themselves by a device tree.
+std::optional<std::string> virtualDeviceTree(std::string_view model) {
+    if (model.find("qemu") != std::string_view::npos) {
+        return "QEMU/KVM";
     }
-    return fmt::format("{} processor", maker->name);
+    return model == "linux,dummy-virt" ? std::optional<std::string>("KVM") : std::nullopt;
 }
 
 std::optional<std::string> readText(const std::string& root, std::string_view path) {
@@ -118,16 +86,10 @@ std::optional<std::string> readText(const std::string& root, std::string_view pa
 
 }  // namespace
 
-bool isFirmwareFiller(std::string_view text) {
-    const auto name = lowered(trimmed(text));
-    const bool isOneCharacter = name.find_first_not_of(name.empty() ? ' ' : name.front()) == std::string::npos;
-    return isOneCharacter || std::ranges::find(fillers, name) != fillers.end();
-}
-
-std::optional<std::string> parseProcessorBrand(std::string_view cpuInfo) {
+std::optional<std::string> parseProcessorBrand(std::string_view cpuInfo, const CoreFigures& capacityOfCore) {
     std::array<std::optional<std::string>, brandKeys.size()> brands;
-    std::optional<std::uint32_t> implementer;
-    std::optional<std::uint32_t> part;
+    std::vector<ArmCore> cores;
+    ArmCore core;
     while (!cpuInfo.empty() && !brands.front()) {
         const auto line = takeLine(cpuInfo);
         const auto colon = line.find(':');
@@ -135,23 +97,23 @@ std::optional<std::string> parseProcessorBrand(std::string_view cpuInfo) {
             continue;
         }
         const auto key = trimmed(line.substr(0, colon));
-        const auto value = line.substr(colon + 1);
+        const auto value = trimmed(line.substr(colon + 1));
         const auto* const known = std::ranges::find(brandKeys, key);
-        if (known != brandKeys.end()) {
+        // On Arm, the "model name" is that of the architecture.
+        if (known != brandKeys.end() && !value.starts_with("ARMv") && !value.starts_with("AArch64")) {
             auto& brand = brands[static_cast<std::size_t>(known - brandKeys.begin())];
             brand = brand ? brand : displayText(value);
+        } else if (key == "processor") {
+            core = {parseTrimmed<std::uint32_t>(value).value_or(0), std::nullopt, 0};
         } else if (key == "CPU implementer") {
-            implementer = parseHexadecimal(value);
-        } else if (key == "CPU part") {
-            // On a machine with two core sizes, the last cores are the large ones.
-            part = parseHexadecimal(value);
+            core.implementer = parseHexadecimal(value);
+            cores.push_back(core);
+        } else if (key == "CPU part" && !cores.empty()) {
+            cores.back().part = parseHexadecimal(value).value_or(0);
         }
     }
     const auto brand = std::ranges::find_if(brands, [](const auto& candidate) { return candidate.has_value(); });
-    if (brand != brands.end()) {
-        return *brand;
-    }
-    return implementer ? armBrand(*implementer, part.value_or(0)) : std::nullopt;
+    return brand != brands.end() ? *brand : armBrand(cores, capacityOfCore);
 }
 
 std::optional<std::string> appleChipName(std::string_view compatible) {
@@ -168,14 +130,22 @@ std::optional<std::string> appleChipName(std::string_view compatible) {
 }
 
 std::optional<std::string> readMachineModel(const std::string& root) {
-    for (const std::string_view path : {"/proc/device-tree/model", "/sys/firmware/devicetree/base/model",
-                                        "/sys/class/dmi/id/product_name", "/sys/class/dmi/id/board_name"}) {
+    for (const std::string_view path : {"/proc/device-tree/model", "/sys/firmware/devicetree/base/model"}) {
         auto model = readText(root, path);
         if (model && !isFirmwareFiller(*model)) {
-            return model;
+            auto machine = virtualDeviceTree(*model);
+            return machine ? machine : model;
         }
     }
-    return readText(root, "/proc/sys/kernel/arch");
+    const auto firmware = FirmwareIdentity::read(root);
+    if (auto machine = virtualMachineName(firmware)) {
+        return machine;
+    }
+    if (auto name = productName(firmware)) {
+        return name;
+    }
+    // Paravirtual Xen guests have no firmware tables.
+    return readText(root, "/sys/hypervisor/type") == "xen" ? "Xen" : readText(root, "/proc/sys/kernel/arch");
 }
 
 std::optional<std::string> readProcessorBrand(const std::string& root) {
@@ -187,7 +157,11 @@ std::optional<std::string> readProcessorBrand(const std::string& root) {
     ReadBuffer buffer(cpuInfoPrefix);
     PersistentFile file(pathUnder(root, "/proc/cpuinfo"));
     const auto text = file.readBeginning(buffer, cpuInfoPrefix);
-    return text ? parseProcessorBrand(*text) : std::nullopt;
+    if (!text) {
+        return std::nullopt;
+    }
+    const bool isArm = text->find("CPU implementer") != std::string_view::npos;
+    return parseProcessorBrand(*text, isArm ? readCapacities(root) : CoreFigures());
 }
 
 }  // namespace kestro
