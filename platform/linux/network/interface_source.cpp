@@ -33,6 +33,18 @@ InterfaceAddress asAddress(const sockaddr& address) {
 
 }  // namespace
 
+InterfaceEntry interfaceEntry(const ifaddrs& entry) {
+    InterfaceEntry result;
+    result.name = entry.ifa_name;
+    result.flags = entry.ifa_flags;
+    if (entry.ifa_addr != nullptr) {
+        result.address = asAddress(*entry.ifa_addr);
+    } else if (entry.ifa_data != nullptr) {
+        result.address = InterfaceAddress{.family = AddressFamily::link};
+    }
+    return result;
+}
+
 KernelInterfaceSource::KernelInterfaceSource()
     : announcements_(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE)) {
     sockaddr_nl address{};
@@ -55,17 +67,7 @@ std::optional<std::vector<InterfaceEntry>> KernelInterfaceSource::list() {
     const std::unique_ptr<ifaddrs, Free> owned(first);
     std::vector<InterfaceEntry> entries;
     for (const auto* entry = first; entry != nullptr; entry = entry->ifa_next) {
-        InterfaceEntry result;
-        result.name = entry->ifa_name;
-        result.flags = entry->ifa_flags;
-        if (entry->ifa_addr != nullptr) {
-            result.address = asAddress(*entry->ifa_addr);
-        } else if (entry->ifa_data != nullptr) {
-            // The link of an interface without a hardware address: tun, WireGuard, PPP, a modem. Only links have
-            // data.
-            result.address = InterfaceAddress{.family = AddressFamily::link};
-        }
-        entries.push_back(std::move(result));
+        entries.push_back(interfaceEntry(*entry));
     }
     return entries;
 }

@@ -6,7 +6,13 @@
 #include <optional>
 #include <vector>
 
+struct ifaddrs;
+
 namespace kestro {
+
+/// An entry of getifaddrs(3), without statistics. A link-level entry without an address is that of a tun,
+/// WireGuard, PPP or modem interface, which has no hardware address; only link-level entries have data.
+InterfaceEntry interfaceEntry(const ifaddrs& entry);
 
 /// The source of the interface and address list. It is a system call, so it is the only part of a machine's
 /// network that cannot be replayed from files. One thread at a time.

@@ -69,13 +69,26 @@ TEST(LinuxNetworkInterfaces, ListsOnlyLinksWithTrafficOfTheirOwn) {
     EXPECT_THAT(Machine(fixture("container")).links(), ElementsAre("lo", "eth0"));
 }
 
+TEST(LinuxNetworkInterfaces, CountsATunnelWithoutAHardwareAddressWhenItIsAlone) {
+    TemporaryTree tree;
+    tree.copyFrom("hybrid-laptop")
+        .write("/getifaddrs",
+               "lo 0x10049 link\nwlp0s20f3 0x1003 link\nwg0 0x100d1 null\nwg0 0x100d1 ipv4 10.8.0.2\n");
+    Machine laptop(tree.root());
+
+    EXPECT_THAT(laptop.links(), ElementsAre("lo", "wlp0s20f3", "wg0"));
+    ASSERT_TRUE(laptop.statistics("wg0"));
+    EXPECT_EQ(laptop.statistics("wg0")->receivedBytes, 5123456U);
+}
+
 TEST(LinuxNetworkInterfaces, KeepsEveryAddressInTheSystemsOrder) {
     Machine desktop(fixture("amd-desktop"));
 
-    EXPECT_THAT(desktop.names(), ElementsAre("lo", "enp4s0", "enp5s0", "lo", "bond0", "bond0.30", "virbr0"));
+    EXPECT_THAT(desktop.names(), ElementsAre("lo", "enp4s0", "enp5s0", "lo", "lo", "bond0", "bond0.30", "bond0",
+                                             "bond0.30", "virbr0", "virbr0", "vnet0"));
     const auto entries = desktop.interfaces->getifaddrs();
-    EXPECT_EQ(entries->at(4).address->ipv4, (std::array<std::uint8_t, 4>{10, 0, 0, 17}));
-    EXPECT_FALSE(entries->at(4).statistics);
+    EXPECT_EQ(entries->at(5).address->ipv4, (std::array<std::uint8_t, 4>{10, 0, 0, 17}));
+    EXPECT_FALSE(entries->at(5).statistics);
     EXPECT_EQ(entries->at(1).flags & 0x49U, 0x41U);
 }
 
@@ -83,8 +96,8 @@ TEST(LinuxNetworkInterfaces, ListsInterfacesThatOnlyRepeatTrafficLast) {
     TemporaryTree tree;
     tree.copyFrom("pc-coretemp");
     tree.write("/getifaddrs",
-               "docker0 0x1043 link\neno1 0x1043 link\n"
-               "docker0 0x1043 ipv4 172.17.0.1\neno1 0x1043 ipv4 192.168.1.20\n");
+               "docker0 0x11043 link\neno1 0x11043 link\n"
+               "docker0 0x11043 ipv4 172.17.0.1\neno1 0x11043 ipv4 192.168.1.20\n");
 
     EXPECT_THAT(Machine(tree.root()).names(), ElementsAre("eno1", "eno1", "docker0"));
 }
@@ -95,8 +108,8 @@ TEST(LinuxNetworkInterfaces, ListsABridgeAboveHardwareBeforeContainerBridges) {
         .write("/sys/class/net/br0/bridge/bridge_id", "")
         .write("/sys/class/net/br0/lower_eno1/type", "1\n")
         .write("/getifaddrs",
-               "eno1 0x1043 link\ndocker0 0x1043 link\nbr0 0x1043 link\n"
-               "docker0 0x1043 ipv4 172.17.0.1\nbr0 0x1043 ipv4 192.168.1.20\n");
+               "eno1 0x11043 link\ndocker0 0x11043 link\nbr0 0x11043 link\n"
+               "docker0 0x11043 ipv4 172.17.0.1\nbr0 0x11043 ipv4 192.168.1.20\n");
 
     EXPECT_THAT(Machine(tree.root()).names(), ElementsAre("eno1", "br0", "docker0"));
 }
@@ -108,7 +121,7 @@ public:
 
     void setLink(bool isUp) {
         tree.write("/getifaddrs", std::string("lo 0x10049 link\nwlp0s20f3 ") + (isUp ? "0x11043" : "0x1003") +
-                                      " link\nwg0 0x100d1 link\n");
+                                      " link\nwg0 0x100d1 null\n");
         machine->source->changed = true;
     }
 
