@@ -28,6 +28,9 @@ constexpr double shortestMeasure = 0.4;
 /// Over longer ones a process that was busy long ago would still lead the list.
 constexpr double longestMeasure = 5;
 
+/// Beyond this number, commands of processes that have ended are forgotten.
+constexpr std::size_t mostKnownCommands = 10 * ProcessTable::rowLimit;
+
 double secondsOf(clockid_t clock) {
     timespec now{};
     clock_gettime(clock, &now);
@@ -177,7 +180,15 @@ void ProcessTable::measure() {
     }
 }
 
-std::string ProcessTable::command(const Process& process) const {
+const std::string& ProcessTable::command(const Process& process) {
+    auto& known = commands_[process.pid];
+    if (known.text.empty() || known.startTicks != process.startTicks || known.name != process.name) {
+        known = {process.startTicks, process.name, readCommand(process)};
+    }
+    return known.text;
+}
+
+std::string ProcessTable::readCommand(const Process& process) const {
     std::array<char, 32> path;
     *fmt::format_to_n(path.data(), path.size() - 1, "{}/exe", process.pid).out = '\0';
     std::array<char, PATH_MAX> target;
@@ -242,6 +253,9 @@ std::string ProcessTable::list(Order order) {
                                   return a.pid < b.pid;
                               });
 
+    if (commands_.size() > mostKnownCommands) {
+        commands_.clear();
+    }
     std::string table = "    PID  %CPU %MEM      RSS COMM\n";
     for (std::size_t row = 0; row < rows; ++row) {
         const auto& process = newest_.processes[ranking_[row]];

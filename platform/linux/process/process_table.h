@@ -4,6 +4,7 @@
 #include <functional>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace kestro {
@@ -14,6 +15,9 @@ namespace kestro {
 /// earlier one is measured from its start. When the earlier listing is more than five seconds old, such as after
 /// the windows were closed, it is taken anew and the call blocks for 0.4 s. Any thread; concurrent listings are
 /// serialised. Lists nothing if /proc cannot be read.
+///
+/// The command of a process is read again only after the kernel's name of it has changed, as it does when the
+/// process executes another program.
 class ProcessTable {
 public:
     enum class Order { processor, residentMemory };
@@ -60,12 +64,19 @@ private:
         double time = -1;       // awake; -1: none yet
     };
 
+    struct KnownCommand {
+        std::uint64_t startTicks = 0;
+        std::string name;
+        std::string text;
+    };
+
     void scan();
     void scanAfterAPause();
     bool read(const char* directoryName, Process& process) const;
     void chooseBaseline();
     void measure();
-    std::string command(const Process& process) const;
+    const std::string& command(const Process& process);
+    std::string readCommand(const Process& process) const;
     std::string firstArgument(const Process& process) const;
 
     const int procDescriptor_;
@@ -75,6 +86,7 @@ private:
     Listing next_;      // becomes the baseline of later listings once it is old enough
     Listing baseline_;  // the baseline of the newest one
     std::vector<std::uint32_t> ranking_;
+    std::unordered_map<std::int32_t, KnownCommand> commands_;  // by process id
 };
 
 }  // namespace kestro

@@ -1,0 +1,74 @@
+#include "platform/linux/process/process_table.h"
+#include "tests/support/temporary_directory.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+namespace kestro {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A fake /proc with one process.
+class ProcessCommandsTest : public testing::Test {
+protected:
+    void process(const std::string& name, const std::string& executable, int startTicks = 0) {
+        root.write(
+            "proc/10/stat",
+            fmt::format("10 ({}) S 1 1 1 0 -1 0 0 0 0 0 5 0 0 0 20 0 1 0 {} 1000000 7 1 1\n", name, startTicks));
+        fs::remove(root / "proc/10/exe");
+        fs::create_symlink(executable, root / "proc/10/exe");
+    }
+
+    /// The command in the only row of a new listing.
+    std::string command() {
+        now += 1;
+        auto text = table.list(ProcessTable::Order::processor);
+        text.pop_back();
+        return text.substr(text.rfind(' ') + 1);
+    }
+
+    double now = 1000;
+    TemporaryDirectory root;
+    ProcessTable table = makeTable();
+
+private:
+    ProcessTable makeTable() {
+        fs::create_directories(root.path() / "proc");
+        const auto clock = [this] { return now; };
+        return ProcessTable(root.path().string(), {clock, clock, [](double) {}});
+    }
+};
+
+TEST_F(ProcessCommandsTest, AreReadOnceForAProcess) {
+    process("editor", "/usr/bin/editor");
+    ASSERT_EQ(command(), "/usr/bin/editor");
+
+    fs::remove(root / "proc/10/exe");
+
+    EXPECT_EQ(command(), "/usr/bin/editor");
+}
+
+TEST_F(ProcessCommandsTest, AreReadAgainAfterAProcessHasExecutedAnother) {
+    process("sh", "/usr/bin/dash");
+    ASSERT_EQ(command(), "/usr/bin/dash");
+
+    process("editor", "/usr/bin/editor");
+
+    EXPECT_EQ(command(), "/usr/bin/editor");
+}
+
+TEST_F(ProcessCommandsTest, AreReadAgainForANewProcessWithTheSameNumber) {
+    process("worker", "/usr/bin/worker");
+    ASSERT_EQ(command(), "/usr/bin/worker");
+
+    process("worker", "/opt/worker", 500);
+
+    EXPECT_EQ(command(), "/opt/worker");
+}
+
+}  // namespace
+}  // namespace kestro
