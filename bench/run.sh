@@ -6,5 +6,6 @@ idle=$2
 
 "$build/bench/ports_bench"
 "$build/bench/sensors_bench"
+"$build/bench/processors_bench"
 "$build/bench/ui_bench"
 "$(dirname "$0")/../tools/private_session.sh" "$build/bench/process_bench" "$build/kestro" "$idle"

@@ -4,7 +4,7 @@
 #include "core/engine/telemetry_engine.h"
 #include "ui/controls/badge.h"
 #include "ui/controls/composition.h"
-#include "ui/format/core_clusters.h"
+#include "ui/format/record_text.h"
 #include "ui/settings/settings_parts.h"
 
 namespace kestro {
