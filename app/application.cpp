@@ -10,6 +10,8 @@
 #include "core/power/power_mode_manager.h"
 #include "core/settings/user_settings.h"
 #include "core/telemetry/smc_reader.h"
+#include "platform/desktop/bus_link.h"
+#include "platform/desktop/bus_lock_services.h"
 #include "platform/desktop/bus_notifications.h"
 #include "platform/desktop/bus_probe.h"
 #include "platform/desktop/desktop_power_assertions.h"
@@ -19,6 +21,7 @@
 #include "platform/desktop/qt_run_loop.h"
 #include "platform/desktop/session_command_runner.h"
 #include "platform/desktop/unix_signal_notifier.h"
+#include "platform/linux/battery/linux_power_events.h"
 #include "platform/linux/battery/linux_power_sources.h"
 #include "platform/linux/kernel/linux_file_events.h"
 #include "platform/linux/machine/linux_clock.h"
@@ -37,6 +40,7 @@
 #include "shell/linux/linux_window_system.h"
 #include "shell/linux/platform_choice.h"
 #include "shell/linux/x11_compositing.h"
+#include "shell/linux/x11_screen_saver.h"
 #include "shell/shell.h"
 #include "ui/dashboard/dashboard_view.h"
 #include "ui/popover/menu_bar_popover_view.h"
@@ -60,6 +64,19 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// A new connection to a bus, to replace one that was lost.
+BusLink::Connect reconnecting(QDBusConnection::BusType type) {
+    return [type] {
+        const bool isSession = type == QDBusConnection::SessionBus;
+        BusProbe probe(isSession ? BusProbe::sessionAddresses() : BusProbe::systemAddresses());
+        if (!probe.answersWithin(50ms)) {
+            return QDBusConnection(QString());
+        }
+        static int count = 0;
+        return QDBusConnection::connectToBus(type, QStringLiteral("kestro-bus-%1").arg(++count));
+    };
+}
+
 /// The machine and the session behind the ports. Construction reads the preferences and sets a damaged file
 /// aside, so only the first instance creates one.
 struct LinuxDesktop {
@@ -69,6 +86,8 @@ struct LinuxDesktop {
 
     const QDBusConnection sessionBus;
     const QDBusConnection systemBus;
+    BusLink sessionLink{sessionBus, reconnecting(QDBusConnection::SessionBus)};
+    BusLink systemLink{systemBus, reconnecting(QDBusConnection::SystemBus)};
     BusNotifications& notifications;
 
     LinuxClock clock;
@@ -82,11 +101,18 @@ struct LinuxDesktop {
     std::shared_ptr<SleepingDevices> sleepingDevices = std::make_shared<SleepingDevices>();
     LinuxSMCService smc{clock, "/", sleepingDevices};
     LinuxHIDEventSystem hidEventSystem{clock, "/", sleepingDevices};
-    PowerProfiles powerProfiles{systemBus};
+    LinuxPowerEvents powerEvents{runLoop};
+    PowerProfiles powerProfiles{systemLink};
     LinuxCommandRunner programs;
     SessionCommandRunner commandRunner{powerProfiles, programs};
     PowerProfileScriptRunner scriptRunner{powerProfiles};
-    DesktopPowerAssertions powerAssertions{sessionBus, systemBus};
+    X11ScreenSaver screenSaver;
+    BusLockServices lockServices{
+        sessionLink,
+        systemLink,
+        {.suspendScreenSaver = [this](bool suspended) { return screenSaver.suspend(suspended); },
+         .isSandboxed = BusLockServices::runsSandboxed()}};
+    DesktopPowerAssertions powerAssertions{lockServices, qEnvironmentVariable("XDG_CURRENT_DESKTOP")};
     JsonUserDefaults userDefaults{runLoop, JsonUserDefaults::defaultPath()};
     LinuxFileEvents fileEvents{runLoop};
 
@@ -104,6 +130,8 @@ struct LinuxDesktop {
         .commandRunner = commandRunner,
         .scriptRunner = scriptRunner,
         .powerAssertions = powerAssertions,
+        .powerEvents = powerEvents,
+        .powerModeService = powerProfiles,
         .userDefaults = userDefaults,
         .notifications = notifications,
         .fileEvents = fileEvents,
@@ -111,7 +139,7 @@ struct LinuxDesktop {
 };
 
 KestroServices sharedServices() {
-    return {TelemetryEngine::shared(), UserSettings::shared(), FanControlManager::shared(),
+    return {TelemetryEngine::shared(),  UserSettings::shared(),     FanControlManager::shared(),
             KeepAwakeManager::shared(), PowerModeManager::shared()};
 }
 

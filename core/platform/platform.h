@@ -11,6 +11,8 @@ class HIDEventSystem;
 class MachHost;
 class NetworkInterfaces;
 class PowerAssertions;
+class PowerEvents;
+class PowerModeService;
 class PowerSources;
 class ProcessInfoService;
 class RunLoop;
@@ -34,6 +36,8 @@ struct Platform {
     CommandRunner& commandRunner;
     ScriptRunner& scriptRunner;
     PowerAssertions& powerAssertions;
+    PowerEvents& powerEvents;
+    PowerModeService& powerModeService;
     UserDefaults& userDefaults;
     DistributedNotifications& notifications;
     FileEvents& fileEvents;

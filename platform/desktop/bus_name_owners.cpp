@@ -19,25 +19,44 @@ QDBusMessage callToBus(const char* member) {
 
 }  // namespace
 
-BusNameOwners::BusNameOwners(const QDBusConnection& bus, const QStringList& names, Handler handler)
-    : bus_(bus), handler_(std::move(handler)) {
-    if (!bus_.isConnected()) {
+BusNameOwners::BusNameOwners(BusLink& link, const QStringList& names, Handler handler)
+    : link_(link), names_(names), handler_(std::move(handler)) {
+    QObject::connect(&link_, &BusLink::changed, &context_, [this] { restart(); });
+    start();
+}
+
+void BusNameOwners::start() {
+    if (!link_.isConnected()) {
         return;
     }
-    watcher_.setConnection(bus_);
-    watcher_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
-    watcher_.setWatchedServices(names);
-    QObject::connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, &context_,
+    watch_ = std::make_unique<Watch>();
+    watch_->watcher.setConnection(bus());
+    watch_->watcher.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
+    watch_->watcher.setWatchedServices(names_);
+    QObject::connect(&watch_->watcher, &QDBusServiceWatcher::serviceOwnerChanged, &watch_->context,
                      [this](const QString& name, const QString&, const QString& owner) { setOwner(name, owner); });
-    for (const auto& name : names) {
-        const auto call = bus_.asyncCall(callToBus("GetNameOwner") << name);
+    for (const auto& name : names_) {
+        const auto call = bus().asyncCall(callToBus("GetNameOwner") << name);
         questions_.push_back({name, call});
-        const auto* answer = new QDBusPendingCallWatcher(call, &context_);
-        QObject::connect(answer, &QDBusPendingCallWatcher::finished, &context_,
+        const auto* answer = new QDBusPendingCallWatcher(call, &watch_->context);
+        QObject::connect(answer, &QDBusPendingCallWatcher::finished, &watch_->context,
                          [this](QDBusPendingCallWatcher* finished) {
                              finished->deleteLater();
                              poll();
                          });
+    }
+}
+
+void BusNameOwners::restart() {
+    watch_.reset();
+    questions_.clear();
+    refreshes_ = 0;
+    start();
+    for (const auto& name : names_) {
+        setOwner(name, QString());
+    }
+    if (isKnown()) {
+        handler_(QString());
     }
 }
 
@@ -47,10 +66,13 @@ QString BusNameOwners::owner(const QString& name) const {
 }
 
 void BusNameOwners::refresh() {
+    if (!watch_) {
+        return;
+    }
     ++refreshes_;
     // Any answer of the bus arrives after the changes before it.
-    const auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(callToBus("GetId")), &context_);
-    QObject::connect(answer, &QDBusPendingCallWatcher::finished, &context_,
+    const auto* answer = new QDBusPendingCallWatcher(bus().asyncCall(callToBus("GetId")), &watch_->context);
+    QObject::connect(answer, &QDBusPendingCallWatcher::finished, &watch_->context,
                      [this](QDBusPendingCallWatcher* finished) {
                          finished->deleteLater();
                          --refreshes_;

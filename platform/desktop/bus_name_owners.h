@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/desktop/bus_link.h"
+
 #include <QDBusConnection>
 #include <QDBusPendingCall>
 #include <QDBusServiceWatcher>
@@ -9,22 +11,23 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <vector>
 
 namespace kestro {
 
 /// Tracks which of a few names on one bus are owned, and by which connection, without ever blocking on the bus.
-/// Watching starts no service. Main thread.
+/// Watching starts no service. When the bus is lost, nothing is owned until it is back. Main thread.
 class BusNameOwners {
 public:
     /// Called after the owner of `name` has changed, and with an empty name whenever all owners have become known.
     using Handler = std::function<void(const QString& name)>;
 
-    BusNameOwners(const QDBusConnection& bus, const QStringList& names, Handler handler);
+    BusNameOwners(BusLink& link, const QStringList& names, Handler handler);
     BusNameOwners(const BusNameOwners&) = delete;
     BusNameOwners& operator=(const BusNameOwners&) = delete;
 
-    const QDBusConnection& bus() const { return bus_; }
+    const QDBusConnection& bus() const { return link_.connection(); }
 
     /// The unique name of the owner's connection; empty: the name has no owner, or it is not known yet.
     QString owner(const QString& name) const;
@@ -45,14 +48,23 @@ private:
         QDBusPendingCall call;
     };
 
+    /// What belongs to one connection; replies for an older one are dropped with it.
+    struct Watch {
+        QDBusServiceWatcher watcher;
+        QObject context;
+    };
+
+    void start();
+    void restart();
     void setOwner(const QString& name, const QString& owner);
 
-    QDBusConnection bus_;
+    BusLink& link_;
+    const QStringList names_;
     Handler handler_;
     std::map<QString, QString> owners_;
     std::vector<Question> questions_;
     int refreshes_ = 0;  // under way
-    QDBusServiceWatcher watcher_;
+    std::unique_ptr<Watch> watch_;
     QObject context_;
 };
 

@@ -1,12 +1,10 @@
 #pragma once
 
 #include "core/platform/power_assertions.h"
-#include "platform/desktop/bus_name_owners.h"
-#include "platform/desktop/power_inhibition.h"
+#include "platform/desktop/lock_set.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QObject>
+#include <QString>
 
 #include <chrono>
 #include <map>
@@ -14,28 +12,21 @@
 
 namespace kestro {
 
-/// Power assertions through whichever service of the desktop can keep the session awake; InhibitionBackend lists
-/// them in order of preference. Only services already on the bus are asked: none is started.
+/// Power assertions through the mechanisms of the desktop: a LockSet each.
 ///
-/// `create` sends its request at once and waits for the reply up to a bound, without running the event loop.
-/// Refused, or no service at all: nullopt. No reply in time: the assertion counts as granted, and the revocation
-/// handler is called if every service refuses in the end. When the service behind an assertion leaves the bus,
-/// the best remaining one is asked; while there is none, the assertion waits. Main thread, after the application
-/// object.
-class DesktopPowerAssertions final : public QObject, public PowerAssertions {
-    Q_OBJECT
-
+/// `create` sends its requests at once and waits up to a bound for the first lock, without running the event loop.
+/// Every service refused, or there is none: nullopt. No reply in time: the assertion counts as granted, and the
+/// revocation handler is called if every service refuses in the end. When the last lock of an assertion is lost,
+/// the assertion stays and the report says so, until a service is back and grants a new one. Main thread, after
+/// the application object.
+class DesktopPowerAssertions final : public PowerAssertions {
 public:
-    struct Timing {
-        /// The longest that `create` blocks.
-        std::chrono::milliseconds answerBound = std::chrono::milliseconds(180);
-        /// A service that has not replied after this time counts as having refused.
-        std::chrono::milliseconds patience = std::chrono::seconds(25);
-    };
+    /// The longest that `create` blocks; the rest of its 50 ms is for sending.
+    static constexpr std::chrono::milliseconds defaultBound{45};
 
-    DesktopPowerAssertions(const QDBusConnection& sessionBus, const QDBusConnection& systemBus, Timing timing);
-    DesktopPowerAssertions(const QDBusConnection& sessionBus, const QDBusConnection& systemBus)
-        : DesktopPowerAssertions(sessionBus, systemBus, Timing()) {}
+    /// `desktop` is the value of XDG_CURRENT_DESKTOP.
+    explicit DesktopPowerAssertions(LockServices& services, QString desktop = {},
+                                    std::chrono::milliseconds bound = defaultBound);
 
     /// Releases all remaining assertions.
     ~DesktopPowerAssertions() override;
@@ -44,20 +35,24 @@ public:
                                            const std::string& name) override;
     void release(PowerAssertionID id) override;
     void setRevocationHandler(std::function<void(PowerAssertionID)> handler) override;
-
-private Q_SLOTS:
-    void onPortalResponse(const QDBusMessage& signal);
+    PowerAssertionReport report() const override;
+    void setReportHandler(std::function<void()> handler) override;
 
 private:
-    void ownerChanged(const QString& name);
+    std::unique_ptr<LockSet> waitForSet(PowerAssertionID id, const LockWish& wish);
+    void setChanged(PowerAssertionID id);
     void revoke(PowerAssertionID id);
+    void announce() const;
 
-    BusNameOwners sessionOwners_;
-    BusNameOwners systemOwners_;
-    Timing timing_;
+    LockServices& services_;
+    const QString desktop_;
+    const std::chrono::milliseconds bound_;
     std::function<void(PowerAssertionID)> revocationHandler_;
-    std::map<PowerAssertionID, std::unique_ptr<PowerInhibition>> inhibitions_;
+    std::function<void()> reportHandler_;
+    std::map<PowerAssertionID, std::unique_ptr<LockSet>> sets_;
     PowerAssertionID lastID_ = 0;
+    bool isRefused_ = false;
+    QObject context_;
 };
 
 }  // namespace kestro

@@ -25,6 +25,9 @@ public:
     /// nullopt: the machine has no such file, or its value maps to none of the three profiles.
     std::optional<PowerProfile> read() const;
 
+    /// Whether the kernel offers a value for `profile`.
+    bool offers(PowerProfile profile) const { return offeredValue(profile).has_value(); }
+
     /// Runs `pkexec tee /sys/firmware/acpi/platform_profile` to write the value that the kernel offers for
     /// `profile`; no shell is involved. Returns when the program has ended, when `keepWaiting` returns false, or
     /// after `bound`; in the latter two cases the prompt is cancelled. Does nothing if the kernel offers no such

@@ -1,5 +1,7 @@
 #include "platform/desktop/power_profiles.h"
 
+#include "platform/desktop/power_profiles_daemon.h"
+
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
@@ -16,51 +18,41 @@ namespace kestro {
 
 namespace {
 
-struct DaemonNames {
-    const char* service;  // also the name of its interface
-    const char* path;
-};
-
-constexpr std::array<DaemonNames, 2> daemons{{
-    {"org.freedesktop.UPower.PowerProfiles", "/org/freedesktop/UPower/PowerProfiles"},
-    {"net.hadess.PowerProfiles", "/net/hadess/PowerProfiles"},
-}};
-
-constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
-const QString activeProfile = QStringLiteral("ActiveProfile");
-
 QStringList serviceNames() {
     QStringList names;
-    for (const auto& daemon : daemons) {
+    for (const auto& daemon : powerProfilesDaemons) {
         names.push_back(QString::fromLatin1(daemon.service));
     }
     return names;
 }
 
-QDBusMessage propertyCall(const QString& service, const char* member) {
-    const auto* names = std::ranges::find(daemons, service.toStdString(), &DaemonNames::service);
-    auto message =
-        QDBusMessage::createMethodCall(service, QString::fromLatin1(names->path),
-                                       QString::fromLatin1(propertiesInterface), QString::fromLatin1(member));
-    message.setAutoStartService(false);
-    return message << service << activeProfile;
-}
-
 }  // namespace
 
-PowerProfiles::PowerProfiles(const QDBusConnection& systemBus, PlatformProfile::Paths paths, Timing timing)
+PowerProfiles::PowerProfiles(BusLink& systemBus, PlatformProfile::Paths paths, Timing timing)
     : platformProfile_(std::move(paths)),
       timing_(timing),
+      link_(systemBus),
       owners_(systemBus, serviceNames(), [this](const QString&) { ownerChanged(); }) {
-    for (const auto& daemon : daemons) {
-        // The handler checks the sender: naming the service here would make Qt block on the bus.
-        QDBusConnection(systemBus).connect(
-            QString(), QString::fromLatin1(daemon.path), QString::fromLatin1(propertiesInterface),
-            QStringLiteral("PropertiesChanged"), {QString::fromLatin1(daemon.service)}, QString(), this,
-            SLOT(onPropertiesChanged(QDBusMessage)));
-    }
+    connect(&link_, &BusLink::changed, this, &PowerProfiles::followDaemon);
+    followDaemon();
     shared_.isKnown = owners_.isKnown();
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &PowerProfiles::close);
+}
+
+void PowerProfiles::followDaemon() {
+    startedDaemons_ = 0;
+    isStarting_ = false;
+    if (!link_.isConnected()) {
+        ownerChanged();
+        return;
+    }
+    for (const auto& daemon : powerProfilesDaemons) {
+        // The handler checks the sender: naming the service here would make Qt block on the bus.
+        QDBusConnection(link_.connection())
+            .connect(QString(), QString::fromLatin1(daemon.path), QString::fromLatin1(propertiesInterface),
+                     QStringLiteral("PropertiesChanged"), {QString::fromLatin1(daemon.service)}, QString(), this,
+                     SLOT(onPropertiesChanged(QDBusMessage)));
+    }
 }
 
 PowerProfiles::~PowerProfiles() {
@@ -101,15 +93,34 @@ void PowerProfiles::select(PowerProfile profile) {
     }
     if (!shared_.hasDaemon) {
         lock.unlock();
-        platformProfile_.write(profile, timing_.consent, [&] {
-            const std::lock_guard relock(mutex_);
-            return !isOver();
-        });
+        selectInKernel(profile, selection);
         return;
     }
     QMetaObject::invokeMethod(
         this, [this, profile, selection] { writeActiveProfile(profile, selection); }, Qt::QueuedConnection);
     changed_.wait_for(lock, timing_.consent, [&] { return shared_.finishedSelection >= selection || isOver(); });
+}
+
+void PowerProfiles::selectInKernel(PowerProfile profile, std::uint64_t selection) {
+    const auto isWanted = [&] {
+        const std::lock_guard lock(mutex_);
+        return !shared_.isClosed && shared_.newestSelection == selection;
+    };
+    const auto before = platformProfile_.read();
+    platformProfile_.write(profile, timing_.consent, isWanted);
+    if (!isWanted()) {
+        return;
+    }
+    using enum PowerModeConditions::Failure;
+    const auto after = platformProfile_.read();
+    const auto reason = platformProfile_.offers(profile) ? (before == after ? denied : reverted) : noService;
+    QMetaObject::invokeMethod(
+        this,
+        [this, profile, reason, after] {
+            switch_ = {profile, reason};
+            judgeSwitch(after);
+        },
+        Qt::QueuedConnection);
 }
 
 void PowerProfiles::close() {
@@ -125,6 +136,7 @@ void PowerProfiles::ownerChanged() {
             present = {name, owners_.owner(name)};
         }
     }
+    const bool isStarting = present.owner.isEmpty() && owners_.isKnown() && startNextDaemon();
     const bool isSame = present == daemon_ || (present.owner.isEmpty() && daemon_.owner.isEmpty());
     daemon_ = present;
     {
@@ -135,15 +147,39 @@ void PowerProfiles::ownerChanged() {
             shared_.isKnown = false;
         }
         if (!shared_.hasDaemon) {
-            shared_.isKnown = owners_.isKnown();
+            shared_.isKnown = owners_.isKnown() && !isStarting;
         }
         changed_.notify_all();
     }
     if (!isSame) {
+        setOffered({});
         isReading_ = false;
         writtenSelection_ = requestedSelection_;  // no daemon is left to reply
         readActiveProfile();
     }
+}
+
+/// Whether a daemon is being started. Names without an activation file fail at once.
+bool PowerProfiles::startNextDaemon() {
+    if (isStarting_ || !link_.isConnected() || startedDaemons_ == powerProfilesDaemons.size()) {
+        return isStarting_;
+    }
+    isStarting_ = true;
+    auto message = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("StartServiceByName"));
+    message << QString::fromLatin1(powerProfilesDaemons.at(startedDaemons_++).service) << std::uint32_t{0};
+    auto* watcher = new QDBusPendingCallWatcher(owners_.bus().asyncCall(message), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this, bus = owners_.bus().name()](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                if (bus == owners_.bus().name()) {
+                    isStarting_ = false;
+                    startedDaemons_ = finished->isError() ? startedDaemons_ : powerProfilesDaemons.size();
+                    ownerChanged();
+                }
+            });
+    return true;
 }
 
 void PowerProfiles::readActiveProfile() {
@@ -156,7 +192,7 @@ void PowerProfiles::readActiveProfile() {
         return;  // one query at a time, however many changes the daemon announces
     }
     auto* watcher =
-        new QDBusPendingCallWatcher(owners_.bus().asyncCall(propertyCall(daemon_.service, "Get")), this);
+        new QDBusPendingCallWatcher(owners_.bus().asyncCall(propertiesCall(daemon_.service, "GetAll")), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this, daemon = daemon_](QDBusPendingCallWatcher* finished) {
                 finished->deleteLater();
@@ -170,8 +206,12 @@ void PowerProfiles::finishReading(const Daemon& daemon, const QDBusMessage& repl
     }
     isReading_ = false;
     const auto arguments = reply.arguments();
-    const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage && !arguments.isEmpty();
-    setActive(isAnswer ? arguments.constFirst().value<QDBusVariant>().variant() : QVariant());
+    QVariantMap properties;
+    if (reply.signature() == QLatin1String("a{sv}")) {
+        arguments.constFirst().value<QDBusArgument>() >> properties;
+    }
+    setOffered(properties.value(offeredProfilesProperty));
+    setActive(properties.value(activeProfileProperty));
     if (mustReadAgain_) {
         readActiveProfile();
     } else {
@@ -187,19 +227,27 @@ void PowerProfiles::writeActiveProfile(PowerProfile profile, std::uint64_t selec
         return;
     }
     const auto name = namesOf(profile).busName;
-    auto message = propertyCall(daemon_.service, "Set");
-    message << QVariant::fromValue(
-        QDBusVariant(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()))));
+    auto message = propertiesCall(daemon_.service, "Set");
+    message << activeProfileProperty
+            << QVariant::fromValue(
+                   QDBusVariant(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()))));
     message.setInteractiveAuthorizationAllowed(true);
     auto* watcher = new QDBusPendingCallWatcher(
         owners_.bus().asyncCall(message, static_cast<int>(timing_.consent.count())), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this, selection](QDBusPendingCallWatcher* finished) {
+            [this, profile, selection](QDBusPendingCallWatcher* finished) {
                 finished->deleteLater();
-                writtenSelection_ = std::max(writtenSelection_, selection);
-                // Whatever the reply: only the profile that the daemon reports now counts.
-                readActiveProfile();
+                finishWriting(profile, selection, finished->reply());
             });
+}
+
+void PowerProfiles::finishWriting(PowerProfile profile, std::uint64_t selection, const QDBusMessage& reply) {
+    writtenSelection_ = std::max(writtenSelection_, selection);
+    if (selection == requestedSelection_) {
+        switch_ = {profile, switchFailure(reply)};
+    }
+    // Whatever the reply: only the profile that the daemon reports now counts.
+    readActiveProfile();
 }
 
 void PowerProfiles::onPropertiesChanged(const QDBusMessage& signal) {
@@ -210,9 +258,12 @@ void PowerProfiles::onPropertiesChanged(const QDBusMessage& signal) {
     }
     QVariantMap changes;
     signal.arguments().at(1).value<QDBusArgument>() >> changes;
-    if (const auto change = changes.constFind(activeProfile); change != changes.constEnd()) {
+    if (const auto change = changes.constFind(offeredProfilesProperty); change != changes.constEnd()) {
+        setOffered(*change);
+    }
+    if (const auto change = changes.constFind(activeProfileProperty); change != changes.constEnd()) {
         setActive(*change);
-    } else if (signal.arguments().at(2).toStringList().contains(activeProfile)) {
+    } else if (signal.arguments().at(2).toStringList().contains(activeProfileProperty)) {
         readActiveProfile();
     }
 }
@@ -226,10 +277,41 @@ void PowerProfiles::setActive(const QVariant& value) {
     changed_.notify_all();
 }
 
+void PowerProfiles::setOffered(const QVariant& profiles) {
+    PowerModeConditions conditions = conditions_;
+    conditions.isOffered = offeredModes(profiles);
+    setConditions(conditions);
+}
+
 void PowerProfiles::finishSelections() {
-    const std::lock_guard lock(mutex_);
-    shared_.finishedSelection = std::max(shared_.finishedSelection, writtenSelection_);
-    changed_.notify_all();
+    std::optional<PowerProfile> current;
+    {
+        const std::lock_guard lock(mutex_);
+        shared_.finishedSelection = std::max(shared_.finishedSelection, writtenSelection_);
+        current = shared_.active;
+        changed_.notify_all();
+    }
+    judgeSwitch(current);
+}
+
+/// Records what became of the newest switch, now that the profile has been read again.
+void PowerProfiles::judgeSwitch(std::optional<PowerProfile> current) {
+    const auto finished = std::exchange(switch_, std::nullopt);
+    if (!finished) {
+        return;
+    }
+    PowerModeConditions conditions = conditions_;
+    conditions.failedSwitch.reset();
+    if (current != finished->profile) {
+        conditions.failedSwitch = {static_cast<int>(finished->profile), finished->reason};
+    }
+    setConditions(conditions);
+}
+
+void PowerProfiles::setConditions(const PowerModeConditions& conditions) {
+    if (std::exchange(conditions_, conditions) != conditions && conditionsHandler_) {
+        conditionsHandler_();
+    }
 }
 
 }  // namespace kestro

@@ -17,6 +17,8 @@ SimulatedMac::SimulatedMac()
           .commandRunner = commandRunner,
           .scriptRunner = scriptRunner,
           .powerAssertions = powerAssertions,
+          .powerEvents = powerEvents,
+          .powerModeService = powerModeService,
           .userDefaults = userDefaults,
           .notifications = notifications,
           .fileEvents = fileEvents,

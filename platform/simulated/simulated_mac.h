@@ -11,6 +11,8 @@
 #include "platform/simulated/simulated_network_interfaces.h"
 #include "platform/simulated/simulated_pattern.h"
 #include "platform/simulated/simulated_power_assertions.h"
+#include "platform/simulated/simulated_power_events.h"
+#include "platform/simulated/simulated_power_mode_service.h"
 #include "platform/simulated/simulated_power_sources.h"
 #include "platform/simulated/simulated_process_info_service.h"
 #include "platform/simulated/simulated_run_loop.h"
@@ -59,6 +61,8 @@ public:
     SimulatedCommandRunner commandRunner{pattern};
     SimulatedScriptRunner scriptRunner{commandRunner};
     SimulatedPowerAssertions powerAssertions;
+    SimulatedPowerEvents powerEvents;
+    SimulatedPowerModeService powerModeService;
     SimulatedUserDefaults userDefaults;
     SimulatedDistributedNotifications notifications{runLoop};
     SimulatedFileEvents fileEvents{runLoop};

@@ -20,20 +20,26 @@ class SimulatedPowerAssertions final : public PowerAssertions {
 public:
     std::optional<PowerAssertionID> create(const std::string& type, std::uint32_t level,
                                            const std::string& name) override {
-        if (refusal.strikes()) {
-            return std::nullopt;
+        const bool isRefused = refusal.strikes();
+        if (!isRefused) {
+            held_.push_back({++lastID_, type, level, name});
         }
-        held_.push_back({++lastID_, type, level, name});
-        return lastID_;
+        setReport({isRefused ? State::refused : State::held, isRefused ? Names{} : Names{"Simulated Mac"}});
+        return isRefused ? std::nullopt : std::optional(lastID_);
     }
 
     void release(PowerAssertionID id) override {
-        std::erase_if(held_, [id](const SimulatedAssertion& assertion) { return assertion.id == id; });
+        if (std::erase_if(held_, [id](const SimulatedAssertion& assertion) { return assertion.id == id; }) > 0) {
+            setReport({});
+        }
     }
 
     void setRevocationHandler(std::function<void(PowerAssertionID)> handler) override {
         revocationHandler_ = std::move(handler);
     }
+
+    PowerAssertionReport report() const override { return report_; }
+    void setReportHandler(std::function<void()> handler) override { reportHandler_ = std::move(handler); }
 
     SimulatedFailure refusal;
 
@@ -48,14 +54,28 @@ public:
         if (const auto handler = revocationHandler_) {
             handler(id);
         }
+        setReport({State::refused, {}});
+    }
+
+    /// Simulates what happens to the locks below a granted assertion.
+    void setReport(PowerAssertionReport report) {
+        report_ = std::move(report);
+        if (const auto handler = reportHandler_) {
+            handler();
+        }
     }
 
     bool hasRevocationHandler() const { return static_cast<bool>(revocationHandler_); }
 
 private:
+    using State = PowerAssertionReport::State;
+    using Names = std::vector<std::string>;
+
     std::vector<SimulatedAssertion> held_;
     PowerAssertionID lastID_ = 0;
     std::function<void(PowerAssertionID)> revocationHandler_;
+    PowerAssertionReport report_;
+    std::function<void()> reportHandler_;
 };
 
 }  // namespace kestro

@@ -52,6 +52,16 @@ std::string readLine(const Descriptor& input) {
 PrivateBus::PrivateBus() {
     const QString file = directory_.filePath(QStringLiteral("bus.conf"));
     writeBusConfiguration(file, directory_.filePath(QStringLiteral("bus")));
+    start();
+}
+
+void PrivateBus::restart() {
+    kill();
+    start();
+}
+
+void PrivateBus::start() {
+    const QString file = directory_.filePath(QStringLiteral("bus.conf"));
     std::array<int, 2> ends{-1, -1};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
         throw std::runtime_error("cannot make a pipe");

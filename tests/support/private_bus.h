@@ -24,12 +24,17 @@ public:
     /// Kills the daemon, as a crash would.
     void kill();
 
+    /// Starts the daemon again at the same address.
+    void restart();
+
     const QString& address() const { return address_; }
 
     /// A connection that never existed.
     static QDBusConnection none() { return QDBusConnection(QStringLiteral("no such bus")); }
 
 private:
+    void start();
+
     QTemporaryDir directory_;
     pid_t daemon_ = -1;
     QString address_;

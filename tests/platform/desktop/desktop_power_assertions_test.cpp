@@ -8,64 +8,83 @@ using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct BackendCase {
-    InhibitionBackend backend;
+struct MechanismCase {
+    LockMechanism mechanism;
     const char* type;
-    const char* inhibit;
-    const char* release;  // nullptr: nothing is called
+    const char* acquire;
+    const char* question;  // nullptr: it cannot be asked
+    const char* release;   // nullptr: nothing is called
 };
 
-void PrintTo(const BackendCase& row, std::ostream* out) {
-    *out << row.inhibit;
+void PrintTo(const MechanismCase& row, std::ostream* out) {
+    *out << row.acquire;
 }
 
-class EachBackend : public DesktopPowerAssertionsTest, public testing::WithParamInterface<BackendCase> {};
+class EachMechanism : public DesktopPowerAssertionsTest, public testing::WithParamInterface<MechanismCase> {};
 
-TEST_P(EachBackend, ReceivesItsOwnInhibitAndReleaseCalls) {
-    const auto [backend, type, inhibit, release] = GetParam();
-    const auto fake = service(backend);
+TEST_P(EachMechanism, ReceivesItsOwnCalls) {
+    const auto [mechanism, type, acquire, question, release] = GetParam();
+    const auto fake = service(mechanism);
 
     const auto id = create(type);
     ASSERT_TRUE(id.has_value());
-    EXPECT_THAT(fake->calls(), ElementsAre(inhibit));
+    std::vector<std::string> expected{acquire};
+    if (question != nullptr) {
+        expected.emplace_back(question);
+    }
+    EXPECT_THAT(fake->calls(), testing::ElementsAreArray(expected));
     assertions().release(*id);
 
-    if (release != nullptr) {
-        ASSERT_TRUE(waitForCalls(*fake, 2));
-        EXPECT_THAT(fake->calls(), ElementsAre(inhibit, release));
-    } else {
-        pipe.closeWriteEnd();
-        EXPECT_TRUE(waitUntil([&] { return !pipe.isHeldBySomebody(); }));
-    }
+    expected.emplace_back(release);
+    EXPECT_TRUE(waitUntil([&] { return fake->calls() == expected; })) << testing::PrintToString(fake->calls());
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Calls, EachBackend,
+    Calls, EachMechanism,
     testing::Values(
-        BackendCase{InhibitionBackend::gnomeSessionManager, display,
-                    "Inhibit(\"Kestro\", 0u, \"Kestro Keep-Awake Active\", 8u)", "Uninhibit(1u)"},
-        BackendCase{InhibitionBackend::gnomeSessionManager, systemOnly,
-                    "Inhibit(\"Kestro\", 0u, \"Kestro Keep-Awake Active\", 4u)", "Uninhibit(1u)"},
-        BackendCase{InhibitionBackend::kdePolicyAgent, display,
-                    "AddInhibition(4u, \"Kestro\", \"Kestro Keep-Awake Active\")", "ReleaseInhibition(1u)"},
-        BackendCase{InhibitionBackend::kdePolicyAgent, systemOnly,
-                    "AddInhibition(1u, \"Kestro\", \"Kestro Keep-Awake Active\")", "ReleaseInhibition(1u)"},
-        BackendCase{InhibitionBackend::freedesktopPowerManagement, display,
-                    "Inhibit(\"Kestro\", \"Kestro Keep-Awake Active\")", "UnInhibit(1u)"},
-        BackendCase{InhibitionBackend::portal, display,
-                    "Inhibit(\"\", 8u, {reason: \"Kestro Keep-Awake Active\"})", "Close()"},
-        BackendCase{InhibitionBackend::portal, systemOnly,
-                    "Inhibit(\"\", 4u, {reason: \"Kestro Keep-Awake Active\"})", "Close()"},
-        BackendCase{InhibitionBackend::screenSaver, display, "Inhibit(\"Kestro\", \"Kestro Keep-Awake Active\")",
-                    "UnInhibit(1u)"},
-        BackendCase{InhibitionBackend::logind, display,
-                    "Inhibit(\"idle\", \"Kestro\", \"Kestro Keep-Awake Active\", \"block\")", nullptr},
-        BackendCase{InhibitionBackend::logind, systemOnly,
-                    "Inhibit(\"sleep\", \"Kestro\", \"Kestro Keep-Awake Active\", \"block-weak\")", nullptr}));
+        // Both flags: GNOME ignores the idle flag alone while the screen is locked.
+        MechanismCase{gnomeSessionManager, display, "Inhibit(\"Kestro\", 0u, \"Kestro Keep-Awake Active\", 12u)",
+                      "IsInhibited(12u)", "Uninhibit(1u)"},
+        MechanismCase{gnomeSessionManager, systemOnly, "Inhibit(\"Kestro\", 0u, \"Kestro Keep-Awake Active\", 4u)",
+                      "IsInhibited(4u)", "Uninhibit(1u)"},
+        MechanismCase{kdePolicyAgent, display, "AddInhibition(4u, \"Kestro\", \"Kestro Keep-Awake Active\")",
+                      nullptr, "ReleaseInhibition(1u)"},
+        MechanismCase{kdePolicyAgent, systemOnly, "AddInhibition(1u, \"Kestro\", \"Kestro Keep-Awake Active\")",
+                      nullptr, "ReleaseInhibition(1u)"},
+        MechanismCase{freedesktopPowerManagement, display, "Inhibit(\"Kestro\", \"Kestro Keep-Awake Active\")",
+                      "HasInhibit()", "UnInhibit(1u)"},
+        MechanismCase{freedesktopPowerManagement, systemOnly, "Inhibit(\"Kestro\", \"Kestro Keep-Awake Active\")",
+                      "HasInhibit()", "UnInhibit(1u)"},
+        MechanismCase{screenSaver, display, "Inhibit(\"Kestro\", \"Kestro Keep-Awake Active\")", nullptr,
+                      "UnInhibit(1u)"}));
 
-TEST_F(DesktopPowerAssertionsTest, LogindsLockIsHeldUntilReleased) {
-    const auto logind = service(InhibitionBackend::logind);
+TEST_F(DesktopPowerAssertionsTest, LogindHoldsIdleAndSleepForAnUnmanagedDesktop) {
+    const auto logind = service(logindIdle);
+
     const auto id = create();
+
+    ASSERT_TRUE(id.has_value());
+    EXPECT_TRUE(waitForLocking(*logind, 2));
+    EXPECT_THAT(locking(*logind),
+                ElementsAre("Inhibit(\"idle\", \"Kestro\", \"Kestro Keep-Awake Active\", \"block\")",
+                            "Inhibit(\"sleep\", \"Kestro\", \"Kestro Keep-Awake Active\", \"block\")"));
+}
+
+TEST_F(DesktopPowerAssertionsTest, LogindBlocksSleepStronglyForTheSystemAlone) {
+    const auto logind = service(logindSleep);
+
+    ASSERT_TRUE(create(systemOnly).has_value());
+
+    EXPECT_THAT(locking(*logind),
+                ElementsAre("Inhibit(\"sleep\", \"Kestro\", \"Kestro Keep-Awake Active\", \"block\")"));
+}
+
+TEST_F(DesktopPowerAssertionsTest, LogindsLocksAreHeldUntilReleased) {
+    const auto logind = service(logindIdle);
+    const auto id = create();
+    ASSERT_TRUE(waitForLocking(*logind, 2));
+    ASSERT_TRUE(waitUntil([&] { return holders() == std::vector<std::string>{"logind"}; }));
+    logind->settle(system);
     logind->answer(QStringLiteral("Inhibit"), {});
     pipe.closeWriteEnd();
 
@@ -75,54 +94,60 @@ TEST_F(DesktopPowerAssertionsTest, LogindsLockIsHeldUntilReleased) {
     EXPECT_TRUE(waitUntil([&] { return !pipe.isHeldBySomebody(); }));
 }
 
-TEST_F(DesktopPowerAssertionsTest, AnOlderLogindIsAskedForAModeItKnows) {
-    const auto logind = service(InhibitionBackend::logind);
-    logind->answer(QStringLiteral("Inhibit"), [this](const QDBusMessage& call) {
-        return call.arguments().at(3) == QStringLiteral("block")
-                   ? call.createReply(QVariant::fromValue(pipe.writeEnd()))
-                   : call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("The mode is not known here"));
-    });
+TEST_F(DesktopPowerAssertionsTest, OneSetHoldsEveryMechanismThatCounts) {
+    int suspended = 0;
+    options.suspendScreenSaver = [&](bool suspend) {
+        suspended += suspend ? 1 : -1;
+        return true;
+    };
+    const auto power = service(freedesktopPowerManagement);
+    const auto saver = service(screenSaver);
+    const auto logind = service(logindIdle);
 
-    EXPECT_TRUE(create(systemOnly).has_value());
+    const auto id = create();
 
-    EXPECT_THAT(logind->calls(),
-                ElementsAre("Inhibit(\"sleep\", \"Kestro\", \"Kestro Keep-Awake Active\", \"block-weak\")",
-                            "Inhibit(\"sleep\", \"Kestro\", \"Kestro Keep-Awake Active\", \"block\")"));
+    ASSERT_TRUE(waitUntil([&] {
+        return holders() == std::vector<std::string>{"Xfce", "screen saver", "logind", "X11"};
+    }));
+    EXPECT_EQ(suspended, 1);
+    EXPECT_EQ(locking(*logind).size(), 1U) << "its sleep lock would only be in the user's way";
+    assertions().release(*id);
+    EXPECT_TRUE(waitForLocking(*power, 2));
+    EXPECT_TRUE(waitForLocking(*saver, 2));
+    EXPECT_EQ(suspended, 0);
+    EXPECT_THAT(holders(), IsEmpty());
 }
 
-TEST_F(DesktopPowerAssertionsTest, OnlyTheBestServiceOnTheBusIsAsked) {
-    std::vector<std::unique_ptr<FakeService>> services;
-    for (std::size_t index = 0; index < inhibitionBackendCount; ++index) {
-        services.push_back(service(static_cast<InhibitionBackend>(index)));
-    }
+TEST_F(DesktopPowerAssertionsTest, TheScreenMayBlankWhileOnlyTheSystemIsKeptAwake) {
+    options.suspendScreenSaver = [](bool) {
+        ADD_FAILURE();
+        return true;
+    };
+    const auto logind = service(logindSleep);
 
-    // They leave one after the other: the next best takes over.
+    EXPECT_TRUE(create(systemOnly).has_value());
+}
+
+TEST_F(DesktopPowerAssertionsTest, XfceIsAskedForTheSystemAlone) {
+    const auto power = service(freedesktopPowerManagement);
+    const auto logind = service(logindSleep);
+
+    ASSERT_TRUE(create(systemOnly).has_value());
+
+    EXPECT_EQ(locking(*power).size(), 1U);
+}
+
+TEST_F(DesktopPowerAssertionsTest, TheSessionManagerGoesByTheNameOfItsDesktop) {
+    desktop = QStringLiteral("MATE");
+    const auto manager = service(gnomeSessionManager);
+
     ASSERT_TRUE(create().has_value());
-    for (std::size_t index = 0; index < inhibitionBackendCount; ++index) {
-        ASSERT_TRUE(waitForCalls(*services[index], 1)) << index;
-        for (std::size_t later = index + 1; later < inhibitionBackendCount; ++later) {
-            EXPECT_THAT(services[later]->calls(), IsEmpty());
-        }
-        services[index]->vanish();
-    }
 
-    EXPECT_THAT(revoked, IsEmpty());
-}
-
-TEST_F(DesktopPowerAssertionsTest, LogindInhibitsTheSystemAloneWhereTheDesktopServiceCannot) {
-    const auto manager = service(InhibitionBackend::freedesktopPowerManagement);
-    const auto portal = service(InhibitionBackend::portal);
-    const auto logind = service(InhibitionBackend::logind);
-
-    EXPECT_TRUE(create(systemOnly).has_value());
-
-    EXPECT_THAT(manager->calls(), IsEmpty());
-    EXPECT_THAT(portal->calls(), IsEmpty());
-    EXPECT_EQ(logind->calls().size(), 1U);
+    EXPECT_THAT(holders(), ElementsAre("MATE"));
 }
 
 TEST_F(DesktopPowerAssertionsTest, AScreenSaverCannotKeepTheSystemAwake) {
-    const auto saver = service(InhibitionBackend::screenSaver);
+    const auto saver = service(screenSaver);
 
     EXPECT_EQ(create(systemOnly), std::nullopt);
 
@@ -132,25 +157,25 @@ TEST_F(DesktopPowerAssertionsTest, AScreenSaverCannotKeepTheSystemAwake) {
 TEST_F(DesktopPowerAssertionsTest, AreRefusedWithoutAnyService) {
     EXPECT_EQ(create(), std::nullopt);
     EXPECT_EQ(create(systemOnly), std::nullopt);
+    EXPECT_EQ(assertions().report().state, ReportState::refused);
 }
 
-TEST(DesktopPowerAssertions, AreRefusedWithoutABus) {
-    DesktopPowerAssertions assertions(PrivateBus::none(), PrivateBus::none());
-
-    EXPECT_EQ(assertions.create(display, 255, title), std::nullopt);
-}
-
-TEST_F(DesktopPowerAssertionsTest, AreRefusedAfterTheBusHasGone) {
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
-    ASSERT_TRUE(create().has_value());
-    sessionBus.kill();
-    ASSERT_TRUE(waitUntil([&] { return !session.isConnected(); }));
+TEST_F(DesktopPowerAssertionsTest, AreRefusedWhereTheScreenSaverHasNoTimers) {
+    options.suspendScreenSaver = [](bool) { return false; };
 
     EXPECT_EQ(create(), std::nullopt);
 }
 
+TEST(DesktopPowerAssertions, AreRefusedWithoutABus) {
+    BusLink none(PrivateBus::none(), {});
+    BusLockServices services(none, none, {});
+    DesktopPowerAssertions assertions(services);
+
+    EXPECT_EQ(assertions.create(display, 255, title), std::nullopt);
+}
+
 TEST_F(DesktopPowerAssertionsTest, UnknownTypesAndLevelsAreRefused) {
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    const auto gnome = service(gnomeSessionManager);
 
     EXPECT_EQ(assertions().create("PreventNothing", 255, title), std::nullopt);
     EXPECT_EQ(assertions().create(display, 0, title), std::nullopt);
@@ -159,64 +184,57 @@ TEST_F(DesktopPowerAssertionsTest, UnknownTypesAndLevelsAreRefused) {
 }
 
 TEST_F(DesktopPowerAssertionsTest, ARefusalIsReportedAtOnce) {
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    const auto gnome = service(gnomeSessionManager);
     gnome->refuse(QStringLiteral("Inhibit"));
 
     EXPECT_EQ(create(), std::nullopt);
 
     EXPECT_THAT(revoked, IsEmpty());
+    EXPECT_EQ(assertions().report().state, ReportState::refused);
 }
 
 TEST_F(DesktopPowerAssertionsTest, TheNextServiceIsAskedWhenOneRefuses) {
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
-    const auto logind = service(InhibitionBackend::logind);
+    const auto gnome = service(gnomeSessionManager);
+    const auto power = service(freedesktopPowerManagement);
     gnome->refuse(QStringLiteral("Inhibit"));
 
     EXPECT_TRUE(create().has_value());
 
-    EXPECT_EQ(logind->calls().size(), 1U);
+    EXPECT_EQ(locking(*power).size(), 1U);
 }
 
 TEST_F(DesktopPowerAssertionsTest, RepliesOfTheWrongTypeCountAsRefusals) {
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
-    const auto portal = service(InhibitionBackend::portal);
-    const auto logind = service(InhibitionBackend::logind);
+    const auto gnome = service(gnomeSessionManager);
+    const auto logind = service(logindIdle);
     gnome->answer(QStringLiteral("Inhibit"), [](const auto& call) { return call.createReply(QString()); });
-    portal->answer(QStringLiteral("Inhibit"), [](const auto& call) { return call.createReply(7U); });
     logind->answer(QStringLiteral("Inhibit"), [](const auto& call) { return call.createReply(); });
 
     EXPECT_EQ(create(), std::nullopt);
 
-    EXPECT_EQ(logind->calls().size(), 1U);
+    EXPECT_EQ(locking(*logind).size(), 2U);
 }
 
-TEST_F(DesktopPowerAssertionsTest, OnlyThePortalCanEndARequest) {
-    const auto portal = service(InhibitionBackend::portal);
-    const auto id = create();
-    const auto respond = [&](const QDBusConnection& from, uint response) {
-        auto signal = QDBusMessage::createTargetedSignal(session.baseService(), QLatin1String(requestPath),
-                                                         QStringLiteral("org.freedesktop.portal.Request"),
-                                                         QStringLiteral("Response"));
-        signal << response << QVariantMap();
-        ASSERT_TRUE(from.send(signal));
-    };
-    const auto stranger = sessionBus.connect();
+TEST_F(DesktopPowerAssertionsTest, AGrantThatInhibitsNothingCountsAsARefusal) {
+    const auto power = service(freedesktopPowerManagement);
+    power->answer(QStringLiteral("HasInhibit"), [](const auto& call) { return call.createReply(false); });
 
-    respond(stranger, 2);
-    respond(portal->connection(), 0);
-    stranger.call(QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
-                                                 QStringLiteral("org.freedesktop.DBus.Peer"),
-                                                 QStringLiteral("Ping")));
-    portal->settle(session);
-    EXPECT_THAT(revoked, IsEmpty());
-    respond(portal->connection(), 2);
+    EXPECT_EQ(create(), std::nullopt);
 
-    ASSERT_TRUE(waitUntil([&] { return !revoked.empty(); }));
-    EXPECT_THAT(revoked, ElementsAre(*id));
+    ASSERT_TRUE(waitForLocking(*power, 2));
+    EXPECT_EQ(power->calls().back(), "UnInhibit(1u)");
+}
+
+TEST_F(DesktopPowerAssertionsTest, AConfirmedGrantIsHeld) {
+    const auto power = service(freedesktopPowerManagement);
+    power->answer(QStringLiteral("HasInhibit"), [](const auto& call) { return call.createReply(true); });
+
+    EXPECT_TRUE(create().has_value());
+
+    EXPECT_EQ(assertions().report(), (PowerAssertionReport{ReportState::held, {"Xfce"}}));
 }
 
 TEST_F(DesktopPowerAssertionsTest, EachOneIsReleasedSeparately) {
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    const auto gnome = service(gnomeSessionManager);
     const auto first = create();
     const auto second = create(systemOnly);
     ASSERT_NE(first, second);
@@ -225,20 +243,20 @@ TEST_F(DesktopPowerAssertionsTest, EachOneIsReleasedSeparately) {
     assertions().release(*first);
     assertions().release(4711);
 
-    ASSERT_TRUE(waitForCalls(*gnome, 3));
+    ASSERT_TRUE(waitForLocking(*gnome, 3));
     gnome->settle(session);
-    EXPECT_EQ(gnome->calls()[2], "Uninhibit(1u)");
+    EXPECT_EQ(locking(*gnome)[2], "Uninhibit(1u)");
     assertions().release(*second);
     ASSERT_TRUE(waitUntil([&] { return gnome->calls().back() == "Uninhibit(2u)"; }));
 }
 
 TEST_F(DesktopPowerAssertionsTest, DestructionReleasesEverything) {
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    const auto gnome = service(gnomeSessionManager);
     ASSERT_TRUE(create().has_value());
 
     destroyAssertions();
 
-    ASSERT_TRUE(waitForCalls(*gnome, 2));
+    ASSERT_TRUE(waitForLocking(*gnome, 2));
     EXPECT_EQ(gnome->calls().back(), "Uninhibit(1u)");
 }
 

@@ -28,7 +28,8 @@ TEST_F(PowerProfilesTest, ReportTheKernelsProfileWithoutADaemon) {
 
 TEST_F(PowerProfilesTest, ReportTheKernelsProfileWithoutABus) {
     setKernel("performance", "balanced performance");
-    PowerProfiles alone(PrivateBus::none(), paths, timing);
+    BusLink none(PrivateBus::none(), {});
+    PowerProfiles alone(none, paths, timing);
 
     EXPECT_EQ(alone.pmsetReport(), reportOf('2'));
 }
@@ -61,7 +62,8 @@ TEST_F(PowerProfilesTest, ARefusalOrAMissingProgramChangesNothing) {
     setPkexec("exit 126");
     select(PowerProfile::performance);
     paths.pkexec = "/nonexistent/pkexec";
-    PowerProfiles alone(PrivateBus::none(), paths, timing);
+    BusLink none(PrivateBus::none(), {});
+    PowerProfiles alone(none, paths, timing);
     alone.select(PowerProfile::performance);
 
     EXPECT_EQ(contentsOf(kernelFile()), "balanced\n");
@@ -80,6 +82,20 @@ TEST_F(PowerProfilesTest, ClosingCancelsAnUnansweredPrompt) {
 
     EXPECT_EQ(::kill(std::stoi(contentsOf(pidFile)), 0), -1) << "the program has ended and was reaped";
     EXPECT_EQ(contentsOf(kernelFile()), "balanced\n");
+}
+
+TEST_F(PowerProfilesTest, SayWhyTheKernelsProfileWasNotSwitched) {
+    using Failure = PowerModeConditions::Failure;
+    setKernel("balanced", "low-power balanced");
+    setPkexec("exit 126");
+
+    select(PowerProfile::performance);
+    EXPECT_TRUE(failsWith(2, Failure::noService));
+    select(PowerProfile::powerSaver);
+    EXPECT_TRUE(failsWith(1, Failure::denied));
+    setPkexec(R"(shift; exec "$@")");
+    select(PowerProfile::balanced);
+    EXPECT_TRUE(waitUntil([&] { return !profiles().conditions().failedSwitch; }));
 }
 
 }  // namespace

@@ -25,8 +25,8 @@ void crash(std::unique_ptr<FakeService> service, const QDBusConnection& session)
 }
 
 TEST_F(DesktopPowerAssertionsTest, ASlowServiceDoesNotBlockAndItsLateGrantCounts) {
-    timing.answerBound = 20ms;
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    bound = 20ms;
+    const auto gnome = service(gnomeSessionManager);
     gnome->hold(true);
     const auto start = std::chrono::steady_clock::now();
 
@@ -39,13 +39,13 @@ TEST_F(DesktopPowerAssertionsTest, ASlowServiceDoesNotBlockAndItsLateGrantCounts
     gnome->settle(session);
     assertions().release(*id);
 
-    ASSERT_TRUE(waitUntil([&] { return !gnome->calls().empty() && gnome->calls().back() == "Uninhibit(1u)"; }));
+    ASSERT_TRUE(waitUntil([&] { return !gnome->calls().empty() && locking(*gnome).back() == "Uninhibit(1u)"; }));
     EXPECT_THAT(revoked, IsEmpty());
 }
 
 TEST_F(DesktopPowerAssertionsTest, ALateRefusalRevokes) {
-    timing.answerBound = 20ms;
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    bound = 20ms;
+    const auto gnome = service(gnomeSessionManager);
     gnome->refuse(QStringLiteral("Inhibit"));
     gnome->hold(true);
 
@@ -59,15 +59,15 @@ TEST_F(DesktopPowerAssertionsTest, ALateRefusalRevokes) {
 }
 
 TEST_F(DesktopPowerAssertionsTest, TheRevocationHandlerMayAskAgain) {
-    timing.answerBound = 20ms;
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    bound = 20ms;
+    const auto gnome = service(gnomeSessionManager);
     gnome->refuse(QStringLiteral("Inhibit"));
     gnome->hold(true);
     std::optional<PowerAssertionID> second;
     const auto first = create();
     assertions().setRevocationHandler([&](PowerAssertionID id) {
         revoked.push_back(id);
-        grant(*gnome, InhibitionBackend::gnomeSessionManager);
+        grant(*gnome, gnomeSessionManager);
         gnome->hold(false);
         second = create();
     });
@@ -80,8 +80,8 @@ TEST_F(DesktopPowerAssertionsTest, TheRevocationHandlerMayAskAgain) {
 }
 
 TEST_F(DesktopPowerAssertionsTest, ALateGrantDoesNotAffectANewerRequest) {
-    timing.answerBound = 20ms;
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    bound = 20ms;
+    const auto gnome = service(gnomeSessionManager);
     gnome->hold(true);
 
     const auto first = create();
@@ -92,113 +92,113 @@ TEST_F(DesktopPowerAssertionsTest, ALateGrantDoesNotAffectANewerRequest) {
     gnome->answerHeld();
 
     // The first request's cookie is released automatically, the second one's only with its assertion.
-    ASSERT_TRUE(waitForCalls(*gnome, 3));
-    EXPECT_EQ(gnome->calls().back(), "Uninhibit(1u)");
-    EXPECT_EQ(gnome->calls().size(), 3U);
+    ASSERT_TRUE(waitForLocking(*gnome, 3));
+    EXPECT_EQ(locking(*gnome).back(), "Uninhibit(1u)");
+    EXPECT_EQ(locking(*gnome).size(), 3U);
     assertions().release(*second);
-    ASSERT_TRUE(waitForCalls(*gnome, 4));
-    EXPECT_EQ(gnome->calls().back(), "Uninhibit(2u)");
+    ASSERT_TRUE(waitForLocking(*gnome, 4));
+    EXPECT_EQ(locking(*gnome).back(), "Uninhibit(2u)");
 }
 
 TEST_F(DesktopPowerAssertionsTest, AReturningServiceIsAskedAgain) {
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    const auto gnome = service(gnomeSessionManager);
     const auto id = create();
 
     gnome->vanish();
-    ASSERT_TRUE(waitForCalls(*gnome, 2));
+    ASSERT_TRUE(waitForLocking(*gnome, 2));
     gnome->settle(session);
     // Its connection lives on, so the old lock is released there; no other service is left to ask.
-    EXPECT_THAT(gnome->calls(), ElementsAre(StartsWith("Inhibit"), "Uninhibit(1u)"));
+    EXPECT_THAT(locking(*gnome), ElementsAre(StartsWith("Inhibit"), "Uninhibit(1u)"));
     gnome->appear();
 
-    ASSERT_TRUE(waitForCalls(*gnome, 3));
-    EXPECT_EQ(gnome->calls().back(), gnome->calls().front());
+    ASSERT_TRUE(waitForLocking(*gnome, 3));
+    EXPECT_EQ(locking(*gnome).back(), locking(*gnome).front());
     EXPECT_THAT(revoked, IsEmpty());
     assertions().release(*id);
 }
 
 TEST_F(DesktopPowerAssertionsTest, ABetterServiceTakesOverWhenItAppears) {
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    const auto gnome = service(gnomeSessionManager);
     gnome->vanish();
-    const auto saver = service(InhibitionBackend::screenSaver);
+    const auto saver = service(screenSaver);
     ASSERT_TRUE(create().has_value());
-    ASSERT_EQ(saver->calls().size(), 1U);
+    ASSERT_EQ(locking(*saver).size(), 1U);
 
     gnome->appear();
 
-    ASSERT_TRUE(waitForCalls(*gnome, 1));
-    ASSERT_TRUE(waitForCalls(*saver, 2));
-    EXPECT_EQ(saver->calls().back(), "UnInhibit(1u)");
+    ASSERT_TRUE(waitForLocking(*gnome, 1));
+    ASSERT_TRUE(waitForLocking(*saver, 2));
+    EXPECT_EQ(locking(*saver).back(), "UnInhibit(1u)");
 }
 
 TEST_F(DesktopPowerAssertionsTest, AnAppearingWorseServiceChangesNothing) {
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    const auto gnome = service(gnomeSessionManager);
     ASSERT_TRUE(create().has_value());
 
-    const auto portal = service(InhibitionBackend::portal);
-    portal->vanish();
+    const auto saver = service(screenSaver);
+    saver->vanish();
     gnome->settle(session);
 
-    EXPECT_EQ(gnome->calls().size(), 1U);
-    EXPECT_THAT(portal->calls(), IsEmpty());
+    EXPECT_EQ(locking(*gnome).size(), 1U);
+    EXPECT_THAT(saver->calls(), IsEmpty());
 }
 
 TEST_F(DesktopPowerAssertionsTest, OnlyTheNewOwnerIsAskedWhenANameChangesHands) {
-    auto old = service(InhibitionBackend::gnomeSessionManager);
+    auto old = service(gnomeSessionManager);
     const auto id = create();
     old->vanish();
-    const auto successor = service(InhibitionBackend::gnomeSessionManager);
+    const auto successor = service(gnomeSessionManager);
 
-    ASSERT_TRUE(waitForCalls(*successor, 1));
+    ASSERT_TRUE(waitForLocking(*successor, 1));
     ASSERT_TRUE(waitUntil([&] { return lastCookie == 2; }));
     successor->settle(session);
     assertions().release(*id);
 
-    ASSERT_TRUE(waitForCalls(*successor, 2));
-    EXPECT_EQ(successor->calls().back(), "Uninhibit(2u)") << "the cookie of the process that granted it";
+    ASSERT_TRUE(waitForLocking(*successor, 2));
+    EXPECT_EQ(locking(*successor).back(), "Uninhibit(2u)") << "the cookie of the process that granted it";
 }
 
 TEST_F(DesktopPowerAssertionsTest, ALateGrantIsReleasedAtTheProcessThatGrantedIt) {
-    const auto old = service(InhibitionBackend::gnomeSessionManager);
+    const auto old = service(gnomeSessionManager);
     ASSERT_TRUE(create().has_value());
     old->hold(true);
     old->vanish();
     old->appear();
-    ASSERT_TRUE(waitForCalls(*old, 3));
+    ASSERT_TRUE(waitForLocking(*old, 3));
     old->vanish();
-    const auto successor = service(InhibitionBackend::gnomeSessionManager);
+    const auto successor = service(gnomeSessionManager);
     ASSERT_TRUE(waitUntil([&] { return lastCookie == 2; }));
 
     old->hold(false);
     old->answerHeld();
 
-    ASSERT_TRUE(waitForCalls(*old, 4));
-    EXPECT_EQ(old->calls().back(), "Uninhibit(3u)");
+    ASSERT_TRUE(waitForLocking(*old, 4));
+    EXPECT_EQ(locking(*old).back(), "Uninhibit(3u)");
     successor->settle(session);
-    EXPECT_EQ(successor->calls().size(), 1U);
+    EXPECT_EQ(locking(*successor).size(), 1U);
 }
 
 TEST_F(DesktopPowerAssertionsTest, AServiceThatRestartedUnnoticedIsAskedAgain) {
-    timing.answerBound = 20ms;
-    auto old = service(InhibitionBackend::gnomeSessionManager);
+    bound = 20ms;
+    auto old = service(gnomeSessionManager);
     assertions().release(create().value());
     crash(std::move(old), session);
-    const auto successor = service(InhibitionBackend::gnomeSessionManager);
+    const auto successor = service(gnomeSessionManager);
 
     const auto id = create();
 
     ASSERT_TRUE(id.has_value());
-    ASSERT_TRUE(waitForCalls(*successor, 1));
+    ASSERT_TRUE(waitForLocking(*successor, 1));
     successor->settle(session);
     EXPECT_THAT(revoked, IsEmpty());
     assertions().release(*id);
-    ASSERT_TRUE(waitForCalls(*successor, 2));
-    EXPECT_EQ(successor->calls().back(), "Uninhibit(2u)");
+    ASSERT_TRUE(waitForLocking(*successor, 2));
+    EXPECT_EQ(locking(*successor).back(), "Uninhibit(2u)");
 }
 
 TEST_F(DesktopPowerAssertionsTest, AServiceThatLeftUnnoticedRevokesTheAssertion) {
-    timing.answerBound = 20ms;
-    auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    bound = 20ms;
+    auto gnome = service(gnomeSessionManager);
     assertions().release(create().value());
     crash(std::move(gnome), session);
 
@@ -210,24 +210,26 @@ TEST_F(DesktopPowerAssertionsTest, AServiceThatLeftUnnoticedRevokesTheAssertion)
 }
 
 TEST_F(DesktopPowerAssertionsTest, AHangingServiceIsSkippedAndItsLateGrantReleased) {
-    timing = {20ms, 500ms};
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
-    const auto kde = service(InhibitionBackend::kdePolicyAgent);
+    bound = 20ms;
+    options.patience = 500ms;
+    const auto gnome = service(gnomeSessionManager);
+    const auto kde = service(kdePolicyAgent);
     gnome->hold(true);
 
     ASSERT_TRUE(create().has_value());
-    ASSERT_TRUE(waitForCalls(*kde, 1));
+    ASSERT_TRUE(waitForLocking(*kde, 1));
     gnome->hold(false);
     gnome->answerHeld();
 
-    ASSERT_TRUE(waitForCalls(*gnome, 2));
-    EXPECT_EQ(gnome->calls().back(), "Uninhibit(2u)");
+    ASSERT_TRUE(waitForLocking(*gnome, 2));
+    EXPECT_EQ(locking(*gnome).back(), "Uninhibit(2u)");
     EXPECT_THAT(revoked, IsEmpty());
 }
 
 TEST_F(DesktopPowerAssertionsTest, RevokesWhenTheLastServiceHangs) {
-    timing = {20ms, 30ms};
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    bound = 20ms;
+    options.patience = 30ms;
+    const auto gnome = service(gnomeSessionManager);
     gnome->hold(true);
 
     const auto id = create();
@@ -238,18 +240,18 @@ TEST_F(DesktopPowerAssertionsTest, RevokesWhenTheLastServiceHangs) {
 }
 
 TEST_F(DesktopPowerAssertionsTest, CountAsGrantedUntilTheBusReplies) {
-    timing.answerBound = 0ms;
-    const auto gnome = service(InhibitionBackend::gnomeSessionManager);
+    bound = 0ms;
+    const auto gnome = service(gnomeSessionManager);
 
     const auto id = create();
 
     ASSERT_TRUE(id.has_value());
-    ASSERT_TRUE(waitForCalls(*gnome, 1));
+    ASSERT_TRUE(waitForLocking(*gnome, 1));
     EXPECT_THAT(revoked, IsEmpty());
 }
 
 TEST_F(DesktopPowerAssertionsTest, AreRevokedIfPresumedGrantedWithoutAnyService) {
-    timing.answerBound = 0ms;
+    bound = 0ms;
 
     const auto id = create();
 

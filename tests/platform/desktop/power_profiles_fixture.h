@@ -6,6 +6,7 @@
 #include "tests/support/places.h"
 #include "tests/support/private_bus.h"
 
+#include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QTemporaryDir>
 
@@ -43,10 +44,8 @@ public:
     FakeDaemon(const QDBusConnection& connection, const QString& name)
         : name_(name),
           service(connection, name,
-                  {{QStringLiteral("Get"),
-                    [this](const QDBusMessage& call) {
-                        return call.createReply(QVariant::fromValue(QDBusVariant(profile())));
-                    }},
+                  {{QStringLiteral("GetAll"),
+                    [this](const QDBusMessage& call) { return call.createReply(properties()); }},
                    {QStringLiteral("Set"), [this](const QDBusMessage& call) {
                         wasInteractive = call.isInteractiveAuthorizationAllowed();
                         setProfile(call.arguments().at(2).value<QDBusVariant>().variant());
@@ -62,6 +61,18 @@ public:
         profile_ = profile;
     }
 
+    /// The profiles that the daemon lists, as dictionaries; by default it lists none.
+    void setOffered(const QStringList& names) {
+        qDBusRegisterMetaType<QList<QVariantMap>>();
+        QList<QVariantMap> list;
+        for (const auto& name : names) {
+            list.push_back(
+                {{QStringLiteral("Profile"), name}, {QStringLiteral("Driver"), QStringLiteral("tuned")}});
+        }
+        const std::lock_guard lock(mutex_);
+        offered_ = QVariant::fromValue(list);
+    }
+
     /// Announces a change, sent by `from`.
     void announce(const QVariantMap& changes, const QStringList& invalidated, const QDBusConnection& from) const {
         auto signal = QDBusMessage::createSignal(
@@ -75,9 +86,19 @@ public:
     }
 
 private:
+    QVariantMap properties() const {
+        const std::lock_guard lock(mutex_);
+        QVariantMap all{{QStringLiteral("ActiveProfile"), profile_}};
+        if (offered_.isValid()) {
+            all.insert(QStringLiteral("Profiles"), offered_);
+        }
+        return all;
+    }
+
     QString name_;
     mutable std::mutex mutex_;
     QVariant profile_ = QStringLiteral("balanced");
+    QVariant offered_;
 
 public:
     std::atomic<bool> wasInteractive = false;
@@ -114,7 +135,7 @@ protected:
 
     PowerProfiles& profiles() {
         if (!profiles_) {
-            profiles_ = std::make_unique<PowerProfiles>(system, paths, timing);
+            profiles_ = std::make_unique<PowerProfiles>(link, paths, timing);
         }
         return *profiles_;
     }
@@ -139,12 +160,25 @@ protected:
         return waitUntil([&] { return report() == expected; });
     }
 
+    bool failsWith(int mode, PowerModeConditions::Failure reason) {
+        return waitUntil([&] {
+            return profiles().conditions().failedSwitch == PowerModeConditions::FailedSwitch{mode, reason};
+        });
+    }
+
     // Beside the test programs, since programs in /tmp may be forbidden.
     QTemporaryDir directory{QString::fromStdString(buildTree()) + QStringLiteral("/power-XXXXXX")};
     PlatformProfile::Paths paths;
     PowerProfiles::Timing timing{20s, 20s};
     PrivateBus bus;
     QDBusConnection system = bus.connect();
+    BusLink link{system,
+                 [this] {
+                     static int count = 0;
+                     return QDBusConnection::connectToBus(bus.address(),
+                                                          QStringLiteral("profiles-%1").arg(++count));
+                 },
+                 5ms};
 
 private:
     std::unique_ptr<PowerProfiles> profiles_;

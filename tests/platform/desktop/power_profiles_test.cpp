@@ -14,7 +14,7 @@ TEST_F(PowerProfilesTest, ReportTheDaemonsProfileUnderEitherName) {
                                                                    {QStringLiteral("balanced"), '0'},
                                                                    {QStringLiteral("performance"), '2'}}) {
             daemon.setProfile(profile);
-            PowerProfiles fresh(system, paths, timing);
+            PowerProfiles fresh(link, paths, timing);
 
             EXPECT_EQ(inBackground([&] { return fresh.pmsetReport(); }), reportOf(mode));
         }
@@ -28,17 +28,16 @@ TEST_F(PowerProfilesTest, ReadingQueriesTheDaemonOnce) {
         report();
     }
 
-    EXPECT_THAT(daemon.service.calls(),
-                ElementsAre("Get(\"org.freedesktop.UPower.PowerProfiles\", \"ActiveProfile\")"));
+    EXPECT_THAT(daemon.service.calls(), ElementsAre("GetAll(\"org.freedesktop.UPower.PowerProfiles\")"));
 }
 
 TEST_F(PowerProfilesTest, TheNextReadingRetriesADaemonThatRefused) {
     FakeDaemon daemon(bus.connect(), newName);
-    daemon.service.refuse(QStringLiteral("Get"));
+    daemon.service.refuse(QStringLiteral("GetAll"));
     EXPECT_EQ(report(), header);
 
-    daemon.service.answer(QStringLiteral("Get"), [](const QDBusMessage& call) {
-        return call.createReply(QVariant::fromValue(QDBusVariant(QStringLiteral("performance"))));
+    daemon.service.answer(QStringLiteral("GetAll"), [](const QDBusMessage& call) {
+        return call.createReply(QVariantMap{{QStringLiteral("ActiveProfile"), QStringLiteral("performance")}});
     });
 
     EXPECT_TRUE(reports(reportOf('2')));
@@ -73,7 +72,7 @@ TEST_F(PowerProfilesTest, ReportNoModeForAnUnknownProfile) {
           QVariant(QString(100'000, QLatin1Char('x')))}) {
         FakeDaemon daemon(bus.connect(), newName);
         daemon.setProfile(nonsense);
-        PowerProfiles fresh(system, paths, timing);
+        PowerProfiles fresh(link, paths, timing);
 
         EXPECT_EQ(inBackground([&] { return fresh.pmsetReport(); }), header);
     }
@@ -150,6 +149,7 @@ TEST_F(PowerProfilesTest, ShowTheOldProfileWhenTheDaemonRevertsAtOnce) {
     select(PowerProfile::performance);
 
     EXPECT_EQ(report(), reportOf('0'));
+    EXPECT_TRUE(failsWith(2, PowerModeConditions::Failure::reverted));
 }
 
 TEST_F(PowerProfilesTest, ShowTheOldProfileAfterARefusedSwitch) {
@@ -159,6 +159,7 @@ TEST_F(PowerProfilesTest, ShowTheOldProfileAfterARefusedSwitch) {
     select(PowerProfile::performance);
 
     EXPECT_EQ(report(), reportOf('0'));
+    EXPECT_TRUE(failsWith(2, PowerModeConditions::Failure::denied));
 }
 
 TEST_F(PowerProfilesTest, ASwitchEndsWhenTheDaemonVanishes) {
@@ -214,6 +215,66 @@ TEST_F(PowerProfilesTest, GiveUpOnADaemonThatNeverAnswers) {
     select(PowerProfile::performance);
 
     EXPECT_EQ(report(), reportOf('0'));
+}
+
+TEST_F(PowerProfilesTest, AreReadAgainWhenTheBusIsBack) {
+    auto daemon = std::make_unique<FakeDaemon>(bus.connect(), newName);
+    daemon->setProfile(QStringLiteral("performance"));
+    ASSERT_EQ(report(), reportOf('2'));
+
+    bus.kill();
+    EXPECT_TRUE(reports(std::string(header)));
+    daemon.reset();
+    bus.restart();
+    daemon = std::make_unique<FakeDaemon>(bus.connect(), newName);
+    daemon->setProfile(QStringLiteral("power-saver"));
+
+    EXPECT_TRUE(reports(reportOf('1')));
+    select(PowerProfile::performance);
+    EXPECT_TRUE(reports(reportOf('2')));
+    daemon->announce(QStringLiteral("power-saver"));
+    EXPECT_TRUE(reports(reportOf('1')));
+}
+
+TEST_F(PowerProfilesTest, KnowTheProfilesOfATwoProfileMachine) {
+    FakeDaemon daemon(bus.connect(), newName);
+    daemon.setOffered({QStringLiteral("power-saver"), QStringLiteral("balanced")});
+    ASSERT_EQ(report(), reportOf('0'));
+    EXPECT_EQ(profiles().conditions().isOffered, (std::array{true, true, false}));
+
+    daemon.service.refuse(QStringLiteral("Set"), QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs"));
+    select(PowerProfile::performance);
+
+    EXPECT_TRUE(failsWith(2, PowerModeConditions::Failure::rejected));
+    EXPECT_EQ(report(), reportOf('0'));
+}
+
+TEST_F(PowerProfilesTest, WorkWithTunedPpd) {
+    // Its replies, from tuned/ppd/controller.py and tuned/exports/dbus_exporter_with_properties.py: an unmapped
+    // profile of TuneD is "unknown", and every error has the generic name of the Python binding.
+    const auto refuse = [](const QString& text) {
+        return [text](const QDBusMessage& call) {
+            return call.createErrorReply(
+                QStringLiteral("org.freedesktop.DBus.Python.dbus.exceptions.DBusException"), text);
+        };
+    };
+    FakeDaemon daemon(bus.connect(), oldName);
+    daemon.setOffered({QStringLiteral("power-saver"), QStringLiteral("balanced"), QStringLiteral("performance")});
+    daemon.setProfile(QStringLiteral("unknown"));
+    EXPECT_EQ(report(), header);
+    EXPECT_EQ(profiles().conditions().isOffered, (std::array{true, true, true}));
+
+    select(PowerProfile::powerSaver);
+    EXPECT_EQ(report(), reportOf('1'));
+    daemon.announce(QStringLiteral("performance"));
+    EXPECT_TRUE(reports(reportOf('2')));
+    daemon.service.answer(QStringLiteral("Set"), refuse(QStringLiteral("Error setting profile balanced'")));
+    select(PowerProfile::balanced);
+    EXPECT_TRUE(failsWith(0, PowerModeConditions::Failure::rejected));
+    daemon.service.answer(QStringLiteral("Set"), refuse(QStringLiteral("Unauthorized")));
+    select(PowerProfile::powerSaver);
+
+    EXPECT_TRUE(failsWith(1, PowerModeConditions::Failure::denied));
 }
 
 }  // namespace

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+
+namespace kestro {
+
+/// A connection to a message bus that is made again after the bus was lost, with growing pauses between the
+/// attempts. Main thread; outlives its users. A bus that was never there is not waited for.
+class BusLink final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Makes a new connection, with a name of its own. It may fail.
+    using Connect = std::function<QDBusConnection()>;
+
+    BusLink(const QDBusConnection& connection, Connect reconnect,
+            std::chrono::milliseconds firstPause = std::chrono::seconds(1));
+
+    const QDBusConnection& connection() const { return connection_; }
+    bool isConnected() const { return connection_.isConnected(); }
+
+Q_SIGNALS:
+    /// The bus was lost, or a new connection was made.
+    void changed();
+
+private Q_SLOTS:
+    void onDisconnected();
+
+private:
+    void follow();
+    void tryAgain();
+
+    QDBusConnection connection_;
+    Connect reconnect_;
+    std::chrono::milliseconds firstPause_;
+    std::chrono::milliseconds pause_;
+    QTimer retry_;
+};
+
+}  // namespace kestro

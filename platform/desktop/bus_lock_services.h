@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/desktop/bus_link.h"
+#include "platform/desktop/bus_name_owners.h"
+#include "platform/desktop/lock_services.h"
+
+#include <QDBusMessage>
+#include <QObject>
+
+#include <chrono>
+#include <functional>
+
+namespace kestro {
+
+/// The mechanisms of the real session: services on the two buses, and the X server's timers. Only services already
+/// on the bus are asked: none is started. Follows a bus that is lost and comes back. Main thread.
+class BusLockServices final : public QObject, public LockServices {
+    Q_OBJECT
+
+public:
+    struct Options {
+        /// Suspends the X server's screen saver and its power timers, or resumes them; calls nest. Returns false
+        /// where there is no X server. Empty: the same.
+        std::function<bool(bool suspend)> suspendScreenSaver = {};
+        bool isSandboxed = false;
+        /// A service that has not replied after this time counts as having refused.
+        std::chrono::milliseconds patience = std::chrono::seconds(25);
+    };
+
+    BusLockServices(BusLink& sessionBus, BusLink& systemBus, Options options);
+
+    /// Whether this process runs inside a sandbox such as Flatpak's or Snap's.
+    static bool runsSandboxed();
+
+    bool isKnown() const override { return sessionOwners_.isKnown() && systemOwners_.isKnown(); }
+    QString owner(LockMechanism mechanism) const override;
+    bool isSandboxed() const override { return options_.isSandboxed; }
+    [[nodiscard]] std::unique_ptr<ServiceLock> ask(LockMechanism mechanism, const LockWish& wish,
+                                                   std::function<void()> onChange) override;
+    void poll() override;
+    void setHandlers(std::function<void()> onOwnersChanged, std::function<void()> onResumed) override;
+
+private Q_SLOTS:
+    void onPrepareForSleep(bool isAboutToSleep);
+
+private:
+    void followSleep();
+
+    BusLink& systemBus_;
+    const Options options_;
+    std::function<void()> onOwnersChanged_;
+    std::function<void()> onResumed_;
+    BusNameOwners sessionOwners_;
+    BusNameOwners systemOwners_;
+};
+
+}  // namespace kestro

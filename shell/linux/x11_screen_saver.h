@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+
+namespace kestro {
+
+/// The X server's own timers, which blank the screen and put the monitor to sleep whatever the session's services
+/// hold. Suspending stops both: the server runs them on one timer. The server resumes it when our connection ends.
+/// Main thread, after the application object.
+class X11ScreenSaver {
+public:
+    /// Asks the server for its screen saver extension without waiting for the reply.
+    X11ScreenSaver();
+
+    /// Suspends the timers, or resumes them; the server counts, so calls nest. False: there is no X server, or its
+    /// extension is older than version 1.1. The first call costs one round trip.
+    bool suspend(bool suspended);
+
+private:
+    bool isSupported();
+
+    std::optional<bool> isSupported_;
+};
+
+}  // namespace kestro
