@@ -43,7 +43,7 @@ void AppDelegate::applicationDidFinishLaunching() {
                               const QRect& anchor) { statusItemClicked(click, controlHeld, anchor); },
             .buildMenu = [this] { return mainMenu(services_, *this); }});
     keepAwakeItem_ = std::make_unique<KeepAwakeStatusItem>(platform_, shell_.statusBar, services_.settings,
-                                                           services_.keepAwake);
+                                                           services_.keepAwake, services_.powerStatus);
     fanItem_ = std::make_unique<FanControlStatusItem>(platform_, shell_.statusBar, services_.settings, smc_,
                                                       services_.fanManager, services_.powerManager);
     setupPopover();
@@ -73,7 +73,8 @@ void AppDelegate::bindTelemetry() {
     // Fans can appear after launch: a header counts as a fan only once it has turned.
     retain(services_.engine.fans.subscribe([this](const auto& fans) { services_.fanManager.followFans(fans); }));
     retain(services_.engine.power.subscribe([this](const PowerTelemetry& power) {
-        services_.keepAwake.checkBatterySafeguard(power.percentage, power.isCharging);
+        // A battery that external power holds at its charge limit is not charging, but is not in use either.
+        services_.keepAwake.checkBatterySafeguard(power.percentage, power.isCharging || power.isPluggedIn);
     }));
 }
 

@@ -8,6 +8,7 @@
 #include "core/platform/platform.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/power/power_mode_manager.h"
+#include "core/power/power_status.h"
 #include "core/settings/user_settings.h"
 #include "core/telemetry/smc_reader.h"
 #include "platform/desktop/bus_link.h"
@@ -140,7 +141,7 @@ struct LinuxDesktop {
 
 KestroServices sharedServices() {
     return {TelemetryEngine::shared(),  UserSettings::shared(),     FanControlManager::shared(),
-            KeepAwakeManager::shared(), PowerModeManager::shared()};
+            KeepAwakeManager::shared(), PowerModeManager::shared(), PowerStatus::shared()};
 }
 
 /// The application's real views.

@@ -57,8 +57,18 @@ struct StatusContent {
     /// What a screen reader says after the item's name, also where no text is shown; empty: the title itself.
     QString spokenText;
 
-    /// The title or its replacement, as a screen reader says it.
-    QString spoken() const { return spokenText.isEmpty() ? title.text.trimmed() : spokenText; }
+    /// The title or its replacement and the help, as a screen reader says them.
+    QString spoken() const {
+        QString text = spokenText.isEmpty() ? title.text.trimmed() : spokenText;
+        if (!text.isEmpty() && !help.isEmpty()) {
+            text += QLatin1String(", ");
+        }
+        return text + help;
+    }
+
+    /// A sentence about the item's state, shown in the tooltip and spoken wherever the title is shown; may be
+    /// empty.
+    QString help;
 
     /// Values to paint into the icon where the host shows no title; absent: keeps the symbol.
     std::optional<StatusGlance> glance;

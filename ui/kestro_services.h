@@ -5,6 +5,7 @@ namespace kestro {
 class FanControlManager;
 class KeepAwakeManager;
 class PowerModeManager;
+class PowerStatus;
 class TelemetryEngine;
 class UserSettings;
 
@@ -15,6 +16,7 @@ struct KestroServices {
     FanControlManager& fanManager;
     KeepAwakeManager& keepAwake;
     PowerModeManager& powerManager;
+    PowerStatus& powerStatus;
 };
 
 }  // namespace kestro

@@ -7,8 +7,12 @@
 namespace kestro {
 
 class KeepAwakeManager;
+class PowerStatus;
+
+/// "Keep-Awake: Active", "Keep-Awake: Not Held" or "Keep-Awake: Inactive".
+QString keepAwakeHeading(bool isActive, bool isHeld);
 
 /// The menu of the keep-awake item in the current state. `keepAwake` outlives it.
-Menu keepAwakeMenu(KeepAwakeManager& keepAwake, std::function<void()> openSettings);
+Menu keepAwakeMenu(KeepAwakeManager& keepAwake, const PowerStatus& status, std::function<void()> openSettings);
 
 }  // namespace kestro

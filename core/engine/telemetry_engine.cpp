@@ -2,6 +2,7 @@
 
 #include "core/base/text.h"
 #include "core/platform/platform.h"
+#include "core/platform/power_events.h"
 #include "core/platform/process_info_service.h"
 #include "core/platform/run_loop.h"
 #include "core/platform/system_control.h"
@@ -19,6 +20,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -27,6 +29,7 @@ namespace kestro {
 namespace {
 
 constexpr std::size_t historyLength = 30;
+constexpr auto powerWatchPeriod = std::chrono::seconds(30);
 
 constexpr auto diskAge = std::chrono::seconds(10);
 constexpr auto powerAge = std::chrono::seconds(30);
@@ -186,6 +189,42 @@ void TelemetryEngine::sampleLightweight() {
         auto newPower = readers_.power.read();
         publish(TelemetrySource::power, power, newPower);
     }
+}
+
+void TelemetryEngine::setWatchesPower(bool watches) {
+    isPowerWatchWanted_ = watches;
+    updatePowerWatch();
+}
+
+void TelemetryEngine::setReadoutSources(const TelemetrySources& sources) {
+    readoutSources_ = sources;
+    updatePowerWatch();
+}
+
+void TelemetryEngine::updatePowerWatch() {
+    const bool watches = isPowerWatchWanted_ || readoutSources_.contains(TelemetrySource::power);
+    if (watches == (powerTimer_ != nullptr)) {
+        return;
+    }
+    powerTimer_.reset();
+    powerEvents_.reset();
+    if (!watches) {
+        return;
+    }
+    powerTimer_ = platform_.runLoop.scheduleRepeating(powerWatchPeriod, [this] { samplePower(); });
+    powerEvents_ = platform_.powerEvents.watch([this] { samplePower(); });
+    // In a turn of its own: the caller may be inside a notification.
+    platform_.runLoop.post([this, engineLife = lifetime_.watch()] {
+        if (!engineLife.expired() && powerTimer_) {
+            samplePower();
+        }
+    });
+}
+
+void TelemetryEngine::samplePower() {
+    const Sampling sampling(isSampling_);
+    auto newPower = readers_.power.read();
+    publish(TelemetrySource::power, power, newPower);
 }
 
 bool TelemetryEngine::readsLoadWhileIdle() const {

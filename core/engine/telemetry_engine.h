@@ -30,6 +30,7 @@ class CPUReader;
 class DiskReader;
 class MemoryReader;
 class NetworkReader;
+class PowerEventSource;
 class PowerReader;
 class ProcessReader;
 class RunLoopTimer;
@@ -88,10 +89,14 @@ public:
 
     /// The sources that the readout shows. They are sampled even while nothing else is visible: the disk every ten
     /// seconds, the power every thirty, the others on each tick. Initially none; takes effect on the next tick.
-    void setReadoutSources(const TelemetrySources& sources) { readoutSources_ = sources; }
+    void setReadoutSources(const TelemetrySources& sources);
 
     /// Whether the CPU load is sampled while only the status bar is visible, because of the readout or the mode.
     bool readsLoadWhileIdle() const;
+
+    /// Whether to sample power every 30 s and whenever the system announces a change, even while nothing else is
+    /// visible. Initially false; true also takes one sample in the next turn of the main queue.
+    void setWatchesPower(bool watches);
 
     /// Samples and publishes every source, then extends the histories. Subscribers must not take another sample.
     void sampleFull();
@@ -134,6 +139,8 @@ private:
 
     /// Samples what the status bar displays.
     void sampleLightweight();
+    void samplePower();
+    void updatePowerWatch();
 
     void readLoad();
     NetworkTelemetry readNetwork();
@@ -175,6 +182,9 @@ private:
     MeasuredFigures measured_;
     TelemetrySources readoutSources_;
     std::unique_ptr<RunLoopTimer> timer_;
+    bool isPowerWatchWanted_ = false;
+    std::unique_ptr<RunLoopTimer> powerTimer_;  // present while power is watched
+    std::unique_ptr<PowerEventSource> powerEvents_;
     Lifetime lifetime_;
 };
 

@@ -323,30 +323,5 @@ TEST_F(AppDelegateReadout, LeavesTheIconBareWhenTheUserWantsIt) {
     EXPECT_EQ(shown().title.text, QString());
 }
 
-using AppDelegateSafeguard = test::AppDelegateFixture;
-
-TEST_F(AppDelegateSafeguard, EndsKeepAwakeAtTheThreshold) {
-    mac.powerSources.setBattery(20, false);
-    launch();
-    keepAwake.activate(KeepAwakeDuration::indefinite);
-
-    click();
-
-    EXPECT_FALSE(keepAwake.isActive.get());
-    EXPECT_EQ(mac.assertionsHeld(), 0);
-}
-
-TEST_F(AppDelegateSafeguard, LeavesKeepAwakeAloneAboveItAndWhileCharging) {
-    mac.powerSources.setBattery(21, false);
-    launch();
-    keepAwake.activate(KeepAwakeDuration::indefinite);
-    click();
-    EXPECT_TRUE(keepAwake.isActive.get());
-
-    mac.powerSources.setBattery(5, true);
-    mac.advance(2s);
-    EXPECT_TRUE(keepAwake.isActive.get());
-}
-
 }  // namespace
 }  // namespace kestro

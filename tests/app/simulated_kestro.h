@@ -14,6 +14,7 @@ struct SimulatedKestro {
     FanControlManager& fanManager = simulated.fanManager();
     KeepAwakeManager& keepAwake = simulated.keepAwake();
     PowerModeManager& powerManager = simulated.powerManager();
+    PowerStatus& powerStatus = simulated.powerStatus();
 
     SimulatedKestro() { mac.freeze(); }
 

@@ -22,6 +22,7 @@ SimulatedServices::Objects::Objects(SimulatedMac& machine)
       engine(machine.platform(), settings, readers.all()),
       fanManager(machine.platform(), settings, engine, readers.smc),
       keepAwake(machine.platform(), settings),
-      powerManager(machine.platform()) {}
+      powerManager(machine.platform()),
+      powerStatus(machine.platform(), settings, engine, keepAwake, powerManager) {}
 
 }  // namespace kestro

@@ -3,6 +3,7 @@
 #include "core/cooling/fan_control_manager.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/power/power_mode_manager.h"
+#include "core/power/power_status.h"
 #include "core/settings/user_settings.h"
 #include "tests/support/simulated_readers.h"
 #include "ui/kestro_services.h"
@@ -24,8 +25,8 @@ struct SimulatedServices {
 
     /// The references that the surfaces need.
     KestroServices services() {
-        return {objects->engine, objects->settings, objects->fanManager, objects->keepAwake,
-                objects->powerManager};
+        return {objects->engine,    objects->settings,     objects->fanManager,
+                objects->keepAwake, objects->powerManager, objects->powerStatus};
     }
 
     TelemetryEngine& engine() { return objects->engine; }
@@ -33,6 +34,7 @@ struct SimulatedServices {
     FanControlManager& fanManager() { return objects->fanManager; }
     KeepAwakeManager& keepAwake() { return objects->keepAwake; }
     PowerModeManager& powerManager() { return objects->powerManager; }
+    PowerStatus& powerStatus() { return objects->powerStatus; }
 
     void advance(std::chrono::nanoseconds duration) { mac.advance(duration); }
 
@@ -49,6 +51,7 @@ struct SimulatedServices {
         FanControlManager fanManager;
         KeepAwakeManager keepAwake;
         PowerModeManager powerManager;
+        PowerStatus powerStatus;
     };
 
     SimulatedMac mac;

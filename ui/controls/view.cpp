@@ -21,7 +21,8 @@ void View::setHelp(const QString& help) {
 AccessibleInfo View::accessibleInfo() const {
     AccessibleInfo info;
     info.name = accessibleName();
-    info.description = accessibleDescription().isEmpty() ? help_ : accessibleDescription();
+    const bool hasBoth = !accessibleDescription().isEmpty() && !help_.isEmpty();
+    info.description = accessibleDescription() + (hasBoth ? QStringLiteral(". ") : QString()) + help_;
     return info;
 }
 

@@ -3,6 +3,7 @@
 #include "core/cooling/fan_control_manager.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/power/keep_awake_manager.h"
+#include "core/power/power_status.h"
 #include "core/settings/user_settings.h"
 #include "ui/controls/words.h"
 #include "ui/format/figure_text.h"
@@ -103,6 +104,7 @@ void MenuBarPopoverView::subscribe() {
     follow(services_.fanManager.currentProfile, &MenuBarPopoverView::showProfile);
     follow(services_.keepAwake.isActive, &MenuBarPopoverView::showKeepAwake);
     follow(services_.keepAwake.remainingSeconds, &MenuBarPopoverView::showKeepAwake);
+    follow(services_.powerStatus.keepAwake, &MenuBarPopoverView::showKeepAwake);
 }
 
 void MenuBarPopoverView::showCompute() {
@@ -183,8 +185,11 @@ void MenuBarPopoverView::showPower() {
 
 void MenuBarPopoverView::showKeepAwake() {
     const bool isActive = services_.keepAwake.isActive.get();
-    keepAwake_->setSymbol(isActive ? QStringLiteral("cup.and.saucer.fill") : QStringLiteral("cup.and.saucer"), 10);
-    keepAwake_->setText(isActive ? QStringLiteral("Awake (") +
+    const KeepAwakeStatus& status = services_.powerStatus.keepAwake.get();
+    const bool isHeld = isActive && status.isHeld;
+    keepAwake_->setSymbol(isHeld ? QStringLiteral("cup.and.saucer.fill") : QStringLiteral("cup.and.saucer"), 10);
+    keepAwake_->setHelp(Words(status.note));
+    keepAwake_->setText(isActive ? (isHeld ? QStringLiteral("Awake (") : QStringLiteral("Not Held (")) +
                                        Words(services_.keepAwake.formattedRemainingTime()) + QLatin1Char(')')
                                  : QStringLiteral("Keep Awake"));
     keepAwake_->setOn(isActive);

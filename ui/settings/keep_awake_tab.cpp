@@ -1,6 +1,7 @@
 #include "ui/settings/keep_awake_tab.h"
 
 #include "core/power/keep_awake_manager.h"
+#include "core/power/power_status.h"
 #include "ui/controls/composition.h"
 #include "ui/controls/exclusive_group.h"
 #include "ui/format/figure_text.h"
@@ -95,14 +96,21 @@ QWidget* KeepAwakeTab::statusCard() {
             spacer(), button_)
             .release();
     content->setFixedHeight(height);
-    follow([this] { showStatus(); }, manager.isActive, manager.remainingSeconds, manager.targetMode);
+    follow([this] { showStatus(); }, manager.isActive, manager.remainingSeconds, manager.targetMode,
+           services().powerStatus.keepAwake);
     return new Card(content, nullptr);
 }
 
 void KeepAwakeTab::showStatus() {
     const KeepAwakeManager& manager = services().keepAwake;
     const bool isActive = manager.isActive.get();
-    heading_->setText(isActive ? QStringLiteral("KEEP-AWAKE ACTIVE") : QStringLiteral("KEEP-AWAKE INACTIVE"));
+    const KeepAwakeStatus& status = services().powerStatus.keepAwake.get();
+    const QString activeHeading =
+        status.isHeld ? QStringLiteral("KEEP-AWAKE ACTIVE") : QStringLiteral("KEEP-AWAKE NOT HELD");
+    heading_->setText(isActive ? activeHeading : QStringLiteral("KEEP-AWAKE INACTIVE"));
+    for (View* const view : std::initializer_list<View*>{heading_, line_, scope_, button_}) {
+        view->setHelp(Words(status.note));
+    }
     heading_->setInk(isActive ? KestroTheme::accentWarning : KestroTheme::textPrimary);
     line_->setText(isActive
                        ? QStringLiteral("Remaining: ") + QString::fromStdString(manager.formattedRemainingTime())

@@ -2,6 +2,7 @@
 
 #include "core/engine/telemetry_engine.h"
 #include "core/power/power_mode_manager.h"
+#include "core/power/power_status.h"
 #include "ui/controls/badge.h"
 #include "ui/controls/composition.h"
 #include "ui/controls/exclusive_group.h"
@@ -119,8 +120,15 @@ QWidget* PowerTab::modesCard() {
     // Each choice is a system request that may prompt for a password, so the arrows must not choose every row they
     // pass.
     auto* options = new ExclusiveGroup({rows.begin(), rows.end()}, card, GroupArrows::moveFocus);
-    const auto& mode = manager.currentMode;
-    follow([options, &mode] { options->setChosen(static_cast<int>(mode.get())); }, mode);
+    const auto& notes = services().powerStatus.powerModeNotes;
+    follow(
+        [rows, options, &manager, &notes] {
+            for (std::size_t i = 0; i < rows.size(); ++i) {
+                rows[i]->setHelp(Words(notes.get().at(i)));
+            }
+            options->setChosen(static_cast<int>(manager.currentMode.get()));
+        },
+        manager.currentMode, notes);
     return card;
 }
 

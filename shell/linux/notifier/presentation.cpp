@@ -53,6 +53,10 @@ NotifierPresentation notifierPresentation(const StatusContent& content, LabelSup
     const QString readout = content.toolTip.isEmpty() ? shown.label : content.toolTip;
     shown.toolTipTitle = shown.title;
     shown.toolTipText = isTextVisible ? QString() : readout;
+    if (!shown.toolTipText.isEmpty() && !content.help.isEmpty()) {
+        shown.toolTipText += QLatin1Char('\n');
+    }
+    shown.toolTipText += content.help;
     const QString spoken = content.spoken();
     shown.accessibleDescription = spoken.isEmpty() ? shown.title : shown.title + QLatin1StringView(", ") + spoken;
 

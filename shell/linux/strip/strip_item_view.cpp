@@ -39,6 +39,7 @@ bool StripItemView::setContent(const StatusContent& content) {
     const bool hasSameShape = content.widestTitle == content_.widestTitle && content.symbol == content_.symbol &&
                               content.title.text.isEmpty() == content_.title.text.isEmpty();
     content_ = content;
+    setHelp(content.help);
     update();
     const int natural = strip_layout::itemWidth(content);
     const int limit = std::max(natural, strip_layout::itemWidth(widest(content)));

@@ -20,7 +20,7 @@ struct KeepAwakeMenu : testing::Test, test::SimulatedKestro {
     int settingsOpened = 0;
 
     Menu menu() {
-        return keepAwakeMenu(keepAwake, [this] { ++settingsOpened; });
+        return keepAwakeMenu(keepAwake, powerStatus, [this] { ++settingsOpened; });
     }
 };
 
@@ -77,6 +77,16 @@ TEST_F(KeepAwakeMenu, EveryEntryTakesEffect) {
 
 TEST_F(KeepAwakeMenu, TheStatusLineCannotBePicked) {
     EXPECT_FALSE(pick(menu(), QStringLiteral("Keep-Awake: Inactive")));
+}
+
+TEST_F(KeepAwakeMenu, SaysWhenNothingHoldsTheLock) {
+    keepAwake.activate(KeepAwakeDuration::indefinite);
+    mac.powerAssertions.setReport({PowerAssertionReport::State::lost, {}});
+    EXPECT_EQ(linesOf(menu()).front(), "(Keep-Awake: Not Held (Active (∞)))");
+
+    mac.powerAssertions.setReport({PowerAssertionReport::State::held, {"logind"}});
+
+    EXPECT_EQ(linesOf(menu()).front(), "(Keep-Awake: Active (Active (∞)))");
 }
 
 }  // namespace

@@ -1,10 +1,8 @@
 #include "app/status_items/keep_awake_status_item.h"
 
 #include "app/base/notification_names.h"
-#include "core/power/keep_awake_manager.h"
-#include "core/settings/user_settings.h"
-#include "platform/simulated/simulated_mac.h"
 #include "tests/app/menus/menu_reading.h"
+#include "tests/app/simulated_kestro.h"
 #include "tests/shell/fake_status_bar.h"
 
 #include <gmock/gmock.h>
@@ -18,13 +16,11 @@ using test::findEntry;
 using test::linesOf;
 using test::pick;
 
-struct KeepAwakeStatusItemTest : testing::Test {
+struct KeepAwakeStatusItemTest : testing::Test, test::SimulatedKestro {
     const QString identifier = QStringLiteral("kestro-keep-awake");
-    SimulatedMac mac;
-    UserSettings settings{mac.userDefaults};
-    KeepAwakeManager manager{mac.platform(), settings};
+    KeepAwakeManager& manager = keepAwake;
     test::FakeStatusBar bar;
-    KeepAwakeStatusItem item{mac.platform(), bar, settings, manager};
+    KeepAwakeStatusItem item{mac.platform(), bar, settings, manager, powerStatus};
 
     const StatusContent& shown() { return bar.item(identifier).content; }
 };
@@ -164,6 +160,40 @@ TEST_F(KeepAwakeStatusItemTest, DoesNothingWithoutItsItem) {
     mac.advance(3s);
 
     EXPECT_FALSE(bar.contains(identifier));
+}
+
+TEST_F(KeepAwakeStatusItemTest, NamesWhoHoldsTheLock) {
+    manager.activate(KeepAwakeDuration::indefinite);
+    mac.powerAssertions.setReport({PowerAssertionReport::State::held, {"GNOME", "logind"}});
+    mac.runPending();
+
+    EXPECT_EQ(shown().help, QStringLiteral("Display & System · held by GNOME, logind"));
+    EXPECT_EQ(shown().toolTip, QStringLiteral("Keep-Awake: Active"));
+}
+
+TEST_F(KeepAwakeStatusItemTest, EmptiesTheCupWhileNothingHoldsTheLock) {
+    manager.activate(KeepAwakeDuration::indefinite);
+    mac.powerAssertions.setReport({PowerAssertionReport::State::lost, {}});
+    mac.runPending();
+    EXPECT_EQ(shown().symbol->name, QStringLiteral("cup.and.saucer"));
+    EXPECT_EQ(shown().toolTip, QStringLiteral("Keep-Awake: Not Held"));
+    EXPECT_EQ(shown().help, QStringLiteral("Not held: the service that held the lock is gone."));
+
+    mac.powerAssertions.setReport({PowerAssertionReport::State::held, {"GNOME"}});
+    mac.runPending();
+
+    EXPECT_EQ(shown().symbol->name, QStringLiteral("cup.and.saucer.fill"));
+}
+
+TEST_F(KeepAwakeStatusItemTest, SaysWhyARefusedLockIsNotHeld) {
+    mac.powerAssertions.refusal.always();
+
+    manager.activate(KeepAwakeDuration::indefinite);
+    mac.runPending();
+
+    EXPECT_EQ(shown().toolTip, QStringLiteral("Keep-Awake: Inactive"));
+    EXPECT_EQ(shown().help,
+              QStringLiteral("Keep-awake is off because no service of this desktop grants the lock."));
 }
 
 }  // namespace

@@ -353,5 +353,26 @@ TEST_F(TelemetryEngineTest, FormatsANaNFanSpeedAsZero) {
     EXPECT_FALSE(engine().formatFanRPM(std::numeric_limits<double>::infinity()).empty());
 }
 
+TEST_F(TelemetryEngineTest, WatchesPowerEveryHalfMinuteWhileIdle) {
+    int samples = 0;
+    const auto subscription = engine().power.subscribe([&](const PowerTelemetry&) { ++samples; });
+    mac.advance(60s);
+    EXPECT_EQ(samples, 0);
+
+    engine().setWatchesPower(true);
+    EXPECT_EQ(samples, 0) << "the caller may be inside a notification";
+    mac.runPending();
+    EXPECT_EQ(samples, 1);
+    mac.advance(60s);
+    EXPECT_EQ(samples, 3);
+    mac.powerEvents.announce();
+    EXPECT_EQ(samples, 4);
+
+    engine().setWatchesPower(false);
+    mac.advance(60s);
+    EXPECT_EQ(samples, 4);
+    EXPECT_FALSE(mac.powerEvents.isWatched());
+}
+
 }  // namespace
 }  // namespace kestro

@@ -253,6 +253,23 @@ TEST_F(PopoverTest, KeepAwakeChipShowsAndTogglesTheState) {
     EXPECT_EQ(services.mac.assertionsHeld(), 0);
 }
 
+TEST_F(PopoverTest, KeepAwakeChipSaysWhoHoldsTheLock) {
+    show();
+    Button* const chip = button(QStringLiteral("Keep Awake"));
+    services.keepAwake().activate(KeepAwakeDuration::indefinite);
+    services.mac.powerAssertions.setReport({PowerAssertionReport::State::held, {"KDE", "X11"}});
+    settle();
+    EXPECT_EQ(chip->help(), QStringLiteral("Display & System · held by KDE, X11"));
+    EXPECT_EQ(chip->accessibleInfo().description, chip->help());
+
+    services.mac.powerAssertions.setReport({PowerAssertionReport::State::lost, {}});
+    settle();
+
+    EXPECT_EQ(chip->text(), QStringLiteral("Not Held (Active (∞))"));
+    EXPECT_LE(chip->geometry().right(), 316);
+    EXPECT_EQ(chip->help(), QStringLiteral("Not held: the service that held the lock is gone."));
+}
+
 TEST_F(PopoverTest, RepaintsNothingWhenASampleChangesNothing) {
     show();
     sample();

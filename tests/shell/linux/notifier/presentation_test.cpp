@@ -142,5 +142,17 @@ TEST(LabelSupport, DependsOnTheDesktopWhenTheProcessIsHidden) {
     EXPECT_EQ(labelSupport(QString(), {}), LabelSupport::hidden);
 }
 
+TEST(NotifierPresentation, ShowsAndSpeaksTheHelpEvenBesideAVisibleTitle) {
+    StatusContent content;
+    content.title.text = QStringLiteral("14m");
+    content.toolTip = QStringLiteral("Keep-Awake: Active");
+    content.help = QStringLiteral("held by GNOME");
+
+    EXPECT_EQ(notifierPresentation(content, LabelSupport::shown).toolTipText, QStringLiteral("held by GNOME"));
+    const auto unlabelled = notifierPresentation(content, LabelSupport::hidden);
+    EXPECT_EQ(unlabelled.toolTipText, QStringLiteral("Keep-Awake: Active\nheld by GNOME"));
+    EXPECT_EQ(unlabelled.accessibleDescription, QStringLiteral("Kestro, 14m, held by GNOME"));
+}
+
 }  // namespace
 }  // namespace kestro
