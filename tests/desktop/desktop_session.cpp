@@ -175,9 +175,10 @@ QProcess& DesktopSession::startBus(const QString& addressVariable, const QString
 
 bool DesktopSession::startBuses() {
     offerServices(path(QStringLiteral("services")));
+    QDir().mkpath(path(QStringLiteral("system-services")));
     sessionBus_ = &startBus(sessionBusVariable, QStringLiteral("session-bus"), path(QStringLiteral("services")));
     // A private bus, since the services on the machine's own would respond.
-    startBus(systemBusVariable, QStringLiteral("system-bus"));
+    startBus(systemBusVariable, QStringLiteral("system-bus"), path(QStringLiteral("system-services")));
     if (failure_.isEmpty() &&
         !QDBusConnection::connectToBus(environment_.value(sessionBusVariable), connectionName_).isConnected()) {
         failure_ = QStringLiteral("the session bus does not accept a connection");
@@ -194,6 +195,17 @@ QStringList DesktopSession::startedServices() {
         names.append(found.next().captured(1));
     }
     return names;
+}
+
+void DesktopSession::offerSystemService(const QString& name, const QString& command) const {
+    QFile file(path(QStringLiteral("system-services/") + name + QStringLiteral(".service")));
+    if (!file.open(QIODevice::WriteOnly)) {
+        throw std::runtime_error("cannot describe a service");
+    }
+    // Without quotes: the session's folder has no spaces.
+    file.write(QStringLiteral("[D-BUS Service]\nName=%1\nExec=/usr/bin/env %2=%3 %4\n")
+                   .arg(name, systemBusVariable, environment_.value(systemBusVariable), command)
+                   .toUtf8());
 }
 
 QDBusConnection DesktopSession::connect(Bus bus) {

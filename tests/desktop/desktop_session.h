@@ -93,6 +93,9 @@ public:
     QDBusMessage call(const QString& service, const QString& path, const QString& interface, const QString& method,
                       const QVariantList& arguments = {}) const;
 
+    /// Lets the system bus start a service on demand with this command.
+    void offerSystemService(const QString& name, const QString& command) const;
+
     /// The value of a property; invalid when it cannot be read.
     QVariant property(const QString& service, const QString& path, const QString& interface,
                       const QString& name) const;
@@ -124,6 +127,7 @@ public:
 
     /// Every file below the session's folder, as relative paths, sorted.
     QStringList files() const;
+    QString display() const { return environment_.value(QStringLiteral("DISPLAY")); }
     QString path(const QString& relative) const { return folder_.filePath(relative); }
 
     /// Runs a program in the session and returns its output; empty if it failed.

@@ -1,10 +1,8 @@
-#include "tests/desktop/shell_fixture.h"
-#include "tests/desktop/status_item_client.h"
+#include "tests/desktop/menu_fixture.h"
 #include "tests/platform/desktop/lock_pipe.h"
 #include "tests/support/fake_service.h"
 
 #include <QDBusConnectionInterface>
-#include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
 
@@ -32,13 +30,11 @@ struct AwakeService {
 };
 
 constexpr AwakeService gnome{"org.gnome.SessionManager", Bus::session,
-                             R"(Inhibit("Kestro", 0u, "Kestro Keep-Awake Active", 8u))", "Uninhibit(7u)"};
+                             R"(Inhibit("Kestro", 0u, "Kestro Keep-Awake Active", 12u))", "Uninhibit(7u)"};
 constexpr AwakeService kde{"org.kde.Solid.PowerManagement.PolicyAgent", Bus::session,
                            R"(AddInhibition(4u, "Kestro", "Kestro Keep-Awake Active"))", "ReleaseInhibition(7u)"};
 constexpr AwakeService freedesktop{"org.freedesktop.PowerManagement", Bus::session,
                                    R"(Inhibit("Kestro", "Kestro Keep-Awake Active"))", "UnInhibit(7u)"};
-constexpr AwakeService portal{"org.freedesktop.portal.Desktop", Bus::session,
-                              R"(Inhibit("", 8u, {reason: "Kestro Keep-Awake Active"}))", "Close()"};
 constexpr AwakeService screenSaver{"org.freedesktop.ScreenSaver", Bus::session,
                                    R"(Inhibit("Kestro", "Kestro Keep-Awake Active"))", "UnInhibit(7u)"};
 constexpr AwakeService logind{"org.freedesktop.login1", Bus::system,
@@ -86,10 +82,6 @@ private:
         if (service_.release == nullptr) {
             return call.createReply(QVariant::fromValue(pipe_.writeEnd()));
         }
-        if (&service_ == &portal) {
-            return call.createReply(QVariant::fromValue(
-                QDBusObjectPath(QStringLiteral("/org/freedesktop/portal/desktop/request/1_7/kestro1"))));
-        }
         return call.createReply(7U);
     }
 
@@ -100,50 +92,12 @@ private:
     std::unique_ptr<FakeService> fake_;  // last: its thread uses the others
 };
 
-struct ServicesOnTheDesktop : ShellFixture {
-    ServicesOnTheDesktop() : ShellFixture(DesktopPanel::mate) {}
-
-    std::optional<HostMenuEntry> entry(const QString& title, const QString& item) const {
-        const HostMenuEntry menu = client.menu(client.waitForItem(item));
-        const HostMenuEntry* found = menu.find(title);
-        return found != nullptr ? std::optional(*found) : std::nullopt;
-    }
-
-    bool offers(const QString& title) const {
-        return waitUntil([&] { return entry(title, mainItem).has_value(); });
-    }
-
-    bool checks(const QString& title) const {
-        return waitUntil([&] {
-            const auto found = entry(title, mainItem);
-            return found && found->isChecked();
-        });
-    }
-
-    void choose(const QString& title, const QString& item) const {
-        const auto found = entry(title, item);
-        ASSERT_TRUE(found) << title.toStdString();
-        client.choose(client.waitForItem(item), found->id);
-    }
-
-    void choose(const QString& title) const { choose(title, mainItem); }
-
-    void expectEndBy(int signal) {
-        ::kill(static_cast<pid_t>(kestro->processId()), signal);
-        ASSERT_TRUE(ends());
-    }
-
-    const QString mainItem = QStringLiteral("kestro-main");
-    const QString keepAwakeItem = QStringLiteral("kestro-keep-awake");
-    const QString activate = QStringLiteral("Activate Indefinitely");
-    const QString deactivate = QStringLiteral("Deactivate Keep-Awake (Active (∞))");
-    const StatusItemClient client{session};
-};
+using ServicesOnTheDesktop = MenuFixture;
 
 TEST_F(ServicesOnTheDesktop, KeepAwakeUsesEachServiceAndAcquiresAgainWhenItReturns) {
     launch();
 
-    for (const AwakeService* service : {&gnome, &kde, &freedesktop, &portal, &screenSaver, &logind}) {
+    for (const AwakeService* service : {&gnome, &kde, &freedesktop, &screenSaver, &logind}) {
         SCOPED_TRACE(service->name);
         GrantingService granting(session, *service);
 
@@ -165,8 +119,9 @@ TEST_F(ServicesOnTheDesktop, KeepAwakeUsesEachServiceAndAcquiresAgainWhenItRetur
     }
 }
 
-TEST_F(ServicesOnTheDesktop, KeepAwakeStaysOffWithoutAnyService) {
+TEST_F(ServicesOnTheDesktop, KeepAwakeForTheSystemStaysOffWithoutAnyService) {
     launch();
+    choose(systemOnly, keepAwakeItem);
 
     choose(activate);
 
@@ -185,7 +140,7 @@ TEST_F(ServicesOnTheDesktop, KeepAwakeAsksAgainForTheSystemAlone) {
             [&] { return client.label(client.waitForItem(keepAwakeItem)).trimmed() == QStringLiteral("14m"); }));
         session.screenshot(QStringLiteral("mate-panel-three-items"));
 
-        choose(QStringLiteral("System Only (Display May Sleep)"), keepAwakeItem);
+        choose(systemOnly, keepAwakeItem);
 
         EXPECT_TRUE(granting.isReleased());
         EXPECT_TRUE(waitUntil(
@@ -195,9 +150,8 @@ TEST_F(ServicesOnTheDesktop, KeepAwakeAsksAgainForTheSystemAlone) {
     // The session manager has gone: the remaining service is asked instead.
     const GrantingService system(session, logind);
 
-    EXPECT_TRUE(waitUntil([&] {
-        return system.count(R"(Inhibit("sleep", "Kestro", "Kestro Keep-Awake Active", "block-weak"))") == 1;
-    }));
+    EXPECT_TRUE(waitUntil(
+        [&] { return system.count(R"(Inhibit("sleep", "Kestro", "Kestro Keep-Awake Active", "block"))") == 1; }));
     EXPECT_FALSE(entry(activate, mainItem));
 }
 
@@ -236,7 +190,7 @@ class ProfilesDaemon {
 public:
     ProfilesDaemon(DesktopSession& session, const QString& name)
         : fake_(session.connect(Bus::system), name,
-                {{QStringLiteral("Get"), [this](const QDBusMessage& call) { return get(call); }},
+                {{QStringLiteral("GetAll"), [this](const QDBusMessage& call) { return get(call); }},
                  {QStringLiteral("Set"), [this](const QDBusMessage& call) { return set(call); }}}) {}
 
     /// Accepts every request from now on, and reverts it at once.
@@ -259,7 +213,7 @@ private:
     QDBusMessage get(const QDBusMessage& call) {
         const std::lock_guard lock(mutex_);
         ++reads_;
-        return call.createReply(QVariant::fromValue(QDBusVariant(active_)));
+        return call.createReply(QVariantMap{{QStringLiteral("ActiveProfile"), active_}});
     }
 
     QDBusMessage set(const QDBusMessage& call) {

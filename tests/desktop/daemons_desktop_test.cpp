@@ -1,0 +1,318 @@
+#include "tests/desktop/menu_fixture.h"
+#include "tests/support/fake_service.h"
+
+#include <QDBusArgument>
+#include <QDBusVariant>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+#include <xcb/screensaver.h>
+#include <xcb/xcb.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+
+namespace kestro {
+namespace {
+
+using Bus = DesktopSession::Bus;
+
+/// Kestro beside the real daemons. A test is skipped where its daemon is not installed.
+struct DaemonsOnTheDesktop : MenuFixture {
+    /// Calls a method on either bus and returns its first result; invalid after an error.
+    QVariant ask(Bus bus, const QString& service, const QString& path, const QString& interface,
+                 const QString& method, const QVariantList& arguments = {}) {
+        auto& connection = bus == Bus::session ? sessionConnection_ : systemConnection_;
+        if (!connection) {
+            connection = session.connect(bus);
+        }
+        auto message = QDBusMessage::createMethodCall(service, path, interface, method);
+        message.setAutoStartService(false);
+        message.setArguments(arguments);
+        const auto results = connection->call(message).arguments();
+        return results.isEmpty() ? QVariant() : results.constFirst();
+    }
+
+    bool isOwned(Bus bus, const QString& name) {
+        const QString daemon = QStringLiteral("org.freedesktop.DBus");
+        return waitUntil([&] {
+            return ask(bus, daemon, QStringLiteral("/org/freedesktop/DBus"), daemon,
+                       QStringLiteral("NameHasOwner"), {name})
+                .toBool();
+        });
+    }
+
+    static bool isInstalled(const char* program) { return QFileInfo::exists(QString::fromLatin1(program)); }
+
+private:
+    std::optional<QDBusConnection> sessionConnection_;
+    std::optional<QDBusConnection> systemConnection_;
+};
+
+#define NEEDS_PROGRAM(program)                            \
+    if (!isInstalled(program)) {                          \
+        GTEST_SKIP() << (program) << " is not installed"; \
+    }
+
+/// The screen saver of an X server, as a client of its own sees it.
+class ServerScreenSaver {
+public:
+    explicit ServerScreenSaver(const QString& display) : display_(xcb_connect(display.toLatin1(), nullptr)) {}
+    ~ServerScreenSaver() { xcb_disconnect(display_); }
+    ServerScreenSaver(const ServerScreenSaver&) = delete;
+    ServerScreenSaver& operator=(const ServerScreenSaver&) = delete;
+
+    void setTimeout(std::int16_t seconds) {
+        xcb_set_screen_saver(display_, seconds, 0, XCB_BLANKING_PREFERRED, XCB_EXPOSURES_ALLOWED);
+        xcb_flush(display_);
+    }
+    void wake() {
+        xcb_force_screen_saver(display_, XCB_SCREEN_SAVER_RESET);
+        xcb_flush(display_);
+    }
+    bool isOn() const { return info().state == XCB_SCREENSAVER_STATE_ON; }
+    std::uint32_t idleMilliseconds() const { return info().ms_since_user_input; }
+
+private:
+    xcb_screensaver_query_info_reply_t info() const {
+        const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(display_)).data->root;
+        auto* const reply =
+            xcb_screensaver_query_info_reply(display_, xcb_screensaver_query_info(display_, root), nullptr);
+        const auto info = reply != nullptr ? *reply : xcb_screensaver_query_info_reply_t{};
+        std::free(reply);
+        return info;
+    }
+
+    xcb_connection_t* display_;
+};
+
+TEST_F(DaemonsOnTheDesktop, TheXServerDoesNotBlankTheScreenWhileKeepAwakeIsActive) {
+    ServerScreenSaver saver(session.display());
+    launch();
+    choose(activate);
+    ASSERT_TRUE(offers(deactivate));
+    saver.wake();
+    saver.setTimeout(1);
+
+    ASSERT_TRUE(waitUntil([&] { return saver.idleMilliseconds() > 3000; }));
+    EXPECT_FALSE(saver.isOn());
+    choose(deactivate);
+    EXPECT_TRUE(waitUntil([&] { return saver.isOn(); }));
+}
+
+TEST_F(DaemonsOnTheDesktop, TheXServerBlanksTheScreenAgainAfterAKill) {
+    ServerScreenSaver saver(session.display());
+    launch();
+    choose(activate);
+    ASSERT_TRUE(offers(deactivate));
+    expectEndBy(SIGKILL);
+
+    saver.setTimeout(1);
+
+    EXPECT_TRUE(waitUntil([&] { return saver.isOn(); }));
+}
+
+struct XfceOnTheDesktop : DaemonsOnTheDesktop {
+    bool startPowerManager() {
+        session.start(QStringLiteral("/usr/libexec/upowerd"), {});
+        session.start(QStringLiteral("xfce4-power-manager"), {QStringLiteral("--no-daemon")});
+        return isOwned(Bus::session, name);
+    }
+
+    bool isInhibited() {
+        return ask(Bus::session, name, QStringLiteral("/org/freedesktop/PowerManagement/Inhibit"),
+                   name + QStringLiteral(".Inhibit"), QStringLiteral("HasInhibit"))
+            .toBool();
+    }
+
+    bool becomesInhibited() {
+        return waitUntil([&] { return isInhibited(); });
+    }
+
+    /// Also true if the daemon has ended: version 4.18 crashes after its last lock on a display without DPMS.
+    bool becomesFree() {
+        return waitUntil([&] { return !isInhibited(); });
+    }
+
+    const QString name = QStringLiteral("org.freedesktop.PowerManagement");
+};
+
+TEST_F(XfceOnTheDesktop, ThePowerManagerIsInhibitedForTheDisplay) {
+    NEEDS_PROGRAM("/usr/bin/xfce4-power-manager");
+    NEEDS_PROGRAM("/usr/libexec/upowerd");
+    ASSERT_TRUE(startPowerManager());
+    launch();
+
+    choose(activate);
+    EXPECT_TRUE(becomesInhibited());
+    choose(deactivate);
+
+    EXPECT_TRUE(becomesFree());
+}
+
+TEST_F(XfceOnTheDesktop, ThePowerManagerIsInhibitedForTheSystemAloneUntilAKill) {
+    NEEDS_PROGRAM("/usr/bin/xfce4-power-manager");
+    NEEDS_PROGRAM("/usr/libexec/upowerd");
+    ASSERT_TRUE(startPowerManager());
+    launch();
+    choose(systemOnly, keepAwakeItem);
+
+    choose(activate);
+    EXPECT_TRUE(becomesInhibited());
+    expectEndBy(SIGKILL);
+
+    EXPECT_TRUE(becomesFree());
+}
+
+TEST_F(DaemonsOnTheDesktop, ThePortalDoesNotDisplaceAWorkingLock) {
+    NEEDS_PROGRAM("/usr/libexec/xdg-desktop-portal");
+    NEEDS_PROGRAM("/usr/libexec/xdg-desktop-portal-gtk");
+    session.start(QStringLiteral("/usr/libexec/xdg-desktop-portal-gtk"), {});
+    ASSERT_TRUE(isOwned(Bus::session, QStringLiteral("org.freedesktop.impl.portal.desktop.gtk")));
+    session.start(QStringLiteral("/usr/libexec/xdg-desktop-portal"), {});
+    ASSERT_TRUE(isOwned(Bus::session, QStringLiteral("org.freedesktop.portal.Desktop")));
+    const test::FakeService manager(
+        session.connect(Bus::session), QStringLiteral("org.gnome.SessionManager"),
+        {{QStringLiteral("Inhibit"), [](const QDBusMessage& call) { return call.createReply(7U); }}});
+    launch();
+
+    choose(activate);
+
+    EXPECT_TRUE(waitUntil([&] { return !manager.calls().empty(); }));
+    EXPECT_TRUE(offers(deactivate));
+    choose(deactivate);
+    EXPECT_TRUE(waitUntil([&] { return manager.calls().back() == "Uninhibit(7u)"; }));
+}
+
+struct LogindOnTheDesktop : DaemonsOnTheDesktop {
+    /// The locks of Kestro that logind lists, such as "idle block".
+    QStringList locks() {
+        const auto list =
+            ask(Bus::system, QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+                QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("ListInhibitors"))
+                .value<QDBusArgument>();
+        QStringList found;
+        if (list.currentSignature() != QLatin1String("a(ssssuu)")) {
+            return {QStringLiteral("no list")};
+        }
+        list.beginArray();
+        while (!list.atEnd()) {
+            QString what;
+            QString who;
+            QString why;
+            QString mode;
+            uint user = 0;
+            uint process = 0;
+            list.beginStructure();
+            list >> what >> who >> why >> mode >> user >> process;
+            list.endStructure();
+            if (who == QLatin1String("Kestro")) {
+                found.append(what + QLatin1Char(' ') + mode);
+            }
+        }
+        list.endArray();
+        found.sort();
+        return found;
+    }
+
+    bool lists(const QStringList& expected) {
+        return waitUntil([&] { return locks() == expected; });
+    }
+};
+
+TEST_F(LogindOnTheDesktop, HoldsTheLocksUntilTheyAreReleasedOrTheProcessIsKilled) {
+    NEEDS_PROGRAM("/lib/systemd/systemd-logind");
+    if (::geteuid() != 0 || QFileInfo::exists(QStringLiteral("/run/dbus/system_bus_socket"))) {
+        GTEST_SKIP() << "it needs a container: as root, and beside no other logind";
+    }
+    session.start(QStringLiteral("/lib/systemd/systemd-logind"), {});
+    ASSERT_TRUE(isOwned(Bus::system, QStringLiteral("org.freedesktop.login1")));
+    launch();
+
+    choose(activate);
+    EXPECT_TRUE(lists({QStringLiteral("idle block"), QStringLiteral("sleep block")}));
+    choose(systemOnly, keepAwakeItem);
+    EXPECT_TRUE(lists({QStringLiteral("sleep block")}));
+    choose(deactivate);
+    EXPECT_TRUE(lists({}));
+    choose(activate);
+    EXPECT_TRUE(lists({QStringLiteral("sleep block")}));
+    expectEndBy(SIGKILL);
+
+    EXPECT_TRUE(lists({}));
+}
+
+TEST_F(DaemonsOnTheDesktop, XScreenSaverIsInhibited) {
+    NEEDS_PROGRAM("/usr/libexec/xscreensaver/xscreensaver-systemd");
+    QProcess& daemon = session.start(QStringLiteral("/usr/libexec/xscreensaver/xscreensaver-systemd"),
+                                     {QStringLiteral("-verbose")});
+    daemon.setProcessChannelMode(QProcess::MergedChannels);
+    if (!isOwned(Bus::session, QStringLiteral("org.freedesktop.ScreenSaver"))) {
+        GTEST_SKIP() << "it does not run here: " << daemon.readAll().toStdString();
+    }
+    launch();
+
+    choose(activate);
+
+    QByteArray output;
+    EXPECT_TRUE(waitUntil([&] {
+        output += daemon.readAll();
+        return output.contains("inhibited by \"Kestro\"");
+    })) << output.toStdString();
+}
+
+struct ProfilesOnTheDesktop : DaemonsOnTheDesktop {
+    /// Describes the daemon with its test driver, and starts an authority that consents to everything, or nothing.
+    void offerDaemon(bool consents) {
+        session.start(QStringLiteral("/usr/bin/python3"),
+                      {QStringLiteral("-m"), QStringLiteral("dbusmock"), QStringLiteral("--system"),
+                       QStringLiteral("--template"), QStringLiteral("polkitd")});
+        const QString authority = QStringLiteral("org.freedesktop.PolicyKit1");
+        ASSERT_TRUE(isOwned(Bus::system, authority));
+        ask(Bus::system, authority, QStringLiteral("/org/freedesktop/PolicyKit1/Authority"),
+            QStringLiteral("org.freedesktop.DBus.Mock"), QStringLiteral("AllowUnknown"), {consents});
+        session.offerSystemService(
+            QStringLiteral("net.hadess.PowerProfiles"),
+            QStringLiteral("POWER_PROFILE_DAEMON_FAKE_DRIVER=1 /usr/libexec/power-profiles-daemon"));
+    }
+
+    QString active() {
+        return ask(Bus::system, QStringLiteral("net.hadess.PowerProfiles"),
+                   QStringLiteral("/net/hadess/PowerProfiles"), QStringLiteral("org.freedesktop.DBus.Properties"),
+                   QStringLiteral("Get"),
+                   {QStringLiteral("net.hadess.PowerProfiles"), QStringLiteral("ActiveProfile")})
+            .value<QDBusVariant>()
+            .variant()
+            .toString();
+    }
+};
+
+TEST_F(ProfilesOnTheDesktop, ADaemonThatIsNotRunningIsStartedByName) {
+    NEEDS_PROGRAM("/usr/libexec/power-profiles-daemon");
+    offerDaemon(true);
+    launch();
+    ASSERT_TRUE(waitUntil([&] { return active() == QStringLiteral("balanced"); }));
+
+    choose(QStringLiteral("High Power"));
+
+    EXPECT_TRUE(checks(QStringLiteral("High Power")));
+    EXPECT_EQ(active(), QStringLiteral("performance"));
+}
+
+TEST_F(ProfilesOnTheDesktop, TheModeStaysWithoutTheAdministratorsConsent) {
+    NEEDS_PROGRAM("/usr/libexec/power-profiles-daemon");
+    offerDaemon(false);
+    launch();
+    ASSERT_TRUE(waitUntil([&] { return active() == QStringLiteral("balanced"); }));
+
+    choose(QStringLiteral("Low Power"));
+
+    EXPECT_TRUE(checks(QStringLiteral("Balanced (Automatic)")));
+    EXPECT_EQ(active(), QStringLiteral("balanced"));
+}
+
+}  // namespace
+}  // namespace kestro
