@@ -1,4 +1,5 @@
 #include "core/base/text.h"
+#include "platform/linux/battery/linux_power_events.h"
 #include "platform/linux/battery/power_supply.h"
 #include "platform/linux/machine/cpu_topology.h"
 #include "platform/linux/machine/firmware_identity.h"
@@ -89,6 +90,7 @@ void readIdentity(std::string_view text) {
 void readDevices(std::string_view text) {
     parseTripKind(text);
     parseSupplyKind(text);
+    isPowerSupplyEvent(text);
     chipKind(text);
     isFloatingInput(text);
     zoneName(text);
