@@ -34,7 +34,7 @@ struct BusLock::Attempt {
     }
 };
 
-BusLock::BusLock(BusNameOwners& owners, LockMechanism mechanism, LockWish wish, std::chrono::milliseconds patience,
+BusLock::BusLock(BusNameOwners& owners, LockMechanism mechanism, LockWish wish, const Timing& timing,
                  std::function<void()> onChange)
     : owners_(owners),
       mechanism_(mechanism),
@@ -47,12 +47,13 @@ BusLock::BusLock(BusNameOwners& owners, LockMechanism mechanism, LockWish wish, 
                      QStringLiteral("Response"), this, SLOT(onPortalResponse(QDBusMessage)));
     }
     patience_.setSingleShot(true);
-    patience_.setInterval(patience);
+    patience_.setInterval(timing.patience);
     connect(&patience_, &QTimer::timeout, this, [this] {
         release();
         settle(LockState::refused);
     });
     proofTimer_.setSingleShot(true);
+    proofTimer_.setInterval(timing.enforcement);
     connect(&proofTimer_, &QTimer::timeout, this, &BusLock::ask);
     send();
 }
@@ -106,8 +107,8 @@ void BusLock::take() {
         settle(LockState::refused);
     } else if (isPortal(mechanism_)) {
         settleAtPortal();
-    } else if (const auto delay = proofDelay(mechanism_); delay.count() > 0) {
-        proofTimer_.start(delay);
+    } else if (isEnforcedLater(mechanism_)) {
+        proofTimer_.start();
         settle(LockState::held);
     } else {
         ask();

@@ -22,8 +22,15 @@ class BusLock final : public QObject, public ServiceLock {
     Q_OBJECT
 
 public:
+    struct Timing {
+        /// A service that has not replied after this time counts as having refused.
+        std::chrono::milliseconds patience = std::chrono::seconds(25);
+        /// When to ask a service that enforces its locks later.
+        std::chrono::milliseconds enforcement = std::chrono::seconds(6);
+    };
+
     /// Asks the present owner of the mechanism's service.
-    BusLock(BusNameOwners& owners, LockMechanism mechanism, LockWish wish, std::chrono::milliseconds patience,
+    BusLock(BusNameOwners& owners, LockMechanism mechanism, LockWish wish, const Timing& timing,
             std::function<void()> onChange);
     ~BusLock() override;
 

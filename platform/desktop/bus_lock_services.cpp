@@ -1,7 +1,5 @@
 #include "platform/desktop/bus_lock_services.h"
 
-#include "platform/desktop/bus_lock.h"
-
 #include <QFile>
 
 #include <utility>
@@ -76,7 +74,7 @@ std::unique_ptr<ServiceLock> BusLockServices::ask(LockMechanism mechanism, const
         return std::make_unique<ScreenSaverLock>(options_.suspendScreenSaver);
     }
     return std::make_unique<BusLock>(isOnSystemBus(mechanism) ? systemOwners_ : sessionOwners_, mechanism, wish,
-                                     options_.patience, std::move(onChange));
+                                     options_.timing, std::move(onChange));
 }
 
 void BusLockServices::poll() {

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "platform/desktop/bus_link.h"
+#include "platform/desktop/bus_lock.h"
 #include "platform/desktop/bus_name_owners.h"
 #include "platform/desktop/lock_services.h"
 
 #include <QDBusMessage>
 #include <QObject>
 
-#include <chrono>
 #include <functional>
 
 namespace kestro {
@@ -23,8 +23,7 @@ public:
         /// where there is no X server. Empty: the same.
         std::function<bool(bool suspend)> suspendScreenSaver = {};
         bool isSandboxed = false;
-        /// A service that has not replied after this time counts as having refused.
-        std::chrono::milliseconds patience = std::chrono::seconds(25);
+        BusLock::Timing timing = {};
     };
 
     BusLockServices(BusLink& sessionBus, BusLink& systemBus, Options options);

@@ -255,8 +255,8 @@ std::optional<bool> proofFromReply(LockMechanism mechanism, const QDBusMessage& 
     return first.metaType().id() == QMetaType::Bool ? std::optional(first.toBool()) : std::nullopt;
 }
 
-std::chrono::milliseconds proofDelay(LockMechanism mechanism) {
-    return mechanism == kdePolicyAgent ? std::chrono::seconds(6) : std::chrono::seconds(0);
+bool isEnforcedLater(LockMechanism mechanism) {
+    return mechanism == kdePolicyAgent;
 }
 
 }  // namespace kestro

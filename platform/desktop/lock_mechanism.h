@@ -5,7 +5,6 @@
 #include <QDBusUnixFileDescriptor>
 #include <QString>
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -90,7 +89,7 @@ std::optional<QDBusMessage> proofCall(LockMechanism mechanism, const QString& se
 /// Whether the lock is in effect; nullopt: the service does not know the question.
 std::optional<bool> proofFromReply(LockMechanism mechanism, const QDBusMessage& reply, const LockWish& wish);
 
-/// How long after the grant the lock takes effect: KDE's agent waits five seconds before it enforces one.
-std::chrono::milliseconds proofDelay(LockMechanism mechanism);
+/// Whether a lock takes effect only some time after its grant: KDE's agent waits five seconds.
+bool isEnforcedLater(LockMechanism mechanism);
 
 }  // namespace kestro

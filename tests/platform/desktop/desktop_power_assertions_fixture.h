@@ -102,7 +102,7 @@ protected:
     QDBusConnection system = systemBus.connect();
     BusLink sessionLink{session, [this] { return reconnect(sessionBus); }, 5ms};
     BusLink systemLink{system, [this] { return reconnect(systemBus); }, 5ms};
-    BusLockServices::Options options{.patience = 20s};
+    BusLockServices::Options options{.timing = {20s, 20s}};
     QString desktop;
     std::chrono::milliseconds bound = 10s;
     LockPipe pipe;

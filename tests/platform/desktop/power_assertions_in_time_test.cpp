@@ -211,7 +211,7 @@ TEST_F(DesktopPowerAssertionsTest, AServiceThatLeftUnnoticedRevokesTheAssertion)
 
 TEST_F(DesktopPowerAssertionsTest, AHangingServiceIsSkippedAndItsLateGrantReleased) {
     bound = 20ms;
-    options.patience = 500ms;
+    options.timing.patience = 500ms;
     const auto gnome = service(gnomeSessionManager);
     const auto kde = service(kdePolicyAgent);
     gnome->hold(true);
@@ -228,7 +228,7 @@ TEST_F(DesktopPowerAssertionsTest, AHangingServiceIsSkippedAndItsLateGrantReleas
 
 TEST_F(DesktopPowerAssertionsTest, RevokesWhenTheLastServiceHangs) {
     bound = 20ms;
-    options.patience = 30ms;
+    options.timing.patience = 30ms;
     const auto gnome = service(gnomeSessionManager);
     gnome->hold(true);
 
@@ -258,6 +258,21 @@ TEST_F(DesktopPowerAssertionsTest, AreRevokedIfPresumedGrantedWithoutAnyService)
     ASSERT_TRUE(id.has_value());
     ASSERT_TRUE(waitUntil([&] { return !revoked.empty(); }));
     EXPECT_THAT(revoked, ElementsAre(*id));
+}
+
+TEST_F(DesktopPowerAssertionsTest, KDEIsAskedOnceItEnforcesTheLock) {
+    options.timing.enforcement = 5ms;
+    const auto kde = service(kdePolicyAgent);
+    const auto logind = service(logindIdle);
+    kde->answer(QStringLiteral("HasInhibition"), [](const auto& call) { return call.createReply(false); });
+    ASSERT_TRUE(create().has_value());
+
+    // The user has blocked it in the applet.
+    ASSERT_TRUE(waitForLocking(*kde, 2));
+
+    EXPECT_EQ(locking(*kde).back(), "ReleaseInhibition(1u)");
+    EXPECT_TRUE(waitUntil([&] { return holders() == std::vector<std::string>{"logind"}; }));
+    EXPECT_EQ(kde->calls().at(1), "HasInhibition(4u)");
 }
 
 }  // namespace
