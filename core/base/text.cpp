@@ -1,8 +1,12 @@
 #include "core/base/text.h"
 
 #include <algorithm>
+#include <array>
+#include <clocale>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <cstdlib>
 
 namespace kestro {
 
@@ -12,6 +16,85 @@ using namespace std::string_view_literals;
 
 constexpr auto whiteSpace = " \t\n\v\f\r\0"sv;
 constexpr std::size_t displayTextLimit = 256;
+
+// Integers up to 2^53 and these powers of ten are exact doubles, so one multiplication or division of the two
+// rounds correctly.
+constexpr std::array powersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr std::uint64_t largestExact = std::uint64_t{1} << 53;
+constexpr std::int64_t largestExponent = 1'000'000;
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+/// The parts of a decimal number: digits x 10^exponent.
+struct Decimal {
+    std::uint64_t digits = 0;
+    std::int64_t exponent = 0;
+    bool isNegative = false;
+    bool hasDigits = false;
+    bool hasTooManyDigits = false;  ///< more than `digits` holds
+
+    void append(char digit) {
+        hasDigits = true;
+        hasTooManyDigits = hasTooManyDigits || digits > largestExact;
+        if (!hasTooManyDigits) {
+            digits = digits * 10 + static_cast<std::uint64_t>(digit - '0');
+        }
+    }
+};
+
+void takeDigits(std::string_view& rest, Decimal& decimal) {
+    for (; !rest.empty() && isDigit(rest.front()); rest.remove_prefix(1)) {
+        decimal.append(rest.front());
+    }
+}
+
+/// False: `rest` begins with no exponent.
+bool takeExponent(std::string_view& rest, std::int64_t& exponent) {
+    rest.remove_prefix(1);
+    const bool isNegative = rest.starts_with('-');
+    rest.remove_prefix(isNegative || rest.starts_with('+') ? 1 : 0);
+    if (rest.empty() || !isDigit(rest.front())) {
+        return false;
+    }
+    std::int64_t value = 0;
+    for (; !rest.empty() && isDigit(rest.front()); rest.remove_prefix(1)) {
+        value = std::min(value * 10 + (rest.front() - '0'), largestExponent);
+    }
+    exponent += isNegative ? -value : value;
+    return true;
+}
+
+/// The parts of the whole of `text`; nullopt: it is not a decimal number.
+std::optional<Decimal> decimalOf(std::string_view text) {
+    Decimal decimal;
+    decimal.isNegative = text.starts_with('-');
+    text.remove_prefix(decimal.isNegative ? 1 : 0);
+    takeDigits(text, decimal);
+    if (text.starts_with('.')) {
+        text.remove_prefix(1);
+        const auto fraction = text.size();
+        takeDigits(text, decimal);
+        decimal.exponent -= static_cast<std::int64_t>(fraction - text.size());
+    }
+    if (decimal.hasDigits && (text.starts_with('e') || text.starts_with('E')) &&
+        !takeExponent(text, decimal.exponent)) {
+        return std::nullopt;
+    }
+    return decimal.hasDigits && text.empty() ? std::optional(decimal) : std::nullopt;
+}
+
+/// The C library rounds correctly, but expects the decimal point of the current locale.
+std::optional<double> parseWithLibrary(std::string_view text) {
+    std::string local(text);
+    if (const auto point = local.find('.'); point != std::string::npos) {
+        local.replace(point, 1, std::localeconv()->decimal_point);
+    }
+    const double value = std::strtod(local.c_str(), nullptr);
+    return std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
 
 }  // namespace
 
@@ -70,6 +153,24 @@ std::string_view takeField(std::string_view& rest) {
     const auto field = rest.substr(0, rest.find_first_of(whiteSpace));
     rest.remove_prefix(field.size());
     return field;
+}
+
+std::optional<double> parseDecimal(std::string_view text) {
+    const auto decimal = decimalOf(text);
+    if (!decimal) {
+        return std::nullopt;
+    }
+    if (decimal->digits == 0 && !decimal->hasTooManyDigits) {
+        return decimal->isNegative ? -0.0 : 0.0;
+    }
+    const auto scale = static_cast<std::size_t>(std::abs(decimal->exponent));
+    if (decimal->hasTooManyDigits || decimal->digits > largestExact || scale >= powersOfTen.size()) {
+        const auto value = parseWithLibrary(text);
+        return value == 0 ? std::nullopt : value;
+    }
+    auto value = static_cast<double>(decimal->digits);
+    value = decimal->exponent < 0 ? value / powersOfTen[scale] : value * powersOfTen[scale];
+    return decimal->isNegative ? -value : value;
 }
 
 bool beginsWithControl(std::string_view text) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <charconv>
-#include <cmath>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -25,9 +24,9 @@ std::string_view takeLine(std::string_view& rest);
 /// Removes the first field, delimited by white space, from `rest` and returns it; empty when none is left.
 std::string_view takeField(std::string_view& rest);
 
-/// Removes the number at the start of `rest` and stores it; false, changing nothing, when there is none in range.
-template <typename Number>
-bool takeNumber(std::string_view& rest, Number& number) {
+/// Removes the integer at the start of `rest` and stores it; false, changing nothing, when there is none in range.
+template <std::integral Integer>
+bool takeNumber(std::string_view& rest, Integer& number) {
     const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
     if (error != std::errc{}) {
         return false;
@@ -36,17 +35,19 @@ bool takeNumber(std::string_view& rest, Number& number) {
     return true;
 }
 
+/// Parses the whole of `text` as a decimal fraction with an optional exponent, in any locale; nullopt for anything
+/// else, including one out of range. The result is the closest double. Allocates only if that takes long numbers.
+std::optional<double> parseDecimal(std::string_view text);
+
 /// Parses the whole of `text` as a number; nullopt for anything else, including one out of range or not finite.
 template <typename Number>
 std::optional<Number> parseNumber(std::string_view text) {
-    Number value{};
-    if (!takeNumber(text, value) || !text.empty()) {
-        return std::nullopt;
-    }
     if constexpr (std::floating_point<Number>) {
-        return std::isfinite(value) ? std::optional(value) : std::nullopt;
+        return parseDecimal(text);
+    } else {
+        Number value{};
+        return takeNumber(text, value) && text.empty() ? std::optional(value) : std::nullopt;
     }
-    return value;
 }
 
 /// The same without surrounding white space and zero bytes.
