@@ -1,12 +1,11 @@
 #include "platform/posix/child_process.h"
 
+#include "platform/posix/child_system.h"
 #include "platform/posix/descriptor.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -48,7 +47,7 @@ struct Pipe {
 
     bool open() {
         std::array<int, 2> ends{};
-        if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+        if (!openPrivatePipe(ends)) {
             return false;
         }
         readEnd = Descriptor(ends[0]);
@@ -65,8 +64,6 @@ public:
         posix_spawn_file_actions_adddup2(&actions_, input, STDIN_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, error, STDERR_FILENO);
-        posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
-
         sigset_t signals;
         posix_spawnattr_init(&attributes_);
         sigemptyset(&signals);
@@ -74,8 +71,9 @@ public:
         sigfillset(&signals);
         posix_spawnattr_setsigdefault(&attributes_, &signals);
         posix_spawnattr_setpgroup(&attributes_, 0);
-        posix_spawnattr_setflags(&attributes_,
-                                 POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);
+        const auto flags = closeOtherDescriptors(actions_);
+        posix_spawnattr_setflags(&attributes_, static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                                  POSIX_SPAWN_SETPGROUP | flags));
     }
     ~SpawnPlan() {
         posix_spawn_file_actions_destroy(&actions_);
@@ -91,7 +89,8 @@ public:
         }
         words.push_back(nullptr);
         pid_t child = 0;
-        if (posix_spawn(&child, words.front(), &actions_, &attributes_, words.data(), environ) != 0) {
+        if (posix_spawn(&child, words.front(), &actions_, &attributes_, words.data(),
+                        environmentOfThisProcess()) != 0) {
             return std::nullopt;
         }
         return child;
@@ -152,8 +151,8 @@ bool hasExited(pid_t child) {
 
 /// Waits for the child to exit. False: patience ended first.
 bool waitForExit(pid_t child, const Patience& patience) {
-    // Sandboxes may have no process descriptors: only poll for the exit, then.
-    const Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
+    // Without a descriptor, only check for the exit again and again.
+    const Descriptor process(openProcess(child));
     constexpr int milliseconds = 10;
     while (!hasExited(child)) {
         if (patience.isOver()) {

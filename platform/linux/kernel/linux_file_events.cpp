@@ -1,8 +1,8 @@
 #include "platform/linux/kernel/linux_file_events.h"
 
 #include "core/platform/run_loop.h"
-#include "platform/linux/kernel/trusted_file.h"
 #include "platform/posix/bounded_read.h"
+#include "platform/posix/trusted_file.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>

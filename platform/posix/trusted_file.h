@@ -12,4 +12,7 @@ namespace kestro {
 /// descriptor that is not open: the file is missing or untrusted.
 Descriptor openTrusted(const std::string& path, int accessMode);
 
+/// Whether an open file is trusted.
+bool isTrusted(const Descriptor& file);
+
 }  // namespace kestro
