@@ -2,6 +2,7 @@
 
 #include "core/platform/clock.h"
 #include "core/platform/run_loop.h"
+#include "platform/posix/timer_schedule.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -11,25 +12,11 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <vector>
 
 namespace kestro {
 
-/// The first firing of a timer scheduled at `now`: as `nextFiringTime`, but at most a period after `now`, even if
-/// that is off the grid.
-MonotonicTime firstFiringTime(MonotonicTime now, std::chrono::milliseconds period);
-
-/// The firing after one at `now`: the first multiple of `period` on the monotonic clock that is at least half a
-/// period after `now`, so that rates between two firings never cover too short an interval. All timers share this
-/// grid, so that timers of 1 s, 2 s and 5 s fire in one wake-up whenever they coincide.
-MonotonicTime nextFiringTime(MonotonicTime now, std::chrono::milliseconds period);
-
-/// The run loop on Qt's event loop. One kernel timer serves all repeating timers and is armed only for the
-/// earliest; with nothing scheduled it is off and nothing wakes the process. A firing allocates no memory. The
-/// first firing is due half a period to a period after scheduling. Every later one is due a period after the
-/// previous one; half a period to one and a half where that joins the grid or makes up for a late firing, so two
-/// firings are never less than half a period apart. A timer whose task runs a nested event loop does not fire
-/// again until that task returns.
+/// The run loop on Qt's event loop. One kernel timer serves all repeating timers, as TimerSchedule describes, and
+/// is armed only for the earliest; with nothing scheduled it is off and nothing wakes the process.
 ///
 /// Lives on the main thread, after the application object; `post` and `runInBackground` may be called from any
 /// thread while it exists.
@@ -61,22 +48,13 @@ public:
     std::optional<MonotonicTime> nextTimerWakeUp() const;
 
 private:
-    class Timer;
-    struct Entry;
-
     void fireDueTimers();
-    void runPendingTasks();
-    void remove(const std::shared_ptr<Entry>& entry);
-    void sweep();
-    void arm();
+    void arm(std::optional<MonotonicTime> next);
 
     QObject mainThread_;
     int timerDescriptor_;
     QSocketNotifier notifier_;
-    std::vector<std::shared_ptr<Entry>> entries_;
-    std::shared_ptr<QtRunLoop*> self_;  // null after destruction, since timers may outlive it
-    int firingDepth_ = 0;
-    bool needsSweep_ = false;
+    TimerSchedule timers_;
     std::uint64_t timerWakeUps_ = 0;
     QThreadPool utilityPool_;
     QThreadPool userInitiatedPool_;
