@@ -1,0 +1,49 @@
+#include "platform/desktop/bus_notifications.h"
+#include "platform/desktop/json_user_defaults.h"
+#include "platform/desktop/qt_run_loop.h"
+#include "tests/platform/contracts/run_loop_contract.h"
+#include "tests/platform/contracts/session_contract.h"
+#include "tests/platform/contracts/user_defaults_contract.h"
+#include "tests/platform/desktop/manual_run_loop.h"
+#include "tests/support/event_waiting.h"
+#include "tests/support/private_bus.h"
+#include "tests/support/temporary_directory.h"
+
+namespace kestro {
+namespace {
+
+struct DesktopPreferences {
+    TemporaryDirectory directory;
+    test::ManualRunLoop runLoop;
+    JsonUserDefaults made{runLoop, directory / "preferences.json"};
+
+    UserDefaults& port() { return made; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Desktop, UserDefaultsContract, DesktopPreferences);
+
+struct DesktopMainThread {
+    QtRunLoop made;
+
+    RunLoop& port() { return made; }
+    template <typename Done>
+    void runUntil(Done done) {
+        waitUntil(done);
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Desktop, RunLoopContract, DesktopMainThread);
+
+struct DesktopCenter {
+    PrivateBus bus;
+    QDBusConnection connection = bus.connect();
+    BusNotifications made{connection};
+
+    DistributedNotifications& port() { return made; }
+    template <typename Done>
+    void settle(Done done) {
+        waitUntil(done);
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Desktop, DistributedNotificationsContract, DesktopCenter);
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,111 @@
+#include "platform/linux/battery/linux_power_sources.h"
+#include "platform/linux/kernel/linux_file_events.h"
+#include "platform/linux/machine/linux_file_system_statistics.h"
+#include "platform/linux/machine/linux_mach_host.h"
+#include "platform/linux/machine/linux_process_info_service.h"
+#include "platform/linux/machine/linux_system_control.h"
+#include "platform/linux/network/linux_network_interfaces.h"
+#include "platform/linux/sensors/linux_hid_event_system.h"
+#include "platform/linux/sensors/linux_smc_service.h"
+#include "tests/platform/contracts/file_events_contract.h"
+#include "tests/platform/contracts/hid_event_system_contract.h"
+#include "tests/platform/contracts/mach_host_contract.h"
+#include "tests/platform/contracts/machine_contract.h"
+#include "tests/platform/contracts/network_interfaces_contract.h"
+#include "tests/platform/contracts/power_sources_contract.h"
+#include "tests/platform/contracts/smc_service_contract.h"
+#include "tests/platform/contracts/system_control_contract.h"
+#include "tests/platform/linux/kernel/queue_loop.h"
+#include "tests/platform/linux/network/recorded_interfaces.h"
+#include "tests/platform/linux/support.h"
+#include "tests/support/temporary_directory.h"
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace kestro {
+namespace {
+
+using namespace std::chrono_literals;
+using test::fixture;
+
+constexpr auto nowhere = "/no such machine";
+
+/// A port of a captured laptop, whose machine a test can replace.
+template <typename Port>
+struct OnLaptop {
+    test::ManualClock clock;
+    std::optional<Port> made{std::in_place, clock, fixture("apple-laptop")};
+
+    Port& port() { return *made; }
+    void moveTo(const std::string& root) { made.emplace(clock, root); }
+};
+
+struct LinuxHost : OnLaptop<LinuxMachHost> {
+    void fail() { moveTo(nowhere); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, MachHostContract, LinuxHost);
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, SystemControlContract, OnLaptop<LinuxSystemControl>);
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, ProcessInfoServiceContract, OnLaptop<LinuxProcessInfoService>);
+
+struct LinuxVolumes {
+    LinuxFileSystemStatistics made;
+    FileSystemStatistics& port() { return made; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, FileSystemStatisticsContract, LinuxVolumes);
+
+struct LinuxInterfaces {
+    std::string root = fixture("apple-laptop");
+    std::optional<LinuxNetworkInterfaces> made{std::in_place, root,
+                                               std::make_unique<test::RecordedInterfaces>(root)};
+
+    NetworkInterfaces& port() { return *made; }
+    void fail() { made.emplace(nowhere, std::make_unique<test::RecordedInterfaces>(nowhere)); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, NetworkInterfacesContract, LinuxInterfaces);
+
+struct LinuxSources : OnLaptop<LinuxPowerSources> {
+    void removeBattery() { moveTo(fixture("vm")); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, PowerSourcesContract, LinuxSources);
+
+struct LinuxController : OnLaptop<LinuxSMCService> {
+    void removeController() { moveTo(fixture("vm")); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, SMCServiceContract, LinuxController);
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, HIDEventSystemContract, OnLaptop<LinuxHIDEventSystem>);
+
+struct LinuxFiles {
+    test::QueueLoop loop;
+    LinuxFileEvents made{loop};
+    TemporaryDirectory directory;
+
+    FileEvents& port() { return made; }
+    std::string path() const { return directory / "command"; }
+    void write(const std::string& text) {
+        // As this user's, whatever the test's caller allows others.
+        made.createIfMissing(path());
+        directory.write("command", text);
+    }
+    void remove() const { std::filesystem::remove(path()); }
+
+    /// Events of Linux arrive on a thread of their own.
+    template <typename Done>
+    void settle(Done done) {
+        while (!done() && loop.runNext()) {
+        }
+        while (loop.queued() > 0 && loop.runNext(0ms)) {
+        }
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, FileEventsContract, LinuxFiles);
+
+}  // namespace
+}  // namespace kestro
