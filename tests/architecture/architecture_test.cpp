@@ -97,6 +97,7 @@ const std::map<std::string, std::vector<std::string>> allowed = {
     {"platform/linux/battery", {"core/base", "core/platform", "platform/posix", "platform/linux/kernel"}},
     {"platform/linux/process", {"core/base", "core/platform", "platform/posix", "platform/linux/kernel"}},
     {"platform/desktop", {"core/base", "core/platform", "platform/posix"}},
+    {"platform/macos", {"core/base", "core/platform", "platform/posix"}},
     {"platform/simulated", {"core/base", "core/platform"}},
     {"ui", {"core"}},
     {"shell", {"core", "ui"}},
@@ -172,7 +173,8 @@ TEST(Architecture, FoldersHaveNoIncludeCycles) {
 }
 
 TEST(Architecture, CoreAndTheKernelFacingPortsDoNotUseQt) {
-    for (const std::string folder : {"core", "platform/posix", "platform/linux", "platform/simulated"}) {
+    for (const std::string folder :
+         {"core", "platform/posix", "platform/linux", "platform/macos", "platform/simulated"}) {
         for (const auto& include : includesBelow(folder)) {
             EXPECT_FALSE(include.name.starts_with("Q")) << include.from << " includes " << include.name;
         }
@@ -199,6 +201,19 @@ TEST(Architecture, OnlyTheDesktopFoldersUseItsProtocols) {
                 std::ranges::any_of(std::vector<std::string>{"QDBus", "QtDBus", "xcb/", "X11/", "wayland", "qpa/"},
                                     [&](const std::string& start) { return include.name.starts_with(start); });
             EXPECT_TRUE(!isProtocol || lies(include.from, "platform/desktop") || lies(include.from, "shell/linux"))
+                << include.from << " includes " << include.name;
+        }
+    }
+}
+
+TEST(Architecture, OnlyTheMacFoldersUseItsFrameworks) {
+    for (const std::string folder : {"core", "platform", "ui", "shell", "app"}) {
+        for (const auto& include : includesBelow(folder)) {
+            const bool isFramework =
+                std::ranges::any_of(std::vector<std::string>{"AppKit/", "CoreFoundation/", "Foundation/", "IOKit/",
+                                                             "dispatch/", "mach/"},
+                                    [&](const std::string& start) { return include.name.starts_with(start); });
+            EXPECT_TRUE(!isFramework || lies(include.from, "platform/macos") || lies(include.from, "shell/macos"))
                 << include.from << " includes " << include.name;
         }
     }

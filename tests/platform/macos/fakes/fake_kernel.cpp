@@ -1,0 +1,311 @@
+#include "tests/platform/macos/fakes/fake_mac.h"
+
+#include <ifaddrs.h>
+#include <libkern/OSThermalNotification.h>
+#include <net/if.h>
+#include <net/if_types.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <notify.h>
+#include <sys/socket.h>
+#include <sys/statvfs.h>
+#include <sys/sysctl.h>
+#include <sys/time.h>
+#include <time.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace kestro::fakes {
+
+namespace {
+
+constexpr mach_port_t hostPort = 0x1103;
+constexpr mach_port_t taskPort = 0x203;
+
+FakeKernel& kernel() {
+    return FakeMac::current().kernel;
+}
+
+bool fails(const char* function) {
+    return FakeMac::current().fails(function);
+}
+
+void blame(std::string text) {
+    kernel().misuse.push_back(std::move(text));
+}
+
+/// An entry of a list with what it points to.
+struct InterfaceNode {
+    ifaddrs entry{};
+    std::string name;
+    sockaddr_in internet{};
+    sockaddr link{};
+    if_data data{};
+};
+
+struct InterfaceNodes {
+    std::vector<std::unique_ptr<InterfaceNode>> nodes;
+};
+
+void fill(InterfaceNode& node, const FakeInterface& source) {
+    node.name = source.name;
+    node.entry.ifa_name = node.name.data();
+    node.entry.ifa_flags = source.flags;
+    if (source.family == AF_INET) {
+        node.internet.sin_len = sizeof node.internet;
+        node.internet.sin_family = AF_INET;
+        std::memcpy(&node.internet.sin_addr, source.ipv4.data(), source.ipv4.size());
+        node.entry.ifa_addr = reinterpret_cast<sockaddr*>(&node.internet);
+    } else if (source.family != 0) {
+        node.link.sa_len = sizeof node.link;
+        node.link.sa_family = static_cast<sa_family_t>(source.family);
+        node.entry.ifa_addr = &node.link;
+    }
+    if (source.family == AF_LINK && source.hasStatistics) {
+        node.data.ifi_type = source.type;
+        node.data.ifi_ibytes = source.receivedBytes;
+        node.data.ifi_obytes = source.sentBytes;
+        node.entry.ifa_data = &node.data;
+    }
+}
+
+/// sysctl(3)'s rules for the caller's buffer.
+int answer(const void* value, std::size_t length, void* buffer, std::size_t* size) {
+    if (buffer == nullptr) {
+        *size = length;
+        return 0;
+    }
+    const bool fits = length <= *size;
+    *size = std::min(length, *size);
+    std::memcpy(buffer, value, *size);
+    errno = fits ? 0 : ENOMEM;
+    return fits ? 0 : -1;
+}
+
+std::map<const void*, std::unique_ptr<InterfaceNodes>> interfaceMemory;
+
+}  // namespace
+
+FakeKernel::FakeKernel() = default;
+FakeKernel::~FakeKernel() {
+    interfaceMemory.clear();
+}
+
+void FakeKernel::appendHeld(std::vector<std::string>& all) const {
+    const auto append = [&all](std::size_t count, const char* what) {
+        if (count > 0) {
+            all.push_back(std::to_string(count) + " " + what);
+        }
+    };
+    append(sendRights.size(), "send rights");
+    append(arrays.size(), "arrays of the kernel");
+    append(interfaceLists.size(), "interface lists");
+    append(notifyTokens.size(), "notify tokens");
+}
+
+}  // namespace kestro::fakes
+
+using namespace kestro::fakes;
+
+extern "C" {
+
+mach_port_t mach_task_self_ = taskPort;
+const char* const kOSThermalNotificationPressureLevelName = "com.apple.system.thermalpressurelevel";
+
+mach_port_t mach_host_self() {
+    if (fails("mach_host_self")) {
+        return 0;
+    }
+    ++kernel().sendRights[hostPort];
+    return hostPort;
+}
+
+kern_return_t mach_port_deallocate(ipc_space_t task, mach_port_name_t name) {
+    auto& rights = kernel().sendRights;
+    const auto found = rights.find(name);
+    if (task != taskPort || found == rights.end()) {
+        blame("mach_port_deallocate of a port that is not held");
+        return KERN_FAILURE;
+    }
+    if (--found->second == 0) {
+        rights.erase(found);
+    }
+    return KERN_SUCCESS;
+}
+
+kern_return_t host_processor_info(host_t host, processor_flavor_t flavor, natural_t* processorCount,
+                                  processor_info_array_t* info, mach_msg_type_number_t* length) {
+    if (fails("host_processor_info") || host != hostPort || flavor != PROCESSOR_CPU_LOAD_INFO) {
+        return KERN_FAILURE;
+    }
+    FakeKernel& state = kernel();
+    *processorCount = static_cast<natural_t>(state.ticks.size());
+    *length = *processorCount * CPU_STATE_MAX;
+    if (state.answersWithoutArray) {
+        *info = nullptr;
+        return KERN_SUCCESS;
+    }
+    // Exactly as long as it says, for the address sanitizer.
+    auto array = std::make_unique<integer_t[]>(*length);
+    std::memcpy(array.get(), state.ticks.data(), *length * sizeof(integer_t));
+    *info = array.get();
+    const auto address = reinterpret_cast<std::uintptr_t>(array.get());
+    state.arraySizes[address] = *length * sizeof(integer_t);
+    state.arrays[address] = std::move(array);
+    return KERN_SUCCESS;
+}
+
+kern_return_t vm_deallocate(vm_map_t task, vm_address_t address, vm_size_t size) {
+    FakeKernel& state = kernel();
+    const auto found = state.arraySizes.find(address);
+    if (task != taskPort || found == state.arraySizes.end() || found->second != size) {
+        blame("vm_deallocate of memory that is not held, or of another size");
+        return KERN_FAILURE;
+    }
+    state.arraySizes.erase(found);
+    state.arrays.erase(address);
+    return KERN_SUCCESS;
+}
+
+kern_return_t host_statistics64(host_t host, host_flavor_t flavor, host_info64_t info,
+                                mach_msg_type_number_t* length) {
+    if (fails("host_statistics64") || host != hostPort || flavor != HOST_VM_INFO64) {
+        return KERN_FAILURE;
+    }
+    *length = std::min(*length, kernel().statisticsLength);
+    std::memcpy(info, &kernel().statistics, *length * sizeof(integer_t));
+    return KERN_SUCCESS;
+}
+
+kern_return_t host_page_size(host_t host, vm_size_t* pageSize) {
+    if (fails("host_page_size") || host != hostPort) {
+        return KERN_FAILURE;
+    }
+    *pageSize = kernel().pageSize;
+    return KERN_SUCCESS;
+}
+
+int sysctlbyname(const char* name, void* oldValue, std::size_t* oldSize, void* newValue, std::size_t newSize) {
+    const auto& values = kernel().values;
+    const auto found = values.find(name);
+    if (fails("sysctlbyname") || found == values.end() || newValue != nullptr || newSize != 0) {
+        errno = ENOENT;
+        return -1;
+    }
+    return std::visit(
+        [&](const auto& value) {
+            if constexpr (requires { value.c_str(); }) {
+                return answer(value.c_str(), value.size() + 1, oldValue, oldSize);
+            } else if constexpr (requires { value.data(); }) {
+                return answer(value.data(), value.size(), oldValue, oldSize);
+            } else {
+                return answer(&value, sizeof value, oldValue, oldSize);
+            }
+        },
+        found->second);
+}
+
+int sysctl(int* name, unsigned int length, void* oldValue, std::size_t* oldSize, void*, std::size_t) {
+    const auto& bootTime = kernel().bootTime;
+    if (fails("sysctl") || length != 2 || name[0] != CTL_KERN || name[1] != KERN_BOOTTIME || !bootTime) {
+        errno = ENOENT;
+        return -1;
+    }
+    const timeval time{bootTime->first, bootTime->second};
+    return answer(&time, sizeof time, oldValue, oldSize);
+}
+
+unsigned long long clock_gettime_nsec_np(clockid_t) {
+    return kernel().uptime;
+}
+
+std::uint32_t notify_register_check(const char* name, int* token) {
+    static int last = 0;
+    if (fails("notify_register_check") || std::strcmp(name, kOSThermalNotificationPressureLevelName) != 0) {
+        return 1;
+    }
+    *token = ++last;
+    kernel().notifyTokens.insert(*token);
+    return NOTIFY_STATUS_OK;
+}
+
+std::uint32_t notify_get_state(int token, std::uint64_t* state) {
+    if (fails("notify_get_state") || !kernel().notifyTokens.contains(token)) {
+        return 1;
+    }
+    *state = kernel().thermalPressure;
+    return NOTIFY_STATUS_OK;
+}
+
+std::uint32_t notify_cancel(int token) {
+    if (kernel().notifyTokens.erase(token) == 0) {
+        blame("notify_cancel of a token that is not held");
+    }
+    return NOTIFY_STATUS_OK;
+}
+
+int statvfs(const char* path, struct statvfs* status) {
+    FakeKernel& state = kernel();
+    const auto found = state.volumes.find(path);
+    if (state.interruptedCalls > 0) {
+        --state.interruptedCalls;
+        errno = EINTR;
+        return -1;
+    }
+    if (fails("statvfs") || found == state.volumes.end()) {
+        errno = ENOENT;
+        return -1;
+    }
+    const auto& [fragment, blocks, available] = found->second;
+    status->f_frsize = fragment;
+    status->f_blocks = static_cast<fsblkcnt_t>(blocks);
+    status->f_bavail = static_cast<fsblkcnt_t>(available);
+    return 0;
+}
+
+int getifaddrs(ifaddrs** list) {
+    FakeKernel& state = kernel();
+    if (fails("getifaddrs")) {
+        errno = EACCES;
+        return -1;
+    }
+    auto memory = std::make_unique<InterfaceNodes>();
+    *list = nullptr;
+    for (auto source = state.interfaces.rbegin(); source != state.interfaces.rend(); ++source) {
+        auto node = std::make_unique<InterfaceNode>();
+        fill(*node, *source);
+        node->entry.ifa_next = *list;
+        *list = &node->entry;
+        memory->nodes.push_back(std::move(node));
+    }
+    if (*list != nullptr) {
+        state.interfaceLists.insert(*list);
+        interfaceMemory[*list] = std::move(memory);
+    }
+    return 0;
+}
+
+void freeifaddrs(ifaddrs* list) {
+    if (list != nullptr && kernel().interfaceLists.erase(list) == 0) {
+        blame("freeifaddrs of a list that is not held");
+    }
+    interfaceMemory.erase(list);
+}
+
+int getnameinfo(const sockaddr* address, socklen_t length, char* host, socklen_t hostLength, char* service,
+                socklen_t, int flags) {
+    const bool isValid = address->sa_family == AF_INET && address->sa_len == sizeof(sockaddr_in) &&
+                         length == sizeof(sockaddr_in) && service == nullptr && flags == NI_NUMERICHOST;
+    if (fails("getnameinfo") || !isValid) {
+        return EAI_FAMILY;
+    }
+    std::uint8_t bytes[4];
+    std::memcpy(bytes, &reinterpret_cast<const sockaddr_in*>(address)->sin_addr, sizeof bytes);
+    std::snprintf(host, hostLength, "%d.%d.%d.%d", bytes[0], bytes[1], bytes[2], bytes[3]);
+    return 0;
+}
+
+}  // extern "C"
