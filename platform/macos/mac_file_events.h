@@ -1,0 +1,25 @@
+#pragma once
+
+#include "core/platform/file_events.h"
+
+namespace kestro {
+
+class RunLoop;
+
+/// File events from descriptors that are open for events only. Watches the file itself, and its folder only while
+/// the file is missing or not trusted, so that other activity there causes no wake-ups. All writes before a
+/// callback are coalesced into one call. Main thread; the run loop outlives this object.
+class MacFileEvents final : public FileEvents {
+public:
+    explicit MacFileEvents(RunLoop& runLoop) : runLoop_(runLoop) {}
+
+    void createIfMissing(const std::string& path) override;
+    [[nodiscard]] std::unique_ptr<FileEventSource> watchWrites(const std::string& path, Handler handler) override;
+    std::optional<std::string> read(const std::string& path) override;
+    void truncate(const std::string& path) override;
+
+private:
+    RunLoop& runLoop_;
+};
+
+}  // namespace kestro

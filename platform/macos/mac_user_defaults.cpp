@@ -1,0 +1,44 @@
+#include "platform/macos/mac_user_defaults.h"
+
+#include "platform/macos/cf_values.h"
+
+#include <type_traits>
+#include <utility>
+
+namespace kestro {
+
+MacUserDefaults::~MacUserDefaults() {
+    flush();
+}
+
+std::optional<PreferenceValue> MacUserDefaults::object(std::string_view key) const {
+    const auto name = makeString(key);
+    if (!name) {
+        return std::nullopt;
+    }
+    const CFOwned<CFTypeRef> stored(CFPreferencesCopyAppValue(name.get(), kCFPreferencesCurrentApplication));
+    return std::visit(
+        [](auto&& value) -> std::optional<PreferenceValue> {
+            if constexpr (std::is_same_v<std::decay_t<decltype(value)>, std::monostate>) {
+                return std::nullopt;
+            } else {
+                return PreferenceValue(std::forward<decltype(value)>(value));
+            }
+        },
+        valueOf(stored.get()));
+}
+
+void MacUserDefaults::set(std::string_view key, PreferenceValue value) {
+    const auto name = makeString(key);
+    const auto object = std::visit(
+        [](auto&& kind) { return makeObject(CFValue(std::forward<decltype(kind)>(kind))); }, std::move(value));
+    if (name && object) {
+        CFPreferencesSetAppValue(name.get(), object.get(), kCFPreferencesCurrentApplication);
+    }
+}
+
+void MacUserDefaults::flush() {
+    CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication);
+}
+
+}  // namespace kestro

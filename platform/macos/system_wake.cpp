@@ -1,0 +1,42 @@
+#include "platform/macos/system_wake.h"
+
+#include <IOKit/IOMessage.h>
+#include <IOKit/pwr_mgt/IOPMLib.h>
+
+#include <cstdint>
+#include <utility>
+
+namespace kestro {
+
+SystemWake::SystemWake(std::function<void()> handler) : handler_(std::move(handler)) {
+    rootPowerDomain_.reset(IORegisterForSystemPower(this, &port_, &changed, &notifier_));
+    if (rootPowerDomain_) {
+        CFRunLoopAddSource(CFRunLoopGetMain(), IONotificationPortGetRunLoopSource(port_), kCFRunLoopCommonModes);
+    }
+}
+
+SystemWake::~SystemWake() {
+    if (rootPowerDomain_) {
+        // In this order: the port also removes its source from the run loop.
+        IODeregisterForSystemPower(&notifier_);
+        IONotificationPortDestroy(port_);
+    }
+}
+
+void SystemWake::changed(void* self, io_service_t, std::uint32_t message, void* argument) {
+    const auto& wake = *static_cast<const SystemWake*>(self);
+    switch (message) {
+        case kIOMessageCanSystemSleep:
+        case kIOMessageSystemWillSleep:
+            // The system waits half a minute for an answer.
+            IOAllowPowerChange(wake.rootPowerDomain_.get(), reinterpret_cast<std::intptr_t>(argument));
+            break;
+        case kIOMessageSystemHasPoweredOn:
+            wake.handler_();
+            break;
+        default:
+            break;
+    }
+}
+
+}  // namespace kestro
