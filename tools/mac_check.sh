@@ -79,16 +79,10 @@ make_stub() {  # FRAMEWORK
 
 object_of() { printf '%s/%s/%s.o\n' "$here" "$1" "$(tr / . <<<"${2%.cpp}")"; }  # TARGET SOURCE
 
-compile() {  # TARGET SOURCE: unless the object is newer than every source
-    local object
-    object=$(object_of "$1" "$2")
-    if [ -f "$object" ] && [ -z "$(find core platform/posix platform/macos tools/mac_check* -newer "$object" -print -quit)" ]; then
-        return
-    fi
+compile() {  # TARGET SOURCE: the compiler's own cache skips what has not changed
     "$here/zig/zig" c++ -target "$1.$minimum" -std=c++20 -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual \
         -Werror -O1 -fno-sanitize=all -fvisibility=hidden -DFMT_HEADER_ONLY -I. -isystem "$here/include" \
-        -c "$2" -o "$object.part" || { say "--- $2 for $1"; return 1; }
-    mv "$object.part" "$object"
+        -c "$2" -o "$(object_of "$1" "$2")" || { say "--- $2 for $1"; return 1; }
 }
 
 link_program() {  # TARGET SOURCE...

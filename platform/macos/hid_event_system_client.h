@@ -5,10 +5,10 @@
 
 #include <cstdint>
 
-// The functions of the HID event system that IOKit exports without declaring them in its public headers, and the
-// constants that go with them. The names, the event type (the sixteenth of its enumeration), the field (the event
-// type in the upper half) and the result types are those of IOKitUser and IOHIDFamily, which Apple publishes: the
-// wrappers in IOHIDFamily's HID/HIDEventSystemClient.m and HID/HIDEventAccessors.m call the same functions.
+// Functions of the HID event system that IOKit exports, but that its public headers do not declare, and the
+// constants that go with them. The names and types follow Apple's published IOHIDFamily, whose HID framework calls
+// the same functions (HID/HIDEventSystemClient.m, HID/HIDEventAccessors.m). The parameters of CopyEvent are
+// published nowhere; all but the first two are 0 here, so only their number matters.
 extern "C" {
 
 using IOHIDEventRef = struct __IOHIDEvent*;

@@ -47,14 +47,18 @@ public:
     }
 
 private:
-    /// Watches the file that is now at the path, or else the folder. True: there is a trusted file, which was not
-    /// there before or was not trusted.
+    /// Watches the file that is now at the path, a new one if it is missing, or else the folder. True: there is a
+    /// trusted file, which was not there before or was not trusted.
     bool follow() {
-        const bool isNew = watchFile();
+        bool isNew = watchFile();
+        if (!isTrusted_) {
+            renewTrusted(path_);
+            isNew = watchFile() || isNew;
+        }
         if (file_ == nullptr && folderWatch_ == nullptr) {
             watchFolder();
             // Again: the file may have appeared before the folder was watched.
-            return watchFile() || isNew;
+            isNew = watchFile() || isNew;
         }
         return isNew;
     }
@@ -141,8 +145,7 @@ private:
 }  // namespace
 
 void MacFileEvents::createIfMissing(const std::string& path) {
-    const Descriptor created(
-        open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    createTrusted(path);
 }
 
 std::unique_ptr<FileEventSource> MacFileEvents::watchWrites(const std::string& path, Handler handler) {

@@ -6,9 +6,9 @@ namespace kestro {
 
 class RunLoop;
 
-/// File events from descriptors that are open for events only. Watches the file itself, and its folder only while
-/// the file is missing or not trusted, so that other activity there causes no wake-ups. All writes before a
-/// callback are coalesced into one call. Main thread; the run loop outlives this object.
+/// File events from descriptors that are open for events only. Watches the file itself, whoever owns it, and its
+/// folder only while nothing at the path can be opened, so that other activity there causes no wake-ups. All
+/// writes before a callback are coalesced into one call. Main thread; the run loop outlives this object.
 class MacFileEvents final : public FileEvents {
 public:
     explicit MacFileEvents(RunLoop& runLoop) : runLoop_(runLoop) {}

@@ -1,5 +1,6 @@
 #include "platform/macos/mac_file_system_statistics.h"
 
+#include <sys/mount.h>
 #include <sys/statvfs.h>
 
 #include <cerrno>
@@ -22,6 +23,14 @@ std::optional<FileSystemStatus> MacFileSystemStatistics::statvfs(const std::stri
         return std::nullopt;
     }
     return FileSystemStatus{status.f_frsize, status.f_blocks, status.f_bavail};
+}
+
+std::optional<FileSystemMount> MacFileSystemStatistics::statfs(const std::string& path) {
+    struct ::statfs status {};
+    if (::statfs(path.c_str(), &status) != 0) {
+        return std::nullopt;
+    }
+    return FileSystemMount{status.f_mntonname, status.f_mntfromname, status.f_fstypename};
 }
 
 }  // namespace kestro

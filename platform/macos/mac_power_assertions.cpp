@@ -5,6 +5,7 @@
 #include <IOKit/pwr_mgt/IOPMLib.h>
 
 #include <type_traits>
+#include <utility>
 
 namespace kestro {
 
@@ -29,18 +30,31 @@ std::optional<PowerAssertionID> MacPowerAssertions::create(const std::string& ty
     if (!typeText || !nameText ||
         IOPMAssertionCreateWithName(typeText.get(), level, nameText.get(), &id) != kIOReturnSuccess ||
         id == kIOPMNullAssertionID) {
+        setReport({PowerAssertionReport::State::refused, {}});
         return std::nullopt;
     }
     held_.push_back(id);
+    newest_ = id;
+    setReport({PowerAssertionReport::State::held, {"macOS"}});
     return id;
 }
 
 void MacPowerAssertions::release(PowerAssertionID id) {
     if (std::erase(held_, id) > 0) {
         IOPMAssertionRelease(id);
+        if (id == newest_) {
+            setReport({});
+        }
     }
 }
 
 void MacPowerAssertions::setRevocationHandler(std::function<void(PowerAssertionID)>) {}
+
+void MacPowerAssertions::setReport(PowerAssertionReport report) {
+    report_ = std::move(report);
+    if (const auto handler = reportHandler_) {
+        handler();
+    }
+}
 
 }  // namespace kestro

@@ -2,6 +2,10 @@
 
 #include "core/platform/power_assertions.h"
 
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace kestro {
@@ -19,9 +23,16 @@ public:
                                            const std::string& name) override;
     void release(PowerAssertionID id) override;
     void setRevocationHandler(std::function<void(PowerAssertionID)> handler) override;
+    PowerAssertionReport report() const override { return report_; }
+    void setReportHandler(std::function<void()> handler) override { reportHandler_ = std::move(handler); }
 
 private:
+    void setReport(PowerAssertionReport report);
+
     std::vector<PowerAssertionID> held_;
+    PowerAssertionID newest_ = 0;
+    PowerAssertionReport report_;
+    std::function<void()> reportHandler_;
 };
 
 }  // namespace kestro

@@ -17,15 +17,16 @@ std::optional<PreferenceValue> MacUserDefaults::object(std::string_view key) con
         return std::nullopt;
     }
     const CFOwned<CFTypeRef> stored(CFPreferencesCopyAppValue(name.get(), kCFPreferencesCurrentApplication));
-    return std::visit(
-        [](auto&& value) -> std::optional<PreferenceValue> {
-            if constexpr (std::is_same_v<std::decay_t<decltype(value)>, std::monostate>) {
-                return std::nullopt;
-            } else {
-                return PreferenceValue(std::forward<decltype(value)>(value));
+    CFValue value = valueOf(stored.get());
+    std::optional<PreferenceValue> preference;
+    std::visit(
+        [&preference](auto& kind) {
+            if constexpr (!std::is_same_v<std::decay_t<decltype(kind)>, std::monostate>) {
+                preference.emplace(std::move(kind));
             }
         },
-        valueOf(stored.get()));
+        value);
+    return preference;
 }
 
 void MacUserDefaults::set(std::string_view key, PreferenceValue value) {

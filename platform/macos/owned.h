@@ -2,6 +2,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <IOKit/IOKitLib.h>
+#include <IOKit/pwr_mgt/IOPMLib.h>
 #include <dispatch/dispatch.h>
 #include <mach/mach.h>
 
@@ -67,6 +68,14 @@ struct IOConnectionReleaser {
     void operator()(io_connect_t connection) const { IOServiceClose(connection); }
 };
 
+struct NotificationPortReleaser {
+    void operator()(IONotificationPortRef port) const { IONotificationPortDestroy(port); }
+};
+
+struct SystemPowerNotifierReleaser {
+    void operator()(io_object_t notifier) const { IODeregisterForSystemPower(&notifier); }
+};
+
 struct SendRightReleaser {
     void operator()(mach_port_t port) const { mach_port_deallocate(mach_task_self(), port); }
 };
@@ -87,6 +96,13 @@ using IOObject = Owned<io_object_t, IOObjectReleaser>;
 
 /// An open connection to a driver.
 using IOConnection = Owned<io_connect_t, IOConnectionReleaser>;
+
+/// Where IOKit sends notifications; releasing it removes its source from the run loop. Not a Core Foundation
+/// object.
+using NotificationPort = Owned<IONotificationPortRef, NotificationPortReleaser>;
+
+/// The registration for changes of the system's power.
+using SystemPowerNotifier = Owned<io_object_t, SystemPowerNotifierReleaser>;
 
 /// The right to send to a mach port.
 using SendRight = Owned<mach_port_t, SendRightReleaser>;

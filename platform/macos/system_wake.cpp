@@ -9,17 +9,10 @@
 namespace kestro {
 
 SystemWake::SystemWake(std::function<void()> handler) : handler_(std::move(handler)) {
-    rootPowerDomain_.reset(IORegisterForSystemPower(this, &port_, &changed, &notifier_));
+    rootPowerDomain_.reset(IORegisterForSystemPower(this, port_.out(), &changed, notifier_.out()));
     if (rootPowerDomain_) {
-        CFRunLoopAddSource(CFRunLoopGetMain(), IONotificationPortGetRunLoopSource(port_), kCFRunLoopCommonModes);
-    }
-}
-
-SystemWake::~SystemWake() {
-    if (rootPowerDomain_) {
-        // In this order: the port also removes its source from the run loop.
-        IODeregisterForSystemPower(&notifier_);
-        IONotificationPortDestroy(port_);
+        CFRunLoopAddSource(CFRunLoopGetMain(), IONotificationPortGetRunLoopSource(port_.get()),
+                           kCFRunLoopCommonModes);
     }
 }
 

@@ -15,7 +15,6 @@ namespace kestro {
 class SystemWake {
 public:
     explicit SystemWake(std::function<void()> handler);
-    ~SystemWake();
     SystemWake(const SystemWake&) = delete;
     SystemWake& operator=(const SystemWake&) = delete;
 
@@ -23,9 +22,10 @@ private:
     static void changed(void* self, io_service_t service, std::uint32_t message, void* argument);
 
     const std::function<void()> handler_;
-    IONotificationPortRef port_ = nullptr;  ///< not a Core Foundation object; null: not registered
-    io_object_t notifier_ = IO_OBJECT_NULL;
+    // The notifier must be released first, and the connection to the power domain last.
     IOConnection rootPowerDomain_;
+    NotificationPort port_;
+    SystemPowerNotifier notifier_;
 };
 
 }  // namespace kestro

@@ -22,9 +22,9 @@ MonotonicTime nextFiringTime(MonotonicTime now, std::chrono::milliseconds period
 
 /// The repeating timers of a run loop, which needs a single timer of the system for all of them. A firing
 /// allocates no memory. The first firing is due half a period to a period after scheduling. Every later one is due
-/// a period after the previous one; half a period to one and a half where that joins the grid or makes up for a late
-/// firing, so two firings are never less than half a period apart. A timer whose task runs a nested event loop does
-/// not fire again until that task returns. Main thread.
+/// a period after the previous one; half a period to one and a half where that joins the grid or makes up for a
+/// late firing, so two firings are never less than half a period apart. A timer whose task runs a nested event
+/// loop does not fire again until that task returns. Main thread.
 class TimerSchedule {
 public:
     using Now = std::function<MonotonicTime()>;

@@ -11,6 +11,8 @@
 #include "platform/macos/mac_mach_host.h"
 #include "platform/macos/mac_network_interfaces.h"
 #include "platform/macos/mac_power_assertions.h"
+#include "platform/macos/mac_power_events.h"
+#include "platform/macos/mac_power_mode_service.h"
 #include "platform/macos/mac_power_sources.h"
 #include "platform/macos/mac_process_info_service.h"
 #include "platform/macos/mac_run_loop.h"
@@ -42,8 +44,10 @@ struct Mac {
     MacSMCService smc;
     MacHIDEventSystem hidEventSystem;
     MacCommandRunner commandRunner;
-    MacScriptRunner scriptRunner;
+    MacPowerModeService powerModeService{runLoop};
+    MacScriptRunner scriptRunner{powerModeService};
     MacPowerAssertions powerAssertions;
+    MacPowerEvents powerEvents;
     MacUserDefaults userDefaults;
     MacDistributedNotifications notifications{runLoop};
     MacFileEvents fileEvents{runLoop};
@@ -62,6 +66,8 @@ struct Mac {
         .commandRunner = commandRunner,
         .scriptRunner = scriptRunner,
         .powerAssertions = powerAssertions,
+        .powerEvents = powerEvents,
+        .powerModeService = powerModeService,
         .userDefaults = userDefaults,
         .notifications = notifications,
         .fileEvents = fileEvents,

@@ -23,19 +23,6 @@ namespace kestro {
 
 namespace {
 
-void createPrivately(const std::string& path) {
-    const Descriptor created(
-        open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
-}
-
-/// Whether this user's own file at the path is untrusted only because of its mode, as one that a shell has created
-/// with a umask of 002. Others may hold it open for writing, so that another mode would not make it trusted.
-bool isOwnButShared(const std::string& path) {
-    struct stat found {};
-    return lstat(path.c_str(), &found) == 0 && S_ISREG(found.st_mode) && found.st_uid == geteuid() &&
-           found.st_nlink == 1 && (found.st_mode & (S_IWGRP | S_IWOTH)) != 0;
-}
-
 /// Follows one path across writes, replacement and deletion, and creates the file when it is missing. Watches only
 /// the file while it exists. Watches the directory, where other users may be busy, only while the path is taken by
 /// something untrusted.
@@ -53,7 +40,7 @@ public:
     /// no watch left.
     bool arm() {
         if (!watchFile()) {
-            renewFile();
+            renewTrusted(path_);
             watchFile();
         }
         if (fileWatch_ < 0 && directoryWatch_ < 0) {
@@ -96,13 +83,6 @@ public:
     }
 
 private:
-    void renewFile() const {
-        if (isOwnButShared(path_)) {
-            unlink(path_.c_str());
-        }
-        createPrivately(path_);
-    }
-
     bool watchFile() {
         const auto file = openTrusted(path_, O_RDONLY);
         if (file.isOpen()) {
@@ -206,7 +186,7 @@ private:
 }  // namespace
 
 void LinuxFileEvents::createIfMissing(const std::string& path) {
-    createPrivately(path);
+    createTrusted(path);
 }
 
 std::unique_ptr<FileEventSource> LinuxFileEvents::watchWrites(const std::string& path, Handler handler) {

@@ -83,26 +83,27 @@ TEST(MacFileEvents, FollowsAFileThatIsReplaced) {
     EXPECT_EQ(file.callsAfterEvents(), 1);
 }
 
-TEST(MacFileEvents, FollowsAFileThatIsDeletedAndRecreated) {
+TEST(MacFileEvents, RecreatesAFileThatIsDeleted) {
     CommandFile file;
     file.events.createIfMissing(file.path);
     const auto source = file.watch();
 
     std::filesystem::remove(file.path);
-    EXPECT_EQ(file.callsAfterEvents(), 0);
-    file.events.createIfMissing(file.path);
 
     EXPECT_EQ(file.callsAfterEvents(), 1);
+    EXPECT_EQ(file.events.read(file.path), "");
     file.write("popover");
     EXPECT_EQ(file.callsAfterEvents(), 1);
 }
 
-TEST(MacFileEvents, FollowsAFileThatIsRenamedAway) {
+TEST(MacFileEvents, RecreatesAFileThatIsRenamedAway) {
     CommandFile file;
     file.events.createIfMissing(file.path);
     const auto source = file.watch();
 
     std::filesystem::rename(file.path, file.directory / "elsewhere");
+    EXPECT_EQ(file.callsAfterEvents(), 1);
+    std::ofstream(file.directory / "elsewhere") << "text";
     EXPECT_EQ(file.callsAfterEvents(), 0);
     file.write("popover");
 
@@ -120,31 +121,62 @@ TEST(MacFileEvents, IgnoresTheFolderWhileTheFileExists) {
     EXPECT_EQ(file.callsAfterEvents(), 0);
 }
 
-TEST(MacFileEvents, WaitsForAMissingFile) {
+TEST(MacFileEvents, CreatesAMissingFile) {
     CommandFile file;
     const auto source = file.watch();
     ASSERT_TRUE(source);
 
-    std::ofstream(file.directory / "unrelated") << "text";
-    EXPECT_EQ(file.callsAfterEvents(), 0);
+    EXPECT_EQ(file.events.read(file.path), "");
     file.write("popover");
 
     EXPECT_EQ(file.callsAfterEvents(), 1);
 }
 
-TEST(MacFileEvents, CallsWhenAFileBecomesTrusted) {
+TEST(MacFileEvents, ReplacesAnOwnFileThatOthersMayWrite) {
     CommandFile file;
     file.write("popover");
     ASSERT_EQ(chmod(file.path.c_str(), 0666), 0);
     const auto source = file.watch();
 
+    EXPECT_EQ(file.events.read(file.path), "");
     file.write("hide");
-    EXPECT_EQ(file.callsAfterEvents(), 0);
-    EXPECT_FALSE(file.events.read(file.path));
-    ASSERT_EQ(chmod(file.path.c_str(), 0600), 0);
 
     EXPECT_EQ(file.callsAfterEvents(), 1);
     EXPECT_EQ(file.events.read(file.path), "hide");
+    ASSERT_EQ(chmod(file.path.c_str(), 0666), 0);
+    EXPECT_EQ(file.callsAfterEvents(), 1);
+    EXPECT_EQ(file.events.read(file.path), "");
+}
+
+TEST(MacFileEvents, CallsWhenAFileBecomesTrusted) {
+    CommandFile file;
+    file.write("popover");
+    const std::string second = file.directory / "second";
+    std::filesystem::create_hard_link(file.path, second);
+    const auto source = file.watch();
+
+    file.write("hide");
+    EXPECT_EQ(file.callsAfterEvents(), 0);
+    EXPECT_FALSE(file.events.read(file.path));
+    std::filesystem::remove(second);
+
+    EXPECT_EQ(file.callsAfterEvents(), 1);
+    EXPECT_EQ(file.events.read(file.path), "hide");
+}
+
+TEST(MacFileEvents, WaitsWhileSomethingElseIsAtThePath) {
+    CommandFile file;
+    std::filesystem::create_symlink("/dev/null", file.path);
+    const auto source = file.watch();
+    ASSERT_TRUE(source);
+
+    std::ofstream(file.directory / "unrelated") << "text";
+    EXPECT_EQ(file.callsAfterEvents(), 0);
+    std::filesystem::remove(file.path);
+    EXPECT_EQ(file.callsAfterEvents(), 1);
+    file.write("popover");
+
+    EXPECT_EQ(file.callsAfterEvents(), 1);
 }
 
 TEST(MacFileEvents, DoesNotFollowLinks) {

@@ -24,6 +24,15 @@ TEST(MacFileSystemStatistics, CountsFragments) {
     EXPECT_FALSE(fileSystem.statvfs("/missing"));
 }
 
+TEST(MacFileSystemStatistics, NamesTheMount) {
+    FakeMac mac;
+    mac.kernel.mounts["/"] = {"/", "/dev/disk3s1s1", "apfs"};
+    MacFileSystemStatistics fileSystem;
+
+    EXPECT_EQ(fileSystem.statfs("/"), (FileSystemMount{"/", "/dev/disk3s1s1", "apfs"}));
+    EXPECT_FALSE(fileSystem.statfs("/missing"));
+}
+
 TEST(MacFileSystemStatistics, RetriesInterruptedCalls) {
     FakeMac mac;
     mac.kernel.volumes["/"] = {4096, 100, 50};
@@ -37,11 +46,13 @@ TEST(MacFileSystemStatistics, HasNoResultWhenTheCallFails) {
     useWithFailingCalls(
         [](FakeMac& mac) {
             mac.kernel.volumes["/"] = {4096, 100, 50};
+            mac.kernel.mounts["/"] = {"/", "/dev/disk3s1s1", "apfs"};
         },
         [](FakeMac& mac) {
             MacFileSystemStatistics fileSystem;
-            const bool fails = mac.everythingFails || !mac.failing.empty();
-            EXPECT_EQ(fileSystem.statvfs("/").has_value(), !fails);
+            const auto fails = [&](const char* name) { return mac.everythingFails || mac.failing.contains(name); };
+            EXPECT_EQ(fileSystem.statvfs("/").has_value(), !fails("statvfs"));
+            EXPECT_EQ(fileSystem.statfs("/").has_value(), !fails("statfs"));
         });
 }
 

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace kestro {
 namespace {
 
@@ -43,6 +46,25 @@ TEST(MacPowerAssertions, HasNoIdentifierWhenRefused) {
 
     EXPECT_FALSE(assertions.create("PreventUserIdleSystemSleep", 255, "test"));
     expectNothingHeld(mac);
+}
+
+TEST(MacPowerAssertions, ReportsWhatBecameOfTheNewestRequest) {
+    using State = PowerAssertionReport::State;
+    FakeMac mac;
+    MacPowerAssertions assertions;
+    std::vector<State> states;
+    assertions.setReportHandler([&] { states.push_back(assertions.report().state); });
+
+    const auto first = assertions.create("PreventUserIdleSystemSleep", 255, "first").value();
+    EXPECT_EQ(assertions.report().holders, std::vector<std::string>{"macOS"});
+    const auto second = assertions.create("PreventUserIdleSystemSleep", 255, "second").value();
+    assertions.release(first);
+    EXPECT_EQ(assertions.report().state, State::held);
+    assertions.release(second);
+    mac.ioKit.refusesAssertions = true;
+    assertions.create("PreventUserIdleSystemSleep", 255, "third");
+
+    EXPECT_EQ(states, (std::vector<State>{State::held, State::held, State::none, State::refused}));
 }
 
 TEST(MacPowerAssertions, ReleasesEverythingInTheEnd) {

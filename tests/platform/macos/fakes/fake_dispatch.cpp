@@ -59,11 +59,11 @@ std::uintptr_t takeEvents(const FakeDispatch::Source& source) {
     return flags & source.mask;
 }
 
-bool tellCancellation(FakeDispatch::Source& source) {
-    if (!source.isCancelled || source.hasToldCancellation) {
+bool finishCancellation(FakeDispatch::Source& source) {
+    if (!source.isCancelled || source.isFinished) {
         return false;
     }
-    source.hasToldCancellation = true;
+    source.isFinished = true;
     if (source.cancelHandler != nullptr) {
         source.cancelHandler(source.context);
     }
@@ -88,7 +88,7 @@ FakeDispatch::FakeDispatch() = default;
 
 FakeDispatch::~FakeDispatch() {
     for (const auto& source : sources) {
-        tellCancellation(*source);
+        finishCancellation(*source);
     }
 }
 
@@ -99,9 +99,8 @@ FakeDispatch::Source::~Source() {
 bool FakeDispatch::runMainQueue() {
     for (std::size_t index = 0; index < sources.size(); ++index) {
         Source& source = *sources[index];
-        if (tellCancellation(source) || deliver(source)) {
-            std::erase_if(sources,
-                          [](const auto& item) { return item->references == 0 && item->hasToldCancellation; });
+        if (finishCancellation(source) || deliver(source)) {
+            std::erase_if(sources, [](const auto& item) { return item->references == 0 && item->isFinished; });
             return true;
         }
     }

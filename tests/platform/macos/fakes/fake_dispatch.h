@@ -52,7 +52,7 @@ public:
         dispatch_function_t cancelHandler = nullptr;
         bool isRunning = false;
         bool isCancelled = false;
-        bool hasToldCancellation = false;
+        bool isFinished = false;  ///< cancelled, and its handler has been called
     };
     std::vector<std::unique_ptr<Group>> groups;
     std::deque<std::unique_ptr<Source>> sources;

@@ -67,6 +67,12 @@ void FakeIOKit::sendPowerMessage(std::uint32_t message, std::intptr_t argument) 
     }
 }
 
+void FakeIOKit::announcePowerSources() {
+    for (const auto index : powerSourceEvents) {
+        mac().runLoop.sources.at(index).isSignalled = true;
+    }
+}
+
 io_object_t FakeIOKit::hold(const std::string& what) {
     held[++last_] = what;
     return last_;
@@ -176,7 +182,7 @@ CFTypeRef IOPSCopyPowerSourcesInfo() {
     if (mac().fails("IOPSCopyPowerSourcesInfo") || !ioKit().powerSources) {
         return nullptr;
     }
-    // Holds every description; the index of a source tells which is its own.
+    // Holds every description, under the index of its source.
     auto* const information = mac().objects.make(FakeType::powerSources);
     for (const auto& source : *ioKit().powerSources) {
         information->children.push_back(source ? mac().objects.makeValue({*source})
@@ -206,6 +212,17 @@ CFDictionaryRef IOPSGetPowerSourceDescription(CFTypeRef information, CFTypeRef s
         return nullptr;
     }
     return reinterpret_cast<CFDictionaryRef>(description);
+}
+
+CFRunLoopSourceRef IOPSNotificationCreateRunLoopSource(IOPowerSourceCallbackType callback, void* context) {
+    if (mac().fails("IOPSNotificationCreateRunLoopSource")) {
+        return nullptr;
+    }
+    CFRunLoopSourceContext description{};
+    description.info = context;
+    description.perform = callback;
+    ioKit().powerSourceEvents.push_back(mac().runLoop.sources.size());
+    return CFRunLoopSourceCreate(kCFAllocatorDefault, 0, &description);
 }
 
 IOReturn IOPMAssertionCreateWithName(CFStringRef type, IOPMAssertionLevel level, CFStringRef name,

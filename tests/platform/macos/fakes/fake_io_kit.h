@@ -55,6 +55,9 @@ public:
     std::optional<std::vector<std::optional<FakeDictionary>>> powerSources;
     bool listsSources = true;
 
+    std::vector<std::size_t> powerSourceEvents;  ///< of the run loop's sources, those that announce changes
+    void announcePowerSources();
+
     bool refusesAssertions = false;
     std::map<IOPMAssertionID, FakeAssertion> assertions;
     IOPMAssertionID lastAssertion = 0;

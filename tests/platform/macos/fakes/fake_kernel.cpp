@@ -1,13 +1,8 @@
 #include "tests/platform/macos/fakes/fake_mac.h"
 
-#include <ifaddrs.h>
 #include <libkern/OSThermalNotification.h>
-#include <net/if.h>
-#include <net/if_types.h>
-#include <netdb.h>
-#include <netinet/in.h>
 #include <notify.h>
-#include <sys/socket.h>
+#include <sys/mount.h>
 #include <sys/statvfs.h>
 #include <sys/sysctl.h>
 #include <sys/time.h>
@@ -37,41 +32,6 @@ void blame(std::string text) {
     kernel().misuse.push_back(std::move(text));
 }
 
-/// An entry of a list with what it points to.
-struct InterfaceNode {
-    ifaddrs entry{};
-    std::string name;
-    sockaddr_in internet{};
-    sockaddr link{};
-    if_data data{};
-};
-
-struct InterfaceNodes {
-    std::vector<std::unique_ptr<InterfaceNode>> nodes;
-};
-
-void fill(InterfaceNode& node, const FakeInterface& source) {
-    node.name = source.name;
-    node.entry.ifa_name = node.name.data();
-    node.entry.ifa_flags = source.flags;
-    if (source.family == AF_INET) {
-        node.internet.sin_len = sizeof node.internet;
-        node.internet.sin_family = AF_INET;
-        std::memcpy(&node.internet.sin_addr, source.ipv4.data(), source.ipv4.size());
-        node.entry.ifa_addr = reinterpret_cast<sockaddr*>(&node.internet);
-    } else if (source.family != 0) {
-        node.link.sa_len = sizeof node.link;
-        node.link.sa_family = static_cast<sa_family_t>(source.family);
-        node.entry.ifa_addr = &node.link;
-    }
-    if (source.family == AF_LINK && source.hasStatistics) {
-        node.data.ifi_type = source.type;
-        node.data.ifi_ibytes = source.receivedBytes;
-        node.data.ifi_obytes = source.sentBytes;
-        node.entry.ifa_data = &node.data;
-    }
-}
-
 /// sysctl(3)'s rules for the caller's buffer.
 int answer(const void* value, std::size_t length, void* buffer, std::size_t* size) {
     if (buffer == nullptr) {
@@ -80,19 +40,15 @@ int answer(const void* value, std::size_t length, void* buffer, std::size_t* siz
     }
     const bool fits = length <= *size;
     *size = std::min(length, *size);
-    std::memcpy(buffer, value, *size);
+    // An empty value may have no address.
+    if (*size > 0) {
+        std::memcpy(buffer, value, *size);
+    }
     errno = fits ? 0 : ENOMEM;
     return fits ? 0 : -1;
 }
 
-std::map<const void*, std::unique_ptr<InterfaceNodes>> interfaceMemory;
-
 }  // namespace
-
-FakeKernel::FakeKernel() = default;
-FakeKernel::~FakeKernel() {
-    interfaceMemory.clear();
-}
 
 void FakeKernel::appendHeld(std::vector<std::string>& all) const {
     const auto append = [&all](std::size_t count, const char* what) {
@@ -218,8 +174,8 @@ int sysctl(int* name, unsigned int length, void* oldValue, std::size_t* oldSize,
     return answer(&time, sizeof time, oldValue, oldSize);
 }
 
-unsigned long long clock_gettime_nsec_np(clockid_t) {
-    return kernel().uptime;
+unsigned long long clock_gettime_nsec_np(clockid_t clock) {
+    return kernel().uptime + (clock == CLOCK_MONOTONIC_RAW ? kernel().asleep : 0);
 }
 
 std::uint32_t notify_register_check(const char* name, int* token) {
@@ -266,45 +222,16 @@ int statvfs(const char* path, struct statvfs* status) {
     return 0;
 }
 
-int getifaddrs(ifaddrs** list) {
-    FakeKernel& state = kernel();
-    if (fails("getifaddrs")) {
-        errno = EACCES;
+int statfs(const char* path, struct statfs* status) {
+    const auto found = kernel().mounts.find(path);
+    if (fails("statfs") || found == kernel().mounts.end()) {
+        errno = ENOENT;
         return -1;
     }
-    auto memory = std::make_unique<InterfaceNodes>();
-    *list = nullptr;
-    for (auto source = state.interfaces.rbegin(); source != state.interfaces.rend(); ++source) {
-        auto node = std::make_unique<InterfaceNode>();
-        fill(*node, *source);
-        node->entry.ifa_next = *list;
-        *list = &node->entry;
-        memory->nodes.push_back(std::move(node));
-    }
-    if (*list != nullptr) {
-        state.interfaceLists.insert(*list);
-        interfaceMemory[*list] = std::move(memory);
-    }
-    return 0;
-}
-
-void freeifaddrs(ifaddrs* list) {
-    if (list != nullptr && kernel().interfaceLists.erase(list) == 0) {
-        blame("freeifaddrs of a list that is not held");
-    }
-    interfaceMemory.erase(list);
-}
-
-int getnameinfo(const sockaddr* address, socklen_t length, char* host, socklen_t hostLength, char* service,
-                socklen_t, int flags) {
-    const bool isValid = address->sa_family == AF_INET && address->sa_len == sizeof(sockaddr_in) &&
-                         length == sizeof(sockaddr_in) && service == nullptr && flags == NI_NUMERICHOST;
-    if (fails("getnameinfo") || !isValid) {
-        return EAI_FAMILY;
-    }
-    std::uint8_t bytes[4];
-    std::memcpy(bytes, &reinterpret_cast<const sockaddr_in*>(address)->sin_addr, sizeof bytes);
-    std::snprintf(host, hostLength, "%d.%d.%d.%d", bytes[0], bytes[1], bytes[2], bytes[3]);
+    const auto& [point, device, type] = found->second;
+    std::snprintf(status->f_mntonname, sizeof status->f_mntonname, "%s", point.c_str());
+    std::snprintf(status->f_mntfromname, sizeof status->f_mntfromname, "%s", device.c_str());
+    std::snprintf(status->f_fstypename, sizeof status->f_fstypename, "%s", type.c_str());
     return 0;
 }
 

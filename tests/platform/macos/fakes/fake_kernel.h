@@ -48,12 +48,14 @@ public:
     std::optional<std::pair<std::int64_t, std::int32_t>> bootTime;
 
     std::map<std::string, std::array<std::uint64_t, 3>> volumes;  ///< fragment size, blocks, available blocks
+    std::map<std::string, std::array<std::string, 3>> mounts;     ///< point, device, type
     int interruptedCalls = 0;                                     ///< of the next ones
     std::vector<FakeInterface> interfaces;
     std::uint64_t thermalPressure = 0;
 
-    /// Nanoseconds of uptime.
+    /// Nanoseconds since boot, awake and asleep.
     std::uint64_t uptime = 3'600'000'000'000;
+    std::uint64_t asleep = 0;
 
     std::map<mach_port_t, std::int64_t> sendRights;
     std::map<std::uintptr_t, std::unique_ptr<integer_t[]>> arrays;

@@ -79,7 +79,7 @@ public:
     void retain(CFTypeRef object);
     void release(CFTypeRef object);
 
-    /// The system's two booleans, which nobody counts.
+    /// The system's two booleans, whose references are not counted.
     static FakeObject* constant(bool flag);
 
     /// Number of objects that the program has not released.
@@ -89,7 +89,7 @@ public:
     const std::vector<std::string>& misuse() const { return misuse_; }
 
 private:
-    FakeObject misused_;  ///< stands for whatever is not usable
+    FakeObject misused_;  ///< in place of whatever is not usable
     std::map<CFTypeRef, std::unique_ptr<FakeObject>> alive_;
     std::deque<std::unique_ptr<FakeObject>> dead_;
     std::vector<std::string> misuse_;

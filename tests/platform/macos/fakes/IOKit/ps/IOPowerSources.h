@@ -4,10 +4,13 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+using IOPowerSourceCallbackType = void (*)(void* context);
+
 extern "C" {
 
 CFTypeRef IOPSCopyPowerSourcesInfo();
 CFArrayRef IOPSCopyPowerSourcesList(CFTypeRef information);
 CFDictionaryRef IOPSGetPowerSourceDescription(CFTypeRef information, CFTypeRef source);
+CFRunLoopSourceRef IOPSNotificationCreateRunLoopSource(IOPowerSourceCallbackType callback, void* context);
 
 }  // extern "C"
