@@ -73,7 +73,8 @@ QWidget* strip(SimulatedServices& services) {
     MainStatusContent content(services.services());
     content.update();
     main->setContent(content.content());
-    const KeepAwakeStatusItem awake(platform, bar, services.settings(), services.keepAwake());
+    const KeepAwakeStatusItem awake(platform, bar, services.settings(), services.keepAwake(),
+                                    services.services().powerStatus);
     const FanControlStatusItem cooling(platform, bar, services.settings(), services.objects->readers.smc,
                                        services.fanManager(), services.powerManager());
     QCoreApplication::processEvents();

@@ -1,9 +1,9 @@
 #include "ui/controls/badge.h"
 
-#include "ui/theme/color_mix.h"
 #include "ui/paint/surface_paint.h"
 #include "ui/paint/text_painter.h"
 #include "ui/paint/zoom.h"
+#include "ui/theme/color_mix.h"
 
 #include <QPainter>
 

@@ -121,6 +121,14 @@ double SettingRow::focusRadius() const {
     return mark_ == RowMark::check ? 4 : geometryNow().mark.height() / 2;
 }
 
+AccessibleInfo SettingRow::accessibleInfo() const {
+    AccessibleInfo info = Control::accessibleInfo();
+    if (!description_.isEmpty() && !help().isEmpty()) {
+        info.description = description_ + QStringLiteral(". ") + help();
+    }
+    return info;
+}
+
 void SettingRow::paint(QPainter& painter) {
     const SettingRowGeometry geometry = geometryNow();
     const IndicatorState state{knob_.value(), hovering(), pressing()};

@@ -47,6 +47,8 @@ public:
     QRectF focusArea() const override;
     double focusRadius() const override;
 
+    AccessibleInfo accessibleInfo() const override;
+
 protected:
     void paint(QPainter& painter) override;
     void activated() override;

@@ -21,8 +21,7 @@ void View::setHelp(const QString& help) {
 AccessibleInfo View::accessibleInfo() const {
     AccessibleInfo info;
     info.name = accessibleName();
-    const bool hasBoth = !accessibleDescription().isEmpty() && !help_.isEmpty();
-    info.description = accessibleDescription() + (hasBoth ? QStringLiteral(". ") : QString()) + help_;
+    info.description = accessibleDescription().isEmpty() ? help_ : accessibleDescription();
     return info;
 }
 

@@ -4,8 +4,8 @@
 #include "core/settings/user_settings.h"
 #include "ui/controls/button.h"
 #include "ui/controls/words.h"
-#include "ui/format/without_remark.h"
 #include "ui/format/record_text.h"
+#include "ui/format/without_remark.h"
 #include "ui/paint/hairline.h"
 
 #include <algorithm>

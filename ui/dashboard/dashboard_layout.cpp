@@ -33,6 +33,8 @@ constexpr double ampleSpare = 180;
 constexpr double ampleGrowth = 80;
 constexpr double namedScales = 40;
 
+/// What the header and the footer need.
+constexpr double narrowestZoomed = 580;
 constexpr double lowestZoomed = 560;
 constexpr double highestZoomed = 680;
 constexpr double highestZoom = 5;
@@ -107,7 +109,7 @@ void growInto(SectionGrid& grid, double spare) {
 
 double dashboardZoom(const QSizeF& window, int visibleSections) {
     const auto zoomFor = [&](double sectionWidth) {
-        const double width = window.width() / (std::max(visibleSections, 1) * sectionWidth);
+        const double width = window.width() / std::max(visibleSections * sectionWidth, narrowestZoomed);
         const double eighths = std::floor(8 * std::min(width, window.height() / lowestZoomed));
         return std::clamp(eighths / 8, 1.0, highestZoom);
     };

@@ -19,7 +19,7 @@ inline bool isCompact(SectionTier tier) {
 
 /// How much the whole dashboard is enlarged in a window of this size: in eighths from 1 to 5, as far as full
 /// sections remain and a height of 560 design points. Where more than 680 points in height would remain, as far as
-/// compact sections do. No section counts as one.
+/// compact sections do.
 double dashboardZoom(const QSizeF& window, int visibleSections);
 
 /// The layout of the sections in a row of a given width. Lengths in design points, here and below.

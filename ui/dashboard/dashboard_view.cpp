@@ -190,7 +190,8 @@ void DashboardView::arrange() {
 }
 
 void DashboardView::arrangeHeader(double inset) {
-    place(*symbol_, QRectF(inset, controlsTop + (controlsHeight - symbolSize) / 2, symbolSize, symbolSize));
+    constexpr int symbolTop = controlsTop + (controlsHeight - symbolSize) / 2;
+    place(*symbol_, QRectF(inset, symbolTop, symbolSize, symbolSize));
     place(*wordmark_, QRectF(inset + symbolSize + wordmarkGap, controlsTop, wordmark_->sizeHint().width() + 2,
                              controlsHeight));
     double right = designRect(*this).width() - inset;

@@ -36,7 +36,8 @@ QString word() {
 }
 
 QFont wordFont(const Measures& measures, double scale) {
-    return KestroFonts::font(measures.textSize, QFont::Bold, measures.tracking, scale);
+    const QFont::Weight weight = KestroFonts::shownWeight(QFont::Bold, measures.textSize, scale);
+    return KestroFonts::font(measures.textSize, weight, measures.tracking, scale);
 }
 
 /// The word's width without the tracking after its last letter.

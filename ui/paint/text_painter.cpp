@@ -178,7 +178,10 @@ QString singleLine(const QString& text) {
     return line;
 }
 
-const ShapedText& shapeText(const QString& text, const TextStyle& style, double scale) {
+namespace {
+
+/// Shapes in the weight of `style` itself.
+const ShapedText& shapeAsDesigned(const QString& text, const TextStyle& style, double scale) {
     auto& cache = shapedTexts();
     static QString family;
     if (family != KestroFonts::family()) {
@@ -196,13 +199,22 @@ const ShapedText& shapeText(const QString& text, const TextStyle& style, double 
     return cache.insert(key, shape(singleLine(line), style, scale)).value();
 }
 
+}  // namespace
+
 void releaseTextCaches() {
     shapedTexts() = {};
     fittedTexts() = {};
 }
 
+const ShapedText& shapeText(const QString& text, const TextStyle& style, double scale) {
+    TextStyle shown = style;
+    shown.weight = KestroFonts::shownWeight(style.weight, style.size, scale);
+    return shapeAsDesigned(text, shown, scale);
+}
+
 double textWidth(const QString& text, const TextStyle& style) {
-    return shapeText(text, style).width;
+    // The designed weight is the widest, so that text fits at every scale.
+    return shapeAsDesigned(text, style, 1).width;
 }
 
 FittedText fitText(const QString& text, const TextStyle& style, double width, TextFit fit) {

@@ -23,7 +23,7 @@ namespace kestro {
 namespace {
 
 constexpr int largestPixels = 512;
-constexpr int largestSmall = 11;
+constexpr int largestSmall = 10;
 constexpr int largestSpare = 2;
 constexpr double grid = 24;
 constexpr double gridStroke = 2;
@@ -73,8 +73,8 @@ QByteArray smallDrawing(const SymbolKey& key) {
 /// blur it.
 QRectF smallArea(int edge, int pixels) {
     const int spare = pixels - edge;
-    return spare >= 0 && spare <= largestSpare ? QRectF(spare / 2, spare / 2, edge, edge)
-                                               : QRectF(0, 0, pixels, pixels);
+    const int offset = spare / 2;
+    return spare >= 0 && spare <= largestSpare ? QRectF(offset, offset, edge, edge) : QRectF(0, 0, pixels, pixels);
 }
 
 QImage render(const SymbolKey& key, const QColor& color) {

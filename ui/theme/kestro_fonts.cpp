@@ -15,6 +15,9 @@ namespace {
 constexpr double unhintedScale = 1.5;
 constexpr double equalWidths = 0.01;
 constexpr int weightOfDarkening = 100;
+
+/// In device pixels: from here on stems are thick enough to stay as they are.
+constexpr double undarkenedSize = 28;
 constexpr qsizetype cachedFonts = 256;
 
 const QStringList& preferredFamilies() {
@@ -91,10 +94,15 @@ bool KestroFonts::isDarkened() {
     return currentDarkening();
 }
 
+QFont::Weight KestroFonts::shownWeight(QFont::Weight weight, double size, double scale) {
+    const bool isLightened = isDarkened() && size * scale < undarkenedSize;
+    return static_cast<QFont::Weight>(isLightened ? weight - weightOfDarkening : weight);
+}
+
 QFont KestroFonts::font(double size, int weight, double tracking, double scale) {
     QFont font(currentFamily());
     font.setPixelSize(static_cast<int>(wholeSize(size)));
-    font.setWeight(static_cast<QFont::Weight>(isDarkened() ? weight - weightOfDarkening : weight));
+    font.setWeight(static_cast<QFont::Weight>(weight));
     font.setHintingPreference(isFine(scale) ? QFont::PreferNoHinting : QFont::PreferVerticalHinting);
     if (tracking != 0) {
         font.setLetterSpacing(QFont::AbsoluteSpacing, tracking / sizeFactor(size));

@@ -21,13 +21,16 @@ public:
     /// Overrides the family, for pictures and tests; empty restores the installed choice.
     static void setFamily(const QString& family);
 
-    /// Whether the family in use has CFF outlines, whose stems the rasteriser darkens.
+    /// Whether the family in use has CFF outlines, whose thin stems the rasteriser darkens.
     static bool isDarkened();
+
+    /// The weight that looks like `weight` on a screen of `scale` device pixels per point: 100 lower for small
+    /// text in a darkened font.
+    static QFont::Weight shownWeight(QFont::Weight weight, double size, double scale);
 
     /// `size` and `tracking` are in pixels at scale 1. Fonts have whole pixel sizes only: a fractional size
     /// returns the next whole size with its tracking enlarged in proportion, and the caller scales the painter by
-    /// `sizeFactor(size)`. Outlines are hinted only vertically, and not at all on fine screens. A darkened font
-    /// has a weight 100 lower than `weight`, so that it is not bolder on screen.
+    /// `sizeFactor(size)`. Outlines are hinted only vertically, and not at all on fine screens.
     static QFont font(double size, int weight = QFont::Medium, double tracking = 0, double scale = 1);
 
     /// `size` relative to the pixel size of the font that `font` returns for it; 1 for whole sizes.

@@ -184,7 +184,9 @@ void CoreMatrixView::showHelpAt(const QPointF& position) {
     const CoreMatrixLayout layout = layoutNow();
     for (size_t i = 0; layout.columns > 0 && i < cores_.size(); ++i) {
         // Including the gaps beside it.
-        if (layout.cell(static_cast<int>(i)).adjusted(0, 0, layout.gap, layout.gap).contains(position / zoomOf(*this))) {
+        if (layout.cell(static_cast<int>(i))
+                .adjusted(0, 0, layout.gap, layout.gap)
+                .contains(position / zoomOf(*this))) {
             setHelp(helpOf(cores_[i]));
         }
     }

@@ -41,7 +41,7 @@ struct GaugeContent {
     QString unit;
     Ink tintColor = QColor(Qt::white);
     bool isMeasured = true;  ///< otherwise no sensor gave the value: dimmed, with a help text and without an arc
-    QString help = {};        ///< of a measured value
+    QString help = {};       ///< of a measured value
 
     friend bool operator==(const GaugeContent&, const GaugeContent&) = default;
 };

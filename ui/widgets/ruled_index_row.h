@@ -29,9 +29,10 @@ struct RuledIndexContent {
     double progressFraction = 0;  ///< 0..1; 0: a hairline instead of the rule
     Ink progressTint = KestroTheme::accentCool;
     Ink valueTint = KestroTheme::textPrimary;
+    bool isMeasured = true;  ///< otherwise no sensor gave the value: dimmed, with a help text and without a rule
+
     /// Replaces a label that does not fit beside the value; empty: the label is shortened.
     QString shortLabel = {};
-    bool isMeasured = true;  ///< otherwise no sensor gave the value: dimmed, with a help text and without a rule
 
     friend bool operator==(const RuledIndexContent&, const RuledIndexContent&) = default;
 };

@@ -421,6 +421,24 @@ TEST_F(DashboardViewTest, GroupsItsValuesBySectionWithoutDuplicates) {
               QStringLiteral("I/O & Power"));
 }
 
+TEST_F(DashboardViewTest, DrawsTheRingOfAColumnHeadAboveTheFirstProcess) {
+    make();
+    show(1260, 480);
+    ActivitySection& activity = section<ActivitySection>();
+    int firstProcess = activity.height();
+    for (const ProcessRow* row : activity.findChildren<ProcessRow*>()) {
+        firstProcess = std::min(firstProcess, row->y());
+    }
+    const double titleRule = 12 + SectionGrid::titleRule;
+
+    for (const Button* head : activity.findChildren<Button*>()) {
+        constexpr double ring = FocusRing::ringGap + FocusRing::ringWidth;
+        const QRectF area = head->focusArea().translated(head->pos());
+        EXPECT_GT(area.top() - ring, titleRule) << head->text().toStdString();
+        EXPECT_LE(area.bottom() + ring, firstProcess) << head->text().toStdString();
+    }
+}
+
 TEST_F(DashboardViewTest, ExposesTheSortColumn) {
     make();
     show(1260, 480);

@@ -189,10 +189,12 @@ TEST_F(MenuButtonTest, SelectsTheFirstEntryWhenOpenedByKeyboard) {
 
 TEST_F(MenuButtonTest, IsNotHoveredOnceItsMenuHasClosedElsewhere) {
     button_.move(400, 400);
+    QCursor::setPos(10, 10);
+    QHoverEvent leave(QEvent::HoverLeave, QPointF(), QPointF(), QPointF());
+    QApplication::sendEvent(&button_, &leave);
     const QImage atRest = picture(button_);
     hoverAt(button_, QPointF(50, 10));
     ASSERT_NE(picture(button_), atRest);
-    QCursor::setPos(10, 10);
 
     button_.click();
     menu()->close();

@@ -44,12 +44,12 @@ TEST(ComputeContent, ShowsTheBusiestCoreOfASingleKind) {
     cpu.cluster1Count = 0;
     cpu.coreLoads = {{0, "Super", true, 12}, {1, "Super", true, 71.6}, {2, "Super", true, 3}};
 
-    const ComputeContent content = computeContent(cpu);
+    const ComputeContent content = computeContent(cpu, true);
 
     ASSERT_TRUE(content.second);
     EXPECT_EQ(*content.second, (ClusterContent{QStringLiteral("Busiest Core"), QStringLiteral("71%"), 0.716}));
     cpu.coreLoads.resize(1);
-    EXPECT_FALSE(computeContent(cpu).second);
+    EXPECT_FALSE(computeContent(cpu, true).second);
 }
 
 TEST(MemoryContent, ShowsTheShareAndTheAmounts) {

@@ -17,7 +17,7 @@ TEST_F(SettingsPowerStatusTest, SaysWhyKeepAwakeIsNotHeld) {
               QStringLiteral("Not held: the service that held the lock is gone."));
 }
 
-TEST_F(SettingsPowerStatusTest, SaysWhyAPowerModeIsNotToBeHad) {
+TEST_F(SettingsPowerStatusTest, SaysWhyAPowerModeIsUnavailable) {
     open(SettingsTab::power);
     SettingRow& high = row("High Power");
     EXPECT_TRUE(high.help().isEmpty());

@@ -20,6 +20,7 @@ const WordsByFile otherWords{
     {QStringLiteral("ui/settings/module_row.cpp"), {QStringLiteral("up"), QStringLiteral("down")}},
     {QStringLiteral("ui/theme/kestro_fonts.cpp"), {QStringLiteral("maxp")}},
     {QStringLiteral("ui/symbols/symbol_painter.cpp"), {QStringLiteral("currentColor")}},
+    {QStringLiteral("ui/widgets/core_matrix_view.cpp"), {QStringLiteral("offline")}},
     {QStringLiteral("ui/widgets/metric_gauge.cpp"), {QStringLiteral("percent")}},
 };
 

@@ -53,16 +53,19 @@ TEST(KestroFonts, HintsOnlyVerticallyAndNotAtAllOnFineScreens) {
 TEST(KestroFonts, KnowsFontsWithDarkenedStems) {
     KestroFonts::setFamily(QStringLiteral("DejaVu Sans"));
     EXPECT_FALSE(KestroFonts::isDarkened());
-    EXPECT_EQ(KestroFonts::font(10, QFont::DemiBold).weight(), QFont::DemiBold);
+    EXPECT_EQ(KestroFonts::shownWeight(QFont::DemiBold, 10, 1), QFont::DemiBold);
     KestroFonts::setFamily(QStringLiteral("Inter"));
     EXPECT_TRUE(KestroFonts::isDarkened());
-    EXPECT_EQ(KestroFonts::font(10, QFont::DemiBold).weight(), QFont::Medium);
+    EXPECT_EQ(KestroFonts::shownWeight(QFont::DemiBold, 10, 1), QFont::Medium);
+    EXPECT_EQ(KestroFonts::shownWeight(QFont::DemiBold, 10, 2), QFont::Medium);
+    EXPECT_EQ(KestroFonts::shownWeight(QFont::DemiBold, 10, 3.5), QFont::DemiBold);
+    EXPECT_EQ(KestroFonts::shownWeight(QFont::DemiBold, 30, 1), QFont::DemiBold);
     KestroFonts::setFamily({});
 }
 
 /// The ink of a text in black pixels, at scale 2.
 double inkOf(const std::function<void(QPainter&)>& paint) {
-    QImage image(400, 60, QImage::Format_ARGB32_Premultiplied);
+    QImage image(1200, 120, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(2);
     image.fill(Qt::transparent);
     QPainter painter(&image);
@@ -87,23 +90,23 @@ double darknessOf(const TextStyle& style) {
     design.setHintingPreference(QFont::PreferNoHinting);
     const double outlines = inkOf([&](QPainter& painter) {
         QPainterPath path;
-        path.addText(QPointF(2, 20), design, text);
+        path.addText(QPointF(2, 40), design, text);
         painter.fillPath(path, Qt::black);
     });
     const double drawn = inkOf([&](QPainter& painter) {
         TextStyle black = style;
         black.ink = QColor(Qt::black);
-        drawText(painter, QRectF(2, 0, 196, 30), text, black);
+        drawText(painter, QRectF(2, 0, 596, 60), text, black);
     });
     return drawn / outlines;
 }
 
 TEST(KestroFonts, DrawTextAsDarkAsDesigned) {
     for (const QFont::Weight weight : {QFont::Medium, QFont::DemiBold, QFont::Bold}) {
-        for (const double size : {9.0, 10.0, 11.0, 12.0}) {
+        for (const double size : {9.0, 10.0, 11.0, 12.0, 16.0, 30.0}) {
             const double darkness = darknessOf({size, 14, weight});
             EXPECT_GT(darkness, 0.97) << size << " of weight " << weight;
-            EXPECT_LT(darkness, 1.13) << size << " of weight " << weight;
+            EXPECT_LT(darkness, 1.2) << size << " of weight " << weight;
         }
     }
 }
