@@ -156,8 +156,8 @@ void AppDelegate::showSettings() {
         setupSettingsWindow();
     }
     settingsWindow_->fitToScreen();
-    keepSettingsAboveDashboard();
     shell_.windowSystem.makeKeyAndOrderFront(*settingsWindow_);
+    keepSettingsAboveDashboard();
     updateUIActiveState();
 }
 

@@ -52,8 +52,8 @@ public:
     /// coordinates.
     virtual QRect availableArea(const QScreen& screen) const = 0;
 
-    /// Keeps a window above another one, also while that one floats or is full screen. Call it before `window` is
-    /// shown; both outlive the relation.
+    /// Keeps a window above another one, also while that one floats or is full screen, until it is hidden. Call it
+    /// whenever both are shown.
     virtual void keepAbove(QWidget& window, QWidget& other) = 0;
 
     /// Calls `onPress` for every press of a mouse button on the screen, whichever window receives it: a press on

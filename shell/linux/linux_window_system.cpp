@@ -91,11 +91,11 @@ QRect LinuxWindowSystem::availableArea(const QScreen& screen) const {
 }
 
 void LinuxWindowSystem::keepAbove(QWidget& window, QWidget& other) {
-    if (QWindow* const parent = other.windowHandle()) {
-        window.winId();  // creates the handle
+    QWindow* const parent = other.windowHandle();
+    if (parent != nullptr && window.windowHandle() != nullptr) {
         window.windowHandle()->setTransientParent(parent);
         if (xcb_connection_t* const connection = x11_display::connection()) {
-            // The toolkit sets it for dialogs only.
+            // The toolkit sets it for dialogs only, and removes it when it shows a window of another type.
             const auto id = static_cast<xcb_window_t>(parent->winId());
             xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
                                 XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 32, 1, &id);

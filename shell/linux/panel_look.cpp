@@ -9,6 +9,15 @@ namespace {
 constexpr QRgb darkPanelText = qRgb(229, 233, 237);
 constexpr QRgb lightPanelText = qRgb(38, 40, 44);
 
+/// Whether a process wraps a plugin of Xfce's panel. It starts as wrapper-2.0 and then takes a name such as
+/// "panel-2-systray".
+bool isXfcePlugin(const QString& process) {
+    const QLatin1StringView prefix("panel-");
+    bool isNumber = false;
+    process.mid(prefix.size()).section(QLatin1Char('-'), 0, 0).toInt(&isNumber);
+    return process == QLatin1StringView("wrapper-2.0") || (process.startsWith(prefix) && isNumber);
+}
+
 }  // namespace
 
 QColor panelColor(StatusTitleColor role, PanelScheme scheme) {
@@ -24,7 +33,7 @@ QColor panelColor(StatusTitleColor role, PanelScheme scheme) {
 }
 
 bool isXfcePanel(const QString& hostProcess, const QStringList& desktops) {
-    return hostProcess == QLatin1StringView("xfce4-panel") || hostProcess == QLatin1StringView("wrapper-2.0") ||
+    return hostProcess == QLatin1StringView("xfce4-panel") || isXfcePlugin(hostProcess) ||
            desktops.contains(QLatin1StringView("XFCE"));
 }
 

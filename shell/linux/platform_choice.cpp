@@ -1,5 +1,6 @@
 #include "shell/linux/platform_choice.h"
 
+#include <QByteArray>
 #include <QtGlobal>
 
 #include <xcb/xcb.h>

@@ -145,6 +145,7 @@ TEST_F(AppDelegatePopover, ForgetsTheLastClicksPositionWhenTheScreensChange) {
     EXPECT_EQ(delegate.popover()->pos(), beside);
     command("popover");
     Q_EMIT QGuiApplication::primaryScreen()->availableGeometryChanged(available);
+    settle();
     command("popover");
     EXPECT_EQ(delegate.popover()->pos(),
               popoverFrame({}, popover_geometry::size, QGuiApplication::primaryScreen()->geometry(), available)

@@ -85,6 +85,14 @@ struct CommandFileOnTheDesktop : ShellFixture {
         }
     }
 
+    /// Puts something else in the place of the command file, which Kestro creates again as soon as it is gone.
+    bool takesTheName(const std::function<bool()>& create) const {
+        return waitUntil([&] {
+            remove();
+            return create();
+        });
+    }
+
     bool saves(const char* text) const {
         return waitUntil([&] { return preferences().contains(QString::fromUtf8(text)); });
     }
@@ -179,8 +187,7 @@ TEST_F(CommandFileOnTheDesktop, HasATwinInTheRuntimeDirectoryThatNoOtherUserCanT
 TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnything) {
     launch();
 
-    remove();
-    ASSERT_EQ(::mkfifo(path().constData(), S_IRUSR | S_IWUSR), 0);
+    ASSERT_TRUE(takesTheName([&] { return ::mkfifo(path().constData(), S_IRUSR | S_IWUSR) == 0; }));
     const int pipe = ::open(path().constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
     EXPECT_EQ(::write(pipe, "dashboard", 9), 9);
     expectTheNextWordIsObeyed();
@@ -190,13 +197,11 @@ TEST_F(CommandFileOnTheDesktop, MayBeReplacedByAnything) {
     ASSERT_TRUE(target.open(QIODevice::WriteOnly));
     target.write("dashboard");
     target.close();
-    remove();
-    ASSERT_EQ(::symlink("target", path().constData()), 0);
+    ASSERT_TRUE(takesTheName([&] { return ::symlink("target", path().constData()) == 0; }));
     expectTheNextWordIsObeyed();
     EXPECT_EQ(target.size(), 9);
 
-    remove();
-    ASSERT_TRUE(QDir().mkdir(commandFile()));
+    ASSERT_TRUE(takesTheName([&] { return QDir().mkdir(commandFile()); }));
     expectTheNextWordIsObeyed();
 
     place("dashboard", S_IRUSR | S_IWUSR | S_IWOTH);

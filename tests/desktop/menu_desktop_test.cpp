@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace kestro {
 namespace {
 
@@ -13,24 +16,34 @@ protected:
 
     void clickWhileThePopoverIsOpen(QPoint item, QPoint place, int button) {
         session.click(item);
-        ASSERT_TRUE(appears(popover));
+        ASSERT_TRUE(session.waitFor([&] { return isPopoverVisible(); }));
         session.click(place, button);
-        ASSERT_TRUE(disappears(popover));
+        ASSERT_TRUE(session.waitFor([&] { return !isPopoverVisible(); }));
     }
 
     void clickWithControlWhileThePopoverIsOpen(QPoint item) {
         session.click(item);
-        ASSERT_TRUE(appears(popover));
+        ASSERT_TRUE(session.waitFor([&] { return isPopoverVisible(); }));
         session.output(QStringLiteral("xdotool"), {QStringLiteral("keydown"), QStringLiteral("ctrl")});
         session.click(item);
         session.output(QStringLiteral("xdotool"), {QStringLiteral("keyup"), QStringLiteral("ctrl")});
-        ASSERT_TRUE(disappears(popover));
+        ASSERT_TRUE(session.waitFor([&] { return !isPopoverVisible(); }));
+    }
+
+    /// A menu is a window of the same name.
+    bool isPopoverVisible() const {
+        const std::vector<DesktopWindow> windows = session.windows();
+        return std::ranges::any_of(windows, [this](const DesktopWindow& window) {
+            return window.title == popover && window.frame.width() == popoverWidth;
+        });
     }
 
     void chooseTheLastEntry() const {
         session.key(QStringLiteral("Up"));
         session.key(QStringLiteral("Return"));
     }
+
+    static constexpr int popoverWidth = 330;
 };
 
 struct MenuOfTheStrip : MenuFixture {

@@ -32,13 +32,17 @@ bool isBright(const QImage& icon) {
     return bright > dark;
 }
 
-/// The panel's right half once the panel has been drawn: covers the screen's edge and changes no more.
-QImage drawnPanel(const DesktopSession& session, const QString& name) {
+enum class PanelGround { opaque, none };
+
+/// The panel's right half once the panel has been drawn: covers the screen's edge, unless it has no ground, and
+/// changes no more.
+QImage drawnPanel(const DesktopSession& session, const QString& name, PanelGround ground = PanelGround::opaque) {
     const QRect half(DesktopSession::screenSize.width() / 2, 0, DesktopSession::screenSize.width() / 2, 24);
     QImage last;
     waitUntil([&] {
         const QImage now = session.screenshot(name).copy(half);
-        const bool isDrawn = now == last && now.pixelColor(0, 0) != QColor(Qt::black);
+        const bool isCovered = ground == PanelGround::none || now.pixelColor(0, 0) != QColor(Qt::black);
+        const bool isDrawn = now == last && isCovered;
         last = now;
         return isDrawn;
     });
@@ -57,16 +61,16 @@ bool hasIcon(const DesktopSession& session, const StatusItemClient& client,
 }
 
 /// On panels without labels, the icon contains the values and the panel shows it.
-void expectValuesInTheIcon(DesktopPanel panel, const QString& picture) {
+void expectValuesInTheIcon(DesktopPanel panel, const QString& picture, PanelGround ground) {
     DesktopSession session(panel);
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
     const StatusItemClient client(session);
     ASSERT_TRUE(waitUntil([&] { return client.hasHost(); }));
-    const QImage empty = drawnPanel(session, picture);
+    const QImage empty = drawnPanel(session, picture, ground);
 
     session.startKestro();
     EXPECT_TRUE(hasIcon(session, client, hasValues));
-    EXPECT_TRUE(waitUntil([&] { return drawnPanel(session, picture) != empty; }));
+    EXPECT_TRUE(waitUntil([&] { return drawnPanel(session, picture, ground) != empty; }));
 }
 
 TEST(StatusBarOnMate, ShowsABareIconWhereButtonsShowNoIcons) {
@@ -100,11 +104,11 @@ TEST(StatusBarOnXfce, PaintsBrightIconsOnADarkPanelOutsideAnXfceSession) {
 }
 
 TEST(StatusBarOnXfce, PaintsTheValuesIntoTheIcon) {
-    expectValuesInTheIcon(DesktopPanel::xfce, QStringLiteral("xfce4-panel"));
+    expectValuesInTheIcon(DesktopPanel::xfce, QStringLiteral("xfce4-panel"), PanelGround::opaque);
 }
 
 TEST(StatusBarOnLxqt, PaintsTheValuesIntoTheIcon) {
-    expectValuesInTheIcon(DesktopPanel::lxqt, QStringLiteral("lxqt-panel"));
+    expectValuesInTheIcon(DesktopPanel::lxqt, QStringLiteral("lxqt-panel"), PanelGround::none);
 }
 
 }  // namespace

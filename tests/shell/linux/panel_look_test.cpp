@@ -30,8 +30,11 @@ TEST(PanelLook, RecognisesPanelsThatAreAlwaysDark) {
 TEST(PanelLook, RecognisesXfcesPanelInEverySession) {
     EXPECT_TRUE(isXfcePanel(QStringLiteral("xfce4-panel"), {}));
     EXPECT_TRUE(isXfcePanel(QStringLiteral("wrapper-2.0"), {QStringLiteral("openbox")}));
+    EXPECT_TRUE(isXfcePanel(QStringLiteral("panel-2-systray"), {QStringLiteral("openbox")}));
+    EXPECT_TRUE(isXfcePanel(QStringLiteral("panel-12-status"), {}));
     EXPECT_TRUE(isXfcePanel({}, {QStringLiteral("XFCE")}));
     EXPECT_FALSE(isXfcePanel(QStringLiteral("lxqt-panel"), {QStringLiteral("LXQt")}));
+    EXPECT_FALSE(isXfcePanel(QStringLiteral("panel-applet"), {}));
     EXPECT_FALSE(isXfcePanel({}, {}));
 }
 

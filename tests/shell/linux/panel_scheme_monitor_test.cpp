@@ -68,7 +68,7 @@ TEST_F(PanelSchemeMonitorTest, IgnoresOtherSettingsAndValuesOfAnotherType) {
 }
 
 TEST_F(PanelSchemeMonitorTest, AsksAnXfcePanelOutsideAnXfceSessionForItsOwnSetting) {
-    hostProcess = QStringLiteral("wrapper-2.0");
+    hostProcess = QStringLiteral("panel-2-systray");
     test::FakeService settings(bus.connect(), QStringLiteral("org.xfce.Xfconf"));
     settings.answer(QStringLiteral("GetProperty"), [](const QDBusMessage& call) {
         return call.createReply(QVariant::fromValue(QDBusVariant(true)));

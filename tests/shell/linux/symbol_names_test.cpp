@@ -25,6 +25,7 @@ TEST(SymbolNames, EveryNameInTheShellHasADrawing) {
         QStringLiteral("shell/linux/notifier/sni_status_item.cpp"),
         QStringLiteral("shell/linux/panel_anchor.cpp"),
         QStringLiteral("shell/linux/panel_scheme_monitor.cpp"),
+        QStringLiteral("shell/linux/platform_choice.cpp"),
         QStringLiteral("shell/linux/settings_portal.h"),
     };
 
