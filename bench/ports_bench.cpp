@@ -163,6 +163,8 @@ struct Machine {
                       session.commandRunner,
                       session.scriptRunner,
                       session.powerAssertions,
+                      session.powerEvents,
+                      session.powerModeService,
                       session.userDefaults,
                       session.notifications,
                       session.fileEvents};

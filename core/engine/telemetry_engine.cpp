@@ -32,7 +32,6 @@ constexpr std::size_t historyLength = 30;
 constexpr auto powerWatchPeriod = std::chrono::seconds(30);
 
 constexpr auto diskAge = std::chrono::seconds(10);
-constexpr auto powerAge = std::chrono::seconds(30);
 
 // Ticks are coarse: one that comes a little early still counts.
 constexpr auto coarseness = std::chrono::milliseconds(100);
@@ -185,10 +184,6 @@ void TelemetryEngine::sampleLightweight() {
         auto newNetwork = readNetwork();
         publish(TelemetrySource::network, network, newNetwork);
     }
-    if (isDueForReadout(TelemetrySource::power, powerAge)) {
-        auto newPower = readers_.power.read();
-        publish(TelemetrySource::power, power, newPower);
-    }
 }
 
 void TelemetryEngine::setWatchesPower(bool watches) {
@@ -213,7 +208,7 @@ void TelemetryEngine::updatePowerWatch() {
     }
     powerTimer_ = platform_.runLoop.scheduleRepeating(powerWatchPeriod, [this] { samplePower(); });
     powerEvents_ = platform_.powerEvents.watch([this] { samplePower(); });
-    // In a turn of its own: the caller may be inside a notification.
+    // Deferred: the caller may be inside a notification.
     platform_.runLoop.post([this, engineLife = lifetime_.watch()] {
         if (!engineLife.expired() && powerTimer_) {
             samplePower();

@@ -88,7 +88,8 @@ public:
     void setUIActive(bool active);
 
     /// The sources that the readout shows. They are sampled even while nothing else is visible: the disk every ten
-    /// seconds, the power every thirty, the others on each tick. Initially none; takes effect on the next tick.
+    /// seconds, the power as `setWatchesPower` says, the others on each tick. Initially none; takes effect on the
+    /// next tick.
     void setReadoutSources(const TelemetrySources& sources);
 
     /// Whether the CPU load is sampled while only the status bar is visible, because of the readout or the mode.

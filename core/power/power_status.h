@@ -24,11 +24,11 @@ struct KeepAwakeStatus {
     friend bool operator==(const KeepAwakeStatus&, const KeepAwakeStatus&) = default;
 };
 
-/// Why a power mode cannot be had, or was not switched to; empty: nothing to say. In case order.
+/// Why a power mode is unavailable, or why a switch to it failed; empty: nothing to report. In case order.
 using PowerModeNotes = std::array<std::string, allCases<SystemPowerMode>().size()>;
 
-/// The truth about the two things that the program does to the machine, for display. The managers report only
-/// what succeeded; this follows the system below them. It also has the engine watch the battery while keep-awake
+/// What the system made of keep-awake and of the power mode, for display. The managers report only what
+/// succeeded; this follows the services below them. It also has the engine watch the battery while keep-awake
 /// is active and its cut-off is on. Main thread only.
 class PowerStatus {
 public:

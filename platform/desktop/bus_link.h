@@ -9,13 +9,13 @@
 
 namespace kestro {
 
-/// A connection to a message bus that is made again after the bus was lost, with growing pauses between the
-/// attempts. Main thread; outlives its users. A bus that was never there is not waited for.
+/// A connection to a message bus. Reconnects after the bus was lost, with growing pauses between the attempts, but
+/// does not wait for a bus that was never there. Main thread; outlives its users.
 class BusLink final : public QObject {
     Q_OBJECT
 
 public:
-    /// Makes a new connection, with a name of its own. It may fail.
+    /// Makes a new connection under a new name. It may fail.
     using Connect = std::function<QDBusConnection()>;
 
     BusLink(const QDBusConnection& connection, Connect reconnect,

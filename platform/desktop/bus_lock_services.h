@@ -13,7 +13,7 @@
 namespace kestro {
 
 /// The mechanisms of the real session: services on the two buses, and the X server's timers. Only services already
-/// on the bus are asked: none is started. Follows a bus that is lost and comes back. Main thread.
+/// on the bus are asked: none is started. Survives the loss of a bus. Main thread.
 class BusLockServices final : public QObject, public LockServices {
     Q_OBJECT
 

@@ -17,7 +17,7 @@
 namespace kestro {
 
 /// Tracks which of a few names on one bus are owned, and by which connection, without ever blocking on the bus.
-/// Watching starts no service. When the bus is lost, nothing is owned until it is back. Main thread.
+/// Watching starts no service. While the bus is lost, nothing is owned. Main thread.
 class BusNameOwners {
 public:
     /// Called after the owner of `name` has changed, and with an empty name whenever all owners have become known.

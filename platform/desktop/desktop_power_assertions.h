@@ -17,7 +17,7 @@ namespace kestro {
 /// `create` sends its requests at once and waits up to a bound for the first lock, without running the event loop.
 /// Every service refused, or there is none: nullopt. No reply in time: the assertion counts as granted, and the
 /// revocation handler is called if every service refuses in the end. When the last lock of an assertion is lost,
-/// the assertion stays and the report says so, until a service is back and grants a new one. Main thread, after
+/// the assertion stays and the report says so, until a service grants a new one. Main thread, after
 /// the application object.
 class DesktopPowerAssertions final : public PowerAssertions {
 public:

@@ -47,9 +47,9 @@ struct LockWish {
 
 /// The mechanisms that together keep this desktop awake. `isUsable`: offered by the session, and not refused.
 /// - One power daemon of the session decides about idle suspend, so the first that is usable counts.
-/// - A screen saver with a service of its own is asked as well, unless GNOME or KDE already speak for it.
-/// - logind's idle lock holds off its own idle action. Its sleep lock is also in the way of the user's own suspend
-///   (from systemd 257 on), so for the display it only replaces a missing power daemon.
+/// - A separate screen saver service is asked as well, unless GNOME or KDE provide it.
+/// - logind's idle lock prevents only logind's idle action. From systemd 257 on, its sleep lock also blocks the
+///   user's own suspend, so for the display it only replaces a missing power daemon.
 /// - The X server blanks the screen whatever the services hold, unless its timers are suspended.
 /// - The portal counts inside a sandbox only, where the services are out of reach. Outside, it answers "granted"
 ///   even where its backend inhibits nothing. Backends other than GNOME's and KDE's refuse a request that includes

@@ -2,6 +2,7 @@
 
 #include "core/base/json_text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kestro {
@@ -17,9 +18,34 @@ bool mayOverflow(std::string_view number) {
     return number.size() > mostPlainDigits || number.find_first_of("Ee") != std::string_view::npos;
 }
 
+/// Removes leading digits. False: there are none.
+bool skipDigits(std::string_view& rest) {
+    const std::size_t digits = std::min(rest.find_first_not_of("0123456789"), rest.size());
+    rest.remove_prefix(digits);
+    return digits > 0;
+}
+
+/// Whether all of `text` is a number. The parser rejects one that overflows before it reads what follows.
+bool isNumber(std::string_view text) {
+    text.remove_prefix(text.starts_with('-') ? 1 : 0);
+    const bool startsWithZero = text.starts_with('0');
+    text.remove_prefix(startsWithZero ? 1 : 0);
+    bool isValid = startsWithZero || skipDigits(text);
+    if (text.starts_with('.')) {
+        text.remove_prefix(1);
+        isValid = skipDigits(text) && isValid;
+    }
+    if (text.starts_with('e') || text.starts_with('E')) {
+        text.remove_prefix(1);
+        text.remove_prefix(text.starts_with('+') || text.starts_with('-') ? 1 : 0);
+        isValid = skipDigits(text) && isValid;
+    }
+    return isValid && text.empty();
+}
+
 bool overflows(std::string_view number) {
     try {
-        return !PreferenceJson::parse(number).is_number();
+        return isNumber(number) && !PreferenceJson::parse(number).is_number();
     } catch (const PreferenceJson::out_of_range&) {
         return true;
     } catch (const PreferenceJson::parse_error&) {

@@ -81,16 +81,20 @@ TEST(KeepAwakeManager, IgnoresTheRevocationOfAnEarlierAssertion) {
         }
         void release(PowerAssertionID) override {}
         void setRevocationHandler(std::function<void(PowerAssertionID)> newest) override { handler = newest; }
+        PowerAssertionReport report() const override { return {}; }
+        void setReportHandler(std::function<void()>) override {}
         std::function<void(PowerAssertionID)> handler;
         PowerAssertionID last = 0;
     } assertions;
     SimulatedMac mac;
     UserSettings settings(mac.userDefaults);
     const auto& ports = mac.platform();
-    const Platform platform{ports.clock,       ports.runLoop,        ports.machHost,          ports.systemControl,
-                            ports.processInfo, ports.fileSystem,     ports.networkInterfaces, ports.powerSources,
-                            ports.smc,         ports.hidEventSystem, ports.commandRunner,     ports.scriptRunner,
-                            assertions,        ports.userDefaults,   ports.notifications,     ports.fileEvents};
+    const Platform platform{
+        ports.clock,         ports.runLoop,        ports.machHost,          ports.systemControl,
+        ports.processInfo,   ports.fileSystem,     ports.networkInterfaces, ports.powerSources,
+        ports.smc,           ports.hidEventSystem, ports.commandRunner,     ports.scriptRunner,
+        assertions,          ports.powerEvents,    ports.powerModeService,  ports.userDefaults,
+        ports.notifications, ports.fileEvents};
     KeepAwakeManager manager(platform, settings);
     assertions.handler(0);
     manager.activate(KeepAwakeDuration::indefinite);

@@ -1,10 +1,12 @@
 #include "platform/desktop/bus_notifications.h"
+#include "platform/desktop/desktop_power_assertions.h"
 #include "platform/desktop/json_user_defaults.h"
 #include "platform/desktop/qt_run_loop.h"
 #include "tests/platform/contracts/run_loop_contract.h"
 #include "tests/platform/contracts/session_contract.h"
 #include "tests/platform/contracts/user_defaults_contract.h"
 #include "tests/platform/desktop/manual_run_loop.h"
+#include "tests/platform/desktop/scripted_lock_services.h"
 #include "tests/support/event_waiting.h"
 #include "tests/support/private_bus.h"
 #include "tests/support/temporary_directory.h"
@@ -31,6 +33,18 @@ struct DesktopMainThread {
     }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Desktop, RunLoopContract, DesktopMainThread);
+
+struct DesktopAssertions {
+    DesktopAssertions() { services.appear(LockMechanism::gnomeSessionManager); }
+
+    PowerAssertions& port() { return made; }
+    std::ptrdiff_t held() const { return services.held(); }
+    void refuse() { services.reply = test::ScriptedLockServices::Reply::refuse; }
+
+    test::ScriptedLockServices services;
+    DesktopPowerAssertions made{services};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Desktop, PowerAssertionsContract, DesktopAssertions);
 
 struct DesktopCenter {
     PrivateBus bus;

@@ -272,9 +272,9 @@ TEST_F(PowerProfilesTest, WorkWithTunedPpd) {
     select(PowerProfile::balanced);
     EXPECT_TRUE(failsWith(0, PowerModeConditions::Failure::rejected));
     daemon.service.answer(QStringLiteral("Set"), refuse(QStringLiteral("Unauthorized")));
-    select(PowerProfile::powerSaver);
+    select(PowerProfile::performance);
 
-    EXPECT_TRUE(failsWith(1, PowerModeConditions::Failure::denied));
+    EXPECT_TRUE(failsWith(2, PowerModeConditions::Failure::denied));
 }
 
 }  // namespace

