@@ -72,9 +72,9 @@ TEST(QtRunLoop, FiresTimersOfDifferentPeriodsInOneWakeUp) {
     std::set<std::uint64_t> slow;
     std::set<std::uint64_t> slowest;
 
-    const auto slowTimer = runLoop.scheduleRepeating(40ms, [&] { slow.insert(runLoop.timerWakeUps()); });
-    const auto fastTimer = runLoop.scheduleRepeating(20ms, [&] { fast.insert(runLoop.timerWakeUps()); });
-    const auto slowestTimer = runLoop.scheduleRepeating(100ms, [&] { slowest.insert(runLoop.timerWakeUps()); });
+    const auto slowTimer = runLoop.scheduleRepeating(200ms, [&] { slow.insert(runLoop.timerWakeUps()); });
+    const auto fastTimer = runLoop.scheduleRepeating(100ms, [&] { fast.insert(runLoop.timerWakeUps()); });
+    const auto slowestTimer = runLoop.scheduleRepeating(500ms, [&] { slowest.insert(runLoop.timerWakeUps()); });
     // The first firing of each may be off the grid.
     ASSERT_TRUE(waitUntil([&] { return !slow.empty() && !fast.empty() && !slowest.empty(); }));
     fast.clear();
