@@ -2,7 +2,6 @@
 
 #include "core/platform/run_loop.h"
 #include "platform/macos/vnode_source.h"
-#include "platform/posix/bounded_read.h"
 #include "platform/posix/descriptor.h"
 #include "platform/posix/trusted_file.h"
 
@@ -144,29 +143,12 @@ private:
 
 }  // namespace
 
-void MacFileEvents::createIfMissing(const std::string& path) {
-    createTrusted(path);
-}
-
 std::unique_ptr<FileEventSource> MacFileEvents::watchWrites(const std::string& path, Handler handler) {
     auto watch = std::make_shared<PathWatch>(runLoop_, path, std::move(handler));
     if (!watch->start()) {
         return nullptr;
     }
     return std::make_unique<OwnedWatch>(std::move(watch));
-}
-
-std::optional<std::string> MacFileEvents::read(const std::string& path) {
-    const auto file = openTrusted(path, O_RDONLY);
-    return file.isOpen() ? readAtMost(file.get(), longestRead) : std::nullopt;
-}
-
-void MacFileEvents::truncate(const std::string& path) {
-    const auto file = openTrusted(path, O_WRONLY);
-    if (file.isOpen()) {
-        // A failure is harmless: the contents have already been read.
-        [[maybe_unused]] const int result = ftruncate(file.get(), 0);
-    }
 }
 
 }  // namespace kestro

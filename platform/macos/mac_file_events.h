@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/platform/file_events.h"
+#include "platform/posix/trusted_file_events.h"
 
 namespace kestro {
 
@@ -9,14 +9,11 @@ class RunLoop;
 /// File events from descriptors that are open for events only. Watches the file itself, whoever owns it, and its
 /// folder only while nothing at the path can be opened, so that other activity there causes no wake-ups. All
 /// writes before a callback are coalesced into one call. Main thread; the run loop outlives this object.
-class MacFileEvents final : public FileEvents {
+class MacFileEvents final : public TrustedFileEvents {
 public:
     explicit MacFileEvents(RunLoop& runLoop) : runLoop_(runLoop) {}
 
-    void createIfMissing(const std::string& path) override;
     [[nodiscard]] std::unique_ptr<FileEventSource> watchWrites(const std::string& path, Handler handler) override;
-    std::optional<std::string> read(const std::string& path) override;
-    void truncate(const std::string& path) override;
 
 private:
     RunLoop& runLoop_;

@@ -1,7 +1,6 @@
 #include "platform/linux/kernel/linux_file_events.h"
 
 #include "core/platform/run_loop.h"
-#include "platform/posix/bounded_read.h"
 #include "platform/posix/trusted_file.h"
 
 #include <fcntl.h>
@@ -185,29 +184,12 @@ private:
 
 }  // namespace
 
-void LinuxFileEvents::createIfMissing(const std::string& path) {
-    createTrusted(path);
-}
-
 std::unique_ptr<FileEventSource> LinuxFileEvents::watchWrites(const std::string& path, Handler handler) {
     auto source = std::make_shared<InotifySource>(runLoop_, path, std::move(handler));
     if (!source->start()) {
         return nullptr;
     }
     return std::make_unique<OwnedSource>(std::move(source));
-}
-
-std::optional<std::string> LinuxFileEvents::read(const std::string& path) {
-    const auto file = openTrusted(path, O_RDONLY);
-    return file.isOpen() ? readAtMost(file.get(), longestRead) : std::nullopt;
-}
-
-void LinuxFileEvents::truncate(const std::string& path) {
-    const auto file = openTrusted(path, O_WRONLY);
-    if (file.isOpen()) {
-        // A failure is harmless: the contents have already been read.
-        [[maybe_unused]] const int result = ftruncate(file.get(), 0);
-    }
 }
 
 }  // namespace kestro

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/platform/file_events.h"
+#include "platform/posix/trusted_file_events.h"
 
 namespace kestro {
 
@@ -8,14 +8,11 @@ class RunLoop;
 
 /// File events through inotify(7). Each watch waits on a separate thread, which sleeps until something happens and
 /// calls back through the run loop. All writes before the callback are coalesced into one call.
-class LinuxFileEvents final : public FileEvents {
+class LinuxFileEvents final : public TrustedFileEvents {
 public:
     explicit LinuxFileEvents(RunLoop& runLoop) : runLoop_(runLoop) {}
 
-    void createIfMissing(const std::string& path) override;
     [[nodiscard]] std::unique_ptr<FileEventSource> watchWrites(const std::string& path, Handler handler) override;
-    std::optional<std::string> read(const std::string& path) override;
-    void truncate(const std::string& path) override;
 
 private:
     RunLoop& runLoop_;
