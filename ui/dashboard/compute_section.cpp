@@ -48,6 +48,11 @@ double shareWidth(SectionTier tier) {
     return 34;
 }
 
+/// What the first share's column can leave to the figure at its left: its text, at most "100.0", is aligned right.
+double firstShareSlack(SectionTier tier) {
+    return tier == SectionTier::full ? 10 : 0;
+}
+
 QString shortened(const QString& clusterName) {
     if (clusterName == QStringLiteral("Performance")) {
         return QStringLiteral("Perf");
@@ -144,7 +149,8 @@ void ComputeSection::arrange(const SectionGrid& grid) {
     const auto rows = clusterRows(engine_.cpu.get(), engine_.measured().load, isCompact(grid.tier));
     total_->setSize(figureSize(grid.tier));
     const double shares = shareWidth(grid.tier) * (grid.tier == SectionTier::tight ? 2 : 3);
-    place(*total_, QRectF(0, SectionGrid::heroTop, grid.width - shares, figureHeight));
+    place(*total_,
+          QRectF(0, SectionGrid::heroTop, grid.width - shares + firstShareSlack(grid.tier), figureHeight));
     arrangeShares(grid);
     constexpr int bleed = SparklineView::lineBleed;
     place(
@@ -174,9 +180,10 @@ void ComputeSection::arrangeShares(const SectionGrid& grid) {
         share.label->setVisible(i < shown);
         share.value->setVisible(i < shown);
         share.label->setText(isCompact(grid.tier) ? share.compactName : share.name);
-        const double left = grid.width - width * static_cast<double>(shown - i);
-        place(*share.label, QRectF(left, SectionGrid::heroTop + shareLabelTop, width, shareLabelLine));
-        place(*share.value, QRectF(left, SectionGrid::heroTop + shareValueTop, width, shareValueLine));
+        const double right = grid.width - width * static_cast<double>(shown - i - 1);
+        const double room = i == 0 ? width - firstShareSlack(grid.tier) : width;
+        place(*share.label, QRectF(right - room, SectionGrid::heroTop + shareLabelTop, room, shareLabelLine));
+        place(*share.value, QRectF(right - room, SectionGrid::heroTop + shareValueTop, room, shareValueLine));
     }
 }
 
