@@ -30,7 +30,6 @@ namespace {
 
 constexpr std::size_t historyLength = 30;
 constexpr auto powerWatchPeriod = std::chrono::seconds(30);
-
 constexpr auto diskAge = std::chrono::seconds(10);
 
 // Ticks are coarse: one that comes a little early still counts.
@@ -166,23 +165,19 @@ void TelemetryEngine::sampleLightweight() {
     const Sampling sampling(isSampling_);
     readers_.smc.readFans(spareFans_);
     publish(TelemetrySource::fans, fans, spareFans_);
-    auto newMemory = readers_.memory.read();
-    publish(TelemetrySource::memory, memory, newMemory);
+    publish(TelemetrySource::memory, memory, readers_.memory.read());
     if (readsLoadWhileIdle()) {
         readLoad();
         publish(TelemetrySource::cpu, cpu, spareCPU_);
     }
     if (isDueForReadout(TelemetrySource::thermals)) {
-        auto newThermals = readThermals();
-        publish(TelemetrySource::thermals, thermals, newThermals);
+        publish(TelemetrySource::thermals, thermals, readThermals());
     }
     if (isDueForReadout(TelemetrySource::disk, diskAge)) {
-        auto newDisk = readers_.disk.read();
-        publish(TelemetrySource::disk, disk, newDisk);
+        publish(TelemetrySource::disk, disk, readers_.disk.read());
     }
     if (isDueForReadout(TelemetrySource::network)) {
-        auto newNetwork = readNetwork();
-        publish(TelemetrySource::network, network, newNetwork);
+        publish(TelemetrySource::network, network, readNetwork());
     }
 }
 
@@ -218,8 +213,7 @@ void TelemetryEngine::updatePowerWatch() {
 
 void TelemetryEngine::samplePower() {
     const Sampling sampling(isSampling_);
-    auto newPower = readers_.power.read();
-    publish(TelemetrySource::power, power, newPower);
+    publish(TelemetrySource::power, power, readers_.power.read());
 }
 
 bool TelemetryEngine::readsLoadWhileIdle() const {
@@ -319,10 +313,7 @@ std::string TelemetryEngine::uptimeString() const {
     const std::int64_t days = seconds / 86400;
     const std::int64_t hours = seconds % 86400 / 3600;
     const std::int64_t minutes = seconds % 3600 / 60;
-    if (days == 0) {
-        return fmt::format("{}h {}m", hours, minutes);
-    }
-    return fmt::format("{}d {}h {}m", days, hours, minutes);
+    return days == 0 ? fmt::format("{}h {}m", hours, minutes) : fmt::format("{}d {}h {}m", days, hours, minutes);
 }
 
 }  // namespace kestro

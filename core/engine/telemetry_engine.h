@@ -164,6 +164,10 @@ private:
         markSampled(source);
         property.swapIn(reading);
     }
+    template <typename T>
+    void publish(TelemetrySource source, Published<T, TelemetryEngine>& property, T&& reading) {
+        publish(source, property, reading);
+    }
     void append(History& history, double value);
 
     const Platform& platform_;
