@@ -2,7 +2,6 @@
 
 #include "core/base/text.h"
 #include "core/platform/platform.h"
-#include "core/platform/power_events.h"
 #include "core/platform/process_info_service.h"
 #include "core/platform/run_loop.h"
 #include "core/platform/system_control.h"
@@ -29,7 +28,6 @@ namespace kestro {
 namespace {
 
 constexpr std::size_t historyLength = 30;
-constexpr auto powerWatchPeriod = std::chrono::seconds(30);
 constexpr auto diskAge = std::chrono::seconds(10);
 
 // Ticks are coarse: one that comes a little early still counts.
@@ -95,7 +93,8 @@ TelemetryEngine::TelemetryEngine(const Platform& platform, UserSettings& setting
       readers_(readers),
       macModel_(modelText(platform.systemControl)),
       macOSVersion_(versionText(platform.processInfo)),
-      bootTime_(bootTimeOf(platform)) {
+      bootTime_(bootTimeOf(platform)),
+      powerWatch_(platform, [this] { samplePower(); }) {
     restartTimer();
 }
 
@@ -182,33 +181,12 @@ void TelemetryEngine::sampleLightweight() {
 }
 
 void TelemetryEngine::setWatchesPower(bool watches) {
-    isPowerWatchWanted_ = watches;
-    updatePowerWatch();
+    powerWatch_.setReason(PowerWatch::Reason::cutOff, watches);
 }
 
 void TelemetryEngine::setReadoutSources(const TelemetrySources& sources) {
     readoutSources_ = sources;
-    updatePowerWatch();
-}
-
-void TelemetryEngine::updatePowerWatch() {
-    const bool watches = isPowerWatchWanted_ || readoutSources_.contains(TelemetrySource::power);
-    if (watches == (powerTimer_ != nullptr)) {
-        return;
-    }
-    powerTimer_.reset();
-    powerEvents_.reset();
-    if (!watches) {
-        return;
-    }
-    powerTimer_ = platform_.runLoop.scheduleRepeating(powerWatchPeriod, [this] { samplePower(); });
-    powerEvents_ = platform_.powerEvents.watch([this] { samplePower(); });
-    // Deferred: the caller may be inside a notification.
-    platform_.runLoop.post([this, engineLife = lifetime_.watch()] {
-        if (!engineLife.expired() && powerTimer_) {
-            samplePower();
-        }
-    });
+    powerWatch_.setReason(PowerWatch::Reason::readout, sources.contains(TelemetrySource::power));
 }
 
 void TelemetryEngine::samplePower() {

@@ -2,6 +2,7 @@
 
 #include "core/base/lifetime.h"
 #include "core/base/published.h"
+#include "core/engine/power_watch.h"
 #include "core/engine/telemetry_sources.h"
 #include "core/model/settings_enumerations.h"
 #include "core/platform/clock.h"
@@ -30,7 +31,6 @@ class CPUReader;
 class DiskReader;
 class MemoryReader;
 class NetworkReader;
-class PowerEventSource;
 class PowerReader;
 class ProcessReader;
 class RunLoopTimer;
@@ -141,7 +141,6 @@ private:
     /// Samples what the status bar displays.
     void sampleLightweight();
     void samplePower();
-    void updatePowerWatch();
 
     void readLoad();
     NetworkTelemetry readNetwork();
@@ -187,9 +186,7 @@ private:
     MeasuredFigures measured_;
     TelemetrySources readoutSources_;
     std::unique_ptr<RunLoopTimer> timer_;
-    bool isPowerWatchWanted_ = false;
-    std::unique_ptr<RunLoopTimer> powerTimer_;  // present while power is watched
-    std::unique_ptr<PowerEventSource> powerEvents_;
+    PowerWatch powerWatch_;
     Lifetime lifetime_;
 };
 

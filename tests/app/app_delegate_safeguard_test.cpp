@@ -62,6 +62,18 @@ TEST_F(AppDelegateSafeguard, EndsAnActivationBelowTheThresholdAtOnce) {
               "Keep-awake is off because the battery is at 15 %, and its cut-off is 20 %.");
 }
 
+TEST_F(AppDelegateSafeguard, EndsSuchAnActivationAtOnceWhileTheReadoutShowsTheBattery) {
+    mac.powerSources.setBattery(15, false);
+    settings.activeMenubarModules.set({MenubarModuleType::battery});
+    launch();
+    mac.runPending();
+
+    keepAwake.activate(KeepAwakeDuration::indefinite);
+    mac.runPending();
+
+    EXPECT_FALSE(keepAwake.isActive.get());
+}
+
 TEST_F(AppDelegateSafeguard, ReactsAtOnceWhenTheSystemAnnouncesAChange) {
     mac.powerSources.setBattery(10, true);
     launch();
