@@ -16,10 +16,13 @@
 #include <cstring>
 #include <optional>
 #include <string_view>
+#include <thread>
 
 namespace kestro {
 
 namespace {
+
+using namespace std::chrono_literals;
 
 /// The text before the first `separator`, which is removed from `text` with it.
 std::string_view takeUntil(std::string_view& text, char separator) {
@@ -70,20 +73,24 @@ std::optional<std::string> socketName(std::string_view address) {
     return std::nullopt;
 }
 
-Descriptor connectTo(const std::string& name) {
+/// An unconnected socket, and whether connecting it has succeeded, failed, or has to be tried again because the
+/// queue of the bus is full.
+enum class Connection : std::uint8_t { made, failed, busy };
+
+Connection connectTo(int socket, const std::string& name) {
     sockaddr_un address{};
     if (name.size() >= sizeof address.sun_path) {
-        return Descriptor();
+        return Connection::failed;
     }
-    Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, name.data(), name.size());
     // A path ends with a zero byte; an abstract name ends where its length says.
     const bool isPath = name.empty() || name.front() != '\0';
     const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size() + (isPath ? 1 : 0));
-    const bool isConnected =
-        socket.isOpen() && ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), length) == 0;
-    return isConnected ? std::move(socket) : Descriptor();
+    if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), length) == 0) {
+        return Connection::made;
+    }
+    return errno == EAGAIN || errno == EINTR ? Connection::busy : Connection::failed;
 }
 
 /// Asks to authenticate as this user. The zero byte before the first line carries the credentials.
@@ -110,9 +117,17 @@ BusProbe::BusProbe(const std::string& addresses) {
         state_ = State::answers;
         return;
     }
-    socket_ = connectTo(*name);
-    if (!socket_.isOpen() || !sendRequest(socket_.get())) {
-        state_ = State::silent;
+    name_ = *name;
+    socket_ = Descriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    connect();
+}
+
+void BusProbe::connect() {
+    const Connection connection = socket_.isOpen() ? connectTo(socket_.get(), name_) : Connection::failed;
+    if (connection == Connection::made && sendRequest(socket_.get())) {
+        state_ = State::waiting;
+    } else {
+        state_ = connection == Connection::busy ? State::busy : State::silent;
     }
 }
 
@@ -131,12 +146,22 @@ std::string BusProbe::systemAddresses() {
 }
 
 bool BusProbe::answersWithin(std::chrono::milliseconds bound) {
+    // Nothing announces a free place in the queue of the bus.
+    constexpr std::chrono::milliseconds pauseWhileBusy(5);
     const auto deadline = std::chrono::steady_clock::now() + bound;
-    while (state_ == State::waiting) {
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    while (state_ == State::waiting || state_ == State::busy) {
+        const auto left = std::max(
+            std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()), 0ms);
+        if (state_ == State::busy) {
+            if (left == 0ms) {
+                return false;
+            }
+            std::this_thread::sleep_for(std::min(left, pauseWhileBusy));
+            connect();
+            continue;
+        }
         pollfd answer{socket_.get(), POLLIN, 0};
-        const int ready = ::poll(&answer, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
+        const int ready = ::poll(&answer, 1, static_cast<int>(left.count()));
         if (ready > 0) {
             char byte = 0;
             state_ = ::read(socket_.get(), &byte, 1) == 1 ? State::answers : State::silent;

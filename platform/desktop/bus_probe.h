@@ -25,8 +25,11 @@ public:
     bool answersWithin(std::chrono::milliseconds bound);
 
 private:
-    enum class State { waiting, answers, silent };
+    enum class State { waiting, busy, answers, silent };
 
+    void connect();
+
+    std::string name_;
     Descriptor socket_;
     State state_ = State::waiting;
 };

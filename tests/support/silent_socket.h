@@ -2,6 +2,7 @@
 
 #include "platform/posix/descriptor.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -28,6 +29,13 @@ public:
             ::listen(socket_.get(), callers) != 0) {
             throw std::runtime_error("cannot listen at " + name);
         }
+    }
+
+    /// Accepts the next caller within `bound` milliseconds; closed: there was none.
+    Descriptor accept(int bound) const {
+        pollfd caller{socket_.get(), POLLIN, 0};
+        return Descriptor(::poll(&caller, 1, bound) > 0 ? ::accept4(socket_.get(), nullptr, nullptr, SOCK_CLOEXEC)
+                                                        : -1);
     }
 
 private:

@@ -6,9 +6,13 @@
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
+#include <stop_token>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace kestro {
@@ -50,6 +54,33 @@ TEST(BusProbe, DoesNotBlockWhenItsSocketIsFull) {
     }
 
     EXPECT_FALSE(BusProbe("unix:path=" + (directory / "bus")).answersWithin(0ms));
+}
+
+TEST(BusProbe, WaitsForAPlaceInTheQueueOfABusyBus) {
+    const TemporaryDirectory directory;
+    const SilentSocket busy(directory / "bus");
+    const std::string address = "unix:path=" + (directory / "bus");
+    const std::vector<BusProbe> others = [&] {
+        std::vector<BusProbe> made;
+        for (int caller = 0; caller < 20; ++caller) {
+            made.emplace_back(address);
+        }
+        return made;
+    }();
+    BusProbe probe(address);
+    ASSERT_FALSE(probe.answersWithin(0ms));
+
+    const std::jthread bus([&busy](const std::stop_token& stop) {
+        std::vector<Descriptor> callers;
+        while (!stop.stop_requested()) {
+            if (Descriptor caller = busy.accept(10); caller.isOpen()) {
+                ::send(caller.get(), "OK\r\n", 4, MSG_NOSIGNAL);
+                callers.push_back(std::move(caller));
+            }
+        }
+    });
+
+    EXPECT_TRUE(probe.answersWithin(20s));
 }
 
 TEST(BusProbe, LeavesOtherAddressesToTheToolkit) {
