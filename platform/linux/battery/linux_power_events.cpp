@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <memory>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -28,10 +29,10 @@ struct Announcement {
 
 class KernelEventSource final : public PowerEventSource {
 public:
-    KernelEventSource(RunLoop& runLoop, Descriptor events, std::function<void()> handler)
+    KernelEventSource(RunLoop& runLoop, Descriptor events, Descriptor stop, std::function<void()> handler)
         : runLoop_(runLoop),
           events_(std::move(events)),
-          stop_(eventfd(0, EFD_CLOEXEC)),
+          stop_(std::move(stop)),
           announcement_(std::make_shared<Announcement>()) {
         announcement_->handler = std::move(handler);
         thread_ = std::thread([this] { wait(); });
@@ -121,10 +122,16 @@ Descriptor LinuxPowerEvents::openKernelEvents() {
 
 std::unique_ptr<PowerEventSource> LinuxPowerEvents::watch(std::function<void()> handler) {
     Descriptor events = open_();
-    if (!events.isOpen()) {
+    Descriptor stop(eventfd(0, EFD_CLOEXEC));
+    if (!events.isOpen() || !stop.isOpen()) {
         return nullptr;
     }
-    return std::make_unique<KernelEventSource>(runLoop_, std::move(events), std::move(handler));
+    try {
+        return std::make_unique<KernelEventSource>(runLoop_, std::move(events), std::move(stop),
+                                                   std::move(handler));
+    } catch (const std::system_error&) {  // no thread can be created
+        return nullptr;
+    }
 }
 
 }  // namespace kestro

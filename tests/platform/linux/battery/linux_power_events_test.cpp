@@ -3,6 +3,7 @@
 #include "core/platform/run_loop.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 
 #include <array>
@@ -116,6 +117,23 @@ TEST(LinuxPowerEvents, AreAbsentWhereTheSourceCannotBeOpened) {
     LinuxPowerEvents events(runLoop, [] { return Descriptor(); });
 
     EXPECT_EQ(events.watch([] {}), nullptr);
+}
+
+TEST(LinuxPowerEvents, AreAbsentWithoutAFreeDescriptor) {
+    PostedTasks runLoop;
+    static rlimit former;
+    LinuxPowerEvents events(runLoop, [] {
+        Descriptor opened = openPair();
+        const rlimit none{0, former.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+        return opened;
+    });
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &former), 0);
+
+    const auto watch = events.watch([] {});
+
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &former), 0);
+    EXPECT_EQ(watch, nullptr);
 }
 
 }  // namespace
