@@ -5,12 +5,26 @@
 #include <xcb/screensaver.h>
 
 #include <cstdint>
+#include <utility>
 
 namespace kestro {
 
+namespace {
+
+constexpr std::uint8_t major = 1;
+constexpr std::uint8_t minor = 1;
+
+}  // namespace
+
 X11ScreenSaver::X11ScreenSaver() {
-    if (auto* const connection = x11_display::connection()) {
-        xcb_prefetch_extension_data(connection, &xcb_screensaver_id);
+    auto* const connection = x11_display::connection();
+    if (connection == nullptr) {
+        return;
+    }
+    const auto* const extension = xcb_get_extension_data(connection, &xcb_screensaver_id);
+    if (extension != nullptr && extension->present != 0) {
+        versionRequest_ = xcb_screensaver_query_version(connection, major, minor).sequence;
+        xcb_flush(connection);
     }
 }
 
@@ -25,23 +39,12 @@ bool X11ScreenSaver::suspend(bool suspended) {
 }
 
 bool X11ScreenSaver::isSupported() {
-    constexpr std::uint8_t major = 1;
-    constexpr std::uint8_t minor = 1;
-    auto* const connection = x11_display::connection();
-    if (connection == nullptr) {
-        return false;
+    if (const auto request = std::exchange(versionRequest_, std::nullopt)) {
+        const x11_display::Reply<xcb_screensaver_query_version_reply_t> reply(
+            xcb_screensaver_query_version_reply(x11_display::connection(), {*request}, nullptr));
+        isSupported_ = reply && reply->server_major_version == major && reply->server_minor_version >= minor;
     }
-    if (!isSupported_) {
-        const auto* const extension = xcb_get_extension_data(connection, &xcb_screensaver_id);
-        isSupported_ = false;
-        if (extension != nullptr && extension->present != 0) {
-            const auto cookie = xcb_screensaver_query_version(connection, major, minor);
-            const x11_display::Reply<xcb_screensaver_query_version_reply_t> reply(
-                xcb_screensaver_query_version_reply(connection, cookie, nullptr));
-            isSupported_ = reply && reply->server_major_version == major && reply->server_minor_version >= minor;
-        }
-    }
-    return *isSupported_;
+    return isSupported_;
 }
 
 }  // namespace kestro

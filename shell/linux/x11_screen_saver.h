@@ -9,17 +9,19 @@ namespace kestro {
 /// Main thread, after the application object.
 class X11ScreenSaver {
 public:
-    /// Asks the server for its screen saver extension without waiting for the reply.
+    /// Asks the server for the version of its screen saver extension, at the cost of one round trip.
     X11ScreenSaver();
 
     /// Suspends the timers, or resumes them; the server counts, so calls nest. False: there is no X server, or its
-    /// extension is older than version 1.1. The first call costs one round trip.
+    /// extension is older than version 1.1. Does not wait for the server, unless it is called right after the
+    /// start.
     bool suspend(bool suspended);
 
 private:
     bool isSupported();
 
-    std::optional<bool> isSupported_;
+    std::optional<unsigned> versionRequest_;  // sequence number, until the reply is read
+    bool isSupported_ = false;
 };
 
 }  // namespace kestro
