@@ -22,13 +22,15 @@ namespace {
 constexpr SliderRange cutoffRange{5, 50, 5};
 constexpr int cutoffLabelWidth = 110;
 
-/// The cup in its circle, lit during a keep-awake session.
+/// The cup in its circle: lit while the lock is held, empty while it is wanted but not held.
 class CupDisc : public View {
 public:
     static constexpr int diameter = 42;
     static constexpr double symbolSize = 20;
 
-    explicit CupDisc(const KeepAwakeManager& manager) : manager_(manager) { setFixedSize(diameter, diameter); }
+    CupDisc(const KeepAwakeManager& manager, const PowerStatus& status) : manager_(manager), status_(status) {
+        setFixedSize(diameter, diameter);
+    }
 
     AccessibleInfo accessibleInfo() const override { return AccessibleInfo::decoration(); }
 
@@ -36,18 +38,22 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        const Ink ink = manager_.isActive.get() ? KestroTheme::accentWarning : KestroTheme::textSecondary;
+        const bool isActive = manager_.isActive.get();
+        const bool isHeld = isActive && status_.keepAwake.get().isHeld;
+        const Ink ink = isHeld ? KestroTheme::accentWarning : KestroTheme::textSecondary;
         const QRectF disc = rect();
         const double radius = disc.width() / 2;
         paintRounded(painter, disc, radius, ink.faded(0.15).color());
         kestroHairlineBorder(painter, disc, radius, ink.faded(0.35).color());
         const double inset = (diameter - symbolSize) / 2;
-        SymbolPainter::paint(painter, QStringLiteral("cup.and.saucer.fill"),
-                             disc.adjusted(inset, inset, -inset, -inset), ink.color());
+        const auto symbol =
+            isActive && !isHeld ? QStringLiteral("cup.and.saucer") : QStringLiteral("cup.and.saucer.fill");
+        SymbolPainter::paint(painter, symbol, disc.adjusted(inset, inset, -inset, -inset), ink.color());
     }
 
 private:
     const KeepAwakeManager& manager_;
+    const PowerStatus& status_;
 };
 
 struct Scope {
@@ -77,7 +83,7 @@ QWidget* KeepAwakeTab::statusCard() {
     constexpr int padding = 16;
     const TextStyle heading{12, 17, text_styles::w700, 0.9, KestroTheme::textPrimary};
     const KeepAwakeManager& manager = services().keepAwake;
-    cup_ = new CupDisc(manager);
+    cup_ = new CupDisc(manager, services().powerStatus);
     button_ = new Button(ButtonKind::regular);
     button_->setHeight(30);
     button_->setFixedWidth(124);
