@@ -121,7 +121,7 @@ KeepAwakeStatus PowerStatus::keepAwakeStatus() const {
         case ReportState::pending:
             return {false, "Not held: the desktop has not granted the lock yet."};
         case ReportState::lost:
-            return {false, "Not held: the service that held the lock is gone."};
+            return {false, "Not held: the lock was lost, and will be requested again."};
         case ReportState::refused:
         case ReportState::none:
             break;

@@ -8,9 +8,10 @@ namespace kestro {
 
 namespace {
 
-/// The pauses before a refusing service is asked again double each time, up to two minutes in all.
+/// The pauses before a refusing service is asked again double each time. While nothing is held, the longest one
+/// repeats.
 constexpr std::chrono::milliseconds firstPause = std::chrono::seconds(2);
-constexpr int mostRetries = 6;
+constexpr int mostDoublings = 6;
 
 }  // namespace
 
@@ -93,8 +94,9 @@ void LockSet::update() {
 }
 
 void LockSet::planRetry() {
-    if (isAny(LockState::refused) && wasHeld_ && retries_ < mostRetries && !retry_.isActive()) {
-        retry_.start(firstPause * (1 << retries_));
+    const bool isWorthwhile = retries_ < mostDoublings || !isAny(LockState::held);
+    if (isAny(LockState::refused) && wasHeld_ && isWorthwhile && !retry_.isActive()) {
+        retry_.start(firstPause * (1 << std::min(retries_, mostDoublings)));
     }
 }
 

@@ -177,7 +177,7 @@ TEST_F(KeepAwakeStatusItemTest, EmptiesTheCupWhileNothingHoldsTheLock) {
     mac.runPending();
     EXPECT_EQ(shown().symbol->name, QStringLiteral("cup.and.saucer"));
     EXPECT_EQ(shown().toolTip, QStringLiteral("Keep-Awake: Not Held"));
-    EXPECT_EQ(shown().help, QStringLiteral("Not held: the service that held the lock is gone."));
+    EXPECT_EQ(shown().help, QStringLiteral("Not held: the lock was lost, and will be requested again."));
 
     mac.powerAssertions.setReport({PowerAssertionReport::State::held, {"GNOME"}});
     mac.runPending();

@@ -51,7 +51,7 @@ TEST_F(PowerStatusTest, SaysNotHeldUntilALockIsBack) {
     EXPECT_EQ(note(), "Not held: the desktop has not granted the lock yet.");
 
     mac.powerAssertions.setReport({ReportState::lost, {}});
-    EXPECT_EQ(note(), "Not held: the service that held the lock is gone.");
+    EXPECT_EQ(note(), "Not held: the lock was lost, and will be requested again.");
 
     mac.powerAssertions.setReport({ReportState::held, {"KDE"}});
     EXPECT_TRUE(isHeld());

@@ -267,7 +267,7 @@ TEST_F(PopoverTest, KeepAwakeChipSaysWhoHoldsTheLock) {
 
     EXPECT_EQ(chip->text(), QStringLiteral("Not Held (Active (∞))"));
     EXPECT_LE(chip->geometry().right(), 316);
-    EXPECT_EQ(chip->help(), QStringLiteral("Not held: the service that held the lock is gone."));
+    EXPECT_EQ(chip->help(), QStringLiteral("Not held: the lock was lost, and will be requested again."));
 }
 
 TEST_F(PopoverTest, RepaintsNothingWhenASampleChangesNothing) {

@@ -14,7 +14,7 @@ TEST_F(SettingsPowerStatusTest, SaysWhyKeepAwakeIsNotHeld) {
 
     EXPECT_TRUE(shows("KEEP-AWAKE NOT HELD"));
     EXPECT_EQ(button("Deactivate").accessibleInfo().description,
-              QStringLiteral("Not held: the service that held the lock is gone."));
+              QStringLiteral("Not held: the lock was lost, and will be requested again."));
 }
 
 TEST_F(SettingsPowerStatusTest, SaysWhyAPowerModeIsUnavailable) {
