@@ -25,6 +25,7 @@ struct BusLock::Attempt {
     QString service;
     QDBusConnection bus;
     QDBusPendingCall call;
+    bool isTaken;  // its reply has been processed
 
     void giveBack() const {
         const auto lock = lockFromReply(mechanism, call.reply());
@@ -66,15 +67,18 @@ void BusLock::send() {
     // Addressed to one connection, because Qt 6.8 does not report the sender of a reply. No timeout on the bus: a
     // lock granted after the patience must still be released.
     const auto call = bus_.asyncCall(lockCall(mechanism_, service_, wish_), std::numeric_limits<int>::max());
-    attempt_ = std::make_shared<Attempt>(Attempt{this, mechanism_, service_, bus_, call});
+    attempt_ = std::make_shared<Attempt>(Attempt{this, mechanism_, service_, bus_, call, false});
     patience_.start();
     auto* watcher = new QDBusPendingCallWatcher(call, QCoreApplication::instance());
     connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
             [attempt = attempt_](QDBusPendingCallWatcher* finished) {
                 finished->deleteLater();
+                if (attempt->isTaken) {
+                    return;
+                }
                 if (attempt->owner == nullptr) {
                     attempt->giveBack();
-                } else if (attempt->owner->attempt_ == attempt) {
+                } else {
                     attempt->owner->take();
                 }
             });
@@ -98,7 +102,9 @@ void BusLock::confirm() {
 }
 
 void BusLock::take() {
-    const auto reply = std::exchange(attempt_, nullptr)->call.reply();
+    const auto attempt = std::exchange(attempt_, nullptr);
+    attempt->isTaken = true;
+    const auto reply = attempt->call.reply();
     lock_ = lockFromReply(mechanism_, reply);
     if (!lock_) {
         if (hasNoReceiver(reply)) {
@@ -111,17 +117,21 @@ void BusLock::take() {
         proofTimer_.start();
         settle(LockState::held);
     } else {
+        patience_.stop();  // the question has a bound of its own
         ask();
     }
 }
 
 void BusLock::ask() {
+    if (proof_) {
+        return;
+    }
     const auto question = proofCall(mechanism_, service_, wish_);
     if (!question) {
         settle(LockState::held);
         return;
     }
-    proof_ = bus_.asyncCall(*question);
+    proof_ = bus_.asyncCall(*question, patience_.interval());
     const auto* watcher = new QDBusPendingCallWatcher(*proof_, this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
         finished->deleteLater();
@@ -175,6 +185,10 @@ void BusLock::settle(LockState state) {
 
 void BusLock::release() {
     if (attempt_) {
+        if (attempt_->call.isFinished()) {
+            attempt_->isTaken = true;
+            attempt_->giveBack();
+        }
         attempt_->owner = nullptr;
         attempt_.reset();
     }

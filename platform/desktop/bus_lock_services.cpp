@@ -95,11 +95,15 @@ void BusLockServices::followSleep() {
     QDBusConnection(systemBus_.connection())
         .connect(QString(), QStringLiteral("/org/freedesktop/login1"),
                  QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"), this,
-                 SLOT(onPrepareForSleep(bool)));
+                 SLOT(onPrepareForSleep(QDBusMessage)));
 }
 
-void BusLockServices::onPrepareForSleep(bool isAboutToSleep) {
-    if (!isAboutToSleep && onResumed_) {
+/// The bus lets every user send this signal, so its sender is verified.
+void BusLockServices::onPrepareForSleep(const QDBusMessage& signal) {
+    const auto arguments = signal.arguments();
+    const bool isResume = arguments.size() == 1 && arguments.constFirst().metaType().id() == QMetaType::Bool &&
+                          !arguments.constFirst().toBool();
+    if (isResume && signal.service() == owner(LockMechanism::logindIdle) && onResumed_) {
         onResumed_();
     }
 }

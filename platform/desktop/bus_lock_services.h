@@ -40,7 +40,7 @@ public:
     void setHandlers(std::function<void()> onOwnersChanged, std::function<void()> onResumed) override;
 
 private Q_SLOTS:
-    void onPrepareForSleep(bool isAboutToSleep);
+    void onPrepareForSleep(const QDBusMessage& signal);
 
 private:
     void followSleep();

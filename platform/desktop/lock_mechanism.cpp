@@ -86,6 +86,17 @@ QString nextHandleToken() {
     return QStringLiteral("kestro%1").arg(++count);
 }
 
+/// Whether the service was silent, or has left the bus.
+bool isWithoutAnswer(const QDBusMessage& reply) {
+    static const QStringList errors{QStringLiteral("org.freedesktop.DBus.Error.NoReply"),
+                                    QStringLiteral("org.freedesktop.DBus.Error.Timeout"),
+                                    QStringLiteral("org.freedesktop.DBus.Error.TimedOut"),
+                                    QStringLiteral("org.freedesktop.DBus.Error.Disconnected"),
+                                    QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner"),
+                                    QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown")};
+    return errors.contains(reply.errorName());
+}
+
 /// Whether logind's list, an array of (what, who, why, mode, user, process), contains our lock.
 bool isListed(const QDBusMessage& reply, const QString& what, const LockWish& wish) {
     const auto list = reply.arguments().constFirst().value<QDBusArgument>();
@@ -243,6 +254,9 @@ std::optional<QDBusMessage> proofCall(LockMechanism mechanism, const QString& se
 }
 
 std::optional<bool> proofFromReply(LockMechanism mechanism, const QDBusMessage& reply, const LockWish& wish) {
+    if (isWithoutAnswer(reply)) {
+        return false;
+    }
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
         return std::nullopt;
     }

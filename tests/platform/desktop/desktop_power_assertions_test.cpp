@@ -189,6 +189,8 @@ TEST_F(DesktopPowerAssertionsTest, ARefusalIsReportedAtOnce) {
 
     EXPECT_EQ(create(), std::nullopt);
 
+    // The reply, which has been processed, is still queued.
+    QCoreApplication::processEvents();
     EXPECT_THAT(revoked, IsEmpty());
     EXPECT_EQ(assertions().report().state, ReportState::refused);
 }

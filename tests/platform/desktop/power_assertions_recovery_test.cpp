@@ -7,6 +7,18 @@ using namespace std::chrono_literals;
 using namespace test;
 using testing::IsEmpty;
 
+QDBusMessage sleepSignal(const QVariantList& arguments) {
+    auto signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/login1"),
+                                             QStringLiteral("org.freedesktop.login1.Manager"),
+                                             QStringLiteral("PrepareForSleep"));
+    signal.setArguments(arguments);
+    return signal;
+}
+
+void announceSleep(const QDBusConnection& sender, bool isAboutToSleep) {
+    ASSERT_TRUE(sender.send(sleepSignal({isAboutToSleep})));
+}
+
 TEST_F(DesktopPowerAssertionsTest, LogindTakesOverWhenTheSessionBusDies) {
     const auto gnome = service(gnomeSessionManager);
     const auto logind = service(logindIdle);
@@ -57,17 +69,43 @@ TEST_F(DesktopPowerAssertionsTest, EachLockIsConfirmedAfterASuspend) {
     ASSERT_TRUE(waitUntil([&] { return holders() == std::vector<std::string>{"GNOME", "logind"}; }));
     gnome->answer(QStringLiteral("IsInhibited"), [](const auto& call) { return call.createReply(false); });
 
-    for (const bool isAboutToSleep : {true, false}) {
-        auto signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/login1"),
-                                                 QStringLiteral("org.freedesktop.login1.Manager"),
-                                                 QStringLiteral("PrepareForSleep"));
-        signal << isAboutToSleep;
-        ASSERT_TRUE(logind->connection().send(signal));
-    }
+    announceSleep(logind->connection(), true);
+    announceSleep(logind->connection(), false);
 
     ASSERT_TRUE(waitUntil([&] { return holders() == std::vector<std::string>{"logind"}; }));
     ASSERT_TRUE(waitForLocking(*gnome, 2));
     EXPECT_EQ(locking(*gnome).back(), "Uninhibit(1u)");
+}
+
+TEST_F(DesktopPowerAssertionsTest, ALockIsLostIfItsServiceIsSilentAfterASuspend) {
+    options.timing.patience = 500ms;
+    const auto gnome = service(gnomeSessionManager);
+    const auto logind = service(logindIdle);
+    ASSERT_TRUE(create().has_value());
+    ASSERT_TRUE(waitUntil([&] { return holders() == std::vector<std::string>{"GNOME", "logind"}; }));
+    gnome->hold(true);
+
+    announceSleep(logind->connection(), false);
+
+    EXPECT_TRUE(waitUntil([&] { return holders() == std::vector<std::string>{"logind"}; }));
+}
+
+TEST_F(DesktopPowerAssertionsTest, OnlyLogindAnnouncesTheEndOfASuspend) {
+    const auto gnome = service(gnomeSessionManager);
+    const auto logind = service(logindIdle);
+    ASSERT_TRUE(create().has_value());
+    ASSERT_TRUE(waitUntil([&] { return holders() == std::vector<std::string>{"GNOME", "logind"}; }));
+    const auto questions = [&] { return std::ranges::count(gnome->calls(), "IsInhibited(12u)"); };
+    ASSERT_EQ(questions(), 1);
+
+    announceSleep(systemBus.connect(), false);
+    ASSERT_TRUE(logind->connection().send(sleepSignal({})));
+    ASSERT_TRUE(logind->connection().send(sleepSignal({QStringLiteral("false")})));
+    announceSleep(logind->connection(), false);
+
+    ASSERT_TRUE(waitUntil([&] { return questions() > 1; }));
+    gnome->settle(session);
+    EXPECT_EQ(questions(), 2);
 }
 
 TEST_F(DesktopPowerAssertionsTest, ReportTheHoldersThatAnswerLater) {
