@@ -278,6 +278,8 @@ int runApplication(char** arguments, const std::string& commandFile) {
     Platform::install(desktop.platform);
     desktop.userDefaults.flushAtExit();
     const int result = runFirstInstance(desktop, commandFile, termination);
+    // Before the blocking calls below, which reach the buses after the released locks.
+    KeepAwakeManager::shared().deactivate();
     desktop.userDefaults.flush();
     // A process started from now on becomes the first instance and finds the preferences complete.
     instance.release();

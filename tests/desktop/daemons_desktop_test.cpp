@@ -170,17 +170,23 @@ TEST_F(DaemonsOnTheDesktop, ThePortalDoesNotDisplaceAWorkingLock) {
     ASSERT_TRUE(isOwned(Bus::session, QStringLiteral("org.freedesktop.impl.portal.desktop.gtk")));
     session.start(QStringLiteral("/usr/libexec/xdg-desktop-portal"), {});
     ASSERT_TRUE(isOwned(Bus::session, QStringLiteral("org.freedesktop.portal.Desktop")));
-    const test::FakeService manager(
-        session.connect(Bus::session), QStringLiteral("org.gnome.SessionManager"),
-        {{QStringLiteral("Inhibit"), [](const QDBusMessage& call) { return call.createReply(7U); }}});
+    test::LockPipe pipe;
+    const test::FakeService logind(session.connect(Bus::system), QStringLiteral("org.freedesktop.login1"),
+                                   {{QStringLiteral("Inhibit"), [&pipe](const QDBusMessage& call) {
+                                         return call.createReply(QVariant::fromValue(pipe.writeEnd()));
+                                     }}});
     launch();
 
     choose(activate);
-
-    EXPECT_TRUE(waitUntil([&] { return !manager.calls().empty(); }));
     EXPECT_TRUE(offers(deactivate));
+    pipe.closeWriteEnd();
+    EXPECT_TRUE(pipe.isHeldBySomebody());
+    EXPECT_TRUE(waitUntil([&] {
+        return client.toolTip(client.waitForItem(keepAwakeItem)).contains(QStringLiteral("held by logind"));
+    }));
     choose(deactivate);
-    EXPECT_TRUE(waitUntil([&] { return manager.calls().back() == "Uninhibit(7u)"; }));
+
+    EXPECT_TRUE(waitUntil([&] { return !pipe.isHeldBySomebody(); }));
 }
 
 struct LogindOnTheDesktop : DaemonsOnTheDesktop {

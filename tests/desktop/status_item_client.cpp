@@ -83,6 +83,31 @@ QVariant StatusItemClient::property(const QString& item, const QString& name) co
     return session_.property(item, itemPath, itemInterface, name);
 }
 
+QString StatusItemClient::toolTip(const QString& item) const {
+    const auto toolTip = property(item, QStringLiteral("ToolTip")).value<QDBusArgument>();
+    QString icon;
+    QString title;
+    QString text;
+    if (toolTip.currentSignature() != QLatin1String("(sa(iiay)ss)")) {
+        return {};
+    }
+    toolTip.beginStructure();
+    toolTip >> icon;
+    toolTip.beginArray();
+    while (!toolTip.atEnd()) {
+        int width = 0;
+        int height = 0;
+        QByteArray pixels;
+        toolTip.beginStructure();
+        toolTip >> width >> height >> pixels;
+        toolTip.endStructure();
+    }
+    toolTip.endArray();
+    toolTip >> title >> text;
+    toolTip.endStructure();
+    return title + QLatin1Char('\n') + text;
+}
+
 QImage StatusItemClient::icon(const QString& item, int pixels) const {
     QImage found;
     const QVariant pixmaps = property(item, QStringLiteral("IconPixmap"));

@@ -46,6 +46,9 @@ public:
     QVariant property(const QString& item, const QString& name) const;
     QString label(const QString& item) const { return property(item, QStringLiteral("XAyatanaLabel")).toString(); }
 
+    /// Title and text of the item's tool tip, a line each.
+    QString toolTip(const QString& item) const;
+
     /// The item's icon in that size, not premultiplied; null if the item has none.
     QImage icon(const QString& item, int pixels) const;
 
