@@ -80,12 +80,26 @@ Amount voltage(const PowerSupply& battery) {
     return isAboveZero(microvolts) && *microvolts >= 1000 ? Amount(*microvolts / 1000) : std::nullopt;
 }
 
+bool exceedsFull(const Amount& now, const Amount& full) {
+    return now && isAboveZero(full) && *now * 10 > *full * 11;
+}
+
+/// Whether a gauge reports far more than a full charge, as macsmc does with firmware that returns the remaining
+/// charge in another byte order. Only its percentage is right then.
+bool isOverfull(const PowerSupply& battery) {
+    return battery.capacityPercent && (exceedsFull(battery.chargeNow, battery.chargeFull) ||
+                                       exceedsFull(battery.energyNow, battery.energyFull));
+}
+
 struct Level {
     std::int64_t now = 0;
     std::int64_t full = 0;
 };
 
 std::optional<Level> energyLevel(const PowerSupply& battery) {
+    if (isOverfull(battery)) {
+        return std::nullopt;
+    }
     if (battery.energyNow && isAboveZero(battery.energyFull)) {
         return Level{*battery.energyNow, *battery.energyFull};
     }
@@ -107,6 +121,9 @@ Level inUnits(const Level& level, std::int64_t unit) {
 
 /// In mAh.
 std::optional<Level> chargeLevel(const PowerSupply& battery) {
+    if (isOverfull(battery)) {
+        return std::nullopt;
+    }
     if (battery.chargeNow && isAboveZero(battery.chargeFull)) {
         return inUnits({*battery.chargeNow, *battery.chargeFull}, 1000);
     }
@@ -115,13 +132,6 @@ std::optional<Level> chargeLevel(const PowerSupply& battery) {
         return inUnits({*battery.energyNow, *battery.energyFull}, *millivolts);
     }
     return std::nullopt;
-}
-
-/// Whether a gauge reports far more than a full charge, as macsmc does after a full charge was learned anew. Its
-/// percentage is right then.
-bool isOverfull(const PowerSupply& battery) {
-    return battery.capacityPercent && battery.chargeNow && isAboveZero(battery.chargeFull) &&
-           *battery.chargeNow * 10 > *battery.chargeFull * 11;
 }
 
 std::int64_t percentOf(const Level& level) {
@@ -157,7 +167,7 @@ std::optional<Level> combinedPercent(const Batteries& batteries) {
 std::optional<Level> level(const Batteries& batteries) {
     if (batteries.size() == 1) {
         const auto charge = chargeLevel(*batteries.front());
-        if (charge && charge->full > 0 && !isOverfull(*batteries.front())) {
+        if (charge && charge->full > 0) {
             return Level{std::min(charge->now, charge->full), charge->full};
         }
     }
@@ -192,7 +202,7 @@ Minutes gaugedMinutes(const PowerSupply& battery) {
 }
 
 Minutes minutesOfCharge(const PowerSupply& battery) {
-    const bool isKnown = battery.chargeNow && isAboveZero(battery.currentNow);
+    const bool isKnown = battery.chargeNow && isAboveZero(battery.currentNow) && !isOverfull(battery);
     return isKnown ? Minutes(*battery.chargeNow * 60 / *battery.currentNow) : std::nullopt;
 }
 

@@ -49,7 +49,8 @@ PowerSupply parsePowerSupply(std::string_view uevent);
 /// the machine.
 ///
 /// A single battery reports its charge in mAh; an energy value is converted using the voltage. A battery that has
-/// only a percentage or holds more than 1.1 full charges, and several batteries together, report percent of 100.
+/// only a percentage, and several batteries together, report percent of 100. If a battery that has a percentage
+/// claims more than 1.1 full charges, its charge and energy are ignored.
 /// The machine is on external power if a charger is online, or if a battery charges, is held at a limit, or is
 /// full while no charger is reported. A port does not count as online while the mains are offline and a battery
 /// discharges. "BatteryHealth" is "Service Recommended" when a full charge is below 80 % of the design; otherwise

@@ -38,60 +38,6 @@ bool isCharging(const PowerSourceDescription& description) {
     return std::get<bool>(description.find("Is Charging")->second);
 }
 
-TEST(ParsePowerSupply, ReadsTheLinesOfAnEventFile) {
-    const auto supply = parsePowerSupply(
-        "DEVTYPE=power_supply\nPOWER_SUPPLY_NAME=BAT0\nPOWER_SUPPLY_TYPE=Battery\nPOWER_SUPPLY_STATUS=Not "
-        "charging\n"
-        "POWER_SUPPLY_PRESENT=1\nPOWER_SUPPLY_CAPACITY=80\nPOWER_SUPPLY_CHARGE_NOW=4249000\n"
-        "POWER_SUPPLY_CURRENT_NOW=-1250000\nPOWER_SUPPLY_HEALTH=Overheat\n");
-
-    EXPECT_EQ(supply.kind, Kind::battery);
-    EXPECT_EQ(supply.status, Status::notCharging);
-    EXPECT_TRUE(supply.isPresent);
-    EXPECT_EQ(supply.capacityPercent, 80);
-    EXPECT_EQ(supply.chargeNow, 4249000);
-    EXPECT_EQ(supply.currentNow, 1250000);
-    EXPECT_FALSE(supply.energyNow);
-    EXPECT_FALSE(supply.isOnline);
-    EXPECT_EQ(supply.health, "Overheat");
-}
-
-TEST(ParsePowerSupply, SkipsMalformedLines) {
-    const auto supply = parsePowerSupply(
-        "POWER_SUPPLY_CAPACITY=\nPOWER_SUPPLY_CHARGE_NOW=99999999999999999999\nPOWER_SUPPLY_CHARGE_FULL=lots\n"
-        "POWER_SUPPLY_ENERGY_NOW=-9223372036854775808\nPOWER_SUPPLY_HEALTH=\xFF\xFE\nPOWER_SUPPLY_STATUS\n=\n"
-        "POWER_SUPPLY_STATUS=Elsewhere");
-
-    EXPECT_FALSE(supply.capacityPercent);
-    EXPECT_FALSE(supply.chargeNow);
-    EXPECT_FALSE(supply.chargeFull);
-    EXPECT_FALSE(supply.energyNow);
-    EXPECT_EQ(supply.health, "");
-    EXPECT_EQ(supply.status, Status::unknown);
-    EXPECT_EQ(parsePowerSupply("").kind, Kind::other);
-}
-
-TEST(ParsePowerSupply, RejectsAmountsBeyondAnyBattery) {
-    const auto largest =
-        parsePowerSupply("POWER_SUPPLY_ENERGY_NOW=9999999999\nPOWER_SUPPLY_POWER_NOW=-9999999999\n");
-    const auto absurd =
-        parsePowerSupply("POWER_SUPPLY_ENERGY_NOW=10000000000\nPOWER_SUPPLY_POWER_NOW=-10000000000\n");
-
-    EXPECT_EQ(largest.energyNow, 9'999'999'999);
-    EXPECT_EQ(largest.powerNow, 9'999'999'999);
-    EXPECT_FALSE(absurd.energyNow);
-    EXPECT_FALSE(absurd.powerNow);
-}
-
-TEST(ParseSupplyKind, DistinguishesMainsFromPorts) {
-    EXPECT_EQ(parseSupplyKind("Battery\n"), Kind::battery);
-    EXPECT_EQ(parseSupplyKind("Mains\n"), Kind::mains);
-    EXPECT_EQ(parseSupplyKind("USB_PD\n"), Kind::port);
-    EXPECT_EQ(parseSupplyKind("Wireless\n"), Kind::port);
-    EXPECT_EQ(parseSupplyKind("UPS\n"), Kind::other);
-    EXPECT_EQ(parseSupplyKind(""), Kind::other);
-}
-
 TEST(DescribeBatteries, ReportsChargeInMilliampereHours) {
     auto one = battery(Status::discharging);
     one.chargeNow = 4'249'000;
@@ -168,14 +114,42 @@ TEST(DescribeBatteries, KeepsTheWholePercentageInMilliampereHours) {
     }
 }
 
-TEST(DescribeBatteries, PrefersThePercentageOfAGaugeThatHoldsMoreThanFull) {
-    auto one = battery(Status::discharging);
-    one.chargeNow = 6'000'000;
-    one.chargeFull = 5'000'000;
-    one.capacityPercent = 83;
+/// A MacBook Pro whose firmware returns the remaining charge in another byte order than macsmc expects
+/// (github.com/AsahiLinux/linux/pull/542).
+PowerSupply batteryWithSwappedBytes() {
+    return parsePowerSupply(
+        "POWER_SUPPLY_NAME=macsmc-battery\nPOWER_SUPPLY_TYPE=Battery\nPOWER_SUPPLY_STATUS=Discharging\n"
+        "POWER_SUPPLY_CAPACITY=83\nPOWER_SUPPLY_VOLTAGE_NOW=12600000\nPOWER_SUPPLY_VOLTAGE_MIN_DESIGN=11400000\n"
+        "POWER_SUPPLY_CURRENT_NOW=-1000000\nPOWER_SUPPLY_POWER_NOW=-12600000\nPOWER_SUPPLY_CHARGE_FULL=4998000\n"
+        "POWER_SUPPLY_CHARGE_NOW=21267000\nPOWER_SUPPLY_ENERGY_FULL=56977200\nPOWER_SUPPLY_ENERGY_NOW="
+        "242443800\n");
+}
 
-    EXPECT_EQ(integer(*describeBatteries({one}), "Current Capacity"), 83);
-    EXPECT_EQ(integer(*describeBatteries({one}), "Max Capacity"), 100);
+TEST(DescribeBatteries, BelievesOnlyThePercentageOfAGaugeThatHoldsMoreThanFull) {
+    const auto captured = batteryWithSwappedBytes();
+    auto chargeOnly = captured;
+    chargeOnly.energyNow.reset();
+    auto energyOnly = captured;
+    energyOnly.chargeNow.reset();
+    auto withoutVoltage = chargeOnly;
+    withoutVoltage.voltageNow.reset();
+    withoutVoltage.voltageMinDesign.reset();
+
+    for (const auto& one : {captured, chargeOnly, energyOnly, withoutVoltage}) {
+        const auto description = describeBatteries({one});
+
+        EXPECT_EQ(integer(*description, "Current Capacity"), 83);
+        EXPECT_EQ(integer(*description, "Max Capacity"), 100);
+        EXPECT_EQ(integer(*description, "Time to Empty"), -1);
+    }
+}
+
+TEST(DescribeBatteries, CombinesTheGaugeThatHoldsMoreThanFullByItsPercentage) {
+    auto other = battery(Status::notCharging);
+    other.energyNow = 20'000'000;
+    other.energyFull = 80'000'000;
+
+    EXPECT_EQ(integer(*describeBatteries({batteryWithSwappedBytes(), other}), "Current Capacity"), 54);
 }
 
 TEST(DescribeBatteries, IgnoresAStaleUsbPortWhileTheMainsAreOffline) {
