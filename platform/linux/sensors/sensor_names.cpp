@@ -61,4 +61,8 @@ bool isFloatingInput(std::string_view label) {
     return label.starts_with("AUXTIN") || label.starts_with("CPUTIN");
 }
 
+bool isGraphicsName(std::string_view name) {
+    return lowered(name).find("gpu") != std::string::npos;
+}
+
 }  // namespace kestro

@@ -28,4 +28,7 @@ std::string nameOutsideDie(std::string_view product);
 /// Whether a mainboard chip's input commonly floats and may read anything.
 bool isFloatingInput(std::string_view label);
 
+/// Whether an input's label or a thermal zone's type names a graphics processor.
+bool isGraphicsName(std::string_view name);
+
 }  // namespace kestro

@@ -18,7 +18,7 @@ constexpr std::chrono::seconds slowPeriod{10};
 // How long the last reading of a device that must not be read yet is shown.
 constexpr std::chrono::seconds longestUse{60};
 
-// No machine's inputs other than the processor's get this hot; open ones often read as much or more.
+// Apart from processors and graphics, no machine gets this hot; open inputs often read as much or more.
 constexpr double hottestBoard = 100;
 
 // Beyond the range that the thermal reader accepts.
@@ -169,8 +169,9 @@ void TemperatureSensors::addChip(const HwmonChip& chip, bool isZone) {
             nameSensor(sensor, sensorName(chip, numbers[index], label));
             sensor.rank = isZone ? zoneDieRank(chip.name) : inputDieRank(chip, label);
         }
-        sensor.mayBeUnconnected = chip.kind == ChipKind::mainboard || chip.kind == ChipKind::embedded ||
-                                  chip.kind == ChipKind::firmware || (isZone && sensor.rank == DieRank::none);
+        const bool isOfBoard = chip.kind == ChipKind::mainboard || chip.kind == ChipKind::embedded ||
+                               chip.kind == ChipKind::firmware || (isZone && sensor.rank == DieRank::none);
+        sensor.mayBeUnconnected = isOfBoard && !isGraphicsName(label.value_or(chip.name));
         sensor.isSlow = chip.kind == ChipKind::drive;
         sensor.file =
             PersistentFile(chip.directory + "/temp" + std::to_string(numbers[index]) + "_input", stayGone);
@@ -211,7 +212,8 @@ void TemperatureSensors::addZones(const std::vector<HwmonChip>& chips, std::vect
         Sensor sensor;
         nameSensor(sensor, zoneName(zone.type));
         sensor.rank = zoneDieRank(zone.type);
-        sensor.mayBeUnconnected = sensor.rank == DieRank::firmwareZone || sensor.rank == DieRank::none;
+        sensor.mayBeUnconnected =
+            sensor.rank == DieRank::firmwareZone || (sensor.rank == DieRank::none && !isGraphicsName(zone.type));
         sensor.file = PersistentFile(std::move(zone.temperaturePath), stayGone);
         sensors_.push_back(std::move(sensor));
     }

@@ -54,7 +54,7 @@ private:
         DieRank rank = DieRank::none;
         bool isBattery = false;
         bool isTrusted = true;          ///< false for an ACPI zone that seems constant
-        bool mayBeUnconnected = false;  ///< of the board: it exists whether or not it measures anything
+        bool mayBeUnconnected = false;  ///< of the board or the firmware, which list inputs that measure nothing
         bool isSlow = false;
         PersistentFile file;
         double unitsPerDegree = 1000;

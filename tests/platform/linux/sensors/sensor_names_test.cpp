@@ -55,5 +55,12 @@ TEST(IsFloatingInput, RecognisesInputsThatBoardsLeaveOpen) {
     EXPECT_FALSE(isFloatingInput("SYSTIN"));
 }
 
+TEST(IsGraphicsName, MatchesInAnyCase) {
+    EXPECT_TRUE(isGraphicsName("GPU"));
+    EXPECT_TRUE(isGraphicsName("gpu-thermal"));
+    EXPECT_TRUE(isGraphicsName("Gpu Temperature"));
+    EXPECT_FALSE(isGraphicsName("CPU"));
+}
+
 }  // namespace
 }  // namespace kestro

@@ -202,6 +202,41 @@ TEST(TemperatureSensors, IgnoresAMainboardInputThatDidNotChangeWhileTheDieMoved)
     EXPECT_EQ(sensors.readings().at("it8686 temp1"), 94.0);
 }
 
+TEST(TemperatureSensors, BelievesAHotGraphicsZoneBesideTheDie) {
+    for (const bool hasChips : {false, true}) {
+        TemporaryTree tree;
+        tree.write("/sys/class/thermal/thermal_zone0/type", "cpu0-thermal\n")
+            .write("/sys/class/thermal/thermal_zone0/temp", "70000\n")
+            .write("/sys/class/thermal/thermal_zone1/type", "gpu-thermal\n")
+            .write("/sys/class/thermal/thermal_zone1/temp", "103000\n")
+            .write("/sys/class/thermal/thermal_zone2/type", "PMIC-Die\n")
+            .write("/sys/class/thermal/thermal_zone2/temp", "100000\n");
+        if (hasChips) {
+            tree.write("/sys/class/hwmon/hwmon1/name", "gpu_thermal\n")
+                .write("/sys/class/hwmon/hwmon1/temp1_input", "103000\n");
+        }
+        const auto* const graphics = hasChips ? "gpu_thermal temp1" : "gpu-thermal";
+
+        EXPECT_THAT(Sensors(tree.root()).readings(),
+                    UnorderedElementsAre(Pair("cpu0-thermal", 70.0), Pair(graphics, 103.0)));
+    }
+}
+
+TEST(TemperatureSensors, BelievesAControllersHotGraphicsInput) {
+    for (const std::string chip : {"thinkpad", "dell_smm"}) {
+        TemporaryTree tree;
+        tree.write("/sys/class/hwmon/hwmon0/name", "coretemp\n")
+            .write("/sys/class/hwmon/hwmon0/temp1_input", "40000\n")
+            .write("/sys/class/hwmon/hwmon1/name", chip + "\n")
+            .write("/sys/class/hwmon/hwmon1/temp1_input", "101000\n")
+            .write("/sys/class/hwmon/hwmon1/temp1_label", "GPU\n")
+            .write("/sys/class/hwmon/hwmon1/temp2_input", "111000\n");
+
+        EXPECT_THAT(Sensors(tree.root()).readings(),
+                    UnorderedElementsAre(Pair("CPU temp1", 40.0), Pair(chip + " GPU", 101.0)));
+    }
+}
+
 TEST(TemperatureSensors, BelievesAHotMainboardWithoutADieSensor) {
     TemporaryTree tree;
     tree.write("/sys/class/hwmon/hwmon1/name", "it8686\n")
