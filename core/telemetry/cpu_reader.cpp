@@ -171,13 +171,15 @@ CPUReader::Sums CPUReader::measureCores(const ProcessorLoadInfo& load, CPUTeleme
         ++sums.clusterCores[cluster];
         const std::size_t previous = core < previousSlot_.size() ? previousSlot_[core] : core;
         // A core that the previous array lacks is measured from the next reading on.
-        result.usagePercentage =
-            previous < before ? addCore(load.info.subspan(core * statesPerCore), previous, cluster, sums) : 0;
+        result.usagePercentage = previous < before ? addCore(load.info.subspan(core * statesPerCore), previous,
+                                                             cluster, isIdentified, sums)
+                                                   : 0;
     }
     return sums;
 }
 
-double CPUReader::addCore(std::span<const std::int32_t> now, std::size_t previous, int cluster, Sums& sums) const {
+double CPUReader::addCore(std::span<const std::int32_t> now, std::size_t previous, int cluster, bool isIdentified,
+                          Sums& sums) const {
     const auto before = previousCpuInfo_.subspan(previous * statesPerCore);
     const double user = grown(now[0], before[0]);
     const double system = grown(now[1], before[1]);
@@ -187,7 +189,8 @@ double CPUReader::addCore(std::span<const std::int32_t> now, std::size_t previou
     const double all = busy + idle;
     const double usage = all > 0 ? clampedPercent(busy / all * 100) : 0;
 
-    const bool isMeasured = all != 0;
+    // Only a host that identifies its cores lists those that are offline, whose counters rest.
+    const bool isMeasured = all != 0 || !isIdentified;
     sums.measuredCores[cluster] += isMeasured ? 1 : 0;
     sums.clusterUsage[cluster] += usage;
     sums.user += user;

@@ -29,8 +29,8 @@ public:
     static CPUReader& shared();
 
     /// The load since the previous call. The first call and a failed one read as idle without cores; after a
-    /// failure the next call measures across the gap. A core without any ticks since was not online: no mean
-    /// includes it.
+    /// failure the next call measures across the gap. If the host identifies its cores, no mean includes one
+    /// without any ticks since, because it was not online.
     CPUTelemetry readCPU();
 
     /// The same, but into an existing record, reusing its storage.
@@ -43,7 +43,8 @@ private:
     void beginIdle(CPUTelemetry& record) const;
     void matchCores(const ProcessorLoadInfo& load);
     Sums measureCores(const ProcessorLoadInfo& load, CPUTelemetry& record) const;
-    double addCore(std::span<const std::int32_t> now, std::size_t previous, int cluster, Sums& sums) const;
+    double addCore(std::span<const std::int32_t> now, std::size_t previous, int cluster, bool isIdentified,
+                   Sums& sums) const;
     void replacePrevious(std::span<std::int32_t> info);
 
     MachHost& host_;
