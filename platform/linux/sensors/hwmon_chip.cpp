@@ -28,8 +28,8 @@ constexpr std::array<KnownChips, 8> knownChips{{
     {ChipKind::embedded,
      "thinkpad dell_smm cros_ec surface_thermal legion lenovo steamdeck system76 tuxedo hp_wmi"},
     {ChipKind::mainboard,
-     "nct it8 w83 f71 f75 f81 f8000 sch5 dme1737 smsc47 lm78 lm80 lm85 lm96 vt1211 vt8231 via686a pc87 adt74 emc2 "
-     "emc6 asb100 sis5595 gl518 gigabyte_wmi asus_wmi_sensors asusec atk0110 abituguru"},
+     "nct it8 w83 f71 f75 f81 f8000 sch dme1737 smsc47 lm78 lm79 lm80 lm85 lm96 vt1211 vt8231 via686a pc87 adt74 "
+     "emc2 emc6 asb100 sis5595 gl518 gigabyte_wmi asus_wmi_sensors asusec atk0110 abituguru"},
     {ChipKind::graphics, "amdgpu radeon nouveau i915 xe"},
     {ChipKind::drive, "nvme drivetemp jc42 spd5118"},
     {ChipKind::firmware, "acpitz"},

@@ -27,6 +27,9 @@ TEST(ChipKind, FollowsTheDriversName) {
     EXPECT_EQ(chipKind("cpu0_thermal"), ChipKind::processor);
     EXPECT_EQ(chipKind("soc_thermal"), ChipKind::processor);
     EXPECT_EQ(chipKind("nct6793"), ChipKind::mainboard);
+    EXPECT_EQ(chipKind("sch311x"), ChipKind::mainboard);
+    EXPECT_EQ(chipKind("sch5636"), ChipKind::mainboard);
+    EXPECT_EQ(chipKind("lm79"), ChipKind::mainboard);
     EXPECT_EQ(chipKind("amdgpu"), ChipKind::graphics);
     EXPECT_EQ(chipKind("nvme"), ChipKind::drive);
     EXPECT_EQ(chipKind("acpitz"), ChipKind::firmware);
