@@ -57,6 +57,14 @@ bool isProcessDirectory(const char* name) {
     return name[0] >= '1' && name[0] <= '9';
 }
 
+/// Whether the program `argument` goes by the kernel's name, which is cut at 15 bytes.
+bool fitsName(std::string_view argument, std::string_view name) {
+    constexpr std::size_t longestName = 15;
+    const auto fileName = argument.substr(argument.rfind('/') + 1);
+    const bool fits = name.size() == longestName ? fileName.starts_with(name) : fileName == name;
+    return fits && !fileName.empty();
+}
+
 /// The kernel's name in place of a path. It is not a path, and the last component of "kworker/0:1" would be
 /// meaningless, so slashes become the look-alike U+2215. A name of only blanks would leave a row without a
 /// command.
@@ -195,7 +203,7 @@ std::string ProcessTable::readCommand(const Process& process) const {
     const auto length = readlinkat(procDescriptor_, path.data(), target.data(), target.size());
     if (length <= 0) {
         // Those of other users are not readable.
-        const std::string argument = firstArgument(process);
+        const std::string argument = fittingArgument(process);
         return argument.empty() ? nameAsCommand(process.name) : argument;
     }
     std::string_view text(target.data(), static_cast<std::size_t>(length));
@@ -206,7 +214,7 @@ std::string ProcessTable::readCommand(const Process& process) const {
     return validText(text);
 }
 
-std::string ProcessTable::firstArgument(const Process& process) const {
+std::string ProcessTable::fittingArgument(const Process& process) const {
     // Kernel threads have neither memory nor arguments.
     if (process.residentPages == 0) {
         return {};
@@ -216,14 +224,19 @@ std::string ProcessTable::firstArgument(const Process& process) const {
     const Descriptor file(openat(procDescriptor_, path.data(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     std::array<char, PATH_MAX> text;
     const auto length = file.isOpen() ? ::read(file.get(), text.data(), text.size()) : 0;
-    std::string_view argument(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
-    argument = argument.substr(0, argument.find('\0'));
-    // A process may write anything there; relative paths mean nothing here. The kernel cuts its name of the
-    // executable at 15 bytes.
-    const auto fileName = argument.substr(argument.rfind('/') + 1);
-    const bool fits = process.name.size() == 15 ? fileName.starts_with(process.name) : fileName == process.name;
-    const bool isRelativePath = !argument.starts_with('/') && argument.find('/') != argument.npos;
-    return fits && !isRelativePath && !fileName.empty() ? validText(argument) : std::string();
+    std::string_view rest(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+    // A script is named after its file, but follows its interpreter and that program's only option. A process may
+    // write anything there; relative paths mean nothing here.
+    constexpr int furthestScript = 2;
+    for (int position = 0; position <= furthestScript && !rest.empty(); ++position) {
+        const auto argument = rest.substr(0, rest.find('\0'));
+        rest.remove_prefix(std::min(argument.size() + 1, rest.size()));
+        const bool isBareName = position == 0 && argument.find('/') == argument.npos;
+        if ((isBareName || argument.starts_with('/')) && fitsName(argument, process.name)) {
+            return validText(argument);
+        }
+    }
+    return {};
 }
 
 std::string ProcessTable::list(Order order) {

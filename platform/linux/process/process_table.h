@@ -36,9 +36,10 @@ public:
     ProcessTable& operator=(const ProcessTable&) = delete;
 
     /// A header line, then at most `rowLimit` lines of pid, CPU percent of one core, memory percent, resident KiB
-    /// and command, greatest first. The command is the executable's path if readable, otherwise the first argument
-    /// if it fits the kernel's name, otherwise that name: always valid UTF-8, without control characters, never
-    /// empty. Only paths contain slashes; those in a kernel name become U+2215.
+    /// and command, greatest first. The command is the executable's path if readable, otherwise the argument that
+    /// fits the kernel's name (the first, or the path of a script after its interpreter), otherwise that name:
+    /// always valid UTF-8, without control characters, never empty. Only paths contain slashes; those in a kernel
+    /// name become U+2215.
     std::string list(Order order);
 
     /// Several times the program's longest process list.
@@ -77,7 +78,7 @@ private:
     void measure();
     const std::string& command(const Process& process);
     std::string readCommand(const Process& process) const;
-    std::string firstArgument(const Process& process) const;
+    std::string fittingArgument(const Process& process) const;
 
     const int procDescriptor_;
     const Time time_;

@@ -20,7 +20,15 @@ protected:
             "proc/10/stat",
             fmt::format("10 ({}) S 1 1 1 0 -1 0 0 0 0 0 5 0 0 0 20 0 1 0 {} 1000000 7 1 1\n", name, startTicks));
         fs::remove(root / "proc/10/exe");
-        fs::create_symlink(executable, root / "proc/10/exe");
+        if (!executable.empty()) {
+            fs::create_symlink(executable, root / "proc/10/exe");
+        }
+    }
+
+    /// A process of another user, whose executable is not readable, with arguments separated by zero bytes.
+    void otherUsersProcess(const std::string& name, const std::string& arguments) {
+        process(name, "");
+        root.write("proc/10/cmdline", arguments);
     }
 
     /// The command in the only row of a new listing.
@@ -68,6 +76,25 @@ TEST_F(ProcessCommandsTest, AreReadAgainForANewProcessWithTheSameNumber) {
     process("worker", "/opt/worker", 500);
 
     EXPECT_EQ(command(), "/opt/worker");
+}
+
+TEST_F(ProcessCommandsTest, AreThePathsOfOtherUsersScripts) {
+    using namespace std::string_literals;
+    otherUsersProcess("unattended-upgr",
+                      "/usr/bin/python3\0/usr/share/unattended-upgrades/unattended-upgrade-shutdown\0--wait\0"s);
+    EXPECT_EQ(command(), "/usr/share/unattended-upgrades/unattended-upgrade-shutdown");
+
+    otherUsersProcess("firewalld", "/usr/bin/python3\0-s\0/usr/sbin/firewalld\0--nofork\0"s);
+    EXPECT_EQ(command(), "/usr/sbin/firewalld");
+}
+
+TEST_F(ProcessCommandsTest, AreNotTakenFromTheArgumentsOfAProgram) {
+    using namespace std::string_literals;
+    otherUsersProcess("updater", "/bin/sh\0./updater\0bin/updater\0"s);
+    EXPECT_EQ(command(), "updater");
+
+    otherUsersProcess("late", "/bin/sh\0-e\0-x\0/opt/late\0"s);
+    EXPECT_EQ(command(), "late");
 }
 
 }  // namespace
