@@ -243,7 +243,8 @@ std::string ProcessTable::list(Order order) {
     const std::lock_guard guard(mutex_);
     scan();
     chooseBaseline();
-    if (baseline_.time >= 0 && newest_.time - baseline_.time > longestMeasure) {
+    const bool isBaselineOld = baseline_.time < 0 || newest_.time - baseline_.time > longestMeasure;
+    if (isBaselineOld && newest_.count > 0) {
         scanAfterAPause();
     }
     measure();

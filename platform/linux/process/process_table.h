@@ -12,9 +12,9 @@ namespace kestro {
 /// The processes of this machine, listed as the process-status tool would, straight from /proc.
 ///
 /// CPU use is measured between two listings at least 0.4 s apart, as `top` does; a process missing from the
-/// earlier one is measured from its start. When the earlier listing is more than five seconds old, such as after
-/// the windows were closed, it is taken anew and the call blocks for 0.4 s. Any thread; concurrent listings are
-/// serialised. Lists nothing if /proc cannot be read.
+/// earlier one is measured from its start. When there is none, or only one that is more than five seconds old,
+/// such as after the windows were closed, it is taken anew and the call blocks for 0.4 s. Any thread; concurrent
+/// listings are serialised. Lists nothing if /proc cannot be read.
 ///
 /// The command of a process is read again only after the kernel's name of it has changed, as it does when the
 /// process executes another program.

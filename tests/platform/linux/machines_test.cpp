@@ -34,7 +34,7 @@ using test::fixture;
 class Machine {
 public:
     explicit Machine(std::string_view name, std::size_t pageSize = 4096)
-        : root_(fixture(name)), host_(clock_, root_, pageSize) {}
+        : name_(name), root_(fixture(name)), host_(clock_, root_, pageSize) {}
 
     CPUTelemetry cpu() { return CPUReader(host_, control_).readCPU(); }
     MemoryTelemetry memory() { return MemoryReader(host_, control_, processInfo_).read(); }
@@ -59,14 +59,23 @@ public:
         return NetworkReader(interfaces, clock_).read();
     }
 
+    /// Measured from each process's start, since the list was empty before.
     std::vector<ProcessInfoItem> processes(bool sortByCPU, double uptime) {
-        const auto clock = [uptime] { return uptime; };
-        LinuxCommandRunner runner(root_, {clock, clock, [](double) {}});
-        return ProcessReader(runner).readTopProcesses(sortByCPU, 10);
+        test::TemporaryTree tree;
+        tree.write("/proc/empty", "");
+        double now = uptime - 1;
+        const auto clock = [&now] { return now; };
+        LinuxCommandRunner runner(tree.root(), {clock, clock, [](double) {}});
+        ProcessReader reader(runner);
+        reader.readTopProcesses(sortByCPU, 10);
+        tree.copyFrom(name_);
+        now = uptime;
+        return reader.readTopProcesses(sortByCPU, 10);
     }
 
 private:
     test::ManualClock clock_;
+    std::string name_;
     std::string root_;
     LinuxMachHost host_;
     LinuxSystemControl control_{clock_, root_};

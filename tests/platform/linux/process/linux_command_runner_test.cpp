@@ -20,7 +20,13 @@ TEST(LinuxCommandRunner, EmulatesTheProcessToolWithoutRunningIt) {
     TemporaryDirectory root;
     root.write("proc/5/stat", "5 (one) S 1 1 1 0 -1 0 0 0 0 0 900 0 0 0 20 0 1 0 0 1000000 10 1 1\n");
     root.write("proc/6/stat", "6 (two) S 1 1 1 0 -1 0 0 0 0 0 100 0 0 0 20 0 1 0 0 1000000 90 1 1\n");
-    LinuxCommandRunner runner(root.path().string(), stoppedClocks());
+    double now = 100;
+    const auto clock = [&now] { return now; };
+    const auto wait = [&](double seconds) {
+        now += seconds;
+        root.write("proc/5/stat", "5 (one) S 1 1 1 0 -1 0 0 0 0 0 930 0 0 0 20 0 1 0 0 1000000 10 1 1\n");
+    };
+    LinuxCommandRunner runner(root.path().string(), {clock, clock, wait});
 
     const auto byProcessor = runner.run("/bin/ps", {"-A", "-o", "pid,%cpu,%mem,rss,comm", "-r"});
     const auto byMemory = runner.run("/bin/ps", {"-A", "-m", "-o", "pid,%cpu,%mem,rss,comm"});

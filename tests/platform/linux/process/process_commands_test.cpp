@@ -11,14 +11,16 @@ namespace kestro {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 
 /// A fake /proc with one process.
 class ProcessCommandsTest : public testing::Test {
 protected:
-    void process(const std::string& name, const std::string& executable, int startTicks = 0) {
-        root.write(
-            "proc/10/stat",
-            fmt::format("10 ({}) S 1 1 1 0 -1 0 0 0 0 0 5 0 0 0 20 0 1 0 {} 1000000 7 1 1\n", name, startTicks));
+    void process(const std::string& name, const std::string& executable, int startTicks = 0,
+                 int residentPages = 7) {
+        root.write("proc/10/stat",
+                   fmt::format("10 ({}) S 1 1 1 0 -1 0 0 0 0 0 5 0 0 0 20 0 1 0 {} 1000000 {} 1 1\n", name,
+                               startTicks, residentPages));
         fs::remove(root / "proc/10/exe");
         if (!executable.empty()) {
             fs::create_symlink(executable, root / "proc/10/exe");
@@ -78,8 +80,40 @@ TEST_F(ProcessCommandsTest, AreReadAgainForANewProcessWithTheSameNumber) {
     EXPECT_EQ(command(), "/opt/worker");
 }
 
+TEST_F(ProcessCommandsTest, AreTheFirstArgumentsOfOtherUsersPrograms) {
+    otherUsersProcess("gnome-keyring-d", "/usr/bin/gnome-keyring-daemon\0--start\0"s);
+    EXPECT_EQ(command(), "/usr/bin/gnome-keyring-daemon");
+
+    otherUsersProcess("sshd", "/usr/sbin/sshd\0"s);
+    EXPECT_EQ(command(), "/usr/sbin/sshd");
+}
+
+TEST_F(ProcessCommandsTest, AreTheKernelsNamesIfNoArgumentFits) {
+    otherUsersProcess("postgres", "postgres: writer\0"s);
+    EXPECT_EQ(command(), "postgres");
+
+    otherUsersProcess("tool", "build/tool\0"s);
+    EXPECT_EQ(command(), "tool");
+
+    otherUsersProcess("plain", "plain\xFF\0"s);
+    EXPECT_EQ(command(), "plain");
+
+    process("kworker/0:1", "", 0, 0);
+    root.write("proc/10/cmdline", "kworker/0:1\0"s);
+    EXPECT_EQ(command(), "kworker\u22150:1");
+}
+
+TEST_F(ProcessCommandsTest, AreNeverEmptyNorPathsInAName) {
+    for (const auto* name : {"", "   "}) {
+        process(name, "");
+        EXPECT_EQ(command(), "?");
+    }
+
+    process("x/ps", "");
+    EXPECT_EQ(command(), "x\u2215ps");
+}
+
 TEST_F(ProcessCommandsTest, AreThePathsOfOtherUsersScripts) {
-    using namespace std::string_literals;
     otherUsersProcess("unattended-upgr",
                       "/usr/bin/python3\0/usr/share/unattended-upgrades/unattended-upgrade-shutdown\0--wait\0"s);
     EXPECT_EQ(command(), "/usr/share/unattended-upgrades/unattended-upgrade-shutdown");
@@ -89,7 +123,6 @@ TEST_F(ProcessCommandsTest, AreThePathsOfOtherUsersScripts) {
 }
 
 TEST_F(ProcessCommandsTest, AreNotTakenFromTheArgumentsOfAProgram) {
-    using namespace std::string_literals;
     otherUsersProcess("updater", "/bin/sh\0./updater\0bin/updater\0"s);
     EXPECT_EQ(command(), "updater");
 
