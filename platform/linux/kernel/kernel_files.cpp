@@ -18,7 +18,8 @@ constexpr std::size_t initialSize = 4096;
 constexpr std::size_t directoryEntryLimit = 4096;
 
 // Files of many records (/proc/net/dev, /proc/swaps) arrive a page at a time, each chunk ending with a whole
-// record. A chunk of less than half a page is therefore the last, and no further read is needed to detect the end.
+// record. A chunk of less than half a page is therefore the last, and no further read is needed to detect the end,
+// unless a record can be longer than the other half.
 constexpr std::size_t surelyLastPiece = 2048;
 
 ssize_t preadRetrying(int descriptor, char* target, std::size_t byteCount, std::size_t offset) {
@@ -54,7 +55,7 @@ bool ReadBuffer::reserve(std::size_t byteCount) {
     return true;
 }
 
-std::optional<std::string_view> ReadBuffer::readAll(int descriptor) {
+std::optional<std::string_view> ReadBuffer::readAll(int descriptor, Ending ending) {
     std::size_t used = 0;
     for (;;) {
         if (!reserve(used + 1)) {
@@ -67,7 +68,8 @@ std::optional<std::string_view> ReadBuffer::readAll(int descriptor) {
         }
         used += static_cast<std::size_t>(count);
         const bool isFull = used == bytes_.size();
-        if (count == 0 || (!isFull && static_cast<std::size_t>(count) < surelyLastPiece)) {
+        const bool isShort = !isFull && static_cast<std::size_t>(count) < surelyLastPiece;
+        if (count == 0 || (isShort && ending == Ending::shortPiece)) {
             return std::string_view(bytes_.data(), used);
         }
     }

@@ -15,11 +15,17 @@ namespace kestro {
 /// size, up to a limit in bytes. Owned by the object whose files it serves; one thread at a time.
 class ReadBuffer {
 public:
+    /// What shows that a file ends.
+    enum class Ending {
+        shortPiece,  ///< a read of less than half a page; for files whose records are shorter than that
+        emptyRead,   ///< a read of nothing, which takes a further system call
+    };
+
     explicit ReadBuffer(std::size_t limit = std::size_t{1} << 20);
 
     /// The whole of an open file from its beginning. nullopt: see `errorNumber`; EFBIG means that the file exceeds
     /// the limit. The view is valid until the next call.
-    std::optional<std::string_view> readAll(int descriptor);
+    std::optional<std::string_view> readAll(int descriptor, Ending ending = Ending::shortPiece);
 
     /// At most the first `byteCount` bytes, with one system call.
     std::optional<std::string_view> readBeginning(int descriptor, std::size_t byteCount);

@@ -51,7 +51,8 @@ bool LinuxFileSystemStatistics::haveMountsChanged() {
 }
 
 void LinuxFileSystemStatistics::chooseVolume() {
-    const auto text = buffer_.readAll(mounts_.get());
+    // The line of an overlay with many lower layers can fill a page.
+    const auto text = buffer_.readAll(mounts_.get(), ReadBuffer::Ending::emptyRead);
     const auto mounts = parseMountInfo(text.value_or(std::string_view()));
     const auto* const volume = storageVolume(root_, mounts, [this](const std::string& point) {
         const auto status = statusAt(point);

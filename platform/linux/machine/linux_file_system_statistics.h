@@ -4,6 +4,7 @@
 #include "platform/linux/kernel/kernel_files.h"
 #include "platform/posix/descriptor.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -30,10 +31,13 @@ private:
     bool haveMountsChanged();
     void chooseVolume();
 
+    /// Hosts of many containers have tens of thousands of mounts.
+    static constexpr std::size_t longestTable = std::size_t{16} << 20;
+
     std::string root_;
     Descriptor mounts_;
     bool announcesChanges_ = false;
-    ReadBuffer buffer_;
+    ReadBuffer buffer_{longestTable};
     std::optional<FileSystemMount> volume_;  ///< nullopt: unknown
 };
 

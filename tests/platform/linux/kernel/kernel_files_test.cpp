@@ -4,6 +4,7 @@
 #include "tests/platform/linux/support.h"
 #include "tests/support/allocation_counter.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -166,6 +167,17 @@ TEST(ReadBuffer, ReadsWholeFilesOfEverySizeUpToItsLimit) {
         ASSERT_TRUE(text) << size;
         EXPECT_EQ(text->size(), size);
     }
+}
+
+TEST(ReadBuffer, ReadsAFileWithLongRecordsToItsEnd) {
+    TemporaryTree tree;
+    tree.write("/value", std::string(3000, 'x'));
+    const test::PiecemealReads pieces(tree.root() + "/value", 900);
+    const Descriptor file(::open((tree.root() + "/value").c_str(), O_RDONLY | O_CLOEXEC));
+    ReadBuffer buffer;
+
+    EXPECT_EQ(buffer.readAll(file.get())->size(), 900U);
+    EXPECT_EQ(buffer.readAll(file.get(), ReadBuffer::Ending::emptyRead)->size(), 3000U);
 }
 
 TEST(ReadBuffer, RejectsAFileBeyondItsLimit) {

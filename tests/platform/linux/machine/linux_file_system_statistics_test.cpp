@@ -1,8 +1,13 @@
 #include "platform/linux/machine/linux_file_system_statistics.h"
 
+#include "tests/platform/linux/failing_reads.h"
 #include "tests/platform/linux/support.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
 
 namespace kestro {
 namespace {
@@ -60,6 +65,32 @@ TEST(LinuxFileSystemStatistics, FollowsChangesOfTheMounts) {
     tree.write("/proc/self/mountinfo", "28 1 8:2 / / rw - xfs /dev/sda2 rw\n");
 
     EXPECT_EQ(statistics.statfs("/")->type, "xfs");
+}
+
+TEST(LinuxFileSystemStatistics, FindsAFileSystemBehindTheLongLineOfAnOverlay) {
+    TemporaryTree tree;
+    const std::string first = "30 28 0:40 / /run rw - tmpfs tmpfs rw\n";
+    const std::string overlay =
+        "60 28 0:50 / /merged rw - overlay overlay rw,lowerdir=" + std::string(4000, 'l') + "\n";
+    tree.write("/proc/self/mountinfo", first + overlay + "28 1 8:2 / / rw - ext4 /dev/sda2 rw\n");
+    const test::PiecemealReads pieces(tree.root() + "/proc/self/mountinfo", first.size());
+    LinuxFileSystemStatistics statistics(tree.root());
+
+    EXPECT_EQ(statistics.statfs("/"), (FileSystemMount{"/", "/dev/sda2", "ext4"}));
+}
+
+TEST(LinuxFileSystemStatistics, ReadsATableOfManyThousandMounts) {
+    TemporaryTree tree;
+    std::string table;
+    for (int number = 100; number < 20'100; ++number) {
+        table += fmt::format("{} 28 0:50 / /containers/{}/root/merged rw,relatime - overlay overlay rw\n", number,
+                             number);
+    }
+    ASSERT_GT(table.size(), std::size_t{1} << 20);
+    tree.write("/proc/self/mountinfo", table + "28 1 8:2 / / rw - ext4 /dev/sda2 rw\n");
+    LinuxFileSystemStatistics statistics(tree.root());
+
+    EXPECT_EQ(statistics.statfs("/"), (FileSystemMount{"/", "/dev/sda2", "ext4"}));
 }
 
 TEST(LinuxFileSystemStatistics, KnowsNoFileSystemWithoutATable) {
