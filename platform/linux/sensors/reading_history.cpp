@@ -15,10 +15,11 @@ constexpr std::chrono::minutes longestPlateau{10};
 constexpr std::uint32_t fewestReadings = 100;
 
 /// Firmware counts in tenths of a kelvin. Sensors measure whole degrees Celsius, and constants are written as
-/// whole kelvins: 290 K is 16.8 degrees Celsius.
+/// whole kelvins: 290 K is 16.8 degrees Celsius, or 16.9 where the critical trip point implies that the firmware
+/// adds 273.1 (drivers/acpi/thermal.c).
 bool isWholeKelvin(double celsius) {
-    constexpr int tenthsOfZero = 2732;
-    return (std::lround(celsius * 10) + tenthsOfZero) % 10 == 0;
+    const auto tenths = std::lround(celsius * 10);
+    return (tenths + 2732) % 10 == 0 || (tenths + 2731) % 10 == 0;
 }
 
 }  // namespace

@@ -10,12 +10,14 @@ using namespace std::chrono_literals;
 constexpr MonotonicTime start{1h};
 
 TEST(ReadingHistory, SuspectsAWholeNumberOfKelvinsUntilItChanges) {
-    ReadingHistory history;
-    history.note(27.8, start);
-    EXPECT_TRUE(history.seemsConstant(start));
+    for (const double value : {27.8, 16.9}) {
+        ReadingHistory history;
+        history.note(value, start);
+        EXPECT_TRUE(history.seemsConstant(start)) << value;
 
-    history.note(28.8, start + 1s);
-    EXPECT_FALSE(history.seemsConstant(start + 1s));
+        history.note(value + 1, start + 1s);
+        EXPECT_FALSE(history.seemsConstant(start + 1s)) << value;
+    }
 }
 
 TEST(ReadingHistory, BelievesAWholeNumberOfDegrees) {
