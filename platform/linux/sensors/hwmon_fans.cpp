@@ -3,6 +3,7 @@
 #include "core/base/text.h"
 
 #include <algorithm>
+#include <chrono>
 #include <string_view>
 #include <utility>
 
@@ -10,6 +11,10 @@ namespace kestro {
 namespace {
 
 constexpr std::size_t fanLimit = 32;
+
+// How long the last reading of a device that must not be read yet is shown.
+constexpr std::chrono::seconds longestUse{60};
+
 constexpr auto stayGone = PersistentFile::WhenGone::stayGone;
 
 // Controllers report 65535 for a fan that they cannot measure.
@@ -134,10 +139,11 @@ std::optional<double> HwmonFans::read(const Fan& fan, Reading& reading, std::opt
         case SleepingDevice::Access::asleep:
             return whileAsleep;
         case SleepingDevice::Access::wait:
-            return reading.last;
+            return reading.readAt && now - *reading.readAt < longestUse ? reading.last : std::nullopt;
         case SleepingDevice::Access::read:
             break;
     }
+    reading.readAt = now;
     const auto text = reading.file.read(buffer_);
     if (!text && reading.file.isGone()) {
         schedule_.noteGone();

@@ -20,7 +20,7 @@ namespace kestro {
 /// machine without fans costs nothing between two scheduled checks.
 ///
 /// The fans of a device that can fall asleep are read only while it is awake, and rarely enough to let it fall
-/// asleep; in between, they keep their last readings.
+/// asleep; in between, they keep their last readings for up to a minute.
 class HwmonFans {
 public:
     /// `devices` is shared with the temperature sensors' owner.
@@ -54,6 +54,7 @@ private:
     struct Reading {
         PersistentFile file;
         std::optional<double> last;
+        std::optional<MonotonicTime> readAt = std::nullopt;
     };
 
     struct Fan {

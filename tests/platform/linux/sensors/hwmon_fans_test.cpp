@@ -195,6 +195,22 @@ TEST(HwmonFans, LetsAGraphicsCardFallAsleepBetweenReadings) {
     EXPECT_EQ(controller.value("F0Ac"), 1100);
 }
 
+TEST(HwmonFans, ForgetsAReadingThatIsAMinuteOld) {
+    TemporaryTree tree;
+    tree.copyFrom("amd-desktop")
+        .write("/sys/class/hwmon/hwmon2/fan1_input", "1000\n")
+        .write("/sys/class/hwmon/hwmon2/device/power/autosuspend_delay_ms", "60000\n");
+    Controller controller(tree.root());
+    ASSERT_EQ(controller.value("F0Ac"), 1000);
+
+    controller.clock.advance(59s);
+    EXPECT_EQ(controller.value("F0Ac"), 1000);
+    controller.clock.advance(1s);
+    EXPECT_FALSE(controller.value("F0Ac"));
+    controller.clock.advance(60s);
+    EXPECT_EQ(controller.value("F0Ac"), 1000);
+}
+
 TEST(HwmonFans, SharesTheReadingsOfADeviceWithTheTemperatures) {
     TemporaryTree tree;
     tree.copyFrom("amd-desktop").write("/sys/class/hwmon/hwmon2/fan1_input", "1000\n");
