@@ -2,6 +2,7 @@
 
 #include "core/base/text.h"
 #include "platform/linux/kernel/kernel_files.h"
+#include "platform/linux/network/serial_link.h"
 
 #include <algorithm>
 #include <array>
@@ -75,12 +76,17 @@ InterfaceFacts readInterfaceFacts(const std::string& root, const std::string& na
     }
     const auto type = readFile(directory + "/type", 4096);
     const auto uevent = readFile(directory + "/uevent", 4096);
+    const auto kind = uevent ? deviceType(*uevent) : std::string_view();
+    if (kind == "ppp" && isSerialLink(root, name)) {
+        facts.isHardware = true;
+        return facts;
+    }
     // A modem's channels have no link type either, but have its card below them.
     const bool ridesOnNothing = facts.lowerNames.empty();
     facts.isTunnel =
         facts.isTunnel ||
         (ridesOnNothing && type && contains(tunnelTypes, parseTrimmed<std::uint32_t>(*type).value_or(0))) ||
-        (uevent && contains(tunnelDeviceTypes, deviceType(*uevent)));
+        contains(tunnelDeviceTypes, kind);
     return facts;
 }
 

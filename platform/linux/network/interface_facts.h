@@ -12,10 +12,10 @@ struct InterfaceFacts {
     std::string name;
     bool isLoopback = false;
     bool isUp = false;        ///< up and running
-    bool isHardware = false;  ///< backed by a device
+    bool isHardware = false;  ///< backed by a device, or by a serial line or modem
     bool isBridge = false;
     bool isBridgePort = false;            ///< a member of a bridge
-    bool isTunnel = false;                ///< tun, tap, WireGuard, point-to-point etc.
+    bool isTunnel = false;                ///< tun, tap, WireGuard, PPP over another interface etc.
     std::vector<std::string> lowerNames;  ///< local interfaces directly below it
 };
 
