@@ -1,5 +1,7 @@
 #include "platform/linux/sensors/linux_smc_service.h"
 
+#include "core/base/text.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstddef>
@@ -19,6 +21,19 @@ constexpr auto target = static_cast<std::uint16_t>(smc::code("Tg"));
 constexpr auto label = static_cast<std::uint16_t>(smc::code("ID"));
 
 constexpr std::uint32_t labelSize = 32;  // all bytes of a value
+
+/// The longest beginning of valid UTF-8 that fits into `size` bytes without cutting a character.
+std::string_view wholeCharacters(std::string_view text, std::size_t size) {
+    std::size_t length = 0;
+    while (length < text.size()) {
+        const auto next = utf8SequenceLength(text.substr(length));
+        if (next == 0 || length + next > size) {
+            break;
+        }
+        length += next;
+    }
+    return text.substr(0, length);
+}
 
 bool isDigit(std::uint32_t character) {
     return character >= '0' && character <= '9';
@@ -118,8 +133,7 @@ bool LinuxSMCService::callStructMethod(std::uint32_t connection, const SMCRecord
 
 bool LinuxSMCService::readBytes(const FanKey& key, SMCRecord& output) {
     if (key.figure == label) {
-        const std::string_view text(fans_.label(key.fan));
-        std::ranges::copy(text.substr(0, labelSize), output.begin() + smc::bytesOffset);
+        std::ranges::copy(wholeCharacters(fans_.label(key.fan), labelSize), output.begin() + smc::bytesOffset);
         return true;
     }
     const auto figure = readFigure(key);

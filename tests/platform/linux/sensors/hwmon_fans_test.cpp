@@ -91,6 +91,18 @@ TEST(HwmonFans, ShortensALabelThatExceedsAKey) {
     EXPECT_EQ(labels(tree.root()), (std::vector<std::string>{std::string(32, 'x')}));
 }
 
+TEST(HwmonFans, ShortensALabelByWholeCharacters) {
+    const std::string ascii(31, 'x');
+    TemporaryTree tree;
+    tree.write(at("name"), "dell_smm\n")
+        .write(at("fan1_input"), "900\n")
+        .write(at("fan1_label"), ascii + "\u00FC\n")
+        .write(at("fan2_input"), "900\n")
+        .write(at("fan2_label"), ascii.substr(1) + "\u00FC\n");
+
+    EXPECT_EQ(labels(tree.root()), (std::vector<std::string>{ascii, ascii.substr(1) + "\u00FC"}));
+}
+
 TEST(HwmonFans, HasNoTargetBeyondTheMaximum) {
     TemporaryTree tree;
     tree.write(at("name"), "nct6779\n")
