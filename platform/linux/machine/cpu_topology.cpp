@@ -36,6 +36,11 @@ CoreSet without(const CoreSet& cores, const CoreSet& excluded) {
     return rest;
 }
 
+/// Whether the sibling of every core is offline: SMT is switched off. Siblings have neighbouring numbers.
+bool areSiblingsOffline(const CoreSet& cores) {
+    return std::ranges::adjacent_find(cores, [](auto core, auto next) { return next != core + 2; }) == cores.end();
+}
+
 /// The lists hold only cores that are online. The kernel has them only on machines with both kinds.
 void readHybrid(const std::string& root, CpuTopology& topology) {
     const auto performance = readCoreList(root, "/sys/devices/cpu_core/cpus");
@@ -50,8 +55,9 @@ void readHybrid(const std::string& root, CpuTopology& topology) {
     }
     if (efficiency.empty()) {
         // All of them are offline. Firmware lists them after the performance cores.
+        const auto last = performance.back() + (areSiblingsOffline(performance) ? 1 : 0);
         std::ranges::copy_if(topology.present, std::back_inserter(efficiency),
-                             [&](std::uint32_t cpu) { return cpu > performance.back(); });
+                             [last](std::uint32_t cpu) { return cpu > last; });
     }
     if (!efficiency.empty()) {
         topology.performance = without(performance, efficiency);

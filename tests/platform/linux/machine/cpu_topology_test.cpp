@@ -86,6 +86,13 @@ TEST(CpuTopology, TakesParkedCoresOfAHybridForEfficiencyCores) {
     EXPECT_EQ(topology.efficiency, (CoreSet{8, 9, 10, 11}));
 }
 
+TEST(CpuTopology, CountsTheLastOfflineSiblingOfAHybridAmongThePerformanceCores) {
+    test::TemporaryTree tree;
+    tree.write("/sys/devices/system/cpu/present", "0-7\n").write("/sys/devices/cpu_core/cpus", "0,2\n");
+
+    EXPECT_EQ(CpuTopology::read(tree.root()).efficiency, (CoreSet{4, 5, 6, 7}));
+}
+
 /// Writes an attribute of cores 0, 1, 2, ...
 void writeFigures(test::TemporaryTree& tree, const std::string& attribute, const std::vector<int>& figures) {
     for (std::size_t cpu = 0; cpu < figures.size(); ++cpu) {

@@ -49,6 +49,8 @@ const std::vector<Layout> layouts{
     {"Core i9-12900K, SMT switched off", "0-23", "0,2,4,6,8,10,12,14,16-23", "16 Performance + 8 Efficiency",
      "0,2,4,6,8,10,12,14", "16-23"},
     {"Core i9-12900K, efficiency cores parked", "0-23", "0-15", "16 Performance + 8 Efficiency", "0-15"},
+    {"Core i9-12900K, SMT switched off and efficiency cores parked", "0-23", "0,2,4,6,8,10,12,14",
+     "16 Performance + 8 Efficiency", "0,2,4,6,8,10,12,14"},
     {"Core i9-12900K, half of the efficiency cores parked", "0-23", "0-19", "16 Performance + 8 Efficiency",
      "0-15", "16-19"},
     {.machine = "Core i7-13650HX before Linux 5.13, equal performances (github.com/sched-ext/scx/pull/1903)",
