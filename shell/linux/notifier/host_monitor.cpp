@@ -69,6 +69,10 @@ HostMonitor::HostMonitor(NotifierEnvironment environment)
         state_ = State::absent;
         return;
     }
+    retry_.setSingleShot(true);
+    arrival_.setSingleShot(true);
+    QObject::connect(&retry_, &QTimer::timeout, this, &HostMonitor::askForHost);
+    QObject::connect(&arrival_, &QTimer::timeout, this, &HostMonitor::hostArrived);
     serviceWatcher_.setConnection(connection_);
     serviceWatcher_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
     serviceWatcher_.addWatchedService(watcherService());
@@ -100,13 +104,19 @@ HostMonitor::~HostMonitor() {
 void HostMonitor::onOwnerChanged(const QString& owner) {
     setOwner(owner);
     if (!owner.isEmpty()) {
-        Q_EMIT hostArrived();
+        announceArrival();
     }
 }
 
 void HostMonitor::setOwner(const QString& owner) {
     owner_ = owner;
+    // A question to the previous owner is void.
+    ++question_;
+    isAsking_ = false;
+    asksAgain_ = false;
+    retry_.stop();
     if (owner.isEmpty()) {
+        arrival_.stop();
         setHostProcess({});
         setState(State::absent);
         return;
@@ -115,8 +125,15 @@ void HostMonitor::setOwner(const QString& owner) {
     askForHost();
 }
 
+void HostMonitor::announceArrival() {
+    // From a timer, so that any number of signals in one turn registers each item once.
+    if (!arrival_.isActive()) {
+        arrival_.start(0);
+    }
+}
+
 void HostMonitor::onHostRegistered() {
-    Q_EMIT hostArrived();
+    announceArrival();
     askForHost();
 }
 
@@ -125,23 +142,41 @@ void HostMonitor::onDisconnected() {
 }
 
 void HostMonitor::askForHost() {
+    if (isAsking_) {
+        asksAgain_ = true;
+        return;
+    }
+    retry_.stop();
+    isAsking_ = true;
     QDBusMessage get = QDBusMessage::createMethodCall(
         watcherService(), watcherPath(), QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     get << watcherService() << QStringLiteral("IsStatusNotifierHostRegistered");
     get.setAutoStartService(false);
     const auto call = connection_.asyncCall(get, static_cast<int>(environment_.patience.count()));
-    whenAnswered(call, this, [this, owner = owner_](const QDBusMessage& reply) {
-        if (owner != owner_ || owner.isEmpty()) {
-            return;
+    whenAnswered(call, this, [this, question = ++question_](const QDBusMessage& reply) {
+        if (question == question_) {
+            isAsking_ = false;
+            answered(reply);
         }
-        if (isTimeout(reply)) {
-            // A watcher that does not reply shows no items. It may only be slow: ask until it replies.
-            setState(State::absent);
-            askForHost();
-            return;
-        }
-        setState(reportsHost(reply) ? State::present : State::absent);
     });
+}
+
+void HostMonitor::answered(const QDBusMessage& reply) {
+    const bool asksAgain = std::exchange(asksAgain_, false);
+    if (owner_.isEmpty()) {
+        return;
+    }
+    if (isTimeout(reply)) {
+        // A watcher that does not reply shows no items. It may only be slow, so ask again, but not at once: the
+        // error may come without a wait.
+        setState(State::absent);
+        retry_.start(environment_.retryPause);
+        return;
+    }
+    setState(reportsHost(reply) ? State::present : State::absent);
+    if (asksAgain) {
+        askForHost();
+    }
 }
 
 void HostMonitor::identify(const QString& owner) {

@@ -3,10 +3,12 @@
 #include "shell/linux/notifier/presentation.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 
 #include <chrono>
 #include <functional>
@@ -27,6 +29,9 @@ struct NotifierEnvironment {
     /// A watcher that has not replied after this time counts as absent.
     std::chrono::milliseconds patience = std::chrono::seconds(25);
 
+    /// The pause before such a watcher is asked again.
+    std::chrono::milliseconds retryPause = std::chrono::seconds(5);
+
     /// This process's environment.
     static NotifierEnvironment current();
 
@@ -35,7 +40,8 @@ struct NotifierEnvironment {
 };
 
 /// Follows org.kde.StatusNotifierWatcher on the bus: whether there is one, whether it has a host, and what that
-/// host does with labels. Queries are asynchronous; the state is `unknown` until the first reply. Main thread.
+/// host does with labels. Queries are asynchronous; the state is `unknown` until the first reply. The cost of a
+/// misbehaving watcher is bounded: at most one question to it is open. Main thread.
 class HostMonitor : public QObject {
     Q_OBJECT
 
@@ -64,7 +70,7 @@ public:
 Q_SIGNALS:
     void stateChanged();
 
-    /// A watcher or a host has appeared: items must register (again).
+    /// A watcher or a host has appeared: items must register (again). At most once in a turn of the event loop.
     void hostArrived();
 
     /// `labels` or `hostProcess` changed.
@@ -78,6 +84,8 @@ private Q_SLOTS:
 private:
     void onOwnerChanged(const QString& owner);
     void setOwner(const QString& owner);
+    void announceArrival();
+    void answered(const QDBusMessage& reply);
     void identify(const QString& owner);
     void setState(State state);
     void setHostProcess(const QString& process);
@@ -89,6 +97,11 @@ private:
     QString owner_;
     QString hostProcess_;
     LabelSupport labels_ = LabelSupport::hidden;
+    int question_ = 0;  ///< counts the questions to watchers; only the reply to the last one is used
+    bool isAsking_ = false;
+    bool asksAgain_ = false;
+    QTimer retry_;
+    QTimer arrival_;
 };
 
 }  // namespace kestro

@@ -61,6 +61,7 @@ TEST_F(DesktopStatusBarTest, KeepsTheStripWhenTheWatcherNeverAnswers) {
     silent.hold(true);
     NotifierEnvironment impatient = environment();
     impatient.patience = milliseconds(300);
+    impatient.retryPause = milliseconds(0);
     DesktopStatusBar bar(impatient, noGrace);
     const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
     ASSERT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
@@ -81,6 +82,7 @@ TEST_F(DesktopStatusBarTest, MovesToThePanelWhoseWatcherAnswersLate) {
     slow.hold(true);
     NotifierEnvironment impatient = environment();
     impatient.patience = milliseconds(50);
+    impatient.retryPause = milliseconds(0);
     DesktopStatusBar bar(impatient, noGrace);
     const auto item = bar.createItem(QStringLiteral("kestro-main"), {});
     ASSERT_TRUE(waitUntil([&] { return bar.isOnStrip() && slow.heldCalls() >= 3; }));
