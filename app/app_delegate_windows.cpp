@@ -168,6 +168,12 @@ void AppDelegate::keepSettingsAboveDashboard() {
 }
 
 void AppDelegate::screensDidChange() {
+    if (statusItem_) {
+        statusItem_->screensDidChange();
+    }
+    if (popover_ && popover_->isShown()) {
+        popover_->moveBeside(statusItem_->anchor());
+    }
     if (dashboardWindow_ && dashboardWindow_->isVisible()) {
         dashboardWindow_->fitToScreen();
     }

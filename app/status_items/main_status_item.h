@@ -2,7 +2,6 @@
 
 #include "app/base/coalesced_task.h"
 #include "app/status_items/main_status_content.h"
-#include "app/windows/screen_changes.h"
 #include "core/base/subscription.h"
 #include "shell/status_bar.h"
 #include "ui/kestro_services.h"
@@ -37,6 +36,7 @@ public:
     /// the screens have changed since. Null: unknown.
     QRect anchor() const;
     void setLastAnchor(const QRect& anchor) { lastAnchor_ = anchor; }
+    void screensDidChange() { lastAnchor_ = {}; }
 
 private:
     void follow();
@@ -46,7 +46,6 @@ private:
     MainStatusContent content_;
     std::unique_ptr<StatusItem> item_;
     QRect lastAnchor_;
-    ScreenChanges screenChanges_{[this] { lastAnchor_ = {}; }};
     CoalescedTask textUpdate_;
     std::vector<Subscription> subscriptions_;
 };

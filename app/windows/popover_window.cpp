@@ -54,14 +54,20 @@ void PopoverWindow::showRelativeTo(const QRect& anchor) {
     dismissal_.reset();
     isShown_ = true;
     qApp->removeEventFilter(this);
-    if (const QScreen* screen = screenOf(anchor)) {
-        restingPlace_ =
-            popoverFrame(anchor, popover_geometry::size, screen->geometry(), screen->availableGeometry())
-                .topLeft();
-    }
+    restBeside(anchor);
     fadeTo(1, fadeDuration(motion::popoverOpen));
     system().makeKeyAndOrderFront(*this);
     pressMonitor_ = system().watchPresses([this] { pressedSomewhere(); });
+}
+
+void PopoverWindow::moveBeside(const QRect& anchor) {
+    if (!isShown_) {
+        return;
+    }
+    restBeside(anchor);
+    if (fade_.state() != QAbstractAnimation::Running) {
+        takeStep(1);
+    }
 }
 
 void PopoverWindow::orderOut() {
@@ -136,6 +142,14 @@ void PopoverWindow::keyPressEvent(QKeyEvent* event) {
         return;
     }
     SurfaceWindow::keyPressEvent(event);
+}
+
+void PopoverWindow::restBeside(const QRect& anchor) {
+    if (const QScreen* screen = screenOf(anchor)) {
+        restingPlace_ =
+            popoverFrame(anchor, popover_geometry::size, screen->geometry(), screen->availableGeometry())
+                .topLeft();
+    }
 }
 
 void PopoverWindow::dismiss() {

@@ -25,6 +25,9 @@ public:
     /// Shows the popover beside `anchor`, the status item's area on the screen; null: unknown.
     void showRelativeTo(const QRect& anchor);
 
+    /// Moves it beside another anchor while it is open, without taking the keyboard focus.
+    void moveBeside(const QRect& anchor);
+
     /// Whether it is open; false while it fades out.
     bool isShown() const { return isShown_; }
 
@@ -52,6 +55,7 @@ private:
         QPoint pointer;
     };
 
+    void restBeside(const QRect& anchor);
     void dismiss();
     void pressedSomewhere();
     int fadeDuration(std::chrono::milliseconds wanted) const;

@@ -153,6 +153,45 @@ TEST_F(AppDelegatePopover, ForgetsTheLastClicksPositionWhenTheScreensChange) {
     EXPECT_NE(delegate.popover()->pos(), beside);
 }
 
+TEST_F(AppDelegatePopover, MovesToAScreenThatIsLeftWhenTheScreensChange) {
+    launch();
+    QScreen& screen = *QGuiApplication::primaryScreen();
+    const QRect available = screen.availableGeometry();
+    click();
+    // Where the screen was that has gone.
+    delegate.popover()->move(5000, 100);
+
+    Q_EMIT screen.availableGeometryChanged(available);
+    settle();
+
+    EXPECT_TRUE(isPopoverShown());
+    EXPECT_EQ(delegate.popover()->pos(),
+              popoverFrame({}, popover_geometry::size, screen.geometry(), available).topLeft());
+}
+
+TEST_F(AppDelegatePopover, FollowsItsItemWhenTheScreensChange) {
+    launch();
+    bar.item(mainItem).geometry = {500, 0, 40, 20};
+    click();
+    bar.item(mainItem).geometry = {600, 0, 40, 20};
+
+    Q_EMIT QGuiApplication::primaryScreen()->geometryChanged({});
+    settle();
+
+    EXPECT_EQ(delegate.popover()->pos(), QPoint(640 - 330, 26));
+}
+
+TEST_F(AppDelegatePopover, StaysClosedWhenTheScreensChange) {
+    launch();
+    click();
+    click();
+
+    Q_EMIT QGuiApplication::primaryScreen()->geometryChanged({});
+    settle();
+
+    EXPECT_FALSE(isPopoverShown());
+}
+
 TEST_F(AppDelegatePopover, OpensByCommandRightAfterLosingFocus) {
     launch();
     click();
