@@ -155,24 +155,29 @@ void KestroDashboardWindow::setFrame(const QRect& frame) {
     if (isMaximized()) {
         setWindowState(windowState() & ~Qt::WindowMaximized);
     }
-    frameAnimation_.start(frame);
+    moveTo(frame);
 }
 
 void KestroDashboardWindow::setOwnFrame(const QRect& frame) {
-    if (frame != frameAnimation_.frame()) {
-        isFittingItself_ = true;
-        frameAnimation_.start(frame);
+    if (frame == frameAnimation_.frame()) {
+        setMinimumSize(dashboardMinimumSize.boundedTo(frame.size()));
+        return;
     }
+    isFittingItself_ = true;
+    moveTo(frame);
 }
 
-QRect KestroDashboardWindow::placed(const QRect& wanted) {
+void KestroDashboardWindow::moveTo(const QRect& frame) {
+    const QSize smallest = dashboardMinimumSize.boundedTo(frame.size());
+    setMinimumSize(smallest.boundedTo(size()));
+    frameAnimation_.start(frame);
+    // Raising it above the current size resizes the window, which only the motion that has begun explains.
+    setMinimumSize(smallest);
+}
+
+QRect KestroDashboardWindow::placed(const QRect& wanted) const {
     const QRect available = availableArea();
-    if (available.isNull()) {
-        return wanted;
-    }
-    const QRect frame = placeOnScreen(wanted, available);
-    setMinimumSize(dashboardMinimumSize.boundedTo(frame.size()));
-    return frame;
+    return available.isNull() ? wanted : placeOnScreen(wanted, available);
 }
 
 void KestroDashboardWindow::showResizeCursor(QPoint position) {

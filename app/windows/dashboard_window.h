@@ -51,10 +51,13 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    /// The frame on this window's screen for a wanted one. Lowers the minimum size on a screen that is smaller.
-    QRect placed(const QRect& wanted);
+    /// The frame on this window's screen for a wanted one.
+    QRect placed(const QRect& wanted) const;
     void setFrame(const QRect& frame);
     void setOwnFrame(const QRect& frame);
+
+    /// Starts moving to a frame, with a minimum size that is lower on a screen that is smaller.
+    void moveTo(const QRect& frame);
     void showResizeCursor(QPoint position);
 
     FrameAnimation frameAnimation_;

@@ -91,6 +91,22 @@ TEST_F(DashboardWindowTest, FitsASmallerScreenWithoutReportingAResize) {
     EXPECT_THAT(delegate.taken(), IsEmpty());
 }
 
+TEST_F(DashboardWindowTest, GrowsBackOnALargerScreenWithoutReportingAResize) {
+    show();
+    for (const QRect& small : {QRect(0, 0, 640, 400), QRect(0, 0, 600, 380)}) {
+        system.available = small;
+        window.fitToScreen();
+    }
+    ASSERT_EQ(window.size(), QSize(584, 364));
+
+    system.available = available;
+    window.fitWidth(788);
+
+    EXPECT_EQ(window.size(), QSize(788, 480));
+    EXPECT_EQ(window.minimumSize(), dashboardMinimumSize);
+    EXPECT_THAT(delegate.taken(), IsEmpty());
+}
+
 TEST_F(DashboardWindowTest, OpensNoWiderThanItsScreen) {
     system.available = {0, 0, 960, 540};
 
