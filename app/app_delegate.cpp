@@ -32,7 +32,9 @@ AppDelegate::AppDelegate(const Platform& platform, const KestroServices& service
       dashboardFit_(platform.runLoop, [this] { adjustDashboardSize(false); }),
       idleRelease_(platform.runLoop, platform.clock, [this] { releaseMemory(); }) {}
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    shell_.statusBar.onOverlayChanged({});
+}
 
 void AppDelegate::applicationDidFinishLaunching() {
     loadApplicationIcon(applicationIconFile());
@@ -46,6 +48,7 @@ void AppDelegate::applicationDidFinishLaunching() {
                                                            services_.keepAwake, services_.powerStatus);
     fanItem_ = std::make_unique<FanControlStatusItem>(platform_, shell_.statusBar, services_.settings, smc_,
                                                       services_.fanManager, services_.powerManager);
+    shell_.statusBar.onOverlayChanged([this] { screenChanges_.report(); });
     setupPopover();
     setupDashboardWindow();
     bindTelemetry();

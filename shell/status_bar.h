@@ -115,6 +115,10 @@ public:
 
     /// The area that the items cover above all windows, in global coordinates; null while a panel hosts them.
     virtual QRect overlay() const { return {}; }
+
+    /// Calls `onChange` after each change of the overlay, also while items are created or destroyed; replaces the
+    /// previous callback. An empty one ends the calls.
+    virtual void onOverlayChanged(std::function<void()> /*onChange*/) {}
 };
 
 }  // namespace kestro

@@ -50,6 +50,7 @@ void KestroDashboardWindow::toggleWindowedFullScreen() {
     }
     const WindowedZoom zoom = windowedZoom(frameAnimation_.frame(), preZoomFrame_, available);
     preZoomFrame_ = zoom.preZoomFrame;
+    zoomedFrame_ = preZoomFrame_ ? zoom.frame : QRect();
     setFrame(placed(zoom.frame));
 }
 
@@ -78,11 +79,17 @@ void KestroDashboardWindow::fitWidth(int optimalWidth) {
 }
 
 void KestroDashboardWindow::fitToScreen() {
-    if (windowState().testAnyFlags(Qt::WindowFullScreen | Qt::WindowMaximized)) {
+    const QRect available = availableArea();
+    if (windowState().testAnyFlags(Qt::WindowFullScreen | Qt::WindowMaximized) || available.isNull()) {
         return;
     }
-    const QRect wanted =
-        std::exchange(isPlaced_, true) ? frameAnimation_.frame() : centred(size(), availableArea());
+    QRect wanted = frameAnimation_.frame();
+    if (!std::exchange(isPlaced_, true)) {
+        wanted = centred(size(), available);
+    } else if (!zoomedFrame_.isNull() && fills(wanted, zoomedFrame_)) {
+        zoomedFrame_ = available;
+        wanted = available;
+    }
     setOwnFrame(placed(wanted));
 }
 

@@ -37,8 +37,8 @@ public:
     void fitWidth(int optimalWidth);
 
     /// Makes the whole window visible on its screen: in the middle before it is first shown, afterwards by moving
-    /// and shrinking it as little as possible. Does not notify the delegate of this resize. Does nothing in full
-    /// screen or maximised.
+    /// and shrinking it as little as possible, or, if it is zoomed, by zooming it to the new area. Does not notify
+    /// the delegate of this resize. Does nothing in full screen or maximised.
     void fitToScreen();
 
 protected:
@@ -62,6 +62,7 @@ private:
 
     FrameAnimation frameAnimation_;
     std::optional<QRect> preZoomFrame_;
+    QRect zoomedFrame_;  ///< of the last zoom to the screen's area; null before
     QSize settledSize_;  ///< the last size outside full screen that has been handled
     bool isFittingItself_ = false;
     bool wasFullScreen_ = false;

@@ -15,6 +15,9 @@ class ScreenChanges : public QObject {
 public:
     explicit ScreenChanges(std::function<void()> onChange);
 
+    /// Reports also that something else has changed the area for windows.
+    void report() { report_.start(); }
+
 private:
     void follow(QScreen* screen);
 

@@ -85,10 +85,13 @@ QRect automaticDashboardFrame(const QRect& frame, int optimalWidth) {
     return resizedKeepingBottomLeft(frame.translated(-(optimalWidth - frame.width()) / 2, 0), size);
 }
 
+bool fills(const QRect& frame, const QRect& available) {
+    return isNear(frame.width(), available.width()) && isNear(frame.height(), available.height()) &&
+           isNear(frame.x(), available.x()) && isNear(frame.y(), available.y());
+}
+
 WindowedZoom windowedZoom(const QRect& frame, const std::optional<QRect>& preZoomFrame, const QRect& available) {
-    const bool fills = isNear(frame.width(), available.width()) && isNear(frame.height(), available.height()) &&
-                       isNear(frame.x(), available.x()) && isNear(frame.y(), available.y());
-    if (!fills) {
+    if (!fills(frame, available)) {
         return {available, frame};
     }
     return {preZoomFrame ? *preZoomFrame : centred(zoomFallbackSize, available), std::nullopt};

@@ -32,6 +32,9 @@ QRect resizedKeepingBottomLeft(const QRect& frame, QSize size);
 /// least `dashboardHeight`, the bottom edge in place.
 QRect automaticDashboardFrame(const QRect& frame, int optimalWidth);
 
+/// Whether a window fills the area: width, height, x and y each within 10.
+bool fills(const QRect& frame, const QRect& available);
+
 /// The result of a windowed zoom: the frame to take, and the frame to restore later, if any.
 struct WindowedZoom {
     QRect frame;
@@ -40,7 +43,7 @@ struct WindowedZoom {
     friend bool operator==(const WindowedZoom&, const WindowedZoom&) = default;
 };
 
-/// A window that fills the available area (width, height, x and y each within 10) returns to `preZoomFrame`, or
+/// A window that fills the available area returns to `preZoomFrame`, or
 /// to a centred 1100 × 480 if there is none; any other fills the area.
 WindowedZoom windowedZoom(const QRect& frame, const std::optional<QRect>& preZoomFrame, const QRect& available);
 

@@ -10,7 +10,9 @@
 #include <QTimer>
 
 #include <chrono>
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace kestro {
@@ -31,6 +33,9 @@ public:
     [[nodiscard]] std::unique_ptr<StatusItem> createItem(const QString& identifier,
                                                          StatusItemHandlers handlers) override;
     QRect overlay() const override { return strip_.overlay(); }
+    void onOverlayChanged(std::function<void()> onChange) override {
+        strip_.onOverlayChanged(std::move(onChange));
+    }
 
     /// True while the items are on the strip.
     bool isOnStrip() const { return isOnStrip_; }

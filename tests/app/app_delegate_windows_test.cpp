@@ -282,5 +282,39 @@ TEST_F(AppDelegateSettings, KeepTheEngineActiveWhenAnotherSurfaceCloses) {
     EXPECT_TRUE(engine.isUIActive.get());
 }
 
+struct AppDelegateOverlay : test::AppDelegateFixture {
+    /// The bar's own window appears at the top of the screen.
+    void coverTop() {
+        windowSystem.available = {0, 44, 1920, 1036};
+        bar.overlayChanged();
+        settle();
+    }
+};
+
+TEST_F(AppDelegateOverlay, MovesVisibleWindowsClearWhenItAppears) {
+    launch();
+    delegate.showDashboard();
+    delegate.showSettings();
+    delegate.dashboardWindow()->move(0, 0);
+    delegate.settingsWindow()->move(1000, 0);
+
+    coverTop();
+
+    EXPECT_EQ(delegate.dashboardWindow()->y(), 52);
+    EXPECT_EQ(delegate.settingsWindow()->y(), 52);
+    EXPECT_FALSE(delegate.hasUserCustomResizedDashboard());
+}
+
+TEST_F(AppDelegateOverlay, IsNotFollowedAnyMoreAtTheEnd) {
+    auto another = std::make_unique<AppDelegate>(mac.platform(), services(), smc, Shell{bar, windowSystem},
+                                                 surfaces(), std::vector<std::string>{}, ProcessActions{});
+    another->applicationDidFinishLaunching();
+    ASSERT_TRUE(bar.overlayChanged);
+
+    another.reset();
+
+    EXPECT_FALSE(bar.overlayChanged);
+}
+
 }  // namespace
 }  // namespace kestro

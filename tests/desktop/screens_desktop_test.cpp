@@ -7,8 +7,8 @@ namespace {
 
 /// Opens every window on a screen of that size in pixels at that scale, and expects each to be wholly visible.
 struct ScreensOnTheDesktop : ShellFixture {
-    explicit ScreensOnTheDesktop(QSize size = DesktopSession::screenSize)
-        : ShellFixture(DesktopPanel::none, size), screen(QPoint(), size) {}
+    explicit ScreensOnTheDesktop(QSize size = DesktopSession::screenSize, DesktopPanel panel = DesktopPanel::none)
+        : ShellFixture(panel, size), screen(QPoint(), size) {}
 
     void expectWholeWindows(double scale) {
         launch({QStringLiteral("QT_SCALE_FACTOR=%1").arg(scale)});
@@ -26,6 +26,15 @@ struct ScreensOnTheDesktop : ShellFixture {
         command("popover");
         ASSERT_TRUE(appears(popover));
         EXPECT_TRUE(waitUntil([&] { return screen.contains(*frame(popover)); })) << describe(*frame(popover));
+    }
+
+    /// Moves a window, again if its opening motion moves it back.
+    bool moves(const QString& title, QPoint place) {
+        return waitUntil([&] {
+            session.output(QStringLiteral("xdotool"), {QStringLiteral("windowmove"), window(title)->identifier,
+                                                       QString::number(place.x()), QString::number(place.y())});
+            return frame(title)->topLeft() == place;
+        });
     }
 
     bool isWhole(const QString& title, const QRect& strip) {
@@ -73,6 +82,10 @@ struct OnALargeScreen : ScreensOnTheDesktop {
     OnALargeScreen() : ScreensOnTheDesktop({1920, 1080}) {}
 };
 
+struct BesideAPanel : ScreensOnTheDesktop {
+    BesideAPanel() : ScreensOnTheDesktop(DesktopSession::screenSize, DesktopPanel::mate) {}
+};
+
 struct OnTwoScreens : ScreensOnTheDesktop {
     OnTwoScreens() : ScreensOnTheDesktop({2560, 800}) {}
 
@@ -102,12 +115,7 @@ TEST_F(OnTwoScreens, WindowsReturnWhenTheirScreenIsUnplugged) {
     for (const auto& [word, title] : {std::pair("dashboard-shrink", dashboard), {"settings", settings}}) {
         command(word);
         ASSERT_TRUE(appears(title));
-        // Its opening motion may still move it back.
-        ASSERT_TRUE(waitUntil([&] {
-            session.output(QStringLiteral("xdotool"), {QStringLiteral("windowmove"), window(title)->identifier,
-                                                       QStringLiteral("1500"), QStringLiteral("100")});
-            return frame(title)->x() == 1500;
-        })) << describe(*frame(title));
+        ASSERT_TRUE(moves(title, {1500, 100})) << describe(*frame(title));
     }
 
     session.output(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), QStringLiteral("right")});
@@ -117,6 +125,19 @@ TEST_F(OnTwoScreens, WindowsReturnWhenTheirScreenIsUnplugged) {
             return QRect(0, 0, 1280, 800).contains(*frame(title)) && !frame(title)->intersects(strip);
         })) << describe(*frame(title));
     }
+}
+
+TEST_F(BesideAPanel, WindowsMakeRoomForTheStripWhenThePanelEnds) {
+    launch();
+    command("settings");
+    ASSERT_TRUE(appears(settings));
+    ASSERT_TRUE(moves(settings, {screen.width() - frame(settings)->width(), 30})) << describe(*frame(settings));
+
+    session.killPanel();
+    ASSERT_TRUE(session.waitFor([&] { return session.strip().has_value(); }));
+
+    EXPECT_TRUE(isWhole(settings, session.strip()->frame)) << describe(*frame(settings));
+    session.screenshot(QStringLiteral("screens-strip-above-settings"));
 }
 
 TEST_F(ScreensOnTheDesktop, SettingsStayAboveAPinnedDashboard) {

@@ -32,6 +32,7 @@ public:
     }
 
     QRect overlay() const override { return covered; }
+    void onOverlayChanged(std::function<void()> onChange) override { overlayChanged = std::move(onChange); }
 
     bool contains(const QString& identifier) const { return items.contains(identifier); }
     Item& item(const QString& identifier) { return items.at(identifier); }
@@ -48,9 +49,10 @@ public:
     }
 
     std::map<QString, Item> items;
-    QRect covered;                   ///< the area that the bar covers
-    std::function<void()> onCreate;  ///< if set, called before each item is created
-    std::vector<QString> created;    ///< in order, including destroyed ones
+    QRect covered;                         ///< the area that the bar covers
+    std::function<void()> overlayChanged;  ///< as set by the application
+    std::function<void()> onCreate;        ///< if set, called before each item is created
+    std::vector<QString> created;          ///< in order, including destroyed ones
 
 private:
     class Handle final : public StatusItem {

@@ -73,7 +73,11 @@ StripStatusBar::~StripStatusBar() = default;
 std::unique_ptr<StatusItem> StripStatusBar::createItem(const QString& identifier, StatusItemHandlers handlers) {
     std::shared_ptr<StripWindow> window = window_.lock();
     if (!window) {
-        window = std::make_shared<StripWindow>();
+        window = std::make_shared<StripWindow>([this] {
+            if (onOverlayChanged_) {
+                onOverlayChanged_();
+            }
+        });
         window_ = window;
     }
     return std::make_unique<StripStatusItem>(identifier, std::move(handlers), std::move(window));
@@ -81,7 +85,7 @@ std::unique_ptr<StatusItem> StripStatusBar::createItem(const QString& identifier
 
 QRect StripStatusBar::overlay() const {
     const std::shared_ptr<StripWindow> window = window_.lock();
-    return window && window->isVisible() ? window->geometry() : QRect();
+    return window ? window->occupiedFrame() : QRect();
 }
 
 }  // namespace kestro

@@ -2,7 +2,9 @@
 
 #include "shell/status_bar.h"
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 namespace kestro {
 
@@ -18,8 +20,10 @@ public:
     [[nodiscard]] std::unique_ptr<StatusItem> createItem(const QString& identifier,
                                                          StatusItemHandlers handlers) override;
     QRect overlay() const override;
+    void onOverlayChanged(std::function<void()> onChange) override { onOverlayChanged_ = std::move(onChange); }
 
 private:
+    std::function<void()> onOverlayChanged_;
     std::weak_ptr<StripWindow> window_;
 };
 

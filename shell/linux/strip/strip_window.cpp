@@ -14,12 +14,14 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <utility>
 
 namespace kestro {
 
-StripWindow::StripWindow()
+StripWindow::StripWindow(std::function<void()> onFrameChange)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-                           Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint) {
+                           Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint),
+      onFrameChange_(std::move(onFrameChange)) {
     setWindowTitle(QStringLiteral("Kestro"));
     setAccessibleName(QStringLiteral("Kestro"));
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -46,6 +48,13 @@ void StripWindow::remove(StripItemView& item) {
 }
 
 void StripWindow::arrange() {
+    layOut();
+    if (std::exchange(reportedFrame_, occupiedFrame()) != occupiedFrame()) {
+        onFrameChange_();
+    }
+}
+
+void StripWindow::layOut() {
     if (items_.empty() || screen_ == nullptr) {
         hide();
         return;

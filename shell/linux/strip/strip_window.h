@@ -3,8 +3,10 @@
 #include "core/base/subscription.h"
 
 #include <QPointer>
+#include <QRect>
 #include <QWidget>
 
+#include <functional>
 #include <vector>
 
 class QScreen;
@@ -18,8 +20,12 @@ class StripItemView;
 /// screen changes. Main thread.
 class StripWindow : public QWidget {
 public:
-    StripWindow();
+    /// `onFrameChange` is called after it has appeared, moved, changed its size or disappeared.
+    explicit StripWindow(std::function<void()> onFrameChange);
     ~StripWindow() override;
+
+    /// Its frame on the screen; null while it is hidden.
+    QRect occupiedFrame() const { return isVisible() ? geometry() : QRect(); }
 
     /// Adds an item at the left end; it must be a child of this window.
     void add(StripItemView& item);
@@ -40,7 +46,10 @@ protected:
 
 private:
     void followPrimaryScreen();
+    void layOut();
 
+    std::function<void()> onFrameChange_;
+    QRect reportedFrame_;
     std::vector<StripItemView*> items_;
     std::vector<int> separators_;
     QPointer<QScreen> screen_;

@@ -204,6 +204,34 @@ TEST_F(DashboardWindowTest, ZoomsAndRestoresByDoubleClicksOnItsTitleBand) {
     EXPECT_EQ(window.geometry(), available);
 }
 
+TEST_F(DashboardWindowTest, StaysZoomedWhenTheAreaForWindowsChanges) {
+    show();
+    const QRect before = window.geometry();
+    doubleClick({100, 20});
+    delegate.events.clear();
+
+    for (const QRect& changed : {QRect(0, 44, 1920, 1036), QRect(0, 0, 1280, 800), QRect(0, 28, 1920, 1052)}) {
+        system.available = changed;
+        window.fitToScreen();
+        EXPECT_EQ(window.geometry(), changed);
+    }
+
+    EXPECT_THAT(delegate.taken(), IsEmpty());
+    doubleClick({100, 20});
+    EXPECT_EQ(window.geometry(), before);
+}
+
+TEST_F(DashboardWindowTest, KeepsTheUsersFrameAfterAZoomWhenTheAreaForWindowsChanges) {
+    show();
+    doubleClick({100, 20});
+    window.setGeometry(100, 200, 900, 600);
+
+    system.available = {0, 44, 1920, 1036};
+    window.fitToScreen();
+
+    EXPECT_EQ(window.geometry(), QRect(100, 200, 900, 600));
+}
+
 TEST_F(DashboardWindowTest, RestoresItsFrameAfterAZoomReversedHalfWay) {
     show();
     const QRect before = window.geometry();

@@ -105,6 +105,25 @@ TEST_F(StripStatusBarTest, DisappearsWithItsLastItem) {
     EXPECT_EQ(strip(), nullptr);
 }
 
+TEST_F(StripStatusBarTest, ReportsWhenItCoversAnotherPartOfTheScreen) {
+    std::vector<QRect> covered;
+    bar.onOverlayChanged([&] { covered.push_back(bar.overlay()); });
+
+    auto item = bar.createItem(QStringLiteral("kestro-main"), {});
+    ASSERT_EQ(covered.size(), 1U);
+    EXPECT_EQ(covered.back(), strip()->geometry());
+
+    item->setContent(titled(" RAM 42%"));
+    ASSERT_EQ(covered.size(), 2U);
+    EXPECT_EQ(covered.back(), strip()->geometry());
+    item->setContent(titled(" RAM 43%"));
+    EXPECT_EQ(covered.size(), 2U);
+
+    item.reset();
+    ASSERT_EQ(covered.size(), 3U);
+    EXPECT_TRUE(covered.back().isNull());
+}
+
 TEST_F(StripStatusBarTest, NeverTakesTheKeyboard) {
     const auto main = bar.createItem(QStringLiteral("kestro-main"), {});
 
