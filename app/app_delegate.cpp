@@ -34,6 +34,7 @@ AppDelegate::AppDelegate(const Platform& platform, const KestroServices& service
 
 AppDelegate::~AppDelegate() {
     shell_.statusBar.onOverlayChanged({});
+    shell_.windowSystem.onPanelsChanged({});
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
@@ -49,6 +50,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     fanItem_ = std::make_unique<FanControlStatusItem>(platform_, shell_.statusBar, services_.settings, smc_,
                                                       services_.fanManager, services_.powerManager);
     shell_.statusBar.onOverlayChanged([this] { screenChanges_.report(); });
+    shell_.windowSystem.onPanelsChanged([this] { screenChanges_.report(); });
     setupPopover();
     setupDashboardWindow();
     bindTelemetry();

@@ -52,6 +52,13 @@ public:
     /// coordinates.
     virtual QRect availableArea(const QScreen& screen) const = 0;
 
+    /// The same area, of which the status bar's own window may cover a part.
+    virtual QRect areaClearOfPanels(const QScreen& screen) const = 0;
+
+    /// Calls `onChange` after panels may have changed what they leave free of a screen, where the toolkit does not
+    /// report it; replaces the previous callback. An empty one ends the calls.
+    virtual void onPanelsChanged(std::function<void()> onChange) = 0;
+
     /// Keeps a window above another one, also while that one floats or is full screen, until it is hidden. Call it
     /// whenever both are shown.
     virtual void keepAbove(QWidget& window, QWidget& other) = 0;

@@ -147,7 +147,7 @@ void PopoverWindow::keyPressEvent(QKeyEvent* event) {
 void PopoverWindow::restBeside(const QRect& anchor) {
     if (const QScreen* screen = screenOf(anchor)) {
         restingPlace_ =
-            popoverFrame(anchor, popover_geometry::size, screen->geometry(), screen->availableGeometry())
+            popoverFrame(anchor, popover_geometry::size, screen->geometry(), system().areaClearOfPanels(*screen))
                 .topLeft();
     }
 }

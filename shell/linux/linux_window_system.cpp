@@ -87,7 +87,15 @@ bool LinuxWindowSystem::canPlaceWindows() const {
 }
 
 QRect LinuxWindowSystem::availableArea(const QScreen& screen) const {
-    return strip_layout::clearOf(statusBar_.overlay(), screen.availableGeometry());
+    return strip_layout::clearOf(statusBar_.overlay(), areaClearOfPanels(screen));
+}
+
+QRect LinuxWindowSystem::areaClearOfPanels(const QScreen& screen) const {
+    return PanelSpace().freeArea(screen);
+}
+
+void LinuxWindowSystem::onPanelsChanged(std::function<void()> onChange) {
+    panels_ = onChange ? std::make_unique<PanelSpaceMonitor>(std::move(onChange)) : nullptr;
 }
 
 void LinuxWindowSystem::keepAbove(QWidget& window, QWidget& other) {

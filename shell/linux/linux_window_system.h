@@ -1,5 +1,6 @@
 #pragma once
 
+#include "shell/linux/panel_space.h"
 #include "shell/window_system.h"
 
 namespace kestro {
@@ -28,6 +29,8 @@ public:
     bool canPlaceWindows() const override;
 
     QRect availableArea(const QScreen& screen) const override;
+    QRect areaClearOfPanels(const QScreen& screen) const override;
+    void onPanelsChanged(std::function<void()> onChange) override;
 
     /// As a transient window, which window managers keep above its parent.
     void keepAbove(QWidget& window, QWidget& other) override;
@@ -37,6 +40,7 @@ public:
 
 private:
     const StatusBar& statusBar_;
+    std::unique_ptr<PanelSpaceMonitor> panels_;
 };
 
 }  // namespace kestro

@@ -1,5 +1,7 @@
 #include "shell/linux/panel_anchor.h"
 
+#include "shell/linux/panel_space.h"
+
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
@@ -12,7 +14,16 @@ namespace kestro {
 std::vector<ScreenFrame> currentScreens() {
     std::vector<ScreenFrame> screens;
     for (const QScreen* screen : QGuiApplication::screens()) {
-        screens.push_back({screen->geometry(), screen->availableGeometry(), screen->devicePixelRatio()});
+        screens.push_back({screen->geometry(), screen->geometry(), screen->devicePixelRatio()});
+    }
+    return screens;
+}
+
+std::vector<ScreenFrame> currentScreensAndPanels() {
+    const PanelSpace panels;
+    std::vector<ScreenFrame> screens;
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        screens.push_back({screen->geometry(), panels.freeArea(*screen), screen->devicePixelRatio()});
     }
     return screens;
 }

@@ -15,8 +15,11 @@ struct ScreenFrame {
     double scale = 1;
 };
 
-/// The screens of the application.
+/// The screens of the application as if they had no panels. Costs next to nothing.
 std::vector<ScreenFrame> currentScreens();
+
+/// The screens of the application with what panels leave free, which the server may have to be asked for.
+std::vector<ScreenFrame> currentScreensAndPanels();
 
 /// Converts a panel's point in device pixels to the application's global coordinates; absent if no screen
 /// contains it. The origin is absent too: hosts send it when they do not know the position.

@@ -283,25 +283,28 @@ TEST_F(AppDelegateSettings, KeepTheEngineActiveWhenAnotherSurfaceCloses) {
 }
 
 struct AppDelegateOverlay : test::AppDelegateFixture {
-    /// The bar's own window appears at the top of the screen.
-    void coverTop() {
-        windowSystem.available = {0, 44, 1920, 1036};
-        bar.overlayChanged();
+    /// Something appears at the top of the screen.
+    void coverTop(int height, const std::function<void()>& report) {
+        windowSystem.available = {0, height, 1920, 1080 - height};
+        report();
         settle();
     }
 };
 
-TEST_F(AppDelegateOverlay, MovesVisibleWindowsClearWhenItAppears) {
+TEST_F(AppDelegateOverlay, MovesVisibleWindowsClearAsAPanelDoes) {
     launch();
     delegate.showDashboard();
     delegate.showSettings();
     delegate.dashboardWindow()->move(0, 0);
     delegate.settingsWindow()->move(1000, 0);
 
-    coverTop();
-
+    coverTop(44, bar.overlayChanged);
     EXPECT_EQ(delegate.dashboardWindow()->y(), 52);
     EXPECT_EQ(delegate.settingsWindow()->y(), 52);
+
+    coverTop(80, windowSystem.panelsChanged);
+    EXPECT_EQ(delegate.dashboardWindow()->y(), 88);
+    EXPECT_EQ(delegate.settingsWindow()->y(), 88);
     EXPECT_FALSE(delegate.hasUserCustomResizedDashboard());
 }
 
@@ -314,6 +317,7 @@ TEST_F(AppDelegateOverlay, IsNotFollowedAnyMoreAtTheEnd) {
     another.reset();
 
     EXPECT_FALSE(bar.overlayChanged);
+    EXPECT_FALSE(windowSystem.panelsChanged);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <algorithm>
+
 namespace kestro {
 namespace {
 
@@ -87,11 +89,45 @@ struct BesideAPanel : ScreensOnTheDesktop {
 };
 
 struct OnTwoScreens : ScreensOnTheDesktop {
-    OnTwoScreens() : ScreensOnTheDesktop({2560, 800}) {}
+    explicit OnTwoScreens(DesktopPanel panel = DesktopPanel::none) : ScreensOnTheDesktop({2560, 800}, panel) {
+        monitor("left", "1280/300x800/200+0+0", "screen");
+        monitor("right", "1280/300x800/200+1280+0", "none");
+    }
 
     void monitor(const char* name, const char* geometry, const char* output) const {
         session.output(QStringLiteral("xrandr"), {QStringLiteral("--setmonitor"), QString::fromLatin1(name),
                                                   QString::fromLatin1(geometry), QString::fromLatin1(output)});
+    }
+
+    /// Lets a window of the program reserve space at the top of both screens, as a panel does.
+    void reserveTop(const QString& title, int height) const {
+        session.output(
+            QStringLiteral("xprop"),
+            {QStringLiteral("-id"), window(title)->identifier, QStringLiteral("-f"),
+             QStringLiteral("_NET_WM_STRUT_PARTIAL"), QStringLiteral("32c"), QStringLiteral("-set"),
+             QStringLiteral("_NET_WM_STRUT_PARTIAL"), QStringLiteral("0,0,%1,0,0,0,0,0,0,2559,0,0").arg(height)});
+    }
+};
+
+struct OnTwoScreensWithAPanel : OnTwoScreens {
+    OnTwoScreensWithAPanel() : OnTwoScreens(DesktopPanel::mate) {
+        // It lays itself out for the screens that it finds when it starts.
+        session.killPanel();
+        session.startPanel();
+    }
+
+    /// The height of the panel at the top, as it reserves it; 0 without one.
+    int panelHeight() const {
+        int height = 0;
+        const QByteArray list = session.output(
+            QStringLiteral("xprop"),
+            {QStringLiteral("-root"), QStringLiteral("-notype"), QStringLiteral("_NET_CLIENT_LIST")});
+        for (const QByteArray& identifier : list.mid(list.indexOf('#') + 1).split(',')) {
+            const QString strut = session.windowProperty({QString::fromLatin1(identifier.trimmed()), {}, {}},
+                                                         QStringLiteral("_NET_WM_STRUT_PARTIAL"));
+            height = std::max(height, strut.section(QLatin1Char(','), 2, 2).trimmed().toInt());
+        }
+        return height;
     }
 };
 
@@ -108,8 +144,6 @@ TEST_F(OnALargeScreen, EveryWindowIsWhollyVisibleAtTwo) {
 }
 
 TEST_F(OnTwoScreens, WindowsReturnWhenTheirScreenIsUnplugged) {
-    monitor("left", "1280/300x800/200+0+0", "screen");
-    monitor("right", "1280/300x800/200+1280+0", "none");
     launch();
     const QRect strip = session.strip()->frame;
     for (const auto& [word, title] : {std::pair("dashboard-shrink", dashboard), {"settings", settings}}) {
@@ -138,6 +172,44 @@ TEST_F(BesideAPanel, WindowsMakeRoomForTheStripWhenThePanelEnds) {
 
     EXPECT_TRUE(isWhole(settings, session.strip()->frame)) << describe(*frame(settings));
     session.screenshot(QStringLiteral("screens-strip-above-settings"));
+}
+
+TEST_F(OnTwoScreens, StripAndWindowsKeepClearOfAPanel) {
+    launch();
+    for (const auto& [word, title] : {std::pair("dashboard", dashboard), {"settings", settings}}) {
+        command(word);
+        ASSERT_TRUE(appears(title));
+    }
+    ASSERT_TRUE(moves(settings, {100, 10})) << describe(*frame(settings));
+
+    reserveTop(dashboard, 60);
+
+    EXPECT_TRUE(waitUntil([&] { return session.strip()->frame.top() == 68; })) << describe(session.strip()->frame);
+    EXPECT_TRUE(waitUntil([&] { return frame(settings)->top() >= 60; })) << describe(*frame(settings));
+}
+
+TEST_F(OnTwoScreensWithAPanel, NothingCoversThePanel) {
+    launch();
+    const int height = panelHeight();
+    ASSERT_GT(height, 0);
+
+    command("dashboard");
+    ASSERT_TRUE(appears(dashboard));
+    ASSERT_TRUE(moves(dashboard, {10, 200}));
+    doubleClick(frame(dashboard)->topLeft() + QPoint(300, 12));
+    EXPECT_TRUE(waitUntil([&] { return frame(dashboard)->width() == 1280; })) << describe(*frame(dashboard));
+    EXPECT_EQ(frame(dashboard)->top(), height) << describe(*frame(dashboard));
+
+    command("popover");
+    ASSERT_TRUE(appears(popover));
+    EXPECT_TRUE(waitUntil([&] { return frame(popover)->top() == height + 6; })) << describe(*frame(popover));
+    session.screenshot(QStringLiteral("screens-two-with-a-panel"));
+    session.key(QStringLiteral("Escape"));
+    ASSERT_TRUE(disappears(popover));
+
+    session.click({1060, height / 2});
+    ASSERT_TRUE(appears(popover));
+    EXPECT_TRUE(waitUntil([&] { return frame(popover)->top() == height + 6; })) << describe(*frame(popover));
 }
 
 TEST_F(ScreensOnTheDesktop, SettingsStayAboveAPinnedDashboard) {

@@ -252,9 +252,8 @@ void SniStatusItem::announce(const NotifierPresentation& before) {
 
 BusReply SniStatusItem::activate(const QVariantList& arguments, StatusClick click) {
     const auto point = clickPlace(arguments);
-    const QRect anchor = panelAnchor(point, currentScreens());
     const auto action = click == StatusClick::primary ? ItemAction::primaryClick : ItemAction::secondaryClick;
-    clicks_.add(static_cast<int>(action), [this, click, point, anchor] {
+    clicks_.add(static_cast<int>(action), [this, click, point] {
         lastClick_ = point;
         if (!handlers_.onClick) {
             openMenu(point);
@@ -262,7 +261,7 @@ BusReply SniStatusItem::activate(const QVariantList& arguments, StatusClick clic
         }
         // A click can destroy this item; its handler must survive the call.
         const auto onClick = handlers_.onClick;
-        onClick(click, isControlHeld(), anchor);
+        onClick(click, isControlHeld(), panelAnchor(point, currentScreensAndPanels()));
     });
     return QVariantList{};
 }

@@ -70,7 +70,7 @@ void StripWindow::layOut() {
     separators_ = strip_layout::separators(frames);
 
     const QSize size = strip_layout::stripSize(widths);
-    setGeometry(QRect(strip_layout::stripPosition(size, screen_->availableGeometry()), size));
+    setGeometry(QRect(strip_layout::stripPosition(size, available_), size));
     shapeWindow(*this, strip_layout::cornerRadius, isComposited_);
     update();
     show();
@@ -93,8 +93,15 @@ void StripWindow::followPrimaryScreen() {
     }
     screen_ = QGuiApplication::primaryScreen();
     if (screen_ != nullptr) {
-        connect(screen_, &QScreen::geometryChanged, this, &StripWindow::arrange);
-        connect(screen_, &QScreen::availableGeometryChanged, this, &StripWindow::arrange);
+        connect(screen_, &QScreen::geometryChanged, this, &StripWindow::measureScreen);
+        connect(screen_, &QScreen::availableGeometryChanged, this, &StripWindow::measureScreen);
+    }
+    measureScreen();
+}
+
+void StripWindow::measureScreen() {
+    if (screen_ != nullptr) {
+        available_ = PanelSpace().freeArea(*screen_);
     }
     arrange();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/subscription.h"
+#include "shell/linux/panel_space.h"
 
 #include <QPointer>
 #include <QRect>
@@ -46,6 +47,7 @@ protected:
 
 private:
     void followPrimaryScreen();
+    void measureScreen();
     void layOut();
 
     std::function<void()> onFrameChange_;
@@ -53,6 +55,8 @@ private:
     std::vector<StripItemView*> items_;
     std::vector<int> separators_;
     QPointer<QScreen> screen_;
+    QRect available_;  ///< of the screen: what panels leave free
+    PanelSpaceMonitor panels_{[this] { measureScreen(); }};
     bool isComposited_ = true;
     Subscription palette_;
 };

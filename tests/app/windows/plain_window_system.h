@@ -2,6 +2,7 @@
 
 #include "shell/window_system.h"
 
+#include <QScreen>
 #include <QWidget>
 #include <QWindow>
 
@@ -26,6 +27,8 @@ public:
     std::unique_ptr<WithdrawalGuard> guardAgainstWithdrawal(QWidget&) override { return nullptr; }
     bool canPlaceWindows() const override { return true; }
     QRect availableArea(const QScreen&) const override { return available; }
+    QRect areaClearOfPanels(const QScreen& screen) const override { return screen.availableGeometry(); }
+    void onPanelsChanged(std::function<void()> onChange) override { panelsChanged = std::move(onChange); }
     void keepAbove(QWidget& window, QWidget& other) override { above = {&window, &other}; }
 
     std::unique_ptr<PressMonitor> watchPresses(std::function<void()> onPress) override {
@@ -43,6 +46,8 @@ public:
 
     QRect available{0, 0, 1920, 1080};                ///< on every screen
     std::pair<const QWidget*, const QWidget*> above;  ///< the last window kept above another
+
+    std::function<void()> panelsChanged;  ///< as set by the application
 
 private:
     std::map<const QWidget*, bool> levels_;
