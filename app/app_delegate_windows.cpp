@@ -125,7 +125,6 @@ void AppDelegate::showDashboard() {
     dashboardWindow_->fitToScreen();
     refreshTelemetry();
     shell_.windowSystem.makeKeyAndOrderFront(*dashboardWindow_);
-    keepSettingsAboveDashboard();
     updateUIActiveState();
 }
 
@@ -156,14 +155,15 @@ void AppDelegate::showSettings() {
         setupSettingsWindow();
     }
     settingsWindow_->fitToScreen();
-    shell_.windowSystem.makeKeyAndOrderFront(*settingsWindow_);
     keepSettingsAboveDashboard();
+    shell_.windowSystem.makeKeyAndOrderFront(*settingsWindow_);
     updateUIActiveState();
 }
 
 void AppDelegate::keepSettingsAboveDashboard() {
-    if (settingsWindow_ && dashboardWindow_) {
-        shell_.windowSystem.keepAbove(*settingsWindow_, *dashboardWindow_);
+    if (dashboardWindow_) {
+        shell_.windowSystem.keepAbove(*settingsWindow_,
+                                      dashboardWindow_->isOnScreen() ? dashboardWindow_.get() : nullptr);
     }
 }
 
@@ -230,7 +230,10 @@ void AppDelegate::popoverDidClose() {
     updateUIActiveState();
 }
 
-void AppDelegate::windowVisibilityDidChange(QWidget&) {
+void AppDelegate::windowVisibilityDidChange(QWidget& window) {
+    if (&window == dashboardWindow_.get() && settingsWindow_ && settingsWindow_->isVisible()) {
+        keepSettingsAboveDashboard();
+    }
     updateUIActiveState();
 }
 

@@ -59,9 +59,9 @@ public:
     /// report it; replaces the previous callback. An empty one ends the calls.
     virtual void onPanelsChanged(std::function<void()> onChange) = 0;
 
-    /// Keeps a window above another one, also while that one floats or is full screen, until it is hidden. Call it
-    /// whenever both are shown.
-    virtual void keepAbove(QWidget& window, QWidget& other) = 0;
+    /// Keeps a window above another one that is on the screen, also while that one floats or is full screen; null
+    /// ends this. Call it before the window is shown and whenever the other one appears or disappears.
+    virtual void keepAbove(QWidget& window, QWidget* other) = 0;
 
     /// Calls `onPress` for every press of a mouse button on the screen, whichever window receives it: a press on
     /// the desktop or on a panel does not move the keyboard focus and would go unnoticed. Null where the window

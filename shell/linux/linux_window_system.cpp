@@ -37,6 +37,20 @@ void requestActivationAsPager(xcb_connection_t* connection, xcb_window_t window)
     xcb_flush(connection);
 }
 
+/// Writes or removes WM_TRANSIENT_FOR. The toolkit sets it for dialogs only, and removes it when it shows a window
+/// of another type.
+void writeTransientParent(xcb_connection_t* connection, const QWindow& window) {
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    if (const QWindow* const parent = window.transientParent()) {
+        const auto parentId = static_cast<xcb_window_t>(parent->winId());
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 32,
+                            1, &parentId);
+    } else {
+        xcb_delete_property(connection, id, XCB_ATOM_WM_TRANSIENT_FOR);
+    }
+    xcb_flush(connection);
+}
+
 }  // namespace
 
 void LinuxWindowSystem::makeKeyAndOrderFront(QWidget& window) {
@@ -47,6 +61,9 @@ void LinuxWindowSystem::makeKeyAndOrderFront(QWidget& window) {
     window.raise();
     window.activateWindow();
     if (xcb_connection_t* connection = x11_display::connection()) {
+        if (window.windowHandle()->transientParent() != nullptr) {
+            writeTransientParent(connection, *window.windowHandle());
+        }
         requestActivationAsPager(connection, static_cast<xcb_window_t>(window.winId()));
     }
 }
@@ -98,16 +115,11 @@ void LinuxWindowSystem::onPanelsChanged(std::function<void()> onChange) {
     panels_ = onChange ? std::make_unique<PanelSpaceMonitor>(std::move(onChange)) : nullptr;
 }
 
-void LinuxWindowSystem::keepAbove(QWidget& window, QWidget& other) {
-    QWindow* const parent = other.windowHandle();
-    if (parent != nullptr && window.windowHandle() != nullptr) {
-        window.windowHandle()->setTransientParent(parent);
-        if (xcb_connection_t* const connection = x11_display::connection()) {
-            // The toolkit sets it for dialogs only, and removes it when it shows a window of another type.
-            const auto id = static_cast<xcb_window_t>(parent->winId());
-            xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
-                                XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 32, 1, &id);
-        }
+void LinuxWindowSystem::keepAbove(QWidget& window, QWidget* other) {
+    window.winId();  // creates the window if necessary
+    window.windowHandle()->setTransientParent(other != nullptr ? other->windowHandle() : nullptr);
+    if (xcb_connection_t* connection = x11_display::connection()) {
+        writeTransientParent(connection, *window.windowHandle());
     }
 }
 

@@ -32,8 +32,9 @@ public:
     QRect areaClearOfPanels(const QScreen& screen) const override;
     void onPanelsChanged(std::function<void()> onChange) override;
 
-    /// As a transient window, which window managers keep above its parent.
-    void keepAbove(QWidget& window, QWidget& other) override;
+    /// As a transient window, which window managers keep above its parent. On Wayland a compositor learns of the
+    /// parent when the window is next shown.
+    void keepAbove(QWidget& window, QWidget* other) override;
 
     /// With raw events of the X Input Extension 2; null on other window systems.
     [[nodiscard]] std::unique_ptr<PressMonitor> watchPresses(std::function<void()> onPress) override;

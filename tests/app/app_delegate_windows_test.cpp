@@ -158,6 +158,40 @@ TEST_F(AppDelegateDashboard, StaysBelowTheSettings) {
     EXPECT_FALSE(windowSystem.isFloating(*delegate.settingsWindow()));
 }
 
+TEST_F(AppDelegateDashboard, HoldsTheSettingsOnlyWhileOnTheScreen) {
+    launch();
+    delegate.showDashboard();
+    delegate.showSettings();
+    EXPECT_EQ(windowSystem.above.second, &window());
+
+    window().setWindowState(Qt::WindowMinimized);
+    settle();
+    EXPECT_EQ(windowSystem.above.second, nullptr);
+
+    delegate.settingsWindow()->close();
+    delegate.showSettings();
+    EXPECT_EQ(windowSystem.above.first, delegate.settingsWindow());
+    EXPECT_EQ(windowSystem.above.second, nullptr);
+
+    delegate.showDashboard();
+    EXPECT_EQ(windowSystem.above.second, &window());
+    delegate.hideDashboard();
+    EXPECT_EQ(windowSystem.above.second, nullptr);
+}
+
+TEST_F(AppDelegateDashboard, HasAParentsPlaceBeforeTheSettingsAreShown) {
+    launch();
+    delegate.showDashboard();
+    windowSystem.onOrderFront = [&](const QWidget& shown) {
+        EXPECT_EQ(windowSystem.above.first, &shown);
+        EXPECT_EQ(windowSystem.above.second, &window());
+    };
+
+    delegate.showSettings();
+
+    EXPECT_TRUE(isSettingsShown());
+}
+
 TEST_F(AppDelegateDashboard, DoesNotFloatInFullScreen) {
     settings.isPinned.set(true);
     launch();

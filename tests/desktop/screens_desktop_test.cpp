@@ -197,8 +197,8 @@ TEST_F(OnTwoScreensWithAPanel, NothingCoversThePanel) {
     ASSERT_TRUE(appears(dashboard));
     ASSERT_TRUE(moves(dashboard, {10, 200}));
     doubleClick(frame(dashboard)->topLeft() + QPoint(300, 12));
-    EXPECT_TRUE(waitUntil([&] { return frame(dashboard)->width() == 1280; })) << describe(*frame(dashboard));
-    EXPECT_EQ(frame(dashboard)->top(), height) << describe(*frame(dashboard));
+    EXPECT_TRUE(waitUntil([&] { return frame(dashboard)->width() == 1280 && frame(dashboard)->top() == height; }))
+        << describe(*frame(dashboard));
 
     command("popover");
     ASSERT_TRUE(appears(popover));
@@ -229,6 +229,30 @@ TEST_F(ScreensOnTheDesktop, SettingsStayAboveAPinnedDashboard) {
     command("dashboard");
     finishCommands();
     EXPECT_EQ(stacking(), order);
+}
+
+TEST_F(ScreensOnTheDesktop, SettingsHaveNoMinimisedParent) {
+    const auto hasParent = [this] {
+        return session.windowProperty(*window(settings), QStringLiteral("WM_TRANSIENT_FOR"))
+            .contains(QStringLiteral("window id"));
+    };
+    launch();
+    command("dashboard");
+    ASSERT_TRUE(appears(dashboard));
+    session.output(QStringLiteral("xdotool"), {QStringLiteral("windowminimize"), window(dashboard)->identifier});
+    ASSERT_TRUE(disappears(dashboard));
+
+    command("settings");
+    ASSERT_TRUE(appears(settings));
+    finishCommands();
+    EXPECT_FALSE(hasParent());
+
+    command("dashboard");
+    ASSERT_TRUE(appears(dashboard));
+    EXPECT_TRUE(waitUntil(hasParent));
+    command("hide");
+    ASSERT_TRUE(disappears(dashboard));
+    EXPECT_TRUE(waitUntil([&] { return !hasParent(); }));
 }
 
 }  // namespace

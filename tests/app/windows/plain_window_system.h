@@ -16,6 +16,9 @@ namespace kestro::test {
 class PlainWindowSystem final : public WindowSystem {
 public:
     void makeKeyAndOrderFront(QWidget& window) override {
+        if (onOrderFront) {
+            onOrderFront(window);
+        }
         window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
         window.show();
         window.raise();
@@ -29,7 +32,7 @@ public:
     QRect availableArea(const QScreen&) const override { return available; }
     QRect areaClearOfPanels(const QScreen& screen) const override { return screen.availableGeometry(); }
     void onPanelsChanged(std::function<void()> onChange) override { panelsChanged = std::move(onChange); }
-    void keepAbove(QWidget& window, QWidget& other) override { above = {&window, &other}; }
+    void keepAbove(QWidget& window, QWidget* other) override { above = {&window, other}; }
 
     std::unique_ptr<PressMonitor> watchPresses(std::function<void()> onPress) override {
         onPress_ = std::move(onPress);
@@ -47,7 +50,8 @@ public:
     QRect available{0, 0, 1920, 1080};                ///< on every screen
     std::pair<const QWidget*, const QWidget*> above;  ///< the last window kept above another
 
-    std::function<void()> panelsChanged;  ///< as set by the application
+    std::function<void(const QWidget&)> onOrderFront;  ///< if set, called before a window is ordered front
+    std::function<void()> panelsChanged;               ///< as set by the application
 
 private:
     std::map<const QWidget*, bool> levels_;

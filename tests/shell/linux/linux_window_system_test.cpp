@@ -34,12 +34,17 @@ TEST_F(LinuxWindowSystemTest, KeepsWindowsBelowTheStrip) {
 
 TEST_F(LinuxWindowSystemTest, KeepsAWindowAboveAnother) {
     QWidget other;
-    system.keepAbove(window, other);
     other.show();
-    window.show();
-    system.keepAbove(window, other);
 
+    // Also one that is about to be shown.
+    system.keepAbove(window, &other);
+    ASSERT_NE(window.windowHandle(), nullptr);
     EXPECT_EQ(window.windowHandle()->transientParent(), other.windowHandle());
+    window.show();
+    EXPECT_EQ(window.windowHandle()->transientParent(), other.windowHandle());
+
+    system.keepAbove(window, nullptr);
+    EXPECT_EQ(window.windowHandle()->transientParent(), nullptr);
 }
 
 TEST_F(LinuxWindowSystemTest, ChangesTheLevelWithoutRecreatingTheWindow) {
