@@ -65,7 +65,7 @@ QSize Badge::sizeHint() const {
 AccessibleInfo Badge::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
     if (info.name.isEmpty()) {
-        info.name = text_;
+        info.name = spokenText_.isEmpty() ? text_ : spokenText_;
     }
     return info;
 }

@@ -21,6 +21,9 @@ public:
     /// No-op when unchanged.
     void setState(const QString& text, const Ink& ink);
     void setKind(BadgeKind kind);
+
+    /// Replaces the word as the accessible name; empty: the word itself. Announces nothing.
+    void setSpokenText(const QString& text) { spokenText_ = text; }
     const QString& text() const { return text_; }
 
     QSize sizeHint() const override;
@@ -33,6 +36,7 @@ private:
     BadgeKind kind_;
     QString text_;
     Ink ink_;
+    QString spokenText_;
 };
 
 }  // namespace kestro

@@ -19,7 +19,6 @@ void TextLabel::setText(const QString& text) {
     }
     const QSize before = sizeHint();
     text_ = text;
-    announceName();
     if (sizeHint() != before) {
         updateGeometry();
     }
@@ -75,7 +74,7 @@ QSize TextLabel::minimumSizeHint() const {
 AccessibleInfo TextLabel::accessibleInfo() const {
     AccessibleInfo info = View::accessibleInfo();
     if (info.name.isEmpty()) {
-        info.name = text_;
+        info.name = spokenText_.isEmpty() ? text_ : spokenText_;
     }
     info.isDecoration = isDecoration_;
     return info;

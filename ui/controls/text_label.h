@@ -17,6 +17,10 @@ public:
     void setText(const QString& text);
     const QString& text() const { return text_; }
 
+    /// Replaces the text as the accessible name; empty: the text itself. Unlike QWidget::setAccessibleName it
+    /// announces nothing, since figures change all the time.
+    void setSpokenText(const QString& text) { spokenText_ = text; }
+
     void setStyle(const TextStyle& style);
     const TextStyle& style() const { return style_; }
     void setInk(const Ink& ink);
@@ -42,6 +46,7 @@ private:
     QRectF textArea() const;
 
     QString text_;
+    QString spokenText_;
     QString reserved_;
     TextStyle style_;
     Qt::Alignment alignment_ = Qt::AlignLeft;

@@ -127,7 +127,7 @@ void ComputeSection::showCPU() {
         const QString usage = isMeasured ? oneDecimalText(usages[i]) : pendingFigure();
         const QString words = isMeasured ? usage + QStringLiteral(" percent") : pendingWords();
         shares_[i].value->setText(usage);
-        shares_[i].value->setAccessibleName(shares_[i].name + QStringLiteral(", ") + words);
+        shares_[i].value->setSpokenText(shares_[i].name + QStringLiteral(", ") + words);
     }
     const auto rows = clusterRows(cpu, isMeasured, isCompact(grid().tier));
     for (size_t i = 0; i < rows.size(); ++i) {

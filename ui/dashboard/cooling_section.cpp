@@ -202,7 +202,7 @@ void CoolingSection::showProfile() {
     const FanProfile profile = services_.fanManager.currentProfile.get();
     profileSymbol_->setSymbol(Words(tableRow(profile).iconName));
     profileName_ = Words(rawValue(profile));
-    profile_->setAccessibleName(QStringLiteral("Profile, ") + profileName_);
+    profile_->setSpokenText(QStringLiteral("Profile, ") + profileName_);
     arrangeFoot(grid());
 }
 

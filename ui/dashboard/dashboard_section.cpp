@@ -118,7 +118,7 @@ void DashboardSection::setSymbol(const QString& symbol) {
 void DashboardSection::setMeta(const QString& text, const QString& meaning) {
     if (text != meta_->text()) {
         meta_->setText(text);
-        meta_->setAccessibleName(meaning.isEmpty() ? text : meaning + QStringLiteral(", ") + text);
+        meta_->setSpokenText(meaning.isEmpty() ? text : meaning + QStringLiteral(", ") + text);
         arrangeTitle(grid());
     }
 }
@@ -126,7 +126,7 @@ void DashboardSection::setMeta(const QString& text, const QString& meaning) {
 void DashboardSection::setBadge(const QString& text, const Ink& ink, const QString& meaning, const QString& help) {
     const bool isWidthChanged = text != badge_->text();
     badge_->setState(text, ink);
-    badge_->setAccessibleName(meaning + QStringLiteral(", ") + text);
+    badge_->setSpokenText(meaning + QStringLiteral(", ") + text);
     badge_->setHelp(help.isEmpty() && tier_ == SectionTier::tight ? text : help);
     if (isWidthChanged) {
         arrangeTitle(grid());

@@ -32,7 +32,6 @@ DisplayFigure::DisplayFigure(const QString& name, const QString& unit, QWidget* 
 void DisplayFigure::setFigure(const QString& figure) {
     if (figure != figure_) {
         figure_ = figure;
-        announceName();
         update();
     }
 }

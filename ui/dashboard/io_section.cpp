@@ -106,8 +106,8 @@ void IOSection::showRate(const Direction& direction, double bytesPerSecond) cons
     const bool isMeasured = services_.engine.measured().rates;
     const QString rate = isMeasured ? rateText(bytesPerSecond) : pendingFigure();
     direction.rate->setText(rate);
-    direction.rate->setAccessibleName(direction.name->text() + QStringLiteral(", ") +
-                                      (isMeasured ? rate : pendingWords()));
+    direction.rate->setSpokenText(direction.name->text() + QStringLiteral(", ") +
+                                  (isMeasured ? rate : pendingWords()));
 }
 
 void IOSection::showRates() {

@@ -53,7 +53,6 @@ void ProcessRow::setContent(const ProcessRowContent& content) {
     }
     const ProcessRowContent before = std::exchange(content_, content);
     setHelp(content.command);
-    announceName();
     if (content.name != before.name || content.isSystem != before.isSystem ||
         content.sortsByMemory != before.sortsByMemory) {
         update();

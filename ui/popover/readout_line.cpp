@@ -36,7 +36,6 @@ void ReadoutLine::setLabel(const QString& label) {
     }
     const double leftBefore = trailingLeft();
     label_ = label;
-    announceName();
     if (isTrailing_) {
         const double left = std::min(leftBefore, trailingLeft());
         update(QRectF(left, 0, width() - left, height()).toAlignedRect());
@@ -52,7 +51,6 @@ void ReadoutLine::setValue(const QString& value) {
     const QRectF before = valueRect();
     const QRectF labelBefore = labelRect();
     value_ = value;
-    announceName();
     const QRectF labelNow = labelRect();
     const bool isLabelTight = labelWidth() > std::min(labelBefore.width(), labelNow.width());
     update(isLabelTight && labelNow != labelBefore ? rect() : before.united(valueRect()).toAlignedRect());

@@ -27,7 +27,6 @@ void LoadBar::setFraction(double fraction) {
         return;
     }
     fraction_ = clamped;
-    announceValue();
     update();
 }
 

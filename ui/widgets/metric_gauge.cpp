@@ -91,9 +91,6 @@ void MetricGauge::setContent(const GaugeContent& content) {
         drawnEnd_ = end;
         update(touchedPoints(*this, frame()));
     }
-    if (isRingChanged || areCaptionsChanged) {
-        announceName();
-    }
     if (areCaptionsChanged) {
         QRectF captions = designRect(*this);
         captions.setTop(gaugeMetrics(isCompact_).titleTop);

@@ -69,7 +69,6 @@ void RuledIndexRow::setContent(const RuledIndexContent& content) {
     if (isMeasuredChanged) {
         setHelp(content.isMeasured ? QString() : unmeasuredHelp());
     }
-    announceName();
     if (isDetailMoved) {
         update();
         return;
