@@ -73,6 +73,14 @@ struct ScreensOnTheDesktop : ShellFixture {
         return titles;
     }
 
+    /// Whether the window manager has given the window the keyboard, which a click does after raising it.
+    bool isActive(const QString& title) const {
+        const auto found = window(title);
+        return found && session.output(QStringLiteral("xdotool"), {QStringLiteral("getactivewindow")}).trimmed() ==
+                            found->identifier.toLatin1();
+    }
+
+    const QStringList dashboardBelowSettings{dashboard, settings};
     const QRect screen;
 };
 
@@ -221,14 +229,37 @@ TEST_F(ScreensOnTheDesktop, SettingsStayAboveAPinnedDashboard) {
 
     command("settings");
     ASSERT_TRUE(appears(settings));
-    const QStringList order{dashboard, settings};
-    EXPECT_TRUE(waitUntil([&] { return stacking() == order; }));
+    EXPECT_TRUE(waitUntil([&] { return stacking() == dashboardBelowSettings; }));
+}
 
-    // A click on the dashboard raises it.
+TEST_F(ScreensOnTheDesktop, SettingsStayAboveADashboardThatIsClicked) {
+    launch();
+    for (const auto& [word, title] : {std::pair("dashboard", dashboard), {"settings", settings}}) {
+        command(word);
+        ASSERT_TRUE(appears(title));
+    }
+    ASSERT_TRUE(waitUntil([&] { return isActive(settings); }));
+
     session.click(frame(dashboard)->topLeft() + QPoint(5, 100));
-    command("dashboard");
-    finishCommands();
-    EXPECT_EQ(stacking(), order);
+    ASSERT_TRUE(waitUntil([&] { return isActive(dashboard); }));
+
+    EXPECT_EQ(stacking(), dashboardBelowSettings);
+}
+
+TEST_F(ScreensOnTheDesktop, SettingsStayAboveADashboardInFullScreen) {
+    launch();
+    command("settings");
+    ASSERT_TRUE(appears(settings));
+
+    command("dashboard-fullscreen");
+    ASSERT_TRUE(appears(dashboard));
+    ASSERT_TRUE(waitUntil([&] {
+        return hasState(dashboard, "_NET_WM_STATE_FULLSCREEN") && frame(dashboard) == screen &&
+               isActive(dashboard);
+    }));
+
+    EXPECT_EQ(stacking(), dashboardBelowSettings);
+    session.screenshot(QStringLiteral("screens-settings-above-full-screen"));
 }
 
 TEST_F(ScreensOnTheDesktop, SettingsHaveNoMinimisedParent) {
