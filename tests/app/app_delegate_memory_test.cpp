@@ -57,7 +57,7 @@ TEST_F(AppDelegateMemory, IsKeptWhileAWindowIsVisible) {
     EXPECT_EQ(trims, 0);
 }
 
-TEST_F(AppDelegateMemory, DoesNotHoldAWindowsStateAndPlace) {
+TEST_F(AppDelegateMemory, KeepsEachWindowsStateAndPlace) {
     launch();
     openAndCloseEverything();
     const QRect frame(120, 90, 900, 600);
