@@ -2,10 +2,12 @@
 #include "platform/desktop/desktop_power_assertions.h"
 #include "platform/desktop/json_user_defaults.h"
 #include "platform/desktop/qt_run_loop.h"
+#include "tests/platform/contracts/power_mode_service_contract.h"
 #include "tests/platform/contracts/run_loop_contract.h"
 #include "tests/platform/contracts/session_contract.h"
 #include "tests/platform/contracts/user_defaults_contract.h"
 #include "tests/platform/desktop/manual_run_loop.h"
+#include "tests/platform/desktop/power_profiles_fixture.h"
 #include "tests/platform/desktop/scripted_lock_services.h"
 #include "tests/support/event_waiting.h"
 #include "tests/support/private_bus.h"
@@ -58,6 +60,29 @@ struct DesktopCenter {
     }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Desktop, DistributedNotificationsContract, DesktopCenter);
+
+/// The kernel's profiles, which the administrator may switch.
+struct DesktopPowerModes : test::PowerProfilesTest {
+    DesktopPowerModes() {
+        setKernel("balanced", "low-power balanced performance");
+        setPkexec("exit 126");
+    }
+
+    PowerModeService& port() { return profiles(); }
+    void failSwitch() { select(PowerProfile::powerSaver); }
+    void succeedSwitch() {
+        setPkexec(R"(shift; exec "$@")");
+        select(PowerProfile::powerSaver);
+    }
+    template <typename Done>
+    void settle(Done done) {
+        EXPECT_TRUE(waitUntil(done));
+    }
+
+private:
+    void TestBody() override {}
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Desktop, PowerModeServiceContract, DesktopPowerModes);
 
 }  // namespace
 }  // namespace kestro

@@ -1,3 +1,4 @@
+#include "platform/linux/battery/linux_power_events.h"
 #include "platform/linux/battery/linux_power_sources.h"
 #include "platform/linux/kernel/linux_file_events.h"
 #include "platform/linux/machine/linux_file_system_statistics.h"
@@ -12,6 +13,7 @@
 #include "tests/platform/contracts/mach_host_contract.h"
 #include "tests/platform/contracts/machine_contract.h"
 #include "tests/platform/contracts/network_interfaces_contract.h"
+#include "tests/platform/contracts/power_events_contract.h"
 #include "tests/platform/contracts/power_sources_contract.h"
 #include "tests/platform/contracts/smc_service_contract.h"
 #include "tests/platform/contracts/system_control_contract.h"
@@ -20,12 +22,17 @@
 #include "tests/platform/linux/support.h"
 #include "tests/support/temporary_directory.h"
 
+#include <sys/socket.h>
+
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace kestro {
 namespace {
@@ -74,6 +81,40 @@ struct LinuxSources : OnLaptop<LinuxPowerSources> {
     void removeBattery() { moveTo(fixture("vm")); }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, PowerSourcesContract, LinuxSources);
+
+/// The kernel, as far as it multicasts events: every listener has a socket of its own.
+std::vector<Descriptor> listeners;
+
+Descriptor listen() {
+    std::array<int, 2> pair{-1, -1};
+    EXPECT_EQ(socketpair(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0, pair.data()), 0);
+    listeners.emplace_back(pair[0]);
+    return Descriptor(pair[1]);
+}
+
+struct LinuxSupplies {
+    test::QueueLoop loop;
+    LinuxPowerEvents made{loop, listen};
+
+    ~LinuxSupplies() { listeners.clear(); }
+    PowerEvents& port() { return made; }
+    static void announce() {
+        constexpr std::string_view event("change@/power_supply/AC\0SUBSYSTEM=power_supply\0", 47);
+        static_assert(event.back() == '\0');
+        for (const Descriptor& listener : listeners) {
+            // A listener that has gone refuses it.
+            [[maybe_unused]] const auto sent = send(listener.get(), event.data(), event.size(), MSG_NOSIGNAL);
+        }
+    }
+    template <typename Done>
+    void settle(Done done) {
+        while (!done() && loop.runNext()) {
+        }
+        while (loop.queued() > 0 && loop.runNext(0ms)) {
+        }
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, PowerEventsContract, LinuxSupplies);
 
 struct LinuxController : OnLaptop<LinuxSMCService> {
     void removeController() { moveTo(fixture("vm")); }

@@ -1,3 +1,4 @@
+#include "core/platform/power_mode_script.h"
 #include "platform/macos/mac_clock.h"
 #include "platform/macos/mac_distributed_notifications.h"
 #include "platform/macos/mac_file_events.h"
@@ -6,9 +7,12 @@
 #include "platform/macos/mac_mach_host.h"
 #include "platform/macos/mac_network_interfaces.h"
 #include "platform/macos/mac_power_assertions.h"
+#include "platform/macos/mac_power_events.h"
+#include "platform/macos/mac_power_mode_service.h"
 #include "platform/macos/mac_power_sources.h"
 #include "platform/macos/mac_process_info_service.h"
 #include "platform/macos/mac_run_loop.h"
+#include "platform/macos/mac_script_runner.h"
 #include "platform/macos/mac_smc_service.h"
 #include "platform/macos/mac_system_control.h"
 #include "platform/macos/mac_user_defaults.h"
@@ -17,6 +21,8 @@
 #include "tests/platform/contracts/mach_host_contract.h"
 #include "tests/platform/contracts/machine_contract.h"
 #include "tests/platform/contracts/network_interfaces_contract.h"
+#include "tests/platform/contracts/power_events_contract.h"
+#include "tests/platform/contracts/power_mode_service_contract.h"
 #include "tests/platform/contracts/power_sources_contract.h"
 #include "tests/platform/contracts/run_loop_contract.h"
 #include "tests/platform/contracts/session_contract.h"
@@ -29,6 +35,7 @@
 #include <net/if.h>
 #include <net/if_types.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 
 #include <chrono>
 #include <cstddef>
@@ -166,6 +173,31 @@ struct OnMainThread {
         mac.runLoop.runPending();
     }
 };
+
+struct MacSupplies : OnMainThread {
+    MacPowerEvents made;
+    PowerEvents& port() { return made; }
+    void announce() { mac.ioKit.announcePowerSources(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, PowerEventsContract, MacSupplies);
+
+/// Runs the script of a switch with an interpreter of its own.
+struct MacPowerModes : OnMainThread {
+    MacPowerModeService made{runLoop};
+    TemporaryDirectory directory;
+
+    PowerModeService& port() { return made; }
+    void failSwitch() { runScript("echo 'execution error: User canceled. (-128)'; exit 1"); }
+    void succeedSwitch() { runScript("exit 0"); }
+
+private:
+    void runScript(const std::string& interpreter) {
+        directory.write("osascript", "#!/bin/sh\n" + interpreter + "\n");
+        chmod((directory / "osascript").c_str(), 0700);
+        MacScriptRunner(made, directory / "osascript").execute(powerModeScript("1"));
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, PowerModeServiceContract, MacPowerModes);
 
 struct MacMainThread : OnMainThread {
     RunLoop& port() { return runLoop; }

@@ -4,6 +4,8 @@
 #include "tests/platform/contracts/mach_host_contract.h"
 #include "tests/platform/contracts/machine_contract.h"
 #include "tests/platform/contracts/network_interfaces_contract.h"
+#include "tests/platform/contracts/power_events_contract.h"
+#include "tests/platform/contracts/power_mode_service_contract.h"
 #include "tests/platform/contracts/power_sources_contract.h"
 #include "tests/platform/contracts/run_loop_contract.h"
 #include "tests/platform/contracts/session_contract.h"
@@ -70,6 +72,22 @@ struct SimulatedSources : Simulated {
     void removeBattery() { mac.powerSources.removeBattery(); }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, PowerSourcesContract, SimulatedSources);
+
+struct SimulatedSupplies : Simulated {
+    PowerEvents& port() { return mac.powerEvents; }
+    void announce() { mac.powerEvents.announce(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, PowerEventsContract, SimulatedSupplies);
+
+struct SimulatedModes : Simulated {
+    PowerModeService& port() { return mac.powerModeService; }
+    void failSwitch() {
+        mac.powerModeService.set(
+            {.failedSwitch = PowerModeConditions::FailedSwitch{1, PowerModeConditions::Failure::denied}});
+    }
+    void succeedSwitch() { mac.powerModeService.set({}); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, PowerModeServiceContract, SimulatedModes);
 
 struct SimulatedController : Simulated {
     SMCService& port() { return mac.smc; }
