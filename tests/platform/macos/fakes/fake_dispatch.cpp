@@ -8,6 +8,7 @@
 #include <array>
 #include <cstring>
 #include <thread>
+#include <utility>
 
 namespace kestro::fakes {
 
@@ -74,7 +75,7 @@ bool deliver(FakeDispatch::Source& source) {
     if (!source.isRunning || source.isCancelled) {
         return false;
     }
-    source.data = takeEvents(source);
+    source.data = source.signal != 0 ? std::exchange(source.arrivals, 0) : takeEvents(source);
     if (source.data == 0) {
         return false;
     }
@@ -93,7 +94,15 @@ FakeDispatch::~FakeDispatch() {
 }
 
 FakeDispatch::Source::~Source() {
-    close(inotify);
+    if (inotify >= 0) {
+        close(inotify);
+    }
+}
+
+void FakeDispatch::raise(int signal) {
+    for (const auto& source : sources) {
+        source->arrivals += source->signal == signal ? 1 : 0;
+    }
 }
 
 bool FakeDispatch::runMainQueue() {
@@ -133,6 +142,7 @@ using namespace kestro::fakes;
 
 extern "C" {
 
+const dispatch_source_type_s _dispatch_source_type_signal{};
 const dispatch_source_type_s _dispatch_source_type_vnode{};
 
 dispatch_queue_main_t dispatch_get_main_queue() {
@@ -172,10 +182,16 @@ std::intptr_t dispatch_group_wait(dispatch_group_t, dispatch_time_t timeout) {
 
 dispatch_source_t dispatch_source_create(dispatch_source_type_t type, std::uintptr_t handle, std::uintptr_t mask,
                                          dispatch_queue_t queue) {
-    if (mac().fails("dispatch_source_create") || type != DISPATCH_SOURCE_TYPE_VNODE || queue != &mainQueue) {
+    const bool isKnown = type == DISPATCH_SOURCE_TYPE_VNODE || type == DISPATCH_SOURCE_TYPE_SIGNAL;
+    if (mac().fails("dispatch_source_create") || !isKnown || queue != &mainQueue) {
         return nullptr;
     }
     auto source = std::make_unique<FakeDispatch::Source>();
+    if (type == DISPATCH_SOURCE_TYPE_SIGNAL) {
+        source->signal = static_cast<int>(handle);
+        library().sources.push_back(std::move(source));
+        return library().sources.back().get();
+    }
     source->descriptor = static_cast<int>(handle);
     source->mask = mask;
     source->inotify = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);

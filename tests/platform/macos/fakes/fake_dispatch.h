@@ -12,14 +12,17 @@
 
 namespace kestro::fakes {
 
-/// The dispatch library. Sources of vnode events watch real files, through inotify(7). Work on global queues waits
-/// until a test runs it, each item on a thread of its own.
+/// The dispatch library. Sources of vnode events watch real files, through inotify(7); signals come from the test.
+/// Work on global queues waits until a test runs it, each item on a thread of its own.
 class FakeDispatch {
 public:
     FakeDispatch();
     ~FakeDispatch();
     FakeDispatch(const FakeDispatch&) = delete;
     FakeDispatch& operator=(const FakeDispatch&) = delete;
+
+    /// What a signal to this process does besides its effect.
+    void raise(int signal);
 
     /// Delivers the next event or cancellation. False: there is none.
     bool runMainQueue();
@@ -45,6 +48,8 @@ public:
         std::int64_t references = 1;
         int descriptor = -1;
         int inotify = -1;
+        int signal = 0;  ///< of a source of signals
+        std::uintptr_t arrivals = 0;
         std::uintptr_t mask = 0;
         std::uintptr_t data = 0;
         void* context = nullptr;

@@ -32,10 +32,12 @@ using dispatch_time_t = std::uint64_t;
 #define DISPATCH_VNODE_ATTRIB 0x8
 #define DISPATCH_VNODE_RENAME 0x20
 #define DISPATCH_VNODE_REVOKE 0x40
+#define DISPATCH_SOURCE_TYPE_SIGNAL (&_dispatch_source_type_signal)
 #define DISPATCH_SOURCE_TYPE_VNODE (&_dispatch_source_type_vnode)
 
 extern "C" {
 
+extern const dispatch_source_type_s _dispatch_source_type_signal;
 extern const dispatch_source_type_s _dispatch_source_type_vnode;
 
 dispatch_queue_main_t dispatch_get_main_queue();
