@@ -1,13 +1,10 @@
 #include "shell/linux/accessibility_monitor.h"
 
+#include "shell/accessibility_preferences.h"
 #include "shell/linux/settings_portal.h"
 #include "shell/linux/when_answered.h"
-#include "ui/theme/kestro_theme.h"
-#include "ui/theme/motion.h"
 
-#include <QApplication>
 #include <QDBusMessage>
-#include <QWidget>
 
 namespace kestro {
 
@@ -26,16 +23,6 @@ bool isNumberOne(const QVariant& value) {
 
 bool isFlag(const QVariant& value, bool state) {
     return value.metaType() == QMetaType::fromType<bool>() && value.toBool() == state;
-}
-
-void setHighContrast(bool isHigh) {
-    if (isHigh == KestroTheme::isHighContrast()) {
-        return;
-    }
-    KestroTheme::setHighContrast(isHigh);
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        window->update();
-    }
 }
 
 }  // namespace
@@ -76,8 +63,9 @@ void AccessibilityMonitor::onSetting(const QString& area, const QString& key, co
     } else {
         return;
     }
-    setHighContrast(prefersContrast_ || usesHighContrast_);
-    motion::setReduced(prefersStillness_ || hasAnimationsSwitchedOff_);
+    AccessibilityPreferences{.wantsHighContrast = prefersContrast_ || usesHighContrast_,
+                             .wantsReducedMotion = prefersStillness_ || hasAnimationsSwitchedOff_}
+        .apply();
 }
 
 }  // namespace kestro
