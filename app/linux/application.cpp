@@ -1,15 +1,11 @@
 #include "app/application.h"
 
 #include "app/app_delegate.h"
+#include "app/application_content.h"
 #include "app/base/notification_names.h"
 #include "app/standard_streams.h"
-#include "core/cooling/fan_control_manager.h"
-#include "core/engine/telemetry_engine.h"
 #include "core/platform/platform.h"
 #include "core/power/keep_awake_manager.h"
-#include "core/power/power_mode_manager.h"
-#include "core/power/power_status.h"
-#include "core/settings/user_settings.h"
 #include "core/telemetry/smc_reader.h"
 #include "platform/desktop/bus_link.h"
 #include "platform/desktop/bus_lock_services.h"
@@ -43,9 +39,6 @@
 #include "shell/linux/x11_compositing.h"
 #include "shell/linux/x11_screen_saver.h"
 #include "shell/shell.h"
-#include "ui/dashboard/dashboard_view.h"
-#include "ui/popover/menu_bar_popover_view.h"
-#include "ui/settings/settings_view.h"
 
 #include <QApplication>
 
@@ -138,24 +131,6 @@ struct LinuxDesktop {
         .fileEvents = fileEvents,
     };
 };
-
-KestroServices sharedServices() {
-    return {TelemetryEngine::shared(),  UserSettings::shared(),     FanControlManager::shared(),
-            KeepAwakeManager::shared(), PowerModeManager::shared(), PowerStatus::shared()};
-}
-
-/// The application's real views.
-SurfaceFactories kestroSurfaces() {
-    return {
-        .popover = [](const KestroServices& services, const PopoverActions& actions, QWidget* parent) -> QWidget* {
-            return new MenuBarPopoverView(services, actions, parent);
-        },
-        .dashboard = [](const KestroServices& services, const DashboardActions& actions,
-                        QWidget* parent) -> QWidget* { return new DashboardView(services, actions, parent); },
-        .settings = [](const KestroServices& services, const SettingsActions& actions,
-                       QWidget* parent) -> QWidget* { return new SettingsView(services, actions, parent); },
-    };
-}
 
 /// The program's end, and whether it has been asked for.
 class Termination {
