@@ -32,5 +32,8 @@ endif()
 
 set(standard_headers <algorithm> <array> <chrono> <cmath> <cstdint> <functional> <limits> <map> <memory>
   <optional> <span> <string> <string_view> <utility> <variant> <vector>)
-set(qt_headers <QAccessible> <QApplication> <QDBusConnection> <QDBusMessage> <QMenu> <QMouseEvent> <QPainter>
-  <QPainterPath> <QTimer> <QWidget>)
+if(NOT APPLE)
+  set(bus_headers <QDBusConnection> <QDBusMessage>)
+endif()
+set(qt_headers <QAccessible> <QApplication> ${bus_headers} <QMenu> <QMouseEvent> <QPainter> <QPainterPath> <QTimer>
+  <QWidget>)

@@ -35,7 +35,7 @@ bool isOurs(const Include& include) {
                             : folders.contains(include.name.substr(0, include.name.find('/')));
 }
 
-/// The header that a line includes, regardless of spacing; leaves `from` empty.
+/// The header that a line includes or, in Objective-C++, imports, regardless of spacing; leaves `from` empty.
 std::optional<Include> includeIn(std::string_view line) {
     const auto skip = [&line](std::string_view word) {
         line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
@@ -43,7 +43,7 @@ std::optional<Include> includeIn(std::string_view line) {
         line.remove_prefix(isThere ? word.size() : 0);
         return isThere;
     };
-    if (!skip("#") || !skip("include")) {
+    if (!skip("#") || (!skip("include") && !skip("import"))) {
         return std::nullopt;
     }
     const bool isQuoted = skip("\"");
@@ -61,7 +61,7 @@ std::vector<Include> includesBelow(const std::string& folder) {
     }
     for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
         const auto extension = entry.path().extension();
-        if (extension != ".h" && extension != ".cpp") {
+        if (extension != ".h" && extension != ".cpp" && extension != ".mm") {
             continue;
         }
         std::ifstream file(entry.path());
@@ -102,11 +102,22 @@ const std::map<std::string, std::vector<std::string>> allowed = {
     {"ui", {"core"}},
     {"shell", {"core", "ui"}},
     {"shell/linux", {"core", "ui", "shell"}},
+    {"shell/macos", {"core", "ui", "shell"}},
+    // Without the toolkit, whose headers are not written for Objective-C++.
+    {"shell/macos/appkit", {"core", "shell/macos"}},
     {"app", {"core", "ui", "shell"}},
 };
 
-/// The composition root: the only file that chooses the classes behind the ports.
-const std::string composition = "app/linux/application.cpp";
+/// The composition roots, one for each system: the only files that choose the classes behind the ports.
+const std::map<std::string, std::vector<std::string>> compositions = {
+    {"app/linux/application.cpp",
+     {"app", "core", "platform/desktop", "platform/linux", "shell/linux", "shell/shell.h"}},
+    {"app/macos/application.cpp", {"app", "core", "platform/macos", "shell/macos", "shell/shell.h"}},
+};
+
+/// The folders that belong to one system.
+const std::vector<std::string> systemFolders = {"shell/linux", "shell/macos", "tests/shell/linux",
+                                                "tests/shell/macos"};
 
 bool lies(const std::string& file, const std::string& place) {
     return file == place || file.starts_with(place + "/");
@@ -115,7 +126,7 @@ bool lies(const std::string& file, const std::string& place) {
 TEST(Architecture, FoldersIncludeOnlyFromFoldersBelow) {
     for (const auto& [folder, places] : allowed) {
         for (const auto& include : includesBelow(folder)) {
-            if (!isOurs(include) || include.from == composition) {
+            if (!isOurs(include) || compositions.contains(include.from)) {
                 continue;
             }
             const bool fits = lies(include.name, folder) || std::ranges::any_of(places, [&](const auto& place) {
@@ -184,12 +195,40 @@ TEST(Architecture, CoreAndTheKernelFacingPortsDoNotUseQt) {
 TEST(Architecture, OnlyTheCompositionRootUsesThePlatform) {
     for (const std::string folder : {"core", "ui", "shell", "app"}) {
         for (const auto& include : includesBelow(folder)) {
-            if (include.from == composition) {
+            if (compositions.contains(include.from)) {
                 continue;
             }
             EXPECT_FALSE(lies(include.name, "platform")) << include.from << " includes " << include.name;
-            EXPECT_TRUE(!lies(include.name, "shell/linux") || lies(include.from, "shell/linux"))
-                << include.from << " includes " << include.name;
+            for (const std::string system : {"shell/linux", "shell/macos"}) {
+                EXPECT_TRUE(!lies(include.name, system) || lies(include.from, system))
+                    << include.from << " includes " << include.name;
+            }
+        }
+    }
+}
+
+TEST(Architecture, EachCompositionRootUsesItsOwnSystem) {
+    for (const auto& include : includesBelow("app")) {
+        const auto rule = compositions.find(include.from);
+        if (rule == compositions.end() || !isOurs(include)) {
+            continue;
+        }
+        EXPECT_TRUE(
+            std::ranges::any_of(rule->second, [&](const auto& place) { return lies(include.name, place); }))
+            << include.from << " includes " << include.name;
+    }
+}
+
+TEST(Architecture, TheBuildChoosesTheSystemAndNotThePreprocessor) {
+    for (const std::string folder : {"core", "ui", "shell", "app"}) {
+        for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
+            if (!entry.is_regular_file()) {
+                continue;
+            }
+            std::ifstream file(entry.path());
+            for (std::string line; std::getline(file, line);) {
+                EXPECT_FALSE(line.starts_with("#if")) << fs::relative(entry.path(), root) << ": " << line;
+            }
         }
     }
 }
@@ -223,8 +262,9 @@ TEST(Architecture, ThePortablePartsDoNotNameTheirSystem) {
     for (const std::string folder : {"ui", "shell", "app", "tests/ui", "tests/shell", "tests/app"}) {
         for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
             const auto name = fs::relative(entry.path(), root).string();
-            const bool isPortable = !lies(name, "shell/linux") && !lies(name, "tests/shell/linux");
-            if (entry.is_directory() || !isPortable || name == composition || name.ends_with(".png") ||
+            const bool isPortable =
+                std::ranges::none_of(systemFolders, [&](const auto& place) { return lies(name, place); });
+            if (entry.is_directory() || !isPortable || compositions.contains(name) || name.ends_with(".png") ||
                 name == "tests/app/symbol_names_test.cpp") {
                 continue;
             }

@@ -1,0 +1,163 @@
+#include "app/application.h"
+
+#include "app/app_delegate.h"
+#include "app/application_content.h"
+#include "app/base/notification_names.h"
+#include "app/standard_streams.h"
+#include "core/platform/platform.h"
+#include "core/settings/user_settings.h"
+#include "core/telemetry/smc_reader.h"
+#include "platform/macos/mac_clock.h"
+#include "platform/macos/mac_command_runner.h"
+#include "platform/macos/mac_distributed_notifications.h"
+#include "platform/macos/mac_file_events.h"
+#include "platform/macos/mac_file_system_statistics.h"
+#include "platform/macos/mac_hid_event_system.h"
+#include "platform/macos/mac_mach_host.h"
+#include "platform/macos/mac_network_interfaces.h"
+#include "platform/macos/mac_power_assertions.h"
+#include "platform/macos/mac_power_events.h"
+#include "platform/macos/mac_power_mode_service.h"
+#include "platform/macos/mac_power_sources.h"
+#include "platform/macos/mac_process_info_service.h"
+#include "platform/macos/mac_run_loop.h"
+#include "platform/macos/mac_script_runner.h"
+#include "platform/macos/mac_smc_service.h"
+#include "platform/macos/mac_system_control.h"
+#include "platform/macos/mac_user_defaults.h"
+#include "platform/macos/termination_signals.h"
+#include "shell/macos/mac_accessibility_monitor.h"
+#include "shell/macos/mac_compositing.h"
+#include "shell/macos/mac_single_instance.h"
+#include "shell/macos/mac_status_bar.h"
+#include "shell/macos/mac_window_system.h"
+#include "shell/macos/quit_requests.h"
+#include "shell/shell.h"
+
+#include <QApplication>
+
+#include <malloc/malloc.h>
+
+#include <chrono>
+#include <clocale>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+namespace kestro {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The machine behind the ports.
+struct Mac {
+    MacClock clock;
+    MacRunLoop runLoop{clock};
+    MacMachHost machHost;
+    MacSystemControl systemControl;
+    MacProcessInfoService processInfo;
+    MacFileSystemStatistics fileSystem;
+    MacNetworkInterfaces networkInterfaces;
+    MacPowerSources powerSources;
+    MacSMCService smc;
+    MacHIDEventSystem hidEventSystem;
+    MacCommandRunner commandRunner;
+    MacPowerModeService powerModeService{runLoop};
+    MacScriptRunner scriptRunner{powerModeService};
+    MacPowerAssertions powerAssertions;
+    MacPowerEvents powerEvents;
+    MacUserDefaults userDefaults;
+    MacDistributedNotifications notifications{runLoop};
+    MacFileEvents fileEvents{runLoop};
+
+    const Platform platform{
+        .clock = clock,
+        .runLoop = runLoop,
+        .machHost = machHost,
+        .systemControl = systemControl,
+        .processInfo = processInfo,
+        .fileSystem = fileSystem,
+        .networkInterfaces = networkInterfaces,
+        .powerSources = powerSources,
+        .smc = smc,
+        .hidEventSystem = hidEventSystem,
+        .commandRunner = commandRunner,
+        .scriptRunner = scriptRunner,
+        .powerAssertions = powerAssertions,
+        .powerEvents = powerEvents,
+        .powerModeService = powerModeService,
+        .userDefaults = userDefaults,
+        .notifications = notifications,
+        .fileEvents = fileEvents,
+    };
+};
+
+/// Not `quit`, which asks every window first: the dashboard refuses to close.
+void terminate() {
+    QCoreApplication::exit(EXIT_SUCCESS);
+}
+
+/// Gives unused pages of every heap back to the system.
+void trimMemory() {
+    malloc_zone_pressure_relief(nullptr, 0);
+}
+
+int runFirstInstance(Mac& mac, NativeApplication& nativeApplication, const std::string& commandFile) {
+    const auto nativeWindows = makeNativeWindows();
+    const auto nativeEffects = makeNativeVisualEffects();
+    const auto nativeAccessibility = makeNativeAccessibility();
+    const MacCompositing compositing(*nativeEffects, UserSettings::shared());
+    window_compositing::install(compositing);
+    const MacAccessibilityMonitor accessibility(*nativeAccessibility);
+    MacStatusBar statusBar;
+    MacWindowSystem windowSystem(*nativeWindows, nativeApplication);
+    AppDelegate delegate(mac.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem},
+                         kestroSurfaces(), {commandFile}, {.terminate = terminate, .trimMemory = trimMemory});
+    delegate.applicationDidFinishLaunching();
+    // Once the event loop runs, since the system's own handler is installed when it starts.
+    mac.runLoop.post([&] { nativeApplication.setReopenHandler([&delegate] { delegate.showDashboard(); }); });
+    return QCoreApplication::exec();
+}
+
+void discardMessage(QtMsgType, const QMessageLogContext&, const QString&) {}
+
+}  // namespace
+
+int runApplication(char** arguments, const std::string& commandFile) {
+    qInstallMessageHandler(discardMessage);
+    // Neither the program nor the toolkit reads the command line.
+    int ownName = 1;
+    QApplication application(ownName, arguments);
+    standard_streams::abandon();
+    // Stored numbers always use a decimal point.
+    std::setlocale(LC_NUMERIC, "C");
+    QCoreApplication::setApplicationName(QStringLiteral("Kestro"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    const auto nativeApplication = makeNativeApplication();
+    nativeApplication->becomeAccessory();
+
+    Mac mac;
+    const auto showDashboard = [&mac] { mac.platform.notifications.post(notification_names::showDashboard); };
+    MacSingleInstance instance(MacSingleInstance::defaultLockFile(), showDashboard);
+    if (!instance.isFirst()) {
+        return EXIT_SUCCESS;
+    }
+    const TerminationSignals signals(&terminate);
+    const QuitRequests quitRequests(&terminate);
+    Platform::install(mac.platform);
+    const int result = runFirstInstance(mac, *nativeApplication, commandFile);
+    mac.userDefaults.flush();
+    // A process started from now on becomes the first instance and finds the preferences complete.
+    instance.release();
+    // Background work, such as a switch waiting for a password, must neither keep the process alive nor outlive
+    // what it refers to.
+    mac.commandRunner.stop();
+    mac.scriptRunner.stop();
+    if (!mac.runLoop.finishBackgroundTasks(1s)) {
+        std::_Exit(result);
+    }
+    return result;
+}
+
+}  // namespace kestro

@@ -1,0 +1,70 @@
+#include "shell/macos/native_windows.h"
+#include "shell/macos/window_style.h"
+
+#import <AppKit/AppKit.h>
+
+#include <initializer_list>
+
+namespace kestro {
+
+namespace {
+
+using namespace window_style;
+
+static_assert(NSWindowStyleMaskTitled == titled && NSWindowStyleMaskClosable == closable &&
+              NSWindowStyleMaskMiniaturizable == miniaturizable && NSWindowStyleMaskResizable == resizable &&
+              NSWindowStyleMaskFullSizeContentView == fullSizeContentView);
+static_assert(NSWindowCollectionBehaviorMoveToActiveSpace == moveToActiveSpace &&
+              NSWindowCollectionBehaviorManaged == managed && NSWindowCollectionBehaviorTransient == transient &&
+              NSWindowCollectionBehaviorIgnoresCycle == ignoresCycle &&
+              NSWindowCollectionBehaviorFullScreenPrimary == fullScreenPrimary &&
+              NSWindowCollectionBehaviorFullScreenAuxiliary == fullScreenAuxiliary);
+static_assert(NSWindowAnimationBehaviorUtilityWindow == utilityWindow);
+
+NSWindow* windowOf(NativeView view) {
+    return ((__bridge NSView*)reinterpret_cast<void*>(view)).window;
+}
+
+class AppKitWindows final : public NativeWindows {
+public:
+    void dress(NativeView view, const NativeWindowStyle& style) override {
+        NSWindow* const window = windowOf(view);
+        window.styleMask = style.styleMask | (window.styleMask & NSWindowStyleMaskFullScreen);
+        window.titlebarAppearsTransparent = YES;
+        window.titleVisibility = NSWindowTitleHidden;
+        // The content has its own.
+        for (const NSWindowButton button : {NSWindowCloseButton, NSWindowMiniaturizeButton, NSWindowZoomButton}) {
+            [window standardWindowButton:button].hidden = YES;
+        }
+        // The content starts a drag of the window itself: to AppKit, the toolkit's single view is all background.
+        window.movableByWindowBackground = NO;
+        window.opaque = NO;
+        window.backgroundColor = NSColor.clearColor;
+        window.hasShadow = YES;
+        window.collectionBehavior = style.collectionBehavior;
+        window.animationBehavior = static_cast<NSWindowAnimationBehavior>(style.animationBehavior);
+    }
+
+    void setLevel(NativeView view, std::int64_t level) override {
+        windowOf(view).level = static_cast<NSWindowLevel>(level);
+    }
+
+    void setCollectionBehavior(NativeView view, std::uint64_t behavior) override {
+        windowOf(view).collectionBehavior = behavior;
+    }
+
+    void orderAbove(NativeView view, NativeView other) override {
+        NSWindow* const below = windowOf(other);
+        if (below != nil) {
+            [windowOf(view) orderWindow:NSWindowAbove relativeTo:below.windowNumber];
+        }
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<NativeWindows> makeNativeWindows() {
+    return std::make_unique<AppKitWindows>();
+}
+
+}  // namespace kestro

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/base/subscription.h"
+#include "shell/macos/native_visual_effects.h"
+#include "ui/theme/window_compositing.h"
+
+#include <QList>
+#include <QPointer>
+#include <QWindow>
+
+namespace kestro {
+
+class UserSettings;
+
+/// The glass behind the windows: macOS blends all windows, and blurs through a pane of the material that the user
+/// has chosen. Main thread; both references outlive it.
+class MacCompositing final : public WindowCompositing {
+public:
+    MacCompositing(NativeVisualEffects& effects, const UserSettings& settings);
+
+    bool isAvailable() const override { return true; }
+    bool canBlurBehind() const override { return true; }
+    bool canChange() const override { return false; }
+    void requestBlurBehind(QWindow& window, const QRegion& region) const override;
+
+private:
+    void followMaterial();
+
+    NativeVisualEffects& effects_;
+    const UserSettings& settings_;
+    mutable QList<QPointer<QWindow>> glassy_;  ///< windows with a pane
+    Subscription materialChanges_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace kestro {
+
+/// Something that is being watched; destroying it ends the watch.
+class NativeWatch {
+public:
+    virtual ~NativeWatch() = default;
+};
+
+/// The NSApplication. Main thread, after the toolkit's application object.
+class NativeApplication {
+public:
+    virtual ~NativeApplication() = default;
+
+    /// Removes the application from the Dock and from the application switcher, also where no bundle says so.
+    virtual void becomeAccessory() = 0;
+
+    /// Makes it the active application, whatever the user is working in.
+    virtual void activate() = 0;
+
+    /// Calls `handler` whenever the user opens the running application again. Replaces the toolkit's own handling,
+    /// so call it while the event loop runs.
+    virtual void setReopenHandler(std::function<void()> handler) = 0;
+
+    /// Calls `onPress` for every press of a mouse button, in whichever application. Null: the system refuses.
+    [[nodiscard]] virtual std::unique_ptr<NativeWatch> watchPresses(std::function<void()> onPress) = 0;
+};
+
+std::unique_ptr<NativeApplication> makeNativeApplication();
+
+}  // namespace kestro

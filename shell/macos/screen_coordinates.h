@@ -1,0 +1,22 @@
+#pragma once
+
+#include "shell/macos/native_geometry.h"
+
+#include <QPoint>
+#include <QRect>
+#include <QRegion>
+
+#include <vector>
+
+/// Between the toolkit's global coordinates, from the top left corner of the primary screen downwards, and
+/// AppKit's. Pure.
+namespace kestro::screen_coordinates {
+
+/// `primaryHeight` is the height of the primary screen in points.
+QRect fromNative(const NativeRect& rect, double primaryHeight);
+NativePoint toNative(QPoint point, double primaryHeight);
+
+/// A region's rectangles, from the bottom left corner of a view of this height.
+std::vector<NativeRect> partsOfView(const QRegion& region, double viewHeight);
+
+}  // namespace kestro::screen_coordinates

@@ -1,0 +1,116 @@
+#pragma once
+
+// Part of AppKit.h: views, buttons and windows.
+
+using NSUserInterfaceItemIdentifier = NSString*;
+using NSAppearanceName = NSString*;
+
+@interface NSAppearance : NSObject
++ (NSAppearance*)appearanceNamed:(NSAppearanceName)name;
+@end
+
+enum NSWindowOrderingMode : NSInteger { NSWindowAbove = 1, NSWindowBelow = -1, NSWindowOut = 0 };
+
+using NSAutoresizingMaskOptions = NSUInteger;
+enum : NSAutoresizingMaskOptions { NSViewWidthSizable = 2, NSViewHeightSizable = 16 };
+
+@interface NSView : NSObject
+- (instancetype)initWithFrame:(NSRect)frameRect;
+@property(readonly, unsafe_unretained) NSWindow* window;
+@property(readonly, unsafe_unretained) NSView* superview;
+@property(copy) NSArray<__kindof NSView*>* subviews;
+@property(copy) NSUserInterfaceItemIdentifier identifier;
+@property(strong) NSAppearance* appearance;
+@property NSRect frame;
+@property NSRect bounds;
+@property NSAutoresizingMaskOptions autoresizingMask;
+@property(getter=isHidden) BOOL hidden;
+@property(copy) NSString* toolTip;
+- (void)addSubview:(NSView*)view positioned:(NSWindowOrderingMode)place relativeTo:(NSView*)otherView;
+- (void)removeFromSuperview;
+- (NSRect)convertRect:(NSRect)rect toView:(NSView*)view;
+- (void)setAccessibilityLabel:(NSString*)accessibilityLabel;
+@end
+
+enum NSCellImagePosition : NSUInteger { NSImageLeading = 7 };
+
+@interface NSControl : NSView
+@property(weak) id target;
+@property SEL action;
+- (NSInteger)sendActionOn:(NSEventMask)mask;
+- (void)performClick:(id)sender;
+@end
+
+@interface NSButton : NSControl
+@property(strong) NSImage* image;
+@property NSCellImagePosition imagePosition;
+@property(copy) NSAttributedString* attributedTitle;
+@end
+
+@interface NSStatusBarButton : NSButton
+@end
+
+enum NSVisualEffectMaterial : NSInteger {
+    NSVisualEffectMaterialPopover = 6,
+    NSVisualEffectMaterialHUDWindow = 13,
+    NSVisualEffectMaterialUnderWindowBackground = 21,
+};
+enum NSVisualEffectBlendingMode : NSInteger {
+    NSVisualEffectBlendingModeBehindWindow,
+    NSVisualEffectBlendingModeWithinWindow,
+};
+enum NSVisualEffectState : NSInteger {
+    NSVisualEffectStateFollowsWindowActiveState,
+    NSVisualEffectStateActive,
+    NSVisualEffectStateInactive,
+};
+
+@interface NSVisualEffectView : NSView
+@property NSVisualEffectMaterial material;
+@property NSVisualEffectBlendingMode blendingMode;
+@property NSVisualEffectState state;
+@property(strong) NSImage* maskImage;
+@end
+
+using NSWindowStyleMask = NSUInteger;
+enum : NSWindowStyleMask {
+    NSWindowStyleMaskTitled = 1 << 0,
+    NSWindowStyleMaskClosable = 1 << 1,
+    NSWindowStyleMaskMiniaturizable = 1 << 2,
+    NSWindowStyleMaskResizable = 1 << 3,
+    NSWindowStyleMaskFullScreen = 1 << 14,
+    NSWindowStyleMaskFullSizeContentView = 1 << 15,
+};
+using NSWindowCollectionBehavior = NSUInteger;
+enum : NSWindowCollectionBehavior {
+    NSWindowCollectionBehaviorMoveToActiveSpace = 1 << 1,
+    NSWindowCollectionBehaviorManaged = 1 << 2,
+    NSWindowCollectionBehaviorTransient = 1 << 3,
+    NSWindowCollectionBehaviorIgnoresCycle = 1 << 6,
+    NSWindowCollectionBehaviorFullScreenPrimary = 1 << 7,
+    NSWindowCollectionBehaviorFullScreenAuxiliary = 1 << 8,
+};
+enum NSWindowAnimationBehavior : NSInteger { NSWindowAnimationBehaviorUtilityWindow = 4 };
+enum NSWindowTitleVisibility : NSInteger { NSWindowTitleVisible = 0, NSWindowTitleHidden = 1 };
+enum NSWindowButton : NSUInteger { NSWindowCloseButton, NSWindowMiniaturizeButton, NSWindowZoomButton };
+using NSWindowLevel = NSInteger;
+
+@interface NSWindow : NSObject
+@property(strong) __kindof NSView* contentView;
+@property NSWindowStyleMask styleMask;
+@property NSWindowLevel level;
+@property NSWindowCollectionBehavior collectionBehavior;
+@property NSWindowAnimationBehavior animationBehavior;
+@property BOOL titlebarAppearsTransparent;
+@property NSWindowTitleVisibility titleVisibility;
+@property(getter=isMovableByWindowBackground) BOOL movableByWindowBackground;
+@property(getter=isOpaque) BOOL opaque;
+@property(copy) NSColor* backgroundColor;
+@property BOOL hasShadow;
+@property(readonly) NSInteger windowNumber;
+- (NSButton*)standardWindowButton:(NSWindowButton)button;
+- (NSRect)convertRectToScreen:(NSRect)rect;
+- (void)orderWindow:(NSWindowOrderingMode)place relativeTo:(NSInteger)otherWin;
+@end
+
+extern "C" NSAppearanceName const NSAppearanceNameVibrantDark;

@@ -1,0 +1,145 @@
+#include "shell/macos/mac_window_system.h"
+
+#include "shell/macos/window_style.h"
+#include "tests/shell/macos/fake_app_kit.h"
+
+#include <QApplication>
+#include <QScreen>
+
+#include <gtest/gtest.h>
+
+namespace kestro {
+namespace {
+
+NativeView viewOf(const QWidget& window) {
+    return static_cast<NativeView>(window.effectiveWinId());
+}
+
+struct MacWindowSystemTest : testing::Test {
+    test::FakeWindows windows;
+    test::FakeApplication application;
+    MacWindowSystem system{windows, application};
+    QWidget window{nullptr, Qt::Window | Qt::FramelessWindowHint};
+
+    test::FakeWindows::Window& native() { return windows.windows[viewOf(window)]; }
+};
+
+TEST_F(MacWindowSystemTest, OrdersAWindowFrontOfOtherApplications) {
+    system.makeKeyAndOrderFront(window);
+
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(application.activations, 1);
+    EXPECT_EQ(native().style, window_style::ofResizableWindow);
+    EXPECT_EQ(native().level, window_style::normalLevel);
+}
+
+TEST_F(MacWindowSystemTest, RestoresAMinimisedWindowThatIsOrderedFront) {
+    window.show();
+    window.setWindowState(Qt::WindowMinimized);
+
+    system.makeKeyAndOrderFront(window);
+
+    EXPECT_FALSE(window.isMinimized());
+}
+
+TEST_F(MacWindowSystemTest, AWindowOfFixedSizeCannotBeResized) {
+    window.setFixedSize(860, 750);
+
+    system.makeKeyAndOrderFront(window);
+
+    EXPECT_EQ(native().style, window_style::ofFixedWindow);
+}
+
+TEST_F(MacWindowSystemTest, FloatsAtOnceOrWhenShown) {
+    system.setFloatingLevel(window, true);
+    EXPECT_TRUE(windows.windows.empty()) << "there is no window of the system yet";
+
+    system.makeKeyAndOrderFront(window);
+    EXPECT_EQ(native().level, window_style::floatingLevel);
+    system.setFloatingLevel(window, false);
+
+    EXPECT_EQ(native().level, window_style::normalLevel);
+}
+
+TEST_F(MacWindowSystemTest, RestoresLookAndLevelAfterFullScreen) {
+    system.makeKeyAndOrderFront(window);
+    system.setFloatingLevel(window, true);
+    window.setWindowState(Qt::WindowFullScreen);
+    native() = {};
+
+    window.setWindowState(Qt::WindowNoState);
+
+    EXPECT_EQ(native().style, window_style::ofResizableWindow);
+    EXPECT_EQ(native().level, window_style::floatingLevel);
+}
+
+TEST_F(MacWindowSystemTest, LeavesThePopoversLookToTheToolkit) {
+    QWidget popover(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    system.keepOutOfTaskBars(popover);
+    system.makeKeyAndOrderFront(popover);
+
+    const auto& native = windows.windows.at(viewOf(popover));
+    EXPECT_FALSE(native.style);
+    EXPECT_FALSE(native.level);
+    EXPECT_EQ(native.collectionBehavior, window_style::ofPopover);
+}
+
+TEST_F(MacWindowSystemTest, KeepsAWindowAboveAnotherThatIsActivated) {
+    QWidget other;
+    system.keepAbove(window, other);
+    EXPECT_TRUE(windows.ordered.empty()) << "neither is shown";
+    window.show();
+    other.show();
+    system.keepAbove(window, other);
+    EXPECT_EQ(windows.ordered.size(), 1U);
+
+    QEvent activation(QEvent::WindowActivate);
+    QApplication::sendEvent(&other, &activation);
+    EXPECT_EQ(windows.ordered.size(), 2U);
+    EXPECT_EQ(windows.ordered.back(), std::pair(viewOf(window), viewOf(other)));
+    window.hide();
+    QApplication::sendEvent(&other, &activation);
+
+    EXPECT_EQ(windows.ordered.size(), 2U);
+}
+
+TEST_F(MacWindowSystemTest, ForgetsADestroyedWindow) {
+    QWidget other;
+    other.show();
+    {
+        QWidget above;
+        above.show();
+        system.keepAbove(above, other);
+    }
+    const auto before = windows.ordered.size();
+
+    QEvent activation(QEvent::WindowActivate);
+    QApplication::sendEvent(&other, &activation);
+
+    EXPECT_EQ(windows.ordered.size(), before);
+}
+
+TEST_F(MacWindowSystemTest, WatchesPressesUntilTheMonitorIsDestroyed) {
+    int presses = 0;
+    auto monitor = system.watchPresses([&] { ++presses; });
+    ASSERT_TRUE(monitor);
+
+    application.press();
+    EXPECT_EQ(presses, 1);
+    monitor.reset();
+
+    EXPECT_FALSE(application.press);
+    application.refusesWatches = true;
+    EXPECT_EQ(system.watchPresses([] {}), nullptr);
+}
+
+TEST_F(MacWindowSystemTest, PlacesWindowsBelowTheMenuBar) {
+    const QScreen& screen = *QGuiApplication::primaryScreen();
+
+    EXPECT_TRUE(system.canPlaceWindows());
+    EXPECT_EQ(system.availableArea(screen), screen.availableGeometry());
+    EXPECT_EQ(system.guardAgainstWithdrawal(window), nullptr);
+}
+
+}  // namespace
+}  // namespace kestro
