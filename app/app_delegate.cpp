@@ -2,6 +2,7 @@
 
 #include "app/application_icon.h"
 #include "app/base/notification_names.h"
+#include "app/readout_publication.h"
 #include "app/status_items/fan_control_status_item.h"
 #include "app/status_items/keep_awake_status_item.h"
 #include "app/status_items/main_status_item.h"
@@ -14,6 +15,7 @@
 #include "core/power/keep_awake_manager.h"
 #include "core/settings/user_settings.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -60,6 +62,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     }
     updateUIActiveState();
     observeNotifications();
+    publishReadout();
 }
 
 void AppDelegate::updateStatusItemText() {
@@ -92,6 +95,30 @@ void AppDelegate::observeNotifications() {
     retain(center.observe(notification_names::showSettings, [this](const NotificationUserInfo& userInfo) {
         handleShowSettingsNotification(userInfo);
     }));
+}
+
+void AppDelegate::publishReadout() {
+    if (shell_.readoutService == nullptr) {
+        return;
+    }
+    readoutPublication_ = std::make_unique<ReadoutPublication>(
+        *shell_.readoutService, services_, *statusItem_,
+        ReadoutActions{.togglePopover =
+                           [this](const QRect& anchor) {
+                               // The click in the other program's panel may already have closed the popover.
+                               if (!popover_->takesBack(QRect())) {
+                                   togglePopoverAt(anchor);
+                               }
+                           },
+                       .showDashboard = [this] { showDashboard(); },
+                       .showSettings =
+                           [this](std::optional<SettingsTab> tab) {
+                               if (tab) {
+                                   selectSettingsTab(*tab);
+                               }
+                               showSettings();
+                           },
+                       .buildMenu = [this] { return mainMenu(services_, *this); }});
 }
 
 void AppDelegate::handleShowSettingsNotification(const NotificationUserInfo& userInfo) {

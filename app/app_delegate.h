@@ -27,6 +27,7 @@ class KeepAwakeStatusItem;
 class KestroDashboardWindow;
 class MainStatusItem;
 class PopoverWindow;
+class ReadoutPublication;
 class SMCReader;
 class SettingsWindow;
 struct Platform;
@@ -118,6 +119,10 @@ private:
     void bindTelemetry();
     void bindDashboard();
     void observeNotifications();
+    void publishReadout();
+
+    /// Opens it at the anchor, or at the item if the anchor is null.
+    void togglePopoverAt(const QRect& anchor);
     void handleShowSettingsNotification(const NotificationUserInfo& userInfo);
     void closePopover();
     void keepSettingsAboveDashboard();
@@ -147,6 +152,7 @@ private:
     CoalescedTask dashboardFit_;
     IdleRelease idleRelease_;
     std::vector<std::unique_ptr<CommandChannel>> commandChannels_;
+    std::unique_ptr<ReadoutPublication> readoutPublication_;
     std::vector<Subscription> subscriptions_;
 };
 

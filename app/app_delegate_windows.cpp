@@ -99,6 +99,10 @@ void AppDelegate::statusItemClicked(StatusClick click, bool controlHeld, const Q
 }
 
 void AppDelegate::togglePopover() {
+    togglePopoverAt(QRect());
+}
+
+void AppDelegate::togglePopoverAt(const QRect& anchor) {
     if (!popover_) {
         return;
     }
@@ -106,7 +110,7 @@ void AppDelegate::togglePopover() {
         popover_->orderOut();
     } else {
         refreshTelemetry();
-        popover_->showRelativeTo(statusItem_->anchor());
+        popover_->showRelativeTo(anchor.isNull() ? statusItem_->anchor() : anchor);
     }
     updateUIActiveState();
 }

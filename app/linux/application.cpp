@@ -36,6 +36,7 @@
 #include "shell/linux/desktop_status_bar.h"
 #include "shell/linux/linux_window_system.h"
 #include "shell/linux/platform_choice.h"
+#include "shell/linux/readout/bus_readout_service.h"
 #include "shell/linux/x11_compositing.h"
 #include "shell/linux/x11_screen_saver.h"
 #include "shell/shell.h"
@@ -167,9 +168,11 @@ int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile, Term
     const AccessibilityMonitor accessibility(desktop.sessionBus);
     DesktopStatusBar statusBar;
     LinuxWindowSystem windowSystem(statusBar);
+    BusReadoutService readoutService(desktop.sessionBus,
+                                     [&statusBar](bool isHosted) { statusBar.setReadoutHosted(isHosted); });
     AppDelegate delegate(
-        desktop.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem}, kestroSurfaces(),
-        commandFiles,
+        desktop.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem, &readoutService},
+        kestroSurfaces(), commandFiles,
         {.terminate = [&termination] { termination.begin(); }, .trimMemory = [] { ::malloc_trim(0); }});
     delegate.applicationDidFinishLaunching();
     return QCoreApplication::exec();

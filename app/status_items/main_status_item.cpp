@@ -7,6 +7,7 @@
 #include "core/power/power_mode_manager.h"
 #include "core/readout/readout_sources.h"
 #include "core/settings/user_settings.h"
+#include "shell/readout_service.h"
 
 #include <utility>
 
@@ -16,7 +17,7 @@ MainStatusItem::MainStatusItem(const Platform& platform, StatusBar& statusBar, c
                                StatusItemHandlers handlers)
     : services_(services),
       content_(services),
-      item_(statusBar.createItem(QStringLiteral("kestro-main"), std::move(handlers))),
+      item_(statusBar.createItem(readoutItemIdentifier, std::move(handlers))),
       textUpdate_(platform.runLoop, [this] { updateText(); }) {
     updateText();
     follow();
@@ -26,6 +27,10 @@ MainStatusItem::MainStatusItem(const Platform& platform, StatusBar& statusBar, c
 void MainStatusItem::updateText() {
     if (content_.update()) {
         item_->setContent(content_.content());
+    }
+    // Figures and states that the text does not show may have changed.
+    if (onUpdate_) {
+        onUpdate_();
     }
 }
 

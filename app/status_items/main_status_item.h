@@ -8,7 +8,9 @@
 
 #include <QRect>
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace kestro {
@@ -27,6 +29,11 @@ public:
     /// Composes the readout from the current values and shows it if it changed.
     void updateText();
 
+    /// Called after every composition, whether or not anything changed.
+    void setUpdateHandler(std::function<void()> onUpdate) { onUpdate_ = std::move(onUpdate); }
+
+    const StatusContent& content() const { return content_.content(); }
+
     void openMenu() { item_->openMenu(); }
 
     /// The item's area on the screen; null when the host does not report it.
@@ -44,6 +51,7 @@ private:
 
     const KestroServices services_;
     MainStatusContent content_;
+    std::function<void()> onUpdate_;
     std::unique_ptr<StatusItem> item_;
     QRect lastAnchor_;
     CoalescedTask textUpdate_;

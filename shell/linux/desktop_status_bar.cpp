@@ -1,5 +1,7 @@
 #include "shell/linux/desktop_status_bar.h"
 
+#include "shell/readout_service.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -11,14 +13,24 @@ public:
     Item(DesktopStatusBar& bar, QString identifier, StatusItemHandlers handlers)
         : bar_(bar), identifier_(std::move(identifier)), handlers_(std::move(handlers)) {
         bar_.items_.push_back(this);
-        moveTo(bar_.place());
+        moveTo(bar_.place(identifier_));
     }
 
     ~Item() override { std::erase(bar_.items_, this); }
 
-    void moveTo(StatusBar& place) {
+    const QString& identifier() const { return identifier_; }
+
+    /// Null: nowhere.
+    void moveTo(StatusBar* place) {
+        if (place_ == place) {
+            return;
+        }
+        place_ = place;
         real_.reset();
-        real_ = place.createItem(identifier_, handlers_);
+        if (place_ == nullptr) {
+            return;
+        }
+        real_ = place_->createItem(identifier_, handlers_);
         if (content_) {
             real_->setContent(*content_);
         }
@@ -26,18 +38,25 @@ public:
 
     void setContent(const StatusContent& content) override {
         content_ = content;
-        real_->setContent(content);
+        if (real_) {
+            real_->setContent(content);
+        }
     }
 
-    void openMenu(std::optional<QPoint> position) override { real_->openMenu(position); }
+    void openMenu(std::optional<QPoint> position) override {
+        if (real_) {
+            real_->openMenu(position);
+        }
+    }
 
-    QRect geometry() const override { return real_->geometry(); }
+    QRect geometry() const override { return real_ ? real_->geometry() : QRect(); }
 
 private:
     DesktopStatusBar& bar_;
     QString identifier_;
     StatusItemHandlers handlers_;
     std::optional<StatusContent> content_;
+    StatusBar* place_ = nullptr;
     std::unique_ptr<StatusItem> real_;
 };
 
@@ -73,16 +92,25 @@ void DesktopStatusBar::move(bool toStrip) {
         return;
     }
     isOnStrip_ = toStrip;
+    placeItems();
+}
+
+void DesktopStatusBar::setReadoutHosted(bool isHosted) {
+    isReadoutHosted_ = isHosted;
+    placeItems();
+}
+
+void DesktopStatusBar::placeItems() {
     for (Item* item : items_) {
-        item->moveTo(place());
+        item->moveTo(place(item->identifier()));
     }
 }
 
-StatusBar& DesktopStatusBar::place() {
-    if (isOnStrip_) {
-        return strip_;
+StatusBar* DesktopStatusBar::place(const QString& identifier) {
+    if (isReadoutHosted_ && (isOnStrip_ || identifier == readoutItemIdentifier)) {
+        return nullptr;
     }
-    return panels_;
+    return isOnStrip_ ? static_cast<StatusBar*>(&strip_) : &panels_;
 }
 
 }  // namespace kestro

@@ -19,7 +19,9 @@ namespace kestro {
 
 /// Where items live on this desktop: in a panel that hosts status items, or on the strip if there is none. Items
 /// move when that changes. A panel may take a moment to start or restart, so the strip appears only after the
-/// grace period, or at once if there is no bus. Main thread; outlives its items.
+/// grace period, or at once if there is no bus. While another program shows the readout in its panel, the
+/// readout's own item is nowhere, and the strip, which would only be a second place for the others, is empty. Main
+/// thread; outlives its items.
 class DesktopStatusBar : public QObject, public StatusBar {
     Q_OBJECT
 
@@ -37,6 +39,9 @@ public:
         strip_.onOverlayChanged(std::move(onChange));
     }
 
+    /// Whether another program shows the readout.
+    void setReadoutHosted(bool isHosted);
+
     /// True while the items are on the strip.
     bool isOnStrip() const { return isOnStrip_; }
 
@@ -45,7 +50,10 @@ private:
 
     void followHost();
     void move(bool toStrip);
-    StatusBar& place();
+    void placeItems();
+
+    /// Where the item belongs now; null: nowhere.
+    StatusBar* place(const QString& identifier);
 
     HostMonitor monitor_;
     PanelSchemeMonitor scheme_;
@@ -54,6 +62,7 @@ private:
     std::vector<Item*> items_;
     QTimer grace_;
     bool isOnStrip_ = false;
+    bool isReadoutHosted_ = false;
 };
 
 }  // namespace kestro

@@ -7,6 +7,7 @@
 #include "tests/app/menus/menu_reading.h"
 #include "tests/app/simulated_kestro.h"
 #include "tests/app/windows/plain_window_system.h"
+#include "tests/shell/fake_readout_service.h"
 #include "tests/shell/fake_status_bar.h"
 #include "ui/theme/motion.h"
 
@@ -22,6 +23,7 @@ struct AppDelegateFixture : testing::Test, SimulatedKestro {
     const QString mainItem = QStringLiteral("kestro-main");
     FakeStatusBar bar;
     PlainWindowSystem windowSystem;
+    FakeReadoutService readoutService;
     PopoverActions popoverActions;
     DashboardActions dashboardActions;
     SettingsActions settingsActions;
@@ -33,7 +35,7 @@ struct AppDelegateFixture : testing::Test, SimulatedKestro {
     AppDelegate delegate{mac.platform(),
                          services(),
                          smc,
-                         {bar, windowSystem},
+                         {bar, windowSystem, &readoutService},
                          surfaces(),
                          {commandFile, ownCommandFile},
                          {.terminate = [this] { ++terminations; }, .trimMemory = [this] { ++trims; }}};

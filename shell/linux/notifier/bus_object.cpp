@@ -1,7 +1,6 @@
 #include "shell/linux/notifier/bus_object.h"
 
 #include <QDBusVariant>
-#include <QVariantMap>
 
 #include <utility>
 
@@ -24,6 +23,13 @@ BusObject::~BusObject() {
 }
 
 void BusObject::addMethod(const QString& name, const QString& signature, Handler handler) {
+    addCallerMethod(name, signature,
+                    [handler = std::move(handler)](const QVariantList& arguments, const QString&) {
+                        return handler(arguments);
+                    });
+}
+
+void BusObject::addCallerMethod(const QString& name, const QString& signature, CallerHandler handler) {
     methods_[name] = {signature, std::move(handler)};
 }
 
@@ -51,6 +57,16 @@ void BusObject::emitSignal(const QString& name, const QVariantList& arguments) c
     }
     QDBusMessage message = QDBusMessage::createSignal(path_, interface_, name);
     message.setArguments(arguments);
+    connection_->send(message);
+}
+
+void BusObject::sendChanges(const QString& receiver, const QVariantMap& changed, const QStringList& lost) const {
+    if (!connection_) {
+        return;
+    }
+    QDBusMessage message = QDBusMessage::createTargetedSignal(receiver, path_, QString(propertiesInterface),
+                                                              QStringLiteral("PropertiesChanged"));
+    message.setArguments({interface_, changed, lost});
     connection_->send(message);
 }
 
@@ -88,7 +104,7 @@ QDBusMessage BusObject::call(const QDBusMessage& message) const {
         return message.createErrorReply(QDBusError::InvalidArgs,
                                         QStringLiteral("expected arguments of type \"%1\"").arg(method.signature));
     }
-    const BusReply answer = method.handler(message.arguments());
+    const BusReply answer = method.handler(message.arguments(), message.service());
     if (const auto* refusal = std::get_if<BusRefusal>(&answer)) {
         return message.createErrorReply(QDBusError::InvalidArgs, refusal->reason);
     }

@@ -4,7 +4,9 @@
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QString>
+#include <QStringList>
 #include <QVariantList>
+#include <QVariantMap>
 
 #include <functional>
 #include <map>
@@ -31,12 +33,16 @@ public:
     using Handler = std::function<BusReply(const QVariantList& arguments)>;
     using Getter = std::function<QVariant()>;
 
+    /// The handler of a method that depends on its caller, which is named by its connection's unique name.
+    using CallerHandler = std::function<BusReply(const QVariantList& arguments, const QString& caller)>;
+
     /// `description` is the introspection XML of the interface.
     BusObject(QString path, QString interface, QString description);
     ~BusObject() override;
 
     /// Declares a method; `signature` is its argument types in bus notation. Call before `publish`.
     void addMethod(const QString& name, const QString& signature, Handler handler);
+    void addCallerMethod(const QString& name, const QString& signature, CallerHandler handler);
 
     /// Declares a property; the getter's value must have the type given in the description. An invalid value: the
     /// object does not have the property now.
@@ -51,13 +57,17 @@ public:
     /// Sends a signal of the interface; does nothing while unpublished.
     void emitSignal(const QString& name, const QVariantList& arguments = {}) const;
 
+    /// Sends PropertiesChanged to one connection only; does nothing while unpublished. The object does not have
+    /// the `lost` properties any more.
+    void sendChanges(const QString& receiver, const QVariantMap& changed, const QStringList& lost) const;
+
     QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
 private:
     struct Method {
         QString signature;
-        Handler handler;
+        CallerHandler handler;
     };
 
     QDBusMessage call(const QDBusMessage& message) const;

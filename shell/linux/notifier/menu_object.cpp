@@ -100,9 +100,9 @@ BusRefusal tooLong() {
 
 }  // namespace
 
-MenuObject::MenuObject(std::function<Menu()> buildMenu)
+MenuObject::MenuObject(std::function<Menu()> buildMenu, const QString& objectPath)
     : buildMenu_(std::move(buildMenu)),
-      object_(path(), QStringLiteral("com.canonical.dbusmenu"), QString::fromLatin1(description)) {
+      object_(objectPath, QStringLiteral("com.canonical.dbusmenu"), QString::fromLatin1(description)) {
     registerBusTypes();
     object_.addProperty(QStringLiteral("Version"), [] { return QVariant(3U); });
     object_.addProperty(QStringLiteral("TextDirection"), [] { return QVariant(QStringLiteral("ltr")); });

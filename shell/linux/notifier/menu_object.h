@@ -11,13 +11,13 @@
 
 namespace kestro {
 
-/// A menu exported as com.canonical.dbusmenu at "/MenuBar". It is rebuilt whenever a host announces that it
-/// opens, and once for a host that reads it earlier. Chosen entries run from the event loop after the host has
-/// its reply, one in each turn and once for several clicks that arrive together; they are dropped if this object
-/// is destroyed first. Whatever a call contains, its cost is bounded by the size of the menu. Main thread.
+/// A menu exported as com.canonical.dbusmenu, by default at "/MenuBar". It is rebuilt whenever a host announces
+/// that it opens, and once for a host that reads it earlier. Chosen entries run from the event loop after the host
+/// has its reply, one in each turn and once for several clicks that arrive together; they are dropped if this
+/// object is destroyed first. Whatever a call contains, its cost is bounded by the size of the menu. Main thread.
 class MenuObject {
 public:
-    explicit MenuObject(std::function<Menu()> buildMenu);
+    explicit MenuObject(std::function<Menu()> buildMenu, const QString& objectPath = path());
 
     static QString path() { return QStringLiteral("/MenuBar"); }
 

@@ -154,5 +154,64 @@ TEST_F(DesktopStatusBarTest, FallsBackToTheStripWhenTheBusEnds) {
     EXPECT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
 }
 
+TEST_F(DesktopStatusBarTest, HidesOnlyTheReadoutWhileAnotherPanelShowsIt) {
+    startWatcher();
+    DesktopStatusBar bar(environment(), longGrace);
+    const auto readout = bar.createItem(QStringLiteral("kestro-main"), {});
+    ASSERT_TRUE(waitUntil([&] { return isRegistered(); }));
+    const QString name = watcher->registrations.last();
+    const auto other = bar.createItem(QStringLiteral("kestro-keep-awake"), {});
+    ASSERT_TRUE(waitUntil([&] { return watcher->registrations.size() == 2; }));
+    const auto isThere = [&](const QString& service) {
+        return client
+            .call(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
+                  QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"), {service})
+            .arguments()
+            .at(0)
+            .toBool();
+    };
+
+    bar.setReadoutHosted(true);
+    readout->setContent(content());
+
+    EXPECT_FALSE(isThere(name));
+    EXPECT_TRUE(isThere(watcher->registrations.last()));
+    EXPECT_EQ(watcher->registrations.size(), 2);
+
+    bar.setReadoutHosted(false);
+    ASSERT_TRUE(waitUntil([&] { return watcher->registrations.size() == 3; }));
+    EXPECT_EQ(client.property(watcher->registrations.last(), QStringLiteral("/StatusNotifierItem"),
+                              QStringLiteral("org.kde.StatusNotifierItem"), QStringLiteral("Id")),
+              QVariant(QStringLiteral("kestro-main")));
+}
+
+TEST_F(DesktopStatusBarTest, EmptiesTheStripWhileAPanelShowsTheReadout) {
+    DesktopStatusBar bar(environment(), noGrace);
+    const auto readout = bar.createItem(QStringLiteral("kestro-main"), {});
+    const auto other = bar.createItem(QStringLiteral("kestro-keep-awake"), {});
+    readout->setContent(content());
+    ASSERT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
+    ASSERT_FALSE(bar.overlay().isNull());
+
+    bar.setReadoutHosted(true);
+    EXPECT_TRUE(bar.overlay().isNull());
+    EXPECT_TRUE(readout->geometry().isNull());
+    readout->openMenu();
+
+    bar.setReadoutHosted(false);
+    EXPECT_GT(readout->geometry().width(), 22);
+}
+
+TEST_F(DesktopStatusBarTest, NeverShowsTheStripWhileAPanelShowsTheReadout) {
+    DesktopStatusBar bar(environment(), noGrace);
+    bar.setReadoutHosted(true);
+    const auto readout = bar.createItem(QStringLiteral("kestro-main"), {});
+    readout->setContent(content());
+
+    ASSERT_TRUE(waitUntil([&] { return bar.isOnStrip(); }));
+
+    EXPECT_TRUE(bar.overlay().isNull());
+}
+
 }  // namespace
 }  // namespace kestro

@@ -1,0 +1,146 @@
+#include "app/readout_publication.h"
+
+#include "app/status_items/main_status_item.h"
+#include "tests/app/app_delegate_fixture.h"
+
+#include <optional>
+
+namespace kestro {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The application as another program of the session sees it.
+struct ReadoutPublicationTest : test::AppDelegateFixture {
+    SharedReadout readout() { return readoutService.handlers->readout(); }
+    ReadoutFigures figures() { return readoutService.handlers->figures(); }
+};
+
+TEST_F(ReadoutPublicationTest, SharesTheTextOfTheItem) {
+    launch();
+    mac.advance(5s);
+    settle();
+
+    const StatusContent& shown = bar.item(mainItem).content;
+    EXPECT_EQ(readout().text, shown.title.text.trimmed());
+    EXPECT_TRUE(readout().text.startsWith(QStringLiteral("RAM ")));
+    EXPECT_EQ(readout().widestText, shown.widestTitle.trimmed());
+    EXPECT_EQ(readout().toolTip, shown.toolTip);
+    EXPECT_TRUE(readout().hasSymbol);
+}
+
+TEST_F(ReadoutPublicationTest, SharesOnlyTheSymbolIfTheUserWantsThat) {
+    launch();
+
+    settings.menubarIconStyle.set(MenubarIconStyle::iconOnly);
+    settle();
+
+    EXPECT_TRUE(readout().text.isEmpty());
+    EXPECT_TRUE(readout().hasSymbol);
+}
+
+TEST_F(ReadoutPublicationTest, SharesTheStateOfKeepAwake) {
+    launch();
+    EXPECT_FALSE(readout().isKeepAwakeActive);
+
+    keepAwake.activate(KeepAwakeDuration::minutes15);
+    EXPECT_TRUE(readout().isKeepAwakeActive);
+    EXPECT_EQ(readout().keepAwakeRemainingSeconds, 900);
+
+    keepAwake.activate(KeepAwakeDuration::indefinite);
+    EXPECT_TRUE(readout().isKeepAwakeActive);
+    EXPECT_EQ(readout().keepAwakeRemainingSeconds, std::nullopt);
+}
+
+TEST_F(ReadoutPublicationTest, SharesTheFiguresOfTheReadout) {
+    launch();
+    settings.activeMenubarModules.set({MenubarModuleType::appIcon, MenubarModuleType::memory});
+    mac.advance(5s);
+    settle();
+
+    ASSERT_TRUE(figures().memoryPercent);
+    EXPECT_EQ(readout().text, QStringLiteral("RAM %1%").arg(*figures().memoryPercent));
+    EXPECT_EQ(figures().fanSpeedsRpm, std::nullopt);
+}
+
+TEST_F(ReadoutPublicationTest, AnnouncesAtMostOneUpdateForEachTick) {
+    launch();
+    mac.advance(20s);
+    settle();
+    const int before = readoutService.updates;
+    const auto tick = std::chrono::duration<double>(idleInterval(settings.pollingProfile.get()));
+
+    mac.advance(std::chrono::duration_cast<std::chrono::nanoseconds>(tick * 10));
+    settle();
+
+    EXPECT_GE(readoutService.updates - before, 9);
+    EXPECT_LE(readoutService.updates - before, 11);
+}
+
+TEST_F(ReadoutPublicationTest, OpensThePopoverAtTheClick) {
+    launch();
+
+    readoutService.handlers->togglePopover({300, 0, 1, 24});
+    EXPECT_TRUE(isPopoverShown());
+
+    readoutService.handlers->togglePopover({300, 0, 1, 24});
+    EXPECT_FALSE(isPopoverShown());
+}
+
+TEST_F(ReadoutPublicationTest, OpensThePopoverAtTheItemIfTheClickIsUnknown) {
+    launch();
+    bar.item(mainItem).geometry = {500, 0, 80, 24};
+    const auto place = [this] { return delegate.popover()->geometry().center().x(); };
+
+    readoutService.handlers->togglePopover({});
+    const int atTheItem = place();
+    readoutService.handlers->togglePopover({});
+    readoutService.handlers->togglePopover({300, 0, 1, 24});
+
+    EXPECT_EQ(place() - atTheItem, 300 - bar.item(mainItem).geometry.center().x());
+}
+
+TEST_F(ReadoutPublicationTest, ShowsTheWindows) {
+    launch();
+
+    readoutService.handlers->showDashboard();
+    readoutService.handlers->showSettings(SettingsTab::cooling);
+
+    EXPECT_TRUE(delegate.dashboardWindow()->isOnScreen());
+    EXPECT_TRUE(delegate.settingsWindow()->isOnScreen());
+    EXPECT_EQ(settings.selectedSettingsTab.get(), SettingsTab::cooling);
+
+    readoutService.handlers->showSettings(std::nullopt);
+    EXPECT_EQ(settings.selectedSettingsTab.get(), SettingsTab::cooling);
+}
+
+TEST_F(ReadoutPublicationTest, TogglesKeepAwake) {
+    launch();
+
+    readoutService.handlers->toggleKeepAwake();
+    EXPECT_TRUE(keepAwake.isActive.get());
+
+    readoutService.handlers->toggleKeepAwake();
+    EXPECT_FALSE(keepAwake.isActive.get());
+}
+
+TEST_F(ReadoutPublicationTest, OffersTheMenuOfTheItem) {
+    launch();
+
+    EXPECT_NE(test::findEntry(readoutService.handlers->buildMenu(), QStringLiteral("Quit Kestro")), nullptr);
+}
+
+TEST(ReadoutPublication, EndsWithTheApplication) {
+    test::FakeReadoutService service;
+    test::SimulatedKestro kestro;
+    test::FakeStatusBar bar;
+    {
+        MainStatusItem item(kestro.mac.platform(), bar, kestro.services(), {});
+        const ReadoutPublication publication(service, kestro.services(), item, {});
+        EXPECT_TRUE(service.handlers);
+    }
+    EXPECT_FALSE(service.handlers);
+}
+
+}  // namespace
+}  // namespace kestro
