@@ -1,0 +1,315 @@
+#include "readout/bus_readout.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <ctime>
+#include <limits>
+#include <string_view>
+#include <utility>
+
+namespace kestro {
+
+namespace {
+
+constexpr char busName[] = "kestro.Readout";
+constexpr char objectPath[] = "/kestro/Readout";
+constexpr char interfaceName[] = "kestro.Readout";
+constexpr char propertiesInterface[] = "org.freedesktop.DBus.Properties";
+constexpr char memoryFigure[] = "MemoryPercent";
+
+constexpr char daemonName[] = "org.freedesktop.DBus";
+constexpr char daemonPath[] = "/org/freedesktop/DBus";
+
+struct MessageCloser {
+    void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
+};
+using Message = std::unique_ptr<sd_bus_message, MessageCloser>;
+
+/// A call that does not start Kestro.
+Message quietCall(sd_bus& bus, const char* destination, const char* interface, const char* member) {
+    sd_bus_message* made = nullptr;
+    if (sd_bus_message_new_method_call(&bus, &made, destination, objectPath, interface, member) < 0) {
+        return {};
+    }
+    sd_bus_message_set_auto_start(made, 0);
+    return Message(made);
+}
+
+Message getAll(sd_bus& bus, const char* destination) {
+    Message call = quietCall(bus, destination, propertiesInterface, "GetAll");
+    if (call) {
+        sd_bus_message_append(call.get(), "s", interfaceName);
+    }
+    return call;
+}
+
+void sendWithoutReply(sd_bus& bus, sd_bus_message& call) {
+    sd_bus_message_set_expect_reply(&call, 0);
+    sd_bus_send(&bus, &call, nullptr);
+}
+
+bool has(sd_bus_message& message, char type, const char* contents) {
+    return sd_bus_message_verify_type(&message, type, contents) > 0;
+}
+
+/// The value of the variant at the current place if it has the type; skips any other.
+template <typename Read>
+void readVariant(sd_bus_message& message, const char* type, Read read) {
+    if (!has(message, 'v', type)) {
+        sd_bus_message_skip(&message, "v");
+        return;
+    }
+    sd_bus_message_enter_container(&message, 'v', type);
+    read();
+    sd_bus_message_exit_container(&message);
+}
+
+void readText(sd_bus_message& message, std::string& text) {
+    readVariant(message, "s", [&] {
+        const char* value = nullptr;
+        if (sd_bus_message_read(&message, "s", &value) > 0) {
+            text = value;
+        }
+    });
+}
+
+void readProperty(sd_bus_message& message, std::string_view name, ShownReadout& readout) {
+    if (name == "Text") {
+        readText(message, readout.text);
+    } else if (name == "WidestText") {
+        readText(message, readout.widestText);
+    } else if (name == "ToolTip") {
+        readText(message, readout.toolTip);
+    } else if (name == "PowerMode") {
+        readText(message, readout.powerMode);
+    } else if (name == "KeepAwake") {
+        readVariant(message, "(bx)", [&] {
+            int isActive = 0;
+            std::int64_t seconds = 0;
+            if (sd_bus_message_read(&message, "(bx)", &isActive, &seconds) > 0) {
+                readout.isKeepAwakeActive = isActive != 0;
+            }
+        });
+    } else if (name == memoryFigure) {
+        readVariant(message, "x", [&] {
+            std::int64_t percent = 0;
+            if (sd_bus_message_read(&message, "x", &percent) > 0) {
+                readout.memoryPercent = percent;
+            }
+        });
+    } else {
+        sd_bus_message_skip(&message, "v");
+    }
+}
+
+/// Reads a{sv} at the current place of the message. False: there is none.
+bool readProperties(sd_bus_message& message, ShownReadout& readout) {
+    if (sd_bus_message_enter_container(&message, 'a', "{sv}") <= 0) {
+        return false;
+    }
+    while (sd_bus_message_enter_container(&message, 'e', "sv") > 0) {
+        const char* name = nullptr;
+        if (sd_bus_message_read(&message, "s", &name) > 0) {
+            readProperty(message, name, readout);
+        }
+        sd_bus_message_exit_container(&message);
+    }
+    return sd_bus_message_exit_container(&message) >= 0;
+}
+
+/// Reads the names of properties that Kestro does not have any more.
+void readLosses(sd_bus_message& message, ShownReadout& readout) {
+    if (sd_bus_message_enter_container(&message, 'a', "s") <= 0) {
+        return;
+    }
+    const char* name = nullptr;
+    while (sd_bus_message_read(&message, "s", &name) > 0) {
+        if (std::string_view(name) == memoryFigure) {
+            readout.memoryPercent.reset();
+        }
+    }
+    sd_bus_message_exit_container(&message);
+}
+
+/// What this program prints of the readout, so that other changes are none.
+ShownReadout selected(ShownReadout readout, bool wantsMemory) {
+    if (!wantsMemory) {
+        readout.memoryPercent.reset();
+    }
+    return readout;
+}
+
+const char* memberOf(Request request) {
+    switch (request) {
+        case Request::togglePopover:
+            return "TogglePopover";
+        case Request::showDashboard:
+            return "ShowDashboard";
+        case Request::showSettings:
+            return "ShowSettings";
+        case Request::toggleKeepAwake:
+            return "ToggleKeepAwake";
+    }
+    return "";
+}
+
+}  // namespace
+
+BusConnection openSessionBus() {
+    sd_bus* opened = nullptr;
+    return sd_bus_open_user(&opened) < 0 ? BusConnection() : BusConnection(opened);
+}
+
+std::optional<ShownReadout> readOnce(sd_bus& bus, bool wantsMemory) {
+    const Message call = getAll(bus, busName);
+    sd_bus_message* answer = nullptr;
+    if (!call || sd_bus_call(&bus, call.get(), 0, nullptr, &answer) < 0) {
+        return std::nullopt;
+    }
+    const Message reply(answer);
+    ShownReadout readout;
+    return readProperties(*reply, readout) ? std::optional(selected(readout, wantsMemory)) : std::nullopt;
+}
+
+std::string send(sd_bus& bus, Request request, Point place) {
+    sd_bus_error error = SD_BUS_ERROR_NULL;
+    int result = 0;
+    switch (request) {
+        case Request::togglePopover:
+            result = sd_bus_call_method(&bus, busName, objectPath, interfaceName, memberOf(request), &error,
+                                        nullptr, "ii", place.x, place.y);
+            break;
+        case Request::showSettings:
+            result = sd_bus_call_method(&bus, busName, objectPath, interfaceName, memberOf(request), &error,
+                                        nullptr, "s", "");
+            break;
+        case Request::showDashboard:
+        case Request::toggleKeepAwake:
+            result = sd_bus_call_method(&bus, busName, objectPath, interfaceName, memberOf(request), &error,
+                                        nullptr, "");
+            break;
+    }
+    std::string reason;
+    if (result < 0) {
+        reason = error.message != nullptr ? error.message : "the bus does not answer";
+    }
+    sd_bus_error_free(&error);
+    return reason;
+}
+
+ReadoutFollower::ReadoutFollower(BusConnection bus, const Wishes& wishes, Handler handler)
+    : bus_(std::move(bus)), wishes_(wishes), handler_(std::move(handler)) {
+    // Kestro sends its changes to followers only, so there is nothing to subscribe to on the bus.
+    sd_bus_add_filter(bus_.get(), nullptr, onMessage, this);
+    sd_bus_add_match_async(bus_.get(), nullptr,
+                           "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
+                           "interface='org.freedesktop.DBus',member='NameOwnerChanged',arg0='kestro.Readout'",
+                           onOwnerChanged, nullptr, this);
+    sd_bus_call_method_async(bus_.get(), nullptr, daemonName, daemonPath, daemonName, "GetNameOwner", onOwner,
+                             this, "s", busName);
+}
+
+bool ReadoutFollower::process() {
+    int result = 0;
+    do {
+        result = sd_bus_process(bus_.get(), nullptr);
+    } while (result > 0);
+    return result == 0 && sd_bus_is_open(bus_.get()) > 0;
+}
+
+short ReadoutFollower::events() const {
+    return static_cast<short>(std::max(sd_bus_get_events(bus_.get()), 0));
+}
+
+int ReadoutFollower::timeout() const {
+    std::uint64_t due = 0;
+    if (sd_bus_get_timeout(bus_.get(), &due) < 0 || due == std::numeric_limits<std::uint64_t>::max()) {
+        return -1;
+    }
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    const auto passed =
+        static_cast<std::uint64_t>(now.tv_sec) * 1'000'000 + static_cast<std::uint64_t>(now.tv_nsec) / 1000;
+    return due <= passed ? 0 : static_cast<int>(std::min<std::uint64_t>((due - passed) / 1000 + 1, 60'000));
+}
+
+int ReadoutFollower::onOwnerChanged(sd_bus_message* message, void* follower, sd_bus_error*) {
+    const char* name = nullptr;
+    const char* before = nullptr;
+    const char* owner = nullptr;
+    if (sd_bus_message_read(message, "sss", &name, &before, &owner) > 0) {
+        static_cast<ReadoutFollower*>(follower)->setOwner(owner);
+    }
+    return 0;
+}
+
+int ReadoutFollower::onOwner(sd_bus_message* message, void* follower, sd_bus_error*) {
+    const char* owner = "";
+    if (sd_bus_message_is_method_error(message, nullptr) == 0) {
+        sd_bus_message_read(message, "s", &owner);
+    }
+    static_cast<ReadoutFollower*>(follower)->setOwner(owner);
+    return 0;
+}
+
+void ReadoutFollower::setOwner(const std::string& owner) {
+    owner_ = owner;
+    if (owner.empty()) {
+        report(std::nullopt);
+        return;
+    }
+    // Follow first: what changes after the properties were read is then sent.
+    const Message follow = quietCall(*bus_, owner_.c_str(), interfaceName, "Follow");
+    if (follow) {
+        sd_bus_message_append(follow.get(), "as", wishes_.memory ? 1 : 0, memoryFigure);
+        sendWithoutReply(*bus_, *follow);
+    }
+    const Message host =
+        wishes_.hosting ? quietCall(*bus_, owner_.c_str(), interfaceName, "RegisterHost") : Message();
+    if (host) {
+        sendWithoutReply(*bus_, *host);
+    }
+    if (const Message call = getAll(*bus_, owner_.c_str())) {
+        sd_bus_call_async(bus_.get(), nullptr, call.get(), onProperties, this, 0);
+    }
+}
+
+int ReadoutFollower::onProperties(sd_bus_message* message, void* follower, sd_bus_error*) {
+    auto& self = *static_cast<ReadoutFollower*>(follower);
+    const char* const sender = sd_bus_message_get_sender(message);
+    ShownReadout readout;
+    if (sender != nullptr && self.owner_ == sender && sd_bus_message_is_method_error(message, nullptr) == 0 &&
+        readProperties(*message, readout)) {
+        self.report(readout);
+    }
+    return 0;
+}
+
+int ReadoutFollower::onMessage(sd_bus_message* message, void* follower, sd_bus_error*) {
+    auto& self = *static_cast<ReadoutFollower*>(follower);
+    const char* const sender = sd_bus_message_get_sender(message);
+    // Any program can send a signal to this one; only Kestro's count.
+    if (sender == nullptr || self.owner_ != sender || !self.readout_ ||
+        sd_bus_message_is_signal(message, propertiesInterface, "PropertiesChanged") <= 0) {
+        return 0;
+    }
+    const char* interface = nullptr;
+    if (sd_bus_message_read(message, "s", &interface) <= 0 || std::string_view(interface) != interfaceName) {
+        return 0;
+    }
+    ShownReadout readout = *self.readout_;
+    if (readProperties(*message, readout)) {
+        readLosses(*message, readout);
+        self.report(readout);
+    }
+    return 0;
+}
+
+void ReadoutFollower::report(const std::optional<ShownReadout>& readout) {
+    readout_ = readout;
+    handler_(readout ? std::optional(selected(*readout, wishes_.memory)) : std::nullopt);
+}
+
+}  // namespace kestro
