@@ -1,21 +1,57 @@
+# What `cmake --install` puts where. The Debian packages divide the same files.
 include(GNUInstallDirs)
-install(TARGETS kestro RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(FILES ${CMAKE_SOURCE_DIR}/packaging/kestro.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
-install(FILES ${CMAKE_SOURCE_DIR}/packaging/icons/kestro.svg
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
-install(FILES ${CMAKE_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
 
-set(CPACK_PACKAGE_NAME kestro)
-set(CPACK_PACKAGE_VENDOR "The Kestro developers")
-set(CPACK_PACKAGE_CONTACT "The Kestro developers <kestro@localhost>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "System monitor for the status bar")
-set(CPACK_PACKAGE_DESCRIPTION
-  "Kestro shows processor, memory, temperatures, fans, network, battery and the busiest processes as a readout in\n\
-the status bar, a quick-glance popover and a dashboard, at a cost that cannot be felt.")
-set(CPACK_GENERATOR DEB)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SECTION utils)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter, fonts-noto-color-emoji, pkexec, power-profiles-daemon, qt6-wayland")
-set(CPACK_STRIP_FILES ON)
-include(CPack)
+set(applications ${CMAKE_INSTALL_DATADIR}/applications)
+set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
+# The reverse of the home page, as AppStream wants it.
+set(KESTRO_COMPONENT example.kestro.kestro)
+configure_file(packaging/kestro.metainfo.xml.in kestro.metainfo.xml @ONLY)
+configure_file(packaging/kestro.Readout.service.in kestro.Readout.service @ONLY)
+
+install(TARGETS kestro kestro-readout RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES packaging/kestro.desktop DESTINATION ${applications})
+install(FILES packaging/kestro-autostart.desktop DESTINATION ${CMAKE_INSTALL_SYSCONFDIR}/xdg/autostart)
+install(FILES ${CMAKE_BINARY_DIR}/kestro.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo
+  RENAME ${KESTRO_COMPONENT}.metainfo.xml)
+install(FILES ${CMAKE_BINARY_DIR}/kestro.Readout.service DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
+install(FILES shell/linux/readout/kestro.Readout.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces)
+install(FILES packaging/man/kestro.1 packaging/man/kestro-readout.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES packaging/icons/kestro.svg DESTINATION ${icons}/scalable/apps)
+install(FILES packaging/icons/kestro-symbolic.svg DESTINATION ${icons}/symbolic/apps)
+
+# Panels that cannot scale the icon take it in one of these sizes.
+add_executable(render_icon packaging/icons/render.cpp)
+target_link_libraries(render_icon PRIVATE kestro_options Qt6::Gui Qt6::Svg)
+foreach(side 16 22 24 32 48 64 128 256 512)
+  set(picture ${CMAKE_BINARY_DIR}/icons/${side}.png)
+  add_custom_command(OUTPUT ${picture} DEPENDS render_icon packaging/icons/kestro.svg
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/icons
+    COMMAND render_icon ${CMAKE_SOURCE_DIR}/packaging/icons/kestro.svg ${side} ${picture} VERBATIM)
+  list(APPEND pictures ${picture})
+  install(FILES ${picture} DESTINATION ${icons}/${side}x${side}/apps RENAME kestro.png)
+endforeach()
+add_custom_target(icons ALL DEPENDS ${pictures})
+
+# The panels that run programs or scripts of ours. GNOME's shell loads extensions in one of two ways.
+set(KESTRO_GNOME_SHELL "" CACHE STRING "GNOME Shell of the extension, as a number; empty: the installed one, else 43")
+set(gnome_shell ${KESTRO_GNOME_SHELL})
+if(NOT gnome_shell)
+  set(gnome_shell 43)
+  find_program(KESTRO_GNOME_SHELL_PROGRAM gnome-shell)
+  if(KESTRO_GNOME_SHELL_PROGRAM)
+    execute_process(COMMAND ${KESTRO_GNOME_SHELL_PROGRAM} --version OUTPUT_VARIABLE reported ERROR_QUIET)
+    if(reported MATCHES "GNOME Shell ([0-9]+)")
+      set(gnome_shell ${CMAKE_MATCH_1})
+    endif()
+  endif()
+endif()
+set(extension kestro@kestro.example)
+execute_process(
+  COMMAND ${CMAKE_SOURCE_DIR}/integrations/gnome-shell/build.sh ${gnome_shell} ${CMAKE_BINARY_DIR}/${extension}
+  COMMAND_ERROR_IS_FATAL ANY)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS integrations/gnome-shell)
+install(DIRECTORY ${CMAKE_BINARY_DIR}/${extension}
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/gnome-shell/extensions)
+install(DIRECTORY integrations/plasma/kestro.readout DESTINATION ${CMAKE_INSTALL_DATADIR}/plasma/plasmoids)
+install(DIRECTORY integrations/i3bar integrations/lxqt integrations/polybar integrations/tmux integrations/waybar
+  integrations/xfce4-genmon DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kestro-readout/examples)

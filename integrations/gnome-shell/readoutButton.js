@@ -1,0 +1,175 @@
+// The readout as a button of the top bar. Shows itself while Kestro runs and follows it without polling.
+
+const busName = 'kestro.Readout';
+const objectPath = '/kestro/Readout';
+const propertiesInterface = 'org.freedesktop.DBus.Properties';
+
+/**
+ * Defines the button's class. The shell's modules are parameters, because older shells load them in another way.
+ *
+ * @param {object} deps - the modules Clutter, Gio, GLib, GObject, PanelMenu, PopupMenu and St, and from dbusMenu.js
+ *     createMenuReader and fillMenu
+ */
+export function createReadoutButton(deps) {
+    const {Clutter, Gio, GLib, GObject, PanelMenu, PopupMenu, St} = deps;
+    const menuReader = deps.createMenuReader(deps);
+
+    return GObject.registerClass(
+    class KestroReadoutButton extends PanelMenu.Button {
+        _init() {
+            super._init(0.5, 'Kestro');
+            const box = new St.BoxLayout({style_class: 'panel-status-menu-box kestro-readout'});
+            this._icon = new St.Icon({style_class: 'system-status-icon', visible: false});
+            this._label = new St.Label({y_align: Clutter.ActorAlign.CENTER, visible: false});
+            box.add_child(this._icon);
+            box.add_child(this._label);
+            this.add_child(box);
+            this.visible = false;
+            this._owner = null;
+            this._widestText = '';
+            this._cancellable = new Gio.Cancellable();
+            this._connection = Gio.DBus.session;
+            this._styleSignal = this._label.connect('style-changed', () => this._reserveWidth());
+            this._changes = this._connection.signal_subscribe(
+                null, propertiesInterface, 'PropertiesChanged', objectPath, busName, Gio.DBusSignalFlags.NONE,
+                (connection, sender, path, iface, signal, parameters) => {
+                    if (sender === this._owner)
+                        this._apply(parameters.get_child_value(1));
+                });
+            this._watch = Gio.bus_watch_name_on_connection(
+                this._connection, busName, Gio.BusNameWatcherFlags.NONE,
+                (connection, name, owner) => this._appear(owner), () => this._disappear());
+        }
+
+        /** Calls Kestro without starting it. */
+        _call(iface, method, parameters, onReply = null) {
+            this._connection.call(
+                this._owner ?? busName, objectPath, iface, method, parameters, null,
+                Gio.DBusCallFlags.NO_AUTO_START, -1, this._cancellable, (connection, result) => {
+                    try {
+                        const reply = connection.call_finish(result);
+                        onReply?.(reply);
+                    } catch {
+                        // Kestro has ended, or this button has.
+                    }
+                });
+        }
+
+        _appear(owner) {
+            this._owner = owner;
+            // Follow first, so that no change after the reading is missed.
+            this._call(busName, 'Follow', new GLib.Variant('(as)', [[]]));
+            this._call(propertiesInterface, 'GetAll', new GLib.Variant('(s)', [busName]), reply => {
+                if (this._owner !== owner)
+                    return;
+                this._apply(reply.get_child_value(0));
+                this.visible = true;
+                this._call(busName, 'RegisterHost', null);
+            });
+        }
+
+        _disappear() {
+            this._owner = null;
+            this.visible = false;
+            this.menu.close();
+        }
+
+        /** Shows the changed properties, given as `a{sv}`. */
+        _apply(properties) {
+            const text = name => properties.lookup_value(name, new GLib.VariantType('s'))?.get_string()[0];
+            const shown = text('Text');
+            if (shown !== undefined) {
+                this._label.text = shown;
+                this._label.visible = shown !== '';
+            }
+            const symbol = text('Symbol');
+            if (symbol !== undefined) {
+                this._icon.icon_name = symbol;
+                this._icon.visible = symbol !== '';
+            }
+            const widest = text('WidestText');
+            if (widest !== undefined) {
+                this._widestText = widest;
+                this._reserveWidth();
+            }
+            const toolTip = text('ToolTip');
+            if (toolTip !== undefined)
+                this.accessible_name = toolTip;
+        }
+
+        /** Keeps the width that the widest text needs, so that the button's neighbours do not move. */
+        _reserveWidth() {
+            if (this._label.get_stage() === null)
+                return;
+            const layout = this._label.clutter_text.create_pango_layout(this._widestText);
+            const [width] = layout.get_pixel_size();
+            this._label.min_width = width;
+        }
+
+        vfunc_event(event) {
+            const type = event.type();
+            if (type === Clutter.EventType.BUTTON_PRESS)
+                return this._press(event.get_button());
+            if (type === Clutter.EventType.TOUCH_BEGIN)
+                return this._press(Clutter.BUTTON_PRIMARY);
+            return Clutter.EVENT_PROPAGATE;
+        }
+
+        vfunc_key_press_event(event) {
+            const key = event.get_key_symbol?.() ?? event.keyval;
+            if (key === Clutter.KEY_Return || key === Clutter.KEY_space)
+                return this._press(Clutter.BUTTON_PRIMARY);
+            if (key === Clutter.KEY_Menu)
+                return this._press(Clutter.BUTTON_SECONDARY);
+            return Clutter.EVENT_PROPAGATE;
+        }
+
+        _press(button) {
+            if (button === Clutter.BUTTON_PRIMARY)
+                this._togglePopover();
+            else if (button === Clutter.BUTTON_MIDDLE)
+                this._call(busName, 'ToggleKeepAwake', null);
+            else
+                this._openMenu().catch(() => {});
+            return Clutter.EVENT_STOP;
+        }
+
+        _togglePopover() {
+            const [x, y] = this.get_transformed_position();
+            const [width, height] = this.get_transformed_size();
+            // A point of the panel: Kestro opens the popover below the panel's whole thickness.
+            const point = [Math.round(x + width / 2), Math.round(y + height - 1)];
+            this._call(busName, 'TogglePopover', new GLib.Variant('(ii)', point));
+        }
+
+        async _openMenu() {
+            if (this.menu.isOpen) {
+                this.menu.close();
+                return;
+            }
+            const target = {
+                connection: this._connection,
+                name: this._owner,
+                path: `${objectPath}/Menu`,
+                cancellable: this._cancellable,
+            };
+            const root = await menuReader.read(target);
+            deps.fillMenu(PopupMenu, this.menu, root, id => menuReader.choose(target, id));
+            this.menu.open();
+        }
+
+        _onDestroy() {
+            this._cancellable.cancel();
+            this._connection.signal_unsubscribe(this._changes);
+            Gio.bus_unwatch_name(this._watch);
+            if (this._owner !== null) {
+                // The shell stays on the bus, so Kestro would not notice. These calls must not be cancelled.
+                for (const method of ['UnregisterHost', 'Unfollow']) {
+                    this._connection.call(this._owner, objectPath, busName, method, null, null,
+                        Gio.DBusCallFlags.NO_AUTO_START, -1, null, null);
+                }
+            }
+            super._onDestroy?.();
+        }
+    });
+}

@@ -1,0 +1,110 @@
+// Kestro's readout in a panel of Plasma 5.27.
+import QtQuick 2.15
+import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
+import org.kde.plasma.components 3.0 as PlasmaComponents
+import org.kde.plasma.core 2.0 as PlasmaCore
+import org.kde.plasma.plasmoid 2.0
+
+Item {
+    id: root
+
+    Plasmoid.preferredRepresentation: Plasmoid.compactRepresentation
+    Plasmoid.status: readout.isRunning ? PlasmaCore.Types.ActiveStatus : PlasmaCore.Types.HiddenStatus
+    Plasmoid.toolTipMainText: i18n("Kestro")
+    Plasmoid.toolTipSubText: readout.toolTip.replace(/^Kestro: /, "")
+    Plasmoid.toolTipTextFormat: Text.PlainText
+
+    Readout {
+        id: readout
+    }
+
+    function action_dashboard() {
+        readout.request("--show dashboard");
+    }
+    function action_settings() {
+        readout.request("--show settings");
+    }
+    function action_keepAwake() {
+        readout.request("--toggle-keep-awake");
+    }
+
+    Component.onCompleted: {
+        Plasmoid.setAction("dashboard", i18n("Full Studio Dashboard"), "utilities-system-monitor");
+        Plasmoid.setAction("settings", i18n("Settings…"), "configure");
+        Plasmoid.setAction("keepAwake", i18n("Keep Awake"), "caffeine-cup-full");
+    }
+
+    Plasmoid.compactRepresentation: MouseArea {
+        id: compact
+
+        readonly property bool isVertical: Plasmoid.formFactor === PlasmaCore.Types.Vertical
+
+        Layout.minimumWidth: isVertical ? 0 : row.implicitWidth + 2 * PlasmaCore.Units.smallSpacing
+        Layout.maximumWidth: isVertical ? Infinity : Layout.minimumWidth
+        acceptedButtons: Qt.LeftButton | Qt.MiddleButton
+        Accessible.name: readout.toolTip
+        Accessible.role: Accessible.Button
+
+        onClicked: (mouse) => {
+            if (mouse.button === Qt.MiddleButton) {
+                root.action_keepAwake();
+                return;
+            }
+            // Kestro opens the popover beside the panel, at this point of it.
+            const place = compact.mapToGlobal(width / 2, height / 2);
+            const scale = Screen.devicePixelRatio;
+            readout.request("--show popover --at " + Math.round(place.x * scale) + "," + Math.round(place.y * scale));
+        }
+
+        RowLayout {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: PlasmaCore.Units.smallSpacing
+
+            PlasmaCore.IconItem {
+                source: "kestro-symbolic"
+                implicitWidth: PlasmaCore.Units.iconSizes.small
+                implicitHeight: implicitWidth
+            }
+            PlasmaComponents.Label {
+                // The widest text so far reserves the room, so that the neighbours do not move.
+                property real widest: 0
+
+                visible: !compact.isVertical
+                text: readout.text
+                textFormat: Text.PlainText
+                onImplicitWidthChanged: widest = Math.max(widest, implicitWidth)
+                Layout.minimumWidth: widest
+            }
+        }
+    }
+
+    Plasmoid.fullRepresentation: ColumnLayout {
+        Layout.minimumWidth: PlasmaCore.Units.gridUnit * 14
+        spacing: PlasmaCore.Units.largeSpacing
+
+        PlasmaComponents.Label {
+            text: readout.isRunning ? readout.text : i18n("Kestro is not running.")
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            Layout.fillWidth: true
+        }
+        RowLayout {
+            PlasmaComponents.Button {
+                text: i18n("Dashboard")
+                onClicked: root.action_dashboard()
+            }
+            PlasmaComponents.Button {
+                text: i18n("Settings")
+                onClicked: root.action_settings()
+            }
+            PlasmaComponents.Switch {
+                text: i18n("Keep Awake")
+                checked: readout.isKeptAwake
+                onToggled: root.action_keepAwake()
+            }
+        }
+    }
+}
