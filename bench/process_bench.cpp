@@ -238,6 +238,15 @@ const QByteArray everyModule = R"json({"kestro.activeMenubarModules": {"json": [
     "cpuClusters", "thermal", "fanSpeed", "fanProfile", "powerMode", "network", "battery", "diskSpace",
     "keepAwake"]}})json";
 
+/// The figures of the default readout.
+const QStringList shownFigures{QStringLiteral("MemoryPercent"), QStringLiteral("FanSpeedsRpm")};
+
+/// A call of the interface for panels.
+QDBusMessage readoutCall(const char* method) {
+    const QString name = QStringLiteral("kestro.Readout");
+    return QDBusMessage::createMethodCall(name, QStringLiteral("/kestro/Readout"), name, QLatin1String(method));
+}
+
 bool measureStart(Program& kestro) {
     kestro.start();  // warms the disk cache
     std::vector<double> milliseconds;
@@ -296,6 +305,12 @@ int main(int argc, char** argv) {
     runFor(5s);
     measureState(kestro.pid(), fmt::format("idle, readout only, {} s", idleTime.count()), idleTime,
                  {"0.05 %", "2 /s", "30 MB", "5 MB"});
+    QDBusMessage follow = readoutCall("Follow");
+    follow << shownFigures;
+    bus.call(follow);
+    measureState(kestro.pid(), fmt::format("idle, followed by one program, {} s", idleTime.count()), idleTime,
+                 {"0.05 %", "2 /s", "30 MB", "5 MB"});
+    bus.call(readoutCall("Unfollow"));
     const auto togglePopover = [] { notify("togglePopover"); };
     measureSurface(kestro, "popover", togglePopover, togglePopover, openTime, {"1 %", "", "45 MB", ""});
 
