@@ -102,8 +102,12 @@ export function createReadoutButton(deps) {
             if (this._label.get_stage() === null)
                 return;
             const layout = this._label.clutter_text.create_pango_layout(this._widestText);
-            const [width] = layout.get_pixel_size();
-            this._label.min_width = width;
+            const {scale_factor: scale} = St.ThemeContext.get_for_stage(this._label.get_stage());
+            const width = Math.ceil(layout.get_pixel_size()[0] / scale);
+            // Both: the shell does not survive a minimum above the natural width.
+            const style = `min-width: ${width}px; width: ${width}px;`;
+            if (this._label.style !== style)
+                this._label.style = style;
         }
 
         vfunc_event(event) {
@@ -137,8 +141,8 @@ export function createReadoutButton(deps) {
         _togglePopover() {
             const [x, y] = this.get_transformed_position();
             const [width, height] = this.get_transformed_size();
-            // A point of the panel: Kestro opens the popover below the panel's whole thickness.
-            const point = [Math.round(x + width / 2), Math.round(y + height - 1)];
+            // Kestro opens the popover below the panel, with its right edge here.
+            const point = [Math.round(x + width - 1), Math.round(y + height - 1)];
             this._call(busName, 'TogglePopover', new GLib.Variant('(ii)', point));
         }
 

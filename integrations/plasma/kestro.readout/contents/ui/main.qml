@@ -51,8 +51,8 @@ Item {
                 root.action_keepAwake();
                 return;
             }
-            // Kestro opens the popover beside the panel, at this point of it.
-            const place = compact.mapToGlobal(width / 2, height / 2);
+            // Kestro opens the popover beside the panel, with its right edge at this point.
+            const place = compact.mapToGlobal(width - 1, height / 2);
             const scale = Screen.devicePixelRatio;
             readout.request("--show popover --at " + Math.round(place.x * scale) + "," + Math.round(place.y * scale));
         }
