@@ -90,14 +90,14 @@ TEST_F(ReadoutPublicationTest, OpensThePopoverAtTheClick) {
 TEST_F(ReadoutPublicationTest, OpensThePopoverAtTheItemIfTheClickIsUnknown) {
     launch();
     bar.item(mainItem).geometry = {500, 0, 80, 24};
-    const auto place = [this] { return delegate.popover()->geometry().center().x(); };
+    const auto rightEdge = [this] { return delegate.popover()->geometry().right(); };
 
     readoutService.handlers->togglePopover({});
-    const int atTheItem = place();
+    EXPECT_EQ(rightEdge(), bar.item(mainItem).geometry.right());
     readoutService.handlers->togglePopover({});
-    readoutService.handlers->togglePopover({300, 0, 1, 24});
+    readoutService.handlers->togglePopover({400, 0, 1, 24});
 
-    EXPECT_EQ(place() - atTheItem, 300 - bar.item(mainItem).geometry.center().x());
+    EXPECT_EQ(rightEdge(), 400);
 }
 
 TEST_F(ReadoutPublicationTest, ShowsTheWindows) {
