@@ -28,6 +28,9 @@ void Control::onToggled(std::function<void(bool)> action) {
 }
 
 void Control::click() {
+    if (!isAvailable_) {
+        return;
+    }
     const QPointer<Control> self(this);
     activated();
     if (self && onClick_) {
@@ -42,6 +45,23 @@ void Control::setOn(bool isOn) {
         on_ = isOn;
         announceChecked();
         stateDidChange();
+    }
+}
+
+void Control::setAvailable(bool isAvailable) {
+    if (isAvailable == isAvailable_) {
+        return;
+    }
+    isAvailable_ = isAvailable;
+    const bool keepsFocus = window()->focusWidget() == this;
+    setEnabled(isAvailable || keepsFocus);
+    if (keepsFocus) {
+        QAccessible::State changed;
+        changed.disabled = true;
+        QAccessibleStateChangeEvent event(this, changed);
+        QAccessible::updateAccessibility(&event);
+        endHoverAndPress();
+        update();
     }
 }
 
@@ -70,7 +90,7 @@ AccessibleInfo Control::accessibleInfo() const {
 bool Control::event(QEvent* event) {
     switch (event->type()) {
         case QEvent::HoverEnter:
-            hover_.moveTo(isEnabled() ? 1 : 0, motion::hover);
+            hover_.moveTo(isEnabled() && isAvailable_ ? 1 : 0, motion::hover);
             break;
         case QEvent::HoverLeave:
         case QEvent::Hide:
@@ -86,7 +106,7 @@ bool Control::event(QEvent* event) {
 void Control::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (isEnabled()) {
+    if (isEnabled() && isAvailable_) {
         paintInDesignPoints(painter, *this);
         paint(painter);
         return;
@@ -105,7 +125,7 @@ void Control::paintEvent(QPaintEvent*) {
 }
 
 void Control::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !hitTest(event->pos())) {
+    if (event->button() != Qt::LeftButton || !isAvailable_ || !hitTest(event->pos())) {
         event->ignore();
         return;
     }
@@ -161,18 +181,23 @@ void Control::focusOutEvent(QFocusEvent* event) {
     const bool returns = event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
     if (!returns) {
         showsFocus_ = false;
+        setEnabled(isAvailable_);
     }
 }
 
 void Control::changeEvent(QEvent* event) {
     if (event->type() == QEvent::EnabledChange) {
         if (!isEnabled()) {
-            hover_.reset(0);
-            press_.reset(0);
+            endHoverAndPress();
         }
         update();
     }
     View::changeEvent(event);
+}
+
+void Control::endHoverAndPress() {
+    hover_.reset(0);
+    press_.reset(0);
 }
 
 void Control::cancelPress() {

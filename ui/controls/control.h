@@ -44,6 +44,11 @@ public:
     void setOn(bool isOn);
     bool isOn() const { return on_.value_or(false); }
 
+    /// Enables or disables the control. While it has the focus, it keeps it and is only inert: Qt would pass the
+    /// focus to a neighbour, which a further Space would activate.
+    void setAvailable(bool isAvailable);
+    bool isAvailable() const { return isAvailable_; }
+
     bool showsFocus() const { return showsFocus_; }
 
     /// The rectangle that the focus ring surrounds, in the control's coordinates, and its corner radius.
@@ -96,6 +101,7 @@ protected:
 
 private:
     void setShowsFocus(bool shows);
+    void endHoverAndPress();
 
     std::function<void()> onClick_;
     QAccessible::Role role_ = QAccessible::Button;
@@ -103,6 +109,7 @@ private:
     Transition hover_;
     Transition press_;
     bool showsFocus_ = false;
+    bool isAvailable_ = true;
 };
 
 /// Opacity of a disabled control.

@@ -1,5 +1,6 @@
 #include "ui/controls/view_accessible.h"
 
+#include "ui/controls/control.h"
 #include "ui/controls/view.h"
 
 #include <QAccessibleWidget>
@@ -118,6 +119,8 @@ public:
 
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
+        const auto* control = qobject_cast<const Control*>(&view_);
+        state.disabled = state.disabled || (control != nullptr && !control->isAvailable());
         describe(state, view_.accessibleInfo());
         return state;
     }

@@ -1,9 +1,12 @@
 #include "ui/menus/menu_button.h"
 
+#include <QAction>
 #include <QCoreApplication>
 #include <QCursor>
 #include <QHoverEvent>
 #include <QKeyEvent>
+
+#include <algorithm>
 
 namespace kestro {
 
@@ -24,7 +27,9 @@ void MenuButton::activated() {
     connect(menu, &QMenu::aboutToHide, this, [this] { leaveUnlessUnderPointer(); });
     menu->openAt(mapToGlobal(QPoint(0, height() + menuGap)));
     if (showsFocus()) {
-        menu->setActiveAction(menu->actions().value(0));
+        const QList<QAction*> entries = menu->actions();
+        const auto current = std::ranges::find_if(entries, &QAction::isChecked);
+        menu->setActiveAction(current != entries.end() ? *current : entries.value(0));
     }
 }
 
@@ -39,6 +44,7 @@ void MenuButton::leaveUnlessUnderPointer() {
 
 void MenuButton::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Down) {
+        showFocus();
         click();
         return;
     }

@@ -113,6 +113,9 @@ QWidget* CoolingTab::profileButtons() {
         option->onClick([this, profile] { chooseProfile(profile); });
         layout->addWidget(option, 1);
         buttons.push_back(option);
+        if (profile == FanProfile::custom) {
+            custom_ = option;
+        }
     }
     auto* options = new ExclusiveGroup({buttons.begin(), buttons.end()}, widget);
     const auto& profile = manager.currentProfile;
@@ -125,22 +128,25 @@ QWidget* CoolingTab::profileNote() {
     TextLabel* note = nullptr;
     TextStyle style = text_styles::settingDescription;
     style.size = 11;
-    auto* engage = new Button(ButtonKind::regular);
-    engage->setText(QStringLiteral("Engage Custom Curves"));
-    engage->onClick([this] { chooseProfile(FanProfile::custom); });
+    engage_ = new Button(ButtonKind::regular);
+    engage_->setText(QStringLiteral("Engage Custom Curves"));
+    engage_->onClick([this] { chooseProfile(FanProfile::custom); });
     QWidget* content = row(Insets{12, 0, 6, 0}, Spacing(10), symbol("info.circle", 12, KestroTheme::accentCool),
-                           text(QString()).style(style).into(note), spacer(), engage)
+                           text(QString()).style(style).into(note), spacer(), engage_)
                            .release();
     content->setFixedHeight(38);
     note_ = new Card(content, this);  // a widget without a parent would show as a window
     follow(
-        [this, note, engage, &manager] {
+        [this, note, &manager] {
             const FanProfile profile = manager.currentProfile.get();
             const bool isCustom = profile == FanProfile::custom;
             note->setText(QStringLiteral("Active Profile: ") + QString(Words(rawValue(profile))) +
                           (isCustom ? QStringLiteral(". The curves below apply.")
                                     : QStringLiteral(". Modifying curves below engages Custom Curves mode.")));
-            engage->setVisible(!isCustom);
+            if (isCustom) {
+                moveFocusFromNote();
+            }
+            engage_->setVisible(!isCustom);
             // An edit of a curve engages them too. Without the note everything would move under the pointer.
             note_->setHidden(isCustom && !note_->isVisible());
         },
@@ -153,7 +159,17 @@ void CoolingTab::hideEvent(QHideEvent* event) {
     note_->setHidden(services().fanManager.currentProfile.get() == FanProfile::custom);
 }
 
+void CoolingTab::moveFocusFromNote() {
+    if (window()->focusWidget() == engage_) {
+        // Qt would choose the switch that unlinks the fans.
+        custom_->setFocus(engage_->showsFocus() ? Qt::TabFocusReason : Qt::OtherFocusReason);
+    }
+}
+
 void CoolingTab::chooseProfile(FanProfile profile) {
+    if (profile == FanProfile::custom) {
+        moveFocusFromNote();
+    }
     note_->setHidden(profile == FanProfile::custom);
     services().fanManager.setProfile(profile);
 }

@@ -7,6 +7,7 @@
 
 namespace kestro {
 
+class Button;
 class TextLabel;
 
 /// The fans, the cooling profile, and the studio that edits the fan curves.
@@ -34,6 +35,9 @@ private:
     QWidget* profileButtons();
     QWidget* profileNote();
 
+    /// Moves the focus from the note's button, which is about to be hidden, to the chosen profile.
+    void moveFocusFromNote();
+
     /// Changes the profile from the top of the tab, where the note may go at once.
     void chooseProfile(FanProfile profile);
 
@@ -42,6 +46,8 @@ private:
     QWidget* fanList_ = nullptr;
     std::vector<FanRow> fanRows_;
     QWidget* note_ = nullptr;
+    Button* engage_ = nullptr;
+    Button* custom_ = nullptr;
 };
 
 }  // namespace kestro

@@ -69,8 +69,8 @@ void ModuleRow::setPlace(std::optional<std::size_t> place, std::size_t count) {
     setOn(place.has_value());
     setTitleStyle(moduleTitle(place.has_value()));
     place_->setText(place ? QString::number(*place + 1) : QString());
-    up_->setEnabled(place && *place > 0);
-    down_->setEnabled(place && *place + 1 < count);
+    up_->setAvailable(place && *place > 0);
+    down_->setAvailable(place && *place + 1 < count);
     if (isNews) {
         announceName();
     }
@@ -202,10 +202,7 @@ void ModuleRow::keyPressEvent(QKeyEvent* event) {
     }
     const bool isUp = event->key() == Qt::Key_Up;
     if (event->modifiers().testFlag(Qt::AltModifier) && (isUp || event->key() == Qt::Key_Down)) {
-        Button& chip = isUp ? *up_ : *down_;
-        if (chip.isEnabled()) {
-            chip.click();
-        }
+        (isUp ? up_ : down_)->click();
         return;
     }
     SettingRow::keyPressEvent(event);

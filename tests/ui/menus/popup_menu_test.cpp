@@ -187,6 +187,21 @@ TEST_F(MenuButtonTest, SelectsTheFirstEntryWhenOpenedByKeyboard) {
     menu()->close();
 }
 
+TEST_F(MenuButtonTest, SelectsTheCurrentEntryWhenOpenedByKeyboard) {
+    MenuButton choice(ButtonKind::plain, [] {
+        Menu entries{entry("Silent"), entry("Cool"), entry("Turbo")};
+        entries[1].isChecked = true;
+        return entries;
+    });
+    choice.show();
+
+    press(choice, Qt::Key_Down);
+
+    const auto* const opened = choice.findChild<PopupMenu*>();
+    ASSERT_TRUE(opened);
+    EXPECT_EQ(opened->activeAction(), opened->actions()[1]);
+}
+
 TEST_F(MenuButtonTest, IsNotHoveredOnceItsMenuHasClosedElsewhere) {
     button_.move(400, 400);
     QCursor::setPos(10, 10);

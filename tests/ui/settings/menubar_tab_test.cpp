@@ -3,6 +3,8 @@
 #include "ui/settings/menubar_preview.h"
 #include "ui/settings/module_row.h"
 
+#include <QAccessible>
+
 #include <algorithm>
 #include <iterator>
 
@@ -161,6 +163,26 @@ TEST_F(MenubarTabTest, DoesNotMoveModulesBeyondTheEnds) {
     EXPECT_FALSE(module(MenubarModuleType::memory).upButton().isEnabled());
     EXPECT_TRUE(module(MenubarModuleType::memory).downButton().isEnabled());
     EXPECT_FALSE(module(MenubarModuleType::diskSpace).downButton().isEnabled());
+}
+
+TEST_F(MenubarTabTest, KeepsTheFocusOnAChipThatReachesTheEnd) {
+    setModules({MenubarModuleType::memory, MenubarModuleType::cpuUsage, MenubarModuleType::battery});
+    view_->activateWindow();
+    QApplication::processEvents();
+    Button& up = module(MenubarModuleType::cpuUsage).upButton();
+    up.setFocus(Qt::TabFocusReason);
+
+    press(up, Qt::Key_Space);
+    press(up, Qt::Key_Space);
+
+    const MenubarModules moved{MenubarModuleType::cpuUsage, MenubarModuleType::memory, MenubarModuleType::battery};
+    EXPECT_EQ(modules(), moved);
+    EXPECT_EQ(QApplication::focusWidget(), &up);
+    EXPECT_FALSE(up.isAvailable());
+    EXPECT_TRUE(QAccessible::queryAccessibleInterface(&up)->state().disabled);
+    module(MenubarModuleType::cpuUsage).setFocus(Qt::TabFocusReason);
+    EXPECT_FALSE(up.isEnabled());
+    EXPECT_EQ(QApplication::focusWidget(), &module(MenubarModuleType::cpuUsage));
 }
 
 TEST_F(MenubarTabTest, ExposesAModulesPlace) {
