@@ -38,6 +38,7 @@ constexpr double narrowestZoomed = 580;
 constexpr double lowestZoomed = 560;
 constexpr double highestZoomed = 680;
 constexpr double highestZoom = 5;
+constexpr double twoRows = 880;
 
 constexpr double listTop = 40;
 constexpr double listTopAlone = 44;
@@ -108,17 +109,26 @@ void growInto(SectionGrid& grid, double spare) {
 }  // namespace
 
 double dashboardZoom(const QSizeF& window, int visibleSections) {
-    const auto zoomFor = [&](double sectionWidth) {
-        const double width = window.width() / std::max(visibleSections * sectionWidth, narrowestZoomed);
-        const double eighths = std::floor(8 * std::min(width, window.height() / lowestZoomed));
+    const auto zoomFor = [&](double rowWidth, double height) {
+        const double eighths = std::floor(
+            8 * std::min(window.width() / std::max(rowWidth, narrowestZoomed), window.height() / height));
         return std::clamp(eighths / 8, 1.0, highestZoom);
     };
-    const double full = zoomFor(fullWidth);
-    return window.height() / full > highestZoomed ? std::max(full, zoomFor(compactWidth)) : full;
+    const double full = zoomFor(visibleSections * fullWidth, lowestZoomed);
+    if (window.height() / full <= highestZoomed) {
+        return full;
+    }
+    const double inOneRow = std::max(full, zoomFor(visibleSections * compactWidth, lowestZoomed));
+    const int columns = sectionColumns(window / inOneRow, visibleSections);
+    return columns < visibleSections ? zoomFor(columns * fullWidth, twoRows) : inOneRow;
 }
 
-SectionRowMetrics sectionRowMetrics(double width, int visibleSections) {
-    const int count = std::max(visibleSections, 1);
+int sectionColumns(const QSizeF& size, int visibleSections) {
+    return std::max(size.height() >= twoRows ? (visibleSections + 1) / 2 : visibleSections, 1);
+}
+
+SectionRowMetrics sectionRowMetrics(double width, int columns) {
+    const int count = std::max(columns, 1);
     if (width >= count * fullWidth) {
         return {18, 20, SectionTier::full};
     }
@@ -130,13 +140,19 @@ SectionRowMetrics sectionRowMetrics(double width, int visibleSections) {
 
 std::vector<QRectF> sectionFrames(const QSizeF& size, int visibleSections) {
     std::vector<QRectF> frames;
-    const SectionRowMetrics metrics = sectionRowMetrics(size.width(), visibleSections);
-    const double gaps = metrics.spacing * (visibleSections - 1);
-    const double width = (size.width() - 2 * metrics.inset - gaps) / std::max(visibleSections, 1);
-    const double top = dashboardHeaderHeight + verticalInset;
-    const double height = size.height() - top - dashboardFooterHeight - verticalInset;
-    for (int i = 0; i < visibleSections; ++i) {
-        frames.emplace_back(metrics.inset + i * (width + metrics.spacing), top, width, std::max(0.0, height));
+    const int columns = sectionColumns(size, visibleSections);
+    const SectionRowMetrics metrics = sectionRowMetrics(size.width(), columns);
+    const int rows = columns < visibleSections ? 2 : 1;
+    double top = dashboardHeaderHeight + verticalInset;
+    const double room = size.height() - top - dashboardFooterHeight - verticalInset;
+    const double height = std::max(0.0, (room - (rows - 1) * metrics.spacing) / rows);
+    for (int first = 0; first < visibleSections; first += columns) {
+        const int count = std::min(columns, visibleSections - first);
+        const double width = (size.width() - 2 * metrics.inset - (count - 1) * metrics.spacing) / count;
+        for (int i = 0; i < count; ++i) {
+            frames.emplace_back(metrics.inset + i * (width + metrics.spacing), top, width, height);
+        }
+        top += height + metrics.spacing;
     }
     return frames;
 }

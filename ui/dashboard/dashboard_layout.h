@@ -19,8 +19,12 @@ inline bool isCompact(SectionTier tier) {
 
 /// How much the whole dashboard is enlarged in a window of this size: in eighths from 1 to 5, as far as full
 /// sections remain and a height of 560 design points. Where more than 680 points in height would remain, as far as
-/// compact sections do.
+/// compact sections do; where 880 would remain even then, as far as two rows of full sections do.
 double dashboardZoom(const QSizeF& window, int visibleSections);
+
+/// How many sections are side by side in a view of `size`: all, or half of them where 880 points in height leave
+/// room for two rows of cards of the usual height. At least 1.
+int sectionColumns(const QSizeF& size, int visibleSections);
 
 /// The layout of the sections in a row of a given width. Lengths in design points, here and below.
 struct SectionRowMetrics {
@@ -31,14 +35,15 @@ struct SectionRowMetrics {
     friend bool operator==(const SectionRowMetrics&, const SectionRowMetrics&) = default;
 };
 
-/// Chosen by the width per section: full from 215, compact from 175, tight below. No section counts as one.
-SectionRowMetrics sectionRowMetrics(double width, int visibleSections);
+/// Chosen by the width per column: full from 215, compact from 175, tight below. No column counts as one.
+SectionRowMetrics sectionRowMetrics(double width, int columns);
 
 /// The heights of the header and the footer, each including its hairline.
 inline constexpr double dashboardHeaderHeight = 44;
 inline constexpr double dashboardFooterHeight = 26;
 
-/// The cards of the visible sections in a view of `size`: of equal width, top-aligned, 14 from header and footer.
+/// The cards of the visible sections in a view of `size`: of equal height, in each row of equal width, 14 from
+/// header and footer.
 std::vector<QRectF> sectionFrames(const QSizeF& size, int visibleSections);
 
 /// The grid shared by all sections, inside the padding of a card. Positions are from the grid's top.

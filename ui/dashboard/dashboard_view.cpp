@@ -160,7 +160,8 @@ void DashboardView::followZoom() {
 }
 
 SectionRowMetrics DashboardView::metrics() const {
-    return sectionRowMetrics(designRect(*this).width(), visibleDashboardSections(services_.settings));
+    const QSizeF size = designRect(*this).size();
+    return sectionRowMetrics(size.width(), sectionColumns(size, visibleDashboardSections(services_.settings)));
 }
 
 void DashboardView::place(QWidget& child, const QRectF& area) const {

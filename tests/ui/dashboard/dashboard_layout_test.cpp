@@ -142,7 +142,6 @@ TEST(DashboardZoomTest, IsOneUpToTheIdealSize) {
     EXPECT_EQ(dashboardZoom({740, 420}, 5), 1);
     EXPECT_EQ(dashboardZoom({788, 480}, 1), 1);
     EXPECT_EQ(dashboardZoom({3840, 420}, 5), 1);
-    EXPECT_EQ(dashboardZoom({740, 2160}, 5), 1);
 }
 
 TEST(DashboardZoomTest, EnlargesFullSectionsByEighths) {
@@ -163,7 +162,30 @@ TEST(DashboardZoomTest, EnlargesFewerSectionsFurther) {
 TEST(DashboardZoomTest, PrefersCompactSectionsToMuchEmptyHeight) {
     EXPECT_EQ(dashboardZoom({1600, 1200}, 5), 1.75);
     EXPECT_EQ(sectionRowMetrics(1600 / 1.75, 5).tier, SectionTier::compact);
-    EXPECT_EQ(dashboardZoom({1080, 1920}, 5), 1.125);
+}
+
+TEST(DashboardZoomTest, EnlargesTwoRowsInAHighWindow) {
+    EXPECT_EQ(dashboardZoom({1080, 1920}, 5), 1.625);
+    EXPECT_EQ(dashboardZoom({1080, 1920}, 2), 1.75);
+    EXPECT_EQ(dashboardZoom({740, 1000}, 5), 1.125);
+}
+
+TEST(SectionFramesTest, FormTwoRowsWhereTwoCardsOfTheUsualHeightFit) {
+    EXPECT_EQ(sectionColumns({1260, 879}, 5), 5);
+    EXPECT_EQ(sectionColumns({1260, 880}, 5), 3);
+    EXPECT_EQ(sectionColumns({1260, 880}, 1), 1);
+    EXPECT_EQ(sectionColumns({1260, 880}, 0), 1);
+
+    const auto frames = sectionFrames({800, 880}, 5);
+
+    ASSERT_EQ(frames.size(), 5U);
+    EXPECT_DOUBLE_EQ(frames[0].height(), 382);
+    EXPECT_DOUBLE_EQ(frames[3].top(), frames[0].bottom() + 18);
+    EXPECT_DOUBLE_EQ(frames[3].bottom(), 880 - 26 - 14);
+    EXPECT_DOUBLE_EQ(frames[2].right(), 780);
+    EXPECT_DOUBLE_EQ(frames[3].left(), 20);
+    EXPECT_DOUBLE_EQ(frames[4].right(), 780);
+    EXPECT_DOUBLE_EQ(frames[3].width(), frames[4].width());
 }
 
 TEST(DashboardZoomTest, LeavesRoomForTheSectionsAtAnySize) {
@@ -175,7 +197,9 @@ TEST(DashboardZoomTest, LeavesRoomForTheSectionsAtAnySize) {
                 ASSERT_EQ(zoom * 8, std::floor(zoom * 8));
                 ASSERT_GE(zoom, 1);
                 ASSERT_LE(zoom, 5);
-                ASSERT_TRUE(zoom == 1 || (width / zoom >= 175 * sections && height / zoom >= 560));
+                const int columns = sectionColumns(QSizeF(width, height) / zoom, sections);
+                ASSERT_TRUE(zoom == 1 || (width / zoom >= 175 * columns && height / zoom >= 560));
+                ASSERT_TRUE(columns == sections || width / zoom >= 215 * columns);
                 ASSERT_TRUE(zoom == 1 || width / zoom >= 580) << "header and footer need it";
             }
         }
