@@ -5,7 +5,8 @@
 #include <QGuiApplication>
 #include <QWindow>
 
-#include <cmath>
+#include <xcb/shape.h>
+
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -71,15 +72,34 @@ void X11Compositing::requestBlurBehind(QWindow& window, const QRegion& region) c
         xcb_delete_property(x11, id, property);
         return;
     }
-    const double scale = window.devicePixelRatio();
     std::vector<std::uint32_t> pixels;
     for (const QRect& rect : region) {
         for (const int edge : {rect.x(), rect.y(), rect.width(), rect.height()}) {
-            pixels.push_back(static_cast<std::uint32_t>(std::lround(edge * scale)));
+            pixels.push_back(static_cast<std::uint32_t>(edge));
         }
     }
     xcb_change_property(x11, XCB_PROP_MODE_REPLACE, id, property, XCB_ATOM_CARDINAL, 32,
                         static_cast<std::uint32_t>(pixels.size()), pixels.data());
+}
+
+bool X11Compositing::cutTo(QWindow& window, const QRegion& region) const {
+    xcb_connection_t* const x11 = x11_display::connection();
+    if (!x11 || !xcb_get_extension_data(x11, &xcb_shape_id)->present) {
+        return false;
+    }
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    if (region.isEmpty()) {
+        xcb_shape_mask(x11, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, id, 0, 0, XCB_PIXMAP_NONE);
+        return true;
+    }
+    std::vector<xcb_rectangle_t> bands;
+    for (const QRect& rect : region) {
+        bands.push_back({static_cast<std::int16_t>(rect.x()), static_cast<std::int16_t>(rect.y()),
+                         static_cast<std::uint16_t>(rect.width()), static_cast<std::uint16_t>(rect.height())});
+    }
+    xcb_shape_rectangles(x11, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED, id, 0, 0,
+                         static_cast<std::uint32_t>(bands.size()), bands.data());
+    return true;
 }
 
 }  // namespace kestro

@@ -1,8 +1,11 @@
 #include "tests/desktop/shell_fixture.h"
 
+#include <QColor>
 #include <QStringList>
 
 #include <algorithm>
+#include <cmath>
+#include <vector>
 
 namespace kestro {
 namespace {
@@ -37,6 +40,49 @@ struct ScreensOnTheDesktop : ShellFixture {
                                                        QString::number(place.x()), QString::number(place.y())});
             return frame(title)->topLeft() == place;
         });
+    }
+
+    /// Expects that the screen behind the popover shows in its corner as in that of a circle's square, row by row.
+    void expectRoundCorners(double scale) {
+        constexpr double radius = 10;
+        session.output(QStringLiteral("xsetroot"), {QStringLiteral("-solid"), QColor(Qt::magenta).name()});
+        launch({QStringLiteral("QT_SCALE_FACTOR=%1").arg(scale)});
+        command("popover");
+        ASSERT_TRUE(appears(popover));
+        const std::vector<int> expected = outsideOfCircle(radius * scale);
+        std::vector<int> found;
+        // Until it has risen into place.
+        EXPECT_TRUE(waitUntil([&] {
+            const QImage picture = session.screenshot(QStringLiteral("screens-corner-%1").arg(scale));
+            found = magentaAtLeft(picture.copy(*frame(popover)), expected.size());
+            return found == expected;
+        })) << testing::PrintToString(found)
+            << ", not " << testing::PrintToString(expected);
+    }
+
+    /// The number of pixels at the left of each row whose centres are outside of a circle in the corner.
+    static std::vector<int> outsideOfCircle(double radius) {
+        std::vector<int> rows;
+        for (double y = radius - 0.5; y > 0; --y) {
+            int outside = 0;
+            while (std::hypot(radius - outside - 0.5, y) > radius) {
+                ++outside;
+            }
+            rows.push_back(outside);
+        }
+        return rows;
+    }
+
+    static std::vector<int> magentaAtLeft(const QImage& picture, std::size_t rows) {
+        std::vector<int> found;
+        for (int y = 0; y < std::min(static_cast<int>(rows), picture.height()); ++y) {
+            int x = 0;
+            while (x < picture.width() && picture.pixelColor(x, y) == QColor(Qt::magenta)) {
+                ++x;
+            }
+            found.push_back(x);
+        }
+        return found;
     }
 
     bool isWhole(const QString& title, const QRect& strip) {
@@ -149,6 +195,14 @@ TEST_F(OnALargeScreen, EveryWindowIsWhollyVisibleAtOneAndAHalf) {
 
 TEST_F(OnALargeScreen, EveryWindowIsWhollyVisibleAtTwo) {
     expectWholeWindows(2);
+}
+
+TEST_F(OnALargeScreen, CornersAreRoundInDevicePixelsAtOneAndAHalf) {
+    expectRoundCorners(1.5);
+}
+
+TEST_F(OnALargeScreen, CornersAreRoundInDevicePixelsAtTwo) {
+    expectRoundCorners(2);
 }
 
 TEST_F(OnTwoScreens, WindowsReturnWhenTheirScreenIsUnplugged) {

@@ -123,6 +123,9 @@ void GlassSurface::paintEvent(QPaintEvent* event) {
     effect_.updateNSView(*glass_);
     const Backdrop wanted = wantedBackdrop();
     if (!rendered_ || !(*rendered_ == wanted)) {
+        if (rendered_ && rendered_->scale != wanted.scale) {
+            shapeToWindow();
+        }
         image_ = renderBackdrop(wanted);
         rendered_ = std::make_unique<Backdrop>(wanted);
         ++renderCount_;
@@ -184,7 +187,7 @@ void GlassSurface::shapeToWindow() {
     QWindow* const handle = window()->windowHandle();
     if (isBlurWanted_ && handle != nullptr) {
         window_compositing::requestBlurBehind(*handle,
-                                              isComposited_ ? roundedRegion(window()->rect(), radius) : QRegion());
+                                              isComposited_ ? roundedPixels(*window(), radius) : QRegion());
     }
 }
 

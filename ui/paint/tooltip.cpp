@@ -176,6 +176,7 @@ void Tooltip::settle() {
         screen = owner_->screen();
     }
     setGeometry(placed(sizeHint(), pointer_, screen->geometry()));
+    create();  // only a window that exists can be shaped in device pixels
     shapeWindow(*this, cornerRadius, window_compositing::isAvailable());
     update();
 }

@@ -31,6 +31,10 @@ void requestBlurBehind(QWindow& window, const QRegion& region) {
     }
 }
 
+bool cutTo(QWindow& window, const QRegion& region) {
+    return installed != nullptr && installed->cutTo(window, region);
+}
+
 void setOverride(std::optional<bool> available) {
     overridden = available;
 }

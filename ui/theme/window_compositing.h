@@ -22,9 +22,13 @@ public:
     /// Whether these answers can change while the application runs.
     virtual bool canChange() const = 0;
 
-    /// Requests a blur of what is behind `region` of the window, in points; an empty region withdraws the request.
-    /// Does nothing where that is not possible.
+    /// Requests a blur of what is behind `region` of the window, in device pixels; an empty region withdraws the
+    /// request. Does nothing where that is not possible.
     virtual void requestBlurBehind(QWindow& window, const QRegion& region) const = 0;
+
+    /// Cuts a window to `region`, in device pixels, which Qt does only in points; an empty region makes it a
+    /// rectangle again. False: not possible.
+    virtual bool cutTo(QWindow& window, const QRegion& region) const = 0;
 };
 
 /// The answers of the window system that is in use. Main thread.
@@ -38,6 +42,7 @@ bool isAvailable();
 bool canBlurBehind();
 bool canChange();
 void requestBlurBehind(QWindow& window, const QRegion& region);
+bool cutTo(QWindow& window, const QRegion& region);
 
 /// Fixes the answer of isAvailable() for pictures and tests; nullopt removes the override.
 void setOverride(std::optional<bool> available);

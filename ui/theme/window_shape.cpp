@@ -1,6 +1,9 @@
 #include "ui/theme/window_shape.h"
 
+#include "ui/theme/window_compositing.h"
+
 #include <QWidget>
+#include <QWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -41,7 +44,17 @@ QRegion roundedRegion(const QRect& rect, double radius) {
     return region;
 }
 
+QRegion roundedPixels(const QWidget& window, double radius) {
+    const double scale = window.devicePixelRatioF();
+    return roundedRegion(QRect(QPoint(), (QSizeF(window.size()) * scale).toSize()), radius * scale);
+}
+
 void shapeWindow(QWidget& window, double radius, bool blended) {
+    QWindow* const handle = window.windowHandle();
+    if (handle != nullptr &&
+        window_compositing::cutTo(*handle, blended ? QRegion() : roundedPixels(window, radius))) {
+        return;
+    }
     if (blended) {
         window.clearMask();
     } else {

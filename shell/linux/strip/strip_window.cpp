@@ -71,7 +71,9 @@ void StripWindow::layOut() {
 
     const QSize size = strip_layout::stripSize(widths);
     setGeometry(QRect(strip_layout::stripPosition(size, available_), size));
-    shapeWindow(*this, strip_layout::cornerRadius, isComposited_);
+    if (isVisible()) {
+        shapeWindow(*this, strip_layout::cornerRadius, isComposited_);
+    }
     update();
     show();
 }
