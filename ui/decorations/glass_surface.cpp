@@ -137,6 +137,10 @@ void GlassSurface::paintEvent(QPaintEvent* event) {
     for (const QRect& rect : event->region()) {
         const QRectF source(QPointF(rect.topLeft()) * image_.devicePixelRatio(),
                             QSizeF(rect.size()) * image_.devicePixelRatio());
+        // Inside a single rectangle Qt copies the pixels; inside a region it composes them, in several threads.
+        if (devicePixelRatio() == devicePixelRatioF()) {
+            painter.setClipRect(rect);
+        }
         painter.drawImage(QRectF(rect), image_, source);
     }
 }

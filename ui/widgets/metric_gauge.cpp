@@ -3,13 +3,13 @@
 #include "core/base/text.h"
 #include "ui/format/figure_text.h"
 #include "ui/format/unmeasured.h"
+#include "ui/paint/arc.h"
 #include "ui/paint/text_painter.h"
 #include "ui/paint/zoom.h"
 #include "ui/widgets/visible_change.h"
 
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPen>
 
 #include <algorithm>
 #include <cmath>
@@ -23,7 +23,6 @@ constexpr double arcStart = 0.15;
 constexpr double arcSpan = 0.7;
 constexpr double quarterTurn = 90;
 constexpr double trackOpacity = 0.14;
-constexpr double miterLimit = 10;
 constexpr double unitGap = 2;
 constexpr double smallestScale = 0.8;
 
@@ -36,17 +35,6 @@ TextStyle valueStyle(bool isCompact, double scale) {
 
 TextStyle unitStyle(bool isCompact, double scale) {
     return {gaugeMetrics(isCompact).unitSize * scale, 20, QFont::Medium, 0, KestroTheme::textSecondary};
-}
-
-void strokeArc(QPainter& painter, const QRectF& ring, double from, double to, const QColor& color, double width) {
-    constexpr double sixteenths = 16;
-    QPen pen(color, width, Qt::SolidLine, Qt::RoundCap);
-    pen.setMiterLimit(miterLimit);
-    painter.setPen(pen);
-    const double start = gaugeAngle(from);
-    const double span = gaugeAngle(to) - start;
-    // Qt measures angles anticlockwise.
-    painter.drawArc(ring, qRound(-start * sixteenths), qRound(-span * sixteenths));
 }
 
 }  // namespace
@@ -178,12 +166,12 @@ double MetricGauge::arcEnd(const GaugeContent& content) const {
 
 void MetricGauge::paintRing(QPainter& painter) const {
     const double lineWidth = gaugeMetrics(isCompact_).lineWidth;
-    const double inset = lineWidth / 2;
-    const QRectF ring = frame().adjusted(inset, inset, -inset, -inset);
-    strokeArc(painter, ring, arcStart, arcStart + arcSpan, Ink::white(trackOpacity).color(), lineWidth);
-    const double end = arcEnd(content_);
-    if (end > arcStart) {
-        strokeArc(painter, ring, arcStart, end, content_.tintColor.color(), lineWidth);
+    Arc arc{frame().center(), (frame().width() - lineWidth) / 2, lineWidth, gaugeAngle(arcStart),
+            gaugeAngle(arcStart + arcSpan)};
+    paintArc(painter, arc, Ink::white(trackOpacity).color());
+    if (const double end = arcEnd(content_); end > arcStart) {
+        arc.to = gaugeAngle(end);
+        paintArc(painter, arc, content_.tintColor.color());
     }
 }
 
