@@ -18,6 +18,7 @@
 #include "platform/desktop/qt_run_loop.h"
 #include "platform/desktop/session_command_runner.h"
 #include "platform/desktop/unix_signal_notifier.h"
+#include "platform/desktop/wayland_lock.h"
 #include "platform/linux/battery/linux_power_events.h"
 #include "platform/linux/battery/linux_power_sources.h"
 #include "platform/linux/kernel/linux_file_events.h"
@@ -106,7 +107,9 @@ struct LinuxDesktop {
         sessionLink,
         systemLink,
         {.suspendScreenSaver = [this](bool suspended) { return screenSaver.suspend(suspended); },
-         .isSandboxed = BusLockServices::runsSandboxed()}};
+         .session = {.isSandboxed = BusLockServices::runsSandboxed(),
+                     .isWayland = BusLockServices::runsOnWayland()},
+         .waylandSocket = WaylandLock::socketOfSession()}};
     DesktopPowerAssertions powerAssertions{lockServices, qEnvironmentVariable("XDG_CURRENT_DESKTOP")};
     JsonUserDefaults userDefaults{runLoop, JsonUserDefaults::defaultPath()};
     LinuxFileEvents fileEvents{runLoop};

@@ -1,5 +1,7 @@
 #include "platform/desktop/bus_lock_services.h"
 
+#include "platform/desktop/wayland_lock.h"
+
 #include <QFile>
 
 #include <utility>
@@ -61,7 +63,17 @@ bool BusLockServices::runsSandboxed() {
     return QFile::exists(QStringLiteral("/.flatpak-info")) || qEnvironmentVariableIsSet("SNAP");
 }
 
+bool BusLockServices::runsOnWayland() {
+    // A compositor that was started from a terminal keeps the terminal's type.
+    const QString type = qEnvironmentVariable("XDG_SESSION_TYPE");
+    return type == QLatin1String("wayland") ||
+           (type != QLatin1String("x11") && !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"));
+}
+
 QString BusLockServices::owner(LockMechanism mechanism) const {
+    if (mechanism == LockMechanism::waylandIdleInhibitor) {
+        return options_.waylandSocket;
+    }
     if (mechanism == LockMechanism::x11ScreenSaver) {
         return options_.suspendScreenSaver ? QStringLiteral("X11") : QString();
     }
@@ -72,6 +84,10 @@ std::unique_ptr<ServiceLock> BusLockServices::ask(LockMechanism mechanism, const
                                                   std::function<void()> onChange) {
     if (mechanism == LockMechanism::x11ScreenSaver) {
         return std::make_unique<ScreenSaverLock>(options_.suspendScreenSaver);
+    }
+    if (mechanism == LockMechanism::waylandIdleInhibitor) {
+        return std::make_unique<WaylandLock>(options_.waylandSocket, options_.timing.patience,
+                                             std::move(onChange));
     }
     return std::make_unique<BusLock>(isOnSystemBus(mechanism) ? systemOwners_ : sessionOwners_, mechanism, wish,
                                      options_.timing, std::move(onChange));

@@ -12,8 +12,9 @@
 
 namespace kestro {
 
-/// The mechanisms of the real session: services on the two buses, and the X server's timers. Only services already
-/// on the bus are asked: none is started. Survives the loss of a bus. Main thread.
+/// The mechanisms of the real session: services on the two buses, and the X server's timers or the Wayland
+/// compositor. Only services already on the bus are asked: none is started. Survives the loss of a bus. Main
+/// thread.
 class BusLockServices final : public QObject, public LockServices {
     Q_OBJECT
 
@@ -22,7 +23,9 @@ public:
         /// Suspends the X server's screen saver and its power timers, or resumes them; calls nest. Returns false
         /// where there is no X server. Empty: the same.
         std::function<bool(bool suspend)> suspendScreenSaver = {};
-        bool isSandboxed = false;
+        LockSession session = {};
+        /// The socket of the Wayland compositor; empty: there is none.
+        QString waylandSocket = {};
         BusLock::Timing timing = {};
     };
 
@@ -31,9 +34,12 @@ public:
     /// Whether this process runs inside a sandbox such as Flatpak's or Snap's.
     static bool runsSandboxed();
 
+    /// Whether the session is a compositor's, even where the toolkit uses an X server inside it.
+    static bool runsOnWayland();
+
     bool isKnown() const override { return sessionOwners_.isKnown() && systemOwners_.isKnown(); }
     QString owner(LockMechanism mechanism) const override;
-    bool isSandboxed() const override { return options_.isSandboxed; }
+    LockSession session() const override { return options_.session; }
     [[nodiscard]] std::unique_ptr<ServiceLock> ask(LockMechanism mechanism, const LockWish& wish,
                                                    std::function<void()> onChange) override;
     void poll() override;

@@ -49,11 +49,28 @@ constexpr std::array<MechanismRow, lockMechanismCount> rows{{
     {logindSleep, "logind", "org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager",
      "Inhibit", nullptr, "ListInhibitors", 0, 0},
     {x11ScreenSaver, "X11", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0},
+    {waylandIdleInhibitor, "Wayland compositor", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0},
 }};
 
-/// Desktops whose session manager has GNOME's interface.
-constexpr std::array<std::pair<const char*, const char*>, 4> relatives{
-    {{"MATE", "MATE"}, {"X-Cinnamon", "Cinnamon"}, {"Budgie", "Budgie"}, {"Pantheon", "Pantheon"}}};
+struct NamedDesktop {
+    LockMechanism mechanism;
+    const char* word;  // in XDG_CURRENT_DESKTOP
+    const char* holder;
+};
+
+/// Desktops whose session manager has GNOME's interface, and compositors.
+constexpr std::array<NamedDesktop, 10> namedDesktops{{
+    {gnomeSessionManager, "MATE", "MATE"},
+    {gnomeSessionManager, "X-Cinnamon", "Cinnamon"},
+    {gnomeSessionManager, "Budgie", "Budgie"},
+    {gnomeSessionManager, "Pantheon", "Pantheon"},
+    {waylandIdleInhibitor, "sway", "Sway"},
+    {waylandIdleInhibitor, "Hyprland", "Hyprland"},
+    {waylandIdleInhibitor, "river", "River"},
+    {waylandIdleInhibitor, "Wayfire", "Wayfire"},
+    {waylandIdleInhibitor, "labwc", "Labwc"},
+    {waylandIdleInhibitor, "niri", "Niri"},
+}};
 
 constexpr auto applicationName = "Kestro";
 
@@ -129,7 +146,7 @@ std::vector<LockMechanism> allLockMechanisms() {
     return all;
 }
 
-std::vector<LockMechanism> plannedMechanisms(const LockWish& wish, bool isSandboxed,
+std::vector<LockMechanism> plannedMechanisms(const LockWish& wish, const LockSession& session,
                                              const std::function<bool(LockMechanism)>& isUsable) {
     std::vector<LockMechanism> plan;
     const auto add = [&](LockMechanism mechanism) {
@@ -139,13 +156,14 @@ std::vector<LockMechanism> plannedMechanisms(const LockWish& wish, bool isSandbo
         }
         return isAdded;
     };
-    if (isSandboxed) {
+    bool isWholeDesktop = false;
+    if (session.isSandboxed) {
         add(portalSuspend);
         if (wish.displayAndSystem) {
             add(portalIdle);
         }
     } else {
-        const bool isWholeDesktop = add(gnomeSessionManager) || add(kdePolicyAgent);
+        isWholeDesktop = add(gnomeSessionManager) || add(kdePolicyAgent);
         const bool hasPowerDaemon = isWholeDesktop || add(freedesktopPowerManagement);
         if (wish.displayAndSystem && !isWholeDesktop) {
             add(screenSaver);
@@ -157,21 +175,27 @@ std::vector<LockMechanism> plannedMechanisms(const LockWish& wish, bool isSandbo
             add(logindSleep);
         }
     }
-    if (wish.displayAndSystem) {
+    if (wish.displayAndSystem && !session.isWayland) {
         add(x11ScreenSaver);
+    }
+    if (wish.displayAndSystem && session.isWayland && !isWholeDesktop) {
+        add(waylandIdleInhibitor);
     }
     return plan;
 }
 
+bool fulfils(const std::vector<LockMechanism>& held, const LockWish& wish, const LockSession& session) {
+    const bool isLogindEnough = !wish.displayAndSystem || !session.isWayland;
+    return std::ranges::any_of(
+        held, [isLogindEnough](LockMechanism mechanism) { return isLogindEnough || !isLogind(mechanism); });
+}
+
 std::string holderName(LockMechanism mechanism, const QString& desktop) {
-    if (mechanism == gnomeSessionManager) {
-        for (const auto& [word, name] : relatives) {
-            if (desktop.split(QLatin1Char(':')).contains(QLatin1String(word))) {
-                return name;
-            }
-        }
-    }
-    return rowOf(mechanism).holder;
+    const auto words = desktop.split(QLatin1Char(':'));
+    const auto* const found = std::ranges::find_if(namedDesktops, [mechanism, &words](const NamedDesktop& named) {
+        return named.mechanism == mechanism && words.contains(QLatin1String(named.word));
+    });
+    return found != namedDesktops.end() ? found->holder : rowOf(mechanism).holder;
 }
 
 bool isPortal(LockMechanism mechanism) {
@@ -208,6 +232,7 @@ QDBusMessage lockCall(LockMechanism mechanism, const QString& service, const Loc
         case logindSleep:
             return message << logindWhat(mechanism) << application << wish.reason << QStringLiteral("block");
         case x11ScreenSaver:
+        case waylandIdleInhibitor:
             break;
     }
     return message;

@@ -42,7 +42,7 @@ public:
     /// The process that offers a mechanism now; empty: there is none.
     virtual QString owner(LockMechanism mechanism) const = 0;
 
-    virtual bool isSandboxed() const = 0;
+    virtual LockSession session() const = 0;
 
     /// Asks the owner of a mechanism for a lock. `onChange` is called whenever the state changes, but neither
     /// inside this function nor inside `poll`; it may destroy the lock.

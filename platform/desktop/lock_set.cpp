@@ -27,7 +27,7 @@ LockSet::LockSet(LockServices& services, LockWish wish, std::function<void()> on
 }
 
 LockSet::State LockSet::state() const {
-    if (isAny(LockState::held)) {
+    if (isFulfilled()) {
         return State::held;
     }
     if (wasHeld_) {
@@ -82,7 +82,7 @@ void LockSet::update() {
                   [this](const Entry& entry) { return entry.owner != services_.owner(entry.mechanism); });
     while (addMissing()) {
     }
-    wasHeld_ = wasHeld_ || isAny(LockState::held);
+    wasHeld_ = wasHeld_ || isFulfilled();
     planRetry();
     if (isAny(LockState::asking)) {
         return;
@@ -122,7 +122,7 @@ const LockSet::Entry* LockSet::entryOf(LockMechanism mechanism) const {
 }
 
 std::vector<LockMechanism> LockSet::plan() const {
-    return plannedMechanisms(wish_, services_.isSandboxed(), [this](LockMechanism mechanism) {
+    return plannedMechanisms(wish_, services_.session(), [this](LockMechanism mechanism) {
         const Entry* const entry = entryOf(mechanism);
         return !services_.owner(mechanism).isEmpty() &&
                (entry == nullptr || entry->lock->state() != LockState::refused);
@@ -131,6 +131,10 @@ std::vector<LockMechanism> LockSet::plan() const {
 
 bool LockSet::isAny(LockState state) const {
     return std::ranges::any_of(entries_, [state](const Entry& entry) { return entry.lock->state() == state; });
+}
+
+bool LockSet::isFulfilled() const {
+    return fulfils(holders(), wish_, services_.session());
 }
 
 }  // namespace kestro

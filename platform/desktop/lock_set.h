@@ -18,10 +18,10 @@ namespace kestro {
 class LockSet {
 public:
     enum class State {
-        asking,   ///< no lock has been granted yet
-        held,     ///< at least one lock is known to hold
+        asking,   ///< the wish is not fulfilled yet
+        held,     ///< at least one lock that fulfils the wish is known to hold
         lost,     ///< held before; waits for a service to return
-        refused,  ///< every service has refused, or there is none
+        refused,  ///< every service that could fulfil it has refused, or there is none
     };
 
     /// `onChange` is called whenever the state or the holders may have changed, but not inside this constructor or
@@ -59,6 +59,7 @@ private:
     const Entry* entryOf(LockMechanism mechanism) const;
     std::vector<LockMechanism> plan() const;
     bool isAny(LockState state) const;
+    bool isFulfilled() const;
 
     LockServices& services_;
     const LockWish wish_;

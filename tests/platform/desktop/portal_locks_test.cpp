@@ -21,7 +21,7 @@ TEST_F(DesktopPowerAssertionsTest, ThePortalIsNotAskedOutsideASandbox) {
 class InASandbox : public DesktopPowerAssertionsTest {
 protected:
     InASandbox() {
-        options.isSandboxed = true;
+        options.session.isSandboxed = true;
         bound = 20ms;
     }
 

@@ -17,7 +17,7 @@ public:
     enum class Reply { grant, refuse, late };
 
     bool isKnown() const override { return true; }
-    bool isSandboxed() const override { return false; }
+    LockSession session() const override { return kind; }
 
     QString owner(LockMechanism mechanism) const override {
         const auto found = owners_.find(mechanism);
@@ -98,6 +98,7 @@ public:
     }
 
     Reply reply = Reply::grant;
+    LockSession kind;
 
 private:
     struct Request {
