@@ -1,6 +1,7 @@
 #include "tests/desktop/desktop_session.h"
 
 #include "tests/desktop/panel_settings.h"
+#include "tests/desktop/sway.h"
 #include "tests/support/bus_configuration.h"
 #include "tests/support/places.h"
 
@@ -90,10 +91,10 @@ DesktopSession::DesktopSession(DesktopPanel panel, QSize screen)
     environment_.insert(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("keyfile"));
     environment_.insert(QStringLiteral("NO_AT_BRIDGE"), QStringLiteral("1"));
     environment_.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    if (!startDisplay(screen) || !startBuses()) {
-        return;
-    }
-    if (!startWindowManager()) {
+    const bool isWayland = panel_ == DesktopPanel::waybar || panel_ == DesktopPanel::waybarBesideX11;
+    const bool isShown = isWayland ? startCompositor(screen) && startBuses()
+                                   : startDisplay(screen) && startBuses() && startWindowManager();
+    if (!isShown) {
         return;
     }
     if (panel_ != DesktopPanel::none) {

@@ -23,8 +23,11 @@
 
 namespace kestro {
 
-/// The panels that the tests can start.
-enum class DesktopPanel { none, mate, xfce, lxqt };
+class Sway;
+
+/// The panels that the tests can start; waybar on a Wayland compositor, the others on X11. Beside X11: programs
+/// can choose between the two.
+enum class DesktopPanel { none, mate, xfce, lxqt, waybar, waybarBesideX11 };
 
 /// Which executable a test starts: the one with its command file in the session's runtime directory, or the
 /// shipped one, whose command file is shared by all processes of this machine.
@@ -135,6 +138,7 @@ public:
 
 private:
     bool startDisplay(QSize screen);
+    bool startCompositor(QSize screen);
     bool startBuses();
     bool startWindowManager();
     QProcess& startBus(const QString& addressVariable, const QString& socket, const QString& services = {});
@@ -145,6 +149,7 @@ private:
     // A bus needs a short path without spaces, which the runner of the tests provides.
     QTemporaryDir folder_{QDir::tempPath() + QStringLiteral("/desktop-XXXXXX")};
     QProcessEnvironment environment_;
+    std::unique_ptr<Sway> sway_;  // only for its panels
     DesktopPanel panel_;
     QString failure_;
     QString connectionName_;

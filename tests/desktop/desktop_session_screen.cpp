@@ -1,4 +1,5 @@
 #include "tests/desktop/desktop_session.h"
+#include "tests/desktop/sway.h"
 #include "tests/support/places.h"
 
 #include <QDir>
@@ -9,10 +10,33 @@
 
 namespace kestro {
 
+bool DesktopSession::startCompositor(QSize screen) {
+    failure_ = Sway::missing();
+    if (!failure_.isEmpty()) {
+        return false;
+    }
+    sway_ = std::make_unique<Sway>(screen, environment_);
+    failure_ = sway_->failure();
+    if (!failure_.isEmpty()) {
+        return false;
+    }
+    environment_.insert(sway_->clientVariables());
+    if (panel_ == DesktopPanel::waybarBesideX11) {
+        const QString display = sway_->display();
+        environment_.insert(QStringLiteral("DISPLAY"), display);
+        failure_ = display.isEmpty() ? QStringLiteral("sway offers no X server") : QString();
+    }
+    return failure_.isEmpty();
+}
+
 QImage DesktopSession::screenshot(const QString& name) const {
     const QString file = path(QStringLiteral("screenshot.png"));
     QFile::remove(file);
-    output(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), file});
+    if (sway_) {
+        output(QStringLiteral("grim"), {file});
+    } else {
+        output(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), file});
+    }
     const QImage picture(file);
     if (picture.isNull()) {
         throw std::runtime_error("no picture of the screen: " + name.toStdString());
@@ -40,6 +64,14 @@ void DesktopSession::key(const QString& name) const {
 
 std::vector<DesktopWindow> DesktopSession::windows() const {
     std::vector<DesktopWindow> found;
+    if (sway_) {
+        for (const Sway::Window& window : sway_->windows()) {
+            if (kestro_ != nullptr && window.pid == kestro_->processId()) {
+                found.push_back({QString(), window.title, window.frame});
+            }
+        }
+        return found;
+    }
     const QByteArray identifiers =
         output(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
                                            QStringLiteral("--class"), QStringLiteral("^kestro$")});

@@ -57,6 +57,15 @@ expandable=true
 type=statusnotifier
 )";
 
+const char* const waybarSettings = R"({
+    "layer": "top",
+    "position": "top",
+    "height": 30,
+    "modules-right": ["tray"],
+    "tray": {"icon-size": 20}
+}
+)";
+
 void write(const QString& path, const char* text) {
     QDir().mkpath(QFileInfo(path).path());
     QFile file(path);
@@ -75,6 +84,9 @@ QString panelDesktop(DesktopPanel panel) {
             return QStringLiteral("XFCE");
         case DesktopPanel::lxqt:
             return QStringLiteral("LXQt");
+        case DesktopPanel::waybar:
+        case DesktopPanel::waybarBesideX11:
+            return QStringLiteral("sway");
         case DesktopPanel::none:
             break;
     }
@@ -89,6 +101,9 @@ QStringList panelCommand(DesktopPanel panel) {
             return {QStringLiteral("xfce4-panel"), QStringLiteral("--disable-wm-check")};
         case DesktopPanel::lxqt:
             return {QStringLiteral("lxqt-panel")};
+        case DesktopPanel::waybar:
+        case DesktopPanel::waybarBesideX11:
+            return {QStringLiteral("waybar")};
         case DesktopPanel::none:
             break;
     }
@@ -105,6 +120,10 @@ void writePanelSettings(DesktopPanel panel, const QString& config) {
             break;
         case DesktopPanel::lxqt:
             write(config + QStringLiteral("/lxqt/panel.conf"), lxqtSettings);
+            break;
+        case DesktopPanel::waybar:
+        case DesktopPanel::waybarBesideX11:
+            write(config + QStringLiteral("/waybar/config"), waybarSettings);
             break;
         case DesktopPanel::none:
             break;

@@ -98,7 +98,7 @@ QProcessEnvironment Sway::clientVariables() const {
 QString Sway::display() const {
     const QString file = folder_.filePath(QStringLiteral("display"));
     // The X server lets in only the user that it runs as, until that user says otherwise.
-    message({QStringLiteral("exec xhost +local: && printf %s \"$DISPLAY\" >%1").arg(file)});
+    message({QStringLiteral("exec"), QStringLiteral("'xhost +local: && printf %s \"$DISPLAY\" >%1'").arg(file)});
     QString display;
     waitUntil([&] {
         QFile written(file);
