@@ -100,6 +100,11 @@ bool KestroDashboardWindow::backgroundPressed(QPoint position) {
     return edges != Qt::Edges() && windowHandle()->startSystemResize(edges);
 }
 
+void KestroDashboardWindow::keepSize(QSize points) {
+    // Where it is: the user may be dragging it.
+    resize(placed({pos(), points}).size());
+}
+
 bool KestroDashboardWindow::event(QEvent* event) {
     if (event->type() == QEvent::HoverMove) {
         showResizeCursor(static_cast<QHoverEvent*>(event)->position().toPoint());
@@ -129,7 +134,7 @@ void KestroDashboardWindow::changeEvent(QEvent* event) {
 void KestroDashboardWindow::resizeEvent(QResizeEvent* event) {
     SurfaceWindow::resizeEvent(event);
     // Leaving full screen is not a resize, and neither is a change before the window is first visible.
-    if (isFullScreen() || size() == settledSize_) {
+    if (isFullScreen() || isChangingScale() || size() == settledSize_) {
         return;
     }
     settledSize_ = size();

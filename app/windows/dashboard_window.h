@@ -43,6 +43,7 @@ public:
 
 protected:
     bool backgroundPressed(QPoint position) override;
+    void keepSize(QSize points) override;
     bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;

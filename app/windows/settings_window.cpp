@@ -15,6 +15,14 @@ void SettingsWindow::fitToScreen() {
     setFrame({pos(), settingsSize});
 }
 
+void SettingsWindow::keepSize(QSize) {
+    // Where it is: the user may be dragging it.
+    const QRect available = availableArea();
+    const QSize size = available.isNull() ? settingsSize : placeOnScreen({pos(), settingsSize}, available).size();
+    setFixedSize(size);
+    resize(size);
+}
+
 void SettingsWindow::setFrame(const QRect& wanted) {
     const QRect available = availableArea();
     const QRect frame = available.isNull() ? wanted : placeOnScreen(wanted, available);

@@ -13,6 +13,9 @@ public:
     /// Makes the whole window visible on its screen.
     void fitToScreen();
 
+protected:
+    void keepSize(QSize points) override;
+
 private:
     void setFrame(const QRect& wanted);
 };

@@ -62,12 +62,36 @@ void SurfaceWindow::showEvent(QShowEvent* event) {
     if (event->spontaneous()) {
         return;
     }
+    scale_ = devicePixelRatioF();
+    connect(windowHandle(), &QWindow::screenChanged, this, &SurfaceWindow::screenDidChange, Qt::UniqueConnection);
     if (content_ == nullptr && makeContent_) {
         content_ = makeContent_(this);
         content_->setGeometry(rect());
         content_->show();
     }
     visibilityDidChange();
+}
+
+void SurfaceWindow::screenDidChange(const QScreen* screen) {
+    const double scale = screen != nullptr ? screen->devicePixelRatio() : scale_;
+    const bool isScaleNew = std::exchange(scale_, scale) != scale;
+    if (!isScaleNew || keptSize_ || windowState().testAnyFlags(Qt::WindowFullScreen | Qt::WindowMaximized)) {
+        return;
+    }
+    // The toolkit still has to divide the pixels of the window by the new scale.
+    keptSize_ = size();
+    QMetaObject::invokeMethod(this, &SurfaceWindow::scaleDidChange, Qt::QueuedConnection);
+}
+
+void SurfaceWindow::scaleDidChange() {
+    const QSize kept = *std::exchange(keptSize_, std::nullopt);
+    if (QWindow* const handle = windowHandle()) {
+        // Qt has told the window system the smallest size in pixels of the old scale.
+        const QSize smallest = handle->minimumSize();
+        handle->setMinimumSize({0, 0});
+        handle->setMinimumSize(smallest);
+    }
+    keepSize(kept);
 }
 
 void SurfaceWindow::hideEvent(QHideEvent* event) {

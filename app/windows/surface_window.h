@@ -5,6 +5,7 @@
 #include "ui/controls/while_on_screen.h"
 
 #include <QPoint>
+#include <QSize>
 #include <QWidget>
 
 #include <functional>
@@ -46,6 +47,12 @@ protected:
     /// Handles a press on the window's background before it can start a drag. True: handled.
     virtual bool backgroundPressed(QPoint) { return false; }
 
+    /// Takes its size in points again on a screen of another scale, where it would keep its pixels.
+    virtual void keepSize(QSize points) { resize(points); }
+
+    /// Whether its size is an interim one, until keepSize is called.
+    bool isChangingScale() const { return keptSize_.has_value(); }
+
     /// For a window that fades out before it is hidden.
     void willHide() {
         if (withdrawalGuard_) {
@@ -64,11 +71,16 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
+    void screenDidChange(const QScreen* screen);
+    void scaleDidChange();
+
     WindowDelegate& delegate_;
     WindowSystem& system_;
     ContentFactory makeContent_;
     QWidget* content_ = nullptr;
     const std::unique_ptr<WithdrawalGuard> withdrawalGuard_;
+    double scale_ = 1;                 ///< of the screen on which it is shown
+    std::optional<QSize> keptSize_;    ///< the size in points to take again
     std::optional<QPoint> pressedAt_;  ///< on the screen: where a drag may have begun
 };
 

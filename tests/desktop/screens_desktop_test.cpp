@@ -85,6 +85,11 @@ struct ScreensOnTheDesktop : ShellFixture {
         return found;
     }
 
+    void monitor(const char* name, const char* geometry, const char* output) const {
+        session.output(QStringLiteral("xrandr"), {QStringLiteral("--setmonitor"), QString::fromLatin1(name),
+                                                  QString::fromLatin1(geometry), QString::fromLatin1(output)});
+    }
+
     bool isWhole(const QString& title, const QRect& strip) {
         return waitUntil([&] {
             const auto found = frame(title);
@@ -148,11 +153,6 @@ struct OnTwoScreens : ScreensOnTheDesktop {
         monitor("right", "1280/300x800/200+1280+0", "none");
     }
 
-    void monitor(const char* name, const char* geometry, const char* output) const {
-        session.output(QStringLiteral("xrandr"), {QStringLiteral("--setmonitor"), QString::fromLatin1(name),
-                                                  QString::fromLatin1(geometry), QString::fromLatin1(output)});
-    }
-
     /// Lets a window of the program reserve space at the top of both screens, as a panel does.
     void reserveTop(const QString& title, int height) const {
         session.output(
@@ -203,6 +203,39 @@ TEST_F(OnALargeScreen, CornersAreRoundInDevicePixelsAtOneAndAHalf) {
 
 TEST_F(OnALargeScreen, CornersAreRoundInDevicePixelsAtTwo) {
     expectRoundCorners(2);
+}
+
+struct OnScreensOfTwoScales : ScreensOnTheDesktop {
+    OnScreensOfTwoScales() : ScreensOnTheDesktop({3840, 1600}) {
+        monitor("left", "1280/300x800/200+0+0", "screen");
+        monitor("right", "2560/300x1600/200+1280+0", "none");
+    }
+
+    /// Moves the window and waits for the size in pixels that it then has.
+    void expectSizeAt(const QString& title, int x, QSize expected) {
+        EXPECT_TRUE(session.waitFor([&] {
+            // Its opening motion may still move it back.
+            if (frame(title)->x() != x) {
+                session.output(QStringLiteral("xdotool"), {QStringLiteral("windowmove"), window(title)->identifier,
+                                                           QString::number(x), QStringLiteral("47")});
+            }
+            return frame(title)->x() == x && frame(title)->size() == expected;
+        })) << describe(*frame(title));
+    }
+};
+
+TEST_F(OnScreensOfTwoScales, WindowsKeepTheirSizeInPoints) {
+    launch({QStringLiteral("QT_SCREEN_SCALE_FACTORS=left=1;right=2")});
+    for (const auto& [word, title] : {std::pair("dashboard-shrink", dashboard), {"settings", settings}}) {
+        command(word);
+        ASSERT_TRUE(appears(title));
+        const QSize points = title == settings ? QSize(860, 750) : QSize(800, 460);
+        ASSERT_TRUE(session.waitFor([&] { return frame(title)->size() == points; })) << describe(*frame(title));
+
+        expectSizeAt(title, 1900, points * 2);
+        session.screenshot(QStringLiteral("screens-two-scales-") + QString::fromLatin1(word));
+        expectSizeAt(title, 20, points);
+    }
 }
 
 TEST_F(OnTwoScreens, WindowsReturnWhenTheirScreenIsUnplugged) {
