@@ -33,7 +33,7 @@ bool belongsTo(const Scene& scene, const QString& scale, const QString& family) 
 std::vector<Scene> allScenes() {
     std::vector<Scene> scenes;
     for (const auto& part : {popoverScenes(), settingsScenes(), dashboardScenes(), controlScenes(), widgetScenes(),
-                             decorationScenes(), statusScenes(), symbolScenes()}) {
+                             decorationScenes(), statusScenes(), symbolScenes(), contrastScenes()}) {
         scenes.insert(scenes.end(), part.begin(), part.end());
     }
     return scenes;
@@ -74,6 +74,7 @@ QImage picture(const Scene& scene) {
     QPainter painter(&image);
     painter.drawPixmap(0, 0, widget->grab());
     painter.end();
+    KestroTheme::setHighContrast(false);
     KestroTheme::bind(nullptr);
     return image;
 }

@@ -36,6 +36,8 @@ struct Scene {
 };
 
 /// The scenes of each surface; each surface has its own file.
+/// Scenes of other files, in high contrast.
+std::vector<Scene> contrastScenes();
 std::vector<Scene> controlScenes();
 std::vector<Scene> dashboardScenes();
 std::vector<Scene> decorationScenes();

@@ -29,6 +29,20 @@ Scene tabScene(const QString& name, SettingsTab tab, std::function<void(Simulate
     return scene;
 }
 
+/// Every tab in the window that a screen of 1024 x 600 leaves.
+void addSmall(std::vector<Scene>& scenes) {
+    for (const SettingsTab tab : allCases<SettingsTab>()) {
+        const QString word = QString(Words(rawValue(tab))).section(QLatin1Char(' '), 0, 0).toLower();
+        Scene small = tabScene(QStringLiteral("small-") + word, tab);
+        small.make = [](SimulatedServices& services) {
+            auto view = std::make_unique<SettingsView>(services.services(), SettingsActions{[] {}});
+            view->resize(860, 568);
+            return view;
+        };
+        scenes.push_back(std::move(small));
+    }
+}
+
 /// The whole cooling tab, unscrolled.
 Scene tallScene(const QString& name, std::function<void(SimulatedServices&)> drive) {
     Scene scene = tabScene(name, SettingsTab::cooling, std::move(drive));
@@ -191,6 +205,10 @@ std::vector<Scene> settingsScenes() {
         tabScene(QStringLiteral("appearance"), SettingsTab::appearance),
         tabScene(QStringLiteral("sensors"), SettingsTab::sensors),
     };
+    for (Scene& scene : scenes) {
+        scene.atFractionalScales = true;
+    }
+    addSmall(scenes);
     addPower(scenes);
     addCooling(scenes);
     addPalettes(scenes);
