@@ -23,7 +23,7 @@ cp "$packages"/kestro_*.deb "$packages"/kestro-readout_*.deb "$system/packages"
 
 cat >"$system/check.sh" <<'CHECK'
 set -euo pipefail
-export DEBIAN_FRONTEND=noninteractive DISPLAY=:9
+export DEBIAN_FRONTEND=noninteractive
 say() { printf 'install_check: %s\n' "$*"; }
 running() { kill -0 "$kestro" 2>/dev/null; }
 answers() {  # TEXT: whether the readout contains it within ten seconds
@@ -36,8 +36,12 @@ answers() {  # TEXT: whether the readout contains it within ten seconds
 }
 apt-get install -y --no-install-recommends /packages/*.deb >/dev/null
 say "installed $(dpkg-query -W -f '${Version}' kestro)"
-Xvfb :9 -nolisten tcp >/dev/null 2>&1 &
-until [ -e /tmp/.X11-unix/X9 ]; do sleep 0.1; done
+Xvfb -displayfd 1 -nolisten tcp >/tmp/display 2>/dev/null &
+until [ -s /tmp/display ]; do sleep 0.1; done
+DISPLAY=:$(cat /tmp/display)
+export DISPLAY
+# As every desktop does, so that programs which the bus starts find the display.
+dbus-update-activation-environment DISPLAY
 kestro &
 kestro=$!
 answers %

@@ -107,6 +107,7 @@ void BusReadoutService::addRequests() {
 
 void BusReadoutService::publish(ReadoutHandlers handlers) {
     withdraw();
+    followHosts();
     handlers_ = std::move(handlers);
     menu_.emplace(handlers_.buildMenu, menuPath());
     // Before the name, so that no caller finds the name without the objects.
@@ -124,8 +125,8 @@ void BusReadoutService::withdraw() {
     }
     object_.withdraw();
     menu_.reset();
+    // Without a report of the hosts: the items would come back for the moment until the application ends.
     clients_.clear();
-    followHosts();
     handlers_ = {};
 }
 

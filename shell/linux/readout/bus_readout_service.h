@@ -27,7 +27,7 @@ public:
     static constexpr char busName[] = "kestro.Readout";
     static constexpr char objectPath[] = "/kestro/Readout";
 
-    /// `onHosted` receives whether a panel shows the readout, each time this changes.
+    /// `onHosted` receives whether a panel shows the readout, each time this changes while published.
     BusReadoutService(const QDBusConnection& bus, std::function<void(bool isHosted)> onHosted);
     ~BusReadoutService() override;
     BusReadoutService(const BusReadoutService&) = delete;

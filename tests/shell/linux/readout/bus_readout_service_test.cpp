@@ -366,15 +366,17 @@ TEST_F(BusReadoutServiceTest, OwnsItsNameWhilePublished) {
     EXPECT_FALSE(isOwned());
 }
 
-TEST_F(BusReadoutServiceTest, IsNotHostedOnceItIsWithdrawn) {
+TEST_F(BusReadoutServiceTest, BringsNoItemsBackWhenItIsWithdrawn) {
     panel.call(QStringLiteral("RegisterHost"));
     ASSERT_TRUE(waitUntil([&] { return !hosted.empty(); }));
 
     service.withdraw();
     service.readoutDidUpdate();
-
-    EXPECT_EQ(hosted, (std::vector<bool>{true, false}));
+    EXPECT_EQ(hosted, std::vector<bool>{true});
     EXPECT_EQ(readoutsAsked, 0);
+
+    service.publish(handlers());
+    EXPECT_EQ(hosted, (std::vector<bool>{true, false}));
 }
 
 TEST(BusReadoutServiceWithoutABus, DoesNothing) {
