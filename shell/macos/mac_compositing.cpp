@@ -20,7 +20,7 @@ MacCompositing::MacCompositing(NativeVisualEffects& effects, const UserSettings&
 
 void MacCompositing::requestBlurBehind(QWindow& window, const QRegion& region) const {
     effects_.lay(static_cast<NativeView>(window.winId()), materialIn(settings_),
-                 screen_coordinates::partsOfView(region, window.height()));
+                 screen_coordinates::partsOfView(region, window.height(), window.devicePixelRatio()));
     glassy_.removeAll(&window);
     glassy_.removeAll(nullptr);
     if (!region.isEmpty()) {

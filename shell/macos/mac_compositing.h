@@ -23,6 +23,9 @@ public:
     bool canChange() const override { return false; }
     void requestBlurBehind(QWindow& window, const QRegion& region) const override;
 
+    /// False: blended windows need no other shape.
+    bool cutTo(QWindow&, const QRegion&) const override { return false; }
+
 private:
     void followMaterial();
 

@@ -63,10 +63,13 @@ QRect MacWindowSystem::availableArea(const QScreen& screen) const {
     return screen.availableGeometry();
 }
 
-void MacWindowSystem::keepAbove(QWidget& window, QWidget& other) {
-    other.installEventFilter(this);
-    above_[&other] = &window;
-    stack(&other);
+void MacWindowSystem::keepAbove(QWidget& window, QWidget* other) {
+    above_.removeIf([&window](Stack::iterator entry) { return entry.value() == &window; });
+    if (other != nullptr) {
+        other->installEventFilter(this);
+        above_[other] = &window;
+        stack(other);
+    }
 }
 
 std::unique_ptr<PressMonitor> MacWindowSystem::watchPresses(std::function<void()> onPress) {

@@ -32,8 +32,12 @@ public:
     bool canPlaceWindows() const override { return true; }
 
     QRect availableArea(const QScreen& screen) const override;
+    QRect areaClearOfPanels(const QScreen& screen) const override { return availableArea(screen); }
 
-    void keepAbove(QWidget& window, QWidget& other) override;
+    /// Nothing to do: the toolkit reports each change.
+    void onPanelsChanged(std::function<void()>) override {}
+
+    void keepAbove(QWidget& window, QWidget* other) override;
 
     [[nodiscard]] std::unique_ptr<PressMonitor> watchPresses(std::function<void()> onPress) override;
 
@@ -43,13 +47,15 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    using Stack = QHash<const QObject*, QPointer<QWidget>>;
+
     void dress(QWidget& window);
     void applyLevel(QWidget& window);
     void stack(const QObject* other);
 
     NativeWindows& windows_;
     NativeApplication& application_;
-    QHash<const QObject*, QPointer<QWidget>> above_;  ///< the window to keep above another one
+    Stack above_;  ///< the window to keep above another one
 };
 
 }  // namespace kestro

@@ -10,11 +10,11 @@ NativePoint toNative(QPoint point, double primaryHeight) {
     return {static_cast<double>(point.x()), primaryHeight - point.y()};
 }
 
-std::vector<NativeRect> partsOfView(const QRegion& region, double viewHeight) {
+std::vector<NativeRect> partsOfView(const QRegion& region, double viewHeight, double scale) {
     std::vector<NativeRect> parts;
     for (const QRect& rect : region) {
-        parts.push_back({static_cast<double>(rect.x()), viewHeight - rect.y() - rect.height(),
-                         static_cast<double>(rect.width()), static_cast<double>(rect.height())});
+        const double height = rect.height() / scale;
+        parts.push_back({rect.x() / scale, viewHeight - rect.y() / scale - height, rect.width() / scale, height});
     }
     return parts;
 }

@@ -16,7 +16,8 @@ namespace kestro::screen_coordinates {
 QRect fromNative(const NativeRect& rect, double primaryHeight);
 NativePoint toNative(QPoint point, double primaryHeight);
 
-/// A region's rectangles, from the bottom left corner of a view of this height.
-std::vector<NativeRect> partsOfView(const QRegion& region, double viewHeight);
+/// The rectangles of a region in device pixels, in points from the bottom left corner of a view of this height;
+/// `scale` is in pixels per point.
+std::vector<NativeRect> partsOfView(const QRegion& region, double viewHeight, double scale);
 
 }  // namespace kestro::screen_coordinates

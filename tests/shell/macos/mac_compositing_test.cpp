@@ -72,6 +72,12 @@ TEST_F(MacCompositingTest, WindowsAreAlwaysBlended) {
     EXPECT_TRUE(compositing.isAvailable());
     EXPECT_TRUE(compositing.canBlurBehind());
     EXPECT_FALSE(compositing.canChange());
+    EXPECT_FALSE(compositing.cutTo(*window, QRegion(0, 0, 10, 10)));
+}
+
+TEST(ScreenCoordinates, DividePixelsByTheScale) {
+    EXPECT_EQ(screen_coordinates::partsOfView(QRegion(3, 10, 620, 30), 325, 2),
+              (std::vector<NativeRect>{{1.5, 305, 310, 15}}));
 }
 
 TEST(ScreenCoordinates, TurnUpsideDown) {

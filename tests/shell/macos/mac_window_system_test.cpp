@@ -86,11 +86,11 @@ TEST_F(MacWindowSystemTest, LeavesThePopoversLookToTheToolkit) {
 
 TEST_F(MacWindowSystemTest, KeepsAWindowAboveAnotherThatIsActivated) {
     QWidget other;
-    system.keepAbove(window, other);
+    system.keepAbove(window, &other);
     EXPECT_TRUE(windows.ordered.empty()) << "neither is shown";
     window.show();
     other.show();
-    system.keepAbove(window, other);
+    system.keepAbove(window, &other);
     EXPECT_EQ(windows.ordered.size(), 1U);
 
     QEvent activation(QEvent::WindowActivate);
@@ -103,13 +103,26 @@ TEST_F(MacWindowSystemTest, KeepsAWindowAboveAnotherThatIsActivated) {
     EXPECT_EQ(windows.ordered.size(), 2U);
 }
 
+TEST_F(MacWindowSystemTest, EndsThePairOfWindows) {
+    QWidget other;
+    window.show();
+    other.show();
+    system.keepAbove(window, &other);
+
+    system.keepAbove(window, nullptr);
+
+    QEvent activation(QEvent::WindowActivate);
+    QApplication::sendEvent(&other, &activation);
+    EXPECT_EQ(windows.ordered.size(), 1U);
+}
+
 TEST_F(MacWindowSystemTest, ForgetsADestroyedWindow) {
     QWidget other;
     other.show();
     {
         QWidget above;
         above.show();
-        system.keepAbove(above, other);
+        system.keepAbove(above, &other);
     }
     const auto before = windows.ordered.size();
 
