@@ -195,13 +195,18 @@ mkdir -p "$results"
 units=()
 for program in "build/$preset"/tests/*_tests; do
     [ -x "$program" ] || continue
-    [[ $program == */desktop_tests ]] || units+=("${program##*/}/0/1")
+    [[ $program == */desktop_tests || $program == */drill_tests ]] || units+=("${program##*/}/0/1")
 done
 end_to_end=()
 if [ "$scope" = all ] && [ -x "build/$preset/tests/desktop_tests" ]; then
     mapfile -t end_to_end < <(shards_of desktop_tests 3)
 fi
-[ $((${#units[@]} + ${#end_to_end[@]})) -gt 0 ] || fail "no test programs in build/$preset/tests"
+drills=()
+if [ "$scope" = all ] && [ -x "build/$preset/tests/drill_tests" ]; then
+    # One for each drill.
+    mapfile -t drills < <(shards_of drill_tests 5)
+fi
+[ $((${#units[@]} + ${#end_to_end[@]} + ${#drills[@]})) -gt 0 ] || fail "no test programs in build/$preset/tests"
 
 set_environment
 mkfifo "$results/events"
@@ -213,7 +218,7 @@ trap 'stop_tests 131' QUIT
 trap 'stop_tests 143' TERM HUP
 run_all "$(nproc)" "${units[@]}"
 # These mostly wait for real desktops, so the number of processors does not matter.
-run_all 3 "${end_to_end[@]}"
+run_all 3 "${end_to_end[@]}" "${drills[@]}"
 
 clear_counter
 printf '%s\n' "$(figures "$total_passed" "$total_failed" "$total_skipped")"

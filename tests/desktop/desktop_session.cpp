@@ -12,8 +12,6 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include <gtest/gtest.h>
-
 #include <csignal>
 #include <iostream>
 

@@ -1,0 +1,158 @@
+#include "tests/drills/drill_desktop.h"
+
+#include <QDBusVariant>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <csignal>
+#include <stdexcept>
+
+namespace kestro::drills {
+
+namespace {
+
+using namespace std::chrono_literals;
+using test::FakeService;
+
+constexpr auto patience = 20s;
+constexpr int turnsToSettle = 3;
+
+const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
+
+}  // namespace
+
+QuietHost::QuietHost(DesktopSession& session) {
+    const auto registerItem = [this](const QDBusMessage& call) {
+        const std::lock_guard lock(mutex_);
+        items_.append(call.arguments().value(0).toString());
+        return call.createReply();
+    };
+    service_ = std::make_unique<FakeService>(
+        session.connect(DesktopSession::Bus::session), watcher,
+        FakeService::Answers{{QStringLiteral("Get"), [this](const QDBusMessage& call) { return property(call); }},
+                             {QStringLiteral("RegisterStatusNotifierItem"), registerItem}});
+}
+
+QStringList QuietHost::items() const {
+    const std::lock_guard lock(mutex_);
+    return items_;
+}
+
+QDBusMessage QuietHost::property(const QDBusMessage& call) const {
+    const QString name = call.arguments().value(1).toString();
+    const QVariant value =
+        name == QLatin1StringView("IsStatusNotifierHostRegistered") ? QVariant(true) : QVariant(items());
+    return call.createReply(QVariant::fromValue(QDBusVariant(value)));
+}
+
+DrillDesktop::DrillDesktop(DesktopPanel panel) : session(panel) {
+    if (!session.failure().isEmpty()) {
+        throw std::runtime_error(session.failure().toStdString());
+    }
+    if (panel == DesktopPanel::none) {
+        host_ = std::make_unique<QuietHost>(session);
+    }
+}
+
+QProcess& DrillDesktop::start(const QStringList& variables) {
+    kestro = &session.startKestro(variables);
+    return *kestro;
+}
+
+bool DrillDesktop::awaitItem() {
+    return waitUntil([this] { return !mainItem().isEmpty() || !isRunning(); }, patience) && isRunning();
+}
+
+void DrillDesktop::launch(const QStringList& variables) {
+    start(variables);
+    if (!awaitItem()) {
+        throw std::runtime_error("Kestro shows no item: " + kestro->readAll().toStdString());
+    }
+}
+
+bool DrillDesktop::end(int signal) {
+    ::kill(pid(), signal);
+    return waitUntil([this] { return kestro->state() == QProcess::NotRunning; }, patience);
+}
+
+QString DrillDesktop::mainItem() const {
+    if (!host_) {
+        return client_.item(QStringLiteral("kestro-main")).value_or(QString());
+    }
+    const QString own = QStringLiteral("org.kde.StatusNotifierItem-%1-").arg(pid());
+    const QStringList items = host_->items();
+    for (auto item = items.crbegin(); item != items.crend(); ++item) {
+        if (item->startsWith(own) &&
+            client_.property(*item, QStringLiteral("Id")) == QStringLiteral("kestro-main")) {
+            return *item;
+        }
+    }
+    return {};
+}
+
+bool DrillDesktop::choose(const QString& title) const {
+    const QString item = mainItem();
+    const HostMenuEntry menu = client_.menu(item);
+    const HostMenuEntry* const found = menu.find(title);
+    if (found != nullptr) {
+        client_.choose(item, found->id);
+    }
+    return found != nullptr;
+}
+
+bool DrillDesktop::write(const QByteArray& word) const {
+    QFile file(commandFile());
+    return file.open(QIODevice::WriteOnly) && file.write(word) == word.size();
+}
+
+bool DrillDesktop::command(const QByteArray& word) const {
+    return write(word) && waitUntil([this] { return QFile(commandFile()).size() == 0; }, patience);
+}
+
+void DrillDesktop::notify(const QString& member, const QVariantList& arguments) const {
+    auto signal =
+        QDBusMessage::createSignal(QStringLiteral("/kestro/notify"), QStringLiteral("kestro.notify"), member);
+    signal.setArguments(arguments);
+    session.bus().send(signal);
+}
+
+bool DrillDesktop::settle() const {
+    for (int turn = 0; turn < turnsToSettle; ++turn) {
+        if (!latency()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::optional<std::chrono::microseconds> DrillDesktop::latency() const {
+    const QString item = mainItem();
+    QElapsedTimer timer;
+    timer.start();
+    if (item.isEmpty() || !client_.property(item, QStringLiteral("Id")).isValid()) {
+        return std::nullopt;
+    }
+    return std::chrono::microseconds(timer.nsecsElapsed() / 1000);
+}
+
+std::chrono::nanoseconds DrillDesktop::mainThreadTime() const {
+    QFile file(QStringLiteral("/proc/%1/task/%1/schedstat").arg(pid()));
+    return std::chrono::nanoseconds(
+        file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(0).toLongLong() : 0);
+}
+
+void DrillDesktop::pause(std::chrono::milliseconds time) {
+    waitUntil([] { return false; }, time);
+}
+
+QStringList DrillDesktop::ownFiles() const {
+    QStringList own;
+    for (const QString& file : session.files()) {
+        if (file.startsWith(QLatin1StringView("runtime/")) || file.contains(QLatin1StringView("/kestro"))) {
+            own.append(file);
+        }
+    }
+    return own;
+}
+
+}  // namespace kestro::drills

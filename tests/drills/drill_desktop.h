@@ -1,0 +1,100 @@
+#pragma once
+
+#include "tests/desktop/desktop_session.h"
+#include "tests/desktop/status_item_client.h"
+#include "tests/support/fake_service.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace kestro::drills {
+
+/// A watcher of status items with a host that shows nothing. It starts faster than a panel and can misbehave.
+class QuietHost {
+public:
+    explicit QuietHost(DesktopSession& session);
+
+    test::FakeService& service() { return *service_; }
+
+    /// Bus names of the items that have registered, oldest first, including those of ended processes.
+    QStringList items() const;
+
+private:
+    QDBusMessage property(const QDBusMessage& call) const;
+
+    mutable std::mutex mutex_;
+    QStringList items_;
+    std::unique_ptr<test::FakeService> service_;  // last: its thread uses the others
+};
+
+/// A private desktop with a quiet host and the program under test, for drills that start it many times. Throws
+/// if the desktop does not start.
+class DrillDesktop {
+public:
+    explicit DrillDesktop(DesktopPanel panel = DesktopPanel::none);
+
+    /// Starts the program without waiting for it.
+    QProcess& start(const QStringList& variables = {});
+
+    /// Waits for the program's main item, but not longer than for a slow start. False: the item did not appear.
+    bool awaitItem();
+
+    /// Starts the program and waits for its item; throws what it printed if there is none.
+    void launch(const QStringList& variables = {});
+
+    bool isRunning() const { return kestro != nullptr && kestro->state() == QProcess::Running; }
+    pid_t pid() const { return static_cast<pid_t>(kestro->processId()); }
+
+    /// Sends a signal and waits for the end of the process. False: it does not end.
+    bool end(int signal);
+
+    /// Bus name of the program's main item; empty until it has registered.
+    QString mainItem() const;
+
+    /// Clicks an entry of the main item's menu. False: there is no such entry.
+    bool choose(const QString& title) const;
+
+    /// Writes to the command file.
+    bool write(const QByteArray& word) const;
+
+    /// Writes a word and waits until it has been consumed. False: it was not.
+    bool command(const QByteArray& word) const;
+
+    /// Posts a notification.
+    void notify(const QString& member, const QVariantList& arguments = {}) const;
+
+    /// Waits until requests that arrived before have been handled: each answer of the main thread takes another
+    /// turn of its event loop. False: it does not answer.
+    bool settle() const;
+
+    /// Asks the main thread for a property and returns how long that took; nullopt: no answer.
+    std::optional<std::chrono::microseconds> latency() const;
+
+    /// Processor time of the program's main thread so far, which other load on the machine does not affect.
+    std::chrono::nanoseconds mainThreadTime() const;
+
+    /// Waits while running this process's event loop.
+    static void pause(std::chrono::milliseconds time);
+
+    QString commandFile() const { return session.path(QStringLiteral("runtime/.kestro_cmd")); }
+    QString preferencesFile() const { return session.path(QStringLiteral("config/kestro/preferences.json")); }
+
+    /// Files of the program and its preferences, relative to the session's folder.
+    QStringList ownFiles() const;
+
+    DesktopSession session;
+    QuietHost* host() { return host_.get(); }
+    QProcess* kestro = nullptr;
+
+private:
+    std::unique_ptr<QuietHost> host_;
+    StatusItemClient client_{session};
+};
+
+}  // namespace kestro::drills
