@@ -1,10 +1,10 @@
 #include "app/command_channel.h"
 #include "core/base/text.h"
+#include "fuzz/requirement.h"
 
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 namespace kestro {
@@ -26,12 +26,6 @@ public:
 
     int commands = 0;
 };
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 }  // namespace
 }  // namespace kestro

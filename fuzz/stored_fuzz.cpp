@@ -5,23 +5,17 @@
 #include "core/power/power_mode_report.h"
 #include "core/settings/preference_codec.h"
 #include "core/telemetry/process_reader.h"
+#include "fuzz/requirement.h"
 
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace kestro {
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 /// A value that decodes survives a round trip.
 template <typename T>
