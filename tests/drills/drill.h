@@ -23,10 +23,15 @@ public:
         return time_ ? std::chrono::steady_clock::now() < start_ + *time_ : finished < rounds_;
     }
 
+    /// Whether it is one of the short forms, which also do less in each round.
+    bool isShort() const { return !time_ && rounds_ < fewRounds; }
+
     /// The time to spend, for drills that are measured in time: a round is a second.
     std::chrono::seconds time() const { return time_.value_or(std::chrono::seconds(rounds_)); }
 
 private:
+    static constexpr int fewRounds = 10;
+
     int rounds_ = 0;
     std::optional<std::chrono::seconds> time_;
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();

@@ -1,8 +1,14 @@
 #include "tests/drills/drill_desktop.h"
 
+#include "platform/posix/descriptor.h"
+
 #include <QDBusVariant>
 #include <QElapsedTimer>
 #include <QFile>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <stdexcept>
@@ -45,11 +51,19 @@ QDBusMessage QuietHost::property(const QDBusMessage& call) const {
     return call.createReply(QVariant::fromValue(QDBusVariant(value)));
 }
 
-DrillDesktop::DrillDesktop(DesktopPanel panel) : session(panel) {
+DrillDesktop::DrillDesktop(DesktopPanel panel, QSize screen)
+    : DrillDesktop(panel == DesktopPanel::none ? Host::quiet : Host::panel, panel, screen) {}
+
+std::unique_ptr<DrillDesktop> DrillDesktop::withoutHost() {
+    return std::unique_ptr<DrillDesktop>(
+        new DrillDesktop(Host::none, DesktopPanel::none, DesktopSession::screenSize));
+}
+
+DrillDesktop::DrillDesktop(Host host, DesktopPanel panel, QSize screen) : session(panel, screen), kind_(host) {
     if (!session.failure().isEmpty()) {
         throw std::runtime_error(session.failure().toStdString());
     }
-    if (panel == DesktopPanel::none) {
+    if (kind_ == Host::quiet) {
         host_ = std::make_unique<QuietHost>(session);
     }
 }
@@ -60,7 +74,10 @@ QProcess& DrillDesktop::start(const QStringList& variables) {
 }
 
 bool DrillDesktop::awaitItem() {
-    return waitUntil([this] { return !mainItem().isEmpty() || !isRunning(); }, patience) && isRunning();
+    const auto isThere = [this] {
+        return kind_ == Host::none ? session.strip().has_value() : !mainItem().isEmpty();
+    };
+    return waitUntil([&] { return isThere() || !isRunning(); }, patience) && isRunning();
 }
 
 void DrillDesktop::launch(const QStringList& variables) {
@@ -100,9 +117,17 @@ bool DrillDesktop::choose(const QString& title) const {
     return found != nullptr;
 }
 
+bool DrillDesktop::writeText(const QString& path, const QByteArray& text) {
+    constexpr int flags = O_WRONLY | O_CREAT | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC;
+    const Descriptor file(::open(QFile::encodeName(path).constData(), flags, S_IRUSR | S_IWUSR));
+    struct stat status {};
+    return file.isOpen() && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) &&
+           ::ftruncate(file.get(), 0) == 0 &&
+           ::write(file.get(), text.constData(), static_cast<std::size_t>(text.size())) == text.size();
+}
+
 bool DrillDesktop::write(const QByteArray& word) const {
-    QFile file(commandFile());
-    return file.open(QIODevice::WriteOnly) && file.write(word) == word.size();
+    return writeText(commandFile(), word);
 }
 
 bool DrillDesktop::command(const QByteArray& word) const {

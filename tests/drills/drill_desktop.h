@@ -37,12 +37,16 @@ private:
 /// if the desktop does not start.
 class DrillDesktop {
 public:
-    explicit DrillDesktop(DesktopPanel panel = DesktopPanel::none);
+    explicit DrillDesktop(DesktopPanel panel = DesktopPanel::none, QSize screen = DesktopSession::screenSize);
+
+    /// Without a panel and without a host: the program shows its strip.
+    static std::unique_ptr<DrillDesktop> withoutHost();
 
     /// Starts the program without waiting for it.
     QProcess& start(const QStringList& variables = {});
 
-    /// Waits for the program's main item, but not longer than for a slow start. False: the item did not appear.
+    /// Waits for the program's main item, or for its strip without a host, but not longer than for a slow start.
+    /// False: it did not appear.
     bool awaitItem();
 
     /// Starts the program and waits for its item; throws what it printed if there is none.
@@ -59,6 +63,9 @@ public:
 
     /// Clicks an entry of the main item's menu. False: there is no such entry.
     bool choose(const QString& title) const;
+
+    /// Replaces the text of a regular file, which is created if missing. False: something else is in its place.
+    static bool writeText(const QString& path, const QByteArray& text);
 
     /// Writes to the command file.
     bool write(const QByteArray& word) const;
@@ -93,6 +100,11 @@ public:
     QProcess* kestro = nullptr;
 
 private:
+    enum class Host { none, quiet, panel };
+
+    DrillDesktop(Host host, DesktopPanel panel, QSize screen);
+
+    const Host kind_;
     std::unique_ptr<QuietHost> host_;
     StatusItemClient client_{session};
 };
