@@ -175,7 +175,8 @@ bool DesktopSession::startBuses() {
     QDir().mkpath(path(QStringLiteral("system-services")));
     sessionBus_ = &startBus(sessionBusVariable, QStringLiteral("session-bus"), path(QStringLiteral("services")));
     // A private bus, since the services on the machine's own would respond.
-    startBus(systemBusVariable, QStringLiteral("system-bus"), path(QStringLiteral("system-services")));
+    systemBus_ =
+        &startBus(systemBusVariable, QStringLiteral("system-bus"), path(QStringLiteral("system-services")));
     if (failure_.isEmpty() &&
         !QDBusConnection::connectToBus(environment_.value(sessionBusVariable), connectionName_).isConnected()) {
         failure_ = QStringLiteral("the session bus does not accept a connection");
@@ -192,6 +193,17 @@ QStringList DesktopSession::startedServices() {
         names.append(found.next().captured(1));
     }
     return names;
+}
+
+void DesktopSession::killBus(Bus bus) {
+    QProcess& daemon = bus == Bus::session ? *sessionBus_ : *systemBus_;
+    daemon.kill();
+    daemon.waitForFinished(patience);
+}
+
+void DesktopSession::killDisplay() {
+    processes_.front()->kill();
+    processes_.front()->waitForFinished(patience);
 }
 
 void DesktopSession::offerSystemService(const QString& name, const QString& command) const {

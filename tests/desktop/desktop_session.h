@@ -96,6 +96,12 @@ public:
     QDBusMessage call(const QString& service, const QString& path, const QString& interface, const QString& method,
                       const QVariantList& arguments = {}) const;
 
+    /// Kills a bus, as a crash would. Afterwards, the session can only be used without it.
+    void killBus(Bus bus);
+
+    /// Kills the display.
+    void killDisplay();
+
     /// Lets the system bus start a service on demand with this command.
     void offerSystemService(const QString& name, const QString& command) const;
 
@@ -157,6 +163,7 @@ private:
     std::vector<std::unique_ptr<QProcess>> processes_;
     QProcess* panelProcess_ = nullptr;
     QProcess* sessionBus_ = nullptr;
+    QProcess* systemBus_ = nullptr;
     QByteArray busReport_;        // everything that the session bus has written to stderr
     QProcess* kestro_ = nullptr;  // the one started last
 };

@@ -16,6 +16,7 @@ constexpr std::size_t mostFailuresShown = 20;
 
 constexpr std::array drills{
     Drill{"kill", killDrill, 1000, 6},
+    Drill{"bus", busDrill, 3000, 100},
     Drill{"files", filesDrill, 2000, 30},
 };
 

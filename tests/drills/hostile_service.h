@@ -1,0 +1,42 @@
+#pragma once
+
+#include "tests/desktop/desktop_session.h"
+#include "tests/drills/drill.h"
+#include "tests/support/fake_service.h"
+
+#include <QStringList>
+
+#include <map>
+#include <memory>
+#include <mutex>
+
+namespace kestro::drills {
+
+/// A service that answers calls as it should not: with other types, with errors, late, twice or never. It appears
+/// and vanishes as the drill asks.
+class HostileService {
+public:
+    HostileService(DesktopSession& session, DesktopSession::Bus bus, const QString& name, std::uint32_t seed);
+
+    /// Vanishes or appears.
+    void changeOwner();
+
+    /// Keeps calls, or answers all that were kept.
+    void hold(bool isHolding);
+
+    /// Sends a signal with hostile arguments from its connection.
+    void emitSignal(const QString& path, const QString& interface, const QString& member,
+                    const QVariantList& arguments) const;
+
+    std::size_t calls() const { return service_->calls().size(); }
+
+private:
+    QDBusMessage answer(const QDBusMessage& call);
+
+    std::mutex mutex_;
+    DrillRandom random_;
+    bool isThere_ = true;
+    std::unique_ptr<test::FakeService> service_;  // last: its thread uses the others
+};
+
+}  // namespace kestro::drills
