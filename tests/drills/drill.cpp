@@ -18,6 +18,7 @@ constexpr std::array drills{
     Drill{"kill", killDrill, 1000, 6},
     Drill{"bus", busDrill, 3000, 100},
     Drill{"files", filesDrill, 2000, 30},
+    Drill{"sessions", sessionsDrill, 200, 2},
 };
 
 }  // namespace
