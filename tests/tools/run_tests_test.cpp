@@ -286,11 +286,13 @@ TEST_F(RunTests, AddsUpTheShardsOfTheEndToEndTests) {
 
 TEST_F(RunTests, ExcludesTheEndToEndTestsFromTheUnits) {
     addProgram("desktop_tests", "Bad.Fails");
+    addProgram("drill_tests", "Bad.Fails");
     addProgram("some_tests", "Fine.Passes");
 
     run("units");
 
     EXPECT_THAT(output, Not(HasSubstr("desktop_tests")));
+    EXPECT_THAT(output, Not(HasSubstr("drill_tests")));
     EXPECT_EQ(lastLine(), "1 passed, 0 failed\n");
 }
 
