@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # mac_check.sh JOBS: compiles for Macs with either processor, from the root of the repository: core and the ports of
-# macOS, and the Objective-C++ on AppKit, which it links to a program; the rest of what only Macs run, against this
-# system's headers of the toolkit. Everything that it installs is in build/mac-check:
+# macOS, and the Objective-C++ on AppKit, which it links to a program; the rest of what Macs run, against this system's
+# headers of the toolkit. Everything that it installs is in build/mac-check:
 #   zig      a C++ compiler with macOS's own headers of libSystem, C++ library and linker stubs (npm registry)
 #   sources  Apple's published sources of the frameworks; tools/mac_check/sources lists what is used of them
 #   include  their headers under the system's names, and those of the libraries that are headers only
@@ -89,9 +89,9 @@ compile() {  # TARGET SOURCE: the compiler's own cache skips what has not change
     local options=()
     case $2 in
         *.mm) options=(-fobjc-arc -isystem tests/shell/macos/declarations) ;;
-        shell/* | app/*)
+        app/* | shell/* | ui/*)
             options=(-DQT_NO_KEYWORDS -DQT_NO_CAST_FROM_ASCII -DQT_NO_CAST_TO_ASCII -isystem "$qt" -isystem "$qt/QtCore"
-                -isystem "$qt/QtGui" -isystem "$qt/QtWidgets")
+                -isystem "$qt/QtGui" -isystem "$qt/QtWidgets" -isystem "$qt/QtSvg")
             ;;
     esac
     "$here/zig/zig" c++ -target "$1.$minimum" -std=c++20 -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual \
@@ -128,7 +128,8 @@ done
 make_stub objc /usr/lib/libobjc.A.dylib libobjc.tbd
 
 mapfile -t sources < <(find core platform/posix platform/macos shell/macos/appkit tools/mac_check -name '*.cpp' -o -name '*.mm' | sort)
-mapfile -t with_toolkit < <(find app/macos shell/macos shell/accessibility_preferences.cpp -name '*.cpp' | sort)
+mapfile -t with_toolkit < <(find app/macos shell/macos -name '*.cpp' | sort)
+mapfile -t portable < <(find app shell ui -name '*.cpp' -not -path '*/linux/*' -not -path '*/macos/*' | sort)
 for target in aarch64-macos x86_64-macos; do
     mkdir -p "$here/$target"
     rm -f "$here/$target/kestro-ports"
@@ -137,3 +138,5 @@ for target in aarch64-macos x86_64-macos; do
     link_program "$target" "${sources[@]}" || fail "it does not link for $target"
     file -b "$here/$target/kestro-ports"
 done
+say "mac-check: compiling ${#portable[@]} portable files, which are the same for both"
+compile_all "$target" "${portable[@]}"

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <csignal>
+#include <cstddef>
 #include <memory>
 
 namespace kestro {
@@ -24,7 +25,23 @@ Effect effectOf(int signal) {
     return action.sa_handler;
 }
 
-TEST(TerminationSignals, CallTheHandlerOnTheMainThread) {
+/// Whatever the caller of the tests ignores.
+struct TerminationSignalsTest : testing::Test {
+    TerminationSignalsTest() {
+        for (std::size_t index = 0; index < handled.size(); ++index) {
+            former[index] = std::signal(handled[index], SIG_DFL);
+        }
+    }
+    ~TerminationSignalsTest() override {
+        for (std::size_t index = 0; index < handled.size(); ++index) {
+            std::signal(handled[index], former[index]);
+        }
+    }
+
+    std::array<Effect, handled.size()> former{};
+};
+
+TEST_F(TerminationSignalsTest, CallTheHandlerOnTheMainThread) {
     FakeMac mac;
     int calls = 0;
     const TerminationSignals signals([&] { ++calls; });
@@ -38,7 +55,7 @@ TEST(TerminationSignals, CallTheHandlerOnTheMainThread) {
     EXPECT_EQ(calls, 3);
 }
 
-TEST(TerminationSignals, KeepTheProcessAliveUntilTheyAreNoLongerWatched) {
+TEST_F(TerminationSignalsTest, KeepTheProcessAliveUntilTheyAreNoLongerWatched) {
     FakeMac mac;
     auto signals = std::make_unique<TerminationSignals>([] {});
     for (const int signal : handled) {
@@ -53,7 +70,7 @@ TEST(TerminationSignals, KeepTheProcessAliveUntilTheyAreNoLongerWatched) {
     }
 }
 
-TEST(TerminationSignals, LeaveAnIgnoredSignalIgnored) {
+TEST_F(TerminationSignalsTest, LeaveAnIgnoredSignalIgnored) {
     FakeMac mac;
     int calls = 0;
     std::signal(SIGHUP, SIG_IGN);
@@ -66,10 +83,9 @@ TEST(TerminationSignals, LeaveAnIgnoredSignalIgnored) {
     }
 
     EXPECT_EQ(calls, 0);
-    std::signal(SIGHUP, SIG_DFL);
 }
 
-TEST(TerminationSignals, HoldNothingAndChangeNothingWhenCallsFail) {
+TEST_F(TerminationSignalsTest, HoldNothingAndChangeNothingWhenCallsFail) {
     useWithFailingCalls([](FakeMac&) {},
                         [](FakeMac& mac) {
                             const bool fails = mac.everythingFails || !mac.failing.empty();

@@ -18,7 +18,7 @@ TEST(KeyEquivalent, HasTheModifiersOfAMac) {
 }
 
 TEST(KeyEquivalent, IsAbsentWithoutACharacter) {
-    for (const auto* const shortcut : {"", "F11", "Ctrl+Return", "Ctrl+K, Ctrl+C", "Ctrl+"}) {
+    for (const auto* const shortcut : {"", "F11", "Ctrl+Return", "Ctrl+K, Ctrl+C"}) {
         EXPECT_EQ(keyEquivalent(QString::fromLatin1(shortcut)).key, "") << shortcut;
     }
 }
