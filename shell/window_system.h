@@ -57,7 +57,7 @@ public:
 
     /// Calls `onChange` after panels may have changed what they leave free of a screen, where the toolkit does not
     /// report it; replaces the previous callback. An empty one ends the calls.
-    virtual void onPanelsChanged(std::function<void()> onChange) = 0;
+    virtual void onPanelsChanged(std::function<void()> /*onChange*/) {}
 
     /// Keeps a window above another one that is on the screen, also while that one floats or is full screen; null
     /// ends this. Call it before the window is shown and whenever the other one appears or disappears.

@@ -43,8 +43,8 @@ struct WindowedZoom {
     friend bool operator==(const WindowedZoom&, const WindowedZoom&) = default;
 };
 
-/// A window that fills the available area returns to `preZoomFrame`, or
-/// to a centred 1100 × 480 if there is none; any other fills the area.
+/// A window that fills the available area returns to `preZoomFrame`, or to a centred 1100 × 480 if there is none;
+/// any other fills the area.
 WindowedZoom windowedZoom(const QRect& frame, const std::optional<QRect>& preZoomFrame, const QRect& available);
 
 /// Whether a position in a window of `content` size is in the band where a double click zooms: the top 50 points

@@ -142,14 +142,19 @@ std::optional<QRect> largestPart(const QRect& screen, const std::vector<QRect>& 
 
 PanelSpace::PanelSpace() {
     xcb_connection_t* const x11 = x11_display::connection();
-    if (x11 == nullptr || QGuiApplication::screens().size() < 2) {
+    if (x11 == nullptr) {
         return;
     }
+    const bool isOneScreen = QGuiApplication::screens().size() == 1;
     const auto desktop = xcb_get_geometry(x11, root(x11));
-    const auto areas = request(x11, root(x11), "_GTK_WORKAREAS_D0", XCB_ATOM_CARDINAL, mostNumbers);
+    const auto areas = request(x11, root(x11), isOneScreen ? "_NET_WORKAREA" : "_GTK_WORKAREAS_D0",
+                               XCB_ATOM_CARDINAL, mostNumbers);
     const auto windows = request(x11, root(x11), "_NET_CLIENT_LIST", XCB_ATOM_WINDOW, mostNumbers);
     const Reply<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(x11, desktop, nullptr));
     workAreas_ = rects(values(x11, areas));
+    if (isOneScreen && !workAreas_.empty()) {
+        workAreas_.resize(1);  // the others are those of further workspaces
+    }
     struts_ = readStruts(x11, values(x11, windows));
     if (size) {
         desktop_ = {size->width, size->height};

@@ -27,10 +27,10 @@ QRect clearOfStruts(const QRect& screen, QSize desktop, const std::vector<PanelS
 /// The largest part of `screen` that one of the areas covers; absent if none covers half of its width and height.
 std::optional<QRect> largestPart(const QRect& screen, const std::vector<QRect>& areas);
 
-/// The space that panels leave free, as it is at construction. On X11, the toolkit knows it only with a single
-/// screen. With several it is read from the server: the areas that some window managers publish, which include
-/// panels that are no windows, else what the windows reserve. This takes two round trips, so construct it only to
-/// place something. Main thread.
+/// The space that panels leave free, as it is at construction. On X11 it is read from the server, since the
+/// toolkit ignores it with several screens and may be late with one: the areas that window managers publish, which
+/// include panels that are no windows, else what the windows reserve. This takes two round trips, so construct it
+/// only to place something. Main thread.
 class PanelSpace {
 public:
     PanelSpace();

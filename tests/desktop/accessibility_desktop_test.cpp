@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <span>
 #include <utility>
 
 namespace kestro {
@@ -83,11 +84,12 @@ protected:
         return found;
     }
 
-    /// The objects of a window that announced a name or a value.
-    QStringList announcedNames(const QString& title) const {
+    /// The objects of a window that announced a name or a value after the first `ignored` announcements.
+    QStringList announcedNames(const QString& title, std::size_t ignored) const {
+        const auto after = std::span(reader.heard()).subspan(ignored);
         QStringList announced;
         for (const SpokenObject& object : reader.shownIn(title)) {
-            const bool isHeard = std::ranges::any_of(reader.heard(), [&](const ChangeAnnouncement& heard) {
+            const bool isHeard = std::ranges::any_of(after, [&](const ChangeAnnouncement& heard) {
                 return heard.path == object.path && heard.detail.startsWith(QStringLiteral("accessible-"));
             });
             announced.append(isHeard ? QStringList(object.name) : QStringList());
@@ -232,15 +234,18 @@ TEST_F(AccessibilityOnTheDesktop, AnnouncesAChosenSegment) {
 TEST_F(AccessibilityOnTheDesktop, SpeaksTheCurrentFiguresWithoutAnnouncingEachChange) {
     ASSERT_TRUE(reader.isConnected());
     launch();
+    reader.listen();
     for (const auto& [notification, title] : {std::pair("showDashboard", dashboard), {"togglePopover", popover}}) {
         notify(QString::fromLatin1(notification));
         ASSERT_TRUE(appears(title));
         expectNamed(title, {});
-        reader.listen();
+        // What its appearance announced has been heard by then.
+        ASSERT_TRUE(hasNewNames(title, 1)) << title.toStdString();
+        const std::size_t ignored = reader.heard().size();
 
         EXPECT_TRUE(hasNewNames(title, 3)) << title.toStdString();
 
-        EXPECT_EQ(announcedNames(title).join(QStringLiteral("| ")).toStdString(), "");
+        EXPECT_EQ(announcedNames(title, ignored).join(QStringLiteral("| ")).toStdString(), "");
     }
 }
 

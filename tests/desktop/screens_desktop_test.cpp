@@ -1,4 +1,5 @@
 #include "tests/desktop/shell_fixture.h"
+#include "tests/desktop/status_item_client.h"
 
 #include <QColor>
 #include <QStringList>
@@ -165,23 +166,29 @@ struct OnTwoScreens : ScreensOnTheDesktop {
 
 struct OnTwoScreensWithAPanel : OnTwoScreens {
     OnTwoScreensWithAPanel() : OnTwoScreens(DesktopPanel::mate) {
-        // It lays itself out for the screens that it finds when it starts.
+        // The panel lays itself out for the screens that it finds when it starts.
+        const StatusItemClient client(session);
+        waitUntil([&] { return client.hasHost(); });
         session.killPanel();
         session.startPanel();
     }
 
-    /// The height of the panel at the top, as it reserves it; 0 without one.
-    int panelHeight() const {
-        int height = 0;
+    /// The area that the panel at the top reserves; null without one.
+    QRect panel() const {
+        QRect reserved;
         const QByteArray list = session.output(
             QStringLiteral("xprop"),
             {QStringLiteral("-root"), QStringLiteral("-notype"), QStringLiteral("_NET_CLIENT_LIST")});
         for (const QByteArray& identifier : list.mid(list.indexOf('#') + 1).split(',')) {
-            const QString strut = session.windowProperty({QString::fromLatin1(identifier.trimmed()), {}, {}},
-                                                         QStringLiteral("_NET_WM_STRUT_PARTIAL"));
-            height = std::max(height, strut.section(QLatin1Char(','), 2, 2).trimmed().toInt());
+            const QStringList strut = session
+                                          .windowProperty({QString::fromLatin1(identifier.trimmed()), {}, {}},
+                                                          QStringLiteral("_NET_WM_STRUT_PARTIAL"))
+                                          .split(QLatin1Char(','));
+            if (strut.size() == 12 && strut[2].toInt() > 0) {
+                reserved = QRect(QPoint(strut[8].toInt(), 0), QPoint(strut[9].toInt(), strut[2].toInt() - 1));
+            }
         }
-        return height;
+        return reserved;
     }
 };
 
@@ -285,8 +292,8 @@ TEST_F(OnTwoScreens, StripAndWindowsKeepClearOfAPanel) {
 
 TEST_F(OnTwoScreensWithAPanel, NothingCoversThePanel) {
     launch();
-    const int height = panelHeight();
-    ASSERT_GT(height, 0);
+    ASSERT_TRUE(waitUntil([&] { return !panel().isNull(); }));
+    const int height = panel().height();
 
     command("dashboard");
     ASSERT_TRUE(appears(dashboard));
@@ -302,7 +309,8 @@ TEST_F(OnTwoScreensWithAPanel, NothingCoversThePanel) {
     session.key(QStringLiteral("Escape"));
     ASSERT_TRUE(disappears(popover));
 
-    session.click({1060, height / 2});
+    // The item, to the left of the clock.
+    session.click({panel().right() - 220, height / 2});
     ASSERT_TRUE(appears(popover));
     EXPECT_TRUE(waitUntil([&] { return frame(popover)->top() == height + 6; })) << describe(*frame(popover));
 }

@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 
 namespace kestro {
@@ -97,7 +98,7 @@ private:
     QString owner_;
     QString hostProcess_;
     LabelSupport labels_ = LabelSupport::hidden;
-    int question_ = 0;  ///< counts the questions to watchers; only the reply to the last one is used
+    std::uint64_t question_ = 0;  ///< counts the questions to watchers; only the reply to the last one is used
     bool isAsking_ = false;
     bool asksAgain_ = false;
     QTimer retry_;
