@@ -15,9 +15,9 @@ namespace {
 constexpr std::size_t mostFailuresShown = 20;
 
 constexpr std::array drills{
-    Drill{"kill", killDrill, 1000, 6},    Drill{"bus", busDrill, 3000, 100},
-    Drill{"files", filesDrill, 2000, 30}, Drill{"sessions", sessionsDrill, 200, 2},
-    Drill{"soak", soakDrill, 3600, 36},
+    Drill{"faults", faultsDrill, 24, 6},      Drill{"kill", killDrill, 1000, 6},
+    Drill{"bus", busDrill, 3000, 100},        Drill{"files", filesDrill, 2000, 30},
+    Drill{"sessions", sessionsDrill, 200, 2}, Drill{"soak", soakDrill, 3600, 36},
 };
 
 }  // namespace

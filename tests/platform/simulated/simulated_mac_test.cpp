@@ -65,6 +65,26 @@ TEST(SimulatedMac, IsAboutEighteenPercentBusyAndTheSameInEveryRun) {
     EXPECT_TRUE(std::ranges::equal(after.info, twin.machHost.hostProcessorInfo()->info));
 }
 
+TEST(SimulatedFailure, StrikesAboutEverySecondCallAndTheSameOnesInEveryRun) {
+    constexpr int calls = 1000;
+    SimulatedFailure failure;
+    SimulatedFailure again;
+    failure.sometimes(7);
+    again.sometimes(7);
+
+    int strikes = 0;
+    for (int call = 0; call < calls; ++call) {
+        const bool strikesNow = failure.strikes();
+        EXPECT_EQ(again.strikes(), strikesNow);
+        strikes += strikesNow ? 1 : 0;
+    }
+
+    EXPECT_GT(strikes, calls * 4 / 10);
+    EXPECT_LT(strikes, calls * 6 / 10);
+    failure.times(0);
+    EXPECT_FALSE(failure.strikes());
+}
+
 TEST(SimulatedMac, StopsMovingOnceFrozen) {
     SimulatedMac mac;
     mac.advance(5s);
