@@ -36,7 +36,7 @@ protected:
     /// Runs `script` in the folder, and stores its output and exit status.
     void shell(const std::string& script) {
         FILE* const stream =
-            popen(("export LC_ALL=C && cd '" + folder.path().string() + "' && " + script).c_str(), "r");
+            popen(("export LC_ALL=C; cd '" + folder.path().string() + "' || exit; " + script).c_str(), "r");
         ASSERT_NE(stream, nullptr);
         std::array<char, 4096> piece{};
         while (std::fgets(piece.data(), piece.size(), stream) != nullptr) {
