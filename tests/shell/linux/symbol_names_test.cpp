@@ -26,6 +26,10 @@ TEST(SymbolNames, EveryNameInTheShellHasADrawing) {
         QStringLiteral("shell/linux/panel_anchor.cpp"),
         QStringLiteral("shell/linux/panel_scheme_monitor.cpp"),
         QStringLiteral("shell/linux/platform_choice.cpp"),
+        QStringLiteral("shell/linux/readout/bus_readout_service.cpp"),
+        QStringLiteral("shell/linux/readout/bus_readout_service.h"),
+        QStringLiteral("shell/linux/readout/readout_clients.cpp"),
+        QStringLiteral("shell/linux/readout/readout_properties.cpp"),
         QStringLiteral("shell/linux/settings_portal.h"),
         QStringLiteral("shell/macos/mac_window_system.cpp"),
     };
