@@ -81,8 +81,9 @@ constexpr std::array obstacles{
              [](const fs::path& path) { return fs::create_directory(path) && write(path / "file", word); }, false},
     Obstacle{"a second name of a file",
              [](const fs::path& path) {
-                 fs::remove(neighbour(path));
-                 return write(neighbour(path), word) && ::link(neighbour(path).c_str(), path.c_str()) == 0;
+                 // The first name stays: without it, the file would be the user's own.
+                 const fs::path first = path.parent_path() / ".first";
+                 return (fs::exists(first) || write(first, word)) && ::link(first.c_str(), path.c_str()) == 0;
              },
              false},
     Obstacle{"a file that others may write",
