@@ -38,15 +38,12 @@ public:
     /// Watches the file, or waits for a trusted one to appear. False: its directory is missing, or the kernel has
     /// no watch left.
     bool arm() {
-        if (!watchFile()) {
-            renewTrusted(path_);
-            watchFile();
-        }
+        watchOrRenewFile();
         if (fileWatch_ < 0 && directoryWatch_ < 0) {
             directoryWatch_ = inotify_add_watch(inotify_.get(), directory_.c_str(),
                                                 IN_CREATE | IN_DELETE | IN_MOVE | IN_ATTRIB | IN_ONLYDIR);
-            // Retry: the file may have appeared before the directory was watched.
-            watchFile();
+            // Retry: what had taken the name may have gone before the directory was watched.
+            watchOrRenewFile();
         }
         if (fileWatch_ >= 0) {
             forget(directoryWatch_);
@@ -82,6 +79,13 @@ public:
     }
 
 private:
+    void watchOrRenewFile() {
+        if (!watchFile()) {
+            renewTrusted(path_);
+            watchFile();
+        }
+    }
+
     bool watchFile() {
         const auto file = openTrusted(path_, O_RDONLY);
         if (file.isOpen()) {
@@ -89,8 +93,20 @@ private:
             const auto opened = fmt::format("/proc/self/fd/{}", file.get());
             fileWatch_ = inotify_add_watch(inotify_.get(), opened.c_str(),
                                            IN_MODIFY | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF);
+            if (!isStillThere(file)) {
+                // Nothing would announce that: it happened before the file was watched.
+                forget(fileWatch_);
+            }
         }
         return fileWatch_ >= 0;
+    }
+
+    /// Whether the path refers to this open file.
+    bool isStillThere(const Descriptor& file) const {
+        struct stat opened {};
+        struct stat found {};
+        return ::fstat(file.get(), &opened) == 0 && ::lstat(path_.c_str(), &found) == 0 &&
+               opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
     }
 
     /// True: the path now refers to a file that was not watched before.
