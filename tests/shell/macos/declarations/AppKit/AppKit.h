@@ -45,6 +45,5 @@ inline NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat width, CGFloat height) {
 }
 
 #include <AppKit/FoundationDeclarations.h>
-
 #include <AppKit/StatusItemDeclarations.h>
 #include <AppKit/WindowDeclarations.h>

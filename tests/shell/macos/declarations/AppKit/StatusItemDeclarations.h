@@ -71,8 +71,7 @@ using NSFontWeight = CGFloat;
 @end
 
 @interface NSImage : NSObject
-+ (instancetype)imageWithSystemSymbolName:(NSString*)symbolName
-                 accessibilityDescription:(NSString*)description;
++ (instancetype)imageWithSystemSymbolName:(NSString*)symbolName accessibilityDescription:(NSString*)description;
 + (NSImage*)imageWithSize:(NSSize)size
                   flipped:(BOOL)drawingHandlerShouldBeCalledWithFlippedContext
            drawingHandler:(BOOL (^)(NSRect dstRect))drawingHandler;
