@@ -159,8 +159,8 @@ void BusReadoutService::readoutDidUpdate() {
         if (!client.isFollowing) {
             continue;
         }
-        const auto isForeign = [&client](const QString& property) {
-            return readout_properties::isFigure(property) && !client.figures.contains(property);
+        const auto isForeign = [&figures = client.figures](const QString& property) {
+            return readout_properties::isFigure(property) && !figures.contains(property);
         };
         QVariantMap own = changed;
         own.removeIf([&](const auto& entry) { return isForeign(entry.key()); });
