@@ -179,6 +179,9 @@ void ComputeSection::arrangeShares(const SectionGrid& grid) {
         const Share& share = shares_[i];
         share.label->setVisible(i < shown);
         share.value->setVisible(i < shown);
+        if (i >= shown) {
+            continue;
+        }
         share.label->setText(isCompact(grid.tier) ? share.compactName : share.name);
         const double right = grid.width - width * static_cast<double>(shown - i - 1);
         const double room = i == 0 ? width - firstShareSlack(grid.tier) : width;
