@@ -42,6 +42,9 @@ QString Sway::missing() {
             return QString::fromLatin1(program);
         }
     }
+    if (!QFile::permissions(QStringLiteral("/dev/shm")).testFlag(QFile::WriteOther)) {
+        return QStringLiteral("shared memory for every user");
+    }
     const QDir platforms(QLibraryInfo::path(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
     const bool isOffered = !platforms.entryList({QStringLiteral("libqwayland*")}).isEmpty();
     return isOffered ? QString() : QStringLiteral("Qt's platform plugin for Wayland");
