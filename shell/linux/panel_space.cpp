@@ -18,6 +18,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using x11_display::Reply;
+using x11_display::root;
 
 /// More windows than a desktop has.
 constexpr std::uint32_t mostNumbers = 1024;
@@ -36,10 +37,6 @@ struct Stretch {
     void startAt(std::int64_t pixel) { start = pixel > start && end - pixel >= least ? pixel : start; }
     void endAt(std::int64_t pixel) { end = pixel < end && pixel - start >= least ? pixel : end; }
 };
-
-xcb_window_t root(xcb_connection_t* x11) {
-    return xcb_setup_roots_iterator(xcb_get_setup(x11)).data->root;
-}
 
 xcb_get_property_cookie_t request(xcb_connection_t* x11, xcb_window_t window, const std::string& property,
                                   xcb_atom_t type, std::uint32_t mostValues) {

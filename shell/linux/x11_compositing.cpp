@@ -84,7 +84,7 @@ void X11Compositing::requestBlurBehind(QWindow& window, const QRegion& region) c
 
 bool X11Compositing::cutTo(QWindow& window, const QRegion& region) const {
     xcb_connection_t* const x11 = x11_display::connection();
-    if (!x11 || !xcb_get_extension_data(x11, &xcb_shape_id)->present) {
+    if (!x11 || !x11_display::hasExtension(x11, xcb_shape_id)) {
         return false;
     }
     const auto id = static_cast<xcb_window_t>(window.winId());

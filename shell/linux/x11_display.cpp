@@ -12,7 +12,17 @@ namespace kestro::x11_display {
 xcb_connection_t* connection() {
     const auto* const application =
         qGuiApp != nullptr ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return application != nullptr ? application->connection() : nullptr;
+    xcb_connection_t* const connection = application != nullptr ? application->connection() : nullptr;
+    return connection != nullptr && xcb_connection_has_error(connection) == 0 ? connection : nullptr;
+}
+
+xcb_window_t root(xcb_connection_t* connection) {
+    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+}
+
+bool hasExtension(xcb_connection_t* connection, xcb_extension_t& extension) {
+    const auto* const found = xcb_get_extension_data(connection, &extension);
+    return found != nullptr && found->present != 0;
 }
 
 xcb_atom_t atom(xcb_connection_t* connection, std::string_view name, AtomCreation creation) {

@@ -16,8 +16,16 @@ struct FreeReply {
 template <typename T>
 using Reply = std::unique_ptr<T, FreeReply>;
 
-/// Qt's connection to the X server; nullptr on any other window system. Main thread.
+/// Qt's connection to the X server; nullptr on any other window system, and once the connection is lost. Main
+/// thread.
 xcb_connection_t* connection();
+
+/// The root window of the server's first screen, which all monitors share.
+xcb_window_t root(xcb_connection_t* connection);
+
+/// Whether the server has the extension; false also if the connection is lost. The first call for an extension
+/// costs one round trip.
+bool hasExtension(xcb_connection_t* connection, xcb_extension_t& extension);
 
 enum class AtomCreation { always, onlyIfKnown };
 

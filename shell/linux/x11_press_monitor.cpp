@@ -36,8 +36,7 @@ void selectRawPresses(xcb_connection_t* display) {
         xcb_input_event_mask_t head{XCB_INPUT_DEVICE_ALL_MASTER, 1};
         std::uint32_t mask = XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS;
     } mask;
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(display)).data->root;
-    xcb_input_xi_select_events(display, root, 1, &mask.head);
+    xcb_input_xi_select_events(display, x11_display::root(display), 1, &mask.head);
     xcb_flush(display);
 }
 

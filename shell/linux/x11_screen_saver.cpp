@@ -18,30 +18,26 @@ constexpr std::uint8_t minor = 1;
 
 X11ScreenSaver::X11ScreenSaver() {
     auto* const connection = x11_display::connection();
-    if (connection == nullptr) {
-        return;
-    }
-    const auto* const extension = xcb_get_extension_data(connection, &xcb_screensaver_id);
-    if (extension != nullptr && extension->present != 0) {
+    if (connection != nullptr && x11_display::hasExtension(connection, xcb_screensaver_id)) {
         versionRequest_ = xcb_screensaver_query_version(connection, major, minor).sequence;
         xcb_flush(connection);
     }
 }
 
 bool X11ScreenSaver::suspend(bool suspended) {
-    if (!isSupported()) {
+    auto* const connection = x11_display::connection();
+    if (connection == nullptr || !isSupported(*connection)) {
         return false;
     }
-    auto* const connection = x11_display::connection();
     xcb_screensaver_suspend(connection, suspended ? 1 : 0);
     xcb_flush(connection);
     return true;
 }
 
-bool X11ScreenSaver::isSupported() {
+bool X11ScreenSaver::isSupported(xcb_connection_t& connection) {
     if (const auto request = std::exchange(versionRequest_, std::nullopt)) {
         const x11_display::Reply<xcb_screensaver_query_version_reply_t> reply(
-            xcb_screensaver_query_version_reply(x11_display::connection(), {*request}, nullptr));
+            xcb_screensaver_query_version_reply(&connection, {*request}, nullptr));
         isSupported_ = reply && reply->server_major_version == major && reply->server_minor_version >= minor;
     }
     return isSupported_;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <xcb/xcb.h>
+
 #include <optional>
 
 namespace kestro {
@@ -12,13 +14,13 @@ public:
     /// Asks the server for the version of its screen saver extension, at the cost of one round trip.
     X11ScreenSaver();
 
-    /// Suspends the timers, or resumes them; the server counts, so calls nest. False: there is no X server, or its
-    /// extension is older than version 1.1. Does not wait for the server, unless it is called right after the
-    /// start.
+    /// Suspends the timers, or resumes them; the server counts, so calls nest. False: there is no X server, it is
+    /// lost, or its extension is older than version 1.1. Does not wait for the server, unless it is called right
+    /// after the start.
     bool suspend(bool suspended);
 
 private:
-    bool isSupported();
+    bool isSupported(xcb_connection_t& connection);
 
     std::optional<unsigned> versionRequest_;  // sequence number, until the reply is read
     bool isSupported_ = false;

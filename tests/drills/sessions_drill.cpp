@@ -222,16 +222,19 @@ private:
     std::chrono::nanoseconds slowest_{};
 };
 
-/// The display dies with every window open. The program ends, and what changed last is stored.
-void loseTheDisplay(DrillReport& report) {
+/// The display dies while windows open, or, after a pause, with every window open. The program ends, and what
+/// changed last is stored.
+void loseTheDisplay(DrillReport& report, std::chrono::milliseconds pause) {
     DrillDesktop desktop;
     desktop.launch();
-    report.require(desktop.command("dashboard") && desktop.command("settings") && desktop.command("popover") &&
-                       desktop.command("select-fan-1") && desktop.settle(),
+    report.require(desktop.command("select-fan-1") && desktop.settle() && desktop.command("dashboard") &&
+                       desktop.command("settings") && desktop.command("popover"),
                    "no answer before the death of the display");
+    DrillDesktop::pause(pause);
     desktop.session.killDisplay();
     report.require(waitUntil([&] { return !desktop.isRunning(); }, patience), "outlives its display");
-    report.require(desktop.kestro->exitStatus() == QProcess::NormalExit, "crashes with its display");
+    report.require(desktop.kestro->exitStatus() == QProcess::NormalExit,
+                   "crashes with its display: " + desktop.kestro->readAll().toStdString());
     report.require(SessionsDrill::hasStored(desktop, 1), "loses a change with its display");
 }
 
@@ -240,8 +243,12 @@ void loseTheDisplay(DrillReport& report) {
 DrillReport sessionsDrill(const DrillLength& length, DrillRandom& random) {
     DrillReport report;
     SessionsDrill(random, report).run(length);
-    loseTheDisplay(report);
-    report.done += ", 1 display killed";
+    const int displays = length.isShort() ? 1 : 30;
+    for (int count = 0; count < displays; ++count) {
+        loseTheDisplay(report, random.upTo(100ms));
+    }
+    loseTheDisplay(report, 2s);
+    report.done += fmt::format(", {} displays killed", displays + 1);
     return report;
 }
 

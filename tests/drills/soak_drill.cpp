@@ -10,6 +10,8 @@
 #include <array>
 #include <cmath>
 #include <csignal>
+#include <string>
+#include <vector>
 
 namespace kestro::drills {
 
@@ -28,6 +30,7 @@ constexpr auto longestPause = 300ms;
 
 constexpr std::int64_t mostGrowth = 3 * 1024;  // KB
 constexpr double mostMoreWakeUps = 1.2;
+constexpr int measurementsAfter = 4;
 constexpr double wakeUpsOfChance = 2;  // per second: other programs cause some
 
 constexpr std::array words{"popover",
@@ -83,8 +86,7 @@ public:
         act(warm);
         const auto before = cost(measurement);
         act(actions - warm);
-        const auto after = cost(measurement);
-        judge(before, after);
+        judge(before, costAfter(before, measurement));
         report_.require(desktop_->end(SIGTERM) && desktop_->kestro->exitCode() == 0, "does not end");
         report_.done = fmt::format("{} words, keys and clicks in {} s", actions_, time.count());
         return std::move(report_);
@@ -179,20 +181,44 @@ private:
         return sum;
     }
 
+    /// What has grown for good shows in every measurement; what other programs cause shows in some.
+    Cost costAfter(const Cost& before, std::chrono::seconds measurement) {
+        Cost after = cost(measurement);
+        for (int count = 1; count < measurementsAfter && !growth(before, after).empty(); ++count) {
+            after = cost(measurement);
+        }
+        return after;
+    }
+
+    static std::vector<std::string> growth(const Cost& before, const Cost& after) {
+        std::vector<std::string> grown;
+#ifndef KESTRO_SANITIZED
+        // A sanitizer keeps freed memory.
+        if (after.residentKilobytes > before.residentKilobytes + mostGrowth) {
+            grown.emplace_back("memory grows");
+        }
+#endif
+        if (after.descriptors > before.descriptors) {
+            grown.emplace_back("descriptors grow");
+        }
+        if (after.threads > before.threads) {
+            grown.emplace_back("threads grow");
+        }
+        if (after.wakeUpsPerSecond > before.wakeUpsPerSecond * mostMoreWakeUps + wakeUpsOfChance) {
+            grown.emplace_back("wake-ups grow");
+        }
+        return grown;
+    }
+
     void judge(const Cost& before, const Cost& after) {
         report_.worst = fmt::format(
             "{} to {} KB resident, {} to {} descriptors, {} to {} threads, {:.1f} to {:.1f} "
             "wake-ups per second",
             before.residentKilobytes, after.residentKilobytes, before.descriptors, after.descriptors,
             before.threads, after.threads, before.wakeUpsPerSecond, after.wakeUpsPerSecond);
-#ifndef KESTRO_SANITIZED
-        // A sanitizer keeps freed memory.
-        report_.require(after.residentKilobytes <= before.residentKilobytes + mostGrowth, "memory grows");
-#endif
-        report_.require(after.descriptors <= before.descriptors, "descriptors grow");
-        report_.require(after.threads <= before.threads, "threads grow");
-        report_.require(after.wakeUpsPerSecond <= before.wakeUpsPerSecond * mostMoreWakeUps + wakeUpsOfChance,
-                        "wake-ups grow");
+        for (const std::string& what : growth(before, after)) {
+            report_.require(false, what);
+        }
     }
 
     DrillRandom& random_;
