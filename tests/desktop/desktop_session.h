@@ -112,6 +112,9 @@ public:
     /// A screenshot; also saved as `name`.png beside the test programs, for inspection.
     QImage screenshot(const QString& name) const;
 
+    /// Whether a panel has drawn an item at a place. An empty panel has rows of one colour.
+    bool showsAnItemAt(QPoint place) const;
+
     /// Clicks mouse button 1, 2 or 3.
     void click(QPoint position, int button = 1) const;
     void moveTo(QPoint position) const;

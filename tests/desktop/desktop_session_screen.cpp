@@ -48,6 +48,19 @@ QImage DesktopSession::screenshot(const QString& name) const {
     return picture;
 }
 
+bool DesktopSession::showsAnItemAt(QPoint place) const {
+    const QRect area(place - QPoint(15, 8), QSize(30, 16));
+    const QImage part = screenshot(QStringLiteral("panel-item")).copy(area);
+    for (int row = 0; row < part.height(); ++row) {
+        for (int column = 1; column < part.width(); ++column) {
+            if (part.pixel(column, row) != part.pixel(0, row)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 void DesktopSession::moveTo(QPoint position) const {
     output(QStringLiteral("xdotool"),
            {QStringLiteral("mousemove"), QString::number(position.x()), QString::number(position.y())});

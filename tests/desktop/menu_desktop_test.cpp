@@ -88,7 +88,7 @@ struct MenuOnMate : MenuFixture {
 };
 
 TEST_F(MenuOnMate, StaysOpenOnAMiddleClickWhileThePopoverCloses) {
-    launch();
+    launchWithItemAt(item);
 
     clickWhileThePopoverIsOpen(item, item, 2);
     chooseTheLastEntry();
@@ -97,7 +97,7 @@ TEST_F(MenuOnMate, StaysOpenOnAMiddleClickWhileThePopoverCloses) {
 }
 
 TEST_F(MenuOnMate, StaysOpenOnAControlClickWhileThePopoverCloses) {
-    launch();
+    launchWithItemAt(item);
 
     clickWithControlWhileThePopoverIsOpen(item);
     chooseTheLastEntry();

@@ -287,8 +287,8 @@ struct ShellOnMate : ShellFixture {
 };
 
 TEST_F(ShellOnMate, OpensThePopoverUnderTheItemAndClosesItWithASecondClick) {
-    launch();
     const QPoint item(1060, 12);
+    launchWithItemAt(item);
 
     session.click(item);
     ASSERT_TRUE(appears(popover));

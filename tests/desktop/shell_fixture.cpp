@@ -24,6 +24,13 @@ void ShellFixture::launch(const QStringList& variables, KestroProgram program) {
     }
 }
 
+void ShellFixture::launchWithItemAt(QPoint place) {
+    launch();
+    if (!session.waitFor([&] { return session.showsAnItemAt(place); })) {
+        throw std::runtime_error("the panel draws no item");
+    }
+}
+
 bool ShellFixture::showsFigures() const {
     if (panel_ == DesktopPanel::none) {
         return session.strip().has_value();

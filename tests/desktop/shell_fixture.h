@@ -20,6 +20,9 @@ protected:
     /// printed if it does not, which ends the test.
     void launch(const QStringList& variables = {}, KestroProgram program = KestroProgram::underTest);
 
+    /// The same, and waits until the panel has drawn the item at a place: a click before that meets an empty panel.
+    void launchWithItemAt(QPoint place);
+
     /// Writes a word into the command file once the previous one has been consumed.
     void command(const QByteArray& word);
 

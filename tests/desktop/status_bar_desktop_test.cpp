@@ -79,23 +79,6 @@ QStringList filesLeft(const DesktopSession& session, const QStringList& before) 
     return left;
 }
 
-/// Waits until the panel has drawn an item at `place`, which it does some time after the registration. An empty
-/// panel has rows of one colour.
-bool showsAnItemAt(const DesktopSession& session, QPoint place, const QString& name) {
-    const QRect area(place - QPoint(15, 8), QSize(30, 16));
-    return waitUntil([&] {
-        const QImage part = session.screenshot(name).copy(area);
-        for (int row = 0; row < part.height(); ++row) {
-            for (int column = 1; column < part.width(); ++column) {
-                if (part.pixel(column, row) != part.pixel(0, row)) {
-                    return true;
-                }
-            }
-        }
-        return false;
-    });
-}
-
 TEST(StatusBarOnMate, ShowsTheReadoutAsALabel) {
     DesktopSession session(DesktopPanel::mate);
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
@@ -156,7 +139,7 @@ TEST(StatusBarOnMate, OpensItsMenuOnARightClick) {
     const QString item = itemThatShowsMemory(session, client);
     ASSERT_FALSE(item.isEmpty());
     const QPoint place(1060, 12);
-    ASSERT_TRUE(showsAnItemAt(session, place, QStringLiteral("mate-panel-before-menu")));
+    ASSERT_TRUE(session.waitFor([&] { return session.showsAnItemAt(place); }));
     const QImage before = session.screenshot(QStringLiteral("mate-panel-before-menu"));
 
     session.click(place, 3);
@@ -267,7 +250,7 @@ TEST(CoolingItemOnMate, OpensItsMenuOnALeftClick) {
     ASSERT_FALSE(client.waitForItem(QStringLiteral("kestro-cooling")).isEmpty());
     // The cooling item's text is to the left of the main item's icon and the clock.
     const QPoint place(1030, 12);
-    ASSERT_TRUE(showsAnItemAt(session, place, QStringLiteral("mate-panel-cooling")));
+    ASSERT_TRUE(session.waitFor([&] { return session.showsAnItemAt(place); }));
     const QImage before = session.screenshot(QStringLiteral("mate-panel-cooling"));
 
     session.click(place, 1);

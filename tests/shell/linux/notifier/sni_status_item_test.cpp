@@ -337,12 +337,15 @@ TEST_F(SniStatusItemTest, ToleratesAnyCoordinates) {
                                 },
                                 {}});
 
+    int expected = 0;
     for (const int far : {INT_MIN, INT_MAX, 0}) {
         call(*item, "Activate", {far, far});
+        // Two clicks in one turn of the event loop are one.
+        ASSERT_TRUE(waitUntil([&] { return clicks == expected + 1; })) << far;
+        EXPECT_TRUE(anchor.isNull()) << far;
+        anchor = QRect(1, 2, 3, 4);
+        ++expected;
     }
-
-    ASSERT_TRUE(waitUntil([&] { return clicks == 3; }));
-    EXPECT_TRUE(anchor.isNull());
 }
 
 TEST_F(SniStatusItemTest, PropertiesCannotBeSet) {
