@@ -102,7 +102,7 @@ std::optional<QDBusMessage> releaseCall(LockMechanism mechanism, const GrantedLo
 /// The call that asks whether a granted lock is in effect; nullopt: the mechanism cannot be asked.
 std::optional<QDBusMessage> proofCall(LockMechanism mechanism, const QString& service, const LockWish& wish);
 
-/// Whether the lock is in effect: false also if nobody answered in time. nullopt: the service does not know the
+/// Whether the lock is in effect; false also without a reply in time. nullopt: the service does not know the
 /// question.
 std::optional<bool> proofFromReply(LockMechanism mechanism, const QDBusMessage& reply, const LockWish& wish);
 
