@@ -1,127 +1,18 @@
 #include "ui/popover/menu_bar_popover_view.h"
 
-#include "tests/support/simulated_services.h"
+#include "tests/ui/popover/popover_fixture.h"
 #include "ui/menus/menu_button.h"
-#include "ui/popover/readout_line.h"
-#include "ui/theme/kestro_fonts.h"
-#include "ui/theme/motion.h"
-#include "ui/widgets/load_bar.h"
 
-#include <QApplication>
 #include <QMenu>
-#include <QPaintEvent>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 
 namespace kestro {
 namespace {
-
-/// Records the region that the panel repaints.
-class RecordingPopover : public MenuBarPopoverView {
-public:
-    using MenuBarPopoverView::MenuBarPopoverView;
-    QRegion painted;
-
-protected:
-    void paintEvent(QPaintEvent* event) override {
-        painted += event->region();
-        MenuBarPopoverView::paintEvent(event);
-    }
-};
-
-class PopoverTest : public testing::Test {
-protected:
-    explicit PopoverTest(const std::function<void(SimulatedMac&)>& arrange = [](SimulatedMac&) {})
-        : services(arrange) {
-        KestroTheme::bind(&services.settings());
-        motion::setReduced(true);
-        services.mac.freeze();
-        services.engine().sampleFull();
-        view = std::make_unique<RecordingPopover>(
-            services.services(), PopoverActions{[this] { calls.append(QStringLiteral("dashboard")); },
-                                                [this] { calls.append(QStringLiteral("settings")); },
-                                                [this] { calls.append(QStringLiteral("quit")); }});
-    }
-    ~PopoverTest() override {
-        view.reset();
-        KestroTheme::bind(nullptr);
-        motion::setReduced(false);
-    }
-
-    void show() {
-        view->show();
-        settle();
-        view->painted = {};
-    }
-
-    static void settle() {
-        QApplication::processEvents();
-        QApplication::sendPostedEvents();
-    }
-
-    void sample() {
-        services.advance(std::chrono::seconds(1));
-        services.engine().sampleFull();
-        settle();
-    }
-
-    /// The accessible names in the order of creation, which is from top to bottom.
-    QStringList spoken() const {
-        QStringList names;
-        for (const View* part : view->findChildren<View*>()) {
-            const AccessibleInfo info = part->accessibleInfo();
-            if (part->isVisible() && !info.isDecoration) {
-                names.append(info.name);
-            }
-        }
-        return names;
-    }
-
-    ReadoutLine* line(const QString& beginning) const {
-        for (ReadoutLine* candidate : view->findChildren<ReadoutLine*>()) {
-            if (candidate->accessibleInfo().name.startsWith(beginning)) {
-                return candidate;
-            }
-        }
-        ADD_FAILURE() << "no line " << beginning.toStdString();
-        return nullptr;
-    }
-
-    Button* button(const QString& name) const {
-        for (Button* candidate : view->findChildren<Button*>()) {
-            if (candidate->accessibleInfo().name.startsWith(name)) {
-                return candidate;
-            }
-        }
-        ADD_FAILURE() << "no button " << name.toStdString();
-        return nullptr;
-    }
-
-    void setTemperature(double celsius) {
-        for (SimulatedSensor& sensor : services.mac.hidEventSystem.sensors) {
-            sensor.temperature = celsius;
-        }
-        sample();
-    }
-
-    SimulatedServices services;
-    QStringList calls;
-    std::unique_ptr<RecordingPopover> view;
-};
-
-TEST_F(PopoverTest, HasRoomForTheFocusRingOfEveryButton) {
-    show();
-
-    for (const Button* one : view->findChildren<Button*>()) {
-        constexpr double ring = FocusRing::ringGap + FocusRing::ringWidth;
-        const QRectF ringed = one->focusArea().adjusted(-ring, -ring, ring, ring);
-        EXPECT_TRUE(QRectF(view->rect()).contains(ringed.translated(one->pos())))
-            << one->accessibleInfo().name.toStdString();
-    }
-}
 
 TEST_F(PopoverTest, ExposesEverythingInReadingOrder) {
     services.engine().setUIActive(true);
@@ -336,86 +227,6 @@ TEST_F(PopoverTest, KeyboardReachesEveryControlInReadingOrder) {
     EXPECT_EQ(reached, (QStringList{QStringLiteral("Settings"), QStringLiteral("Open Dashboard"),
                                     QStringLiteral("Profile: Normal (Auto)"), QStringLiteral("Keep Awake"),
                                     QStringLiteral("Quit")}));
-}
-
-TEST_F(PopoverTest, EveryControlIsLargeEnoughToHit) {
-    show();
-
-    for (const Control* control : view->findChildren<Control*>()) {
-        const bool isChip = control->accessibleInfo().name == QStringLiteral("Keep Awake");
-        EXPECT_GE(control->height(), isChip ? 20 : 22) << control->accessibleInfo().name.toStdString();
-        EXPECT_GE(control->width(), 22);
-    }
-}
-
-/// Fixture with the widest glyphs and the largest numbers everywhere.
-class CrowdedPopoverTest : public PopoverTest {
-protected:
-    CrowdedPopoverTest()
-        : PopoverTest([](SimulatedMac& mac) {
-              mac.systemControl.texts["hw.perflevel0.name"] = "MMMMMMMMMMMMMMMMMMMMMMMM";
-              mac.systemControl.texts["hw.perflevel1.name"] = "<b>&MMMM</b>";
-              mac.fileSystem.root = {1'048'576, 9'000'000'000, 8'900'000'000};
-              mac.processInfo.memory = 1ULL << 60;
-          }) {}
-};
-
-TEST_F(CrowdedPopoverTest, KeepsEveryPartInsideThePanelWithoutOverlaps) {
-    services.keepAwake().activate(KeepAwakeDuration::hours4);
-    services.settings().fanSpeedUnit.set(FanSpeedUnit::rawRPM);
-    services.settings().temperatureUnit.set(TemperatureUnit::fahrenheit);
-    services.mac.smc.setFans(std::array{65'000.0F, 65'000.0F, 65'000.0F, 65'000.0F, 65'000.0F, 65'000.0F});
-    show();
-    sample();
-
-    std::vector<const View*> parts;
-    for (const View* part : view->findChildren<View*>(QString(), Qt::FindDirectChildrenOnly)) {
-        const bool isBar = part->inherits("kestro::LoadBar");
-        if (part->isVisible() && !isBar) {
-            parts.push_back(part);
-        }
-    }
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        EXPECT_TRUE(view->rect().contains(parts[i]->geometry())) << parts[i]->accessibleInfo().name.toStdString();
-        for (std::size_t j = i + 1; j < parts.size(); ++j) {
-            EXPECT_FALSE(parts[i]->geometry().intersects(parts[j]->geometry()))
-                << parts[i]->accessibleInfo().name.toStdString() << " / "
-                << parts[j]->accessibleInfo().name.toStdString();
-        }
-    }
-    EXPECT_TRUE(line(QStringLiteral("<b>&MMMM</b>, ")));
-}
-
-/// The pixels that a part paints, in the panel's coordinates.
-QRegion inkOf(QWidget& part) {
-    QImage image(part.size(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    part.render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
-    QRegion ink;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (qAlpha(image.pixel(x, y)) > 0) {
-                ink += QRect(x, y, 1, 1);
-            }
-        }
-    }
-    return ink.translated(part.pos());
-}
-
-TEST_F(CrowdedPopoverTest, KeepsTheLabelsAndValuesOfTheClustersOffTheirBars) {
-    services.mac.machHost.coreLoads.assign(services.mac.machHost.coreLoads.size(), 100);
-    show();
-    sample();
-
-    const auto bars = view->findChildren<LoadBar*>();
-    ASSERT_EQ(bars.size(), 2);
-    for (ReadoutLine* const cluster : {line(QStringLiteral("MMMM")), line(QStringLiteral("<b>&MMMM</b>"))}) {
-        const QRegion ink = inkOf(*cluster);
-        EXPECT_FALSE(ink.isEmpty());
-        for (const LoadBar* bar : bars) {
-            EXPECT_FALSE(ink.intersects(bar->geometry())) << cluster->label().toStdString();
-        }
-    }
 }
 
 }  // namespace
