@@ -1,10 +1,11 @@
-#include "tests/desktop/menu_fixture.h"
+#include "tests/desktop/daemons_fixture.h"
 #include "tests/platform/desktop/lock_pipe.h"
 #include "tests/support/fake_service.h"
 
 #include <QDBusArgument>
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QFileInfo>
+#include <QProcess>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -12,51 +13,11 @@
 #include <xcb/xcb.h>
 
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
-#include <memory>
-#include <optional>
 
 namespace kestro {
 namespace {
-
-using Bus = DesktopSession::Bus;
-
-/// Kestro beside the real daemons. A test is skipped where its daemon is not installed.
-struct DaemonsOnTheDesktop : MenuFixture {
-    /// Calls a method on either bus and returns its first result; invalid after an error.
-    QVariant ask(Bus bus, const QString& service, const QString& path, const QString& interface,
-                 const QString& method, const QVariantList& arguments = {}) {
-        auto& connection = bus == Bus::session ? sessionConnection_ : systemConnection_;
-        if (!connection) {
-            connection = session.connect(bus);
-        }
-        auto message = QDBusMessage::createMethodCall(service, path, interface, method);
-        message.setAutoStartService(false);
-        message.setArguments(arguments);
-        const auto reply = connection->call(message);
-        return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0) : QVariant();
-    }
-
-    bool isOwned(Bus bus, const QString& name) {
-        const QString daemon = QStringLiteral("org.freedesktop.DBus");
-        return waitUntil([&] {
-            return ask(bus, daemon, QStringLiteral("/org/freedesktop/DBus"), daemon,
-                       QStringLiteral("NameHasOwner"), {name})
-                .toBool();
-        });
-    }
-
-    static bool isInstalled(const char* program) { return QFileInfo::exists(QString::fromLatin1(program)); }
-
-private:
-    std::optional<QDBusConnection> sessionConnection_;
-    std::optional<QDBusConnection> systemConnection_;
-};
-
-#define NEEDS_PROGRAM(program)                            \
-    if (!isInstalled(program)) {                          \
-        GTEST_SKIP() << (program) << " is not installed"; \
-    }
 
 /// The screen saver of an X server, seen through a separate connection.
 class ServerScreenSaver {
@@ -272,56 +233,6 @@ TEST_F(DaemonsOnTheDesktop, XScreenSaverIsInhibitedUntilAKill) {
     expectEndBy(SIGKILL);
 
     EXPECT_TRUE(says("uninhibiting")) << output.toStdString();
-}
-
-struct ProfilesOnTheDesktop : DaemonsOnTheDesktop {
-    /// Describes the daemon with its test driver, and starts an authority that consents to everything, or nothing.
-    void offerDaemon(bool consents) {
-        session.start(QStringLiteral("/usr/bin/python3"),
-                      {QStringLiteral("-m"), QStringLiteral("dbusmock"), QStringLiteral("--system"),
-                       QStringLiteral("--template"), QStringLiteral("polkitd")});
-        const QString authority = QStringLiteral("org.freedesktop.PolicyKit1");
-        ASSERT_TRUE(isOwned(Bus::system, authority));
-        ask(Bus::system, authority, QStringLiteral("/org/freedesktop/PolicyKit1/Authority"),
-            QStringLiteral("org.freedesktop.DBus.Mock"), QStringLiteral("AllowUnknown"), {consents});
-        session.offerSystemService(
-            QStringLiteral("net.hadess.PowerProfiles"),
-            QStringLiteral("POWER_PROFILE_DAEMON_FAKE_DRIVER=1 /usr/libexec/power-profiles-daemon"));
-    }
-
-    QString active() {
-        return ask(Bus::system, QStringLiteral("net.hadess.PowerProfiles"),
-                   QStringLiteral("/net/hadess/PowerProfiles"), QStringLiteral("org.freedesktop.DBus.Properties"),
-                   QStringLiteral("Get"),
-                   {QStringLiteral("net.hadess.PowerProfiles"), QStringLiteral("ActiveProfile")})
-            .value<QDBusVariant>()
-            .variant()
-            .toString();
-    }
-};
-
-TEST_F(ProfilesOnTheDesktop, ADaemonThatIsNotRunningIsStartedByName) {
-    NEEDS_PROGRAM("/usr/libexec/power-profiles-daemon");
-    offerDaemon(true);
-    launch();
-    ASSERT_TRUE(waitUntil([&] { return active() == QStringLiteral("balanced"); }));
-
-    choose(QStringLiteral("High Power"));
-
-    EXPECT_TRUE(checks(QStringLiteral("High Power")));
-    EXPECT_EQ(active(), QStringLiteral("performance"));
-}
-
-TEST_F(ProfilesOnTheDesktop, TheModeStaysWithoutTheAdministratorsConsent) {
-    NEEDS_PROGRAM("/usr/libexec/power-profiles-daemon");
-    offerDaemon(false);
-    launch();
-    ASSERT_TRUE(waitUntil([&] { return active() == QStringLiteral("balanced"); }));
-
-    choose(QStringLiteral("Low Power"));
-
-    EXPECT_TRUE(checks(QStringLiteral("Balanced (Automatic)")));
-    EXPECT_EQ(active(), QStringLiteral("balanced"));
 }
 
 }  // namespace
