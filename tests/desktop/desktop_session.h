@@ -47,6 +47,9 @@ class DesktopSession {
 public:
     static constexpr QSize screenSize{1280, 800};
 
+    /// How long a process may take to start, print or end, in milliseconds.
+    static constexpr int patience = 20'000;
+
     /// With a screen of `screen` pixels.
     explicit DesktopSession(DesktopPanel panel = DesktopPanel::none, QSize screen = screenSize);
     ~DesktopSession();
