@@ -2,151 +2,41 @@
 // status item, then the cost while idle and with each surface open. Acts as the panel: owns the watcher's name and
 // claims to be a host.
 
+#include "bench/accepting_watcher.h"
 #include "bench/paired.h"
+#include "bench/process_usage.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusVariant>
-#include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QProcess>
 #include <QTimer>
+#include <QVariantMap>
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
+using kestro::bench::AcceptingWatcher;
+using kestro::bench::memoryOf;
 using kestro::bench::printHeader;
 using kestro::bench::printRow;
-
-/// A status notifier watcher that accepts every item and stores only the fact of a registration.
-class Watcher : public QDBusVirtualObject {
-public:
-    /// Called with the item's bus name, which contains its process identifier.
-    std::function<void(const QString& item)> onRegister;
-
-    QString introspect(const QString&) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-        if (message.member() == QLatin1String("RegisterStatusNotifierItem")) {
-            connection.send(message.createReply());
-            if (onRegister) {
-                onRegister(message.arguments().value(0).toString());
-            }
-            return true;
-        }
-        if (message.member() == QLatin1String("Get") && message.arguments().size() == 2) {
-            const auto name = message.arguments().at(1).toString();
-            connection.send(message.createReply(QVariant::fromValue(QDBusVariant(value(name)))));
-            return true;
-        }
-        if (message.member() == QLatin1String("GetAll")) {
-            QVariantMap all;
-            for (const char* name :
-                 {"IsStatusNotifierHostRegistered", "ProtocolVersion", "RegisteredStatusNotifierItems"}) {
-                all.insert(QLatin1String(name), value(QLatin1String(name)));
-            }
-            connection.send(message.createReply(all));
-            return true;
-        }
-        return false;
-    }
-
-private:
-    static QVariant value(const QString& property) {
-        if (property == QLatin1String("IsStatusNotifierHostRegistered")) {
-            return true;
-        }
-        if (property == QLatin1String("ProtocolVersion")) {
-            return 0;
-        }
-        return QStringList();
-    }
-};
-
-/// CPU time and wake-ups of a process over a period. Update it about once a second: of a thread that ends between
-/// two updates, only the CPU time is counted.
-class UsageMeter {
-public:
-    explicit UsageMeter(qint64 pid) : pid_(pid) {
-        clock_getcpuclockid(static_cast<pid_t>(pid), &clock_);
-        before_ = processorNanoseconds();
-        switches_ = switchesByThread();
-        elapsed_.start();
-    }
-
-    void update() {
-        auto now = switchesByThread();
-        for (const auto& [thread, count] : now) {
-            const auto known = switches_.find(thread);
-            wakeUps_ += count - (known != switches_.end() ? known->second : 0);
-        }
-        switches_ = std::move(now);
-    }
-
-    /// Percent of one core.
-    double processorPercent() const { return (processorNanoseconds() - before_) / 1e9 / seconds() * 100; }
-    /// Voluntary context switches of all threads.
-    double wakeUpsPerSecond() const { return wakeUps_ / seconds(); }
-
-private:
-    double seconds() const { return static_cast<double>(elapsed_.nsecsElapsed()) / 1e9; }
-
-    double processorNanoseconds() const {
-        timespec time{};
-        clock_gettime(clock_, &time);
-        return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
-    }
-
-    std::map<std::string, double> switchesByThread() const {
-        std::map<std::string, double> found;
-        std::error_code ignored;
-        for (const auto& task : fs::directory_iterator(fmt::format("/proc/{}/task", pid_), ignored)) {
-            std::ifstream status(task.path() / "status");
-            for (std::string word; status >> word;) {
-                if (word == "voluntary_ctxt_switches:") {
-                    status >> found[task.path().filename()];
-                }
-            }
-        }
-        return found;
-    }
-
-    qint64 pid_;
-    clockid_t clock_{};
-    double before_ = 0;
-    double wakeUps_ = 0;
-    std::map<std::string, double> switches_;
-    QElapsedTimer elapsed_;
-};
-
-/// One line of the process's smaps_rollup, in megabytes.
-double memoryOf(qint64 pid, const std::string& line) {
-    std::ifstream rollup(fmt::format("/proc/{}/smaps_rollup", pid));
-    for (std::string word; rollup >> word;) {
-        if (word == line) {
-            double kibibytes = 0;
-            rollup >> kibibytes;
-            return kibibytes / 1024;
-        }
-    }
-    return 0;
-}
+using kestro::bench::UsageMeter;
 
 void runFor(std::chrono::milliseconds time) {
     QEventLoop loop;
@@ -185,7 +75,7 @@ void measureState(qint64 pid, const std::string& name, std::chrono::seconds time
 /// Kestro itself, with the preferences of one measurement.
 class Program {
 public:
-    Program(QString path, Watcher& watcher) : path_(std::move(path)), watcher_(watcher) {
+    Program(QString path, AcceptingWatcher& watcher) : path_(std::move(path)), watcher_(watcher) {
         process_.setStandardInputFile(QProcess::nullDevice());
     }
 
@@ -223,7 +113,7 @@ public:
 
 private:
     QString path_;
-    Watcher& watcher_;
+    AcceptingWatcher& watcher_;
     QProcess process_;
 };
 
@@ -286,7 +176,7 @@ int main(int argc, char** argv) {
     const std::chrono::seconds idleTime(argc > 2 ? std::max(1, std::atoi(argv[2])) : 60);
     const auto openTime = std::min<std::chrono::seconds>(idleTime, 20s);
 
-    Watcher watcher;
+    AcceptingWatcher watcher;
     auto bus = QDBusConnection::sessionBus();
     bus.registerVirtualObject(QStringLiteral("/StatusNotifierWatcher"), &watcher);
     if (!bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"))) {
