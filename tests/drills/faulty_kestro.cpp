@@ -1,11 +1,9 @@
 #include "tests/drills/faulty_kestro.h"
 
+#include "app/application_content.h"
 #include "app/windows/dashboard_window.h"
 #include "app/windows/popover_window.h"
 #include "app/windows/settings_window.h"
-#include "ui/dashboard/dashboard_view.h"
-#include "ui/popover/menu_bar_popover_view.h"
-#include "ui/settings/settings_view.h"
 #include "ui/theme/motion.h"
 
 #include <QApplication>
@@ -16,24 +14,12 @@ namespace {
 
 const std::string commandFile = "/commands";
 
-SurfaceFactories realSurfaces() {
-    return {
-        .popover = [](const KestroServices& services, const PopoverActions& actions, QWidget* parent) -> QWidget* {
-            return new MenuBarPopoverView(services, actions, parent);
-        },
-        .dashboard = [](const KestroServices& services, const DashboardActions& actions,
-                        QWidget* parent) -> QWidget* { return new DashboardView(services, actions, parent); },
-        .settings = [](const KestroServices& services, const SettingsActions& actions,
-                       QWidget* parent) -> QWidget* { return new SettingsView(services, actions, parent); },
-    };
-}
-
 }  // namespace
 
 FaultyKestro::FaultyKestro(const std::function<void(SimulatedMac&)>& arrange)
     : simulated(arrange),
       delegate(mac.platform(), simulated.services(), simulated.objects->readers.smc, {bar, windowSystem},
-               realSurfaces(), {commandFile}, {.terminate = [] {}, .trimMemory = [] {}}) {
+               kestroSurfaces(), {commandFile}, {.terminate = [] {}, .trimMemory = [] {}}) {
     motion::setReduced(true);
     delegate.applicationDidFinishLaunching();
     settle();
