@@ -85,6 +85,12 @@ bool isAllowed(const std::string& path) {
     return true;
 }
 
+/// As `isAllowed`, for an open file or folder. Its name is looked up only while the disk has trouble.
+bool isFileAllowed(int descriptor) {
+    const MachineTroubles* const current = troubles();
+    return current == nullptr || current->disk.load() == DiskTrouble::none || isAllowed(nameOf(descriptor));
+}
+
 int openIfAllowed(OpenAt open, int directory, const char* path, int flags, mode_t mode) {
     const bool isForWriting = (flags & (O_WRONLY | O_RDWR | O_CREAT)) != 0;
     const bool isRelative = path[0] != '/' && directory != AT_FDCWD;
@@ -102,27 +108,23 @@ mode_t modeOf(int flags, va_list arguments) {
 
 #define REPLACEMENT extern "C" __attribute__((visibility("default")))
 
-REPLACEMENT int openat(int directory, const char* path, int flags, ...) {
-    static const auto next = original<OpenAt>("openat");
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
-    va_end(arguments);
-    return openIfAllowed(next, directory, path, flags, mode);
-}
+// A macro, since a function cannot pass on variable arguments.
+#define REPLACEMENT_OF_OPENAT(name)                                         \
+    REPLACEMENT int name(int directory, const char* path, int flags, ...) { \
+        static const auto next = original<OpenAt>(#name);                   \
+        va_list arguments;                                                  \
+        va_start(arguments, flags);                                         \
+        const mode_t mode = modeOf(flags, arguments);                       \
+        va_end(arguments);                                                  \
+        return openIfAllowed(next, directory, path, flags, mode);           \
+    }
 
-REPLACEMENT int openat64(int directory, const char* path, int flags, ...) {
-    static const auto next = original<OpenAt>("openat64");
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
-    va_end(arguments);
-    return openIfAllowed(next, directory, path, flags, mode);
-}
+REPLACEMENT_OF_OPENAT(openat)
+REPLACEMENT_OF_OPENAT(openat64)
 
 REPLACEMENT ssize_t write(int descriptor, const void* bytes, size_t count) {
     static const auto next = original<ssize_t (*)(int, const void*, size_t)>("write");
-    if (troubles() != nullptr && troubles()->disk.load() != DiskTrouble::none && !isAllowed(nameOf(descriptor))) {
+    if (!isFileAllowed(descriptor)) {
         return -1;
     }
     return next(descriptor, bytes, count);
@@ -130,7 +132,7 @@ REPLACEMENT ssize_t write(int descriptor, const void* bytes, size_t count) {
 
 REPLACEMENT int fsync(int descriptor) {
     static const auto next = original<int (*)(int)>("fsync");
-    if (troubles() != nullptr && troubles()->disk.load() != DiskTrouble::none && !isAllowed(nameOf(descriptor))) {
+    if (!isFileAllowed(descriptor)) {
         return -1;
     }
     return next(descriptor);
@@ -138,7 +140,7 @@ REPLACEMENT int fsync(int descriptor) {
 
 REPLACEMENT int renameat(int from, const char* oldName, int to, const char* newName) {
     static const auto next = original<int (*)(int, const char*, int, const char*)>("renameat");
-    if (troubles() != nullptr && troubles()->disk.load() != DiskTrouble::none && !isAllowed(nameOf(to))) {
+    if (!isFileAllowed(to)) {
         return -1;
     }
     return next(from, oldName, to, newName);
