@@ -1,6 +1,7 @@
 #include "core/readout/module_text.h"
 
 #include "core/base/text.h"
+#include "tests/core/readout/readout_machine.h"
 
 #include <gtest/gtest.h>
 
@@ -14,40 +15,7 @@ namespace {
 
 using Module = MenubarModuleType;
 
-/// A machine in use: 42 % of memory, 18 % load, one fan at 1420 rpm.
-struct Machine {
-    CPUTelemetry cpu = CPUTelemetry::initial();
-    MemoryTelemetry memory;
-    std::vector<FanTelemetry> fans{{0, "Fan", 1420.9, 1400, 1200, 7300}};
-    ThermalTelemetry thermal = ThermalTelemetry::initial();
-    NetworkTelemetry network{240'000, 1'200'000, "wlan0", "192.168.1.5"};
-    PowerTelemetry power = PowerTelemetry::initial();
-    DiskTelemetry disk = DiskTelemetry::initial();
-
-    Machine() {
-        cpu.totalUsage = 18.7;
-        cpu.cluster0Usage = 24.9;
-        cpu.cluster1Usage = 8.2;
-        memory.totalBytes = 1000;
-        memory.usedBytes = 429;
-        thermal.averageSoCTemp = 48.9;
-        power.hasBattery = true;
-        power.percentage = 98.9;
-        disk.freeBytes = 512'000'000'000;
-    }
-
-    ReadoutInputs inputs() const {
-        ReadoutInputs all;
-        all.cpu = &cpu;
-        all.memory = &memory;
-        all.fans = fans;
-        all.thermal = &thermal;
-        all.network = &network;
-        all.power = &power;
-        all.disk = &disk;
-        return all;
-    }
-
+struct Machine : ReadoutMachine {
     std::string text(Module module) const { return formattedText(module, inputs()); }
 };
 

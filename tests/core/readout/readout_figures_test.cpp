@@ -1,9 +1,13 @@
 #include "core/readout/readout_figures.h"
 
+#include "tests/core/readout/readout_machine.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdint>
 #include <limits>
+#include <optional>
 #include <vector>
 
 namespace kestro {
@@ -14,39 +18,13 @@ using enum MenubarModuleType;
 constexpr std::array everyModule{appIcon,    memory,    cpuUsage, cpuClusters, thermal,   fanSpeed,
                                  fanProfile, powerMode, network,  battery,     diskSpace, keepAwake};
 
-/// A machine whose every figure is measured.
-struct Machine {
-    CPUTelemetry cpu = CPUTelemetry::initial();
-    MemoryTelemetry memory;
-    std::vector<FanTelemetry> fans{{0, "Left", 1420.9, 1400, 1200, 7300}, {1, "Right", 1500, 1400, 1200, 7300}};
-    ThermalTelemetry thermal{48.9, 52, 31, 4, "Nominal"};
-    NetworkTelemetry network{240'000.5, 1'200'000, "wlan0", "192.168.1.5"};
-    PowerTelemetry power = PowerTelemetry::initial();
-    DiskTelemetry disk = DiskTelemetry::initial();
+/// A machine with two fans and a charging battery, whose every figure is measured.
+struct Machine : ReadoutMachine {
     MeasuredFigures measured{true, true, {true, true, true}};
 
     Machine() {
-        cpu.totalUsage = 18.7;
-        cpu.cluster0Usage = 24.9;
-        cpu.cluster1Usage = 8.2;
-        memory.totalBytes = 1000;
-        memory.usedBytes = 429;
-        power.hasBattery = true;
+        fans.push_back({1, "Right", 1500, 1400, 1200, 7300});
         power.isCharging = true;
-        power.percentage = 98.9;
-        disk.freeBytes = 512'000'000'000;
-    }
-
-    ReadoutInputs inputs() const {
-        ReadoutInputs all;
-        all.cpu = &cpu;
-        all.memory = &memory;
-        all.fans = fans;
-        all.thermal = &thermal;
-        all.network = &network;
-        all.power = &power;
-        all.disk = &disk;
-        return all;
     }
 
     ReadoutFigures figures() const { return readoutFigures(everyModule, inputs(), measured); }
