@@ -98,10 +98,10 @@ struct LinuxDesktop {
     LinuxSMCService smc{clock, "/", sleepingDevices};
     LinuxHIDEventSystem hidEventSystem{clock, "/", sleepingDevices};
     LinuxPowerEvents powerEvents{runLoop};
-    PowerProfiles powerProfiles{systemLink};
+    PowerProfiles powerModeService{systemLink};
     LinuxCommandRunner programs;
-    SessionCommandRunner commandRunner{powerProfiles, programs};
-    PowerProfileScriptRunner scriptRunner{powerProfiles};
+    SessionCommandRunner commandRunner{powerModeService, programs};
+    PowerProfileScriptRunner scriptRunner{powerModeService};
     X11ScreenSaver screenSaver;
     BusLockServices lockServices{
         sessionLink,
@@ -114,26 +114,7 @@ struct LinuxDesktop {
     JsonUserDefaults userDefaults{runLoop, JsonUserDefaults::defaultPath()};
     LinuxFileEvents fileEvents{runLoop};
 
-    const Platform platform{
-        .clock = clock,
-        .runLoop = runLoop,
-        .machHost = machHost,
-        .systemControl = systemControl,
-        .processInfo = processInfo,
-        .fileSystem = fileSystem,
-        .networkInterfaces = networkInterfaces,
-        .powerSources = powerSources,
-        .smc = smc,
-        .hidEventSystem = hidEventSystem,
-        .commandRunner = commandRunner,
-        .scriptRunner = scriptRunner,
-        .powerAssertions = powerAssertions,
-        .powerEvents = powerEvents,
-        .powerModeService = powerProfiles,
-        .userDefaults = userDefaults,
-        .notifications = notifications,
-        .fileEvents = fileEvents,
-    };
+    const Platform platform = Platform::of(*this);
 };
 
 /// The program's end, and whether it has been asked for.

@@ -71,26 +71,7 @@ struct Mac {
     MacDistributedNotifications notifications{runLoop};
     MacFileEvents fileEvents{runLoop};
 
-    const Platform platform{
-        .clock = clock,
-        .runLoop = runLoop,
-        .machHost = machHost,
-        .systemControl = systemControl,
-        .processInfo = processInfo,
-        .fileSystem = fileSystem,
-        .networkInterfaces = networkInterfaces,
-        .powerSources = powerSources,
-        .smc = smc,
-        .hidEventSystem = hidEventSystem,
-        .commandRunner = commandRunner,
-        .scriptRunner = scriptRunner,
-        .powerAssertions = powerAssertions,
-        .powerEvents = powerEvents,
-        .powerModeService = powerModeService,
-        .userDefaults = userDefaults,
-        .notifications = notifications,
-        .fileEvents = fileEvents,
-    };
+    const Platform platform = Platform::of(*this);
 };
 
 /// Not `quit`, which asks every window first: the dashboard refuses to close.

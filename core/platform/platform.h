@@ -42,6 +42,31 @@ struct Platform {
     DistributedNotifications& notifications;
     FileEvents& fileEvents;
 
+    /// The ports of an object with a member for each, under the same name.
+    template <typename Ports>
+    static Platform of(Ports& ports) {
+        return {
+            .clock = ports.clock,
+            .runLoop = ports.runLoop,
+            .machHost = ports.machHost,
+            .systemControl = ports.systemControl,
+            .processInfo = ports.processInfo,
+            .fileSystem = ports.fileSystem,
+            .networkInterfaces = ports.networkInterfaces,
+            .powerSources = ports.powerSources,
+            .smc = ports.smc,
+            .hidEventSystem = ports.hidEventSystem,
+            .commandRunner = ports.commandRunner,
+            .scriptRunner = ports.scriptRunner,
+            .powerAssertions = ports.powerAssertions,
+            .powerEvents = ports.powerEvents,
+            .powerModeService = ports.powerModeService,
+            .userDefaults = ports.userDefaults,
+            .notifications = ports.notifications,
+            .fileEvents = ports.fileEvents,
+        };
+    }
+
     /// The platform on which the process-wide shared objects are built. main calls `install` once; calling
     /// `current` before that is a bug.
     static const Platform& current();
