@@ -2,6 +2,8 @@
 
 #include "tests/core/engine/telemetry_engine_fixture.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <chrono>
 #include <string>

@@ -1,5 +1,7 @@
 #include "tests/core/engine/telemetry_engine_fixture.h"
 
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <cstdint>
 #include <limits>

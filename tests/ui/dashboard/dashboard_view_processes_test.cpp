@@ -5,6 +5,8 @@
 #include <QAccessible>
 #include <QStringList>
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <utility>

@@ -4,6 +4,11 @@
 #include "ui/controls/text_label.h"
 #include "ui/widgets/core_matrix_view.h"
 
+#include <QApplication>
+#include <QImage>
+
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 
 namespace kestro {

@@ -4,6 +4,8 @@
 #include <QAccessible>
 #include <QStringList>
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <chrono>

@@ -5,6 +5,10 @@
 #include "ui/dashboard/process_row.h"
 #include "ui/dashboard/temperature_rows.h"
 
+#include <QApplication>
+
+#include <gtest/gtest.h>
+
 #include <cstdint>
 
 namespace kestro {

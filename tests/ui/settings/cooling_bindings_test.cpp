@@ -2,6 +2,8 @@
 #include "tests/ui/settings/settings_bindings_fixture.h"
 #include "ui/controls/toggle_switch.h"
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <string>
 

@@ -5,6 +5,8 @@
 #include "ui/controls/tab_strip.h"
 #include "ui/settings/module_row.h"
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <chrono>
 #include <cstddef>
