@@ -27,6 +27,14 @@ constexpr int mostProcesses = 64;
 const TextStyle headStyle{9, headLine, QFont::Medium, 0, KestroTheme::textSecondary};
 const TextStyle footStyle{9, footLine, QFont::Medium, 0, KestroTheme::textSecondary};
 
+/// Gives the keyboard to another control before the one that has it hides.
+void handOverFocus(const Button& from, Button& to) {
+    if (from.hasFocus()) {
+        to.show();
+        to.setFocus(from.showsFocus() ? Qt::TabFocusReason : Qt::OtherFocusReason);
+    }
+}
+
 }  // namespace
 
 ActivitySection::ActivitySection(const KestroServices& services, QWidget* parent)
@@ -137,6 +145,12 @@ void ActivitySection::arrange(const SectionGrid& grid) {
 }
 
 void ActivitySection::arrangeHeads(const SectionGrid& grid, const ProcessListLayout& layout) {
+    // A narrow card has room for one head; a press on it shows the other in its place.
+    if (layout.memoryWidth <= 0) {
+        handOverFocus(*memoryHead_, *cpuHead_);
+    } else if (layout.cpuWidth <= 0) {
+        handOverFocus(*cpuHead_, *memoryHead_);
+    }
     double right = grid.width;
     const double middle = layout.headTop + headLine / 2;
     const auto placeHead = [&](Button& head, double width, bool isSorting) {

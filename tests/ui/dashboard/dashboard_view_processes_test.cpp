@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QStringList>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -61,6 +62,22 @@ TEST_F(DashboardViewTest, TogglesTheMetricWithTheSingleHeadOfATightList) {
     heads[1]->click();
 
     EXPECT_EQ(machine_->settings().processSortMetric.get(), ProcessSortMetric::cpu);
+}
+
+TEST_F(DashboardViewTest, HandsTheKeyboardToTheHeadThatReplacesTheOther) {
+    make();
+    show(740, 420);
+    view_->activateWindow();
+    const auto heads = section<ActivitySection>().findChildren<Button*>();
+    heads[0]->setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(heads[0]->hasFocus());
+
+    QTest::keyClick(heads[0], Qt::Key_Space);
+    EXPECT_TRUE(heads[1]->hasFocus());
+    EXPECT_TRUE(heads[1]->showsFocus());
+    QTest::keyClick(heads[1], Qt::Key_Space);
+
+    EXPECT_TRUE(heads[0]->hasFocus());
 }
 
 TEST_F(DashboardViewTest, ShowsTheFullCommandOfAProcessAsPlainText) {
