@@ -76,7 +76,7 @@ AccessibleInfo TextLabel::accessibleInfo() const {
     if (info.name.isEmpty()) {
         info.name = spokenText_.isEmpty() ? text_ : spokenText_;
     }
-    info.isDecoration = isDecoration_;
+    info.isDecoration = isDecoration_ || info.name.isEmpty();
     return info;
 }
 

@@ -67,6 +67,7 @@ SettingsView::SettingsView(const KestroServices& services, const SettingsActions
     : GlassSurface(services.settings, cornerRadius, parent), services_(services) {
     makeHeader(actions);
     strip_ = new TabStrip(tabs(), this);
+    strip_->setAccessibleName(QStringLiteral("Preferences"));
     strip_->onChosen(
         [this](int index) { services_.settings.selectedSettingsTab.set(static_cast<SettingsTab>(index)); });
     const auto shortcut = [this](const QKeySequence& keys, int distance) {
