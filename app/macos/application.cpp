@@ -101,6 +101,17 @@ int runFirstInstance(Mac& mac, NativeApplication& nativeApplication, const std::
     return QCoreApplication::exec();
 }
 
+/// Stored numbers, and those that other programs print for Kestro, have a decimal point. Names keep their
+/// encoding.
+void useDecimalPoints() {
+    std::setlocale(LC_NUMERIC, "C");
+    if (const char* const all = std::getenv("LC_ALL")) {
+        setenv("LC_CTYPE", all, 1);
+        unsetenv("LC_ALL");
+    }
+    setenv("LC_NUMERIC", "C", 1);
+}
+
 void discardMessage(QtMsgType, const QMessageLogContext&, const QString&) {}
 
 }  // namespace
@@ -111,8 +122,7 @@ int runApplication(char** arguments, const std::string& commandFile) {
     int ownName = 1;
     QApplication application(ownName, arguments);
     standard_streams::abandon();
-    // Stored numbers always use a decimal point.
-    std::setlocale(LC_NUMERIC, "C");
+    useDecimalPoints();
     QCoreApplication::setApplicationName(QStringLiteral("Kestro"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const auto nativeApplication = makeNativeApplication();

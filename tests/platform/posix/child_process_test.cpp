@@ -20,9 +20,15 @@ namespace {
 
 using namespace std::chrono_literals;
 
+#ifdef __APPLE__
+const std::string ownDescriptors = "/dev/fd";
+#else
+const std::string ownDescriptors = "/proc/self/fd";
+#endif
+
 int openDescriptors() {
     int count = 0;
-    DIR* directory = opendir("/proc/self/fd");
+    DIR* directory = opendir(ownDescriptors.c_str());
     while (readdir(directory) != nullptr) {
         ++count;
     }
@@ -124,7 +130,7 @@ TEST(RunChild, NeitherLeaksNorPassesOnDescriptors) {
     shell("exec tail -f /dev/null", 1000, 2s);
     run("/nonexistent/program", {});
 
-    const auto listed = shell("ls /proc/self/fd | wc -l");
+    const auto listed = shell("ls " + ownDescriptors + " | wc -l");
 
     EXPECT_EQ(openDescriptors(), before);
     // The three standard descriptors, and the directory that ls itself has open.
