@@ -14,7 +14,7 @@ namespace {
 
 constexpr int maximumUtilityThreads = 2;
 constexpr int maximumUserInitiatedThreads = 4;
-constexpr int threadExpiryMilliseconds = 10'000;
+constexpr int threadExpiryMilliseconds = 9'000;
 
 timespec toTimespec(MonotonicTime time) {
     const auto sinceOrigin = time.time_since_epoch();
