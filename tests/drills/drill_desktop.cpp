@@ -108,8 +108,16 @@ QString DrillDesktop::mainItem() const {
 }
 
 bool DrillDesktop::choose(const QString& title) const {
-    const QString item = mainItem();
-    const HostMenuEntry menu = client_.menu(item);
+    // A panel that starts can drop its items and take new ones.
+    QString item;
+    HostMenuEntry menu;
+    waitUntil(
+        [&] {
+            item = mainItem();
+            menu = client_.menu(item);
+            return !menu.children.empty() || !isRunning();
+        },
+        patience);
     const HostMenuEntry* const found = menu.find(title);
     if (found != nullptr) {
         client_.choose(item, found->id);
@@ -151,10 +159,14 @@ bool DrillDesktop::settle() const {
 }
 
 std::optional<std::chrono::microseconds> DrillDesktop::latency() const {
-    const QString item = mainItem();
     QElapsedTimer timer;
-    timer.start();
-    if (item.isEmpty() || !client_.property(item, QStringLiteral("Id")).isValid()) {
+    const auto hasAnswered = [&] {
+        // A host that comes and goes can drop its items and take new ones.
+        const QString item = mainItem();
+        timer.start();
+        return !item.isEmpty() && client_.property(item, QStringLiteral("Id")).isValid();
+    };
+    if (!waitUntil([&] { return hasAnswered() || !isRunning(); }, patience) || !isRunning()) {
         return std::nullopt;
     }
     return std::chrono::microseconds(timer.nsecsElapsed() / 1000);

@@ -78,11 +78,4 @@ void HostileService::hold(bool isHolding) {
     }
 }
 
-void HostileService::emitSignal(const QString& path, const QString& interface, const QString& member,
-                                const QVariantList& arguments) const {
-    auto signal = QDBusMessage::createSignal(path, interface, member);
-    signal.setArguments(arguments);
-    service_->connection().send(signal);
-}
-
 }  // namespace kestro::drills

@@ -24,10 +24,7 @@ public:
     /// Keeps calls, or answers all that were kept.
     void hold(bool isHolding);
 
-    /// Sends a signal with hostile arguments from its connection.
-    void emitSignal(const QString& path, const QString& interface, const QString& member,
-                    const QVariantList& arguments) const;
-
+    const QDBusConnection& connection() const { return service_->connection(); }
     std::size_t calls() const { return service_->calls().size(); }
 
 private:

@@ -17,7 +17,7 @@ namespace {
 
 using test::FakeService;
 
-constexpr auto patience = std::chrono::seconds(5);
+constexpr auto patience = std::chrono::seconds(20);
 
 bool isClosedAtTheOtherEnd(int pipe) {
     pollfd look{pipe, POLLIN, 0};
