@@ -27,15 +27,22 @@ done
 xprop -id "$window" -spy _NET_WM_NAME | sed -u 's/^_NET_WM_NAME[^=]*= "Kestro: //; s/"$//' &
 
 notify() { dbus-send --type=signal /kestro/notify "kestro.notify.$1"; }
-picture() {  # in the background, since a trap waits for the foreground command to finish
-    sleep 2 &
+pause() {  # in the background, since a trap waits for the foreground command to finish
+    sleep "$1" &
     wait $!
+}
+picture() {  # NAME [TITLE]: once the window with that title is there and has drawn itself
+    for ((tries = 200; tries > 0 && $# > 1; --tries)); do
+        { xwininfo -root -tree 2>/dev/null || true; } | grep -F "\"$2\":" >/dev/null && break
+        pause 0.1
+    done
+    pause 2
     import -window root "$pictures/$1.png"
 }
 
 picture readout
-notify togglePopover; picture popover; notify togglePopover
-notify showDashboard; picture dashboard
-notify showSettings; picture settings
+notify togglePopover; picture popover Kestro; notify togglePopover
+notify showDashboard; picture dashboard 'Kestro Studio Dashboard'
+notify showSettings; picture settings 'Kestro Preferences'
 echo "Kestro runs on the virtual display $DISPLAY; pictures are in $pictures. Stop with Ctrl+C."
 wait "$program"

@@ -241,6 +241,7 @@ TEST_F(AccessibilityOnTheDesktop, SpeaksTheCurrentFiguresWithoutAnnouncingEachCh
         expectNamed(title, {});
         // What its appearance announced has been heard by then.
         ASSERT_TRUE(hasNewNames(title, 1)) << title.toStdString();
+        QCoreApplication::processEvents();
         const std::size_t ignored = reader.heard().size();
 
         EXPECT_TRUE(hasNewNames(title, 3)) << title.toStdString();

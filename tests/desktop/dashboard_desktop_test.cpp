@@ -88,14 +88,18 @@ TEST_F(ShellOnTheDesktop, MovesByItsBackgroundAndResizesByItsEdge) {
     const QRect before(10, 202, 800, 460);
     ASSERT_EQ(settledFrame(dashboard, before), before);
 
-    drag(before.topLeft() + QPoint(300, 25), before.topLeft() + QPoint(400, 85));
-    EXPECT_TRUE(waitUntil([&] { return frame(dashboard)->topLeft() != before.topLeft(); }));
+    drag(dashboard, before.topLeft() + QPoint(300, 25), before.topLeft() + QPoint(400, 85));
+    // The window follows from where the pointer was when the window manager took over.
+    EXPECT_TRUE(waitUntil([&] {
+        const QPoint way = frame(dashboard).value_or(before).topLeft() - before.topLeft();
+        return (way - QPoint(100, 60)).manhattanLength() <= 16;
+    }));
     const QRect moved = *frame(dashboard);
     EXPECT_EQ(moved.size(), before.size());
 
     const QPoint edge(moved.right() - 1, moved.center().y());
-    drag(edge, edge + QPoint(80, 0));
-    EXPECT_TRUE(waitUntil([&] { return frame(dashboard)->width() > moved.width(); }));
+    drag(dashboard, edge, edge + QPoint(80, 0));
+    EXPECT_TRUE(waitUntil([&] { return frame(dashboard).value_or(moved).width() > moved.width(); }));
     EXPECT_EQ(frame(dashboard)->topLeft(), moved.topLeft());
 }
 
@@ -112,7 +116,11 @@ TEST_F(ShellOnTheDesktop, RestoresAWindowWithdrawnRightAfterBeingHiddenAndShown)
     unmap(*window(dashboard));
 
     ASSERT_TRUE(appears(dashboard));
-    EXPECT_FALSE(session.windowProperty(*window(dashboard), QStringLiteral("WM_STATE")).isEmpty());
+    EXPECT_TRUE(waitUntil([&] {
+        const auto shown = window(dashboard);
+        return shown &&
+               session.windowProperty(*shown, QStringLiteral("WM_STATE")).contains(QStringLiteral("Normal"));
+    }));
 }
 
 TEST_F(ShellOnTheDesktop, DoesNotRestoreAWindowWithdrawnLater) {

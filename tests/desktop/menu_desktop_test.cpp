@@ -18,7 +18,7 @@ protected:
         session.click(item);
         ASSERT_TRUE(session.waitFor([&] { return isPopoverVisible(); }));
         session.click(place, button);
-        ASSERT_TRUE(session.waitFor([&] { return !isPopoverVisible(); }));
+        awaitTheMenuAlone();
     }
 
     void clickWithControlWhileThePopoverIsOpen(QPoint item) {
@@ -27,14 +27,26 @@ protected:
         session.output(QStringLiteral("xdotool"), {QStringLiteral("keydown"), QStringLiteral("ctrl")});
         session.click(item);
         session.output(QStringLiteral("xdotool"), {QStringLiteral("keyup"), QStringLiteral("ctrl")});
-        ASSERT_TRUE(session.waitFor([&] { return !isPopoverVisible(); }));
+        awaitTheMenuAlone();
+    }
+
+    void awaitTheMenuAlone() {
+        ASSERT_TRUE(session.waitFor([&] { return isMenuVisible() && !isPopoverVisible(); }));
     }
 
     /// A menu is a window of the same name.
     bool isPopoverVisible() const {
+        return isVisible([](int width) { return width == popoverWidth; });
+    }
+    bool isMenuVisible() const {
+        return isVisible([](int width) { return width != popoverWidth; });
+    }
+
+    template <typename IsExpected>
+    bool isVisible(IsExpected isExpectedWidth) const {
         const std::vector<DesktopWindow> windows = session.windows();
-        return std::ranges::any_of(windows, [this](const DesktopWindow& window) {
-            return window.title == popover && window.frame.width() == popoverWidth;
+        return std::ranges::any_of(windows, [&](const DesktopWindow& window) {
+            return window.title == popover && isExpectedWidth(window.frame.width());
         });
     }
 

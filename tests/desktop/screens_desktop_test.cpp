@@ -36,7 +36,8 @@ struct ScreensOnTheDesktop : ShellFixture {
         }
         command("popover");
         ASSERT_TRUE(appears(popover));
-        EXPECT_TRUE(waitUntil([&] { return screen.contains(*frame(popover)); })) << describe(*frame(popover));
+        EXPECT_TRUE(waitUntil([&] { return screen.contains(frame(popover).value_or(QRect())); }))
+            << describe(*frame(popover));
     }
 
     /// Moves a window, again if its opening motion moves it back.
@@ -201,11 +202,13 @@ struct OnScreensOfTwoScales : ScreensOnTheDesktop {
     void expectSizeAt(const QString& title, int x, QSize expected) {
         EXPECT_TRUE(session.waitFor([&] {
             // Its opening motion may still move it back.
-            if (frame(title)->x() != x) {
-                session.output(QStringLiteral("xdotool"), {QStringLiteral("windowmove"), window(title)->identifier,
+            const auto moved = window(title);
+            if (moved && moved->frame.x() != x) {
+                session.output(QStringLiteral("xdotool"), {QStringLiteral("windowmove"), moved->identifier,
                                                            QString::number(x), QStringLiteral("47")});
             }
-            return frame(title)->x() == x && frame(title)->size() == expected;
+            const QRect now = frame(title).value_or(QRect());
+            return now.x() == x && now.size() == expected;
         })) << describe(*frame(title));
     }
 };
@@ -216,7 +219,8 @@ TEST_F(OnScreensOfTwoScales, WindowsKeepTheirSizeInPoints) {
         command(word);
         ASSERT_TRUE(appears(title));
         const QSize points = title == settings ? QSize(860, 750) : QSize(800, 460);
-        ASSERT_TRUE(session.waitFor([&] { return frame(title)->size() == points; })) << describe(*frame(title));
+        ASSERT_TRUE(session.waitFor([&] { return frame(title).value_or(QRect()).size() == points; }))
+            << describe(*frame(title));
 
         expectSizeAt(title, 1900, points * 2);
         session.screenshot(QStringLiteral("screens-two-scales-") + QString::fromLatin1(word));
@@ -237,7 +241,8 @@ TEST_F(OnTwoScreens, WindowsReturnWhenTheirScreenIsUnplugged) {
 
     for (const QString& title : {dashboard, settings}) {
         EXPECT_TRUE(waitUntil([&] {
-            return QRect(0, 0, 1280, 800).contains(*frame(title)) && !frame(title)->intersects(strip);
+            const QRect now = frame(title).value_or(QRect());
+            return QRect(0, 0, 1280, 800).contains(now) && !now.intersects(strip);
         })) << describe(*frame(title));
     }
 }
@@ -265,8 +270,10 @@ TEST_F(OnTwoScreens, StripAndWindowsKeepClearOfAPanel) {
 
     reserveTop(dashboard, 60);
 
-    EXPECT_TRUE(waitUntil([&] { return session.strip()->frame.top() == 68; })) << describe(session.strip()->frame);
-    EXPECT_TRUE(waitUntil([&] { return frame(settings)->top() >= 60; })) << describe(*frame(settings));
+    EXPECT_TRUE(waitUntil([&] { return session.strip().value_or(DesktopWindow()).frame.top() == 68; }))
+        << describe(session.strip()->frame);
+    EXPECT_TRUE(waitUntil([&] { return frame(settings).value_or(QRect()).top() >= 60; }))
+        << describe(*frame(settings));
 }
 
 TEST_F(OnTwoScreensWithAPanel, NothingCoversThePanel) {
@@ -283,7 +290,8 @@ TEST_F(OnTwoScreensWithAPanel, NothingCoversThePanel) {
 
     command("popover");
     ASSERT_TRUE(appears(popover));
-    EXPECT_TRUE(waitUntil([&] { return frame(popover)->top() == height + 6; })) << describe(*frame(popover));
+    EXPECT_TRUE(waitUntil([&] { return frame(popover).value_or(QRect()).top() == height + 6; }))
+        << describe(*frame(popover));
     session.screenshot(QStringLiteral("screens-two-with-a-panel"));
     session.key(QStringLiteral("Escape"));
     ASSERT_TRUE(disappears(popover));
@@ -291,7 +299,8 @@ TEST_F(OnTwoScreensWithAPanel, NothingCoversThePanel) {
     // The item, to the left of the clock.
     session.click({panel().right() - 220, height / 2});
     ASSERT_TRUE(appears(popover));
-    EXPECT_TRUE(waitUntil([&] { return frame(popover)->top() == height + 6; })) << describe(*frame(popover));
+    EXPECT_TRUE(waitUntil([&] { return frame(popover).value_or(QRect()).top() == height + 6; }))
+        << describe(*frame(popover));
 }
 
 }  // namespace

@@ -92,7 +92,7 @@ bool ShellFixture::disappears(const QString& title) const {
 }
 
 QRect ShellFixture::settledFrame(const QString& title, const QRect& expected) const {
-    waitUntil([&] { return frame(title) == expected; }, std::chrono::seconds(5));
+    waitUntil([&] { return frame(title) == expected; });
     return frame(title).value_or(QRect());
 }
 
@@ -106,21 +106,20 @@ void ShellFixture::doubleClick(QPoint position) const {
     session.moveTo(position);
     session.output(QStringLiteral("xdotool"),
                    {QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"),
-                    QStringLiteral("--delay"), QStringLiteral("60"), QStringLiteral("1")});
+                    QStringLiteral("--delay"), QStringLiteral("0"), QStringLiteral("1")});
 }
 
-void ShellFixture::drag(QPoint from, QPoint to) const {
-    const auto xdotool = [this](const QStringList& arguments) {
-        session.output(QStringLiteral("xdotool"), arguments);
-        // The window manager grabs the pointer between two steps.
-        QThread::msleep(150);
-    };
+void ShellFixture::drag(const QString& title, QPoint from, QPoint to) const {
+    const auto before = frame(title);
     session.moveTo(from);
-    xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
-    for (const QPoint& step : {from + (to - from) / 2, to}) {
-        xdotool({QStringLiteral("mousemove"), QString::number(step.x()), QString::number(step.y())});
-    }
-    xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+    session.output(QStringLiteral("xdotool"), {QStringLiteral("mousedown"), QStringLiteral("1")});
+    // The window manager misses what the pointer does before it has grabbed it.
+    waitUntil([&, steps = 0]() mutable {
+        session.moveTo(from + QPoint(4, 4) * (1 + steps++ % 2));
+        return frame(title) != before;
+    });
+    session.moveTo(to);
+    session.output(QStringLiteral("xdotool"), {QStringLiteral("mouseup"), QStringLiteral("1")});
 }
 
 bool ShellFixture::ends() {

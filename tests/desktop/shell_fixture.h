@@ -20,7 +20,8 @@ protected:
     /// printed if it does not, which ends the test.
     void launch(const QStringList& variables = {}, KestroProgram program = KestroProgram::underTest);
 
-    /// The same, and waits until the panel has drawn the item at a place: a click before that meets an empty panel.
+    /// The same, and waits until the panel has drawn the item at a place: a click before that meets an empty
+    /// panel.
     void launchWithItemAt(QPoint place);
 
     /// Writes a word into the command file once the previous one has been consumed.
@@ -53,8 +54,8 @@ protected:
 
     void doubleClick(QPoint position) const;
 
-    /// Presses at one point, moves to another and releases there, in steps that a window manager can follow.
-    void drag(QPoint from, QPoint to) const;
+    /// Presses at one point, moves until the window follows, and releases at another point.
+    void drag(const QString& title, QPoint from, QPoint to) const;
 
     /// Waits for the program to exit; false on a timeout.
     bool ends();

@@ -58,7 +58,7 @@ protected:
                 isThere = expected.match(printed).hasMatch();
                 return isThere || hasEnded;
             },
-            std::chrono::seconds(30));
+            std::chrono::seconds(60));
         return isThere;
     }
 

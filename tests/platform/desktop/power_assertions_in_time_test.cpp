@@ -32,7 +32,7 @@ TEST_F(DesktopPowerAssertionsTest, ASlowServiceDoesNotBlockAndItsLateGrantCounts
 
     const auto id = create();
     ASSERT_TRUE(id.has_value());
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
     ASSERT_TRUE(waitUntil([&] { return gnome->heldCalls() == 1; }));
     gnome->hold(false);
     gnome->answerHeld();
@@ -211,7 +211,7 @@ TEST_F(DesktopPowerAssertionsTest, AServiceThatLeftUnnoticedRevokesTheAssertion)
 
 TEST_F(DesktopPowerAssertionsTest, AHangingServiceIsSkippedAndItsLateGrantReleased) {
     bound = 20ms;
-    options.timing.patience = 500ms;
+    options.timing.patience = 2s;
     const auto gnome = service(gnomeSessionManager);
     const auto kde = service(kdePolicyAgent);
     gnome->hold(true);

@@ -171,7 +171,7 @@ bool NetworkNamespace::setUp(const std::string& name) {
 
 void NetworkNamespace::awaitRunning(const std::string& name) {
     constexpr int mostAnnouncements = 100;
-    constexpr int longestPause = 3000;  // milliseconds
+    constexpr int longestPause = 20'000;  // milliseconds
     const Descriptor announcements(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
     sockaddr_nl address{};
     address.nl_family = AF_NETLINK;
