@@ -62,7 +62,7 @@ void SurfaceWindow::showEvent(QShowEvent* event) {
     if (event->spontaneous()) {
         return;
     }
-    scale_ = devicePixelRatioF();
+    scale_ = screen()->devicePixelRatio();
     connect(windowHandle(), &QWindow::screenChanged, this, &SurfaceWindow::screenDidChange, Qt::UniqueConnection);
     if (content_ == nullptr && makeContent_) {
         content_ = makeContent_(this);
@@ -73,13 +73,17 @@ void SurfaceWindow::showEvent(QShowEvent* event) {
 }
 
 void SurfaceWindow::screenDidChange(const QScreen* screen) {
-    const double scale = screen != nullptr ? screen->devicePixelRatio() : scale_;
+    if (screen != nullptr) {
+        keepSizeAtScale(screen->devicePixelRatio(), size());
+    }
+}
+
+void SurfaceWindow::keepSizeAtScale(double scale, const QSize& size) {
     const bool isScaleNew = std::exchange(scale_, scale) != scale;
     if (!isScaleNew || keptSize_ || windowState().testAnyFlags(Qt::WindowFullScreen | Qt::WindowMaximized)) {
         return;
     }
-    // The toolkit still has to divide the pixels of the window by the new scale.
-    keptSize_ = size();
+    keptSize_ = size;
     QMetaObject::invokeMethod(this, &SurfaceWindow::scaleDidChange, Qt::QueuedConnection);
 }
 
@@ -115,6 +119,11 @@ void SurfaceWindow::changeEvent(QEvent* event) {
 
 void SurfaceWindow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    if (isVisible() && system_.canPlaceWindows()) {
+        // The toolkit divides the pixels of a window by the scale of its new screen: Qt 6.4 after it has reported
+        // the screen, Qt 6.8 before.
+        keepSizeAtScale(screen()->devicePixelRatio(), event->oldSize());
+    }
     if (content_ != nullptr) {
         content_->setGeometry(rect());
     }

@@ -72,6 +72,7 @@ protected:
 
 private:
     void screenDidChange(const QScreen* screen);
+    void keepSizeAtScale(double scale, const QSize& size);
     void scaleDidChange();
 
     WindowDelegate& delegate_;
