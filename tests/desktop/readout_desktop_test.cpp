@@ -66,8 +66,8 @@ TEST_F(ReadoutOnTheDesktop, ShowsTheWindows) {
 TEST_F(ReadoutOnTheDesktop, StartsTheProgramForARequestButNotForTheReadout) {
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
     session.writeFile(QStringLiteral("services/kestro.Readout.service"),
-                      "[D-BUS Service]\nName=kestro.Readout\nExec=" + QByteArray::fromStdString(buildTree()) +
-                          "/tests/kestro_under_test\n");
+                      "[D-BUS Service]\nName=kestro.Readout\nExec=\"" + QByteArray::fromStdString(buildTree()) +
+                          "/tests/kestro_under_test\"\n");
     session.bus().interface()->call(QStringLiteral("ReloadConfig"));
 
     EXPECT_EQ(printed({QStringLiteral("--once")}), "\n");
