@@ -4,6 +4,7 @@
 #include "platform/desktop/bus_notifications.h"
 #include "platform/desktop/lock_mechanism.h"
 #include "platform/desktop/power_profiles_daemon.h"
+#include "shell/linux/notifier/watcher_reply.h"
 #include "shell/linux/settings_portal.h"
 
 #include <QDBusMessage>
@@ -33,7 +34,14 @@ void readLock(const QDBusMessage& reply) {
     }
 }
 
-/// The power daemon, the portal's settings, and replies of a watcher, which are wrapped alike.
+/// A watcher's answer to whether it has a host. It has one unless it denies that.
+void readHost(const QDBusMessage& reply) {
+    const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage;
+    require(!isAnswer || !watcher_reply::isTimeout(reply));
+    require(watcher_reply::reportsHost(reply) || isAnswer);
+}
+
+/// The power daemon and the portal's settings, whose values are wrapped alike.
 void readValue(const QVariant& value) {
     offeredModes(value);
     const QVariant content = settings_portal::unwrapped(value);
@@ -67,12 +75,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     readNotification(received->call);
     readLock(received->reply);
+    readHost(received->reply);
     switchFailure(received->reply);
     for (const QVariant& value : received->reply.arguments()) {
         readValue(value);
     }
     const QDBusMessage refusal = received->call.createErrorReply(error, values.text());
     readLock(refusal);
+    readHost(refusal);
     switchFailure(refusal);
     return 0;
 }

@@ -1,10 +1,9 @@
 #include "shell/linux/notifier/host_monitor.h"
 
+#include "shell/linux/notifier/watcher_reply.h"
 #include "shell/linux/when_answered.h"
 
-#include <QDBusError>
 #include <QDBusMessage>
-#include <QDBusVariant>
 #include <QFile>
 
 #include <utility>
@@ -26,20 +25,6 @@ QString kernelProcessName(uint pid) {
         return {};
     }
     return QString::fromUtf8(file.read(longestName)).trimmed();
-}
-
-bool isTimeout(const QDBusMessage& reply) {
-    const QDBusError::ErrorType error = QDBusError(reply).type();
-    return error == QDBusError::NoReply || error == QDBusError::Timeout || error == QDBusError::TimedOut;
-}
-
-/// Whether a watcher's reply means that it has a host. If it cannot say so, assume that it has one.
-bool reportsHost(const QDBusMessage& reply) {
-    if (!isReply(reply, QLatin1StringView("v"))) {
-        return true;
-    }
-    const QVariant value = reply.arguments().at(0).value<QDBusVariant>().variant();
-    return value.metaType() != QMetaType::fromType<bool>() || value.toBool();
 }
 
 QDBusMessage busCall(const QString& method, const QVariant& argument) {
@@ -166,14 +151,14 @@ void HostMonitor::answered(const QDBusMessage& reply) {
     if (owner_.isEmpty()) {
         return;
     }
-    if (isTimeout(reply)) {
+    if (watcher_reply::isTimeout(reply)) {
         // A watcher that does not reply shows no items. It may only be slow, so ask again, but not at once: the
         // error may come without a wait.
         setState(State::absent);
         retry_.start(environment_.retryPause);
         return;
     }
-    setState(reportsHost(reply) ? State::present : State::absent);
+    setState(watcher_reply::reportsHost(reply) ? State::present : State::absent);
     if (asksAgain) {
         askForHost();
     }

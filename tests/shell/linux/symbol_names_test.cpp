@@ -19,6 +19,7 @@ TEST(SymbolNames, EveryNameInTheShellHasADrawing) {
         QStringLiteral("shell/linux/linux_window_system.cpp"),
         QStringLiteral("shell/linux/notifier/bus_object.cpp"),
         QStringLiteral("shell/linux/notifier/host_monitor.cpp"),
+        QStringLiteral("shell/linux/notifier/watcher_reply.cpp"),
         QStringLiteral("shell/linux/notifier/host_monitor.h"),
         QStringLiteral("shell/linux/notifier/menu_object.cpp"),
         QStringLiteral("shell/linux/notifier/menu_tree.h"),
