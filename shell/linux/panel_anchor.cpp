@@ -62,6 +62,13 @@ std::optional<QPoint> currentPointer() {
     return isReported ? std::optional(QCursor::pos()) : std::nullopt;
 }
 
+std::optional<QPoint> pointOnPanel(std::optional<QPoint> pointer, const std::vector<ScreenFrame>& screens) {
+    const bool isOnPanel = pointer && std::ranges::any_of(screens, [&](const ScreenFrame& screen) {
+                               return screen.geometry.contains(*pointer) && !screen.available.contains(*pointer);
+                           });
+    return isOnPanel ? pointer : std::nullopt;
+}
+
 QRect panelAnchor(std::optional<QPoint> point, const std::vector<ScreenFrame>& screens) {
     if (!point) {
         return {};

@@ -35,6 +35,9 @@ std::optional<QPoint> clickPoint(std::optional<QPoint> fromPanel, std::optional<
 /// applications.
 std::optional<QPoint> currentPointer();
 
+/// The pointer while it is over a panel, where a click has just been; absent elsewhere and outside every screen.
+std::optional<QPoint> pointOnPanel(std::optional<QPoint> pointer, const std::vector<ScreenFrame>& screens);
+
 /// The anchor for what a click at `point` opens: within a panel's share of the screen, the panel's whole
 /// thickness at that position; elsewhere the point itself. Null without a point.
 QRect panelAnchor(std::optional<QPoint> point, const std::vector<ScreenFrame>& screens);

@@ -42,15 +42,6 @@ QString menuPath() {
 
 const QString hosted = QStringLiteral("Hosted");
 
-/// The pointer while it is over a panel, where a click has just been; elsewhere the request has another cause.
-std::optional<QPoint> pointerOnPanel(const std::vector<ScreenFrame>& screens) {
-    const auto pointer = currentPointer();
-    const bool isOnPanel = pointer && std::ranges::none_of(screens, [&](const ScreenFrame& screen) {
-                               return screen.available.contains(*pointer);
-                           });
-    return isOnPanel ? pointer : std::nullopt;
-}
-
 }  // namespace
 
 BusReadoutService::BusReadoutService(const QDBusConnection& bus, std::function<void(bool)> onHosted)
@@ -235,11 +226,12 @@ void BusReadoutService::followHosts() {
 }
 
 BusReply BusReadoutService::togglePopover(const QVariantList& arguments) {
-    const std::vector<ScreenFrame> screens = currentScreens();
     const QPoint reported(arguments.at(0).toInt(), arguments.at(1).toInt());
-    const auto point = pointFromPanel(reported, screens);
-    const QRect anchor = panelAnchor(point ? point : pointerOnPanel(screens), screens);
-    request(Request::togglePopover, [this, anchor] { handlers_.togglePopover(anchor); });
+    request(Request::togglePopover, [this, reported, pointer = currentPointer()] {
+        const std::vector<ScreenFrame> screens = currentScreensAndPanels();
+        const auto point = pointFromPanel(reported, screens);
+        handlers_.togglePopover(panelAnchor(point ? point : pointOnPanel(pointer, screens), screens));
+    });
     return QVariantList{};
 }
 

@@ -29,6 +29,21 @@ TEST(PanelAnchor, IsNullWithoutAPoint) {
     EXPECT_TRUE(panelAnchor(QPoint(5000, 5000), {topPanel}).isNull());
 }
 
+TEST(PointOnPanel, IsThePointerOverAPanel) {
+    const ScreenFrame beside{{1280, 0, 1280, 800}, {1280, 0, 1240, 800}, 1};
+
+    EXPECT_EQ(pointOnPanel(QPoint(1000, 27), {topPanel, beside}), QPoint(1000, 27));
+    EXPECT_EQ(pointOnPanel(QPoint(2550, 400), {topPanel, beside}), QPoint(2550, 400));
+}
+
+TEST(PointOnPanel, IsAbsentElsewhere) {
+    for (const QPoint pointer : {QPoint(1000, 28), QPoint(1279, 799), QPoint(1280, 10), QPoint(-1, 10)}) {
+        EXPECT_FALSE(pointOnPanel(pointer, {topPanel}).has_value()) << pointer.x() << ',' << pointer.y();
+    }
+    EXPECT_FALSE(pointOnPanel(std::nullopt, {topPanel}).has_value());
+    EXPECT_FALSE(pointOnPanel(QPoint(10, 10), {}).has_value());
+}
+
 TEST(ClickPoint, PrefersAPointerAtAPanel) {
     EXPECT_EQ(clickPoint(QPoint(197, 25), QPoint(1000, 12), {topPanel}), QPoint(1000, 12));
     EXPECT_EQ(clickPoint(QPoint(197, 25), QPoint(640, 400), {topPanel}), QPoint(197, 25));
