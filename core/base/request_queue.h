@@ -8,16 +8,22 @@
 
 namespace kestro {
 
-/// Requests that wait for later turns of an event loop, oldest first. A request that equals a waiting one is
-/// dropped, and so is any beyond the limit: a flood costs no more than one request of each kind. One thread.
+/// Requests that wait for later turns of an event loop, oldest first. A request that equals a waiting one
+/// replaces it in its place, and any beyond the limit is dropped: a flood costs no more than one request of each
+/// kind. One thread.
 template <typename Request>
 class RequestQueue {
 public:
     static constexpr std::size_t limit = 64;
 
-    /// False: dropped.
+    /// False: the queue has not grown.
     bool add(Request request) {
-        if (waiting_.size() >= limit || std::ranges::find(waiting_, request) != waiting_.end()) {
+        const auto equal = std::ranges::find(waiting_, request);
+        if (equal != waiting_.end()) {
+            *equal = std::move(request);
+            return false;
+        }
+        if (waiting_.size() >= limit) {
             return false;
         }
         waiting_.push_back(std::move(request));

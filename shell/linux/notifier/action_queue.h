@@ -9,8 +9,8 @@
 namespace kestro {
 
 /// Runs actions that other processes request, one in each turn of the event loop, after the caller has its reply.
-/// An action that is requested again while it waits runs once. Destruction drops the waiting actions; an action
-/// may destroy the queue. Main thread.
+/// An action that is requested again while it waits runs once, as requested last. Destruction drops the waiting
+/// actions; an action may destroy the queue. Main thread.
 class ActionQueue {
 public:
     ActionQueue();

@@ -21,7 +21,8 @@ namespace kestro {
 ///
 /// The values are computed when a program reads them and, while programs follow the readout, once per update.
 /// PropertiesChanged is sent only to these, each time with what has changed. Requests run from the event loop,
-/// after the caller has its reply, one in each turn and once for equal ones that arrive together. Main thread.
+/// after the caller has its reply, one in each turn; requests of one method that arrive together count once, with
+/// the arguments of the last. Main thread.
 class BusReadoutService final : public ReadoutService {
 public:
     static constexpr char busName[] = "kestro.Readout";

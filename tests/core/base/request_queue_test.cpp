@@ -18,7 +18,7 @@ TEST(RequestQueue, ReturnsRequestsInOrder) {
     EXPECT_TRUE(queue.isEmpty());
 }
 
-TEST(RequestQueue, DropsARequestThatEqualsAWaitingOne) {
+TEST(RequestQueue, AddsNoRequestThatEqualsAWaitingOne) {
     RequestQueue<int> queue;
     queue.add(1);
     queue.add(2);
@@ -29,6 +29,23 @@ TEST(RequestQueue, DropsARequestThatEqualsAWaitingOne) {
     EXPECT_TRUE(queue.add(1)) << "the first one no longer waits";
     EXPECT_EQ(queue.take(), 2);
     EXPECT_EQ(queue.take(), 1);
+}
+
+TEST(RequestQueue, ReplacesAnEqualRequestInItsPlace) {
+    struct Call {
+        int method = 0;
+        int argument = 0;
+        bool operator==(const Call& other) const { return method == other.method; }
+    };
+    RequestQueue<Call> queue;
+    queue.add({1, 10});
+    queue.add({2, 20});
+
+    queue.add({1, 11});
+
+    EXPECT_EQ(queue.take()->argument, 11);
+    EXPECT_EQ(queue.take()->argument, 20);
+    EXPECT_TRUE(queue.isEmpty());
 }
 
 TEST(RequestQueue, HoldsAtMostItsLimit) {

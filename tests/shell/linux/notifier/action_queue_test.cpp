@@ -39,6 +39,18 @@ TEST_F(ActionQueueTest, RunsAnActionFromTheEventLoopOnceHoweverOftenItWasRequest
     EXPECT_THAT(done, ElementsAre(7, 3, 7));
 }
 
+TEST_F(ActionQueueTest, RunsAnActionAsRequestedLast) {
+    add(3);
+    for (int argument = 10; argument < 13; ++argument) {
+        queue->add(7, [this, argument] { done.push_back(argument); });
+    }
+    add(4);
+
+    ASSERT_TRUE(waitUntil([&] { return done.size() == 3; }));
+
+    EXPECT_THAT(done, ElementsAre(3, 12, 4));
+}
+
 TEST_F(ActionQueueTest, LetsOtherEventsInBetweenTwoActions) {
     add(1);
     add(2);

@@ -61,6 +61,20 @@ TEST_F(ReadoutRequests, ShowsTheSettingsAtAKnownTab) {
     EXPECT_EQ(settings[1], std::nullopt);
 }
 
+TEST_F(ReadoutRequests, HeedsTheLastOfSeveralCallsOfAMethod) {
+    for (const char* tab : {"Keep-Awake", "Dashboard", "Appearance", "Sensors"}) {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            ReadoutPanel::name(), ReadoutPanel::path(), ReadoutPanel::name(), QStringLiteral("ShowSettings"));
+        message << QString::fromLatin1(tab);
+        panel.client().connection().send(message);
+    }
+    panel.call(QStringLiteral("ShowDashboard"));
+    ASSERT_TRUE(waitUntil([&] { return dashboards == 1; }));
+
+    ASSERT_FALSE(settings.empty());
+    EXPECT_EQ(settings.back(), SettingsTab::sensors);
+}
+
 TEST_F(ReadoutRequests, RefusesTabsThatDoNotExist) {
     for (const QString& tab : {QStringLiteral("keepAwake"), QStringLiteral("../.."), QString(100'000, QChar(7))}) {
         EXPECT_EQ(panel.call(QStringLiteral("ShowSettings"), {tab}).type(), QDBusMessage::ErrorMessage);
