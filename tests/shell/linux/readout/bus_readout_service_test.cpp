@@ -91,6 +91,7 @@ TEST_F(BusReadoutServiceTest, DescribesWhatItServes) {
     ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage);
     const QString text = reply.arguments().at(0).toString();
 
+    EXPECT_TRUE(text.contains(QStringLiteral("EmitsChangedSignal\" value=\"false\"")));
     for (const QString& name : names(panel.all())) {
         EXPECT_TRUE(text.contains(QStringLiteral("<property name=\"%1\"").arg(name))) << name.toStdString();
     }
