@@ -9,6 +9,8 @@
 #include <string_view>
 #include <utility>
 
+#include "readout/readout_message.h"
+
 namespace kestro {
 
 namespace {
@@ -17,7 +19,6 @@ constexpr char busName[] = "kestro.Readout";
 constexpr char objectPath[] = "/kestro/Readout";
 constexpr char interfaceName[] = "kestro.Readout";
 constexpr char propertiesInterface[] = "org.freedesktop.DBus.Properties";
-constexpr char memoryFigure[] = "MemoryPercent";
 
 constexpr char daemonName[] = "org.freedesktop.DBus";
 constexpr char daemonPath[] = "/org/freedesktop/DBus";
@@ -48,89 +49,6 @@ Message getAll(sd_bus& bus, const char* destination) {
 void sendWithoutReply(sd_bus& bus, sd_bus_message& call) {
     sd_bus_message_set_expect_reply(&call, 0);
     sd_bus_send(&bus, &call, nullptr);
-}
-
-bool has(sd_bus_message& message, char type, const char* contents) {
-    return sd_bus_message_verify_type(&message, type, contents) > 0;
-}
-
-/// The value of the variant at the current place if it has the type; skips any other.
-template <typename Read>
-void readVariant(sd_bus_message& message, const char* type, Read read) {
-    if (!has(message, 'v', type)) {
-        sd_bus_message_skip(&message, "v");
-        return;
-    }
-    sd_bus_message_enter_container(&message, 'v', type);
-    read();
-    sd_bus_message_exit_container(&message);
-}
-
-void readText(sd_bus_message& message, std::string& text) {
-    readVariant(message, "s", [&] {
-        const char* value = nullptr;
-        if (sd_bus_message_read(&message, "s", &value) > 0) {
-            text = value;
-        }
-    });
-}
-
-void readProperty(sd_bus_message& message, std::string_view name, ShownReadout& readout) {
-    if (name == "Text") {
-        readText(message, readout.text);
-    } else if (name == "WidestText") {
-        readText(message, readout.widestText);
-    } else if (name == "ToolTip") {
-        readText(message, readout.toolTip);
-    } else if (name == "PowerMode") {
-        readText(message, readout.powerMode);
-    } else if (name == "KeepAwake") {
-        readVariant(message, "(bx)", [&] {
-            int isActive = 0;
-            std::int64_t seconds = 0;
-            if (sd_bus_message_read(&message, "(bx)", &isActive, &seconds) > 0) {
-                readout.isKeepAwakeActive = isActive != 0;
-            }
-        });
-    } else if (name == memoryFigure) {
-        readVariant(message, "x", [&] {
-            std::int64_t percent = 0;
-            if (sd_bus_message_read(&message, "x", &percent) > 0) {
-                readout.memoryPercent = percent;
-            }
-        });
-    } else {
-        sd_bus_message_skip(&message, "v");
-    }
-}
-
-/// Reads a{sv} at the current place of the message. False: there is none.
-bool readProperties(sd_bus_message& message, ShownReadout& readout) {
-    if (sd_bus_message_enter_container(&message, 'a', "{sv}") <= 0) {
-        return false;
-    }
-    while (sd_bus_message_enter_container(&message, 'e', "sv") > 0) {
-        const char* name = nullptr;
-        if (sd_bus_message_read(&message, "s", &name) > 0) {
-            readProperty(message, name, readout);
-        }
-        sd_bus_message_exit_container(&message);
-    }
-    return sd_bus_message_exit_container(&message) >= 0;
-}
-
-/// Reads the names of properties that Kestro does not have any more.
-void readLosses(sd_bus_message& message, ShownReadout& readout) {
-    if (sd_bus_message_enter_container(&message, 'a', "s") <= 0) {
-        return;
-    }
-    const char* name = nullptr;
-    while (sd_bus_message_read(&message, "s", &name) > 0) {
-        if (std::string_view(name) == memoryFigure) {
-            readout.memoryPercent.reset();
-        }
-    }
-    sd_bus_message_exit_container(&message);
 }
 
 /// What this program prints of the readout, so that other changes are none.
