@@ -78,7 +78,9 @@ std::string genmonLine(const ShownReadout& readout) {
 }  // namespace
 
 std::string_view prologue(LineForm form) {
-    return form == LineForm::i3bar ? "{\"version\":1}\n[\n" : "";
+    // No stop signal: a bar stops its program while it is hidden, and then the bus would store every change for
+    // it.
+    return form == LineForm::i3bar ? "{\"version\":1,\"stop_signal\":0}\n[\n" : "";
 }
 
 std::string line(LineForm form, const std::optional<ShownReadout>& readout) {

@@ -92,7 +92,7 @@ TEST_F(KestroReadoutTest, FollowsTheMemoryForWaybar) {
 TEST_F(KestroReadoutTest, KeepsTheProtocolOfI3barWhileKestroIsNotRunning) {
     start({QStringLiteral("--i3bar")});
 
-    EXPECT_TRUE(prints("{\"version\":1}\n[\n[],\n"));
+    EXPECT_TRUE(prints("{\"version\":1,\"stop_signal\":0}\n[\n[],\n"));
 }
 
 TEST_F(KestroReadoutTest, IgnoresChangesFromOtherPrograms) {

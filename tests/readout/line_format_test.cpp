@@ -43,9 +43,12 @@ TEST(LineFormat, KeepsThePercentageInItsRange) {
 }
 
 TEST(LineFormat, PrintsABlockOfReservedWidthForI3bar) {
-    EXPECT_EQ(prologue(LineForm::i3bar), "{\"version\":1}\n[\n");
     EXPECT_EQ(line(LineForm::i3bar, readout()),
               R"([{"name":"kestro","full_text":"RAM 42% · 1420 RPM","min_width":"RAM 100% · 9999 RPM"}],)");
+}
+
+TEST(LineFormat, AsksI3barNotToStopTheProgram) {
+    EXPECT_EQ(prologue(LineForm::i3bar), "{\"version\":1,\"stop_signal\":0}\n[\n");
 }
 
 TEST(LineFormat, PrintsTagsForTheGenericMonitor) {
