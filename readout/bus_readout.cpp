@@ -20,6 +20,11 @@ constexpr char objectPath[] = "/kestro/Readout";
 constexpr char interfaceName[] = "kestro.Readout";
 constexpr char propertiesInterface[] = "org.freedesktop.DBus.Properties";
 
+constexpr std::uint64_t second = 1'000'000;
+constexpr std::uint64_t longestReply = 5 * second;
+constexpr std::uint64_t shortestPause = second;
+constexpr std::uint64_t longestPause = 30 * second;
+
 constexpr char daemonName[] = "org.freedesktop.DBus";
 constexpr char daemonPath[] = "/org/freedesktop/DBus";
 
@@ -27,6 +32,13 @@ struct MessageCloser {
     void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
 };
 using Message = std::unique_ptr<sd_bus_message, MessageCloser>;
+
+/// Microseconds of the monotonic clock, which sd-bus uses.
+std::uint64_t now() {
+    timespec time{};
+    clock_gettime(CLOCK_MONOTONIC, &time);
+    return static_cast<std::uint64_t>(time.tv_sec) * second + static_cast<std::uint64_t>(time.tv_nsec) / 1000;
+}
 
 /// A call that does not start Kestro.
 Message quietCall(sd_bus& bus, const char* destination, const char* interface, const char* member) {
@@ -83,7 +95,7 @@ BusConnection openSessionBus() {
 std::optional<ShownReadout> readOnce(sd_bus& bus, bool wantsMemory) {
     const Message call = getAll(bus, busName);
     sd_bus_message* answer = nullptr;
-    if (!call || sd_bus_call(&bus, call.get(), 0, nullptr, &answer) < 0) {
+    if (!call || sd_bus_call(&bus, call.get(), second, nullptr, &answer) < 0) {
         return std::nullopt;
     }
     const Message reply(answer);
@@ -118,7 +130,7 @@ std::string send(sd_bus& bus, Request request, Point place) {
 }
 
 ReadoutFollower::ReadoutFollower(BusConnection bus, const Wishes& wishes, Handler handler)
-    : bus_(std::move(bus)), wishes_(wishes), handler_(std::move(handler)) {
+    : bus_(std::move(bus)), wishes_(wishes), handler_(std::move(handler)), pause_(shortestPause) {
     // Kestro sends its changes to followers only, so there is nothing to subscribe to on the bus.
     sd_bus_add_filter(bus_.get(), nullptr, onMessage, this);
     sd_bus_add_match_async(bus_.get(), nullptr,
@@ -130,6 +142,9 @@ ReadoutFollower::ReadoutFollower(BusConnection bus, const Wishes& wishes, Handle
 }
 
 bool ReadoutFollower::process() {
+    if (retryDue_ && *retryDue_ <= now()) {
+        follow();
+    }
     int result = 0;
     do {
         result = sd_bus_process(bus_.get(), nullptr);
@@ -142,14 +157,16 @@ short ReadoutFollower::events() const {
 }
 
 int ReadoutFollower::timeout() const {
-    std::uint64_t due = 0;
-    if (sd_bus_get_timeout(bus_.get(), &due) < 0 || due == std::numeric_limits<std::uint64_t>::max()) {
+    constexpr auto never = std::numeric_limits<std::uint64_t>::max();
+    std::uint64_t due = never;
+    if (sd_bus_get_timeout(bus_.get(), &due) < 0) {
+        due = never;
+    }
+    due = std::min(due, retryDue_.value_or(never));
+    if (due == never) {
         return -1;
     }
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    const auto passed =
-        static_cast<std::uint64_t>(now.tv_sec) * 1'000'000 + static_cast<std::uint64_t>(now.tv_nsec) / 1000;
+    const std::uint64_t passed = now();
     return due <= passed ? 0 : static_cast<int>(std::min<std::uint64_t>((due - passed) / 1000 + 1, 60'000));
 }
 
@@ -174,42 +191,82 @@ int ReadoutFollower::onOwner(sd_bus_message* message, void* follower, sd_bus_err
 
 void ReadoutFollower::setOwner(const std::string& owner) {
     owner_ = owner;
+    call_.reset();
+    retryDue_.reset();
+    pause_ = shortestPause;
     if (owner.empty()) {
         report(std::nullopt);
-        return;
+    } else {
+        follow();
     }
-    // Follow first: what changes after the properties were read is then sent.
-    const Message follow = quietCall(*bus_, owner_.c_str(), interfaceName, "Follow");
-    if (follow) {
-        sd_bus_message_append(follow.get(), "as", wishes_.memory ? 1 : 0, memoryFigure);
-        sendWithoutReply(*bus_, *follow);
+}
+
+/// Follows before it reads: what changes after the reading is then sent.
+void ReadoutFollower::follow() {
+    retryDue_.reset();
+    const Message message = quietCall(*bus_, owner_.c_str(), interfaceName, "Follow");
+    if (message) {
+        sd_bus_message_append(message.get(), "as", wishes_.memory ? 1 : 0, memoryFigure);
     }
+    call(message.get(), onFollowed);
+}
+
+void ReadoutFollower::read() {
     const Message host =
         wishes_.hosting ? quietCall(*bus_, owner_.c_str(), interfaceName, "RegisterHost") : Message();
     if (host) {
         sendWithoutReply(*bus_, *host);
     }
-    if (const Message call = getAll(*bus_, owner_.c_str())) {
-        sd_bus_call_async(bus_.get(), nullptr, call.get(), onProperties, this, 0);
+    call(getAll(*bus_, owner_.c_str()).get(), onProperties);
+}
+
+void ReadoutFollower::call(sd_bus_message* message, sd_bus_message_handler_t onReply) {
+    sd_bus_slot* slot = nullptr;
+    if (message == nullptr || sd_bus_call_async(bus_.get(), &slot, message, onReply, this, longestReply) < 0) {
+        retryLater();
+        return;
     }
+    call_.reset(slot);
+}
+
+bool ReadoutFollower::isFromOwner(sd_bus_message& message) const {
+    const char* const sender = sd_bus_message_get_sender(&message);
+    return sender != nullptr && owner_ == sender;
+}
+
+void ReadoutFollower::retryLater() {
+    retryDue_ = now() + pause_;
+    pause_ = std::min(2 * pause_, longestPause);
+    report(std::nullopt);
+}
+
+int ReadoutFollower::onFollowed(sd_bus_message* message, void* follower, sd_bus_error*) {
+    auto& self = *static_cast<ReadoutFollower*>(follower);
+    if (self.isFromOwner(*message) && sd_bus_message_is_method_error(message, nullptr) == 0) {
+        self.read();
+    } else {
+        self.retryLater();
+    }
+    return 0;
 }
 
 int ReadoutFollower::onProperties(sd_bus_message* message, void* follower, sd_bus_error*) {
     auto& self = *static_cast<ReadoutFollower*>(follower);
-    const char* const sender = sd_bus_message_get_sender(message);
     ShownReadout readout;
-    if (sender != nullptr && self.owner_ == sender && sd_bus_message_is_method_error(message, nullptr) == 0 &&
+    if (self.isFromOwner(*message) && sd_bus_message_is_method_error(message, nullptr) == 0 &&
         readProperties(*message, readout)) {
+        self.pause_ = shortestPause;
         self.report(readout);
+    } else {
+        self.retryLater();
     }
     return 0;
 }
 
 int ReadoutFollower::onMessage(sd_bus_message* message, void* follower, sd_bus_error*) {
     auto& self = *static_cast<ReadoutFollower*>(follower);
-    const char* const sender = sd_bus_message_get_sender(message);
     // Any program can send a signal to this one; only Kestro's count.
-    if (sender == nullptr || self.owner_ != sender || !self.readout_ ||
+    if (!self.isFromOwner(*message) || !self.readout_ ||
         sd_bus_message_is_signal(message, propertiesInterface, "PropertiesChanged") <= 0) {
         return 0;
     }

@@ -1,4 +1,5 @@
 #include "tests/readout/kestro_readout_fixture.h"
+#include "tests/readout/scripted_kestro.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -51,6 +52,29 @@ TEST_F(KestroReadoutTest, ConnectsAgainToABusThatWasLost) {
     bus.restart();
     startKestro();
     EXPECT_TRUE(prints("RAM 42%\n\nRAM 42%\n"));
+}
+
+TEST_F(KestroReadoutTest, ReadsAgainAfterAFailure) {
+    test::ScriptedKestro kestro(bus);
+    kestro.refusals[QStringLiteral("GetAll")] = 1;
+    kestro.appear();
+
+    start({});
+
+    EXPECT_TRUE(prints("\nRAM 42%\n"));
+}
+
+TEST_F(KestroReadoutTest, WaitsForAKestroThatRefusesItAsAFollower) {
+    test::ScriptedKestro kestro(bus);
+    kestro.refusals[QStringLiteral("Follow")] = 1;
+    kestro.appear();
+
+    start({QStringLiteral("--host")});
+
+    ASSERT_TRUE(prints("\nRAM 42%\n"));
+    // What it cannot follow it neither shows nor hosts.
+    EXPECT_EQ(kestro.calls, (QStringList{QStringLiteral("Follow"), QStringLiteral("Follow"),
+                                         QStringLiteral("RegisterHost"), QStringLiteral("GetAll")}));
 }
 
 TEST_F(KestroReadoutTest, SleepsBetweenChanges) {
@@ -141,6 +165,17 @@ TEST_F(KestroReadoutTest, PrintsOneEmptyLineWithoutKestro) {
     EXPECT_EQ(run({QStringLiteral("--once")}), 1);
     EXPECT_EQ(output, "\n");
     EXPECT_TRUE(errors.isEmpty());
+}
+
+TEST_F(KestroReadoutTest, PrintsOneEmptyLineForAHungKestro) {
+    test::ScriptedKestro kestro(bus);
+    kestro.isHung = true;
+    kestro.appear();
+
+    EXPECT_EQ(run({QStringLiteral("--once")}), 1);
+
+    EXPECT_EQ(kestro.calls, QStringList{QStringLiteral("GetAll")});
+    EXPECT_EQ(output, "\n");
 }
 
 TEST_F(KestroReadoutTest, EndsOnceTheLineDiffersFromTheOneGiven) {
