@@ -51,6 +51,15 @@ std::string textOf(const ShownReadout& readout) {
     return readout.text.empty() ? std::string(programName) : singleLine(readout.text);
 }
 
+std::string jsonLine(const ShownReadout& readout) {
+    return "{\"text\":" + quoted(singleLine(readout.text)) +
+           ",\"widest_text\":" + quoted(singleLine(readout.widestText)) +
+           ",\"tooltip\":" + quoted(singleLine(readout.toolTip)) +
+           ",\"symbol\":" + quoted(singleLine(readout.symbol)) +
+           ",\"power_mode\":" + quoted(singleLine(readout.powerMode)) +
+           ",\"keep_awake\":" + (readout.isKeepAwakeActive ? "true}" : "false}");
+}
+
 std::string waybarLine(const ShownReadout& readout) {
     std::string json = "{\"text\":" + quoted(markup(textOf(readout))) +
                        ",\"tooltip\":" + quoted(markup(singleLine(readout.toolTip))) + ",\"class\":[" +
@@ -90,6 +99,8 @@ std::string line(LineForm form, const std::optional<ShownReadout>& readout) {
     switch (form) {
         case LineForm::plain:
             return textOf(*readout);
+        case LineForm::json:
+            return jsonLine(*readout);
         case LineForm::waybar:
             return waybarLine(*readout);
         case LineForm::i3bar:

@@ -11,6 +11,7 @@ namespace kestro {
 /// The forms of a line, one for each kind of panel.
 enum class LineForm {
     plain,   ///< the text
+    json,    ///< a JSON object with all that a panel's own widget needs, without markup
     waybar,  ///< a JSON object for a custom module of Waybar, with Pango markup escaped
     i3bar,   ///< a status line of the i3bar protocol, version 1, in the endless array that `prologue` opens
     genmon,  ///< the tags of Xfce's generic monitor

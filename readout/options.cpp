@@ -10,8 +10,8 @@
 namespace kestro {
 
 const char* const usage =
-    "Usage: kestro-readout [--once | --after LINE] [--waybar | --i3bar | --genmon]\n"
-    "                      [--host] [--silent]\n"
+    "Usage: kestro-readout [--once | --after LINE]\n"
+    "                      [--json | --waybar | --i3bar | --genmon] [--host] [--silent]\n"
     "       kestro-readout --show popover [--at X,Y] | dashboard | settings\n"
     "       kestro-readout --toggle-keep-awake\n"
     "\n"
@@ -20,6 +20,7 @@ const char* const usage =
     "\n"
     "  --once              print one line and exit; with status 1 if Kestro is not running\n"
     "  --after LINE        print the first line that differs from LINE and exit\n"
+    "  --json              JSON with all parts of the readout\n"
     "  --waybar            JSON for a custom module of Waybar\n"
     "  --i3bar             the i3bar protocol, for i3bar and swaybar\n"
     "  --genmon            tags for Xfce's generic monitor; use it with --once\n"
@@ -36,8 +37,10 @@ namespace {
 template <typename Value, std::size_t count>
 using Table = std::array<std::pair<std::string_view, Value>, count>;
 
-constexpr Table<LineForm, 3> forms{
-    {{"--waybar", LineForm::waybar}, {"--i3bar", LineForm::i3bar}, {"--genmon", LineForm::genmon}}};
+constexpr Table<LineForm, 4> forms{{{"--json", LineForm::json},
+                                    {"--waybar", LineForm::waybar},
+                                    {"--i3bar", LineForm::i3bar},
+                                    {"--genmon", LineForm::genmon}}};
 
 constexpr Table<Request, 3> surfaces{{{"popover", Request::togglePopover},
                                       {"dashboard", Request::showDashboard},

@@ -40,6 +40,8 @@ void readProperty(sd_bus_message& message, std::string_view name, ShownReadout& 
         readText(message, readout.widestText);
     } else if (name == "ToolTip") {
         readText(message, readout.toolTip);
+    } else if (name == "Symbol") {
+        readText(message, readout.symbol);
     } else if (name == "PowerMode") {
         readText(message, readout.powerMode);
     } else if (name == "KeepAwake") {

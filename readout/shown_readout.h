@@ -12,6 +12,7 @@ struct ShownReadout {
     std::string text;
     std::string widestText;
     std::string toolTip;
+    std::string symbol;  ///< an icon's name; empty: the user wants none
     std::string powerMode;
     bool isKeepAwakeActive = false;
     std::optional<std::int64_t> memoryPercent;

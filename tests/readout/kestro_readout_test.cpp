@@ -113,6 +113,21 @@ TEST_F(KestroReadoutTest, FollowsTheMemoryForWaybar) {
     EXPECT_TRUE(prints(first + second + "{\"text\":\"RAM 42%\"," + rest + "}\n"));
 }
 
+TEST_F(KestroReadoutTest, PrintsThePartsForAWidget) {
+    readout.hasSymbol = true;
+    startKestro();
+    start({QStringLiteral("--json")});
+    const QByteArray rest = R"("widest_text":"RAM 100%","tooltip":"Kestro: RAM 42%",)";
+    const QByteArray first = R"({"text":"RAM 42%",)" + rest +
+                             R"("symbol":"kestro-symbolic","power_mode":"balanced","keep_awake":false})" + '\n';
+    ASSERT_TRUE(prints(first));
+
+    readout.hasSymbol = false;
+    service->readoutDidUpdate();
+    EXPECT_TRUE(prints(first + R"({"text":"RAM 42%",)" + rest +
+                       R"("symbol":"","power_mode":"balanced","keep_awake":false})" + '\n'));
+}
+
 TEST_F(KestroReadoutTest, KeepsTheProtocolOfI3barWhileKestroIsNotRunning) {
     start({QStringLiteral("--i3bar")});
 

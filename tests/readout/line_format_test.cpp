@@ -5,13 +5,15 @@
 namespace kestro {
 namespace {
 
-constexpr LineForm everyForm[] = {LineForm::plain, LineForm::waybar, LineForm::i3bar, LineForm::genmon};
+constexpr LineForm everyForm[] = {LineForm::plain, LineForm::json, LineForm::waybar, LineForm::i3bar,
+                                  LineForm::genmon};
 
 ShownReadout readout() {
     ShownReadout shown;
     shown.text = "RAM 42% · 1420 RPM";
     shown.widestText = "RAM 100% · 9999 RPM";
     shown.toolTip = "Kestro: RAM 42% · 1420 RPM";
+    shown.symbol = "kestro-symbolic";
     shown.powerMode = "balanced";
     return shown;
 }
@@ -19,6 +21,22 @@ ShownReadout readout() {
 TEST(LineFormat, PrintsThePlainText) {
     EXPECT_EQ(line(LineForm::plain, readout()), "RAM 42% · 1420 RPM");
     EXPECT_EQ(prologue(LineForm::plain), "");
+}
+
+TEST(LineFormat, PrintsAnObjectWithEveryPart) {
+    ShownReadout shown = readout();
+    EXPECT_EQ(line(LineForm::json, shown),
+              R"({"text":"RAM 42% · 1420 RPM","widest_text":"RAM 100% · 9999 RPM",)"
+              R"("tooltip":"Kestro: RAM 42% · 1420 RPM","symbol":"kestro-symbolic","power_mode":"balanced",)"
+              R"("keep_awake":false})");
+
+    shown.text = R"(<b>"\)";
+    shown.symbol.clear();
+    shown.isKeepAwakeActive = true;
+    EXPECT_EQ(line(LineForm::json, shown),
+              R"({"text":"<b>\"\\","widest_text":"RAM 100% · 9999 RPM",)"
+              R"("tooltip":"Kestro: RAM 42% · 1420 RPM","symbol":"","power_mode":"balanced",)"
+              R"("keep_awake":true})");
 }
 
 TEST(LineFormat, PrintsAnObjectForWaybar) {
@@ -59,6 +77,7 @@ TEST(LineFormat, PrintsTagsForTheGenericMonitor) {
 
 TEST(LineFormat, IsEmptyWhileKestroIsNotRunning) {
     EXPECT_EQ(line(LineForm::plain, std::nullopt), "");
+    EXPECT_EQ(line(LineForm::json, std::nullopt), "");
     EXPECT_EQ(line(LineForm::waybar, std::nullopt), "");
     EXPECT_EQ(line(LineForm::genmon, std::nullopt), "");
     EXPECT_EQ(line(LineForm::i3bar, std::nullopt), "[],");
@@ -70,6 +89,7 @@ TEST(LineFormat, ShowsTheNameInsteadOfABareSymbol) {
 
     EXPECT_EQ(line(LineForm::plain, shown), "Kestro");
     EXPECT_EQ(line(LineForm::genmon, shown).find("<txt>Kestro</txt>"), 0U);
+    EXPECT_EQ(line(LineForm::json, shown).find(R"({"text":"",)"), 0U) << "a widget has the symbol";
 }
 
 TEST(LineFormat, EscapesMarkupAndQuotes) {
@@ -87,6 +107,7 @@ TEST(LineFormat, IsOneLineWhateverTheServiceSends) {
     shown.text = "a\nb\x1b[31m\x7f";
     shown.toolTip = "c\r\nd";
     shown.widestText = "\te";
+    shown.symbol = "f\ng";
     shown.powerMode = "\"\n";
 
     for (const LineForm form : everyForm) {

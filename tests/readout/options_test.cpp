@@ -30,6 +30,7 @@ TEST(ReadoutOptions, FollowTheTextByDefault) {
 }
 
 TEST(ReadoutOptions, SelectAForm) {
+    EXPECT_EQ(parse({"--json"}).options->form, LineForm::json);
     EXPECT_EQ(parse({"--waybar"}).options->form, LineForm::waybar);
     EXPECT_EQ(parse({"--i3bar"}).options->form, LineForm::i3bar);
     EXPECT_EQ(parse({"--genmon", "--once"}).options->form, LineForm::genmon);
