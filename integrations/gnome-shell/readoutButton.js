@@ -14,10 +14,18 @@ export function createReadoutButton(deps) {
     const {Clutter, Gio, GLib, GObject, PanelMenu, PopupMenu, St} = deps;
     const menuReader = deps.createMenuReader(deps);
 
+    /** A menu that leaves the keys which would open it to its button. */
+    class ReadoutMenu extends PopupMenu.PopupMenu {
+        _onKeyPress(actor, event) {
+            return this.isOpen ? super._onKeyPress(actor, event) : Clutter.EVENT_PROPAGATE;
+        }
+    }
+
     return GObject.registerClass(
     class KestroReadoutButton extends PanelMenu.Button {
         _init() {
-            super._init(0.5, 'Kestro');
+            super._init(0.5, 'Kestro', true);
+            this.setMenu(new ReadoutMenu(this, 0.5, St.Side.TOP));
             const box = new St.BoxLayout({style_class: 'panel-status-menu-box kestro-readout'});
             this._icon = new St.Icon({style_class: 'system-status-icon', visible: false});
             this._label = new St.Label({y_align: Clutter.ActorAlign.CENTER, visible: false});
@@ -123,7 +131,7 @@ export function createReadoutButton(deps) {
             const key = event.get_key_symbol?.() ?? event.keyval;
             if (key === Clutter.KEY_Return || key === Clutter.KEY_space)
                 return this._press(Clutter.BUTTON_PRIMARY);
-            if (key === Clutter.KEY_Menu)
+            if (key === Clutter.KEY_Menu || key === Clutter.KEY_Down)
                 return this._press(Clutter.BUTTON_SECONDARY);
             return Clutter.EVENT_PROPAGATE;
         }
