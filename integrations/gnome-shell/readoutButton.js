@@ -109,7 +109,11 @@ export function createReadoutButton(deps) {
         _reserveWidth() {
             if (this._label.get_stage() === null)
                 return;
-            const layout = this._label.clutter_text.create_pango_layout(this._widestText);
+            const text = this._label.clutter_text;
+            // A new layout has the stage's font instead of the label's.
+            const layout = text.create_pango_layout(this._widestText);
+            layout.set_font_description(text.get_font_description());
+            layout.set_attributes(text.get_attributes());
             const {scale_factor: scale} = St.ThemeContext.get_for_stage(this._label.get_stage());
             const width = Math.ceil(layout.get_pixel_size()[0] / scale);
             // Both: the shell does not survive a minimum above the natural width.
