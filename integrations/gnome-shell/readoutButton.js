@@ -3,6 +3,8 @@
 const busName = 'kestro.Readout';
 const objectPath = '/kestro/Readout';
 const propertiesInterface = 'org.freedesktop.DBus.Properties';
+const shortestPauseSeconds = 1;
+const longestPauseSeconds = 30;
 
 /**
  * Defines the button's class. The shell's modules are parameters, because older shells load them in another way.
@@ -34,6 +36,7 @@ export function createReadoutButton(deps) {
             this.add_child(box);
             this.visible = false;
             this._owner = null;
+            this._retry = 0;
             this._widestText = '';
             this._cancellable = new Gio.Cancellable();
             this._connection = Gio.DBus.session;
@@ -49,34 +52,56 @@ export function createReadoutButton(deps) {
                 (connection, name, owner) => this._appear(owner), () => this._disappear());
         }
 
-        /** Calls Kestro without starting it. */
-        _call(iface, method, parameters, onReply = null) {
+        /** Calls Kestro without starting it. Drops the reply if the owner of its name has changed meanwhile. */
+        _call(iface, method, parameters, onReply = null, onError = null) {
+            const owner = this._owner;
             this._connection.call(
                 this._owner ?? busName, objectPath, iface, method, parameters, null,
                 Gio.DBusCallFlags.NO_AUTO_START, -1, this._cancellable, (connection, result) => {
+                    let reply = null;
                     try {
-                        const reply = connection.call_finish(result);
-                        onReply?.(reply);
+                        reply = connection.call_finish(result);
                     } catch {
-                        // Kestro has ended, or this button has.
+                        // Kestro has ended or failed, or this button has ended.
                     }
+                    if (this._owner === owner)
+                        (reply ? onReply : onError)?.(reply);
                 });
         }
 
         _appear(owner) {
+            this._stopRetrying();
             this._owner = owner;
-            // Follow first, so that no change after the reading is missed.
-            this._call(busName, 'Follow', new GLib.Variant('(as)', [[]]));
-            this._call(propertiesInterface, 'GetAll', new GLib.Variant('(s)', [busName]), reply => {
-                if (this._owner !== owner)
-                    return;
-                this._apply(reply.get_child_value(0));
-                this.visible = true;
-                this._call(busName, 'RegisterHost', null);
-            });
+            this._follow(shortestPauseSeconds);
+        }
+
+        /** Follows Kestro, then reads it, so that no change is missed. If either fails, tries again after a pause. */
+        _follow(pauseSeconds) {
+            const onError = () => {
+                this.visible = false;
+                this._retry = GLib.timeout_add_seconds(GLib.PRIORITY_DEFAULT, pauseSeconds, () => {
+                    this._retry = 0;
+                    this._follow(Math.min(2 * pauseSeconds, longestPauseSeconds));
+                    return GLib.SOURCE_REMOVE;
+                });
+            };
+            this._call(busName, 'Follow', new GLib.Variant('(as)', [[]]), () => {
+                this._call(propertiesInterface, 'GetAll', new GLib.Variant('(s)', [busName]), reply => {
+                    this._apply(reply.get_child_value(0));
+                    this.visible = true;
+                    this._call(busName, 'RegisterHost', null);
+                }, onError);
+            }, onError);
+        }
+
+        _stopRetrying() {
+            if (this._retry !== 0)
+                GLib.Source.remove(this._retry);
+            this._retry = 0;
         }
 
         _disappear() {
+            this._stopRetrying();
             this._owner = null;
             this.visible = false;
             this.menu.close();
@@ -178,10 +203,13 @@ export function createReadoutButton(deps) {
             this._cancellable.cancel();
             this._connection.signal_unsubscribe(this._changes);
             Gio.bus_unwatch_name(this._watch);
-            if (this._owner !== null) {
+            this._stopRetrying();
+            const owner = this._owner;
+            this._owner = null;
+            if (owner !== null) {
                 // The shell stays on the bus, so Kestro would not notice. These calls must not be cancelled.
                 for (const method of ['UnregisterHost', 'Unfollow']) {
-                    this._connection.call(this._owner, objectPath, busName, method, null, null,
+                    this._connection.call(owner, objectPath, busName, method, null, null,
                         Gio.DBusCallFlags.NO_AUTO_START, -1, null, null);
                 }
             }
