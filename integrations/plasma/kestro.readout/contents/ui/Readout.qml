@@ -1,6 +1,6 @@
 // Follows the readout with the program kestro-readout, which sleeps between two changes. The engine that runs
-// programs delivers their output when they end: so each run ends with the first line that differs from the last one.
-// For Plasma 6: import org.kde.plasma.plasma5support as PlasmaCore
+// programs delivers their output when they end: so each run ends with the first line that differs from the last one,
+// and the next run starts a second later at the earliest.
 import QtQuick 2.15
 import org.kde.plasma.core 2.0 as PlasmaCore
 
@@ -9,7 +9,9 @@ PlasmaCore.DataSource {
 
     property bool isRunning: false
     property string text: ""
+    property string widestText: ""
     property string toolTip: ""
+    property string symbol: ""
     property bool isKeptAwake: false
 
     /// The last line; nothing is printed that equals it.
@@ -30,7 +32,7 @@ PlasmaCore.DataSource {
     }
 
     function following(line) {
-        return "kestro-readout --waybar --after " + quoted(line);
+        return "kestro-readout --json --after " + quoted(line);
     }
 
     /// Asks Kestro for something.
@@ -38,16 +40,14 @@ PlasmaCore.DataSource {
         connectSource("kestro-readout " + options);
     }
 
-    function unescaped(markup) {
-        return markup.replace(/&lt;/g, "<").replace(/&gt;/g, ">").replace(/&amp;/g, "&");
-    }
-
     function take(line) {
         const readout = line === "" ? null : JSON.parse(line);
         source.isRunning = readout !== null;
-        source.text = readout ? unescaped(readout.text) : "";
-        source.toolTip = readout ? unescaped(readout.tooltip) : "";
-        source.isKeptAwake = readout !== null && readout.class.indexOf("keep-awake") >= 0;
+        source.text = readout ? readout.text : "";
+        source.widestText = readout ? readout.widest_text : "";
+        source.toolTip = readout ? readout.tooltip : "";
+        source.symbol = readout ? readout.symbol : "";
+        source.isKeptAwake = readout !== null && readout.keep_awake;
         source.line = line;
     }
 
@@ -56,10 +56,15 @@ PlasmaCore.DataSource {
         disconnectSource(sourceName);
         if (isFollowing && data["exit code"] === 0) {
             take(data["stdout"].replace(/\n$/, ""));
-            connectSource(following(source.line));
+            next.start();
         } else if (isFollowing || sourceName === hosting) {
             retry.start();
         }
+    }
+
+    property Timer next: Timer {
+        interval: 1000
+        onTriggered: source.connectSource(source.following(source.line))
     }
 
     /// After the program could not run, such as during an upgrade.

@@ -64,19 +64,26 @@ Item {
             spacing: PlasmaCore.Units.smallSpacing
 
             PlasmaCore.IconItem {
-                source: "kestro-symbolic"
+                visible: readout.symbol !== "" || !label.visible
+                source: readout.symbol !== "" ? readout.symbol : "kestro-symbolic"
                 implicitWidth: PlasmaCore.Units.iconSizes.small
                 implicitHeight: implicitWidth
             }
             PlasmaComponents.Label {
-                // The widest text so far reserves the room, so that the neighbours do not move.
-                property real widest: 0
+                id: label
 
-                visible: !compact.isVertical
+                visible: !compact.isVertical && readout.text !== ""
                 text: readout.text
                 textFormat: Text.PlainText
-                onImplicitWidthChanged: widest = Math.max(widest, implicitWidth)
-                Layout.minimumWidth: widest
+                // Room for the widest text, so that the neighbours do not move.
+                Layout.minimumWidth: Math.ceil(widest.advanceWidth)
+
+                TextMetrics {
+                    id: widest
+
+                    font: label.font
+                    text: readout.widestText
+                }
             }
         }
     }
