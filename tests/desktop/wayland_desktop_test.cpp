@@ -1,6 +1,7 @@
 #include "tests/desktop/shell_fixture.h"
 #include "tests/desktop/status_item_client.h"
 #include "tests/desktop/sway.h"
+#include "tests/support/places.h"
 
 #include <QFile>
 
@@ -62,6 +63,30 @@ TEST_F(OnSway, WaybarShowsTheItem) {
 
     EXPECT_EQ(owner(QStringLiteral("org.kde.StatusNotifierWatcher")), QStringLiteral("waybar"));
     EXPECT_TRUE(StatusItemClient(session).item(QStringLiteral("kestro-main")));
+}
+
+TEST_F(OnSway, WaybarShowsTheReadoutInAModule) {
+    launch();
+    const QString snippets = QString::fromStdString(sourceTree()) + QStringLiteral("/integrations/waybar/");
+    QFile module(snippets + QStringLiteral("kestro.jsonc"));
+    ASSERT_TRUE(module.open(QIODevice::ReadOnly));
+    session.writeFile(QStringLiteral("second-bar"),
+                      R"({"position": "bottom", "height": 30, "modules-right": ["custom/kestro"],)"
+                      "\n" +
+                          module.readAll() + "}\n");
+    const QPoint inTheModule(1200, 785);
+    const bool wasEmpty = !session.showsAnItemAt(inTheModule);
+
+    session.start(
+        QStringLiteral("env"),
+        {QStringLiteral("PATH=%1:%2").arg(QString::fromStdString(buildTree()), qEnvironmentVariable("PATH")),
+         QStringLiteral("waybar"), QStringLiteral("--config"), session.path(QStringLiteral("second-bar")),
+         QStringLiteral("--style"), snippets + QStringLiteral("kestro.css")});
+
+    // It hosts the readout, so the item in the other bar goes.
+    EXPECT_TRUE(session.waitFor([&] { return !StatusItemClient(session).item(QStringLiteral("kestro-main")); }));
+    EXPECT_TRUE(session.waitFor([&] { return session.showsAnItemAt(inTheModule); }));
+    EXPECT_TRUE(wasEmpty);
 }
 
 TEST_F(OnSway, OpensEveryWindowWithoutX11AndOpenGL) {
