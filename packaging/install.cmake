@@ -6,13 +6,20 @@ set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
 # The reverse of the home page, as AppStream wants it.
 set(KESTRO_COMPONENT example.kestro.kestro)
 configure_file(packaging/kestro.metainfo.xml.in kestro.metainfo.xml @ONLY)
-configure_file(packaging/kestro.Readout.service.in kestro.Readout.service @ONLY)
 
 install(TARGETS kestro kestro-readout RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES packaging/kestro.desktop DESTINATION ${applications})
 install(FILES packaging/kestro-autostart.desktop DESTINATION ${CMAKE_INSTALL_SYSCONFDIR}/xdg/autostart)
 install(FILES ${CMAKE_BINARY_DIR}/kestro.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo
   RENAME ${KESTRO_COMPONENT}.metainfo.xml)
+# The bus needs the program's full path, and only the installation knows its prefix.
+install(CODE "
+  set(KESTRO_PROGRAM \"${CMAKE_INSTALL_BINDIR}/kestro\")
+  cmake_path(ABSOLUTE_PATH KESTRO_PROGRAM BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
+  # A prefix may be relative to the current folder.
+  cmake_path(ABSOLUTE_PATH KESTRO_PROGRAM NORMALIZE)
+  configure_file(\"${CMAKE_SOURCE_DIR}/packaging/kestro.Readout.service.in\"
+    \"${CMAKE_BINARY_DIR}/kestro.Readout.service\" @ONLY)")
 install(FILES ${CMAKE_BINARY_DIR}/kestro.Readout.service DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
 install(FILES shell/linux/readout/kestro.Readout.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces)
 install(FILES packaging/man/kestro.1 packaging/man/kestro-readout.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
