@@ -29,6 +29,7 @@ if [ ! -e "$system/.complete" ]; then
         adwaita-icon-theme procps
     touch "$system/.complete"
 fi
+rm -rf "$system/packages" "$system/pictures"
 mkdir -p "$system/packages" "$pictures"
 cp build/package/*.deb "$system/packages"
 # shellcheck disable=SC2086

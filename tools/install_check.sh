@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# install_check.sh: installs the packages of build/package into a throw-away Debian below build/hosts, starts Kestro,
-# upgrades over it, removes and purges it, and fails if anything is left but the user's preferences. Needs root.
+# install_check.sh: installs a lower version of the packages of build/package into a throw-away Debian below
+# build/hosts, starts Kestro, upgrades over it, removes and purges it, and fails if anything is left but the user's
+# preferences. Needs root.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 system=${KESTRO_SYSTEM:-$PWD/build/hosts/plain}
@@ -17,9 +18,21 @@ if [ ! -e "$system/.complete" ]; then
     DEBIAN_FRONTEND=noninteractive chroot "$system" apt-get install -y --no-install-recommends dbus xvfb procps
     touch "$system/.complete"
 fi
-mkdir -p "$system/packages"
-rm -f "$system"/packages/*
-cp "$packages"/kestro_*.deb "$packages"/kestro-readout_*.deb "$system/packages"
+lower() {  # PACKAGE DIR: puts the same package, as an older version, into DIR
+    local tree
+    tree=$(mktemp -d)
+    dpkg-deb --raw-extract "$1" "$tree"
+    sed -i -E 's/^(Version: ).*/\10.0.1/; s/(kestro-readout \(= )[^)]*/\10.0.1/' "$tree/DEBIAN/control"
+    dpkg-deb --root-owner-group --build "$tree" "$2" >/dev/null
+    rm -rf "$tree"
+}
+
+rm -rf "$system/packages"
+mkdir -p "$system/packages/old"
+for package in "$packages"/kestro_*.deb "$packages"/kestro-readout_*.deb; do
+    cp "$package" "$system/packages"
+    lower "$package" "$system/packages/old"
+done
 
 cat >"$system/check.sh" <<'CHECK'
 set -euo pipefail
@@ -34,7 +47,9 @@ answers() {  # TEXT: whether the readout contains it within ten seconds
     say "the readout is \"$(kestro-readout --once)\""
     return 1
 }
-apt-get install -y --no-install-recommends /packages/*.deb >/dev/null
+apt-get purge -y kestro kestro-readout >/dev/null 2>&1 || true  # of a check that failed
+rm -rf /root/.config/kestro
+apt-get install -y --no-install-recommends /packages/old/*.deb >/dev/null
 say "installed $(dpkg-query -W -f '${Version}' kestro)"
 Xvfb -displayfd 1 -nolisten tcp >/tmp/display 2>/dev/null &
 until [ -s /tmp/display ]; do sleep 0.1; done
@@ -46,10 +61,12 @@ kestro &
 kestro=$!
 answers %
 say 'runs'
-apt-get install -y --reinstall --no-install-recommends /packages/*.deb >/dev/null
+apt-get install -y --no-install-recommends /packages/*.deb >/dev/null
+upgraded=$(dpkg-query -W -f '${Version}' kestro)
+dpkg --compare-versions "$upgraded" gt 0.0.1
 running
 answers %
-say 'still runs after an upgrade'
+say "still runs after an upgrade to $upgraded"
 kestro-readout --show dashboard
 kill "$kestro"
 wait "$kestro"

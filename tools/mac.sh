@@ -84,7 +84,7 @@ command=${1:-help}
 case $command in
     run | build | package | help) most=0 ;;
     test) most=2 ;;
-    bench | lint | fuzz | shots | mac-check) refuse "$command runs on Linux only" ;;
+    bench | lint | fuzz | shots | mac-check | hosts | install-check) refuse "$command runs on Linux only" ;;
     *)
         cmd_help >&2
         exit 2

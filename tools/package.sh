@@ -40,6 +40,8 @@ fi
 
 rm -rf "$stage"
 mkdir -p "$stage"
+# Those of another version, or of a build that fails, must not be taken for the new ones.
+rm -f build/package/*.deb build/package/*.changes build/package/*.buildinfo
 cp -r packaging/debian "$stage/debian"
 changelog >"$stage/debian/changelog"
 if command -v ccache >/dev/null; then
