@@ -1,11 +1,14 @@
 #include "ui/settings/sensors_tab.h"
 
+#include "core/base/program_version.h"
 #include "core/cooling/fan_control_manager.h"
 #include "core/engine/telemetry_engine.h"
 #include "ui/controls/badge.h"
 #include "ui/controls/composition.h"
 #include "ui/format/record_text.h"
 #include "ui/settings/settings_parts.h"
+
+#include <string>
 
 namespace kestro {
 
@@ -35,6 +38,9 @@ SensorsTab::SensorsTab(const KestroServices& services) : SettingsPane(services) 
     add(settings_parts::group("AUTHENTIC HARDWARE INTERFACES",
                               new settings_parts::RowCard({platform.widget, controller.widget, sensors.widget,
                                                            processor.widget, memory.widget, power.widget})));
+    add(row(Insets{2, 0, 0, 0},
+            text("Kestro " + std::string(programVersion())).style(text_styles::settingDescription))
+            .release());
 }
 
 SensorsTab::SensorRow SensorsTab::sensorRow(const Words& symbolName, const Words& name, const Words& value,

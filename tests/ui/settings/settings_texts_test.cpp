@@ -1,3 +1,4 @@
+#include "core/base/program_version.h"
 #include "tests/ui/settings/settings_view_test.h"
 #include "ui/controls/badge.h"
 #include "ui/controls/option_tile.h"
@@ -302,6 +303,7 @@ TEST_F(SettingsTextsTest, ReadsTheSensorsTab) {
                                                "IOPowerSources",
                                                "4h 12m remaining",
                                                "IOPM Verified",
+                                               "Kestro " + std::string(programVersion()),
                                            }));
 }
 
