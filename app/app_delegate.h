@@ -145,6 +145,7 @@ private:
     std::unique_ptr<KeepAwakeStatusItem> keepAwakeItem_;
     std::unique_ptr<FanControlStatusItem> fanItem_;
     std::unique_ptr<PopoverWindow> popover_;
+    QRect popoverAnchor_;  ///< in another program's panel; null: at the item
     std::unique_ptr<KestroDashboardWindow> dashboardWindow_;
     std::unique_ptr<SettingsWindow> settingsWindow_;
     bool hasUserCustomResizedDashboard_ = false;

@@ -110,6 +110,7 @@ void AppDelegate::togglePopoverAt(const QRect& anchor) {
         popover_->orderOut();
     } else {
         refreshTelemetry();
+        popoverAnchor_ = anchor;
         popover_->showRelativeTo(anchor.isNull() ? statusItem_->anchor() : anchor);
     }
     updateUIActiveState();
@@ -176,7 +177,7 @@ void AppDelegate::screensDidChange() {
         statusItem_->screensDidChange();
     }
     if (popover_ && popover_->isShown()) {
-        popover_->moveBeside(statusItem_->anchor());
+        popover_->moveBeside(popoverAnchor_.isNull() ? statusItem_->anchor() : popoverAnchor_);
     }
     if (dashboardWindow_ && dashboardWindow_->isVisible()) {
         dashboardWindow_->fitToScreen();

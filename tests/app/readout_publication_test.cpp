@@ -3,6 +3,9 @@
 #include "app/status_items/main_status_item.h"
 #include "tests/app/app_delegate_fixture.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+
 #include <optional>
 
 namespace kestro {
@@ -98,6 +101,18 @@ TEST_F(ReadoutPublicationTest, OpensThePopoverAtTheItemIfTheClickIsUnknown) {
     readoutService.handlers->togglePopover({400, 0, 1, 24});
 
     EXPECT_EQ(rightEdge(), 400);
+}
+
+TEST_F(ReadoutPublicationTest, KeepsThePopoverAtTheClickWhenPanelsChange) {
+    launch();
+    bar.item(mainItem).geometry = {500, 0, 80, 24};
+    readoutService.handlers->togglePopover({400, 0, 1, 24});
+
+    QScreen& screen = *QGuiApplication::primaryScreen();
+    Q_EMIT screen.availableGeometryChanged(screen.availableGeometry());
+    settle();
+
+    EXPECT_EQ(delegate.popover()->geometry().right(), 400);
 }
 
 TEST_F(ReadoutPublicationTest, ShowsTheWindows) {
