@@ -106,7 +106,7 @@ void ShellFixture::doubleClick(QPoint position) const {
     session.moveTo(position);
     session.output(QStringLiteral("xdotool"),
                    {QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"),
-                    QStringLiteral("--delay"), QStringLiteral("0"), QStringLiteral("1")});
+                    QStringLiteral("--delay"), QStringLiteral("60"), QStringLiteral("1")});
 }
 
 void ShellFixture::drag(const QString& title, QPoint from, QPoint to) const {
