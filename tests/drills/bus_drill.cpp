@@ -1,4 +1,5 @@
 #include "shell/linux/notifier/bus_types.h"
+#include "tests/drills/bus_names.h"
 #include "tests/drills/drill_desktop.h"
 #include "tests/drills/drills.h"
 #include "tests/drills/hostile_messages.h"
@@ -7,11 +8,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <csignal>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace kestro::drills {
@@ -19,7 +18,6 @@ namespace kestro::drills {
 namespace {
 
 using namespace std::chrono_literals;
-using Bus = DesktopSession::Bus;
 
 /// What one message or backlog may cost the main thread.
 constexpr auto mostCost = 100ms;
@@ -28,56 +26,6 @@ constexpr auto mostCost = 100ms;
 constexpr auto longestLatency = 2s;
 constexpr int flood = 2000;
 constexpr int longestList = 4096;
-
-struct ServiceName {
-    std::string_view name;
-    Bus bus;
-};
-
-constexpr std::array serviceNames{ServiceName{"org.freedesktop.portal.Desktop", Bus::session},
-                                  ServiceName{"org.gnome.SessionManager", Bus::session},
-                                  ServiceName{"org.kde.Solid.PowerManagement.PolicyAgent", Bus::session},
-                                  ServiceName{"org.freedesktop.PowerManagement", Bus::session},
-                                  ServiceName{"org.freedesktop.ScreenSaver", Bus::session},
-                                  ServiceName{"org.xfce.Xfconf", Bus::session},
-                                  ServiceName{"org.freedesktop.login1", Bus::system},
-                                  ServiceName{"net.hadess.PowerProfiles", Bus::system},
-                                  ServiceName{"org.freedesktop.UPower.PowerProfiles", Bus::system}};
-
-constexpr std::string_view anyone;
-constexpr std::string_view watcher = "org.kde.StatusNotifierWatcher";
-
-struct SignalName {
-    std::string_view sender;  ///< whose signal it is
-    const char* path;
-    const char* interface;
-    const char* member;
-};
-
-/// Everything that Kestro listens to.
-constexpr std::array signalNames{
-    SignalName{anyone, "/kestro/notify", "kestro.notify", "showSettings"},
-    SignalName{anyone, "/kestro/notify", "kestro.notify", "togglePopover"},
-    SignalName{anyone, "/kestro/notify", "kestro.notify", "showDashboard"},
-    SignalName{watcher, "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher", "StatusNotifierHostRegistered"},
-    SignalName{watcher, "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher",
-               "StatusNotifierHostUnregistered"},
-    SignalName{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-               "org.freedesktop.portal.Settings", "SettingChanged"},
-    SignalName{"org.freedesktop.portal.Desktop", "/request", "org.freedesktop.portal.Request", "Response"},
-    SignalName{"org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager",
-               "PrepareForSleep"},
-    SignalName{"net.hadess.PowerProfiles", "/net/hadess/PowerProfiles", "org.freedesktop.DBus.Properties",
-               "PropertiesChanged"},
-    SignalName{"org.freedesktop.UPower.PowerProfiles", "/org/freedesktop/UPower/PowerProfiles",
-               "org.freedesktop.DBus.Properties", "PropertiesChanged"},
-    SignalName{"org.xfce.Xfconf", "/org/xfce/Xfconf", "org.xfce.Xfconf", "PropertyChanged"}};
-
-constexpr auto menuInterface = "com.canonical.dbusmenu";
-constexpr std::array menuMethods{"GetLayout",  "GetGroupProperties", "GetProperty",     "Event",
-                                 "EventGroup", "AboutToShow",        "AboutToShowGroup"};
-constexpr std::array itemMethods{"Activate", "SecondaryActivate", "ContextMenu", "Scroll",
-                                 "ProvideXdgActivationToken"};
 
 QString text(const char* latin) {
     return QString::fromLatin1(latin);

@@ -62,13 +62,7 @@ picture without
 kestro >/tmp/kestro.log 2>&1 &
 kestro=$!
 sleep 8
-kestro-readout --once
-hosted=$(gdbus call --session --dest kestro.Readout --object-path /kestro/Readout \
-    --method org.freedesktop.DBus.Properties.Get kestro.Readout Hosted)
-if [ "$hosted" != '(<true>,)' ]; then
-    printf '%s.sh: the extension does not host the readout: %s\n' "$name" "$hosted" >&2
-    exit 1
-fi
+bash "$(dirname "$0")/require_host.sh" "$name"
 picture readout
 if [ "$name" = gnome-x11 ]; then
     # The button is the leftmost of the right-hand ones.

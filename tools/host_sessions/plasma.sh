@@ -48,13 +48,7 @@ import -window root "/pictures/$name-without.png"
 kestro >/tmp/kestro.log 2>&1 &
 kestro=$!
 sleep 10
-kestro-readout --once
-hosted=$(gdbus call --session --dest kestro.Readout --object-path /kestro/Readout \
-    --method org.freedesktop.DBus.Properties.Get kestro.Readout Hosted)
-if [ "$hosted" != '(<true>,)' ]; then
-    printf '%s.sh: the widget does not host the readout: %s\n' "$name" "$hosted" >&2
-    exit 1
-fi
+bash "$(dirname "$0")/require_host.sh" "$name"
 import -window root "/pictures/$name-readout.png"
 xdotool mousemove 40 780 click 1
 sleep 3
