@@ -4,27 +4,9 @@
 #include "app/application_content.h"
 #include "app/base/notification_names.h"
 #include "app/standard_streams.h"
-#include "core/platform/platform.h"
 #include "core/settings/user_settings.h"
 #include "core/telemetry/smc_reader.h"
-#include "platform/macos/mac_clock.h"
-#include "platform/macos/mac_command_runner.h"
-#include "platform/macos/mac_distributed_notifications.h"
-#include "platform/macos/mac_file_events.h"
-#include "platform/macos/mac_file_system_statistics.h"
-#include "platform/macos/mac_hid_event_system.h"
-#include "platform/macos/mac_mach_host.h"
-#include "platform/macos/mac_network_interfaces.h"
-#include "platform/macos/mac_power_assertions.h"
-#include "platform/macos/mac_power_events.h"
-#include "platform/macos/mac_power_mode_service.h"
-#include "platform/macos/mac_power_sources.h"
-#include "platform/macos/mac_process_info_service.h"
-#include "platform/macos/mac_run_loop.h"
-#include "platform/macos/mac_script_runner.h"
-#include "platform/macos/mac_smc_service.h"
-#include "platform/macos/mac_system_control.h"
-#include "platform/macos/mac_user_defaults.h"
+#include "platform/macos/mac_machine.h"
 #include "platform/macos/termination_signals.h"
 #include "shell/macos/mac_accessibility_monitor.h"
 #include "shell/macos/mac_compositing.h"
@@ -50,30 +32,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The machine behind the ports.
-struct Mac {
-    MacClock clock;
-    MacRunLoop runLoop{clock};
-    MacMachHost machHost;
-    MacSystemControl systemControl;
-    MacProcessInfoService processInfo;
-    MacFileSystemStatistics fileSystem;
-    MacNetworkInterfaces networkInterfaces;
-    MacPowerSources powerSources;
-    MacSMCService smc;
-    MacHIDEventSystem hidEventSystem;
-    MacCommandRunner commandRunner;
-    MacPowerModeService powerModeService{runLoop};
-    MacScriptRunner scriptRunner{powerModeService};
-    MacPowerAssertions powerAssertions;
-    MacPowerEvents powerEvents;
-    MacUserDefaults userDefaults;
-    MacDistributedNotifications notifications{runLoop};
-    MacFileEvents fileEvents{runLoop};
-
-    const Platform platform = Platform::of(*this);
-};
-
 /// Not `quit`, which asks every window first: the dashboard refuses to close.
 void terminate() {
     QCoreApplication::exit(EXIT_SUCCESS);
@@ -84,7 +42,7 @@ void trimMemory() {
     malloc_zone_pressure_relief(nullptr, 0);
 }
 
-int runFirstInstance(Mac& mac, NativeApplication& nativeApplication, const std::string& commandFile) {
+int runFirstInstance(MacMachine& mac, NativeApplication& nativeApplication, const std::string& commandFile) {
     const auto nativeWindows = makeNativeWindows();
     const auto nativeEffects = makeNativeVisualEffects();
     const auto nativeAccessibility = makeNativeAccessibility();
@@ -128,7 +86,7 @@ int runApplication(char** arguments, const std::string& commandFile) {
     const auto nativeApplication = makeNativeApplication();
     nativeApplication->becomeAccessory();
 
-    Mac mac;
+    MacMachine mac;
     const auto showDashboard = [&mac] { mac.platform.notifications.post(notification_names::showDashboard); };
     MacSingleInstance instance(MacSingleInstance::defaultLockFile(), showDashboard);
     if (!instance.isFirst()) {

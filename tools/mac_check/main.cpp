@@ -1,25 +1,7 @@
 #include "core/engine/telemetry_engine.h"
-#include "core/platform/platform.h"
 #include "core/power/keep_awake_manager.h"
 #include "core/power/power_mode_manager.h"
-#include "platform/macos/mac_clock.h"
-#include "platform/macos/mac_command_runner.h"
-#include "platform/macos/mac_distributed_notifications.h"
-#include "platform/macos/mac_file_events.h"
-#include "platform/macos/mac_file_system_statistics.h"
-#include "platform/macos/mac_hid_event_system.h"
-#include "platform/macos/mac_mach_host.h"
-#include "platform/macos/mac_network_interfaces.h"
-#include "platform/macos/mac_power_assertions.h"
-#include "platform/macos/mac_power_events.h"
-#include "platform/macos/mac_power_mode_service.h"
-#include "platform/macos/mac_power_sources.h"
-#include "platform/macos/mac_process_info_service.h"
-#include "platform/macos/mac_run_loop.h"
-#include "platform/macos/mac_script_runner.h"
-#include "platform/macos/mac_smc_service.h"
-#include "platform/macos/mac_system_control.h"
-#include "platform/macos/mac_user_defaults.h"
+#include "platform/macos/mac_machine.h"
 
 #include <fmt/format.h>
 
@@ -30,30 +12,6 @@
 namespace kestro {
 
 namespace {
-
-/// Every port of a Mac.
-struct Mac {
-    MacClock clock;
-    MacRunLoop runLoop{clock};
-    MacMachHost machHost;
-    MacSystemControl systemControl;
-    MacProcessInfoService processInfo;
-    MacFileSystemStatistics fileSystem;
-    MacNetworkInterfaces networkInterfaces;
-    MacPowerSources powerSources;
-    MacSMCService smc;
-    MacHIDEventSystem hidEventSystem;
-    MacCommandRunner commandRunner;
-    MacPowerModeService powerModeService{runLoop};
-    MacScriptRunner scriptRunner{powerModeService};
-    MacPowerAssertions powerAssertions;
-    MacPowerEvents powerEvents;
-    MacUserDefaults userDefaults;
-    MacDistributedNotifications notifications{runLoop};
-    MacFileEvents fileEvents{runLoop};
-
-    const Platform platform = Platform::of(*this);
-};
 
 /// Samples the machine twice and prints a line for each source.
 void printSamples() {
@@ -76,7 +34,7 @@ void printSamples() {
 
 /// Links every port and everything above that needs no toolkit; on a Mac it prints what they read.
 int main() {
-    static kestro::Mac mac;
+    static kestro::MacMachine mac;
     kestro::Platform::install(mac.platform);
     kestro::printSamples();
     std::fflush(stdout);
