@@ -2,6 +2,7 @@
 
 #include "ui/theme/motion.h"
 
+#include <QGuiApplication>
 #include <QWidget>
 
 #include <algorithm>
@@ -27,7 +28,7 @@ bool isBetween(int value, int one, int other) {
 FrameAnimation::FrameAnimation(QWidget& window) : window_(window) {
     animation_.setEasingCurve(QEasingCurve::InOutCubic);
     QObject::connect(&animation_, &QVariantAnimation::valueChanged, &window_,
-                     [this](const QVariant& value) { window_.setGeometry(value.toRect()); });
+                     [this](const QVariant& value) { step(value.toRect()); });
     settling_.setSingleShot(true);
     QObject::connect(&animation_, &QVariantAnimation::finished, &window_,
                      [this] { settling_.start(settlingTime); });
@@ -38,6 +39,7 @@ void FrameAnimation::start(const QRect& target) {
     stop();
     from_ = window_.size();
     to_ = target.size();
+    screen_ = window_.screen();
     sinceStart_.start();
     const int duration = motion::duration(motion::window);
     if (duration == 0 || !window_.isVisible() || window_.geometry() == target) {
@@ -66,9 +68,23 @@ QRect FrameAnimation::frame() const {
     return isMoving ? animation_.endValue().toRect() : window_.geometry();
 }
 
+bool FrameAnimation::isElsewhere() const {
+    const QScreen* shown = window_.screen();
+    return shown != screen_ && shown != QGuiApplication::screenAt(animation_.endValue().toRect().center());
+}
+
+void FrameAnimation::step(const QRect& frame) {
+    if (isElsewhere()) {
+        stop();
+        window_.resize(to_);
+    } else {
+        window_.setGeometry(frame);
+    }
+}
+
 void FrameAnimation::settle() {
     const QRect target = animation_.endValue().toRect();
-    if (window_.size() == target.size()) {
+    if (window_.size() == target.size() && !isElsewhere()) {
         window_.setGeometry(target);
     }
 }

@@ -5,12 +5,14 @@
 #include <QTimer>
 #include <QVariantAnimation>
 
+class QScreen;
 class QWidget;
 
 namespace kestro {
 
 /// Moves and resizes a window in one motion, or at once when the window is hidden or the desktop has animations
-/// off. Main thread; belongs to the window.
+/// off. A window that is moved to another screen meanwhile takes its size there. Main thread; belongs to the
+/// window.
 class FrameAnimation {
 public:
     explicit FrameAnimation(QWidget& window);
@@ -33,11 +35,16 @@ public:
     bool explains(const QSize& size) const;
 
 private:
+    /// Whether the window has been moved to a screen to which the motion does not lead.
+    bool isElsewhere() const;
+
+    void step(const QRect& frame);
     void settle();
 
     QWidget& window_;
     QVariantAnimation animation_;
     QTimer settling_;
+    const QScreen* screen_ = nullptr;  ///< of the start; only compared
     QSize from_;
     QSize to_;
     QElapsedTimer sinceStart_;

@@ -1,4 +1,4 @@
-#include "tests/desktop/shell_fixture.h"
+#include "tests/desktop/screens_fixture.h"
 #include "tests/desktop/status_item_client.h"
 
 #include <QColor>
@@ -17,9 +17,8 @@ namespace kestro {
 namespace {
 
 /// Opens every window on a screen of that size in pixels at that scale, and expects each to be wholly visible.
-struct ScreensOnTheDesktop : ShellFixture {
-    explicit ScreensOnTheDesktop(QSize size, DesktopPanel panel = DesktopPanel::none)
-        : ShellFixture(panel, size), screen(QPoint(), size) {}
+struct ScreensOnTheDesktop : ScreensFixture {
+    using ScreensFixture::ScreensFixture;
 
     void expectWholeWindows(double scale) {
         launch({QStringLiteral("QT_SCALE_FACTOR=%1").arg(scale)});
@@ -38,15 +37,6 @@ struct ScreensOnTheDesktop : ShellFixture {
         ASSERT_TRUE(appears(popover));
         EXPECT_TRUE(waitUntil([&] { return screen.contains(frame(popover).value_or(QRect())); }))
             << describe(*frame(popover));
-    }
-
-    /// Moves a window, again if its opening motion moves it back.
-    bool moves(const QString& title, QPoint place) {
-        return waitUntil([&] {
-            session.output(QStringLiteral("xdotool"), {QStringLiteral("windowmove"), window(title)->identifier,
-                                                       QString::number(place.x()), QString::number(place.y())});
-            return frame(title)->topLeft() == place;
-        });
     }
 
     /// Expects that the screen behind the popover shows in its corner as in that of a circle's square, row by row.
@@ -92,28 +82,12 @@ struct ScreensOnTheDesktop : ShellFixture {
         return found;
     }
 
-    void monitor(const char* name, const char* geometry, const char* output) const {
-        session.output(QStringLiteral("xrandr"), {QStringLiteral("--setmonitor"), QString::fromLatin1(name),
-                                                  QString::fromLatin1(geometry), QString::fromLatin1(output)});
-    }
-
     bool isWhole(const QString& title, const QRect& strip) {
         return waitUntil([&] {
             const auto found = frame(title);
             return found && screen.contains(*found) && !found->intersects(strip);
         });
     }
-
-    static std::string describe(const QRect& frame) {
-        return QStringLiteral("%1 × %2 at %3, %4")
-            .arg(frame.width())
-            .arg(frame.height())
-            .arg(frame.x())
-            .arg(frame.y())
-            .toStdString();
-    }
-
-    const QRect screen;
 };
 
 struct OnASmallScreen : ScreensOnTheDesktop {
@@ -190,42 +164,6 @@ TEST_F(OnALargeScreen, CornersAreRoundInDevicePixelsAtOneAndAHalf) {
 
 TEST_F(OnALargeScreen, CornersAreRoundInDevicePixelsAtTwo) {
     expectRoundCorners(2);
-}
-
-struct OnScreensOfTwoScales : ScreensOnTheDesktop {
-    OnScreensOfTwoScales() : ScreensOnTheDesktop({3840, 1600}) {
-        monitor("left", "1280/300x800/200+0+0", "screen");
-        monitor("right", "2560/300x1600/200+1280+0", "none");
-    }
-
-    /// Moves the window and waits for the size in pixels that it then has.
-    void expectSizeAt(const QString& title, int x, QSize expected) {
-        EXPECT_TRUE(session.waitFor([&] {
-            // Its opening motion may still move it back.
-            const auto moved = window(title);
-            if (moved && moved->frame.x() != x) {
-                session.output(QStringLiteral("xdotool"), {QStringLiteral("windowmove"), moved->identifier,
-                                                           QString::number(x), QStringLiteral("47")});
-            }
-            const QRect now = frame(title).value_or(QRect());
-            return now.x() == x && now.size() == expected;
-        })) << describe(*frame(title));
-    }
-};
-
-TEST_F(OnScreensOfTwoScales, WindowsKeepTheirSizeInPoints) {
-    launch({QStringLiteral("QT_SCREEN_SCALE_FACTORS=left=1;right=2")});
-    for (const auto& [word, title] : {std::pair("dashboard-shrink", dashboard), {"settings", settings}}) {
-        command(word);
-        ASSERT_TRUE(appears(title));
-        const QSize points = title == settings ? QSize(860, 750) : QSize(800, 460);
-        ASSERT_TRUE(session.waitFor([&] { return frame(title).value_or(QRect()).size() == points; }))
-            << describe(*frame(title));
-
-        expectSizeAt(title, 1900, points * 2);
-        session.screenshot(QStringLiteral("screens-two-scales-") + QString::fromLatin1(word));
-        expectSizeAt(title, 20, points);
-    }
 }
 
 TEST_F(OnTwoScreens, WindowsReturnWhenTheirScreenIsUnplugged) {
