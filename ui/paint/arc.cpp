@@ -18,6 +18,11 @@ double radians(double degrees) {
     return degrees * std::numbers::pi / 180;
 }
 
+/// Many times faster than std::hypot, which also handles numbers that no screen has.
+double length(double x, double y) {
+    return std::sqrt(x * x + y * y);
+}
+
 /// An arc turned so that it is symmetric about the axis to the right.
 struct SymmetricArc {
     explicit SymmetricArc(const Arc& arc)
@@ -31,7 +36,7 @@ struct SymmetricArc {
     double coverage(double pixelX, double pixelY) const {
         const double dx = pixelX - centre.x();
         const double dy = pixelY - centre.y();
-        const double fromCentre = std::hypot(dx, dy);
+        const double fromCentre = length(dx, dy);
         const double fromLine = std::abs(fromCentre - radius);
         if (fromLine > reach + 1) {
             return 0;
@@ -39,7 +44,7 @@ struct SymmetricArc {
         const double x = dx * axis.x() + dy * axis.y();
         const double y = std::abs(dy * axis.x() - dx * axis.y());
         const bool isBeyondEnd = y * end.x() > x * end.y();
-        const double distance = isBeyondEnd ? std::hypot(x - end.x() * radius, y - end.y() * radius) : fromLine;
+        const double distance = isBeyondEnd ? length(x - end.x() * radius, y - end.y() * radius) : fromLine;
         return std::clamp(reach - distance + 0.5, 0.0, 1.0);
     }
 
@@ -50,17 +55,38 @@ struct SymmetricArc {
     QPointF end;
 };
 
+/// Half the width of a circle at a distance from its centre; 0 beyond it.
+double halfChord(double radius, double distance) {
+    return std::sqrt(std::max(0.0, radius * radius - distance * distance));
+}
+
 QImage arcImage(const Arc& arc, const QRect& pixels, const QColor& color) {
     const SymmetricArc shape(arc);
+    const double opacity = 255 * color.alphaF();
+    const QRgb rgb = color.rgb() & RGB_MASK;
     QImage image(pixels.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(0);
     for (int row = 0; row < pixels.height(); ++row) {
+        const double y = pixels.y() + row + 0.5;
+        const double fromCentre = y - shape.centre.y();
+        const double outer = halfChord(shape.radius + shape.reach + 1, fromCentre);
+        const double inner = halfChord(std::max(0.0, shape.radius - shape.reach - 1), fromCentre);
+        const double centre = shape.centre.x() - pixels.x();
+        const auto columnAt = [&](double distance) {
+            return std::clamp(static_cast<int>(std::floor(centre + distance)), 0, pixels.width());
+        };
+        const int hole = columnAt(-inner) + 1;
+        const int afterHole = std::max(hole, columnAt(inner));
+        const int end = std::min(columnAt(outer) + 1, pixels.width());
         auto* const line = reinterpret_cast<QRgb*>(image.scanLine(row));
-        for (int column = 0; column < pixels.width(); ++column) {
-            const double covered = shape.coverage(pixels.x() + column + 0.5, pixels.y() + row + 0.5);
-            const double alpha = covered * color.alphaF();
-            line[column] = covered > 0 ? qPremultiply(qRgba(color.red(), color.green(), color.blue(),
-                                                            static_cast<int>(std::lround(255 * alpha))))
-                                       : 0;
+        for (int column = columnAt(-outer); column < end; ++column) {
+            if (column == hole) {
+                column = afterHole;
+            }
+            const double covered = shape.coverage(pixels.x() + column + 0.5, y);
+            if (covered > 0) {
+                line[column] = qPremultiply(rgb | static_cast<QRgb>(std::lround(opacity * covered)) << 24);
+            }
         }
     }
     return image;
@@ -85,7 +111,12 @@ void paintArc(QPainter& painter, const Arc& arc, const QColor& color) {
     const QTransform world = painter.worldTransform();
     // What remains of the transformation is none, so the pixels are copied without resampling.
     painter.setWorldTransform(device.inverted() * world);
-    painter.drawImage(pixels.topLeft(), arcImage(inPixels, pixels, color));
+    const QImage image = arcImage(inPixels, pixels, color);
+    // In bands of fewer lines than Qt divides among threads.
+    constexpr int bandHeight = 64;
+    for (int top = 0; top < image.height(); top += bandHeight) {
+        painter.drawImage(pixels.topLeft() + QPoint(0, top), image, QRect(0, top, image.width(), bandHeight));
+    }
     painter.setWorldTransform(world);
 }
 
