@@ -22,6 +22,7 @@ constexpr double smallestSize = 7;
 /// An error in the sum of a row's widths that is too small to see.
 constexpr double hair = 0.01;
 constexpr qsizetype longestText = 512;
+constexpr qsizetype longestCachedPiece = 8;
 constexpr qsizetype cachedTexts = 1024;
 
 struct ShapeKey {
@@ -59,55 +60,107 @@ bool readsRightToLeft(const QString& text) {
                        [](QChar c) { return c.direction() == QChar::DirR || c.direction() == QChar::DirAL; });
 }
 
-/// Appends `piece` to `line`, in a cell of width `cell` unless that is 0.
-void append(ShapedText& line, const QString& piece, const QFont& font, double cell) {
-    QTextLayout layout(piece, font);
+/// A figure or the text between two figures, from the origin on its baseline.
+struct Piece {
+    QList<QGlyphRun> runs;
+    double width = 0;
+};
+
+QHash<ShapeKey, Piece>& shapedPieces() {
+    static QHash<ShapeKey, Piece> pieces;
+    return pieces;
+}
+
+Piece shapePiece(const QString& text, const QFont& font) {
+    QTextLayout layout(text, font);
     QTextOption option;
     option.setWrapMode(QTextOption::NoWrap);
     layout.setTextOption(option);
     layout.beginLayout();
-    QTextLine textLine = layout.createLine();
+    QTextLine line = layout.createLine();
     layout.endLayout();
-    const double width = textLine.horizontalAdvance();
-    const double offset = line.width + (cell > 0 ? (cell - width) / 2 : 0);
+    Piece piece;
+    piece.width = line.horizontalAdvance();
     for (QGlyphRun run : layout.glyphRuns()) {
         QList<QPointF> positions = run.positions();
         for (QPointF& position : positions) {
-            position += QPointF(offset, -textLine.ascent());
+            position -= QPointF(0, line.ascent());
         }
         run.setPositions(positions);
-        line.runs.append(run);
+        piece.runs.append(run);
     }
-    line.width += cell > 0 ? cell : width;
+    return piece;
+}
+
+/// The pieces of most texts are the ten figures and a few units, of which there are many combinations.
+Piece pieceOf(const ShapeKey& key, const QFont& font) {
+    if (key.text.size() > longestCachedPiece) {
+        return shapePiece(key.text, font);
+    }
+    auto& cache = shapedPieces();
+    if (const auto found = cache.constFind(key); found != cache.constEnd()) {
+        return found.value();
+    }
+    if (cache.size() >= cachedTexts) {
+        cache.clear();
+    }
+    return cache.insert(key, shapePiece(key.text, font)).value();
+}
+
+/// Appends `piece` to `line`, in a cell of width `cell` unless that is 0.
+void append(ShapedText& line, const Piece& piece, double cell) {
+    const double offset = line.width + (cell > 0 ? (cell - piece.width) / 2 : 0);
+    for (const QGlyphRun& run : piece.runs) {
+        const bool continues = !line.runs.isEmpty() && line.runs.last().rawFont() == run.rawFont() &&
+                               line.runs.last().flags() == run.flags();
+        QGlyphRun merged = continues ? line.runs.takeLast() : run;
+        QList<QPointF> positions = continues ? merged.positions() : QList<QPointF>();
+        for (const QPointF& position : run.positions()) {
+            positions.append(position + QPointF(offset, 0));
+        }
+        if (continues) {
+            merged.setGlyphIndexes(merged.glyphIndexes() + run.glyphIndexes());
+        }
+        merged.setPositions(positions);
+        line.runs.append(merged);
+    }
+    line.width += cell > 0 ? cell : piece.width;
 }
 
 /// Shapes at a whole pixel size, ignoring the line's scale.
-ShapedText shapeWhole(const QString& text, const QFont& font) {
+ShapedText shapeWhole(const ShapeKey& key, const QFont& font) {
     const QFontMetricsF metrics(font);
     ShapedText line;
     line.ascent = metrics.ascent();
     line.descent = metrics.descent();
     const double cell = KestroFonts::figureWidth(font);
-    if (cell <= 0 || readsRightToLeft(text)) {
-        append(line, text, font, 0);
+    if (cell <= 0 || readsRightToLeft(key.text)) {
+        append(line, shapePiece(key.text, font), 0);
         return line;
     }
+    ShapeKey piece = key;
     qsizetype start = 0;
-    while (start < text.size()) {
+    while (start < key.text.size()) {
         qsizetype end = start + 1;
-        if (!isFigure(text[start])) {
-            while (end < text.size() && !isFigure(text[end])) {
+        if (!isFigure(key.text[start])) {
+            while (end < key.text.size() && !isFigure(key.text[end])) {
                 ++end;
             }
         }
-        append(line, text.mid(start, end - start), font, isFigure(text[start]) ? cell : 0);
+        piece.text = key.text.mid(start, end - start);
+        append(line, pieceOf(piece, font), isFigure(key.text[start]) ? cell : 0);
         start = end;
     }
     return line;
 }
 
+ShapeKey shapeKey(const QString& text, const TextStyle& style, double deviceScale) {
+    return {text, style.size, style.tracking, style.weight, KestroFonts::isFine(deviceScale)};
+}
+
 ShapedText shape(const QString& text, const TextStyle& style, double deviceScale) {
-    ShapedText line = shapeWhole(text, KestroFonts::font(style.size, style.weight, style.tracking, deviceScale));
+    ShapedText line = shapeWhole(shapeKey(text, style, deviceScale),
+                                 KestroFonts::font(style.size, style.weight, style.tracking, deviceScale));
     line.scale = KestroFonts::sizeFactor(style.size);
     line.ascent *= line.scale;
     line.descent *= line.scale;
@@ -187,9 +240,10 @@ const ShapedText& shapeAsDesigned(const QString& text, const TextStyle& style, d
     if (family != KestroFonts::family()) {
         family = KestroFonts::family();
         cache.clear();
+        shapedPieces().clear();
     }
     const QString line = displayed(text, style);
-    const ShapeKey key{line, style.size, style.tracking, style.weight, KestroFonts::isFine(scale)};
+    const ShapeKey key = shapeKey(line, style, scale);
     if (const auto found = cache.constFind(key); found != cache.constEnd()) {
         return found.value();
     }
@@ -202,6 +256,7 @@ const ShapedText& shapeAsDesigned(const QString& text, const TextStyle& style, d
 }  // namespace
 
 void releaseTextCaches() {
+    shapedPieces() = {};
     shapedTexts() = {};
     fittedTexts() = {};
 }
