@@ -2,7 +2,7 @@
 
 #include "ui/paint/hairline.h"
 #include "ui/paint/ink.h"
-#include "ui/paint/surface_paint.h"
+#include "ui/paint/tall_shapes.h"
 #include "ui/paint/zoom.h"
 #include "ui/theme/kestro_theme.h"
 
@@ -10,7 +10,6 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <cmath>
 
 namespace kestro {
@@ -19,16 +18,6 @@ namespace {
 
 constexpr double cornerRadius = 6;
 constexpr double cardOpacity = 0.93;
-
-/// Fills a rectangle piece by piece. Qt divides one of more lines of pixels among the threads of a pool, which
-/// wakes the processor more often than the work is worth.
-void fillInBands(QPainter& painter, const QRect& area, const QColor& color) {
-    constexpr double mostLines = 90;
-    const int height = std::max(1, static_cast<int>(mostLines / deviceScale(painter)));
-    for (int top = area.top(); top <= area.bottom(); top += height) {
-        painter.fillRect(QRect(area.left(), top, area.width(), std::min(height, area.bottom() + 1 - top)), color);
-    }
-}
 
 }  // namespace
 
@@ -47,13 +36,13 @@ void Card::paintEvent(QPaintEvent* event) {
     if (rect().adjusted(rounded, rounded, -rounded, -rounded).contains(event->rect())) {
         // Only a value inside has changed: no corner or edge needs repainting.
         for (const QRect& changed : event->region()) {
-            fillInBands(painter, changed, surface);
+            fillTall(painter, changed, surface);
         }
         return;
     }
     painter.setRenderHint(QPainter::Antialiasing);
     paintInDesignPoints(painter, *this);
-    paintRounded(painter, designRect(*this), cornerRadius, surface);
+    fillTallRounded(painter, snappedToDevice(painter, designRect(*this)), cornerRadius, surface);
     kestroHairlineBorder(painter, designRect(*this), cornerRadius);
 }
 

@@ -1,5 +1,6 @@
 #include "ui/paint/hairline.h"
 
+#include "ui/paint/tall_shapes.h"
 #include "ui/theme/kestro_theme.h"
 
 #include <QPainter>
@@ -61,17 +62,11 @@ void kestroHairlineBorder(QPainter& painter, const QRectF& rect, double radius) 
 
 void kestroHairlineBorder(QPainter& painter, const QRectF& rect, double radius, const QColor& color) {
     const double width = hairlineWidth(deviceScale(painter));
-    const double inset = width / 2;
-    const QRectF line = snappedToDevice(painter, rect).adjusted(inset, inset, -inset, -inset);
-    QPen pen(color, width);
-    pen.setJoinStyle(Qt::MiterJoin);
+    QPen pen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
     pen.setMiterLimit(miterLimit);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(pen);
-    const double lineRadius = std::max(0.0, radius - inset);
-    painter.drawRoundedRect(line, lineRadius, lineRadius);
+    outlineTallRounded(painter, snappedToDevice(painter, rect), radius, pen);
     painter.restore();
 }
 

@@ -5,7 +5,7 @@
 #include "ui/format/unmeasured.h"
 #include "ui/paint/hairline.h"
 #include "ui/paint/ink.h"
-#include "ui/paint/surface_paint.h"
+#include "ui/paint/tall_shapes.h"
 #include "ui/paint/text_painter.h"
 #include "ui/paint/zoom.h"
 #include "ui/widgets/visible_change.h"
@@ -215,7 +215,7 @@ void CoreMatrixView::paintCell(QPainter& painter, const CoreLoad& core, const QR
     const double radius = std::min(cellRadius, cell.height() / 2);
     QPainterPath outline;
     outline.addRoundedRect(cell, radius, radius);
-    painter.fillPath(outline, Ink::white(cellOpacity).color());
+    fillTallRounded(painter, cell, radius, Ink::white(cellOpacity).color());
 
     const double share = isMeasured_ ? std::clamp(core.usagePercentage / 100, 0.0, 1.0) : 0;
     const double bar = isFill ? cell.height() : snappedLength(isFull ? 2 : 1.5, deviceScale(painter));

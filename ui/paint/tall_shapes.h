@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QRectF>
+
+class QColor;
+class QPainter;
+class QPen;
+
+// Shapes of any height, painted in parts. Qt divides a fill of 96 or more spans among the threads of a pool, which
+// wakes the processor more often than the work is worth.
+
+namespace kestro {
+
+/// Fills a rectangle whose edges are on whole device pixels.
+void fillTall(QPainter& painter, const QRectF& area, const QColor& color);
+
+/// Fills a rounded rectangle whose edges are on whole device pixels.
+void fillTallRounded(QPainter& painter, const QRectF& area, double radius, const QColor& color);
+
+/// Outlines such a rounded rectangle with a line inside it that is whole device pixels wide.
+void outlineTallRounded(QPainter& painter, const QRectF& area, double radius, const QPen& pen);
+
+}  // namespace kestro
