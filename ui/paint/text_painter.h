@@ -1,25 +1,14 @@
 #pragma once
 
+#include "ui/paint/text_shaping.h"
 #include "ui/paint/text_style.h"
 
-#include <QGlyphRun>
-#include <QList>
 #include <QRectF>
 #include <QString>
 
 class QPainter;
 
 namespace kestro {
-
-/// One line of shaped text with its baseline starting at (0, 0). The runs must be painted scaled by `scale`; the
-/// lengths are those of the scaled line.
-struct ShapedText {
-    QList<QGlyphRun> runs;
-    double scale = 1;
-    double width = 0;
-    double ascent = 0;
-    double descent = 0;
-};
 
 /// A text fitted to a box: the remaining text and the factor by which its size shrinks.
 struct FittedText {
