@@ -55,7 +55,7 @@ PopoverWindow::~PopoverWindow() = default;
 void PopoverWindow::showRelativeTo(const QRect& anchor) {
     dismissal_.reset();
     isShown_ = true;
-    qApp->removeEventFilter(this);
+    qApp->installEventFilter(this);
     restBeside(anchor);
     fadeTo(1, fadeDuration(motion::popoverOpen));
     system().makeKeyAndOrderFront(*this);
@@ -80,7 +80,6 @@ void PopoverWindow::orderOut() {
     pressMonitor_.reset();
     const int milliseconds = fadeDuration(motion::popoverClose);
     if (milliseconds > 0) {
-        qApp->installEventFilter(this);
         fadeTo(0, milliseconds);
     } else {
         hide();
@@ -123,14 +122,25 @@ bool PopoverWindow::event(QEvent* event) {
 }
 
 bool PopoverWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Show && !isShown_) {
+    if (event->type() == QEvent::Show) {
         const auto* const widget = qobject_cast<QWidget*>(watched);
-        if (widget != nullptr && widget->windowType() == Qt::Popup) {
+        if (widget != nullptr && widget->windowType() == Qt::Popup && !(isShown_ && isOwn(*widget))) {
+            // The press that opens another menu may come before the popover is active or has heard of the press,
+            // and its fade would end the menu.
+            orderOut();
             fade_.stop();
             hide();
         }
     }
     return SurfaceWindow::eventFilter(watched, event);
+}
+
+bool PopoverWindow::isOwn(const QWidget& menu) const {
+    const QObject* ancestor = &menu;
+    while (ancestor != nullptr && ancestor != this) {
+        ancestor = ancestor->parent();
+    }
+    return ancestor != nullptr;
 }
 
 void PopoverWindow::hideEvent(QHideEvent* event) {

@@ -55,6 +55,9 @@ private:
         QPoint pointer;
     };
 
+    /// Whether one of its controls has opened the menu.
+    bool isOwn(const QWidget& menu) const;
+
     void restBeside(const QRect& anchor);
     void dismiss();
     void pressedSomewhere();

@@ -31,7 +31,8 @@ protected:
     }
 
     void awaitTheMenuAlone() {
-        ASSERT_TRUE(session.waitFor([&] { return isMenuVisible() && !isPopoverVisible(); }));
+        ASSERT_TRUE(session.waitFor([&] { return isMenuVisible() && !isPopoverVisible(); }))
+            << "menu: " << isMenuVisible() << ", popover: " << isPopoverVisible();
     }
 
     /// A menu is a window of the same name.

@@ -183,6 +183,19 @@ TEST_F(PopoverWindowTest, EndsItsFadeBeforeAMenuOpens) {
     EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "popoverDidClose"));
 }
 
+TEST_F(PopoverWindowTest, ClosesAtOnceWhenAnotherMenuOpens) {
+    motion::setReduced(false);
+    show();
+    QMenu menu;
+    menu.addAction(QStringLiteral("Silent"));
+
+    menu.popup({0, 0});
+
+    EXPECT_FALSE(popover.isVisible());
+    EXPECT_TRUE(menu.isVisible());
+    EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "popoverDidClose"));
+}
+
 TEST_F(PopoverWindowTest, KeepsFadingOutWhenAWindowOpens) {
     motion::setReduced(false);
     show();
@@ -198,7 +211,7 @@ TEST_F(PopoverWindowTest, StaysOpenUnderAMenuAfterReopeningWhileFadingOut) {
     show();
     popover.orderOut();
     show();
-    QMenu menu;
+    QMenu menu(&popover);
     menu.addAction(QStringLiteral("Silent"));
 
     menu.popup({0, 0});
