@@ -12,9 +12,6 @@ namespace kestro {
 
 namespace {
 
-using namespace std::string_view_literals;
-
-constexpr auto whiteSpace = " \t\n\v\f\r\0"sv;
 constexpr std::size_t displayTextLimit = 256;
 
 // Integers up to 2^53 and these powers of ten are exact doubles, so one multiplication or division of the two
@@ -26,6 +23,28 @@ constexpr std::int64_t largestExponent = 1'000'000;
 
 bool isDigit(char character) {
     return character >= '0' && character <= '9';
+}
+
+/// White space in ASCII, or a zero byte. For a letter or digit, one comparison decides.
+bool isBlank(char character) {
+    const auto code = static_cast<unsigned char>(character);
+    return code <= ' ' && (code == ' ' || code == '\0' || (code >= '\t' && code <= '\r'));
+}
+
+/// The index of the first byte from `start` that is no blank; the size of `text` if there is none.
+std::size_t skipBlanks(std::string_view text, std::size_t start = 0) {
+    while (start < text.size() && isBlank(text[start])) {
+        ++start;
+    }
+    return start;
+}
+
+/// The same for the first blank.
+std::size_t findBlank(std::string_view text, std::size_t start) {
+    while (start < text.size() && !isBlank(text[start])) {
+        ++start;
+    }
+    return start;
 }
 
 /// The parts of a decimal number: digits x 10^exponent.
@@ -134,11 +153,11 @@ std::size_t utf8SequenceLength(std::string_view bytes) {
 }
 
 std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(whiteSpace);
-    if (first == std::string_view::npos) {
-        return {};
+    text.remove_prefix(skipBlanks(text));
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
     }
-    return text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
+    return text;
 }
 
 std::string_view takeLine(std::string_view& rest) {
@@ -149,9 +168,10 @@ std::string_view takeLine(std::string_view& rest) {
 }
 
 std::string_view takeField(std::string_view& rest) {
-    rest.remove_prefix(std::min(rest.find_first_not_of(whiteSpace), rest.size()));
-    const auto field = rest.substr(0, rest.find_first_of(whiteSpace));
-    rest.remove_prefix(field.size());
+    const auto start = skipBlanks(rest);
+    const auto end = findBlank(rest, start);
+    const auto field = rest.substr(start, end - start);
+    rest.remove_prefix(end);
     return field;
 }
 
@@ -183,14 +203,18 @@ bool beginsWithControl(std::string_view text) {
 }
 
 bool isValidUtf8(std::string_view bytes) {
-    while (!bytes.empty()) {
+    const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+    for (;;) {
+        bytes.remove_prefix(static_cast<std::size_t>(std::ranges::find_if_not(bytes, isAscii) - bytes.begin()));
+        if (bytes.empty()) {
+            return true;
+        }
         const auto length = utf8SequenceLength(bytes);
         if (length == 0) {
             return false;
         }
         bytes.remove_prefix(length);
     }
-    return true;
 }
 
 std::optional<std::string> displayText(std::string_view text) {

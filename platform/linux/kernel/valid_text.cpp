@@ -2,12 +2,30 @@
 
 #include "core/base/text.h"
 
+#include <algorithm>
+
 namespace kestro {
+
+namespace {
+
+/// The longest beginning of `bytes` without control characters or bytes beyond ASCII: almost always all of it.
+std::string_view plainStart(std::string_view bytes) {
+    const auto isPlain = [](char byte) { return byte >= ' ' && byte <= '~'; };
+    return {bytes.begin(), std::ranges::find_if_not(bytes, isPlain)};
+}
+
+}  // namespace
 
 std::string validText(std::string_view bytes) {
     std::string text;
     text.reserve(bytes.size());
-    while (!bytes.empty()) {
+    for (;;) {
+        const auto plain = plainStart(bytes);
+        text += plain;
+        bytes.remove_prefix(plain.size());
+        if (bytes.empty()) {
+            return text;
+        }
         const auto length = utf8SequenceLength(bytes);
         if (length == 0) {
             text += "\xEF\xBF\xBD";
@@ -21,7 +39,6 @@ std::string validText(std::string_view bytes) {
         }
         bytes.remove_prefix(length);
     }
-    return text;
 }
 
 }  // namespace kestro
