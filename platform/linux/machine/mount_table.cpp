@@ -15,11 +15,13 @@ std::string unescaped(std::string_view text) {
     const auto isOctal = [](char digit) { return digit >= '0' && digit <= '7'; };
     std::string result;
     while (!text.empty()) {
-        if (text.size() >= escapeLength && text.front() == '\\' &&
-            std::ranges::all_of(text.substr(1, 3), isOctal)) {
+        const auto plain = text.substr(0, text.find('\\'));
+        result += plain;
+        text.remove_prefix(plain.size());
+        if (text.size() >= escapeLength && std::ranges::all_of(text.substr(1, 3), isOctal)) {
             result += static_cast<char>((text[1] - '0') * 64 + (text[2] - '0') * 8 + (text[3] - '0'));
             text.remove_prefix(escapeLength);
-        } else {
+        } else if (!text.empty()) {
             result += text.front();
             text.remove_prefix(1);
         }
