@@ -8,8 +8,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <iterator>
+#include <numeric>
+#include <utility>
+#include <vector>
 
 namespace kestro {
 namespace {
@@ -28,6 +32,21 @@ CoreSet readCoreList(const std::string& root, std::string_view path) {
 void sortUnique(CoreSet& cores) {
     std::ranges::sort(cores);
     cores.erase(std::unique(cores.begin(), cores.end()), cores.end());
+}
+
+/// The cores of all ranges in order, each once.
+CoreSet coresIn(std::vector<std::pair<std::uint32_t, std::uint32_t>> ranges) {
+    std::ranges::sort(ranges);
+    CoreSet cores;
+    for (const auto& [first, end] : ranges) {
+        const auto start = cores.empty() ? first : std::max(first, cores.back() + 1);
+        if (start < end) {
+            const auto count = cores.size();
+            cores.resize(count + end - start);
+            std::iota(cores.begin() + static_cast<std::ptrdiff_t>(count), cores.end(), start);
+        }
+    }
+    return cores;
 }
 
 CoreSet without(const CoreSet& cores, const CoreSet& excluded) {
@@ -125,7 +144,8 @@ void readFromFigures(const std::string& root, CpuTopology& topology) {
 }  // namespace
 
 CoreSet parseCoreList(std::string_view text) {
-    CoreSet cores;
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> ranges;  // each up to but excluding its second number
+    std::size_t count = 0;
     text = trimmed(text);
     while (!text.empty()) {
         const auto comma = text.find(',');
@@ -135,15 +155,15 @@ CoreSet parseCoreList(std::string_view text) {
         const auto first = parseTrimmed<std::uint32_t>(range.substr(0, dash));
         const auto last =
             dash == std::string_view::npos ? first : parseTrimmed<std::uint32_t>(range.substr(dash + 1));
-        if (!first || !last || *first > *last || cores.size() > coreLimit) {
+        if (!first || !last || *first > *last || count > coreLimit) {
             return {};
         }
-        for (auto cpu = *first; cpu <= *last && cpu < coreLimit; ++cpu) {
-            cores.push_back(cpu);
+        if (*first < coreLimit) {
+            ranges.emplace_back(*first, std::min(*last, coreLimit - 1) + 1);
+            count += ranges.back().second - ranges.back().first;
         }
     }
-    sortUnique(cores);
-    return cores;
+    return coresIn(std::move(ranges));
 }
 
 CoreSet efficiencyCores(const CoreFigures& capacityOfCore) {
