@@ -121,7 +121,8 @@ std::optional<std::string> appleChipName(std::string_view compatible) {
         const auto end = compatible.find('\0');
         const auto name = compatible.substr(0, end);
         compatible.remove_prefix(end == std::string_view::npos ? compatible.size() : end + 1);
-        const auto* const chip = std::ranges::find(appleChips, name, &ChipName::first);
+        const auto* const chip =
+            name.starts_with("apple,") ? std::ranges::find(appleChips, name, &ChipName::first) : appleChips.end();
         if (chip != appleChips.end()) {
             return std::string(chip->second);
         }

@@ -37,10 +37,12 @@ constexpr std::array<KnownChips, 8> knownChips{{
 }};
 
 bool beginsWithAny(std::string_view name, std::string_view prefixes) {
-    for (auto prefix = takeField(prefixes); !prefix.empty(); prefix = takeField(prefixes)) {
+    while (!prefixes.empty()) {
+        const auto prefix = prefixes.substr(0, prefixes.find(' '));
         if (name.starts_with(prefix)) {
             return true;
         }
+        prefixes.remove_prefix(std::min(prefix.size() + 1, prefixes.size()));
     }
     return false;
 }

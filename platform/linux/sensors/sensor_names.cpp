@@ -49,9 +49,13 @@ std::string zoneName(std::string_view type) {
 
 std::string nameOutsideDie(std::string_view product) {
     std::string result(product);
+    auto name = lowered(product);
     for (const auto& [word, replacement] : dieWords) {
-        for (auto at = lowered(result).find(word); at != std::string::npos; at = lowered(result).find(word)) {
+        for (auto at = name.find(word); at != std::string::npos;) {
             result.replace(at, word.size(), replacement);
+            name.replace(at, word.size(), replacement);
+            // What precedes it and the replacement may form the word again, as in "ttdie".
+            at = name.find(word, at - std::min(at, word.size()));
         }
     }
     return result;

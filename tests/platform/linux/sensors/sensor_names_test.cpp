@@ -41,6 +41,7 @@ TEST(NameOutsideDie, RemovesEveryDieKeyword) {
     EXPECT_EQ(nameOutsideDie("thinkpad CPU"), "thinkpad processor");
     EXPECT_EQ(nameOutsideDie("board Socket CPU"), "board packageket processor");
     EXPECT_FALSE(isDieName(nameOutsideDie("cpu CPU Cpu soc SOC tdie")));
+    EXPECT_EQ(nameOutsideDie("ttdie TTdie"), "die die");
     EXPECT_EQ(nameOutsideDie("nvme Composite"), "nvme Composite");
 }
 
