@@ -1,9 +1,6 @@
 #include "fuzz/requirement.h"
 #include "platform/linux/battery/linux_power_events.h"
-#include "platform/linux/battery/power_supply.h"
 #include "platform/linux/network/interface_traffic.h"
-#include "platform/linux/sensors/hwmon_chip.h"
-#include "platform/linux/sensors/sensor_names.h"
 #include "platform/linux/sensors/thermal_zones.h"
 
 #include <cstddef>
@@ -16,19 +13,10 @@ namespace {
 
 void readDevices(std::string_view text) {
     parseTripKind(text);
-    parseSupplyKind(text);
     isPowerSupplyEvent(text);
-    chipKind(text);
-    isFloatingInput(text);
-    zoneName(text);
     require(parseMillidegrees(text).value_or(0) <= 300'000);
     std::vector<InterfaceTraffic> traffic;
     parseInterfaceTraffic(text, traffic);
-    auto supply = parsePowerSupply(text);
-    supply.kind = PowerSupply::Kind::battery;
-    const auto description = describeBatteries({supply, supply});
-    const auto single = describeBatteries({supply});
-    require(description.has_value() == single.has_value());
 }
 
 }  // namespace
