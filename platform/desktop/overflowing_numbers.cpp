@@ -70,6 +70,7 @@ struct MarkedText {
 
 MarkedText withMarkedNumbers(std::string_view text, const std::string& mark) {
     MarkedText marked;
+    marked.text.reserve(text.size());
     int tested = 0;
     bool inString = false;
     for (std::size_t i = 0; i < text.size();) {
@@ -108,6 +109,9 @@ void forEachLeaf(Json& value, const Visit& visit) {
 std::optional<PreferenceJson> parseOverflowingNumbers(std::string_view text) {
     const std::string mark = markAbsentFrom(text);
     const MarkedText marked = withMarkedNumbers(text, mark);
+    if (marked.marks == 0) {
+        return std::nullopt;
+    }
     auto document = parsedJson<PreferenceJson>(marked.text);
     if (document.is_discarded()) {
         return std::nullopt;
