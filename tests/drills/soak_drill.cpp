@@ -10,6 +10,7 @@
 #include <array>
 #include <cmath>
 #include <csignal>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -160,7 +161,7 @@ private:
         DrillDesktop::pause(release);
         const auto before = contextSwitches();
         DrillDesktop::pause(measurement);
-        const auto switches = contextSwitches() - before;
+        const auto switches = switchesBetween(before, contextSwitches());
         const QString process = QStringLiteral("/proc/%1").arg(desktop_->pid());
         const QString status = process + QStringLiteral("/status");
         return {statusValue(status, "VmRSS"),
@@ -171,12 +172,25 @@ private:
                 static_cast<double>(switches) / static_cast<double>(measurement.count())};
     }
 
-    /// Voluntary ones of all threads: each is a wake-up.
-    std::int64_t contextSwitches() const {
+    /// Voluntary context switches of a thread, by its identifier: each is a wake-up.
+    using Switches = std::map<QString, std::int64_t>;
+
+    Switches contextSwitches() const {
         const QDir tasks(QStringLiteral("/proc/%1/task").arg(desktop_->pid()));
-        std::int64_t sum = 0;
+        Switches switches;
         for (const QString& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-            sum += statusValue(tasks.filePath(task) + QStringLiteral("/status"), "voluntary_ctxt_switches");
+            switches[task] =
+                statusValue(tasks.filePath(task) + QStringLiteral("/status"), "voluntary_ctxt_switches");
+        }
+        return switches;
+    }
+
+    /// Of the threads that live on: one that ends takes its count with it.
+    static std::int64_t switchesBetween(const Switches& before, const Switches& after) {
+        std::int64_t sum = 0;
+        for (const auto& [task, count] : after) {
+            const auto found = before.find(task);
+            sum += found == before.end() ? count : count - found->second;
         }
         return sum;
     }
