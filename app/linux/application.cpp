@@ -36,6 +36,7 @@
 #include "shell/linux/bus_single_instance.h"
 #include "shell/linux/desktop_status_bar.h"
 #include "shell/linux/linux_window_system.h"
+#include "shell/linux/memory_trim.h"
 #include "shell/linux/platform_choice.h"
 #include "shell/linux/readout/bus_readout_service.h"
 #include "shell/linux/x11_compositing.h"
@@ -43,8 +44,6 @@
 #include "shell/shell.h"
 
 #include <QApplication>
-
-#include <malloc.h>
 
 #include <chrono>
 #include <clocale>
@@ -154,10 +153,9 @@ int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile, Term
     LinuxWindowSystem windowSystem(statusBar);
     BusReadoutService readoutService(desktop.sessionBus,
                                      [&statusBar](bool isHosted) { statusBar.setReadoutHosted(isHosted); });
-    AppDelegate delegate(
-        desktop.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem, &readoutService},
-        kestroSurfaces(), commandFiles,
-        {.terminate = [&termination] { termination.begin(); }, .trimMemory = [] { ::malloc_trim(0); }});
+    AppDelegate delegate(desktop.platform, sharedServices(), SMCReader::shared(),
+                         {statusBar, windowSystem, &readoutService}, kestroSurfaces(), commandFiles,
+                         {.terminate = [&termination] { termination.begin(); }, .trimMemory = trimMemory});
     delegate.applicationDidFinishLaunching();
     return QCoreApplication::exec();
 }
