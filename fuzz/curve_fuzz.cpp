@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-// Any stored bytes are no fan curve, or one with a speed for every temperature.
+// Stored bytes either do not decode, or yield a fan curve with a speed for every temperature.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kestro;
     require(!decodeTwice<FanCurveConfig>(std::string(reinterpret_cast<const char*>(data), size)));

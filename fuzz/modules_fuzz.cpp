@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// Any stored bytes are no list of modules, or one that survives a round trip.
+// Stored bytes either do not decode, or yield a list of modules that survives a round trip.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kestro;
     using Modules = std::vector<MenubarModuleType>;

@@ -11,7 +11,7 @@
 namespace kestro {
 namespace {
 
-/// Twice what displayText() lets through, which reads every name first.
+/// displayText() reads every name first and limits it to half of this.
 constexpr std::size_t longestName = 512;
 
 void readName(std::string_view name) {

@@ -58,7 +58,7 @@ void FrameAnimation::stop() {
 }
 
 void FrameAnimation::finish() {
-    const QRect target = frame();
+    const QRect target = isElsewhere() ? window_.geometry() : frame();
     stop();
     window_.setGeometry(target);
 }

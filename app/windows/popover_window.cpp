@@ -125,8 +125,8 @@ bool PopoverWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Show) {
         const auto* const widget = qobject_cast<QWidget*>(watched);
         if (widget != nullptr && widget->windowType() == Qt::Popup && !(isShown_ && isOwn(*widget))) {
-            // The press that opens another menu may come before the popover is active or has heard of the press,
-            // and its fade would end the menu.
+            // The press that opens another menu may come before the popover is active or receives the press, and
+            // its fade would end the menu.
             orderOut();
             fade_.stop();
             hide();
@@ -144,7 +144,10 @@ bool PopoverWindow::isOwn(const QWidget& menu) const {
 }
 
 void PopoverWindow::hideEvent(QHideEvent* event) {
-    qApp->removeEventFilter(this);
+    // A window manager that hides it may show it again.
+    if (!event->spontaneous()) {
+        qApp->removeEventFilter(this);
+    }
     SurfaceWindow::hideEvent(event);
 }
 

@@ -31,7 +31,7 @@ bool isBlank(char character) {
     return code <= ' ' && (code == ' ' || code == '\0' || (code >= '\t' && code <= '\r'));
 }
 
-/// The index of the first byte from `start` that is no blank; the size of `text` if there is none.
+/// The index of the first byte from `start` that is not blank; the size of `text` if there is none.
 std::size_t skipBlanks(std::string_view text, std::size_t start = 0) {
     while (start < text.size() && isBlank(text[start])) {
         ++start;

@@ -179,13 +179,16 @@ private:
         const QDir tasks(QStringLiteral("/proc/%1/task").arg(desktop_->pid()));
         Switches switches;
         for (const QString& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-            switches[task] =
-                statusValue(tasks.filePath(task) + QStringLiteral("/status"), "voluntary_ctxt_switches");
+            const QString status = tasks.filePath(task) + QStringLiteral("/status");
+            // Without one it has just ended.
+            if (const auto count = statusValue(status, "voluntary_ctxt_switches"); count > 0) {
+                switches[task] = count;
+            }
         }
         return switches;
     }
 
-    /// Of the threads that live on: one that ends takes its count with it.
+    /// Of the threads that still exist at the end: one that ends takes its count with it.
     static std::int64_t switchesBetween(const Switches& before, const Switches& after) {
         std::int64_t sum = 0;
         for (const auto& [task, count] : after) {

@@ -36,7 +36,7 @@ void Card::paintEvent(QPaintEvent* event) {
     if (rect().adjusted(rounded, rounded, -rounded, -rounded).contains(event->rect())) {
         // Only a value inside has changed: no corner or edge needs repainting.
         for (const QRect& changed : event->region()) {
-            fillTall(painter, changed, surface);
+            fillInBands(painter, snappedToDevice(painter, changed), surface);
         }
         return;
     }

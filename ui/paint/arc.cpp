@@ -1,6 +1,7 @@
 #include "ui/paint/arc.h"
 
 #include "ui/paint/hairline.h"
+#include "ui/paint/tall_shapes.h"
 
 #include <QColor>
 #include <QPainter>
@@ -112,10 +113,8 @@ void paintArc(QPainter& painter, const Arc& arc, const QColor& color) {
     // What remains of the transformation is none, so the pixels are copied without resampling.
     painter.setWorldTransform(device.inverted() * world);
     const QImage image = arcImage(inPixels, pixels, color);
-    // In bands of fewer lines than Qt divides among threads.
-    constexpr int bandHeight = 64;
-    for (int top = 0; top < image.height(); top += bandHeight) {
-        painter.drawImage(pixels.topLeft() + QPoint(0, top), image, QRect(0, top, image.width(), bandHeight));
+    for (int top = 0; top < image.height(); top += mostSpans) {
+        painter.drawImage(pixels.topLeft() + QPoint(0, top), image, QRect(0, top, image.width(), mostSpans));
     }
     painter.setWorldTransform(world);
 }

@@ -8,23 +8,22 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace kestro {
 
 namespace {
 
-constexpr double mostSpans = 90;
-
 /// Of a line of pixels with smooth ends.
-constexpr double spansOfLine = 3;
+constexpr double spansPerLine = 3;
 
-/// The height of the ends that hold the rounded corners, in whole device pixels; 0 if the shape has no such ends
-/// or is low enough to be painted at once.
-double endHeight(const QPainter& painter, const QRectF& area, double radius) {
+/// The height of the ends that hold the rounded corners, in whole device pixels; absent if the shape has no such
+/// ends or is low enough to be painted at once.
+std::optional<double> endHeight(const QPainter& painter, const QRectF& area, double radius) {
     const double scale = deviceScale(painter);
     const double end = std::ceil(radius * scale) / scale;
-    const bool hasEnds = 2 * end < std::min(area.width(), area.height());
-    return hasEnds && area.height() * scale * spansOfLine > mostSpans ? end : 0;
+    const bool hasEnds = radius > 0 && 2 * end < std::min(area.width(), area.height());
+    return hasEnds && area.height() * scale * spansPerLine > mostSpans ? std::optional(end) : std::nullopt;
 }
 
 /// The top end of a rounded rectangle from its lower left corner to its lower right one.
@@ -51,7 +50,7 @@ QPainterPath bottomEnd(const QRectF& area, double radius, double height) {
 
 }  // namespace
 
-void fillTall(QPainter& painter, const QRectF& area, const QColor& color) {
+void fillInBands(QPainter& painter, const QRectF& area, const QColor& color) {
     const double band = mostSpans / deviceScale(painter);
     for (double top = area.top(); top < area.bottom(); top += band) {
         painter.fillRect(QRectF(area.left(), top, area.width(), std::min(band, area.bottom() - top)), color);
@@ -59,16 +58,16 @@ void fillTall(QPainter& painter, const QRectF& area, const QColor& color) {
 }
 
 void fillTallRounded(QPainter& painter, const QRectF& area, double radius, const QColor& color) {
-    const double end = endHeight(painter, area, radius);
-    if (end == 0) {
+    const auto end = endHeight(painter, area, radius);
+    if (!end) {
         QPainterPath whole;
         whole.addRoundedRect(area, radius, radius);
         painter.fillPath(whole, color);
         return;
     }
-    painter.fillPath(topEnd(area, radius, end), color);
-    fillTall(painter, area.adjusted(0, end, 0, -end), color);
-    painter.fillPath(bottomEnd(area, radius, end), color);
+    painter.fillPath(topEnd(area, radius, *end), color);
+    fillInBands(painter, area.adjusted(0, *end, 0, -*end), color);
+    painter.fillPath(bottomEnd(area, radius, *end), color);
 }
 
 void outlineTallRounded(QPainter& painter, const QRectF& area, double radius, const QPen& pen) {
@@ -76,18 +75,18 @@ void outlineTallRounded(QPainter& painter, const QRectF& area, double radius, co
     const double inset = width / 2;
     const QRectF line = area.adjusted(inset, inset, -inset, -inset);
     const double lineRadius = std::max(0.0, radius - inset);
-    const double end = endHeight(painter, area, radius);
-    if (end == 0) {
+    const auto end = lineRadius > 0 ? endHeight(painter, area, radius) : std::nullopt;
+    if (!end) {
         QPainterPath whole;
         whole.addRoundedRect(line, lineRadius, lineRadius);
         painter.strokePath(whole, pen);
         return;
     }
-    painter.strokePath(topEnd(line, lineRadius, end - inset), pen);
+    painter.strokePath(topEnd(line, lineRadius, *end - inset), pen);
     for (const double left : {area.left(), area.right() - width}) {
-        fillTall(painter, QRectF(left, area.top() + end, width, area.height() - 2 * end), pen.color());
+        fillInBands(painter, QRectF(left, area.top() + *end, width, area.height() - 2 * *end), pen.color());
     }
-    painter.strokePath(bottomEnd(line, lineRadius, end - inset), pen);
+    painter.strokePath(bottomEnd(line, lineRadius, *end - inset), pen);
 }
 
 }  // namespace kestro

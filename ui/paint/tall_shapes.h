@@ -11,8 +11,11 @@ class QPen;
 
 namespace kestro {
 
+/// Fewer than Qt divides.
+inline constexpr int mostSpans = 90;
+
 /// Fills a rectangle whose edges are on whole device pixels.
-void fillTall(QPainter& painter, const QRectF& area, const QColor& color);
+void fillInBands(QPainter& painter, const QRectF& area, const QColor& color);
 
 /// Fills a rounded rectangle whose edges are on whole device pixels.
 void fillTallRounded(QPainter& painter, const QRectF& area, double radius, const QColor& color);

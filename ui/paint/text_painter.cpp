@@ -149,7 +149,7 @@ FittedText fitText(const QString& text, const TextStyle& style, double width, Te
         family = KestroFonts::family();
         cache.clear();
     }
-    const FitKey key{{displayed(text, style), style.size, style.tracking, style.weight, false}, width, fit};
+    const FitKey key{shapeKey(displayed(text, style), style, 1), width, fit};
     if (const auto found = cache.constFind(key); found != cache.constEnd()) {
         return found.value();
     }

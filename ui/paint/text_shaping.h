@@ -39,7 +39,7 @@ ShapeKey shapeKey(const QString& text, const TextStyle& style, double deviceScal
 /// combinations. Main thread.
 ShapedText shape(const QString& text, const TextStyle& style, double deviceScale);
 
-/// Discards the parts, as another family requires.
+/// Discards the cached parts. Call it after the family has changed.
 void releasePieces();
 
 }  // namespace kestro

@@ -39,7 +39,7 @@ constexpr std::array<KnownChips, 8> knownChips{{
 bool beginsWithAny(std::string_view name, std::string_view prefixes) {
     while (!prefixes.empty()) {
         const auto prefix = prefixes.substr(0, prefixes.find(' '));
-        if (name.starts_with(prefix)) {
+        if (!prefix.empty() && name.starts_with(prefix)) {
             return true;
         }
         prefixes.remove_prefix(std::min(prefix.size() + 1, prefixes.size()));

@@ -13,6 +13,7 @@ namespace {
 TEST(ParseCoreList, ReadsNumbersAndRanges) {
     EXPECT_EQ(parseCoreList("0-3,8,10-11\n"), (CoreSet{0, 1, 2, 3, 8, 10, 11}));
     EXPECT_EQ(parseCoreList("4,2,2-3"), (CoreSet{2, 3, 4}));
+    EXPECT_EQ(parseCoreList("0-7,2-3,9"), (CoreSet{0, 1, 2, 3, 4, 5, 6, 7, 9}));
     EXPECT_EQ(parseCoreList("\n"), CoreSet{});
 }
 
@@ -26,6 +27,7 @@ TEST(ParseCoreList, IsEmptyForMalformedText) {
 TEST(ParseCoreList, IsBoundedForAbsurdRanges) {
     EXPECT_EQ(parseCoreList("0-4294967295").size(), 8192U);
     EXPECT_EQ(parseCoreList("4294967294-4294967295"), CoreSet{});
+    EXPECT_EQ(parseCoreList("8190-9000,5"), (CoreSet{5, 8190, 8191}));
     std::string repeated;
     for (int index = 0; index < 5000; ++index) {
         repeated += "0-8191,";
