@@ -47,6 +47,17 @@ struct PopoverWindowTest : testing::Test {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
         QApplication::sendEvent(&popover, &event);
     }
+
+    void expectToCloseForAnotherMenu() {
+        QMenu menu;
+        menu.addAction(QStringLiteral("Silent"));
+
+        menu.popup({0, 0});
+
+        EXPECT_FALSE(popover.isVisible());
+        EXPECT_TRUE(menu.isVisible());
+        EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "popoverDidClose"));
+    }
 };
 
 TEST_F(PopoverWindowTest, Is330By325) {
@@ -173,27 +184,13 @@ TEST_F(PopoverWindowTest, EndsItsFadeBeforeAMenuOpens) {
     show();
     popover.orderOut();
     ASSERT_TRUE(popover.isVisible());
-    QMenu menu;
-    menu.addAction(QStringLiteral("Silent"));
-
-    menu.popup({0, 0});
-
-    EXPECT_FALSE(popover.isVisible());
-    EXPECT_TRUE(menu.isVisible());
-    EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "popoverDidClose"));
+    expectToCloseForAnotherMenu();
 }
 
 TEST_F(PopoverWindowTest, ClosesAtOnceWhenAnotherMenuOpens) {
     motion::setReduced(false);
     show();
-    QMenu menu;
-    menu.addAction(QStringLiteral("Silent"));
-
-    menu.popup({0, 0});
-
-    EXPECT_FALSE(popover.isVisible());
-    EXPECT_TRUE(menu.isVisible());
-    EXPECT_THAT(delegate.events, ElementsAre("popoverDidShow", "popoverDidClose"));
+    expectToCloseForAnotherMenu();
 }
 
 TEST_F(PopoverWindowTest, KeepsFadingOutWhenAWindowOpens) {
