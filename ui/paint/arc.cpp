@@ -109,14 +109,7 @@ void paintArc(QPainter& painter, const Arc& arc, const QColor& color) {
     const double reach = inPixels.radius + inPixels.width / 2 + 1;
     const QRectF area(inPixels.centre - QPointF(reach, reach), QSizeF(2 * reach, 2 * reach));
     const QRect pixels = area.toAlignedRect();
-    const QTransform world = painter.worldTransform();
-    // What remains of the transformation is none, so the pixels are copied without resampling.
-    painter.setWorldTransform(device.inverted() * world);
-    const QImage image = arcImage(inPixels, pixels, color);
-    for (int top = 0; top < image.height(); top += mostSpans) {
-        painter.drawImage(pixels.topLeft() + QPoint(0, top), image, QRect(0, top, image.width(), mostSpans));
-    }
-    painter.setWorldTransform(world);
+    drawPixels(painter, pixels.topLeft(), arcImage(inPixels, pixels, color));
 }
 
 }  // namespace kestro

@@ -2,6 +2,7 @@
 
 #include "ui/paint/hairline.h"
 
+#include <QImage>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
@@ -49,6 +50,15 @@ QPainterPath bottomEnd(const QRectF& area, double radius, double height) {
 }
 
 }  // namespace
+
+void drawPixels(QPainter& painter, const QPoint& corner, const QImage& image) {
+    const QTransform world = painter.worldTransform();
+    painter.setWorldTransform(painter.deviceTransform().inverted() * world);
+    for (int top = 0; top < image.height(); top += mostSpans) {
+        painter.drawImage(corner + QPoint(0, top), image, QRect(0, top, image.width(), mostSpans));
+    }
+    painter.setWorldTransform(world);
+}
 
 void fillInBands(QPainter& painter, const QRectF& area, const QColor& color) {
     const double band = mostSpans / deviceScale(painter);

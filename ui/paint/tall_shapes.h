@@ -3,8 +3,10 @@
 #include <QRectF>
 
 class QColor;
+class QImage;
 class QPainter;
 class QPen;
+class QPoint;
 
 // Shapes of any height, painted in parts. Qt divides a fill of 96 or more spans among the threads of a pool, which
 // wakes the processor more often than the work is worth.
@@ -13,6 +15,9 @@ namespace kestro {
 
 /// Fewer than Qt divides.
 inline constexpr int mostSpans = 90;
+
+/// Draws an image of device pixels, without resampling, with its corner at `corner` in device pixels.
+void drawPixels(QPainter& painter, const QPoint& corner, const QImage& image);
 
 /// Fills a rectangle whose edges are on whole device pixels.
 void fillInBands(QPainter& painter, const QRectF& area, const QColor& color);

@@ -1,13 +1,11 @@
 #include "ui/widgets/sparkline_view.h"
 
 #include "ui/paint/hairline.h"
+#include "ui/paint/line_chart.h"
 #include "ui/paint/text_painter.h"
 #include "ui/paint/zoom.h"
 
-#include <QLinearGradient>
 #include <QPainter>
-#include <QPainterPath>
-#include <QPen>
 
 #include <algorithm>
 #include <cmath>
@@ -18,7 +16,6 @@ namespace {
 
 constexpr double lowestTop = 1;
 constexpr double lineWidth = 1.5;
-constexpr double miterLimit = 10;
 constexpr double areaTopOpacity = 0.18;
 constexpr double areaBottomOpacity = 0.01;
 
@@ -28,7 +25,7 @@ const TextStyle topTextStyle{8, 12, QFont::Medium, 0, KestroTheme::textTertiary}
 double largest(std::span<const double> values) {
     double found = 0;
     for (const double value : values) {
-        found = std::max(found, std::isnan(value) ? 0 : value);
+        found = std::max(found, std::isfinite(value) ? value : 0);
     }
     return found;
 }
@@ -110,19 +107,12 @@ void SparklineView::paintEvent(QPaintEvent*) {
     if (points.isEmpty()) {
         return;
     }
-    QPainterPath line;
-    line.addPolygon(points);
-    QPainterPath below = line;
-    below.lineTo(points.last().x(), area.bottom());
-    below.lineTo(points.first().x(), area.bottom());
-    below.closeSubpath();
-    QLinearGradient fade(area.topLeft(), area.bottomLeft());
-    fade.setColorAt(0, tintColor_.faded(areaTopOpacity).color());
-    fade.setColorAt(1, tintColor_.faded(areaBottomOpacity).color());
-    painter.fillPath(below, fade);
-    QPen pen(tintColor_.color(), lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-    pen.setMiterLimit(miterLimit);
-    painter.strokePath(line, pen);
+    paintLineChart(painter, {.line = points,
+                             .area = area,
+                             .color = tintColor_.color(),
+                             .lineWidth = lineWidth,
+                             .topOpacity = areaTopOpacity,
+                             .bottomOpacity = areaBottomOpacity});
 }
 
 }  // namespace kestro

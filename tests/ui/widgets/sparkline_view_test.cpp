@@ -16,6 +16,7 @@ TEST(SparklineTop, IsTheLimitWhenThereIsOne) {
 TEST(SparklineTop, IsTheLargestValueButAtLeastOne) {
     EXPECT_EQ(sparklineTop(std::vector{5.0, 250.0}, std::nullopt), 250);
     EXPECT_EQ(sparklineTop(std::vector{0.1, 0.4}, std::nullopt), 1);
+    EXPECT_EQ(sparklineTop(std::vector{7.0, std::numeric_limits<double>::infinity()}, std::nullopt), 7);
     EXPECT_EQ(sparklineTop(std::vector<double>{}, std::nullopt), 1);
 }
 
