@@ -18,8 +18,8 @@ install(CODE "
   cmake_path(ABSOLUTE_PATH KESTRO_PROGRAM BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
   # A prefix may be relative to the current folder.
   cmake_path(ABSOLUTE_PATH KESTRO_PROGRAM NORMALIZE)
-  configure_file(\"${CMAKE_SOURCE_DIR}/packaging/kestro.Readout.service.in\"
-    \"${CMAKE_BINARY_DIR}/kestro.Readout.service\" @ONLY)")
+  include(\"${CMAKE_SOURCE_DIR}/packaging/service_file.cmake\")
+  kestro_write_service_file(\"${CMAKE_BINARY_DIR}/kestro.Readout.service\" \"\${KESTRO_PROGRAM}\")")
 install(FILES ${CMAKE_BINARY_DIR}/kestro.Readout.service DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
 install(FILES shell/linux/readout/kestro.Readout.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces)
 install(FILES packaging/man/kestro.1 packaging/man/kestro-readout.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

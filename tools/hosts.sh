@@ -8,7 +8,7 @@ name=$1
 release=$(. /etc/os-release && printf '%s' "$VERSION_CODENAME")
 
 case $name in
-    gnome-*) host=gnome packages='gnome-shell librsvg2-common xwayland' ours='kestro-gnome-shell-extension' ;;
+    gnome-*) host=gnome packages='gnome-shell librsvg2-common xwayland qt6-wayland' ours='kestro-gnome-shell-extension' ;;
     plasma) host=plasma ours='plasma-widget-kestro'
         packages='plasma-workspace plasma-desktop kwin-x11 kactivitymanagerd' ;;
     *) printf 'hosts.sh: there is no host "%s"\n' "$name" >&2; exit 2 ;;
@@ -16,7 +16,7 @@ esac
 system=$PWD/build/hosts/$host
 pictures=$PWD/build/pictures
 
-if [ ! -e "$system/.complete" ]; then
+if [ "$(cat "$system/.complete" 2>/dev/null)" != "$packages" ]; then
     rm -rf "$system"
     mkdir -p "$system"
     debootstrap --variant=minbase "$release" "$system"
@@ -27,7 +27,7 @@ if [ ! -e "$system/.complete" ]; then
     DEBIAN_FRONTEND=noninteractive chroot "$system" apt-get install -y --no-install-recommends $packages \
         dbus dbus-x11 xvfb xauth x11-utils xdotool imagemagick openbox fonts-inter fonts-noto-color-emoji \
         adwaita-icon-theme procps
-    touch "$system/.complete"
+    printf '%s\n' "$packages" >"$system/.complete"
 fi
 rm -rf "$system/packages" "$system/pictures"
 mkdir -p "$system/packages" "$pictures"

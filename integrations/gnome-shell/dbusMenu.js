@@ -72,6 +72,8 @@ export function fillMenu(PopupMenu, menu, root, onChosen) {
         }
         if (child.children.length > 0) {
             const submenu = new PopupMenu.PopupSubMenuMenuItem(child.label);
+            // Aligned with the other items, which newer shells indent only with an ornament.
+            submenu.setOrnament(PopupMenu.Ornament.NONE);
             fillMenu(PopupMenu, submenu.menu, child, onChosen);
             menu.addMenuItem(submenu);
             continue;

@@ -134,11 +134,11 @@ export function createReadoutButton(deps) {
         _reserveWidth() {
             if (this._label.get_stage() === null)
                 return;
-            const text = this._label.clutter_text;
-            // A new layout has the stage's font instead of the label's.
-            const layout = text.create_pango_layout(this._widestText);
-            layout.set_font_description(text.get_font_description());
-            layout.set_attributes(text.get_attributes());
+            // The label's own layout has its font. ClutterText's accessor of the font must not be used: the shell frees
+            // what that returns, which still belongs to the text, and crashes.
+            const layout = this._label.clutter_text.get_layout().copy();
+            layout.set_text(this._widestText, -1);
+            layout.set_width(-1);
             const {scale_factor: scale} = St.ThemeContext.get_for_stage(this._label.get_stage());
             const width = Math.ceil(layout.get_pixel_size()[0] / scale);
             // Both: the shell does not survive a minimum above the natural width.
