@@ -51,6 +51,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kestro {
@@ -59,12 +60,17 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A new connection to a bus, to replace one that was lost.
-BusLink::Connect reconnecting(QDBusConnection::BusType type) {
-    return [type] {
+/// A new connection to a bus, to replace one that was lost or late. A bus that has not answered `probe` is asked
+/// no second time, so that it costs nothing to look again.
+BusLink::Connect reconnecting(QDBusConnection::BusType type, std::shared_ptr<BusProbe> probe = nullptr) {
+    return [type, probe = std::move(probe)]() mutable {
         const bool isSession = type == QDBusConnection::SessionBus;
-        BusProbe probe(isSession ? BusProbe::sessionAddresses() : BusProbe::systemAddresses());
-        if (!probe.answersWithin(50ms)) {
+        const bool isAsked = probe && probe->isUnanswered();
+        if (!isAsked) {
+            probe =
+                std::make_shared<BusProbe>(isSession ? BusProbe::sessionAddresses() : BusProbe::systemAddresses());
+        }
+        if (!probe->answersWithin(isAsked ? 0ms : 50ms)) {
             return QDBusConnection(QString());
         }
         static int count = 0;
@@ -72,17 +78,30 @@ BusLink::Connect reconnecting(QDBusConnection::BusType type) {
     };
 }
 
+/// The system bus, or no connection if it does not answer. It has had the time that the toolkit took to start, and
+/// the status item does not wait for it.
+QDBusConnection systemBusIfAnswering(BusProbe& probe) {
+    return probe.answersWithin(10ms) ? QDBusConnection::systemBus() : QDBusConnection(QString());
+}
+
 /// The machine and the session behind the ports. Construction reads the preferences and sets a damaged file
 /// aside, so only the first instance creates one.
 struct LinuxDesktop {
-    LinuxDesktop(const QDBusConnection& session, const QDBusConnection& system,
+    LinuxDesktop(const QDBusConnection& session, const std::shared_ptr<BusProbe>& systemProbe,
                  BusNotifications& sessionNotifications)
-        : sessionBus(session), systemBus(system), notifications(sessionNotifications) {}
+        : sessionBus(session),
+          systemBus(systemBusIfAnswering(*systemProbe)),
+          systemLink(systemBus, reconnecting(QDBusConnection::SystemBus, systemProbe)),
+          notifications(sessionNotifications) {
+        if (systemProbe->isUnanswered()) {
+            systemLink.connectLater(50ms);
+        }
+    }
 
     const QDBusConnection sessionBus;
     const QDBusConnection systemBus;
     BusLink sessionLink{sessionBus, reconnecting(QDBusConnection::SessionBus)};
-    BusLink systemLink{systemBus, reconnecting(QDBusConnection::SystemBus)};
+    BusLink systemLink;
     BusNotifications& notifications;
 
     LinuxClock clock;
@@ -194,16 +213,11 @@ void avoidSilentSessionBus() {
     }
 }
 
-/// The system bus, or no connection if it does not answer. It has had the time that the toolkit took to start.
-QDBusConnection systemBusIfAnswering(BusProbe& probe) {
-    return probe.answersWithin(100ms) ? QDBusConnection::systemBus() : QDBusConnection(QString());
-}
-
 }  // namespace
 
 int runApplication(char** arguments, const std::string& commandFile) {
     qInstallMessageHandler(discardMessage);
-    BusProbe systemProbe(BusProbe::systemAddresses());
+    const auto systemProbe = std::make_shared<BusProbe>(BusProbe::systemAddresses());
     avoidSilentSessionBus();
     prepareToolkit();
     choosePlatform();
@@ -234,7 +248,7 @@ int runApplication(char** arguments, const std::string& commandFile) {
     if (!instance.isFirst() || termination.hasBegun()) {
         return EXIT_SUCCESS;
     }
-    LinuxDesktop desktop(sessionBus, systemBusIfAnswering(systemProbe), notifications);
+    LinuxDesktop desktop(sessionBus, systemProbe, notifications);
     Platform::install(desktop.platform);
     desktop.userDefaults.flushAtExit();
     const int result = runFirstInstance(desktop, commandFile, termination);

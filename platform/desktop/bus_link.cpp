@@ -20,6 +20,11 @@ BusLink::BusLink(const QDBusConnection& connection, Connect reconnect, std::chro
     }
 }
 
+void BusLink::connectLater(std::chrono::milliseconds pause) {
+    pause_ = pause;
+    retry_.start(pause_);
+}
+
 void BusLink::follow() {
     // The protocol library sends this signal to itself when the other end has closed.
     connection_.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
@@ -28,8 +33,7 @@ void BusLink::follow() {
 }
 
 void BusLink::onDisconnected() {
-    pause_ = firstPause_;
-    retry_.start(pause_);
+    connectLater(firstPause_);
     Q_EMIT changed();
 }
 

@@ -10,7 +10,7 @@
 namespace kestro {
 
 /// A connection to a message bus. Reconnects after the bus was lost, with growing pauses between the attempts, but
-/// does not wait for a bus that was never there. Main thread; outlives its users.
+/// does not wait for a bus that was never there unless asked to. Main thread; outlives its users.
 class BusLink final : public QObject {
     Q_OBJECT
 
@@ -23,6 +23,9 @@ public:
 
     const QDBusConnection& connection() const { return connection_; }
     bool isConnected() const { return connection_.isConnected(); }
+
+    /// Connects to a bus that has not answered yet, first after `pause`, then after growing ones.
+    void connectLater(std::chrono::milliseconds pause);
 
 Q_SIGNALS:
     /// The bus was lost, or a new connection was made.

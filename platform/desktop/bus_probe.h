@@ -24,6 +24,9 @@ public:
     /// bus.
     bool answersWithin(std::chrono::milliseconds bound);
 
+    /// Whether there is such a bus that has not answered yet.
+    bool isUnanswered() const { return state_ == State::waiting || state_ == State::busy; }
+
 private:
     enum class State { waiting, busy, answers, silent };
 

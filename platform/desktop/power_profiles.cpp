@@ -35,7 +35,6 @@ PowerProfiles::PowerProfiles(BusLink& systemBus, PlatformProfile::Paths paths, T
       owners_(systemBus, serviceNames(), [this](const QString&) { ownerChanged(); }) {
     connect(&link_, &BusLink::changed, this, &PowerProfiles::followDaemon);
     followDaemon();
-    shared_.isKnown = owners_.isKnown();
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &PowerProfiles::close);
 }
 
@@ -53,6 +52,8 @@ void PowerProfiles::followDaemon() {
                      QStringLiteral("PropertiesChanged"), {QString::fromLatin1(daemon.service)}, QString(), this,
                      SLOT(onPropertiesChanged(QDBusMessage)));
     }
+    const std::lock_guard lock(mutex_);
+    shared_.isKnown = owners_.isKnown();
 }
 
 PowerProfiles::~PowerProfiles() {
