@@ -1,32 +1,43 @@
 #include "fuzz/bus_loopback.h"
 
-#include <QDBusPendingCallWatcher>
+#include "fuzz/requirement.h"
+
+#include <QAbstractEventDispatcher>
 #include <QEventLoop>
 
-#include <cstdlib>
 #include <utility>
 
 namespace kestro {
 
 namespace {
 
-const QString nearName = QStringLiteral("near");
-const QString echoPath = QStringLiteral("/echo");
+const QString connectionName = QStringLiteral("loopback");
+const QString senderPath = QStringLiteral("/sender");
+
+/// Without a screen, and with the toolkit's own event loop, which costs less than the desktop's.
+std::unique_ptr<QGuiApplication> makeApplication() {
+    static int count = 1;
+    static char name[] = "fuzz";
+    static char* arguments[] = {name, nullptr};
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_NO_GLIB", "1");
+    QGuiApplication::setDesktopSettingsAware(false);
+    return std::make_unique<QGuiApplication>(count, arguments);
+}
 
 }  // namespace
 
-/// Answers a call with its arguments, and keeps the call.
-class BusLoopback::Echo final : public QDBusVirtualObject {
+/// Replies to every call with the arguments that were set.
+class BusLoopback::Sender final : public QDBusVirtualObject {
 public:
     QString introspect(const QString&) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-        received = message;
-        connection.send(message.createReply(message.arguments()));
+        connection.send(message.createReply(std::exchange(arguments, {})));
         return true;
     }
 
-    std::optional<QDBusMessage> received;
+    QVariantList arguments;
 };
 
 BusLoopback& BusLoopback::shared() {
@@ -34,50 +45,34 @@ BusLoopback& BusLoopback::shared() {
     return loopback;
 }
 
-BusLoopback::BusLoopback() {
-    static int count = 1;
-    static char name[] = "fuzz";
-    static char* arguments[] = {name, nullptr};
-    application_ = std::make_unique<QCoreApplication>(count, arguments);
-    server_ = std::make_unique<QDBusServer>(QStringLiteral("unix:tmpdir=/tmp"));
-    QObject::connect(server_.get(), &QDBusServer::newConnection, server_.get(),
-                     [this](const QDBusConnection& connection) { far_ = connection; });
-    near_ = QDBusConnection::connectToPeer(server_->address(), nearName);
-    while (!far_) {
-        if (!near_->isConnected()) {
-            std::abort();
-        }
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-    echo_ = std::make_unique<Echo>();
-    far_->registerVirtualObject(echoPath, echo_.get());
+BusLoopback::BusLoopback()
+    : application_(makeApplication()),
+      connection_(QDBusConnection::connectToBus(busAddress(), connectionName)),
+      sender_(std::make_unique<Sender>()) {
+    require(connection_.isConnected() && connection_.registerVirtualObject(senderPath, sender_.get()));
 }
 
 BusLoopback::~BusLoopback() {
-    far_->unregisterObject(echoPath);
-    far_.reset();
-    near_.reset();
-    QDBusConnection::disconnectFromPeer(nearName);
+    connection_.unregisterObject(senderPath);
+    connection_ = QDBusConnection(QString());
+    QDBusConnection::disconnectFromBus(connectionName);
 }
 
-QDBusMessage BusLoopback::call(const QDBusMessage& message) const {
-    const QDBusPendingCallWatcher pending(near_->asyncCall(message));
-    while (!pending.isFinished()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-    return pending.reply();
-}
-
-std::optional<BusLoopback::Received> BusLoopback::receive(const QVariantList& arguments) {
-    auto message =
-        QDBusMessage::createMethodCall(QString(), echoPath, QStringLiteral("fuzz.Echo"), QStringLiteral("Echo"));
+QDBusMessage BusLoopback::call(const QDBusConnection& connection, const QString& path, const QString& interface,
+                               const QString& method, const QVariantList& arguments) {
+    auto message = QDBusMessage::createMethodCall(connection.baseService(), path, interface, method);
     message.setArguments(arguments);
-    echo_->received.reset();
-    const QDBusMessage reply = call(message);
-    if (!echo_->received) {
-        return std::nullopt;
+    return connection.call(message);
+}
+
+QDBusMessage BusLoopback::receive(const QVariantList& arguments) {
+    sender_->arguments = arguments;
+    return call(connection_, senderPath, QString(), QStringLiteral("Send"), {});
+}
+
+void BusLoopback::handleEvents() {
+    while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents)) {
     }
-    return Received{*std::exchange(echo_->received, {}), reply};
 }
 
 }  // namespace kestro

@@ -1,50 +1,50 @@
 #pragma once
 
-#include <QCoreApplication>
+#include "fuzz/stand_in_bus.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusServer>
 #include <QDBusVirtualObject>
+#include <QGuiApplication>
 #include <QVariantList>
 
-#include <functional>
 #include <memory>
-#include <optional>
 
 namespace kestro {
 
-/// Two connected ends of the bus protocol in this process, without a bus: what arrives at one has been encoded and
-/// decoded as a message of another process is. Main thread; the only one of the process.
+/// Connections that call their own objects. The bus binding delivers such calls and their replies within the
+/// process, but encodes and decodes them as messages of another process. Messages whose arguments are all simple
+/// values are passed on unencoded, which makes no difference. Main thread; the only one of the process.
 class BusLoopback {
 public:
     static BusLoopback& shared();
 
-    /// Sends a call to the far end and waits for its reply.
-    QDBusMessage call(const QDBusMessage& message) const;
+    /// A connection for objects.
+    const QDBusConnection& connection() const { return connection_; }
 
-    /// Where objects can be published.
-    const QDBusConnection& farEnd() const { return *far_; }
+    /// For further connections, in the form of DBUS_SESSION_BUS_ADDRESS.
+    QString busAddress() const { return QString::fromStdString(bus_.address()); }
 
-    /// Messages with the arguments, as received.
-    struct Received {
-        QDBusMessage call;   ///< at the far end
-        QDBusMessage reply;  ///< at the near end
-    };
+    /// Calls an object of the connection and returns the reply as received.
+    static QDBusMessage call(const QDBusConnection& connection, const QString& path, const QString& interface,
+                             const QString& method, const QVariantList& arguments);
 
-    /// nullopt: the arguments cannot be sent.
-    std::optional<Received> receive(const QVariantList& arguments);
+    /// A reply with the arguments as received; an error if they cannot be sent.
+    QDBusMessage receive(const QVariantList& arguments);
+
+    /// Runs everything that waits for a turn of the event loop.
+    static void handleEvents();
 
 private:
     BusLoopback();
     ~BusLoopback();
 
-    class Echo;
+    class Sender;
 
-    std::unique_ptr<QCoreApplication> application_;
-    std::unique_ptr<QDBusServer> server_;
-    std::unique_ptr<Echo> echo_;
-    std::optional<QDBusConnection> far_;
-    std::optional<QDBusConnection> near_;
+    std::unique_ptr<QGuiApplication> application_;
+    StandInBus bus_;
+    QDBusConnection connection_;
+    std::unique_ptr<Sender> sender_;
 };
 
 }  // namespace kestro

@@ -50,6 +50,13 @@ std::int32_t GeneratedValues::identifier() {
     return first < 250 ? first : number();
 }
 
+int GeneratedValues::length() {
+    constexpr int firstLong = 240;
+    constexpr int shortest = 80;
+    const int first = byte();
+    return first < firstLong ? first % 8 : first - firstLong + shortest;
+}
+
 QString GeneratedValues::text() {
     const std::uint8_t length = byte();
     if (length >= 256 - std::size(knownTexts)) {
@@ -59,12 +66,13 @@ QString GeneratedValues::text() {
     for (int count = 0; count < length && next_ < bytes_.size(); ++count) {
         utf8.append(static_cast<char>(byte()));
     }
-    return QString::fromUtf8(utf8);
+    // A message cannot contain a zero byte.
+    return QString::fromUtf8(utf8.constData());
 }
 
 QVariantMap GeneratedValues::map(int depth) {
     QVariantMap map;
-    for (int left = byte() % 80; left > 0 && next_ < bytes_.size(); --left) {
+    for (int left = length(); left > 0 && next_ < bytes_.size(); --left) {
         const QString key = text();
         map.insert(key, any(depth + 1));
     }

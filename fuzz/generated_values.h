@@ -26,13 +26,18 @@ public:
 
     /// Mostly a small one, as identifiers are.
     std::int32_t identifier();
+
+    /// One that a message can contain.
     QString text();
 
-    /// A list of up to 255 elements made by `make`.
+    /// The length of a list or map: below eight, or more than the parsers accept of a map.
+    int length();
+
+    /// A list made by `make`.
     template <typename Element, typename Make>
     QList<Element> list(Make make) {
         QList<Element> made;
-        for (int left = byte(); left > 0 && next_ < bytes_.size(); --left) {
+        for (int left = length(); left > 0 && next_ < bytes_.size(); --left) {
             made.append(make());
         }
         return made;

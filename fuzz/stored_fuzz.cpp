@@ -1,4 +1,4 @@
-#include "core/base/text.h"
+#include "core/base/enumeration.h"
 #include "core/model/keep_awake_types.h"
 #include "core/model/settings_enumerations.h"
 #include "fuzz/round_trip.h"
@@ -6,20 +6,26 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace kestro {
 namespace {
 
-void readPreference(const PreferenceValue& stored, std::string_view text) {
+template <ClosedEnumeration E>
+void readEnumeration(const PreferenceValue& stored, const std::string& text) {
+    if (fromRawValue<E>(text)) {
+        require(decodeTwice<E>(stored).has_value());
+    }
+}
+
+void readPreference(const PreferenceValue& stored) {
     decodeTwice<bool>(stored);
     decodeTwice<std::int64_t>(stored);
     decodeTwice<double>(stored);
-    decodeTwice<SettingsTab>(stored);
-    // Enumerations differ only in the texts that they know, and parse JSON once each.
-    if (trimmed(text).starts_with('"')) {
-        decodeTwice<MenubarDelimiter>(stored);
-        decodeTwice<KeepAwakeDuration>(stored);
+    // Enumerations differ only in the texts that they know, and each would parse the JSON again.
+    if (const auto text = textOfJsonStringData(stored)) {
+        readEnumeration<SettingsTab>(stored, *text);
+        readEnumeration<MenubarDelimiter>(stored, *text);
+        readEnumeration<KeepAwakeDuration>(stored, *text);
     }
 }
 
@@ -27,8 +33,7 @@ void readPreference(const PreferenceValue& stored, std::string_view text) {
 }  // namespace kestro
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
-    kestro::readPreference(kestro::PreferenceData(data, data + size), text);
-    kestro::readPreference(std::string(text), text);
+    kestro::readPreference(kestro::PreferenceData(data, data + size));
+    kestro::readPreference(std::string(data, data + size));
     return 0;
 }

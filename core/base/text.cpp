@@ -21,6 +21,10 @@ constexpr std::array powersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e
 constexpr std::uint64_t largestExact = std::uint64_t{1} << 53;
 constexpr std::int64_t largestExponent = 1'000'000;
 
+char loweredCharacter(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
 bool isDigit(char character) {
     return character >= '0' && character <= '9';
 }
@@ -241,12 +245,13 @@ std::optional<std::string> displayText(std::string_view text) {
 
 std::string lowered(std::string_view text) {
     std::string result(text);
-    for (char& character : result) {
-        if (character >= 'A' && character <= 'Z') {
-            character = static_cast<char>(character - 'A' + 'a');
-        }
-    }
+    std::ranges::transform(result, result.begin(), loweredCharacter);
     return result;
+}
+
+bool containsLowered(std::string_view text, std::string_view part) {
+    const auto isSame = [](char character, char expected) { return loweredCharacter(character) == expected; };
+    return std::search(text.begin(), text.end(), part.begin(), part.end(), isSame) != text.end();
 }
 
 }  // namespace kestro

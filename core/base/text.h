@@ -67,6 +67,9 @@ std::optional<std::string> displayText(std::string_view text);
 /// Converts ASCII letters to lower case; keeps other bytes.
 std::string lowered(std::string_view text);
 
+/// Whether `text`, with its ASCII letters converted to lower case, contains the non-empty `part`.
+bool containsLowered(std::string_view text, std::string_view part);
+
 /// Length in bytes of the well-formed UTF-8 sequence at the start of `bytes`: no overlong form, no surrogate,
 /// nothing beyond U+10FFFF. 0: there is none.
 std::size_t utf8SequenceLength(std::string_view bytes);

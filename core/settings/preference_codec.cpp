@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <variant>
 
 namespace kestro {
@@ -22,10 +23,19 @@ PreferenceData bytesOf(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
-/// The blob parsed as JSON; a discarded value when it is invalid or `stored` is not a blob.
-Json jsonOf(const PreferenceValue& stored) {
+/// Whether JSON begins with `opening`, after what the parser skips.
+bool beginsWith(std::string_view json, char opening) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    json.remove_prefix(json.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+    const auto first = json.find_first_not_of(" \t\n\r");
+    return first != std::string_view::npos && json[first] == opening;
+}
+
+/// The blob parsed as the kind of JSON that begins with `opening`, '"' or '['; a discarded value when it is
+/// another kind or invalid, or when `stored` is not a blob.
+Json jsonOf(const PreferenceValue& stored, char opening) {
     const auto* data = std::get_if<PreferenceData>(&stored);
-    return data ? parsedJson(textOf(*data)) : Json(Json::value_t::discarded);
+    return data && beginsWith(textOf(*data), opening) ? parsedJson(textOf(*data)) : Json(Json::value_t::discarded);
 }
 
 }  // namespace
@@ -68,7 +78,7 @@ std::optional<PreferenceValue> PreferenceCodec<std::vector<MenubarModuleType>>::
 
 std::optional<std::vector<MenubarModuleType>> PreferenceCodec<std::vector<MenubarModuleType>>::decode(
     const PreferenceValue& stored) {
-    const Json list = jsonOf(stored);
+    const Json list = jsonOf(stored, '[');
     if (!list.is_array()) {
         return std::nullopt;
     }
@@ -99,9 +109,9 @@ PreferenceValue jsonStringData(std::string_view text) {
 }
 
 std::optional<std::string> textOfJsonStringData(const PreferenceValue& stored) {
-    const Json json = jsonOf(stored);
-    const auto* text = json.get_ptr<const Json::string_t*>();
-    return text ? std::optional(*text) : std::nullopt;
+    Json json = jsonOf(stored, '"');
+    auto* text = json.get_ptr<Json::string_t*>();
+    return text ? std::optional(std::move(*text)) : std::nullopt;
 }
 
 }  // namespace kestro

@@ -11,11 +11,14 @@ namespace {
 
 constexpr std::string_view numberCharacters = "+-.0123456789Ee";
 
-/// Shorter numbers without an exponent cannot overflow.
-constexpr std::size_t mostPlainDigits = 308;
+/// Shorter numbers cannot overflow if their exponent has at most two digits.
+constexpr std::size_t mostCharacters = 200;
+constexpr std::size_t mostExponentDigits = 2;
 
 bool mayOverflow(std::string_view number) {
-    return number.size() > mostPlainDigits || number.find_first_of("Ee") != std::string_view::npos;
+    const auto exponent = std::min(number.find_first_of("Ee"), number.size());
+    const auto digits = number.find_first_of("0123456789", exponent);
+    return number.size() > mostCharacters || number.size() - std::min(digits, number.size()) > mostExponentDigits;
 }
 
 /// Removes leading digits. False: there are none.
@@ -62,32 +65,45 @@ std::string markAbsentFrom(std::string_view text) {
     return mark;
 }
 
-/// A text in which each overflowing number is a marked string.
+/// A text in which each overflowing number is a marked string; empty if there is none.
 struct MarkedText {
     std::string text;
     int marks = 0;
 };
 
+/// The index after the string that starts at `start` with its quotation mark.
+std::size_t endOfString(std::string_view text, std::size_t start) {
+    std::size_t end = start + 1;
+    while (end < text.size() && text[end] != '"') {
+        end += text[end] == '\\' ? 2 : 1;
+    }
+    return std::min(end + 1, text.size());
+}
+
 MarkedText withMarkedNumbers(std::string_view text, const std::string& mark) {
     MarkedText marked;
-    marked.text.reserve(text.size());
     int tested = 0;
-    bool inString = false;
+    std::size_t copied = 0;
     for (std::size_t i = 0; i < text.size();) {
-        const char byte = text[i];
-        if (!inString && (byte == '-' || (byte >= '0' && byte <= '9'))) {
-            const auto number = text.substr(i, text.find_first_not_of(numberCharacters, i) - i);
-            const bool isMarked =
-                mayOverflow(number) && ++tested <= maximumPreferenceElements && overflows(number);
-            marked.marks += isMarked ? 1 : 0;
-            marked.text += isMarked ? '"' + mark + std::string(number) + '"' : std::string(number);
-            i += number.size();
+        if (text[i] == '"') {
+            i = endOfString(text, i);
             continue;
         }
-        const std::size_t length = inString && byte == '\\' && i + 1 < text.size() ? 2 : 1;
-        inString = inString != (byte == '"');
-        marked.text += text.substr(i, length);
-        i += length;
+        if (text[i] != '-' && (text[i] < '0' || text[i] > '9')) {
+            ++i;
+            continue;
+        }
+        const auto number = text.substr(i, text.find_first_not_of(numberCharacters, i) - i);
+        if (mayOverflow(number) && ++tested <= maximumPreferenceElements && overflows(number)) {
+            marked.text += text.substr(copied, i - copied);
+            marked.text += '"' + mark + std::string(number) + '"';
+            copied = i + number.size();
+            ++marked.marks;
+        }
+        i += number.size();
+    }
+    if (marked.marks > 0) {
+        marked.text += text.substr(copied);
     }
     return marked;
 }

@@ -4,6 +4,7 @@
 #include "shell/linux/settings_portal.h"
 #include "shell/linux/when_answered.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QEvent>
@@ -44,7 +45,7 @@ bool isPaletteDark() {
 
 PanelSchemeMonitor::PanelSchemeMonitor(const HostMonitor& monitor) : monitor_(monitor) {
     look_ = panelLook({monitor.hostProcess(), monitor.environment().desktops, {}, {}, isPaletteDark()});
-    qApp->installEventFilter(this);
+    QCoreApplication::instance()->installEventFilter(this);
     if (!monitor_.connection().isConnected()) {
         return;
     }
@@ -57,7 +58,7 @@ PanelSchemeMonitor::PanelSchemeMonitor(const HostMonitor& monitor) : monitor_(mo
 }
 
 bool PanelSchemeMonitor::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::ApplicationPaletteChange && watched == qApp) {
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == QCoreApplication::instance()) {
         update();
     }
     return QObject::eventFilter(watched, event);

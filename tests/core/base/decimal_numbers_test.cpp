@@ -21,11 +21,20 @@
 namespace kestro {
 namespace {
 
-/// The standard library's result where it has one, which not every library does.
+/// The standard library's result. That of macOS lacks from_chars; strtod accepts more.
 std::optional<double> expected(std::string_view text) {
+#ifdef __cpp_lib_to_chars
     double value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return error == std::errc{} && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+#else
+    const std::string copy(text);
+    char* end = nullptr;
+    const double value = std::strtod(copy.c_str(), &end);
+    const bool isZero = copy.substr(0, copy.find_first_of("eE")).find_first_of("123456789") == std::string::npos;
+    const bool isInRange = std::isfinite(value) && (value != 0 || isZero);
+    return isInRange && end == copy.c_str() + copy.size() ? std::optional(value) : std::nullopt;
+#endif
 }
 
 /// Numbers as tools print them, as computers store them, and at the limits of what a double holds.
@@ -75,10 +84,12 @@ TEST(DecimalNumbers, AreNothingElse) {
 
 TEST(DecimalNumbers, HaveADecimalPointInEveryLocale) {
     const TemporaryDirectory directory;
-    const std::string make = "localedef --no-archive -i de_DE -f UTF-8 " + (directory / "de_DE.UTF-8");
-    ASSERT_EQ(std::system(make.c_str()), 0);
-    setenv("LOCPATH", directory.path().c_str(), 1);
-    ASSERT_NE(std::setlocale(LC_NUMERIC, "de_DE.UTF-8"), nullptr);
+    if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr) {
+        const std::string make = "localedef --no-archive -i de_DE -f UTF-8 " + (directory / "de_DE.UTF-8");
+        ASSERT_EQ(std::system(make.c_str()), 0);
+        setenv("LOCPATH", directory.path().c_str(), 1);
+        ASSERT_NE(std::setlocale(LC_NUMERIC, "de_DE.UTF-8"), nullptr);
+    }
 
     const auto byMultiplication = parseDecimal("0.25");
     const auto byTheLibrary = parseDecimal("0.10000000000000000000000001");

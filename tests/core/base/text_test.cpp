@@ -27,6 +27,14 @@ TEST(Text, TruncatesFiguresTowardZeroWithinABillion) {
     EXPECT_EQ(wholeNumber(-1e300), -1'000'000'000);
 }
 
+TEST(Text, FindsTextInAnyCase) {
+    EXPECT_TRUE(containsLowered("SOC MTR Temp", "soc"));
+    EXPECT_TRUE(containsLowered("gas gauge Battery", "battery"));
+    EXPECT_FALSE(containsLowered("bat", "battery"));
+    EXPECT_FALSE(containsLowered("", "soc"));
+    EXPECT_FALSE(containsLowered("\xC4", "\xE4")) << "only ASCII letters are lowered";
+}
+
 TEST(Text, SplitsLinesWithAndWithoutATrailingLineBreak) {
     auto rest = "one\n\ntwo"sv;
 
