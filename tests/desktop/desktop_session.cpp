@@ -236,6 +236,17 @@ void DesktopSession::startPanel() {
     panelProcess_ = &start(command.first(), command.mid(1));
 }
 
+QString DesktopSession::panelReport() const {
+    if (panelProcess_ == nullptr) {
+        return {};
+    }
+    const QString output =
+        QString::fromUtf8(panelProcess_->readAllStandardOutput() + panelProcess_->readAllStandardError());
+    return panelProcess_->state() == QProcess::NotRunning
+               ? output + QStringLiteral("(ended with %1)").arg(panelProcess_->exitCode())
+               : output;
+}
+
 void DesktopSession::killPanel() {
     // The items may be hosted by a separate process that the panel only embeds.
     const QDBusMessage owner =

@@ -84,6 +84,9 @@ public:
     void killPanel();
     void startPanel();
 
+    /// What the panel has printed since the last call, and how it ended if it did; empty without one.
+    QString panelReport() const;
+
     /// The test's connection to the session bus.
     QDBusConnection bus() const { return QDBusConnection(connectionName_); }
 

@@ -20,7 +20,7 @@ void ShellFixture::launch(const QStringList& variables, KestroProgram program) {
     kestro = &session.startKestro(variables, program);
     const auto hasEnded = [&] { return kestro->state() == QProcess::NotRunning; };
     if (!session.waitFor([&] { return showsFigures() || hasEnded(); }) || hasEnded()) {
-        throw std::runtime_error("Kestro shows no figures: " + kestro->readAll().toStdString());
+        throw std::runtime_error(whyThereAreNoFigures());
     }
 }
 
@@ -29,6 +29,23 @@ void ShellFixture::launchWithItemAt(QPoint place) {
     if (!session.waitFor([&] { return session.showsAnItemAt(place); })) {
         throw std::runtime_error("the panel draws no item");
     }
+}
+
+std::string ShellFixture::whyThereAreNoFigures() const {
+    std::string why = "Kestro shows no figures\nKestro " +
+                      std::string(kestro->state() == QProcess::Running ? "runs: " : "has ended: ") +
+                      kestro->readAll().toStdString();
+    if (panel_ == DesktopPanel::none) {
+        return why;
+    }
+    const StatusItemClient client(session);
+    why += "\npanel: " + session.panelReport().toStdString() + "\nhost: " + (client.hasHost() ? "yes" : "no");
+    for (const QString& item : client.items()) {
+        why += "\nitem " + item.toStdString() + ' ' +
+               client.property(item, QStringLiteral("Id")).toString().toStdString() + " \"" +
+               client.label(item).toStdString() + '"';
+    }
+    return why;
 }
 
 bool ShellFixture::showsFigures() const {

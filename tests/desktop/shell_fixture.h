@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <string>
 
 namespace kestro {
 
@@ -74,6 +75,9 @@ protected:
 private:
     /// Whether the readout shows figures, on the strip or in the panel.
     bool showsFigures() const;
+
+    /// The state and the output of the program and the panel, and its items.
+    std::string whyThereAreNoFigures() const;
 
     DesktopPanel panel_;
 };

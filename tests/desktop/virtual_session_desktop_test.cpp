@@ -30,7 +30,7 @@ protected:
     void start(const char* name, const QStringList& arguments) {
         QProcessEnvironment hostile;
         hostile.insert(QStringLiteral("PATH"), path);
-        hostile.insert(QStringLiteral("HOME"), QStringLiteral("/nonexistent"));
+        hostile.insert(QStringLiteral("HOME"), QStringLiteral("/dev/null"));
         hostile.insert(QStringLiteral("TMPDIR"), folder.path());
         hostile.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
         hostile.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));

@@ -4,6 +4,7 @@
 #include "tests/drills/drills.h"
 #include "tests/drills/hostile_messages.h"
 #include "tests/drills/hostile_service.h"
+#include "tests/drills/start_times.h"
 
 #include <fmt/format.h>
 
@@ -54,6 +55,7 @@ public:
             service->hold(false);
             calls_ += service->calls();
         }
+        report.require(!hasKeptStrip_, "keeps its strip after a hostile watcher");
         report.require(desktop_.end(SIGTERM) && desktop_.kestro->exitCode() == 0, "does not end");
     }
 
@@ -93,7 +95,7 @@ private:
 
     /// One attack; returns its name.
     std::string strike() {
-        switch (random_.below(9)) {
+        switch (random_.below(10)) {
             case 0:
                 return callMenu();
             case 1:
@@ -110,6 +112,8 @@ private:
                 return changeHost();
             case 7:
                 return holdAnswers();
+            case 8:
+                return misuseWatcher();
             default:
                 return useServices();
         }
@@ -216,6 +220,31 @@ private:
         return "a host that comes and goes";
     }
 
+    /// The watcher answers with other types, twice, late or from another process, and then correctly again.
+    std::string misuseWatcher() {
+        QuietHost& host = *desktop_.host();
+        const auto random = std::make_shared<DrillRandom>(random_.below(UINT32_MAX));
+        host.misbehave([&host, random](const QDBusMessage& call) {
+            return hostileAnswer(call, host.service().connection(), *random);
+        });
+        host.service().hold(random_.onceIn(2));
+        for (auto changes = random_.below(20); changes > 0; --changes) {
+            emitSignal(host.service().connection(), random_.onceIn(2) ? hostRegistered : hostUnregistered, {});
+        }
+        if (random_.onceIn(3)) {
+            host.service().vanish();
+            host.service().appear();
+        }
+        DrillDesktop::pause(random_.upTo(200ms));
+        host.service().hold(false);
+        host.service().answerHeld();
+        host.misbehave({});
+        emitSignal(host.service().connection(), hostRegistered, {});
+        const bool hasItem = waitUntil([this] { return !desktop_.isRunning() || !desktop_.session.strip(); });
+        hasKeptStrip_ = hasKeptStrip_ || !hasItem;
+        return "a hostile watcher";
+    }
+
     std::string holdAnswers() {
         HostileService& service = *random_.oneOf(services_);
         service.hold(random_.onceIn(2));
@@ -246,6 +275,7 @@ private:
     std::vector<std::unique_ptr<HostileService>> services_;
     std::unique_ptr<QDBusConnection> caller_;
     int attacks_ = 0;
+    bool hasKeptStrip_ = false;  ///< after an attack of the watcher
     std::size_t calls_ = 0;
     std::chrono::nanoseconds mostExpensive_{};
     std::chrono::nanoseconds slowest_{};
@@ -275,8 +305,9 @@ DrillReport busDrill(const DrillLength& length, DrillRandom& random) {
     BusDrill drill(random);
     drill.run(length, report);
     loseTheBuses(report);
+    const std::string starts = measureStarts(report);
     report.done = drill.done() + ", and the death of both buses";
-    report.worst = drill.worst();
+    report.worst = drill.worst() + "; " + starts;
     return report;
 }
 

@@ -37,14 +37,18 @@ struct SignalName {
     const char* member;
 };
 
+inline constexpr SignalName hostRegistered{watcher, "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher",
+                                           "StatusNotifierHostRegistered"};
+inline constexpr SignalName hostUnregistered{watcher, "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher",
+                                             "StatusNotifierHostUnregistered"};
+
 /// Everything that Kestro listens to.
 inline constexpr std::array signalNames{
     SignalName{anyone, "/kestro/notify", "kestro.notify", "showSettings"},
     SignalName{anyone, "/kestro/notify", "kestro.notify", "togglePopover"},
     SignalName{anyone, "/kestro/notify", "kestro.notify", "showDashboard"},
-    SignalName{watcher, "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher", "StatusNotifierHostRegistered"},
-    SignalName{watcher, "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher",
-               "StatusNotifierHostUnregistered"},
+    hostRegistered,
+    hostUnregistered,
     SignalName{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
                "org.freedesktop.portal.Settings", "SettingChanged"},
     SignalName{"org.freedesktop.portal.Desktop", "/request", "org.freedesktop.portal.Request", "Response"},

@@ -10,8 +10,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <stdexcept>
+#include <utility>
 
 namespace kestro::drills {
 
@@ -25,30 +27,55 @@ constexpr int turnsToSettle = 3;
 
 const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
 
+/// What the bus names of a process's items begin with.
+QString itemsOf(pid_t process) {
+    return QStringLiteral("org.kde.StatusNotifierItem-%1-").arg(process);
+}
+
 }  // namespace
 
 QuietHost::QuietHost(DesktopSession& session) {
-    const auto registerItem = [this](const QDBusMessage& call) {
-        const std::lock_guard lock(mutex_);
-        items_.append(call.arguments().value(0).toString());
-        return call.createReply();
-    };
     service_ = std::make_unique<FakeService>(
         session.connect(DesktopSession::Bus::session), watcher,
         FakeService::Answers{{QStringLiteral("Get"), [this](const QDBusMessage& call) { return property(call); }},
-                             {QStringLiteral("RegisterStatusNotifierItem"), registerItem}});
+                             {QStringLiteral("RegisterStatusNotifierItem"),
+                              [this](const QDBusMessage& call) { return registerItem(call); }}});
 }
 
 QStringList QuietHost::items() const {
     const std::lock_guard lock(mutex_);
-    return items_;
+    QStringList items;
+    for (const Registration& registration : registrations_) {
+        items.append(registration.item);
+    }
+    return items;
+}
+
+std::optional<std::chrono::steady_clock::time_point> QuietHost::firstRegistration(pid_t process) const {
+    const std::lock_guard lock(mutex_);
+    const auto found = std::ranges::find_if(registrations_, [process](const Registration& registration) {
+        return registration.item.startsWith(itemsOf(process));
+    });
+    return found != registrations_.end() ? std::optional(found->time) : std::nullopt;
+}
+
+void QuietHost::misbehave(FakeService::Answer answer) {
+    const std::lock_guard lock(mutex_);
+    misbehaviour_ = std::move(answer);
+}
+
+QDBusMessage QuietHost::registerItem(const QDBusMessage& call) {
+    const std::lock_guard lock(mutex_);
+    registrations_.push_back({call.arguments().value(0).toString(), std::chrono::steady_clock::now()});
+    return misbehaviour_ ? misbehaviour_(call) : call.createReply();
 }
 
 QDBusMessage QuietHost::property(const QDBusMessage& call) const {
-    const QString name = call.arguments().value(1).toString();
-    const QVariant value =
-        name == QLatin1StringView("IsStatusNotifierHostRegistered") ? QVariant(true) : QVariant(items());
-    return call.createReply(QVariant::fromValue(QDBusVariant(value)));
+    const bool asksForHost =
+        call.arguments().value(1).toString() == QLatin1StringView("IsStatusNotifierHostRegistered");
+    const QVariant value = asksForHost ? QVariant(true) : QVariant(items());
+    const std::lock_guard lock(mutex_);
+    return misbehaviour_ ? misbehaviour_(call) : call.createReply(QVariant::fromValue(QDBusVariant(value)));
 }
 
 DrillDesktop::DrillDesktop(DesktopPanel panel, QSize screen)
@@ -96,7 +123,7 @@ QString DrillDesktop::mainItem() const {
     if (!host_) {
         return client_.item(QStringLiteral("kestro-main")).value_or(QString());
     }
-    const QString own = QStringLiteral("org.kde.StatusNotifierItem-%1-").arg(pid());
+    const QString own = itemsOf(pid());
     const QStringList items = host_->items();
     for (auto item = items.crbegin(); item != items.crend(); ++item) {
         if (item->startsWith(own) &&

@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 namespace kestro::drills {
 
@@ -25,11 +26,24 @@ public:
     /// Bus names of the items that have registered, oldest first, including those of ended processes.
     QStringList items() const;
 
+    /// When a process registered its first item; absent: not yet.
+    std::optional<std::chrono::steady_clock::time_point> firstRegistration(pid_t process) const;
+
+    /// Answers all calls with `answer` from now on, but still remembers the items. Empty: answers correctly again.
+    void misbehave(test::FakeService::Answer answer);
+
 private:
+    struct Registration {
+        QString item;
+        std::chrono::steady_clock::time_point time;
+    };
+
+    QDBusMessage registerItem(const QDBusMessage& call);
     QDBusMessage property(const QDBusMessage& call) const;
 
     mutable std::mutex mutex_;
-    QStringList items_;
+    std::vector<Registration> registrations_;
+    test::FakeService::Answer misbehaviour_;
     std::unique_ptr<test::FakeService> service_;  // last: its thread uses the others
 };
 

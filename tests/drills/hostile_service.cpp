@@ -32,6 +32,25 @@ const QStringList members{QStringLiteral("Get"),
 
 }  // namespace
 
+QDBusMessage hostileAnswer(const QDBusMessage& call, const QDBusConnection& connection, DrillRandom& random) {
+    switch (random.below(7)) {
+        case 0:
+            return call.createErrorReply(QStringLiteral("org.example.Error"), QString(1000, QLatin1Char('e')));
+        case 1:
+            connection.send(call.createReply(hostileArguments(random)));  // and a second one below
+            break;
+        case 2:
+            return call.createReply(1U);
+        case 3:
+            return call.createReply(QVariant::fromValue(QDBusVariant(random.onceIn(2))));
+        case 4:
+            return call.createReply(QVariant::fromValue(QDBusObjectPath(QStringLiteral("/request"))));
+        default:
+            break;
+    }
+    return call.createReply(hostileArguments(random));
+}
+
 HostileService::HostileService(DesktopSession& session, DesktopSession::Bus bus, const QString& name,
                                std::uint32_t seed)
     : random_(seed) {
@@ -44,22 +63,7 @@ HostileService::HostileService(DesktopSession& session, DesktopSession::Bus bus,
 
 QDBusMessage HostileService::answer(const QDBusMessage& call) {
     const std::lock_guard lock(mutex_);
-    switch (random_.below(7)) {
-        case 0:
-            return call.createErrorReply(QStringLiteral("org.example.Error"), QString(1000, QLatin1Char('e')));
-        case 1:
-            service_->connection().send(call.createReply(hostileArguments(random_)));  // and a second one below
-            break;
-        case 2:
-            return call.createReply(1U);
-        case 3:
-            return call.createReply(QVariant::fromValue(QDBusVariant(random_.onceIn(2))));
-        case 4:
-            return call.createReply(QVariant::fromValue(QDBusObjectPath(QStringLiteral("/request"))));
-        default:
-            break;
-    }
-    return call.createReply(hostileArguments(random_));
+    return hostileAnswer(call, service_->connection(), random_);
 }
 
 void HostileService::changeOwner() {

@@ -12,6 +12,10 @@
 
 namespace kestro::drills {
 
+/// A reply with other types than the caller expects, an error, or two replies, the first of which has been sent on
+/// `connection`.
+QDBusMessage hostileAnswer(const QDBusMessage& call, const QDBusConnection& connection, DrillRandom& random);
+
 /// A service that answers calls as it should not: with other types, with errors, late, twice or never. It appears
 /// and vanishes as the drill asks.
 class HostileService {

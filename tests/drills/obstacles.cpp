@@ -22,11 +22,15 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr auto word = "dashboard";
-constexpr uid_t nobody = 65534;
 constexpr std::uintmax_t manyBytes = 5'000'000;
 constexpr off_t hugeSize = off_t{1} << 40;
 constexpr std::size_t readSize = 4096;
 constexpr int mostAttempts = 100;
+
+/// The user after this one.
+uid_t stranger() {
+    return ::geteuid() + 1;
+}
 
 bool write(const fs::path& path, const std::string& text, mode_t mode = S_IRUSR | S_IWUSR) {
     std::ofstream(path, std::ios::binary) << text;
@@ -89,7 +93,9 @@ constexpr std::array obstacles{
     Obstacle{"a file that others may write",
              [](const fs::path& path) { return write(path, word, S_IRUSR | S_IWUSR | S_IWOTH); }, false},
     Obstacle{"a file of another user",
-             [](const fs::path& path) { return write(path, word) && ::chown(path.c_str(), nobody, nobody) == 0; },
+             [](const fs::path& path) {
+                 return write(path, word) && ::chown(path.c_str(), stranger(), stranger()) == 0;
+             },
              false},
     Obstacle{"a file without permissions", [](const fs::path& path) { return write(path, "none", 0); }, true},
     Obstacle{"a file that is only readable", [](const fs::path& path) { return write(path, "none", S_IRUSR); },

@@ -32,6 +32,7 @@ constexpr auto longestPause = 300ms;
 constexpr std::int64_t mostGrowth = 3 * 1024;  // KB
 constexpr double mostMoreWakeUps = 1.2;
 constexpr int measurementsAfter = 4;
+constexpr int shortRounds = 3;
 constexpr double wakeUpsOfChance = 2;  // per second: other programs cause some
 
 constexpr std::array words{"popover",
@@ -51,7 +52,7 @@ constexpr std::array keys{"Escape", "ctrl+w", "Tab", "shift+Tab", "ctrl+d", "ctr
 
 /// The cost of the program while nothing but its strip is shown.
 struct Cost {
-    std::int64_t residentKilobytes = 0;
+    std::int64_t anonymousKilobytes = 0;  ///< resident; pages of files come and go with what has just run
     std::int64_t descriptors = 0;
     std::int64_t threads = 0;
     double wakeUpsPerSecond = 0;
@@ -85,9 +86,18 @@ public:
         desktop_->launch();
         openEachOnce();
         act(warm);
-        const auto before = cost(measurement);
+        auto before = cost(measurement);
         act(actions - warm);
-        judge(before, costAfter(before, measurement));
+        auto after = costAfter(before, measurement);
+        // A short warm-up leaves some caches empty; a leak grows in every round. Growth that comes and goes is
+        // only found by a drill of full length.
+        const int rounds = warm < warmUp ? shortRounds : 1;
+        for (int round = 1; round < rounds && !growth(before, after).empty(); ++round) {
+            before = after;
+            act(actions - warm);
+            after = costAfter(before, measurement);
+        }
+        judge(before, after);
         report_.require(desktop_->end(SIGTERM) && desktop_->kestro->exitCode() == 0, "does not end");
         report_.done = fmt::format("{} words, keys and clicks in {} s", actions_, time.count());
         return std::move(report_);
@@ -164,7 +174,7 @@ private:
         const auto switches = switchesBetween(before, contextSwitches());
         const QString process = QStringLiteral("/proc/%1").arg(desktop_->pid());
         const QString status = process + QStringLiteral("/status");
-        return {statusValue(status, "VmRSS"),
+        return {statusValue(status, "RssAnon"),
                 QDir(process + QStringLiteral("/fd"))
                     .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
                     .size(),
@@ -211,7 +221,7 @@ private:
         std::vector<std::string> grown;
 #ifndef KESTRO_SANITIZED
         // A sanitizer keeps freed memory.
-        if (after.residentKilobytes > before.residentKilobytes + mostGrowth) {
+        if (after.anonymousKilobytes > before.anonymousKilobytes + mostGrowth) {
             grown.emplace_back("memory grows");
         }
 #endif
@@ -229,9 +239,9 @@ private:
 
     void judge(const Cost& before, const Cost& after) {
         report_.worst = fmt::format(
-            "{} to {} KB resident, {} to {} descriptors, {} to {} threads, {:.1f} to {:.1f} "
+            "{} to {} KB of anonymous memory, {} to {} descriptors, {} to {} threads, {:.1f} to {:.1f} "
             "wake-ups per second",
-            before.residentKilobytes, after.residentKilobytes, before.descriptors, after.descriptors,
+            before.anonymousKilobytes, after.anonymousKilobytes, before.descriptors, after.descriptors,
             before.threads, after.threads, before.wakeUpsPerSecond, after.wakeUpsPerSecond);
         for (const std::string& what : growth(before, after)) {
             report_.require(false, what);
