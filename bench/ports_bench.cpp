@@ -3,6 +3,7 @@
 #include "bench/paired.h"
 #include "core/engine/telemetry_engine.h"
 #include "core/platform/platform.h"
+#include "core/readout/readout_sources.h"
 #include "core/settings/user_settings.h"
 #include "core/telemetry/cpu_reader.h"
 #include "core/telemetry/disk_reader.h"
@@ -233,10 +234,20 @@ void measureSamples() {
               "1.5 x");
     printPair("light tick, paced", measure(lightTick, lightFloor, 30, 500ms), "1.5 x");
 
-    const auto allocationsBefore = test::allocationsOfThisThread();
-    machine.lightTick();
-    printRow("light tick: heap allocations", std::to_string(test::allocationsOfThisThread() - allocationsBefore),
-             "", "", "0");
+    const auto tickForAMinute = [&machine] {
+        for (int tick = 0; tick < 30; ++tick) {
+            machine.lightTick();
+        }
+    };
+    const auto printAllocations = [&tickForAMinute](const char* name) {
+        const auto before = test::allocationsOfThisThread();
+        tickForAMinute();
+        printRow(name, std::to_string(test::allocationsOfThisThread() - before), "", "", "0");
+    };
+    printAllocations("light ticks of a minute: heap allocations");
+    machine.engine.setReadoutSources(readoutSources(allCases<MenubarModuleType>()));
+    tickForAMinute();  // past the first reading of every source
+    printAllocations("the same with every module but the battery");
 
     machine.engine.sampleFull();
     RawRead full(openKernelFiles());

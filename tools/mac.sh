@@ -3,7 +3,7 @@
 # Installs its dependencies with Homebrew. For macOS's own bash, which is version 3.2.
 set -euo pipefail
 
-needs_build='cmake ninja qt fmt nlohmann-json'
+needs_build='cmake ninja qtbase qtsvg fmt nlohmann-json'
 needs_test="$needs_build googletest"
 app=build/release/Kestro.app
 
@@ -53,15 +53,44 @@ cmd_test() {  # [PRESET [units]]
     exec ctest --test-dir "build/${1:-dev}" --output-on-failure
 }
 
+inside() {  # FILE FOLDER: whether the file exists below a folder, which is given without symbolic links
+    local place
+    [ -e "$1" ] || return 1
+    place=$(cd "$(dirname "$1")" && pwd -P)
+    case $place/ in "$2"/*) ;; *) return 1 ;; esac
+}
+
+outside_libraries() {  # BUNDLE: the libraries that its programs load from elsewhere than the bundle and the system
+    local bundle file own library
+    bundle=$(cd "$1" && pwd -P)
+    find "$bundle/Contents" -type f \( -perm -100 -o -name '*.dylib' \) | while read -r file; do
+        # A library lists its own name too.
+        own=$(otool -D "$file" 2>/dev/null | sed -n 2p) || true
+        { otool -L "$file" 2>/dev/null || true; } | sed -n 's/^[[:space:]]*\(.*\) (compatibility version .*/\1/p' | while read -r library; do
+            case $library in
+                "$own" | /usr/lib/* | /System/*) continue ;;
+                @rpath/*) inside "$bundle/Contents/Frameworks/${library#@rpath/}" "$bundle" && continue ;;
+                @executable_path/*) inside "$bundle/Contents/MacOS/${library#@executable_path/}" "$bundle" && continue ;;
+                @loader_path/*) inside "$(dirname "$file")/${library#@loader_path/}" "$bundle" && continue ;;
+            esac
+            printf '%s, for %s\n' "$library" "$(basename "$file")"
+        done
+    done | sort
+}
+
 # The bundle with the toolkit's libraries in it. They make its signature invalid, so it is signed again.
 cmd_package() {
-    local folder=build/package archive
+    local folder=build/package archive outside
     cmd_build
     archive=$PWD/build/kestro-macos-$(uname -m).zip
     rm -rf "$folder" "$archive"
     mkdir -p "$folder"
     ditto "$app" "$folder/Kestro.app"
     "$(brew --prefix)/bin/macdeployqt" "$folder/Kestro.app" >&2
+    # The tool reports success even if it could not copy a library.
+    outside=$(outside_libraries "$folder/Kestro.app")
+    [ -z "$outside" ] || fail "other Macs could not run $folder/Kestro.app; these are not in it:
+$outside"
     codesign --force --deep --options runtime --sign - --entitlements packaging/macos/Kestro.entitlements \
         "$folder/Kestro.app"
     codesign --verify --deep --strict "$folder/Kestro.app"

@@ -8,6 +8,7 @@
 #include "core/telemetry/smc_reader.h"
 #include "platform/macos/mac_machine.h"
 #include "platform/macos/termination_signals.h"
+#include "shell/macos/content_under_title_bar.h"
 #include "shell/macos/mac_accessibility_monitor.h"
 #include "shell/macos/mac_compositing.h"
 #include "shell/macos/mac_single_instance.h"
@@ -76,6 +77,8 @@ void discardMessage(QtMsgType, const QMessageLogContext&, const QString&) {}
 
 int runApplication(char** arguments, const std::string& commandFile) {
     qInstallMessageHandler(discardMessage);
+    // The toolkit would make it the active application when it starts, at login for example.
+    qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     // Neither the program nor the toolkit reads the command line.
     int ownName = 1;
     QApplication application(ownName, arguments);
@@ -85,6 +88,7 @@ int runApplication(char** arguments, const std::string& commandFile) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const auto nativeApplication = makeNativeApplication();
     nativeApplication->becomeAccessory();
+    nativeApplication->preventAppNap();
 
     MacMachine mac;
     const auto showDashboard = [&mac] { mac.platform.notifications.post(notification_names::showDashboard); };
@@ -94,6 +98,7 @@ int runApplication(char** arguments, const std::string& commandFile) {
     }
     const TerminationSignals signals(&terminate);
     const QuitRequests quitRequests(&terminate);
+    const ContentUnderTitleBar contentUnderTitleBar;
     Platform::install(mac.platform);
     const int result = runFirstInstance(mac, *nativeApplication, commandFile);
     mac.userDefaults.flush();

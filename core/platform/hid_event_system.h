@@ -2,8 +2,8 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
-#include <vector>
+#include <span>
+#include <string_view>
 
 namespace kestro {
 
@@ -24,11 +24,13 @@ public:
     /// Restricts the client to services of this usage; 0xFF00 and 5 select the temperature sensors.
     virtual void setMatching(HIDClient client, std::int32_t primaryUsagePage, std::int32_t primaryUsage) = 0;
 
-    /// The matching services in a stable order. nullopt: they could not be listed.
-    virtual std::optional<std::vector<HIDService>> copyServices(HIDClient client) = 0;
+    /// The matching services in a stable order, owned by the port and valid until the next call, for any client.
+    /// nullopt: they could not be listed.
+    virtual std::optional<std::span<const HIDService>> copyServices(HIDClient client) = 0;
 
-    /// The service's "Product" text; nullopt when it has none.
-    virtual std::optional<std::string> copyProduct(HIDService service) = 0;
+    /// The service's "Product" text, owned by the port and valid until the next call of this or `copyServices`;
+    /// nullopt when it has none.
+    virtual std::optional<std::string_view> copyProduct(HIDService service) = 0;
 
     /// The level of the service's temperature event in degrees Celsius; nullopt when there is no event, for
     /// example briefly after resume.

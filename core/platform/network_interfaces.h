@@ -3,8 +3,8 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
-#include <vector>
 
 namespace kestro {
 
@@ -42,9 +42,9 @@ class NetworkInterfaces {
 public:
     virtual ~NetworkInterfaces() = default;
 
-    /// Every entry in the system's order. nullopt: the call failed. An interface that only repeats another's
-    /// traffic has no link-level entry.
-    virtual std::optional<std::vector<InterfaceEntry>> getifaddrs() = 0;
+    /// Every entry in the system's order, owned by the port and valid until the next call of this function.
+    /// nullopt: the call failed. An interface that only repeats another's traffic has no link-level entry.
+    virtual std::optional<std::span<const InterfaceEntry>> getifaddrs() = 0;
 
     /// The numeric text of an address (NI_NUMERICHOST); nullopt: it cannot be formatted.
     virtual std::optional<std::string> getnameinfo(const InterfaceAddress& address) = 0;

@@ -1,5 +1,6 @@
 #include "core/telemetry/thermal_reader.h"
 
+#include "core/base/text.h"
 #include "core/platform/hid_event_system.h"
 #include "core/platform/platform.h"
 #include "core/platform/process_info_service.h"
@@ -30,15 +31,8 @@ struct Mean {
     double valueOr(double fallback) const { return count > 0 ? sum / static_cast<double>(count) : fallback; }
 };
 
-std::string lowerCase(std::string text) {
-    std::ranges::transform(text, text.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-    });
-    return text;
-}
-
-bool measuresDie(std::string_view name) {
-    return name.find("tdie") != name.npos || name.find("soc") != name.npos || name.find("cpu") != name.npos;
+bool measuresDie(std::string_view product) {
+    return containsLowered(product, "tdie") || containsLowered(product, "soc") || containsLowered(product, "cpu");
 }
 
 const char* stateText(std::int64_t state) {
@@ -87,10 +81,9 @@ ThermalTelemetry ThermalReader::readThermals() {
         if (!temperature || !(*temperature > coldestReading && *temperature < hottestReading)) {
             continue;
         }
-        const std::string name = lowerCase(*product);
-        if (name.find("battery") != name.npos) {
+        if (containsLowered(*product, "battery")) {
             battery.add(*temperature);
-        } else if (measuresDie(name)) {
+        } else if (measuresDie(*product)) {
             die.add(*temperature);
         }
         peak = std::max(peak, *temperature);

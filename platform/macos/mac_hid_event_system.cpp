@@ -38,7 +38,7 @@ void MacHIDEventSystem::setMatching(HIDClient client, std::int32_t primaryUsageP
     }
 }
 
-std::optional<std::vector<HIDService>> MacHIDEventSystem::copyServices(HIDClient client) {
+std::optional<std::span<const HIDService>> MacHIDEventSystem::copyServices(HIDClient client) {
     Client* const known = clientOf(client);
     if (known == nullptr) {
         return std::nullopt;
@@ -49,21 +49,22 @@ std::optional<std::vector<HIDService>> MacHIDEventSystem::copyServices(HIDClient
     }
     const auto count =
         std::min<std::size_t>(static_cast<std::size_t>(CFArrayGetCount(known->services.get())), servicesPerClient);
-    std::vector<HIDService> services(count);
+    listed_.resize(count);
     for (std::size_t index = 0; index < count; ++index) {
-        services[index] = client << indexBits | static_cast<HIDService>(index);
+        listed_[index] = client << indexBits | static_cast<HIDService>(index);
     }
-    return services;
+    return listed_;
 }
 
-std::optional<std::string> MacHIDEventSystem::copyProduct(HIDService service) {
+std::optional<std::string_view> MacHIDEventSystem::copyProduct(HIDService service) {
     const auto known = serviceOf(service);
     const auto key = makeString("Product");
     if (known == nullptr || !key) {
         return std::nullopt;
     }
     const CFOwned<CFTypeRef> product(IOHIDServiceClientCopyProperty(known, key.get()));
-    return textOf(product.get());
+    product_ = textOf(product.get());
+    return product_;
 }
 
 std::optional<double> MacHIDEventSystem::copyTemperatureEvent(HIDService service) {
@@ -71,7 +72,7 @@ std::optional<double> MacHIDEventSystem::copyTemperatureEvent(HIDService service
     if (known == nullptr) {
         return std::nullopt;
     }
-    const CFOwned<IOHIDEventRef> event(IOHIDServiceClientCopyEvent(known, temperatureEventType, 0, 0));
+    const CFOwned<IOHIDEventRef> event(IOHIDServiceClientCopyEvent(known, temperatureEventType, nullptr, 0));
     return event ? std::optional(IOHIDEventGetFloatValue(event.get(), temperatureLevelField)) : std::nullopt;
 }
 

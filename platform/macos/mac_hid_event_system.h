@@ -4,6 +4,8 @@
 #include "platform/macos/hid_event_system_client.h"
 #include "platform/macos/owned.h"
 
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace kestro {
@@ -16,9 +18,9 @@ public:
     void setMatching(HIDClient client, std::int32_t primaryUsagePage, std::int32_t primaryUsage) override;
 
     /// At most the first 65,536 services.
-    std::optional<std::vector<HIDService>> copyServices(HIDClient client) override;
+    std::optional<std::span<const HIDService>> copyServices(HIDClient client) override;
 
-    std::optional<std::string> copyProduct(HIDService service) override;
+    std::optional<std::string_view> copyProduct(HIDService service) override;
     std::optional<double> copyTemperatureEvent(HIDService service) override;
 
 private:
@@ -31,6 +33,8 @@ private:
     IOHIDServiceClientRef serviceOf(HIDService service);
 
     std::vector<Client> clients_;
+    std::vector<HIDService> listed_;
+    std::optional<std::string> product_;
 };
 
 }  // namespace kestro

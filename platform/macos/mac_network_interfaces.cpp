@@ -57,13 +57,13 @@ InterfaceAddress addressOf(const sockaddr& address) {
 
 }  // namespace
 
-std::optional<std::vector<InterfaceEntry>> MacNetworkInterfaces::getifaddrs() {
+std::optional<std::span<const InterfaceEntry>> MacNetworkInterfaces::getifaddrs() {
     ifaddrs* first = nullptr;
     if (::getifaddrs(&first) != 0) {
         return std::nullopt;
     }
     const InterfaceList list(first);
-    std::vector<InterfaceEntry> entries;
+    entries_.clear();
     for (const ifaddrs* item = first; item != nullptr; item = item->ifa_next) {
         InterfaceEntry entry{.name = item->ifa_name, .flags = item->ifa_flags, .address = {}, .statistics = {}};
         if (item->ifa_addr != nullptr) {
@@ -77,9 +77,9 @@ std::optional<std::vector<InterfaceEntry>> MacNetworkInterfaces::getifaddrs() {
             }
             entry.statistics = InterfaceStatistics{data.ifi_ibytes, data.ifi_obytes};
         }
-        entries.push_back(std::move(entry));
+        entries_.push_back(std::move(entry));
     }
-    return entries;
+    return entries_;
 }
 
 std::optional<std::string> MacNetworkInterfaces::getnameinfo(const InterfaceAddress& address) {

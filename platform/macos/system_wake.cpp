@@ -10,10 +10,18 @@ namespace kestro {
 
 SystemWake::SystemWake(std::function<void()> handler) : handler_(std::move(handler)) {
     rootPowerDomain_.reset(IORegisterForSystemPower(this, port_.out(), &changed, notifier_.out()));
-    if (rootPowerDomain_) {
-        CFRunLoopAddSource(CFRunLoopGetMain(), IONotificationPortGetRunLoopSource(port_.get()),
-                           kCFRunLoopCommonModes);
+    if (!rootPowerDomain_) {
+        return;
     }
+    const CFRunLoopSourceRef source = IONotificationPortGetRunLoopSource(port_.get());
+    if (source == nullptr) {
+        // While registered, the machine would wait for an answer before every sleep.
+        notifier_.reset();
+        port_.reset();
+        rootPowerDomain_.reset();
+        return;
+    }
+    CFRunLoopAddSource(CFRunLoopGetMain(), source, kCFRunLoopCommonModes);
 }
 
 void SystemWake::changed(void* self, io_service_t, std::uint32_t message, void* argument) {

@@ -44,25 +44,28 @@ void SimulatedHIDEventSystem::setMatching(HIDClient client, std::int32_t primary
     matchesTemperatureSensors_ = client == theClient && primaryUsagePage == 0xFF00 && primaryUsage == 5;
 }
 
-std::optional<std::vector<HIDService>> SimulatedHIDEventSystem::copyServices(HIDClient client) {
+std::optional<std::span<const HIDService>> SimulatedHIDEventSystem::copyServices(HIDClient client) {
     if (servicesFailure.strikes() || client != theClient) {
         return std::nullopt;
     }
-    std::vector<HIDService> services;
+    services_.clear();
     for (HIDService service = 0; service < sensors.size(); ++service) {
-        services.push_back(service);
+        services_.push_back(service);
     }
     if (!matchesTemperatureSensors_) {
-        services.push_back(keyboard);
+        services_.push_back(keyboard);
     }
-    return services;
+    return services_;
 }
 
-std::optional<std::string> SimulatedHIDEventSystem::copyProduct(HIDService service) {
+std::optional<std::string_view> SimulatedHIDEventSystem::copyProduct(HIDService service) {
     if (productFailure.strikes()) {
         return std::nullopt;
     }
-    return service < sensors.size() ? sensors[service].product : "Keyboard";
+    if (service < sensors.size()) {
+        return sensors[service].product;
+    }
+    return "Keyboard";
 }
 
 std::optional<double> SimulatedHIDEventSystem::copyTemperatureEvent(HIDService service) {

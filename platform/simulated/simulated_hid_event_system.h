@@ -4,6 +4,10 @@
 #include "platform/simulated/simulated_failure.h"
 #include "platform/simulated/simulated_pattern.h"
 
+#include <optional>
+#include <string>
+#include <vector>
+
 namespace kestro {
 
 /// One temperature sensor, in degrees Celsius.
@@ -20,8 +24,8 @@ public:
 
     std::optional<HIDClient> createClient() override;
     void setMatching(HIDClient client, std::int32_t primaryUsagePage, std::int32_t primaryUsage) override;
-    std::optional<std::vector<HIDService>> copyServices(HIDClient client) override;
-    std::optional<std::string> copyProduct(HIDService service) override;
+    std::optional<std::span<const HIDService>> copyServices(HIDClient client) override;
+    std::optional<std::string_view> copyProduct(HIDService service) override;
     std::optional<double> copyTemperatureEvent(HIDService service) override;
 
     SimulatedFailure clientFailure;
@@ -36,6 +40,7 @@ private:
     const SimulatedPattern& pattern_;
     std::int64_t createdClients_ = 0;
     bool matchesTemperatureSensors_ = false;
+    std::vector<HIDService> services_;
 };
 
 }  // namespace kestro

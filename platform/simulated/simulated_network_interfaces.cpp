@@ -26,7 +26,7 @@ SimulatedNetworkInterfaces::SimulatedNetworkInterfaces(const SimulatedPattern& p
     };
 }
 
-std::optional<std::vector<InterfaceEntry>> SimulatedNetworkInterfaces::getifaddrs() {
+std::optional<std::span<const InterfaceEntry>> SimulatedNetworkInterfaces::getifaddrs() {
     if (interfacesFailure.strikes()) {
         return std::nullopt;
     }

@@ -4,6 +4,8 @@
 #include "platform/simulated/simulated_failure.h"
 #include "platform/simulated/simulated_pattern.h"
 
+#include <vector>
+
 namespace kestro {
 
 /// Interfaces in a given order: by default the loopback, "en0" with an address, and an idle "awdl0". Unless
@@ -12,7 +14,7 @@ class SimulatedNetworkInterfaces final : public NetworkInterfaces {
 public:
     explicit SimulatedNetworkInterfaces(const SimulatedPattern& pattern);
 
-    std::optional<std::vector<InterfaceEntry>> getifaddrs() override;
+    std::optional<std::span<const InterfaceEntry>> getifaddrs() override;
     std::optional<std::string> getnameinfo(const InterfaceAddress& address) override;
 
     /// Entries for the list below, up and running unless `flags` differ.

@@ -19,6 +19,10 @@ public:
     /// Removes the application from the Dock and from the application switcher, also where no bundle says so.
     virtual void becomeAccessory() = 0;
 
+    /// Exempts the application from App Nap, so that its timers are not delayed while no window is visible. The
+    /// system may still go to sleep.
+    virtual void preventAppNap() = 0;
+
     /// Makes it the active application, whatever the user is working in.
     virtual void activate() = 0;
 

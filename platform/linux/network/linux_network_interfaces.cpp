@@ -73,7 +73,7 @@ void LinuxNetworkInterfaces::followLinks() {
     areLinksFollowed_ = true;
 }
 
-std::optional<std::vector<InterfaceEntry>> LinuxNetworkInterfaces::getifaddrs() {
+std::optional<std::span<const InterfaceEntry>> LinuxNetworkInterfaces::getifaddrs() {
     if (!refreshEntries()) {
         return std::nullopt;
     }
@@ -84,8 +84,7 @@ std::optional<std::vector<InterfaceEntry>> LinuxNetworkInterfaces::getifaddrs() 
     if (!areLinksFollowed_) {
         followLinks();
     }
-    auto entries = entries_;
-    for (auto& entry : *entries) {
+    for (auto& entry : *entries_) {
         if (isLinkLevel(entry)) {
             const auto found = std::ranges::find(traffic_, entry.name, &InterfaceTraffic::name);
             entry.statistics = found != traffic_.end()
@@ -93,7 +92,7 @@ std::optional<std::vector<InterfaceEntry>> LinuxNetworkInterfaces::getifaddrs() 
                                    : std::nullopt;
         }
     }
-    return entries;
+    return *entries_;
 }
 
 std::optional<std::string> LinuxNetworkInterfaces::getnameinfo(const InterfaceAddress& address) {

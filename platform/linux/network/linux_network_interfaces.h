@@ -22,7 +22,7 @@ public:
     /// `root` is the mount point of the machine's file system. Without a `source`, uses the running kernel.
     explicit LinuxNetworkInterfaces(std::string root = "/", std::unique_ptr<InterfaceSource> source = nullptr);
 
-    std::optional<std::vector<InterfaceEntry>> getifaddrs() override;
+    std::optional<std::span<const InterfaceEntry>> getifaddrs() override;
     std::optional<std::string> getnameinfo(const InterfaceAddress& address) override;
 
 private:
@@ -34,7 +34,7 @@ private:
     ReadBuffer buffer_;
     PersistentFile counters_;
     std::vector<InterfaceTraffic> traffic_;
-    std::optional<std::vector<InterfaceEntry>> entries_;  ///< without statistics
+    std::optional<std::vector<InterfaceEntry>> entries_;
     CountedTraffic counted_;
     bool areLinksFollowed_ = false;  ///< whether `counted_` has seen the links of `entries_`
 };

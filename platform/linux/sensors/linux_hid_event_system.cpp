@@ -26,19 +26,19 @@ void LinuxHIDEventSystem::setMatching(HIDClient client, std::int32_t primaryUsag
     }
 }
 
-std::optional<std::vector<HIDService>> LinuxHIDEventSystem::copyServices(HIDClient client) {
+std::optional<std::span<const HIDService>> LinuxHIDEventSystem::copyServices(HIDClient client) {
     if (client < 1 || client > matches_.size()) {
         return std::nullopt;
     }
     sensors_.refresh(clock_.monotonicNow());
-    std::vector<HIDService> services(matches_[client - 1] ? sensors_.count() : 0);
-    std::iota(services.begin(), services.end(), HIDService{1});
-    return services;
+    services_.resize(matches_[client - 1] ? sensors_.count() : 0);
+    std::iota(services_.begin(), services_.end(), HIDService{1});
+    return services_;
 }
 
-std::optional<std::string> LinuxHIDEventSystem::copyProduct(HIDService service) {
+std::optional<std::string_view> LinuxHIDEventSystem::copyProduct(HIDService service) {
     const bool isKnown = service >= 1 && service <= sensors_.count();
-    return isKnown ? std::optional(sensors_.name(service - 1)) : std::nullopt;
+    return isKnown ? std::optional<std::string_view>(sensors_.name(service - 1)) : std::nullopt;
 }
 
 std::optional<double> LinuxHIDEventSystem::copyTemperatureEvent(HIDService service) {

@@ -26,15 +26,16 @@ public:
     void setMatching(HIDClient client, std::int32_t primaryUsagePage, std::int32_t primaryUsage) override;
 
     /// nullopt: an unknown client.
-    std::optional<std::vector<HIDService>> copyServices(HIDClient client) override;
+    std::optional<std::span<const HIDService>> copyServices(HIDClient client) override;
 
-    std::optional<std::string> copyProduct(HIDService service) override;
+    std::optional<std::string_view> copyProduct(HIDService service) override;
     std::optional<double> copyTemperatureEvent(HIDService service) override;
 
 private:
     const Clock& clock_;
     TemperatureSensors sensors_;
     std::vector<bool> matches_;  ///< per client: whether its matching selects the sensors
+    std::vector<HIDService> services_;
 };
 
 }  // namespace kestro

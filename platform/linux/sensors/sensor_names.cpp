@@ -66,7 +66,7 @@ bool isFloatingInput(std::string_view label) {
 }
 
 bool isGraphicsName(std::string_view name) {
-    return lowered(name).find("gpu") != std::string::npos;
+    return containsLowered(name, "gpu");
 }
 
 }  // namespace kestro

@@ -71,6 +71,9 @@ class AppKitApplication final : public NativeApplication {
 public:
     AppKitApplication() = default;
     ~AppKitApplication() override {
+        if (activity_ != nil) {
+            [NSProcessInfo.processInfo endActivity:activity_];
+        }
         if (reopening_ != nil) {
             [NSAppleEventManager.sharedAppleEventManager removeEventHandlerForEventClass:coreEventClass
                                                                               andEventID:reopenApplication];
@@ -80,6 +83,12 @@ public:
     AppKitApplication& operator=(const AppKitApplication&) = delete;
 
     void becomeAccessory() override { [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory]; }
+
+    void preventAppNap() override {
+        activity_ = [NSProcessInfo.processInfo
+            beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                              reason:@"Readings in the menu bar"];
+    }
 
     void activate() override { [NSApp activateIgnoringOtherApps:YES]; }
 
@@ -98,6 +107,7 @@ public:
     }
 
 private:
+    id<NSObject> activity_ = nil;
     KestroReopenTarget* reopening_ = nil;
 };
 

@@ -149,12 +149,15 @@ public:
     AppKitStatusItem& operator=(const AppKitStatusItem&) = delete;
 
     void show(const NativeStatusContent& content) override {
-        NSStatusBarButton* const button = item_.button;
-        NSImage* const symbol = symbolOf(content);
-        button.image = symbol;
-        button.attributedTitle = titleOf(content, symbol != nil);
-        button.toolTip = content.toolTip.empty() ? nil : textOf(content.toolTip);
-        [button setAccessibilityLabel:textOf(content.accessibilityLabel)];
+        // AppKit empties its own pool after an event, and a program without windows may receive none for days.
+        @autoreleasepool {
+            NSStatusBarButton* const button = item_.button;
+            NSImage* const symbol = symbolOf(content);
+            button.image = symbol;
+            button.attributedTitle = titleOf(content, symbol != nil);
+            button.toolTip = content.toolTip.empty() ? nil : textOf(content.toolTip);
+            [button setAccessibilityLabel:textOf(content.accessibilityLabel)];
+        }
     }
 
     std::optional<NativeRect> frame() const override {

@@ -25,24 +25,37 @@ NSWindow* windowOf(NativeView view) {
     return ((__bridge NSView*)reinterpret_cast<void*>(view)).window;
 }
 
+/// AppKit builds a new frame for another mask, and the toolkit sees the content without a size meanwhile.
+void setStyleMask(NSWindow* window, NSWindowStyleMask mask) {
+    if (window.styleMask != mask) {
+        window.styleMask = mask;
+    }
+}
+
+void dressWindow(NSWindow* window, const NativeWindowStyle& style) {
+    setStyleMask(window, style.styleMask | (window.styleMask & NSWindowStyleMaskFullScreen));
+    window.titlebarAppearsTransparent = YES;
+    window.titleVisibility = NSWindowTitleHidden;
+    // The content has its own.
+    for (const NSWindowButton button : {NSWindowCloseButton, NSWindowMiniaturizeButton, NSWindowZoomButton}) {
+        [window standardWindowButton:button].hidden = YES;
+    }
+    // The content starts a drag of the window itself: to AppKit, the toolkit's single view is all background.
+    window.movableByWindowBackground = NO;
+    window.opaque = NO;
+    window.backgroundColor = NSColor.clearColor;
+    window.hasShadow = YES;
+    window.collectionBehavior = style.collectionBehavior;
+    window.animationBehavior = static_cast<NSWindowAnimationBehavior>(style.animationBehavior);
+}
+
 class AppKitWindows final : public NativeWindows {
 public:
     void dress(NativeView view, const NativeWindowStyle& style) override {
-        NSWindow* const window = windowOf(view);
-        window.styleMask = style.styleMask | (window.styleMask & NSWindowStyleMaskFullScreen);
-        window.titlebarAppearsTransparent = YES;
-        window.titleVisibility = NSWindowTitleHidden;
-        // The content has its own.
-        for (const NSWindowButton button : {NSWindowCloseButton, NSWindowMiniaturizeButton, NSWindowZoomButton}) {
-            [window standardWindowButton:button].hidden = YES;
+        // A new frame leaves the window in the pool, and before the event loop runs there is none.
+        @autoreleasepool {
+            dressWindow(windowOf(view), style);
         }
-        // The content starts a drag of the window itself: to AppKit, the toolkit's single view is all background.
-        window.movableByWindowBackground = NO;
-        window.opaque = NO;
-        window.backgroundColor = NSColor.clearColor;
-        window.hasShadow = YES;
-        window.collectionBehavior = style.collectionBehavior;
-        window.animationBehavior = static_cast<NSWindowAnimationBehavior>(style.animationBehavior);
     }
 
     void setLevel(NativeView view, std::int64_t level) override {

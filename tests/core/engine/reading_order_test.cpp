@@ -65,11 +65,13 @@ public:
     void setMatching(HIDClient client, std::int32_t page, std::int32_t usage) override {
         inner_.setMatching(client, page, usage);
     }
-    std::optional<std::vector<HIDService>> copyServices(HIDClient client) override {
+    std::optional<std::span<const HIDService>> copyServices(HIDClient client) override {
         log_.add("thermals");
         return inner_.copyServices(client);
     }
-    std::optional<std::string> copyProduct(HIDService service) override { return inner_.copyProduct(service); }
+    std::optional<std::string_view> copyProduct(HIDService service) override {
+        return inner_.copyProduct(service);
+    }
     std::optional<double> copyTemperatureEvent(HIDService service) override {
         return inner_.copyTemperatureEvent(service);
     }
@@ -95,7 +97,7 @@ private:
 class LoggedInterfaces final : public NetworkInterfaces {
 public:
     LoggedInterfaces(Log& log, NetworkInterfaces& inner) : log_(log), inner_(inner) {}
-    std::optional<std::vector<InterfaceEntry>> getifaddrs() override {
+    std::optional<std::span<const InterfaceEntry>> getifaddrs() override {
         log_.add("network");
         return inner_.getifaddrs();
     }

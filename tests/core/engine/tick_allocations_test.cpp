@@ -56,6 +56,21 @@ TEST_F(TickAllocationsTest, ALightTickAllocatesNothingWithManyFansAndLongCluster
     EXPECT_EQ(seenFans, 10u * 55);
 }
 
+TEST_F(TickAllocationsTest, ALightTickAllocatesNothingWithEverySourceButTheBatteryShown) {
+    engine().setReadoutSources({TelemetrySource::memory, TelemetrySource::cpu, TelemetrySource::thermals,
+                                TelemetrySource::fans, TelemetrySource::network, TelemetrySource::disk});
+    std::int64_t seenSensors = 0;
+    double seenTraffic = 0;
+    const auto onThermals =
+        engine().thermals.subscribe([&](const auto& newest) { seenSensors += newest.sensorCount; });
+    const auto onNetwork =
+        engine().network.subscribe([&](const auto& newest) { seenTraffic += newest.downloadBytesPerSec; });
+
+    EXPECT_EQ(allocationsInSteadyState(), 0);
+    EXPECT_EQ(seenSensors, 20 * 55);
+    EXPECT_GT(seenTraffic, 0);
+}
+
 TEST_F(TickAllocationsTest, ALightTickAllocatesNothingWhileEveryCallFails) {
     settings.menubarDisplayMode.set(MenubarDisplayMode::combined);
     mac.smc.informationFailure.always();

@@ -88,10 +88,10 @@ public:
 /// One interface without traffic, and a clock; measures from the list to the timestamp of the reading.
 class GaugedNetwork final : public NetworkInterfaces, public Clock {
 public:
-    std::optional<std::vector<InterfaceEntry>> getifaddrs() override {
+    std::optional<std::span<const InterfaceEntry>> getifaddrs() override {
         gauge.enter();
         hasListed_ = true;
-        return std::vector{SimulatedNetworkInterfaces::link("eth0", 1000, 1000)};
+        return entries_;
     }
     std::optional<std::string> getnameinfo(const InterfaceAddress&) override { return std::nullopt; }
     WallTime wallNow() const override { return {}; }
@@ -105,6 +105,7 @@ public:
     mutable OverlapGauge gauge;
 
 private:
+    const std::vector<InterfaceEntry> entries_{SimulatedNetworkInterfaces::link("eth0", 1000, 1000)};
     std::atomic<bool> hasListed_ = false;
 };
 

@@ -34,7 +34,7 @@ TYPED_TEST_P(HIDEventSystemContract, ListsSensorsInAStableOrder) {
         std::vector<std::optional<std::string>> names;
         const auto services = system.copyServices(client).value();
         for (const auto service : services) {
-            names.push_back(system.copyProduct(service));
+            names.emplace_back(system.copyProduct(service));
         }
         return names;
     };

@@ -15,7 +15,10 @@ namespace kestro {
 template <typename Subject>
 class NetworkInterfacesContract : public testing::Test {
 protected:
-    std::vector<InterfaceEntry> entries() { return subject.port().getifaddrs().value(); }
+    std::vector<InterfaceEntry> entries() {
+        const auto listed = subject.port().getifaddrs().value();
+        return {listed.begin(), listed.end()};
+    }
 
     Subject subject;
 };

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace kestro {
 namespace {
@@ -25,6 +26,12 @@ HIDClient temperatureClient(MacHIDEventSystem& system) {
     const auto client = system.createClient().value();
     system.setMatching(client, 0xFF00, 5);
     return client;
+}
+
+/// A copy of the list, which outlives the next one.
+std::vector<HIDService> listed(MacHIDEventSystem& system, HIDClient client) {
+    const auto services = system.copyServices(client).value();
+    return {services.begin(), services.end()};
 }
 
 TEST(MacHIDEventSystem, ListsOnlyMatchingServices) {
@@ -63,7 +70,7 @@ TEST(MacHIDEventSystem, KeepsVanishedServicesUntilTheNextList) {
     }
     MacHIDEventSystem system;
     const auto client = temperatureClient(system);
-    const auto services = system.copyServices(client).value();
+    const auto services = listed(system, client);
 
     for (std::size_t index = 0; index < services.size(); index += 3) {
         mac.ioKit.sensors[index].hasVanished = true;
@@ -86,8 +93,8 @@ TEST(MacHIDEventSystem, KeepsClientsApart) {
     const auto first = temperatureClient(system);
     const auto second = system.createClient().value();
 
-    const auto some = system.copyServices(first).value();
-    const auto all = system.copyServices(second).value();
+    const auto some = listed(system, first);
+    const auto all = listed(system, second);
 
     EXPECT_EQ(some.size(), 1U);
     ASSERT_EQ(all.size(), 2U);

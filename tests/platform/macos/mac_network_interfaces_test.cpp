@@ -9,6 +9,7 @@
 #include <net/if_types.h>
 #include <sys/socket.h>
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -35,7 +36,7 @@ FakeInterface ipv4(std::string name, std::array<std::uint8_t, 4> address) {
     return {.name = std::move(name), .flags = active, .family = AF_INET, .ipv4 = address};
 }
 
-std::vector<std::string> linkNames(const std::vector<InterfaceEntry>& entries) {
+std::vector<std::string> linkNames(std::span<const InterfaceEntry> entries) {
     std::vector<std::string> names;
     for (const auto& entry : entries) {
         if (entry.address && entry.address->family == AddressFamily::link) {
@@ -56,14 +57,14 @@ TEST(MacNetworkInterfaces, PassesEntriesOnInTheSystemsOrder) {
 
     ASSERT_TRUE(entries);
     ASSERT_EQ(entries->size(), 4U);
-    EXPECT_EQ(entries->at(0).flags, interfaceUp | interfaceRunning | interfaceLoopback);
-    EXPECT_EQ(entries->at(2).name, "en0");
-    EXPECT_EQ(entries->at(2).address->family, AddressFamily::link);
-    EXPECT_EQ(entries->at(2).statistics->receivedBytes, 4'000'000'000U);
-    EXPECT_EQ(entries->at(2).statistics->sentBytes, 2000U);
-    EXPECT_EQ(entries->at(3).address->family, AddressFamily::ipv4);
-    EXPECT_THAT(entries->at(3).address->ipv4, ElementsAre(192, 168, 1, 5));
-    EXPECT_FALSE(entries->at(3).statistics);
+    EXPECT_EQ((*entries)[0].flags, interfaceUp | interfaceRunning | interfaceLoopback);
+    EXPECT_EQ((*entries)[2].name, "en0");
+    EXPECT_EQ((*entries)[2].address->family, AddressFamily::link);
+    EXPECT_EQ((*entries)[2].statistics->receivedBytes, 4'000'000'000U);
+    EXPECT_EQ((*entries)[2].statistics->sentBytes, 2000U);
+    EXPECT_EQ((*entries)[3].address->family, AddressFamily::ipv4);
+    EXPECT_THAT((*entries)[3].address->ipv4, ElementsAre(192, 168, 1, 5));
+    EXPECT_FALSE((*entries)[3].statistics);
 }
 
 TEST(MacNetworkInterfaces, AcceptsEntriesWithoutAddressOrStatistics) {
@@ -77,9 +78,9 @@ TEST(MacNetworkInterfaces, AcceptsEntriesWithoutAddressOrStatistics) {
 
     ASSERT_TRUE(entries);
     ASSERT_EQ(entries->size(), 3U);
-    EXPECT_FALSE(entries->at(0).address);
-    EXPECT_FALSE(entries->at(1).statistics);
-    EXPECT_EQ(entries->at(2).address->family, AddressFamily::other);
+    EXPECT_FALSE((*entries)[0].address);
+    EXPECT_FALSE((*entries)[1].statistics);
+    EXPECT_EQ((*entries)[2].address->family, AddressFamily::other);
 }
 
 TEST(MacNetworkInterfaces, OmitsLinksThatRepeatTraffic) {

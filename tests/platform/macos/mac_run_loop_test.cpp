@@ -220,6 +220,16 @@ TEST(MacRunLoop, ConsentsToEverySleep) {
     EXPECT_THAT(loop.mac.ioKit.allowedChanges, ElementsAre(17, 18));
 }
 
+TEST(MacRunLoop, DeregistersIfItCannotReceiveMessages) {
+    FakeMac mac;
+    mac.failing.insert("IONotificationPortGetRunLoopSource");
+    MacClock clock;
+    const MacRunLoop runLoop(clock);
+
+    EXPECT_FALSE(mac.ioKit.powerClient);
+    EXPECT_THAT(mac.misuse(), IsEmpty());
+}
+
 TEST(MacRunLoop, TimersMayOutliveIt) {
     FakeMac mac;
     MacClock clock;

@@ -102,7 +102,7 @@ TEST(SimulatedMac, StopsMovingOnceFrozen) {
 
 TEST(SimulatedMac, MovesTrafficOverTheFirstRealInterface) {
     SimulatedMac mac;
-    const auto before = *mac.networkInterfaces.getifaddrs();
+    const auto before = mac.networkInterfaces.entries;
 
     mac.advance(1min);
     const auto after = *mac.networkInterfaces.getifaddrs();

@@ -121,6 +121,7 @@ public:
 class FakeApplication final : public NativeApplication {
 public:
     void becomeAccessory() override {}
+    void preventAppNap() override {}
     void activate() override { ++activations; }
     void setReopenHandler(std::function<void()>) override {}
     std::unique_ptr<NativeWatch> watchPresses(std::function<void()> onPress) override {

@@ -45,7 +45,7 @@ TEST_F(MacSingleInstanceTest, ReplacesAnInstanceThatIsEnding) {
 }
 
 TEST_F(MacSingleInstanceTest, IsFirstWhereTheLockCannotBeWritten) {
-    const QString nowhere = QStringLiteral("/nonexistent/instance.lock");
+    const QString nowhere = QStringLiteral("/dev/null/instance.lock");
     const MacSingleInstance first(nowhere, showDashboard);
     const MacSingleInstance second(nowhere, showDashboard);
 

@@ -3,6 +3,7 @@
 #include "core/telemetry/network_reader.h"
 #include "tests/platform/linux/network/recorded_interfaces.h"
 #include "tests/platform/linux/support.h"
+#include "tests/support/allocation_counter.h"
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -11,6 +12,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 
 namespace kestro {
@@ -32,7 +34,7 @@ public:
     /// The name of every entry, in order.
     std::vector<std::string> names() {
         std::vector<std::string> result;
-        for (const auto& entry : interfaces->getifaddrs().value_or(std::vector<InterfaceEntry>{})) {
+        for (const auto& entry : entries()) {
             result.push_back(entry.name);
         }
         return result;
@@ -40,7 +42,7 @@ public:
 
     std::vector<std::string> links() {
         std::vector<std::string> names;
-        for (const auto& entry : interfaces->getifaddrs().value_or(std::vector<InterfaceEntry>{})) {
+        for (const auto& entry : entries()) {
             if (entry.address && entry.address->family == AddressFamily::link) {
                 names.push_back(entry.name);
             }
@@ -49,12 +51,16 @@ public:
     }
 
     std::optional<InterfaceStatistics> statistics(const std::string& name) {
-        for (const auto& entry : interfaces->getifaddrs().value_or(std::vector<InterfaceEntry>{})) {
+        for (const auto& entry : entries()) {
             if (entry.name == name && entry.address->family == AddressFamily::link) {
                 return entry.statistics;
             }
         }
         return std::nullopt;
+    }
+
+    std::span<const InterfaceEntry> entries() {
+        return interfaces->getifaddrs().value_or(std::span<const InterfaceEntry>());
     }
 
     RecordedInterfaces* source = nullptr;
@@ -87,9 +93,21 @@ TEST(LinuxNetworkInterfaces, KeepsEveryAddressInTheSystemsOrder) {
     EXPECT_THAT(desktop.names(), ElementsAre("lo", "enp4s0", "enp5s0", "lo", "lo", "bond0", "bond0.30", "bond0",
                                              "bond0.30", "virbr0", "virbr0", "vnet0"));
     const auto entries = desktop.interfaces->getifaddrs();
-    EXPECT_EQ(entries->at(5).address->ipv4, (std::array<std::uint8_t, 4>{10, 0, 0, 17}));
-    EXPECT_FALSE(entries->at(5).statistics);
-    EXPECT_EQ(entries->at(1).flags & 0x49U, 0x41U);
+    EXPECT_EQ((*entries)[5].address->ipv4, (std::array<std::uint8_t, 4>{10, 0, 0, 17}));
+    EXPECT_FALSE((*entries)[5].statistics);
+    EXPECT_EQ((*entries)[1].flags & 0x49U, 0x41U);
+}
+
+TEST(LinuxNetworkInterfaces, CountsTrafficWithoutAllocating) {
+    Machine desktop(fixture("amd-desktop"));
+    ASSERT_TRUE(desktop.interfaces->getifaddrs());
+
+    const auto before = test::allocationsOfThisThread();
+    const auto entries = desktop.interfaces->getifaddrs();
+    const auto after = test::allocationsOfThisThread();
+
+    EXPECT_EQ(entries->size(), 12U);
+    EXPECT_EQ(after, before);
 }
 
 TEST(LinuxNetworkInterfaces, ListsInterfacesThatOnlyRepeatTrafficLast) {

@@ -5,6 +5,7 @@
 #include "tests/support/temporary_directory.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <gtest/gtest.h>
 #include <linux/if_tun.h>
 #include <sys/wait.h>
@@ -16,6 +17,7 @@
 #include <cstdlib>
 #include <functional>
 #include <ostream>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -133,7 +135,8 @@ int look(const Setup& setup, const std::string& root) {
     LinuxNetworkInterfaces interfaces(root);
     Names links;
     bool haveStatistics = true;
-    for (const auto& entry : interfaces.getifaddrs().value_or(std::vector<InterfaceEntry>{})) {
+    const auto entries = interfaces.getifaddrs().value_or(std::span<const InterfaceEntry>());
+    for (const auto& entry : entries) {
         // Some kernels add unused tunnels to every namespace.
         const bool isOurs = std::ranges::find(ours, entry.name) != ours.end();
         if (isOurs && entry.address && entry.address->family == AddressFamily::link) {

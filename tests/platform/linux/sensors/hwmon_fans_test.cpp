@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -235,7 +236,8 @@ TEST(HwmonFans, SharesTheReadingsOfADeviceWithTheTemperatures) {
 
     clock.advance(5s);
     const auto client = sensors.createClient().value_or(0);
-    for (const auto sensor : sensors.copyServices(client).value_or(std::vector<HIDService>{})) {
+    const auto listed = sensors.copyServices(client).value_or(std::span<const HIDService>());
+    for (const auto sensor : listed) {
         const bool isGraphics = sensors.copyProduct(sensor).value_or("").starts_with("amdgpu");
         EXPECT_TRUE(!isGraphics || !sensors.copyTemperatureEvent(sensor)) << "the fan was read 5 s ago";
     }

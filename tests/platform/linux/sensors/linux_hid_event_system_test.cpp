@@ -2,10 +2,12 @@
 
 #include "tests/platform/linux/failing_reads.h"
 #include "tests/platform/linux/sensors/sensor_readings.h"
+#include "tests/support/allocation_counter.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 
 namespace kestro {
@@ -192,6 +194,26 @@ TEST(LinuxHIDEventSystem, MatchesOnlyTheUsageOfTemperatureSensors) {
     sensors.system.setMatching(sensors.client, 1, 6);
 
     EXPECT_THAT(sensors.names(), IsEmpty());
+}
+
+TEST(LinuxHIDEventSystem, ReadsSensorsWithoutAllocating) {
+    Sensors sensors(fixture("amd-desktop"));
+    sensors.readings();
+
+    const auto before = test::allocationsOfThisThread();
+    double sum = 0;
+    std::size_t letters = 0;
+    for (int tick = 0; tick < 30; ++tick) {
+        sensors.clock.advance(1s);
+        for (const auto service : sensors.services()) {
+            letters += sensors.system.copyProduct(service)->size();
+            sum += sensors.system.copyTemperatureEvent(service).value_or(0);
+        }
+    }
+
+    EXPECT_EQ(test::allocationsOfThisThread() - before, 0);
+    EXPECT_GT(sum, 30 * 20.0);
+    EXPECT_GT(letters, 0U);
 }
 
 TEST(LinuxHIDEventSystem, RejectsUnknownClientsAndServices) {

@@ -12,6 +12,7 @@
 #include <cctype>
 #include <ostream>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -43,10 +44,11 @@ protected:
         LinuxHIDEventSystem sensors(clock_, tree_.root());
         const auto client = sensors.createClient().value_or(0);
         std::vector<std::string> names;
-        for (const auto service : sensors.copyServices(client).value_or(std::vector<HIDService>{})) {
+        const auto services = sensors.copyServices(client).value_or(std::span<const HIDService>());
+        for (const auto service : services) {
             const auto name = sensors.copyProduct(service).value_or("");
             if (isDieName(name)) {
-                names.push_back(name);
+                names.emplace_back(name);
             }
         }
         return names;

@@ -4,6 +4,7 @@
 #include "tests/platform/linux/support.h"
 
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -16,10 +17,14 @@ public:
         system.setMatching(client, 0xFF00, 5);
     }
 
+    std::span<const HIDService> services() {
+        return system.copyServices(client).value_or(std::span<const HIDService>());
+    }
+
     std::vector<std::string> names() {
         std::vector<std::string> result;
-        for (const auto service : system.copyServices(client).value_or(std::vector<HIDService>{})) {
-            result.push_back(system.copyProduct(service).value_or("?"));
+        for (const auto service : services()) {
+            result.emplace_back(system.copyProduct(service).value_or("?"));
         }
         return result;
     }
@@ -27,9 +32,9 @@ public:
     /// The sensors that have a reading.
     std::map<std::string, double> readings() {
         std::map<std::string, double> result;
-        for (const auto service : system.copyServices(client).value_or(std::vector<HIDService>{})) {
+        for (const auto service : services()) {
             if (const auto temperature = system.copyTemperatureEvent(service)) {
-                result[system.copyProduct(service).value_or("?")] = *temperature;
+                result.emplace(system.copyProduct(service).value_or("?"), *temperature);
             }
         }
         return result;

@@ -79,11 +79,11 @@ CFTypeRef IOHIDServiceClientCopyProperty(IOHIDServiceClientRef service, CFString
     return mac().objects.makeValue(*sensor.product);
 }
 
-IOHIDEventRef IOHIDServiceClientCopyEvent(IOHIDServiceClientRef service, std::int64_t type, std::int32_t options,
-                                          std::int64_t timestamp) {
+IOHIDEventRef IOHIDServiceClientCopyEvent(IOHIDServiceClientRef service, std::uint32_t type,
+                                          IOHIDEventRef matching, std::uint32_t options) {
     const FakeSensor& sensor = sensorOf(mac().objects.use(service, FakeType::hidService));
     if (mac().fails("IOHIDServiceClientCopyEvent") || sensor.hasVanished || !sensor.temperature || type != 15 ||
-        options != 0 || timestamp != 0) {
+        matching != nullptr || options != 0) {
         return nullptr;
     }
     auto* const event = mac().objects.make(FakeType::hidEvent);
@@ -91,7 +91,7 @@ IOHIDEventRef IOHIDServiceClientCopyEvent(IOHIDServiceClientRef service, std::in
     return reinterpret_cast<IOHIDEventRef>(event);
 }
 
-double IOHIDEventGetFloatValue(IOHIDEventRef event, std::int32_t field) {
+double IOHIDEventGetFloatValue(IOHIDEventRef event, std::uint32_t field) {
     const auto& value = mac().objects.use(event, FakeType::hidEvent).value;
     return field == 0xF0000 ? std::get<double>(value) : -1;
 }

@@ -182,36 +182,32 @@ CFTypeRef IOPSCopyPowerSourcesInfo() {
     if (mac().fails("IOPSCopyPowerSourcesInfo") || !ioKit().powerSources) {
         return nullptr;
     }
-    // Holds every description, under the index of its source.
-    auto* const information = mac().objects.make(FakeType::powerSources);
+    // As in IOKit, this is an array of the descriptions.
+    FakeList descriptions;
     for (const auto& source : *ioKit().powerSources) {
-        information->children.push_back(source ? mac().objects.makeValue({*source})
-                                               : mac().objects.makeValue({OddObject{}}));
+        descriptions.push_back(source ? FakeValue{*source} : FakeValue{OddObject{}});
     }
-    return information;
+    return mac().objects.makeValue({descriptions});
 }
 
 CFArrayRef IOPSCopyPowerSourcesList(CFTypeRef information) {
-    const auto& sources = mac().objects.use(information, FakeType::powerSources).children;
+    const auto& descriptions = mac().objects.use(information, FakeType::array).children;
     if (mac().fails("IOPSCopyPowerSourcesList") || !ioKit().listsSources) {
         return nullptr;
     }
     auto* const list = mac().objects.make(FakeType::array);
-    for (std::size_t index = 0; index < sources.size(); ++index) {
-        auto* const source = mac().objects.make(FakeType::odd);
-        source->index = index;
-        list->children.push_back(source);
+    for (const FakeObject* description : descriptions) {
+        mac().objects.retain(description);
+        list->children.push_back(description);
     }
     return reinterpret_cast<CFArrayRef>(list);
 }
 
 CFDictionaryRef IOPSGetPowerSourceDescription(CFTypeRef information, CFTypeRef source) {
-    const auto index = mac().objects.use(source).index;
-    const auto* const description = mac().objects.use(information, FakeType::powerSources).children.at(index);
-    if (mac().fails("IOPSGetPowerSourceDescription") || description->type == FakeType::odd) {
-        return nullptr;
-    }
-    return reinterpret_cast<CFDictionaryRef>(description);
+    mac().objects.use(information, FakeType::array);
+    mac().objects.use(source);
+    // A source is its description, with nothing to release.
+    return mac().fails("IOPSGetPowerSourceDescription") ? nullptr : static_cast<CFDictionaryRef>(source);
 }
 
 CFRunLoopSourceRef IOPSNotificationCreateRunLoopSource(IOPowerSourceCallbackType callback, void* context) {
@@ -271,8 +267,8 @@ IOReturn IOAllowPowerChange(io_connect_t rootPowerDomain, std::intptr_t notifica
 }
 
 CFRunLoopSourceRef IONotificationPortGetRunLoopSource(IONotificationPortRef) {
-    // Only ever added to the run loop, which starts the delivery.
-    return FakeRunLoop::powerSource();
+    // Only ever added to the run loop, which starts the delivery. The port keeps it.
+    return mac().fails("IONotificationPortGetRunLoopSource") ? nullptr : FakeRunLoop::powerSource();
 }
 
 void IONotificationPortDestroy(IONotificationPortRef) {

@@ -51,7 +51,7 @@ public:
 
     std::vector<FakeSensor> sensors;
 
-    /// nullopt: a source without a description.
+    /// nullopt: a source whose description is no dictionary.
     std::optional<std::vector<std::optional<FakeDictionary>>> powerSources;
     bool listsSources = true;
 

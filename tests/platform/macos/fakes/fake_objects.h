@@ -45,7 +45,6 @@ enum class FakeType : CFTypeID {
     hidClient,
     hidService,
     hidEvent,
-    powerSources,
 };
 
 /// A reference-counted object behind a Core Foundation pointer.

@@ -102,11 +102,15 @@ void FakeRunLoop::advance(std::chrono::nanoseconds duration) {
     while (Timer* const timer = dueBy(bootDate + static_cast<double>(end) / 1e9)) {
         const auto due = static_cast<std::uint64_t>(std::max(0.0, (timer->fireDate - bootDate) * 1e9));
         mac().kernel.uptime = std::max(mac().kernel.uptime, std::min(due, end));
-        timer->fireDate += timer->interval;
+        const double fired = timer->fireDate;
         ++timer->firings;
         timer->isFiring = true;
         timer->callback(nullptr, timer->info);
         timer->isFiring = false;
+        // A date from within the call counts only if it is later than the one that has come.
+        if (timer->fireDate <= fired) {
+            timer->fireDate = fired + timer->interval;
+        }
         runPending();
     }
     mac().kernel.uptime = std::max(mac().kernel.uptime, end);

@@ -1,7 +1,8 @@
 #pragma once
 
-// Only what shell/macos uses of AppKit and Foundation, with the names, types and values of the macOS 13 SDK. For
-// checking the Objective-C++ on systems without that SDK; nothing here is implemented.
+// Only what shell/macos uses of AppKit and Foundation, with the names, types, values and nullability of the
+// system's own headers, compared with the bindings that others publish of those. For checking
+// the Objective-C++ on systems without an SDK; nothing here is implemented.
 
 #include <cstddef>
 #include <cstdint>

@@ -2,10 +2,15 @@
 
 // Part of AppKit.h: Foundation.
 
+#pragma clang assume_nonnull begin
+
 @class NSString;
 
+@protocol NSObject
+@end
+
 __attribute__((objc_root_class))
-@interface NSObject
+@interface NSObject<NSObject>
 + (instancetype)alloc;
 - (instancetype)init;
 @end
@@ -14,7 +19,7 @@ struct NSFastEnumerationState;
 
 @interface NSArray<ObjectType> : NSObject
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
-                                  objects:(id __unsafe_unretained*)buffer
+                                  objects:(id __unsafe_unretained _Nullable*)buffer
                                     count:(NSUInteger)length;
 @end
 
@@ -28,14 +33,17 @@ using NSStringEncoding = NSUInteger;
 enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 
 @interface NSString : NSObject
-- (instancetype)initWithBytes:(const void*)bytes length:(NSUInteger)length encoding:(NSStringEncoding)encoding;
+- (nullable instancetype)initWithBytes:(const void*)bytes
+                                length:(NSUInteger)length
+                              encoding:(NSStringEncoding)encoding;
 - (BOOL)isEqualToString:(NSString*)string;
 @end
 
 using NSAttributedStringKey = NSString*;
 
 @interface NSAttributedString : NSObject
-- (instancetype)initWithString:(NSString*)string attributes:(NSDictionary<NSAttributedStringKey, id>*)attributes;
+- (instancetype)initWithString:(NSString*)string
+                    attributes:(nullable NSDictionary<NSAttributedStringKey, id>*)attributes;
 @end
 
 using NSNotificationName = NSString*;
@@ -48,10 +56,10 @@ using NSNotificationName = NSString*;
 @end
 
 @interface NSNotificationCenter : NSObject
-- (id)addObserverForName:(NSNotificationName)name
-                  object:(id)object
-                   queue:(NSOperationQueue*)queue
-              usingBlock:(void (^)(NSNotification* notification))block;
+- (id<NSObject>)addObserverForName:(nullable NSNotificationName)name
+                            object:(nullable id)object
+                             queue:(nullable NSOperationQueue*)queue
+                        usingBlock:(void (^)(NSNotification* notification))block;
 - (void)removeObserver:(id)observer;
 @end
 
@@ -69,3 +77,18 @@ using AEEventID = std::uint32_t;
              andEventID:(AEEventID)eventID;
 - (void)removeEventHandlerForEventClass:(AEEventClass)eventClass andEventID:(AEEventID)eventID;
 @end
+
+using NSActivityOptions = std::uint64_t;
+enum : NSActivityOptions {
+    NSActivityIdleSystemSleepDisabled = 1ULL << 20,
+    NSActivityUserInitiated = 0x00FFFFFFULL | NSActivityIdleSystemSleepDisabled,
+    NSActivityUserInitiatedAllowingIdleSystemSleep = NSActivityUserInitiated & ~NSActivityIdleSystemSleepDisabled,
+};
+
+@interface NSProcessInfo : NSObject
+@property(class, readonly, strong) NSProcessInfo* processInfo;
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason;
+- (void)endActivity:(id<NSObject>)activity;
+@end
+
+#pragma clang assume_nonnull end

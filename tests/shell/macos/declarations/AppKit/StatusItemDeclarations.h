@@ -2,6 +2,8 @@
 
 // Part of AppKit.h: the application, its events, the menu bar and what is shown there.
 
+#pragma clang assume_nonnull begin
+
 @class NSView;
 @class NSWindow;
 
@@ -27,8 +29,9 @@ enum : NSEventModifierFlags {
 @interface NSEvent : NSObject
 @property(readonly) NSEventType type;
 @property(readonly) NSEventModifierFlags modifierFlags;
-+ (id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask handler:(void (^)(NSEvent* event))block;
-+ (id)addLocalMonitorForEventsMatchingMask:(NSEventMask)mask handler:(NSEvent* (^)(NSEvent* event))block;
++ (nullable id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask handler:(void (^)(NSEvent* event))block;
++ (nullable id)addLocalMonitorForEventsMatchingMask:(NSEventMask)mask
+                                            handler:(NSEvent* _Nullable (^)(NSEvent* event))block;
 + (void)removeMonitor:(id)eventMonitor;
 @end
 
@@ -39,7 +42,7 @@ enum NSApplicationActivationPolicy : NSInteger {
 };
 
 @interface NSApplication : NSObject
-@property(readonly, strong) NSEvent* currentEvent;
+@property(nullable, readonly, strong) NSEvent* currentEvent;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
 - (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
 @end
@@ -71,11 +74,12 @@ using NSFontWeight = CGFloat;
 @end
 
 @interface NSImage : NSObject
-+ (instancetype)imageWithSystemSymbolName:(NSString*)symbolName accessibilityDescription:(NSString*)description;
++ (nullable instancetype)imageWithSystemSymbolName:(NSString*)name
+                          accessibilityDescription:(nullable NSString*)description;
 + (NSImage*)imageWithSize:(NSSize)size
                   flipped:(BOOL)drawingHandlerShouldBeCalledWithFlippedContext
            drawingHandler:(BOOL (^)(NSRect dstRect))drawingHandler;
-- (NSImage*)imageWithSymbolConfiguration:(NSImageSymbolConfiguration*)configuration;
+- (nullable NSImage*)imageWithSymbolConfiguration:(NSImageSymbolConfiguration*)configuration;
 @end
 
 using NSControlStateValue = NSInteger;
@@ -86,22 +90,24 @@ static const NSControlStateValue NSControlStateValueOn = 1;
 
 @interface NSMenuItem : NSObject
 + (NSMenuItem*)separatorItem;
-- (instancetype)initWithTitle:(NSString*)string action:(SEL)selector keyEquivalent:(NSString*)charCode;
+- (instancetype)initWithTitle:(NSString*)string action:(nullable SEL)selector keyEquivalent:(NSString*)charCode;
 @property NSEventModifierFlags keyEquivalentModifierMask;
-@property(weak) id target;
-@property(strong) id representedObject;
+@property(nullable, weak) id target;
+@property(nullable, strong) id representedObject;
 @property NSInteger tag;
 @property(getter=isEnabled) BOOL enabled;
 @property NSControlStateValue state;
-@property(strong) NSImage* image;
-@property(strong) NSMenu* submenu;
+@property(nullable, strong) NSImage* image;
+@property(nullable, strong) NSMenu* submenu;
 @end
 
 @interface NSMenu : NSObject
 - (instancetype)initWithTitle:(NSString*)title;
 - (void)addItem:(NSMenuItem*)newItem;
 @property BOOL autoenablesItems;
-- (BOOL)popUpMenuPositioningItem:(NSMenuItem*)item atLocation:(NSPoint)location inView:(NSView*)view;
+- (BOOL)popUpMenuPositioningItem:(nullable NSMenuItem*)item
+                      atLocation:(NSPoint)location
+                          inView:(nullable NSView*)view;
 @end
 
 @class NSStatusItem;
@@ -114,16 +120,16 @@ static const NSControlStateValue NSControlStateValueOn = 1;
 @end
 
 @interface NSStatusItem : NSObject
-@property(readonly, strong) NSStatusBarButton* button;
-@property(copy) NSString* autosaveName;
-@property(strong) NSMenu* menu;
+@property(nullable, readonly, strong) NSStatusBarButton* button;
+@property(null_resettable, copy) NSString* autosaveName;
+@property(nullable, strong) NSMenu* menu;
 @end
 
 static const CGFloat NSVariableStatusItemLength = -1.0;
 
 extern "C" {
 
-extern NSApplication* NSApp;
+extern __kindof NSApplication* _Null_unspecified NSApp;
 extern const NSFontWeight NSFontWeightMedium;
 extern NSAttributedStringKey const NSFontAttributeName;
 extern NSAttributedStringKey const NSForegroundColorAttributeName;
@@ -131,3 +137,5 @@ extern NSNotificationName const NSWorkspaceAccessibilityDisplayOptionsDidChangeN
 
 void NSRectFill(NSRect rect);
 }
+
+#pragma clang assume_nonnull end

@@ -2,11 +2,13 @@
 
 // Part of AppKit.h: views, buttons and windows.
 
+#pragma clang assume_nonnull begin
+
 using NSUserInterfaceItemIdentifier = NSString*;
 using NSAppearanceName = NSString*;
 
 @interface NSAppearance : NSObject
-+ (NSAppearance*)appearanceNamed:(NSAppearanceName)name;
++ (nullable NSAppearance*)appearanceNamed:(NSAppearanceName)name;
 @end
 
 enum NSWindowOrderingMode : NSInteger { NSWindowAbove = 1, NSWindowBelow = -1, NSWindowOut = 0 };
@@ -16,33 +18,33 @@ enum : NSAutoresizingMaskOptions { NSViewWidthSizable = 2, NSViewHeightSizable =
 
 @interface NSView : NSObject
 - (instancetype)initWithFrame:(NSRect)frameRect;
-@property(readonly, unsafe_unretained) NSWindow* window;
-@property(readonly, unsafe_unretained) NSView* superview;
+@property(nullable, readonly, unsafe_unretained) NSWindow* window;
+@property(nullable, readonly, unsafe_unretained) NSView* superview;
 @property(copy) NSArray<__kindof NSView*>* subviews;
-@property(copy) NSUserInterfaceItemIdentifier identifier;
-@property(strong) NSAppearance* appearance;
+@property(nullable, copy) NSUserInterfaceItemIdentifier identifier;
+@property(nullable, strong) NSAppearance* appearance;
 @property NSRect frame;
 @property NSRect bounds;
 @property NSAutoresizingMaskOptions autoresizingMask;
 @property(getter=isHidden) BOOL hidden;
-@property(copy) NSString* toolTip;
-- (void)addSubview:(NSView*)view positioned:(NSWindowOrderingMode)place relativeTo:(NSView*)otherView;
+@property(nullable, copy) NSString* toolTip;
+- (void)addSubview:(NSView*)view positioned:(NSWindowOrderingMode)place relativeTo:(nullable NSView*)otherView;
 - (void)removeFromSuperview;
-- (NSRect)convertRect:(NSRect)rect toView:(NSView*)view;
-- (void)setAccessibilityLabel:(NSString*)accessibilityLabel;
+- (NSRect)convertRect:(NSRect)rect toView:(nullable NSView*)view;
+- (void)setAccessibilityLabel:(nullable NSString*)accessibilityLabel;
 @end
 
 enum NSCellImagePosition : NSUInteger { NSImageLeading = 7 };
 
 @interface NSControl : NSView
-@property(weak) id target;
-@property SEL action;
+@property(nullable, weak) id target;
+@property(nullable) SEL action;
 - (NSInteger)sendActionOn:(NSEventMask)mask;
-- (void)performClick:(id)sender;
+- (void)performClick:(nullable id)sender;
 @end
 
 @interface NSButton : NSControl
-@property(strong) NSImage* image;
+@property(nullable, strong) NSImage* image;
 @property NSCellImagePosition imagePosition;
 @property(copy) NSAttributedString* attributedTitle;
 @end
@@ -69,7 +71,7 @@ enum NSVisualEffectState : NSInteger {
 @property NSVisualEffectMaterial material;
 @property NSVisualEffectBlendingMode blendingMode;
 @property NSVisualEffectState state;
-@property(strong) NSImage* maskImage;
+@property(nullable, strong) NSImage* maskImage;
 @end
 
 using NSWindowStyleMask = NSUInteger;
@@ -96,7 +98,7 @@ enum NSWindowButton : NSUInteger { NSWindowCloseButton, NSWindowMiniaturizeButto
 using NSWindowLevel = NSInteger;
 
 @interface NSWindow : NSObject
-@property(strong) __kindof NSView* contentView;
+@property(nullable, strong) __kindof NSView* contentView;
 @property NSWindowStyleMask styleMask;
 @property NSWindowLevel level;
 @property NSWindowCollectionBehavior collectionBehavior;
@@ -105,12 +107,14 @@ using NSWindowLevel = NSInteger;
 @property NSWindowTitleVisibility titleVisibility;
 @property(getter=isMovableByWindowBackground) BOOL movableByWindowBackground;
 @property(getter=isOpaque) BOOL opaque;
-@property(copy) NSColor* backgroundColor;
+@property(null_resettable, copy) NSColor* backgroundColor;
 @property BOOL hasShadow;
 @property(readonly) NSInteger windowNumber;
-- (NSButton*)standardWindowButton:(NSWindowButton)button;
+- (nullable NSButton*)standardWindowButton:(NSWindowButton)button;
 - (NSRect)convertRectToScreen:(NSRect)rect;
 - (void)orderWindow:(NSWindowOrderingMode)place relativeTo:(NSInteger)otherWin;
 @end
 
 extern "C" NSAppearanceName const NSAppearanceNameVibrantDark;
+
+#pragma clang assume_nonnull end
