@@ -193,9 +193,17 @@ QStringList DesktopSession::startedServices() {
 }
 
 void DesktopSession::killBus(Bus bus) {
-    QProcess& daemon = bus == Bus::session ? *sessionBus_ : *systemBus_;
+    QProcess& daemon = daemonOf(bus);
     daemon.kill();
     daemon.waitForFinished(patience);
+}
+
+void DesktopSession::pauseBus(Bus bus) const {
+    ::kill(static_cast<pid_t>(daemonOf(bus).processId()), SIGSTOP);
+}
+
+void DesktopSession::resumeBus(Bus bus) const {
+    ::kill(static_cast<pid_t>(daemonOf(bus).processId()), SIGCONT);
 }
 
 void DesktopSession::killDisplay() {

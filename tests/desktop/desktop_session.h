@@ -105,6 +105,10 @@ public:
     /// Kills a bus, as a crash would. Afterwards, the session can only be used without it.
     void killBus(Bus bus);
 
+    /// Stops a bus, which then accepts connections and does not answer until it is resumed.
+    void pauseBus(Bus bus) const;
+    void resumeBus(Bus bus) const;
+
     /// Kills the display.
     void killDisplay();
 
@@ -157,6 +161,7 @@ private:
     bool startBuses();
     bool startWindowManager();
     QProcess& startBus(const QString& addressVariable, const QString& socket, const QString& services = {});
+    QProcess& daemonOf(Bus bus) const { return bus == Bus::session ? *sessionBus_ : *systemBus_; }
     bool hasKestroFailed() const;
     std::string kestroFailure() const;
     std::vector<qint64> processesOfSession() const;

@@ -1,6 +1,11 @@
 #include "tests/desktop/shell_fixture.h"
 #include "tests/support/silent_socket.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QStringList>
+#include <QSysInfo>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -61,6 +66,21 @@ TEST_F(StartOnTheDesktop, DoesNotWaitForAMachinesBusThatNeverAnswers) {
     EXPECT_TRUE(appears(dashboard));
 }
 
+TEST_F(StartOnTheDesktop, ConnectsToAMachinesBusThatAnswersLater) {
+    const QDBusConnection bus = session.connect(DesktopSession::Bus::system);
+    session.pauseBus(DesktopSession::Bus::system);
+
+    launch();
+    session.resumeBus(DesktopSession::Bus::system);
+
+    EXPECT_TRUE(session.waitFor([&] {
+        const QStringList clients = bus.interface()->registeredServiceNames();
+        return std::ranges::any_of(clients, [&](const QString& client) {
+            return bus.interface()->servicePid(client) == static_cast<uint>(kestro->processId());
+        });
+    }));
+}
+
 TEST_F(StartOnTheDesktop, ManagesWithoutASessionBusThatNeverAnswers) {
     const QString socket = session.path(QStringLiteral("silent"));
     const SilentSocket silent(socket.toStdString());
@@ -69,6 +89,15 @@ TEST_F(StartOnTheDesktop, ManagesWithoutASessionBusThatNeverAnswers) {
 
     command("dashboard");
     EXPECT_TRUE(appears(dashboard));
+}
+
+TEST_F(StartOnTheDesktop, DoesNotRegisterWithTheSessionManager) {
+    const QString socket = session.path(QStringLiteral("manager"));
+    const SilentSocket manager(socket.toStdString());
+
+    launch({QStringLiteral("SESSION_MANAGER=local/%1:%2").arg(QSysInfo::machineHostName(), socket)});
+
+    EXPECT_FALSE(manager.accept(0).isOpen());
 }
 
 TEST_F(StartOnTheDesktop, SaysInOneLineThatThereIsNoDisplay) {
