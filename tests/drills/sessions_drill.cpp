@@ -77,7 +77,8 @@ private:
     void suspend() {
         for (const auto time : {std::chrono::seconds(hour), std::chrono::seconds(week)}) {
             report_.require(desktop_.choose(QStringLiteral("15 Minutes")), "no entry for keep-awake");
-            report_.require(desktop_.settle() && !offers(activate), "keep-awake does not start");
+            report_.require(waitUntil([this] { return !offers(activate); }, patience),
+                            "keep-awake does not start");
             troubles_.suspend(time);
             ++suspends_;
             report_.require(waitUntil([this] { return offers(activate); }, patience),
