@@ -119,9 +119,12 @@ TEST_F(VirtualSession, LeavesNothingBehindWhenItIsStopped) {
 
     EXPECT_TRUE(ends());
     EXPECT_FALSE(QDir(found.captured(1)).exists());
-    // Its command line is gone once it has ended, even if it has not been reaped yet.
-    QFile child(QStringLiteral("/proc/%1/cmdline").arg(found.captured(2)));
-    EXPECT_TRUE(!child.open(QIODevice::ReadOnly) || child.readAll().isEmpty());
+    // Its command line is gone once it has ended, even if it has not been reaped yet. It is not the script's
+    // child, which cannot wait for it.
+    EXPECT_TRUE(waitUntil([&] {
+        QFile child(QStringLiteral("/proc/%1/cmdline").arg(found.captured(2)));
+        return !child.open(QIODevice::ReadOnly) || child.readAll().isEmpty();
+    }));
 }
 
 TEST_F(VirtualSession, EndsWithTheStatusOfItsProgram) {
