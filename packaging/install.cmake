@@ -59,6 +59,19 @@ execute_process(
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS integrations/gnome-shell)
 install(DIRECTORY ${CMAKE_BINARY_DIR}/${extension}
   DESTINATION ${CMAKE_INSTALL_DATADIR}/gnome-shell/extensions)
-install(DIRECTORY integrations/plasma/kestro.readout DESTINATION ${CMAKE_INSTALL_DATADIR}/plasma/plasmoids)
+
+# Plasma 5 and 6 each load a widget of their own.
+set(KESTRO_PLASMA_VERSION "" CACHE STRING "Plasma of the widget, 5 or 6; empty: the installed one, else that of Debian")
+set(plasma ${KESTRO_PLASMA_VERSION})
+if(NOT plasma)
+  execute_process(COMMAND ${CMAKE_SOURCE_DIR}/tools/plasma_version.sh OUTPUT_VARIABLE plasma
+    OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+endif()
+set(widget kestro.readout)
+execute_process(COMMAND ${CMAKE_SOURCE_DIR}/integrations/plasma/build.sh ${plasma} ${CMAKE_BINARY_DIR}/${widget}
+  COMMAND_ERROR_IS_FATAL ANY)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS integrations/plasma)
+install(DIRECTORY ${CMAKE_BINARY_DIR}/${widget} DESTINATION ${CMAKE_INSTALL_DATADIR}/plasma/plasmoids)
+
 install(DIRECTORY integrations/i3bar integrations/lxqt integrations/polybar integrations/tmux integrations/waybar
   integrations/xfce4-genmon DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kestro-readout/examples)

@@ -36,7 +36,7 @@ cp build/package/*.deb "$system/packages"
 chroot "$system" sh -c "apt-get install -y --no-install-recommends --allow-downgrades /packages/kestro_*.deb \
     /packages/kestro-readout_*.deb /packages/${ours}_*.deb"
 cp tools/host_sessions/"$host".sh "$system/session.sh"
-cp tools/host_sessions/require_host.sh "$system"
+cp tools/host_sessions/{require_host,virtual_display}.sh "$system"
 
 # The mounts and every process end with the session.
 unshare --mount --pid --fork --kill-child sh -c "

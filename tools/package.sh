@@ -36,6 +36,7 @@ if [ -z "$gnome_shell" ]; then
     # The version that belongs to this release of Debian.
     gnome_shell=$(. /etc/os-release && [ "${VERSION_ID:-12}" -ge 13 ] 2>/dev/null && echo 48 || echo 43)
 fi
+plasma=${KESTRO_PLASMA_VERSION:-$(tools/plasma_version.sh)}
 
 rm -rf "$stage"
 mkdir -p "$stage"
@@ -56,8 +57,8 @@ fi
     umask 022
     cd "$stage"
     unset MAKEFLAGS CXXFLAGS LDFLAGS
-    KESTRO_GNOME_SHELL=$gnome_shell DEB_BUILD_OPTIONS="noautodbgsym parallel=${1:-$(nproc)}" \
-        dpkg-buildpackage --build=binary --no-sign -d
+    export KESTRO_GNOME_SHELL=$gnome_shell KESTRO_PLASMA_VERSION=$plasma
+    DEB_BUILD_OPTIONS="noautodbgsym parallel=${1:-$(nproc)}" dpkg-buildpackage --build=binary --no-sign -d
 )
 cd "$stage/.."
 lintian --fail-on error,warning --pedantic --suppress-tags initial-upload-closes-no-bugs ./*.changes

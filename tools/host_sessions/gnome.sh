@@ -23,9 +23,7 @@ dbus-daemon --system --fork
 # Unsafe: this script may evaluate code in the shell and take pictures.
 case $name in
     gnome-x11)
-        Xvfb :9 -screen 0 1280x800x24 >/tmp/xvfb.log 2>&1 &
-        export DISPLAY=:9 XDG_SESSION_TYPE=x11
-        sleep 2
+        . "$(dirname "$0")/virtual_display.sh"
         gnome-shell --x11 --unsafe-mode >/tmp/shell.log 2>&1 &
         ;;
     gnome-wayland)

@@ -1,0 +1,36 @@
+// The readout where there is room, as on the desktop: its text, and what Kestro can be asked for.
+import QtQuick 2.15
+import QtQuick.Layouts 1.15
+import org.kde.kirigami 2.20 as Kirigami
+import org.kde.plasma.components 3.0 as PlasmaComponents
+
+ColumnLayout {
+    id: full
+
+    required property Readout readout
+
+    Layout.minimumWidth: Kirigami.Units.gridUnit * 14
+    spacing: Kirigami.Units.largeSpacing
+
+    PlasmaComponents.Label {
+        text: full.readout.isRunning ? full.readout.text : i18n("Kestro is not running.")
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        Layout.fillWidth: true
+    }
+    RowLayout {
+        PlasmaComponents.Button {
+            text: i18n("Dashboard")
+            onClicked: full.readout.showDashboard()
+        }
+        PlasmaComponents.Button {
+            text: i18n("Settings")
+            onClicked: full.readout.showSettings()
+        }
+        PlasmaComponents.Switch {
+            text: i18n("Keep Awake")
+            checked: full.readout.isKeptAwake
+            onToggled: full.readout.toggleKeepAwake()
+        }
+    }
+}
