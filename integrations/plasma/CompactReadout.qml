@@ -36,6 +36,9 @@ MouseArea {
         Kirigami.Icon {
             visible: compact.readout.symbol !== "" || !label.visible
             source: compact.readout.symbol !== "" ? compact.readout.symbol : "kestro-symbolic"
+            // The colour of the panel's text, which can differ from that of windows.
+            isMask: true
+            color: label.color
             implicitWidth: Kirigami.Units.iconSizes.small
             implicitHeight: implicitWidth
         }
