@@ -1,6 +1,7 @@
 #include "shell/linux/accessibility_monitor.h"
 
 #include "shell/accessibility_preferences.h"
+#include "shell/linux/bus_signals.h"
 #include "shell/linux/settings_portal.h"
 #include "shell/linux/when_answered.h"
 
@@ -31,8 +32,8 @@ AccessibilityMonitor::AccessibilityMonitor(QDBusConnection bus) : bus_(std::move
     if (!bus_.isConnected()) {
         return;
     }
-    bus_.connect(settings_portal::service, settings_portal::path, settings_portal::interface,
-                 QStringLiteral("SettingChanged"), this, SLOT(onSetting(QString, QString, QDBusVariant)));
+    connectVariantSignal(bus_, settings_portal::service, settings_portal::path, settings_portal::interface,
+                         QStringLiteral("SettingChanged"), this, SLOT(onSetting(QString, QString, QDBusVariant)));
     ask(settings_portal::appearanceArea, contrastKey);
     ask(settings_portal::appearanceArea, reducedMotionKey);
     ask(desktopArea, animationsKey);

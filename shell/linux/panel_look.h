@@ -29,7 +29,7 @@ struct PanelFacts {
     QString hostProcess;              ///< name of the process that hosts the items; empty: unknown
     QStringList desktops;             ///< the entries of XDG_CURRENT_DESKTOP
     std::optional<bool> prefersDark;  ///< the desktop's colour preference; absent: it has none
-    std::optional<bool> hostIsDark;   ///< the host's own setting; absent: it has none
+    std::optional<bool> hostIsDark;   ///< by the host's settings; absent: unknown
     bool isPaletteDark = false;       ///< the application palette has a dark window colour
 };
 

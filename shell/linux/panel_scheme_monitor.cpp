@@ -1,8 +1,10 @@
 #include "shell/linux/panel_scheme_monitor.h"
 
+#include "shell/linux/bus_signals.h"
 #include "shell/linux/notifier/host_monitor.h"
 #include "shell/linux/settings_portal.h"
 #include "shell/linux/when_answered.h"
+#include "shell/linux/xfce_panel_monitor.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -17,12 +19,6 @@ namespace {
 
 const QString colorSchemeKey = QStringLiteral("color-scheme");
 
-// The settings daemon of Xfce.
-const QString panelSettingsService = QStringLiteral("org.xfce.Xfconf");
-const QString panelSettingsPath = QStringLiteral("/org/xfce/Xfconf");
-const QString panelChannel = QStringLiteral("xfce4-panel");
-const QString darkPanelProperty = QStringLiteral("/panels/dark-mode");
-
 /// 1: dark, 2: light; anything else: no preference.
 std::optional<bool> darkPreference(const QVariant& value) {
     if (value.metaType() != QMetaType::fromType<uint>()) {
@@ -30,10 +26,6 @@ std::optional<bool> darkPreference(const QVariant& value) {
     }
     const uint preference = value.toUInt();
     return preference == 1 || preference == 2 ? std::optional(preference == 1) : std::nullopt;
-}
-
-std::optional<bool> flag(const QVariant& value) {
-    return value.metaType() == QMetaType::fromType<bool>() ? std::optional(value.toBool()) : std::nullopt;
 }
 
 bool isPaletteDark() {
@@ -52,10 +44,12 @@ PanelSchemeMonitor::PanelSchemeMonitor(const HostMonitor& monitor) : monitor_(mo
     listen();
     askPortal();
     connect(&monitor_, &HostMonitor::hostIdentified, this, [this] {
-        askPanel();
+        identifyPanel();
         update();
     });
 }
+
+PanelSchemeMonitor::~PanelSchemeMonitor() = default;
 
 bool PanelSchemeMonitor::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ApplicationPaletteChange && watched == QCoreApplication::instance()) {
@@ -65,13 +59,9 @@ bool PanelSchemeMonitor::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void PanelSchemeMonitor::listen() {
-    QDBusConnection connection = monitor_.connection();
-    connection.connect(settings_portal::service, settings_portal::path, settings_portal::interface,
-                       QStringLiteral("SettingChanged"), this,
-                       SLOT(onPortalSetting(QString, QString, QDBusVariant)));
-    connection.connect(panelSettingsService, panelSettingsPath, panelSettingsService,
-                       QStringLiteral("PropertyChanged"), this,
-                       SLOT(onPanelSetting(QString, QString, QDBusVariant)));
+    connectVariantSignal(monitor_.connection(), settings_portal::service, settings_portal::path,
+                         settings_portal::interface, QStringLiteral("SettingChanged"), this,
+                         SLOT(onPortalSetting(QString, QString, QDBusVariant)));
 }
 
 void PanelSchemeMonitor::askPortal() {
@@ -84,21 +74,19 @@ void PanelSchemeMonitor::askPortal() {
     });
 }
 
-void PanelSchemeMonitor::askPanel() {
+void PanelSchemeMonitor::identifyPanel() {
     if (!isXfcePanel(monitor_.hostProcess(), monitor_.environment().desktops)) {
-        hostIsDark_.reset();
-        return;
+        xfcePanel_.reset();
+    } else if (xfcePanel_) {
+        xfcePanel_->ask();
+    } else {
+        xfcePanel_ = std::make_unique<XfcePanelMonitor>(monitor_.connection());
+        connect(xfcePanel_.get(), &XfcePanelMonitor::changed, this, &PanelSchemeMonitor::update);
     }
-    QDBusMessage get = QDBusMessage::createMethodCall(panelSettingsService, panelSettingsPath,
-                                                      panelSettingsService, QStringLiteral("GetProperty"));
-    get.setArguments({panelChannel, darkPanelProperty});
-    get.setAutoStartService(false);
-    whenAnswered(monitor_.connection().asyncCall(get), this, [this](const QDBusMessage& reply) {
-        hostIsDark_ = isReply(reply, QLatin1StringView("v"))
-                          ? flag(settings_portal::unwrapped(reply.arguments().at(0)))
-                          : std::nullopt;
-        update();
-    });
+}
+
+std::optional<bool> PanelSchemeMonitor::isPanelDark() const {
+    return xfcePanel_ ? xfcePanel_->isDark() : std::nullopt;
 }
 
 void PanelSchemeMonitor::onPortalSetting(const QString& area, const QString& key, const QDBusVariant& value) {
@@ -108,17 +96,9 @@ void PanelSchemeMonitor::onPortalSetting(const QString& area, const QString& key
     }
 }
 
-void PanelSchemeMonitor::onPanelSetting(const QString& channel, const QString& property,
-                                        const QDBusVariant& value) {
-    if (channel == panelChannel && property == darkPanelProperty) {
-        hostIsDark_ = flag(settings_portal::unwrapped(value.variant()));
-        update();
-    }
-}
-
 void PanelSchemeMonitor::update() {
     const PanelLook look = panelLook(
-        {monitor_.hostProcess(), monitor_.environment().desktops, prefersDark_, hostIsDark_, isPaletteDark()});
+        {monitor_.hostProcess(), monitor_.environment().desktops, prefersDark_, isPanelDark(), isPaletteDark()});
     if (look == look_) {
         return;
     }

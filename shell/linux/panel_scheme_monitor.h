@@ -6,14 +6,16 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace kestro {
 
 class HostMonitor;
+class XfcePanelMonitor;
 
 /// Follows whether the panel is dark or light: the desktop's colour preference from the settings portal, the
-/// panel's own setting where it has one (Xfce), the process that hosts the items, and the palette. Starts no
+/// settings of Xfce's panel, the process that hosts the items, and the palette. Starts no
 /// service: services that are not running are ignored. Main thread.
 class PanelSchemeMonitor : public QObject {
     Q_OBJECT
@@ -21,6 +23,9 @@ class PanelSchemeMonitor : public QObject {
 public:
     /// `monitor` outlives this object.
     explicit PanelSchemeMonitor(const HostMonitor& monitor);
+    ~PanelSchemeMonitor() override;
+    PanelSchemeMonitor(const PanelSchemeMonitor&) = delete;
+    PanelSchemeMonitor& operator=(const PanelSchemeMonitor&) = delete;
 
     const PanelLook& look() const { return look_; }
 
@@ -32,17 +37,17 @@ protected:
 
 private Q_SLOTS:
     void onPortalSetting(const QString& area, const QString& key, const QDBusVariant& value);
-    void onPanelSetting(const QString& channel, const QString& property, const QDBusVariant& value);
 
 private:
     void listen();
     void askPortal();
-    void askPanel();
+    void identifyPanel();
+    std::optional<bool> isPanelDark() const;
     void update();
 
     const HostMonitor& monitor_;
     std::optional<bool> prefersDark_;
-    std::optional<bool> hostIsDark_;
+    std::unique_ptr<XfcePanelMonitor> xfcePanel_;  // empty: the panel is another one
     PanelLook look_;
 };
 

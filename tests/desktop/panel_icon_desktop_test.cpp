@@ -1,5 +1,10 @@
 #include "tests/desktop/desktop_session.h"
 #include "tests/desktop/status_item_client.h"
+#include "tests/support/fake_service.h"
+
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
@@ -93,7 +98,7 @@ TEST(StatusBarOnMate, ShowsABareIconWhereButtonsShowNoIcons) {
     EXPECT_TRUE(waitUntil([&] { return drawnPanel(session, picture) != empty; }));
 }
 
-TEST(StatusBarOnXfce, PaintsBrightIconsOnADarkPanelOutsideAnXfceSession) {
+TEST(StatusBarOnXfce, FollowsThePanelsOwnSettingOutsideAnXfceSession) {
     DesktopSession session(DesktopPanel::xfce);
     ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
     const StatusItemClient client(session);
@@ -101,10 +106,59 @@ TEST(StatusBarOnXfce, PaintsBrightIconsOnADarkPanelOutsideAnXfceSession) {
 
     session.startKestro({QStringLiteral("XDG_CURRENT_DESKTOP=openbox")});
     EXPECT_TRUE(hasIcon(session, client, [](const QImage& icon) { return hasValues(icon) && isBright(icon); }));
+
+    session.output(QStringLiteral("xfconf-query"),
+                   {QStringLiteral("-c"), QStringLiteral("xfce4-panel"), QStringLiteral("-p"),
+                    QStringLiteral("/panels/dark-mode"), QStringLiteral("-s"), QStringLiteral("false")});
+    EXPECT_TRUE(hasIcon(session, client, [](const QImage& icon) { return hasValues(icon) && !isBright(icon); }));
+}
+
+TEST(StatusBarOnXfce, PaintsDarkIconsWhereTheThemeHasNoDarkVariant) {
+    const QString settingsDaemon = QStringLiteral("/usr/bin/xfsettingsd");
+    if (!QFileInfo::exists(settingsDaemon)) {
+        GTEST_SKIP() << "xfsettingsd is not installed";
+    }
+    DesktopSession session(DesktopPanel::xfce);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const StatusItemClient client(session);
+    ASSERT_TRUE(waitUntil([&] { return client.hasHost(); }));
+    session.writeFile(QStringLiteral("config/xfce4/xfconf/xfce-perchannel-xml/xsettings.xml"),
+                      R"(<channel name="xsettings" version="1.0"><property name="Net" type="empty">
+                         <property name="ThemeName" type="string" value="not installed"/></property></channel>)");
+    session.start(settingsDaemon, {QStringLiteral("--no-daemon")});
+    const QString picture = QStringLiteral("xfce4-panel-light");
+    ASSERT_TRUE(waitUntil([&] { return qGray(drawnPanel(session, picture).pixel(0, 0)) > 127; }));
+
+    session.startKestro();
+    EXPECT_TRUE(hasIcon(session, client, [](const QImage& icon) { return hasValues(icon) && !isBright(icon); }));
 }
 
 TEST(StatusBarOnXfce, PaintsTheValuesIntoTheIcon) {
     expectValuesInTheIcon(DesktopPanel::xfce, QStringLiteral("xfce4-panel"), PanelGround::opaque);
+}
+
+TEST(StatusBarOnLxqt, FollowsTheColourPreferenceOfAPortalThatStartsLater) {
+    DesktopSession session(DesktopPanel::lxqt);
+    ASSERT_TRUE(session.failure().isEmpty()) << session.failure().toStdString();
+    const StatusItemClient client(session);
+    ASSERT_TRUE(waitUntil([&] { return client.hasHost(); }));
+    session.startKestro();
+    EXPECT_TRUE(hasIcon(session, client, hasValues));
+
+    const test::FakeService portal(session.connect(DesktopSession::Bus::session),
+                                   QStringLiteral("org.freedesktop.portal.Desktop"));
+    for (const bool isDark : {true, false}) {
+        QDBusMessage changed = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
+                                                          QStringLiteral("org.freedesktop.portal.Settings"),
+                                                          QStringLiteral("SettingChanged"));
+        changed.setArguments({QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"),
+                              QVariant::fromValue(QDBusVariant(isDark ? 1U : 2U))});
+        portal.connection().send(changed);
+
+        EXPECT_TRUE(hasIcon(session, client, [isDark](const QImage& icon) {
+            return hasValues(icon) && isBright(icon) == isDark;
+        })) << isDark;
+    }
 }
 
 TEST(StatusBarOnLxqt, PaintsTheValuesIntoTheIcon) {

@@ -67,17 +67,68 @@ TEST_F(PanelSchemeMonitorTest, IgnoresOtherSettingsAndValuesOfAnotherType) {
     EXPECT_EQ(scheme->look().scheme, PanelScheme::dark);
 }
 
+/// Xfce's settings, with a panel that prefers the dark variant of its theme.
+class XfceSettings : public test::FakeService {
+public:
+    XfceSettings(const QDBusConnection& connection, const QString& theme)
+        : FakeService(connection, QStringLiteral("org.xfce.Xfconf"),
+                      {{QStringLiteral("GetProperty"), [theme](const QDBusMessage& call) {
+                            const bool isTheme = call.arguments().value(0) == QStringLiteral("xsettings");
+                            const QVariant value = isTheme ? QVariant(theme) : QVariant(true);
+                            return call.createReply(QVariant::fromValue(QDBusVariant(value)));
+                        }}}) {}
+
+    void change(const QString& channel, const QString& property, const QVariant& value) const {
+        QDBusMessage signal =
+            QDBusMessage::createSignal(QStringLiteral("/org/xfce/Xfconf"), QStringLiteral("org.xfce.Xfconf"),
+                                       QStringLiteral("PropertyChanged"));
+        signal.setArguments({channel, property, QVariant::fromValue(QDBusVariant(value))});
+        connection().send(signal);
+    }
+};
+
+constexpr PanelLook knownDark{PanelScheme::dark, true};
+constexpr PanelLook knownLight{PanelScheme::light, true};
+const QString settingsDaemon = QStringLiteral("org.xfce.SettingsDaemon");
+
 TEST_F(PanelSchemeMonitorTest, AsksAnXfcePanelOutsideAnXfceSessionForItsOwnSetting) {
     hostProcess = QStringLiteral("panel-2-systray");
-    test::FakeService settings(bus.connect(), QStringLiteral("org.xfce.Xfconf"));
-    settings.answer(QStringLiteral("GetProperty"), [](const QDBusMessage& call) {
-        return call.createReply(QVariant::fromValue(QDBusVariant(true)));
-    });
+    const XfceSettings settings(bus.connect(), QStringLiteral("not installed"));
     startWatcher();
     startMonitors();
 
-    EXPECT_TRUE(waitUntil([&] { return scheme->look() == PanelLook{PanelScheme::dark, true}; }));
-    EXPECT_THAT(settings.calls(), testing::ElementsAre(R"(GetProperty("xfce4-panel", "/panels/dark-mode"))"));
+    EXPECT_TRUE(waitUntil([&] { return scheme->look() == knownDark; }));
+    EXPECT_THAT(settings.calls(), testing::ElementsAre(R"(GetProperty("xsettings", "/Net/ThemeName"))",
+                                                       R"(GetProperty("xfce4-panel", "/panels/dark-mode"))"));
+}
+
+TEST_F(PanelSchemeMonitorTest, KnowsThatTheThemeOfAnXfceSessionHasNoDarkVariant) {
+    hostProcess = QStringLiteral("xfce4-panel");
+    const XfceSettings settings(bus.connect(), QStringLiteral("not installed"));
+    const test::FakeService daemon(bus.connect(), settingsDaemon);
+    startWatcher();
+    startMonitors();
+    EXPECT_TRUE(waitUntil([&] { return scheme->look() == knownLight; }));
+
+    settings.change(QStringLiteral("xsettings"), QStringLiteral("/Net/ThemeName"), QStringLiteral("Adwaita"));
+    EXPECT_TRUE(waitUntil([&] { return scheme->look() == knownDark; }));
+
+    settings.change(QStringLiteral("xfce4-panel"), QStringLiteral("/panels/dark-mode"), false);
+    EXPECT_TRUE(waitUntil([&] { return scheme->look() == knownLight; }));
+}
+
+TEST_F(PanelSchemeMonitorTest, FollowsTheSettingsDaemonOfXfce) {
+    hostProcess = QStringLiteral("xfce4-panel");
+    const XfceSettings settings(bus.connect(), QStringLiteral("not installed"));
+    startWatcher();
+    startMonitors();
+    EXPECT_TRUE(waitUntil([&] { return scheme->look() == knownDark; }));
+
+    test::FakeService daemon(bus.connect(), settingsDaemon);
+    EXPECT_TRUE(waitUntil([&] { return scheme->look() == knownLight; }));
+
+    daemon.vanish();
+    EXPECT_TRUE(waitUntil([&] { return scheme->look() == knownDark; }));
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ TEST(SymbolNames, EveryNameInTheShellHasADrawing) {
         QStringLiteral("shell/linux/accessibility_monitor.cpp"),
         QStringLiteral("shell/linux/bus_single_instance.cpp"),
         QStringLiteral("shell/linux/bus_single_instance.h"),
+        QStringLiteral("shell/linux/gtk_theme.cpp"),
         QStringLiteral("shell/linux/linux_window_system.cpp"),
         QStringLiteral("shell/linux/notifier/bus_object.cpp"),
         QStringLiteral("shell/linux/notifier/host_monitor.cpp"),
@@ -32,6 +33,7 @@ TEST(SymbolNames, EveryNameInTheShellHasADrawing) {
         QStringLiteral("shell/linux/readout/readout_clients.cpp"),
         QStringLiteral("shell/linux/readout/readout_properties.cpp"),
         QStringLiteral("shell/linux/settings_portal.h"),
+        QStringLiteral("shell/linux/xfce_panel_monitor.cpp"),
         QStringLiteral("shell/macos/mac_window_system.cpp"),
     };
 

@@ -1,0 +1,55 @@
+#include "shell/linux/gtk_theme.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace kestro {
+
+namespace {
+
+/// Themes can have a folder for each minor version of GTK from which on it applies; these are even numbers.
+constexpr int lastMinorVersion = 24;
+
+QStringList themeFolders() {
+    QStringList folders{QDir::homePath() + QStringLiteral("/.themes")};
+    for (const QString& data : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation)) {
+        folders += data + QStringLiteral("/themes");
+    }
+    return folders;
+}
+
+bool hasStyle(const QString& theme, const QString& file) {
+    const QStringList folders = themeFolders();
+    return std::ranges::any_of(folders, [&](const QString& folder) {
+        for (int minor = 0; minor <= lastMinorVersion; minor += 2) {
+            if (QFileInfo::exists(QStringLiteral("%1/%2/gtk-3.%3/%4").arg(folder, theme).arg(minor).arg(file))) {
+                return true;
+            }
+        }
+        return false;
+    });
+}
+
+}  // namespace
+
+bool isGtkThemeDark(const QString& name, bool prefersDark) {
+    // These are parts of GTK.
+    if (name.isEmpty() || name == QLatin1StringView("Adwaita") || name == QLatin1StringView("HighContrast")) {
+        return prefersDark;
+    }
+    if (name == QLatin1StringView("HighContrastInverse")) {
+        return true;
+    }
+    if (name.contains(QLatin1Char('/'))) {
+        return false;
+    }
+    return (prefersDark && hasStyle(name, QStringLiteral("gtk-dark.css"))) ||
+           (name.contains(QLatin1StringView("dark"), Qt::CaseInsensitive) &&
+            hasStyle(name, QStringLiteral("gtk.css")));
+}
+
+}  // namespace kestro
