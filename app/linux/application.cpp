@@ -182,8 +182,8 @@ int runFirstInstance(LinuxDesktop& desktop, const std::string& commandFile, Term
 /// Disables what this program does not use but would pay for in memory: the desktop's widget theme (every
 /// surface paints itself with the fonts and colours of the settings), the input method (there are no text
 /// fields), and the toolkit's look at the portal, which would start it. Also its registration with the session
-/// manager: a saved session would start the program a second time at login, beside the autostart entry, which
-/// shows the dashboard; and a manager that does not answer would block the start.
+/// manager: a saved session would start the program at login in addition to the autostart entry, and that second
+/// start would show the dashboard; a manager that does not answer would block the start.
 void prepareToolkit() {
     QGuiApplication::setDesktopSettingsAware(false);
     qputenv("QT_IM_MODULE", "none");

@@ -11,7 +11,7 @@ namespace kestro {
 
 namespace {
 
-/// Themes can have a folder for each minor version of GTK from which on it applies; these are even numbers.
+/// A theme can have several folders, gtk-3.N, each for GTK 3.N and later; N is even.
 constexpr int lastMinorVersion = 24;
 
 QStringList themeFolders() {
@@ -37,8 +37,8 @@ bool hasStyle(const QString& theme, const QString& file) {
 }  // namespace
 
 bool isGtkThemeDark(const QString& name, bool prefersDark) {
-    // These are parts of GTK.
-    if (name.isEmpty() || name == QLatin1StringView("Adwaita") || name == QLatin1StringView("HighContrast")) {
+    // These are parts of GTK; only the first has both variants.
+    if (name.isEmpty() || name == QLatin1StringView("Adwaita")) {
         return prefersDark;
     }
     if (name == QLatin1StringView("HighContrastInverse")) {
