@@ -56,7 +56,8 @@ set(extension kestro@kestro.example)
 execute_process(
   COMMAND ${CMAKE_SOURCE_DIR}/integrations/gnome-shell/build.sh ${gnome_shell} ${CMAKE_BINARY_DIR}/${extension}
   COMMAND_ERROR_IS_FATAL ANY)
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS integrations/gnome-shell)
+file(GLOB sources CONFIGURE_DEPENDS integrations/gnome-shell/*)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sources})
 install(DIRECTORY ${CMAKE_BINARY_DIR}/${extension}
   DESTINATION ${CMAKE_INSTALL_DATADIR}/gnome-shell/extensions)
 
@@ -70,7 +71,8 @@ endif()
 set(widget kestro.readout)
 execute_process(COMMAND ${CMAKE_SOURCE_DIR}/integrations/plasma/build.sh ${plasma} ${CMAKE_BINARY_DIR}/${widget}
   COMMAND_ERROR_IS_FATAL ANY)
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS integrations/plasma)
+file(GLOB sources CONFIGURE_DEPENDS integrations/plasma/* tools/plasma_version.sh)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sources})
 install(DIRECTORY ${CMAKE_BINARY_DIR}/${widget} DESTINATION ${CMAKE_INSTALL_DATADIR}/plasma/plasmoids)
 
 install(DIRECTORY integrations/i3bar integrations/lxqt integrations/polybar integrations/tmux integrations/waybar

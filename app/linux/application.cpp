@@ -188,7 +188,7 @@ void prepareToolkit() {
     QGuiApplication::setDesktopSettingsAware(false);
     qputenv("QT_IM_MODULE", "none");
     qputenv("QT_NO_XDG_DESKTOP_PORTAL", "1");
-    qunsetenv("SESSION_MANAGER");
+    QCoreApplication::setAttribute(Qt::AA_DisableSessionManager);
 }
 
 bool isDisplayOpen = false;

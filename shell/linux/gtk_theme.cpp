@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSettings>
 #include <QStandardPaths>
 #include <QStringList>
 
@@ -36,7 +37,7 @@ bool hasStyle(const QString& theme, const QString& file) {
 
 }  // namespace
 
-bool isGtkThemeDark(const QString& name, bool prefersDark) {
+std::optional<bool> isGtkThemeDark(const QString& name, bool prefersDark) {
     // These are parts of GTK; only the first has both variants.
     if (name.isEmpty() || name == QLatin1StringView("Adwaita")) {
         return prefersDark;
@@ -44,12 +45,22 @@ bool isGtkThemeDark(const QString& name, bool prefersDark) {
     if (name == QLatin1StringView("HighContrastInverse")) {
         return true;
     }
-    if (name.contains(QLatin1Char('/'))) {
+    const bool hasVariant = hasStyle(name, QStringLiteral("gtk-dark.css"));
+    if (name.contains(QLatin1Char('/')) || (!hasVariant && !hasStyle(name, QStringLiteral("gtk.css")))) {
         return false;
     }
-    return (prefersDark && hasStyle(name, QStringLiteral("gtk-dark.css"))) ||
-           (name.contains(QLatin1StringView("dark"), Qt::CaseInsensitive) &&
-            hasStyle(name, QStringLiteral("gtk.css")));
+    if ((prefersDark && hasVariant) || name.contains(QLatin1StringView("dark"), Qt::CaseInsensitive)) {
+        return true;
+    }
+    // The variant of a theme that has one differs from the theme itself.
+    return hasVariant ? std::optional(false) : std::nullopt;
+}
+
+QString themeOfGtkSettingsFile() {
+    const QString own =
+        QStandardPaths::locate(QStandardPaths::GenericConfigLocation, QStringLiteral("gtk-3.0/settings.ini"));
+    const QSettings file(own.isEmpty() ? QStringLiteral("/etc/gtk-3.0/settings.ini") : own, QSettings::IniFormat);
+    return file.value(QStringLiteral("Settings/gtk-theme-name")).toString();
 }
 
 }  // namespace kestro

@@ -28,6 +28,8 @@ XfcePanelMonitor::XfcePanelMonitor(const QDBusConnection& connection)
     : connection_(connection), settingsDaemon_(settingsDaemon, connection) {
     connectVariantSignal(connection_, storeService, storePath, storeService, QStringLiteral("PropertyChanged"),
                          this, SLOT(onSetting(QString, QString, QDBusVariant)));
+    connection_.connect(storeService, storePath, storeService, QStringLiteral("PropertyRemoved"), this,
+                        SLOT(onReset(QString, QString)));
     connect(&settingsDaemon_, &QDBusServiceWatcher::serviceOwnerChanged, this, &XfcePanelMonitor::ask);
     ask();
 }
@@ -40,7 +42,7 @@ void XfcePanelMonitor::ask() {
 }
 
 std::optional<bool> XfcePanelMonitor::isDark() const {
-    return prefersDark_ ? std::optional(isGtkThemeDark(isThemed_ ? theme_ : QString(), *prefersDark_))
+    return prefersDark_ ? isGtkThemeDark(isThemed_ ? theme_ : themeOfGtkSettingsFile(), *prefersDark_)
                         : std::nullopt;
 }
 
@@ -69,6 +71,10 @@ void XfcePanelMonitor::askFor(const QString& channel, const QString& property) {
 
 void XfcePanelMonitor::onSetting(const QString& channel, const QString& property, const QDBusVariant& value) {
     take(channel, property, settings_portal::unwrapped(value.variant()));
+}
+
+void XfcePanelMonitor::onReset(const QString& channel, const QString& property) {
+    take(channel, property, QVariant());
 }
 
 void XfcePanelMonitor::take(const QString& channel, const QString& property, const QVariant& value) {

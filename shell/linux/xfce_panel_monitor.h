@@ -23,7 +23,7 @@ public:
     /// Asks again.
     void ask();
 
-    /// Absent: the panel's setting is not known, or not known yet.
+    /// Absent: not known, or not known yet.
     std::optional<bool> isDark() const;
 
 Q_SIGNALS:
@@ -31,6 +31,7 @@ Q_SIGNALS:
 
 private Q_SLOTS:
     void onSetting(const QString& channel, const QString& property, const QDBusVariant& value);
+    void onReset(const QString& channel, const QString& property);
 
 private:
     void askWhetherThemed();

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 namespace kestro {
 namespace {
 
@@ -31,33 +33,49 @@ private:
 TEST_F(GtkTheme, HasADarkVariantWhereItsStyleExists) {
     install(QStringLiteral("Bird/gtk-3.0/gtk.css"));
     install(QStringLiteral("Bird/gtk-3.20/gtk-dark.css"));
+
+    EXPECT_EQ(isGtkThemeDark(QStringLiteral("Bird"), true), true);
+    EXPECT_EQ(isGtkThemeDark(QStringLiteral("Bird"), false), false);
+}
+
+TEST_F(GtkTheme, DoesNotTellWithoutAVariant) {
     install(QStringLiteral("Plain/gtk-3.0/gtk.css"));
 
-    EXPECT_TRUE(isGtkThemeDark(QStringLiteral("Bird"), true));
-    EXPECT_FALSE(isGtkThemeDark(QStringLiteral("Bird"), false));
-    EXPECT_FALSE(isGtkThemeDark(QStringLiteral("Plain"), true));
+    EXPECT_EQ(isGtkThemeDark(QStringLiteral("Plain"), true), std::nullopt);
+    EXPECT_EQ(isGtkThemeDark(QStringLiteral("Plain"), false), std::nullopt);
 }
 
 TEST_F(GtkTheme, IsDarkByItsName) {
     install(QStringLiteral("Bird-Dark/gtk-3.0/gtk.css"));
 
-    EXPECT_TRUE(isGtkThemeDark(QStringLiteral("Bird-Dark"), false));
+    EXPECT_EQ(isGtkThemeDark(QStringLiteral("Bird-Dark"), false), true);
 }
 
 TEST_F(GtkTheme, IsTheLightDefaultWhereItIsNotInstalled) {
-    EXPECT_FALSE(isGtkThemeDark(QStringLiteral("Bird-dark"), true));
-    EXPECT_FALSE(isGtkThemeDark(QStringLiteral("../themes"), true));
+    EXPECT_EQ(isGtkThemeDark(QStringLiteral("Bird-dark"), true), false);
+    EXPECT_EQ(isGtkThemeDark(QStringLiteral("../themes"), true), false);
 }
 
 TEST_F(GtkTheme, MayBePartOfTheToolkit) {
     for (const char* name : {"", "Adwaita"}) {
-        EXPECT_TRUE(isGtkThemeDark(QString::fromLatin1(name), true)) << name;
-        EXPECT_FALSE(isGtkThemeDark(QString::fromLatin1(name), false)) << name;
+        EXPECT_EQ(isGtkThemeDark(QString::fromLatin1(name), true), true) << name;
+        EXPECT_EQ(isGtkThemeDark(QString::fromLatin1(name), false), false) << name;
     }
     for (const bool prefersDark : {false, true}) {
-        EXPECT_FALSE(isGtkThemeDark(QStringLiteral("HighContrast"), prefersDark));
-        EXPECT_TRUE(isGtkThemeDark(QStringLiteral("HighContrastInverse"), prefersDark));
+        EXPECT_EQ(isGtkThemeDark(QStringLiteral("HighContrast"), prefersDark), false);
+        EXPECT_EQ(isGtkThemeDark(QStringLiteral("HighContrastInverse"), prefersDark), true);
     }
+}
+
+TEST_F(GtkTheme, IsNamedByTheSettingsFile) {
+    const QByteArray before = qgetenv("XDG_CONFIG_HOME");
+    const TemporaryDirectory config;
+    qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(config.path()));
+    config.write("gtk-3.0/settings.ini", "[Settings]\ngtk-theme-name=Bird\ngtk-font-name=Sans 10\n");
+
+    EXPECT_EQ(themeOfGtkSettingsFile(), QStringLiteral("Bird"));
+
+    qputenv("XDG_CONFIG_HOME", before);
 }
 
 }  // namespace

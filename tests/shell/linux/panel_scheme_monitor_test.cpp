@@ -79,10 +79,17 @@ public:
                         }}}) {}
 
     void change(const QString& channel, const QString& property, const QVariant& value) const {
-        QDBusMessage signal =
-            QDBusMessage::createSignal(QStringLiteral("/org/xfce/Xfconf"), QStringLiteral("org.xfce.Xfconf"),
-                                       QStringLiteral("PropertyChanged"));
-        signal.setArguments({channel, property, QVariant::fromValue(QDBusVariant(value))});
+        send(QStringLiteral("PropertyChanged"), {channel, property, QVariant::fromValue(QDBusVariant(value))});
+    }
+    void reset(const QString& channel, const QString& property) const {
+        send(QStringLiteral("PropertyRemoved"), {channel, property});
+    }
+
+private:
+    void send(const QString& member, const QVariantList& arguments) const {
+        QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/xfce/Xfconf"),
+                                                         QStringLiteral("org.xfce.Xfconf"), member);
+        signal.setArguments(arguments);
         connection().send(signal);
     }
 };
@@ -115,6 +122,9 @@ TEST_F(PanelSchemeMonitorTest, KnowsThatTheThemeOfAnXfceSessionHasNoDarkVariant)
 
     settings.change(QStringLiteral("xfce4-panel"), QStringLiteral("/panels/dark-mode"), false);
     EXPECT_TRUE(waitUntil([&] { return scheme->look() == knownLight; }));
+
+    settings.reset(QStringLiteral("xfce4-panel"), QStringLiteral("/panels/dark-mode"));
+    EXPECT_TRUE(waitUntil([&] { return !scheme->look().isKnown; }));
 }
 
 TEST_F(PanelSchemeMonitorTest, FollowsTheSettingsDaemonOfXfce) {
