@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # hosts.sh NAME: shows Kestro in a desktop that is too heavy for `./dev test`, installed into a throw-away Debian below
 # build/hosts, and leaves pictures in build/pictures. Needs root, and the packages that `./dev package` has made.
-# Names: gnome-x11, gnome-wayland, plasma.
+# Names: gnome-x11, gnome-wayland, plasma-x11, plasma-wayland.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 name=$1
@@ -9,8 +9,8 @@ release=$(. /etc/os-release && printf '%s' "$VERSION_CODENAME")
 
 case $name in
     gnome-*) host=gnome packages='gnome-shell librsvg2-common xwayland qt6-wayland' ours='kestro-gnome-shell-extension' ;;
-    plasma) host=plasma ours='plasma-widget-kestro'
-        packages='plasma-workspace plasma-desktop kwin-x11 kactivitymanagerd' ;;
+    plasma-*) host=plasma ours='plasma-widget-kestro'
+        packages='plasma-workspace plasma-desktop kwin-x11 kwin-wayland xwayland qt6-wayland kactivitymanagerd' ;;
     *) printf 'hosts.sh: there is no host "%s"\n' "$name" >&2; exit 2 ;;
 esac
 system=$PWD/build/hosts/$host
@@ -26,15 +26,17 @@ if [ "$(cat "$system/.complete" 2>/dev/null)" != "$packages" ]; then
     # shellcheck disable=SC2086  # one word each
     DEBIAN_FRONTEND=noninteractive chroot "$system" apt-get install -y --no-install-recommends $packages \
         dbus dbus-x11 xvfb xauth x11-utils xdotool imagemagick openbox fonts-inter fonts-noto-color-emoji \
-        adwaita-icon-theme procps
+        adwaita-icon-theme procps libcap2-bin
+    # A container without this capability cannot start the program.
+    [ "$host" != plasma ] || chroot "$system" setcap -r /usr/bin/kwin_wayland
     printf '%s\n' "$packages" >"$system/.complete"
 fi
 rm -rf "$system/packages" "$system/pictures"
 mkdir -p "$system/packages" "$pictures"
 cp build/package/*.deb "$system/packages"
 # shellcheck disable=SC2086
-chroot "$system" sh -c "apt-get install -y --no-install-recommends --allow-downgrades /packages/kestro_*.deb \
-    /packages/kestro-readout_*.deb /packages/${ours}_*.deb"
+chroot "$system" sh -c "apt-get install -y --no-install-recommends --allow-downgrades --reinstall \
+    /packages/kestro_*.deb /packages/kestro-readout_*.deb /packages/${ours}_*.deb"
 cp tools/host_sessions/"$host".sh "$system/session.sh"
 cp tools/host_sessions/{require_host,virtual_display}.sh "$system"
 

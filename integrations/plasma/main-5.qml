@@ -4,7 +4,6 @@ import org.kde.plasma.core 2.0 as PlasmaCore
 import org.kde.plasma.plasmoid 2.0
 
 Item {
-    Plasmoid.preferredRepresentation: Plasmoid.compactRepresentation
     Plasmoid.status: source.isRunning ? PlasmaCore.Types.ActiveStatus : PlasmaCore.Types.HiddenStatus
     Plasmoid.toolTipMainText: i18n("Kestro")
     Plasmoid.toolTipSubText: source.toolTip.replace(/^Kestro: /, "")
@@ -39,6 +38,6 @@ Item {
     Component.onCompleted: {
         Plasmoid.setAction("dashboard", i18n("Full Studio Dashboard"), "utilities-system-monitor");
         Plasmoid.setAction("settings", i18n("Settings…"), "configure");
-        Plasmoid.setAction("keepAwake", i18n("Keep Awake"), "caffeine-cup-full");
+        Plasmoid.setAction("keepAwake", i18n("Keep Awake"));
     }
 }

@@ -5,7 +5,6 @@ import org.kde.plasma.plasma5support as Plasma5Support
 import org.kde.plasma.plasmoid
 
 PlasmoidItem {
-    preferredRepresentation: compactRepresentation
     toolTipMainText: i18n("Kestro")
     toolTipSubText: source.toolTip.replace(/^Kestro: /, "")
     toolTipTextFormat: Text.PlainText
@@ -31,7 +30,7 @@ PlasmoidItem {
         },
         PlasmaCore.Action {
             text: i18n("Keep Awake")
-            icon.name: "caffeine-cup-full"
+            icon.name: "system-suspend-inhibited"
             onTriggered: source.toggleKeepAwake()
         }
     ]

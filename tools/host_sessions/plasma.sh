@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# plasma.sh plasma: one session of Plasma on X11 with the widget in its panel, in the system that hosts.sh has made.
-# Leaves pictures of the readout, the popover, the menu, and of the panel without Kestro. Fails if a click opens no
-# popover, or a second one leaves it open.
+# plasma.sh plasma-x11 | plasma-wayland: one session of Plasma with the widget in two panels and on the desktop, in the
+# system that hosts.sh has made. Leaves pictures of the readout, the popover, the menu, and of the panels without
+# Kestro. Fails if a click opens no popover, or a second one leaves it open.
 set -euo pipefail
 name=$1
 mkdir -p /pictures /tmp/run
@@ -41,32 +41,69 @@ plugin=org.kde.plasma.digitalclock
 
 [Containments][2][General]
 AppletOrder=3;4
+
+[Containments][5]
+formfactor=3
+immutability=1
+lastScreen=0
+location=5
+plugin=org.kde.panel
+
+[Containments][5][Applets][6]
+immutability=1
+plugin=kestro.readout
+
+[Containments][5][General]
+AppletOrder=6
 SETTINGS
-kwin_x11 >/tmp/kwin.log 2>&1 &
+screen=$DISPLAY
+case $name in
+    plasma-x11) kwin_x11 >/tmp/kwin.log 2>&1 & ;;
+    plasma-wayland)
+        # In a window as large as the display.
+        kwin_wayland --x11-display "$screen" --width 1280 --height 800 --no-lockscreen --xwayland \
+            'sh -c "echo $DISPLAY >/tmp/xwayland"' >/tmp/kwin.log 2>&1 &
+        until [ -s /tmp/xwayland ]; do
+            kill -0 $! 2>/dev/null || { cat /tmp/kwin.log >&2; exit 1; }
+            sleep 0.1
+        done
+        DISPLAY=$(cat /tmp/xwayland)
+        export WAYLAND_DISPLAY=wayland-0 XDG_SESSION_TYPE=wayland
+        dbus-update-activation-environment DISPLAY WAYLAND_DISPLAY XDG_SESSION_TYPE
+        ;;
+esac
 plasmashell >/tmp/shell.log 2>&1 &
 sleep 25
 
 fail() { printf '%s: %s\n' "$name" "$*" >&2; tail -n 40 /tmp/shell.log >&2; exit 1; }
-picture() { import -window root "/pictures/$name-$1.png"; }  # NAME
+picture() { DISPLAY=$screen import -window root "/pictures/$name-$1.png"; }  # NAME
+point() { DISPLAY=$screen xdotool "$@"; }
 popover() { xdotool search --onlyvisible --name '^Kestro$' >/dev/null; }
 
+dbus-send --session --print-reply --dest=org.kde.plasmashell /PlasmaShell org.kde.PlasmaShell.evaluateScript \
+    string:"desktops()[0].addWidget('kestro.readout', 600, 200, 320, 160)" >/dev/null
+sleep 2
 picture without
 kestro >/tmp/kestro.log 2>&1 &
 kestro=$!
 sleep 10
 bash "$(dirname "$0")/require_host.sh" "$name"
 picture readout
-xdotool mousemove 40 780 click 1
-sleep 3
-popover || fail 'a click opens no popover'
-picture popover
-xdotool mousemove 40 780 click 1
-sleep 2
-! popover || fail 'a second click leaves the popover open'
-xdotool click 3
+expect_popover() {  # X Y PANEL
+    point mousemove "$1" "$2" sleep 1 click 1
+    sleep 3
+    popover || fail "a click on the $3 panel opens no popover"
+    picture "popover-$3"
+    point click 1
+    sleep 2
+    ! popover || fail "a second click on the $3 panel leaves the popover open"
+}
+expect_popover 15 18 vertical
+expect_popover 60 780 horizontal
+point click 3
 sleep 2
 picture menu
-xdotool key Escape mousemove 640 400
+point key Escape mousemove 640 400
 kill "$kestro"
 sleep 3
 picture ended
