@@ -55,7 +55,8 @@ public:
     std::optional<std::vector<std::optional<FakeDictionary>>> powerSources;
     bool listsSources = true;
 
-    std::vector<std::size_t> powerSourceEvents;  ///< of the run loop's sources, those that announce changes
+    /// Of the run loop's sources, those that announce changes. As in IOKit, nothing releases the port behind one.
+    std::vector<std::size_t> powerSourceEvents;
     void announcePowerSources();
 
     bool refusesAssertions = false;
