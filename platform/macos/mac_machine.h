@@ -39,7 +39,7 @@ struct MacMachine {
     MacScriptRunner scriptRunner{powerModeService};
     MacPowerAssertions powerAssertions;
     MacPowerEvents powerEvents;
-    MacUserDefaults userDefaults;
+    MacUserDefaults userDefaults{runLoop};
     MacDistributedNotifications notifications{runLoop};
     MacFileEvents fileEvents{runLoop};
 

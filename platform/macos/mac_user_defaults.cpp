@@ -35,10 +35,23 @@ void MacUserDefaults::set(std::string_view key, PreferenceValue value) {
         [](auto&& kind) { return makeObject(CFValue(std::forward<decltype(kind)>(kind))); }, std::move(value));
     if (name && object) {
         CFPreferencesSetAppValue(name.get(), object.get(), kCFPreferencesCurrentApplication);
+        flushAtEndOfTurn();
     }
 }
 
+void MacUserDefaults::flushAtEndOfTurn() {
+    if (std::exchange(isFlushDue_, true)) {
+        return;
+    }
+    runLoop_.post([this, life = lifetime_.watch()] {
+        if (!life.expired() && isFlushDue_) {
+            flush();
+        }
+    });
+}
+
 void MacUserDefaults::flush() {
+    isFlushDue_ = false;
     CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication);
 }
 

@@ -147,8 +147,6 @@ struct MacSensors : OnFakes<MacHIDEventSystem> {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, HIDEventSystemContract, MacSensors);
 
-INSTANTIATE_TYPED_TEST_SUITE_P(Mac, UserDefaultsContract, OnFakes<MacUserDefaults>);
-
 struct MacAssertions : OnFakes<MacPowerAssertions> {
     std::ptrdiff_t held() const { return std::ssize(mac.ioKit.assertions); }
     void refuse() { mac.ioKit.refusesAssertions = true; }
@@ -173,6 +171,12 @@ struct OnMainThread {
         mac.runLoop.runPending();
     }
 };
+
+struct MacPreferences : OnMainThread {
+    MacUserDefaults made{runLoop};
+    UserDefaults& port() { return made; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, UserDefaultsContract, MacPreferences);
 
 struct MacSupplies : OnMainThread {
     MacPowerEvents made;

@@ -231,7 +231,11 @@ void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFString
 
 Boolean CFPreferencesAppSynchronize(CFStringRef) {
     ++runLoop().synchronizations;
-    return !mac().fails("CFPreferencesAppSynchronize");
+    if (mac().fails("CFPreferencesAppSynchronize")) {
+        return false;
+    }
+    runLoop().storedPreferences = runLoop().preferences;
+    return true;
 }
 
 CFNotificationCenterRef CFNotificationCenterGetDistributedCenter() {

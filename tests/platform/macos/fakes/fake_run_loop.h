@@ -50,7 +50,8 @@ public:
     /// The source of the notification port of system power.
     static CFRunLoopSourceRef powerSource();
 
-    FakeDictionary preferences;
+    FakeDictionary preferences;        ///< as the program reads and writes them
+    FakeDictionary storedPreferences;  ///< in permanent storage: as of the last synchronization
     std::int64_t synchronizations = 0;
     std::int64_t preferenceWrites = 0;
 
