@@ -16,7 +16,7 @@ constexpr std::uint32_t servicesPerClient = 1U << indexBits;
 }  // namespace
 
 std::optional<HIDClient> MacHIDEventSystem::createClient() {
-    CFOwned<IOHIDEventSystemClientRef> system(IOHIDEventSystemClientCreate(kCFAllocatorDefault));
+    CFOwned<IOHIDEventSystemClientRef> system(createHIDEventSystemClient(kCFAllocatorDefault));
     if (!system || clients_.size() >= servicesPerClient) {
         return std::nullopt;
     }
@@ -34,7 +34,7 @@ void MacHIDEventSystem::setMatching(HIDClient client, std::int32_t primaryUsageP
         return;
     }
     if (const auto matching = makeDictionary({pageKey.get(), usageKey.get()}, {page.get(), usage.get()})) {
-        IOHIDEventSystemClientSetMatching(known->system.get(), matching.get());
+        setHIDMatching(known->system.get(), matching.get());
     }
 }
 
@@ -72,8 +72,8 @@ std::optional<double> MacHIDEventSystem::copyTemperatureEvent(HIDService service
     if (known == nullptr) {
         return std::nullopt;
     }
-    const CFOwned<IOHIDEventRef> event(IOHIDServiceClientCopyEvent(known, temperatureEventType, nullptr, 0));
-    return event ? std::optional(IOHIDEventGetFloatValue(event.get(), temperatureLevelField)) : std::nullopt;
+    const CFOwned<CFTypeRef> event(copyHIDEvent(known, temperatureEventType, 0, 0));
+    return event ? std::optional(floatValueOfHIDEvent(event.get(), temperatureLevelField)) : std::nullopt;
 }
 
 MacHIDEventSystem::Client* MacHIDEventSystem::clientOf(HIDClient client) {

@@ -1,6 +1,8 @@
+// The port's declarations, to show that they do not conflict with others of the same functions.
 #include "platform/macos/hid_event_system_client.h"
 #include "tests/platform/macos/fakes/fake_mac.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <variant>
@@ -36,6 +38,8 @@ using namespace kestro;
 using namespace kestro::fakes;
 
 extern "C" {
+
+using IOHIDEventRef = struct __IOHIDEvent*;
 
 IOHIDEventSystemClientRef IOHIDEventSystemClientCreate(CFAllocatorRef) {
     if (mac().fails("IOHIDEventSystemClientCreate")) {
