@@ -1,13 +1,17 @@
 #include "platform/linux/battery/linux_power_events.h"
 #include "platform/linux/battery/linux_power_sources.h"
 #include "platform/linux/kernel/linux_file_events.h"
+#include "platform/linux/machine/linux_clock.h"
 #include "platform/linux/machine/linux_file_system_statistics.h"
 #include "platform/linux/machine/linux_mach_host.h"
 #include "platform/linux/machine/linux_process_info_service.h"
 #include "platform/linux/machine/linux_system_control.h"
 #include "platform/linux/network/linux_network_interfaces.h"
+#include "platform/linux/process/linux_command_runner.h"
 #include "platform/linux/sensors/linux_hid_event_system.h"
 #include "platform/linux/sensors/linux_smc_service.h"
+#include "tests/platform/contracts/clock_contract.h"
+#include "tests/platform/contracts/command_runner_contract.h"
 #include "tests/platform/contracts/file_events_contract.h"
 #include "tests/platform/contracts/hid_event_system_contract.h"
 #include "tests/platform/contracts/mach_host_contract.h"
@@ -147,6 +151,30 @@ struct LinuxFiles {
     }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, FileEventsContract, LinuxFiles);
+
+struct LinuxClocks {
+    LinuxClock made;
+    Clock& port() { return made; }
+    void pass() const {
+        for (const auto start = made.monotonicNow(); made.monotonicNow() == start;) {
+        }
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, ClockContract, LinuxClocks);
+
+struct LinuxCommands {
+    TemporaryDirectory root;
+    LinuxCommandRunner made{root.path().string(), {[] { return 100.0; }, [] { return 100.0; }, [](double) {}}};
+
+    LinuxCommands() {
+        root.write("proc/5/stat", "5 (one) S 1 1 1 0 -1 0 0 0 0 0 900 0 0 0 20 0 1 0 0 1000000 10 1 1\n");
+    }
+    std::optional<CommandOutput> run(const std::string& executable, const std::vector<std::string>& arguments) {
+        return made.run(executable, arguments);
+    }
+    std::optional<CommandOutput> runKnown() { return run("/bin/ps", {"-A", "-r"}); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, CommandRunnerContract, LinuxCommands);
 
 }  // namespace
 }  // namespace kestro

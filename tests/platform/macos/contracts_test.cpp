@@ -1,5 +1,6 @@
 #include "core/platform/power_mode_script.h"
 #include "platform/macos/mac_clock.h"
+#include "platform/macos/mac_command_runner.h"
 #include "platform/macos/mac_distributed_notifications.h"
 #include "platform/macos/mac_file_events.h"
 #include "platform/macos/mac_file_system_statistics.h"
@@ -16,6 +17,8 @@
 #include "platform/macos/mac_smc_service.h"
 #include "platform/macos/mac_system_control.h"
 #include "platform/macos/mac_user_defaults.h"
+#include "tests/platform/contracts/clock_contract.h"
+#include "tests/platform/contracts/command_runner_contract.h"
 #include "tests/platform/contracts/file_events_contract.h"
 #include "tests/platform/contracts/hid_event_system_contract.h"
 #include "tests/platform/contracts/mach_host_contract.h"
@@ -25,6 +28,7 @@
 #include "tests/platform/contracts/power_mode_service_contract.h"
 #include "tests/platform/contracts/power_sources_contract.h"
 #include "tests/platform/contracts/run_loop_contract.h"
+#include "tests/platform/contracts/script_runner_contract.h"
 #include "tests/platform/contracts/session_contract.h"
 #include "tests/platform/contracts/smc_service_contract.h"
 #include "tests/platform/contracts/system_control_contract.h"
@@ -41,6 +45,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -227,6 +232,49 @@ struct MacFiles : OnMainThread {
     void remove() const { std::filesystem::remove(path()); }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, FileEventsContract, MacFiles);
+
+struct MacClocks : OnFakes<MacClock> {
+    MacClocks() {
+        mac.kernel.uptime = 60'000'000'000;
+        mac.kernel.asleep = 5'000'000'000;
+    }
+    void pass() { mac.kernel.uptime += 1'000; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, ClockContract, MacClocks);
+
+struct MacCommands {
+    MacCommandRunner made;
+
+    std::optional<CommandOutput> run(const std::string& executable, const std::vector<std::string>& arguments) {
+        return made.run(executable, arguments);
+    }
+    std::optional<CommandOutput> runKnown() { return run("/bin/sh", {"-c", "echo one; echo two"}); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, CommandRunnerContract, MacCommands);
+
+/// Scripts that an interpreter of its own understands, as far as they switch the power mode.
+struct MacScripts : OnMainThread {
+    MacPowerModeService powerModes{runLoop};
+    TemporaryDirectory directory;
+
+    MacScripts() {
+        directory.write("mode", "0");
+        directory.write("osascript",
+                        "#!/bin/sh\n"
+                        "mode=${4#*powermode }\n"
+                        "[ \"$mode\" = \"$4\" ] || printf %s \"${mode%%\\\"*}\" >\"${0%/*}/mode\"\n");
+        chmod((directory / "osascript").c_str(), 0700);
+    }
+    void execute(const std::string& source) {
+        MacScriptRunner(powerModes, directory / "osascript").execute(source);
+    }
+    int mode() const {
+        int mode = -1;
+        std::ifstream(directory / "mode") >> mode;
+        return mode;
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, ScriptRunnerContract, MacScripts);
 
 }  // namespace
 }  // namespace kestro

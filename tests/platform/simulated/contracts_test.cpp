@@ -1,4 +1,6 @@
 #include "platform/simulated/simulated_mac.h"
+#include "tests/platform/contracts/clock_contract.h"
+#include "tests/platform/contracts/command_runner_contract.h"
 #include "tests/platform/contracts/file_events_contract.h"
 #include "tests/platform/contracts/hid_event_system_contract.h"
 #include "tests/platform/contracts/mach_host_contract.h"
@@ -8,13 +10,17 @@
 #include "tests/platform/contracts/power_mode_service_contract.h"
 #include "tests/platform/contracts/power_sources_contract.h"
 #include "tests/platform/contracts/run_loop_contract.h"
+#include "tests/platform/contracts/script_runner_contract.h"
 #include "tests/platform/contracts/session_contract.h"
 #include "tests/platform/contracts/smc_service_contract.h"
 #include "tests/platform/contracts/system_control_contract.h"
 #include "tests/platform/contracts/user_defaults_contract.h"
 
 #include <chrono>
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace kestro {
 namespace {
@@ -129,6 +135,27 @@ struct SimulatedCenter : Simulated {
     DistributedNotifications& port() { return mac.notifications; }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, DistributedNotificationsContract, SimulatedCenter);
+
+struct SimulatedClocks : Simulated {
+    SimulatedClocks() { mac.clock.uptimeAtStart = 3h; }
+    Clock& port() { return mac.clock; }
+    void pass() { mac.advance(1ms); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, ClockContract, SimulatedClocks);
+
+struct SimulatedCommands : Simulated {
+    std::optional<CommandOutput> run(const std::string& executable, const std::vector<std::string>& arguments) {
+        return mac.commandRunner.run(executable, arguments);
+    }
+    std::optional<CommandOutput> runKnown() { return run("/usr/bin/pmset", {"-g"}); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, CommandRunnerContract, SimulatedCommands);
+
+struct SimulatedScripts : Simulated {
+    void execute(const std::string& source) { mac.scriptRunner.execute(source); }
+    std::int64_t mode() const { return mac.commandRunner.powerMode; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Simulated, ScriptRunnerContract, SimulatedScripts);
 
 }  // namespace
 }  // namespace kestro
