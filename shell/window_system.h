@@ -48,6 +48,9 @@ public:
     /// Whether the application may place and fade its windows.
     virtual bool canPlaceWindows() const = 0;
 
+    /// Whether the user resizes windows at edges of the system's own, instead of a band of their content.
+    virtual bool resizesAtEdges() const { return false; }
+
     /// The area of a screen for windows, clear of panels and of the status bar's own window; in points and global
     /// coordinates.
     virtual QRect availableArea(const QScreen& screen) const = 0;

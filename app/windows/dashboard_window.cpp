@@ -96,7 +96,7 @@ void KestroDashboardWindow::fitToScreen() {
 bool KestroDashboardWindow::backgroundPressed(QPoint position) {
     // From here on the user controls the frame.
     frameAnimation_.stop();
-    const Qt::Edges edges = isFullScreen() ? Qt::Edges() : resizeEdges(position, size());
+    const Qt::Edges edges = edgesAt(position);
     return edges != Qt::Edges() && windowHandle()->startSystemResize(edges);
 }
 
@@ -192,8 +192,12 @@ QRect KestroDashboardWindow::placed(const QRect& wanted) const {
     return available.isNull() ? wanted : placeOnScreen(wanted, available);
 }
 
+Qt::Edges KestroDashboardWindow::edgesAt(QPoint position) const {
+    return isFullScreen() || system().resizesAtEdges() ? Qt::Edges() : resizeEdges(position, size());
+}
+
 void KestroDashboardWindow::showResizeCursor(QPoint position) {
-    const Qt::Edges edges = isFullScreen() ? Qt::Edges() : resizeEdges(position, size());
+    const Qt::Edges edges = edgesAt(position);
     if (edges == Qt::Edges()) {
         unsetCursor();
     } else {

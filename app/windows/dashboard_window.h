@@ -59,6 +59,7 @@ private:
 
     /// Starts moving to a frame, with a minimum size that is lower on a screen that is smaller.
     void moveTo(const QRect& frame);
+    Qt::Edges edgesAt(QPoint position) const;
     void showResizeCursor(QPoint position);
 
     FrameAnimation frameAnimation_;

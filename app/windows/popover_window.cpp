@@ -38,8 +38,6 @@ PopoverWindow::PopoverWindow(WindowDelegate& delegate, WindowSystem& system, con
                     Qt::Tool | Qt::WindowStaysOnTopHint),
       clock_(clock) {
     setFixedSize(popover_geometry::size);
-    // A request from another program can show it while that one is active.
-    setAttribute(Qt::WA_MacAlwaysShowToolWindow);
     fade_.setEasingCurve(QEasingCurve::OutCubic);
     QObject::connect(&fade_, &QVariantAnimation::valueChanged, this,
                      [this](const QVariant& value) { takeStep(value.toDouble()); });

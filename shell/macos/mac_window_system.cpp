@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QScreen>
+#include <QWindow>
 
 #include <utility>
 
@@ -51,7 +52,7 @@ void MacWindowSystem::makeKeyAndOrderFront(QWidget& window) {
 }
 
 void MacWindowSystem::keepOutOfTaskBars(QWidget& window) {
-    windows_.setCollectionBehavior(static_cast<NativeView>(window.winId()), window_style::ofPopover);
+    windows_.dressPopover(static_cast<NativeView>(window.winId()), window_style::ofPopover);
 }
 
 void MacWindowSystem::setFloatingLevel(QWidget& window, bool isFloating) {
@@ -80,19 +81,23 @@ std::unique_ptr<PressMonitor> MacWindowSystem::watchPresses(std::function<void()
 bool MacWindowSystem::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::WindowActivate) {
         stack(watched);
-    } else if (auto* const window = qobject_cast<QWidget*>(watched);
-               window != nullptr && event->type() == QEvent::WindowStateChange && !window->isFullScreen()) {
-        dress(*window);
+    } else if (auto* const handle = qobject_cast<QWindow*>(watched);
+               handle != nullptr && event->type() == QEvent::WindowStateChange) {
+        if (QWidget* const window = QWidget::find(handle->winId())) {
+            dress(*window);
+        }
     }
     return QObject::eventFilter(watched, event);
 }
 
 void MacWindowSystem::dress(QWidget& window) {
-    if (isOfApplication(window)) {
-        window.installEventFilter(this);
-        windows_.dress(static_cast<NativeView>(window.winId()), styleOf(window));
-        applyLevel(window);
+    if (!isOfApplication(window) || window.isFullScreen()) {
+        return;
     }
+    windows_.dress(static_cast<NativeView>(window.winId()), styleOf(window));
+    // The widget learns of a change of its state when it is requested, its window when it has happened.
+    window.windowHandle()->installEventFilter(this);
+    applyLevel(window);
 }
 
 void MacWindowSystem::applyLevel(QWidget& window) {

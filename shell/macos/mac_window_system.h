@@ -21,7 +21,8 @@ public:
 
     void makeKeyAndOrderFront(QWidget& window) override;
 
-    /// Keeps it out of Mission Control and of the cycle through the windows.
+    /// Keeps it out of Mission Control and of the cycle through the windows, and on the screen while another
+    /// application is active.
     void keepOutOfTaskBars(QWidget& window) override;
 
     void setFloatingLevel(QWidget& window, bool isFloating) override;
@@ -30,6 +31,7 @@ public:
     [[nodiscard]] std::unique_ptr<WithdrawalGuard> guardAgainstWithdrawal(QWidget&) override { return nullptr; }
 
     bool canPlaceWindows() const override { return true; }
+    bool resizesAtEdges() const override { return true; }
 
     QRect availableArea(const QScreen& screen) const override;
     QRect areaClearOfPanels(const QScreen& screen) const override { return availableArea(screen); }

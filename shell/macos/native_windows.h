@@ -27,7 +27,10 @@ public:
     virtual void dress(NativeView view, const NativeWindowStyle& style) = 0;
 
     virtual void setLevel(NativeView view, std::int64_t level) = 0;
-    virtual void setCollectionBehavior(NativeView view, std::uint64_t behavior) = 0;
+
+    /// Sets the behaviour of a window that comes and goes with the status item, and lets it stay while another
+    /// application is active.
+    virtual void dressPopover(NativeView view, std::uint64_t collectionBehavior) = 0;
 
     /// Puts a window directly above another one, without a change of the keyboard focus.
     virtual void orderAbove(NativeView view, NativeView other) = 0;

@@ -25,10 +25,12 @@ NSWindow* windowOf(NativeView view) {
     return ((__bridge NSView*)reinterpret_cast<void*>(view)).window;
 }
 
-/// AppKit builds a new frame for another mask, and the toolkit sees the content without a size meanwhile.
+/// AppKit builds a new frame for another mask. Meanwhile the content has no size, which the toolkit must not see.
 void setStyleMask(NSWindow* window, NSWindowStyleMask mask) {
     if (window.styleMask != mask) {
+        window.contentView.postsFrameChangedNotifications = NO;
         window.styleMask = mask;
+        window.contentView.postsFrameChangedNotifications = YES;
     }
 }
 
@@ -36,9 +38,9 @@ void dressWindow(NSWindow* window, const NativeWindowStyle& style) {
     setStyleMask(window, style.styleMask | (window.styleMask & NSWindowStyleMaskFullScreen));
     window.titlebarAppearsTransparent = YES;
     window.titleVisibility = NSWindowTitleHidden;
-    // The content has its own.
+    // The content has its own. The toolkit shows hidden ones again.
     for (const NSWindowButton button : {NSWindowCloseButton, NSWindowMiniaturizeButton, NSWindowZoomButton}) {
-        [window standardWindowButton:button].hidden = YES;
+        [[window standardWindowButton:button] removeFromSuperview];
     }
     // The content starts a drag of the window itself: to AppKit, the toolkit's single view is all background.
     window.movableByWindowBackground = NO;
@@ -62,8 +64,11 @@ public:
         windowOf(view).level = static_cast<NSWindowLevel>(level);
     }
 
-    void setCollectionBehavior(NativeView view, std::uint64_t behavior) override {
-        windowOf(view).collectionBehavior = behavior;
+    void dressPopover(NativeView view, std::uint64_t collectionBehavior) override {
+        NSWindow* const window = windowOf(view);
+        window.collectionBehavior = collectionBehavior;
+        // The toolkit's own attribute for it would make it change the levels of every window.
+        window.hidesOnDeactivate = NO;
     }
 
     void orderAbove(NativeView view, NativeView other) override {

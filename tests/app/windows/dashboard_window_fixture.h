@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QHoverEvent>
 #include <QMouseEvent>
 #include <QPoint>
 #include <QRect>
@@ -36,6 +37,11 @@ struct DashboardWindowTest : testing::Test {
 
     void sendMouse(QEvent::Type type, QPoint position, Qt::MouseButtons buttons = Qt::LeftButton) {
         QMouseEvent event(type, position, window.mapToGlobal(position), Qt::LeftButton, buttons, Qt::NoModifier);
+        QApplication::sendEvent(&window, &event);
+    }
+
+    void hover(QPoint position) {
+        QHoverEvent event(QEvent::HoverMove, position, window.mapToGlobal(position), position);
         QApplication::sendEvent(&window, &event);
     }
 

@@ -49,6 +49,25 @@ TEST_F(DashboardWindowTest, ReturnsToTheScreenWhenItsPositionIsGone) {
     EXPECT_EQ(window.geometry(), QRect(1920 - 8 - 788, 1080 - 8 - 480, 788, 480));
 }
 
+TEST_F(DashboardWindowTest, ShowsWhereItCanBeResized) {
+    show();
+
+    hover({window.width() - 1, 200});
+    EXPECT_EQ(window.cursor().shape(), Qt::SizeHorCursor);
+    hover({400, 200});
+
+    EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(DashboardWindowTest, LeavesResizingToASystemThatDoesIt) {
+    system.hasEdges = true;
+    show();
+
+    hover({window.width() - 1, 200});
+
+    EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
+}
+
 TEST_F(DashboardWindowTest, FitsASmallerScreenWithoutReportingAResize) {
     show();
 

@@ -87,8 +87,8 @@ public:
 
     void dress(NativeView view, const NativeWindowStyle& style) override { windows[view].style = style; }
     void setLevel(NativeView view, std::int64_t level) override { windows[view].level = level; }
-    void setCollectionBehavior(NativeView view, std::uint64_t behavior) override {
-        windows[view].collectionBehavior = behavior;
+    void dressPopover(NativeView view, std::uint64_t collectionBehavior) override {
+        windows[view].collectionBehavior = collectionBehavior;
     }
     void orderAbove(NativeView view, NativeView other) override { ordered.emplace_back(view, other); }
 

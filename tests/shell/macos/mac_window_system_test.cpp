@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -22,6 +23,11 @@ struct MacWindowSystemTest : testing::Test {
     QWidget window{nullptr, Qt::Window | Qt::FramelessWindowHint};
 
     test::FakeWindows::Window& native() { return windows.windows[viewOf(window)]; }
+
+    void reportState(Qt::WindowStates before) {
+        QWindowStateChangeEvent report(before);
+        QApplication::sendEvent(window.windowHandle(), &report);
+    }
 };
 
 TEST_F(MacWindowSystemTest, OrdersAWindowFrontOfOtherApplications) {
@@ -65,12 +71,26 @@ TEST_F(MacWindowSystemTest, RestoresLookAndLevelAfterFullScreen) {
     system.makeKeyAndOrderFront(window);
     system.setFloatingLevel(window, true);
     window.setWindowState(Qt::WindowFullScreen);
-    native() = {};
-
     window.setWindowState(Qt::WindowNoState);
+    QCoreApplication::processEvents();
+    // AppKit has not finished when the widget has its event; then the toolkit applies a look and a level of its
+    // own, and tells the window.
+    native() = {};
+    reportState(Qt::WindowFullScreen);
 
     EXPECT_EQ(native().style, window_style::ofResizableWindow);
     EXPECT_EQ(native().level, window_style::floatingLevel);
+}
+
+TEST_F(MacWindowSystemTest, LeavesTheLookInFullScreenToTheToolkit) {
+    system.makeKeyAndOrderFront(window);
+    window.setWindowState(Qt::WindowFullScreen);
+    native() = {};
+
+    reportState(Qt::WindowNoState);
+    system.makeKeyAndOrderFront(window);
+
+    EXPECT_FALSE(native().style);
 }
 
 TEST_F(MacWindowSystemTest, LeavesThePopoversLookToTheToolkit) {
@@ -150,6 +170,7 @@ TEST_F(MacWindowSystemTest, PlacesWindowsBelowTheMenuBar) {
     const QScreen& screen = *QGuiApplication::primaryScreen();
 
     EXPECT_TRUE(system.canPlaceWindows());
+    EXPECT_TRUE(system.resizesAtEdges());
     EXPECT_EQ(system.availableArea(screen), screen.availableGeometry());
     EXPECT_EQ(system.guardAgainstWithdrawal(window), nullptr);
 }

@@ -26,6 +26,7 @@ enum : NSAutoresizingMaskOptions { NSViewWidthSizable = 2, NSViewHeightSizable =
 @property NSRect frame;
 @property NSRect bounds;
 @property NSAutoresizingMaskOptions autoresizingMask;
+@property BOOL postsFrameChangedNotifications;
 @property(getter=isHidden) BOOL hidden;
 @property(nullable, copy) NSString* toolTip;
 - (void)addSubview:(NSView*)view positioned:(NSWindowOrderingMode)place relativeTo:(nullable NSView*)otherView;
@@ -109,6 +110,7 @@ using NSWindowLevel = NSInteger;
 @property(getter=isOpaque) BOOL opaque;
 @property(null_resettable, copy) NSColor* backgroundColor;
 @property BOOL hasShadow;
+@property BOOL hidesOnDeactivate;
 @property(readonly) NSInteger windowNumber;
 - (nullable NSButton*)standardWindowButton:(NSWindowButton)button;
 - (NSRect)convertRectToScreen:(NSRect)rect;
