@@ -55,18 +55,21 @@ int runFirstInstance(MacMachine& mac, NativeApplication& nativeApplication, cons
     AppDelegate delegate(mac.platform, sharedServices(), SMCReader::shared(), {statusBar, windowSystem},
                          kestroSurfaces(), {commandFile}, {.terminate = terminate, .trimMemory = trimMemory});
     delegate.applicationDidFinishLaunching();
-    // Once the event loop runs, since the system's own handler is installed when it starts.
-    mac.runLoop.post([&] { nativeApplication.setReopenHandler([&delegate] { delegate.showDashboard(); }); });
+    // Once the event loop runs, since the system's own handlers are installed when it starts.
+    mac.runLoop.post(
+        [&] { nativeApplication.handleEvents([&delegate] { delegate.showDashboard(); }, &terminate); });
     return QCoreApplication::exec();
 }
 
-/// Stored numbers, and those that other programs print for Kestro, have a decimal point. Names keep their
-/// encoding.
+/// Stored numbers, and those that other programs print for Kestro, have a decimal point. Names keep their encoding;
+/// macOS names none to applications that it opens, and its tools would then print ASCII only.
 void useDecimalPoints() {
     std::setlocale(LC_NUMERIC, "C");
     if (const char* const all = std::getenv("LC_ALL")) {
         setenv("LC_CTYPE", all, 1);
         unsetenv("LC_ALL");
+    } else if (std::getenv("LC_CTYPE") == nullptr && std::getenv("LANG") == nullptr) {
+        setenv("LC_CTYPE", "UTF-8", 1);
     }
     setenv("LC_NUMERIC", "C", 1);
 }

@@ -26,9 +26,10 @@ public:
     /// Makes it the active application, whatever the user is working in.
     virtual void activate() = 0;
 
-    /// Calls `handler` whenever the user opens the running application again. Replaces the toolkit's own handling,
-    /// so call it while the event loop runs.
-    virtual void setReopenHandler(std::function<void()> handler) = 0;
+    /// Calls `onReopen` whenever the user opens the running application again, and `onQuit` whenever the system or
+    /// another program asks it to quit, at logout for example. Replaces the system's own handling, so call it
+    /// while the event loop runs.
+    virtual void handleEvents(std::function<void()> onReopen, std::function<void()> onQuit) = 0;
 
     /// Calls `onPress` for every press of a mouse button, in whichever application. Null: the system refuses.
     [[nodiscard]] virtual std::unique_ptr<NativeWatch> watchPresses(std::function<void()> onPress) = 0;

@@ -9,9 +9,8 @@
 
 namespace kestro {
 
-/// Ends the program when macOS asks it to, at logout or through an Apple event. The toolkit would close all
-/// windows first, and cancel the logout because the dashboard only hides. Main thread, after the application
-/// object.
+/// Ends the program when the toolkit is to quit it, on Command-Q for example. It would close all windows first,
+/// and stop there because the dashboard only hides. Main thread, after the application object.
 class QuitRequests final : public QObject {
 public:
     explicit QuitRequests(std::function<void()> terminate) : terminate_(std::move(terminate)) {

@@ -3,19 +3,20 @@
 #import <AppKit/AppKit.h>
 
 #include <cstdint>
+#include <optional>
 #include <utility>
 
-/// Receives the Apple event that the system sends when the user opens the running application again.
-@interface KestroReopenTarget : NSObject {
+/// Receives Apple events of one kind. It reports no error, so the sender takes them as accepted.
+@interface KestroAppleEventTarget : NSObject {
 @public
-    std::function<void()> onReopen;
+    std::function<void()> onEvent;
 }
 @end
 
-@implementation KestroReopenTarget
+@implementation KestroAppleEventTarget
 
-- (void)reopen:(NSAppleEventDescriptor*)__unused event withReplyEvent:(NSAppleEventDescriptor*)__unused reply {
-    onReopen();
+- (void)handle:(NSAppleEventDescriptor*)__unused event withReplyEvent:(NSAppleEventDescriptor*)__unused reply {
+    onEvent();
 }
 
 @end
@@ -24,9 +25,32 @@ namespace kestro {
 
 namespace {
 
-// kCoreEventClass and kAEReopenApplication, as CoreServices has them.
+// kCoreEventClass, kAEReopenApplication and kAEQuitApplication, as CoreServices has them.
 constexpr std::uint32_t coreEventClass = 0x61657674;     // aevt
 constexpr std::uint32_t reopenApplication = 0x72617070;  // rapp
+constexpr std::uint32_t quitApplication = 0x71756974;    // quit
+
+/// Handles the Apple events of one kind in place of whoever does so.
+class AppleEventHandler final {
+public:
+    AppleEventHandler(std::uint32_t event, std::function<void()> handler) : event_(event) {
+        target_->onEvent = std::move(handler);
+        [NSAppleEventManager.sharedAppleEventManager setEventHandler:target_
+                                                         andSelector:@selector(handle:withReplyEvent:)
+                                                       forEventClass:coreEventClass
+                                                          andEventID:event];
+    }
+    ~AppleEventHandler() {
+        [NSAppleEventManager.sharedAppleEventManager removeEventHandlerForEventClass:coreEventClass
+                                                                          andEventID:event_];
+    }
+    AppleEventHandler(const AppleEventHandler&) = delete;
+    AppleEventHandler& operator=(const AppleEventHandler&) = delete;
+
+private:
+    std::uint32_t event_;
+    KestroAppleEventTarget* target_ = [[KestroAppleEventTarget alloc] init];
+};
 
 /// The monitors of the presses in other applications and in this one.
 class PressWatch final : public NativeWatch {
@@ -74,10 +98,6 @@ public:
         if (activity_ != nil) {
             [NSProcessInfo.processInfo endActivity:activity_];
         }
-        if (reopening_ != nil) {
-            [NSAppleEventManager.sharedAppleEventManager removeEventHandlerForEventClass:coreEventClass
-                                                                              andEventID:reopenApplication];
-        }
     }
     AppKitApplication(const AppKitApplication&) = delete;
     AppKitApplication& operator=(const AppKitApplication&) = delete;
@@ -92,13 +112,9 @@ public:
 
     void activate() override { [NSApp activateIgnoringOtherApps:YES]; }
 
-    void setReopenHandler(std::function<void()> handler) override {
-        reopening_ = [[KestroReopenTarget alloc] init];
-        reopening_->onReopen = std::move(handler);
-        [NSAppleEventManager.sharedAppleEventManager setEventHandler:reopening_
-                                                         andSelector:@selector(reopen:withReplyEvent:)
-                                                       forEventClass:coreEventClass
-                                                          andEventID:reopenApplication];
+    void handleEvents(std::function<void()> onReopen, std::function<void()> onQuit) override {
+        reopening_.emplace(reopenApplication, std::move(onReopen));
+        quitting_.emplace(quitApplication, std::move(onQuit));
     }
 
     std::unique_ptr<NativeWatch> watchPresses(std::function<void()> onPress) override {
@@ -108,7 +124,8 @@ public:
 
 private:
     id<NSObject> activity_ = nil;
-    KestroReopenTarget* reopening_ = nil;
+    std::optional<AppleEventHandler> reopening_;
+    std::optional<AppleEventHandler> quitting_;
 };
 
 }  // namespace

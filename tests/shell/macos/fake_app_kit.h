@@ -123,7 +123,7 @@ public:
     void becomeAccessory() override {}
     void preventAppNap() override {}
     void activate() override { ++activations; }
-    void setReopenHandler(std::function<void()>) override {}
+    void handleEvents(std::function<void()>, std::function<void()>) override {}
     std::unique_ptr<NativeWatch> watchPresses(std::function<void()> onPress) override {
         return refusesWatches ? nullptr : std::make_unique<FakeWatch>(press, std::move(onPress));
     }
