@@ -3,6 +3,12 @@
 #include "core/settings/user_settings.h"
 #include "shell/macos/screen_coordinates.h"
 
+#include <QEvent>
+#include <QObject>
+
+#include <functional>
+#include <utility>
+
 namespace kestro {
 
 namespace {
@@ -11,28 +17,69 @@ std::int64_t materialIn(const UserSettings& settings) {
     return static_cast<std::int64_t>(nsMaterial(settings.glassMaterial.get()));
 }
 
+/// A window that is not on the screen may have lost its view, and gets its pane when it is shown again.
+bool hasView(const QWindow* window) {
+    return window != nullptr && window->handle() != nullptr;
+}
+
 }  // namespace
+
+/// Tells of windows that entered or left a state such as full screen, once everybody else has followed.
+class MacCompositing::WindowStates final : public QObject {
+public:
+    explicit WindowStates(std::function<void(QWindow*)> onChange) : onChange_(std::move(onChange)) {}
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::WindowStateChange) {
+            const QPointer window = qobject_cast<QWindow*>(watched);
+            QMetaObject::invokeMethod(
+                this, [this, window] { onChange_(window); }, Qt::QueuedConnection);
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    const std::function<void(QWindow*)> onChange_;
+};
 
 MacCompositing::MacCompositing(NativeVisualEffects& effects, const UserSettings& settings)
     : effects_(effects),
       settings_(settings),
+      states_(std::make_unique<WindowStates>([this](const QWindow* window) { layAgain(window); })),
       materialChanges_(settings.glassMaterial.subscribe([this](GlassMaterialStyle) { followMaterial(); })) {}
 
+MacCompositing::~MacCompositing() = default;
+
 void MacCompositing::requestBlurBehind(QWindow& window, const QRegion& region) const {
-    effects_.lay(static_cast<NativeView>(window.winId()), materialIn(settings_),
-                 screen_coordinates::partsOfView(region, window.height(), window.devicePixelRatio()));
-    glassy_.removeAll(&window);
-    glassy_.removeAll(nullptr);
+    glass_.removeIf([&](const Glass& glass) { return glass.window == nullptr || glass.window == &window; });
+    const Glass glass{&window, region};
+    lay(glass);
     if (!region.isEmpty()) {
-        glassy_.append(&window);
+        window.installEventFilter(states_.get());
+        glass_.append(glass);
     }
 }
 
+void MacCompositing::lay(const Glass& glass) const {
+    QWindow& window = *glass.window;
+    effects_.lay(static_cast<NativeView>(window.winId()), materialIn(settings_),
+                 screen_coordinates::partsOfView(glass.region, window.height(), window.devicePixelRatio()));
+}
+
 void MacCompositing::followMaterial() {
-    for (const QPointer<QWindow>& window : std::as_const(glassy_)) {
-        // A window that is not on the screen may have lost its view, and gets its pane when it is shown again.
-        if (window != nullptr && window->handle() != nullptr) {
-            effects_.setMaterial(static_cast<NativeView>(window->winId()), materialIn(settings_));
+    for (const Glass& glass : std::as_const(glass_)) {
+        if (hasView(glass.window)) {
+            effects_.setMaterial(static_cast<NativeView>(glass.window->winId()), materialIn(settings_));
+        }
+    }
+}
+
+void MacCompositing::layAgain(const QWindow* window) {
+    for (const Glass& glass : std::as_const(glass_)) {
+        // AppKit has built a new frame, without the pane.
+        if (glass.window == window && hasView(window)) {
+            lay(glass);
         }
     }
 }

@@ -6,7 +6,10 @@
 
 #include <QList>
 #include <QPointer>
+#include <QRegion>
 #include <QWindow>
+
+#include <memory>
 
 namespace kestro {
 
@@ -17,6 +20,9 @@ class UserSettings;
 class MacCompositing final : public WindowCompositing {
 public:
     MacCompositing(NativeVisualEffects& effects, const UserSettings& settings);
+    ~MacCompositing() override;
+    MacCompositing(const MacCompositing&) = delete;
+    MacCompositing& operator=(const MacCompositing&) = delete;
 
     bool isAvailable() const override { return true; }
     bool canBlurBehind() const override { return true; }
@@ -27,11 +33,21 @@ public:
     bool cutTo(QWindow&, const QRegion&) const override { return false; }
 
 private:
+    class WindowStates;
+
+    struct Glass {
+        QPointer<QWindow> window;
+        QRegion region;
+    };
+
+    void lay(const Glass& glass) const;
     void followMaterial();
+    void layAgain(const QWindow* window);
 
     NativeVisualEffects& effects_;
     const UserSettings& settings_;
-    mutable QList<QPointer<QWindow>> glassy_;  ///< windows with a pane
+    const std::unique_ptr<WindowStates> states_;
+    mutable QList<Glass> glass_;
     Subscription materialChanges_;
 };
 

@@ -101,6 +101,7 @@ public:
     struct Pane {
         std::int64_t material = 0;
         std::vector<NativeRect> parts;
+        bool operator==(const Pane&) const = default;
     };
 
     void lay(NativeView view, std::int64_t material, const std::vector<NativeRect>& parts) override {

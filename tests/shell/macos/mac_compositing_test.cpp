@@ -5,6 +5,9 @@
 #include "shell/macos/screen_coordinates.h"
 #include "tests/shell/macos/fake_app_kit.h"
 
+#include <QCoreApplication>
+#include <QWindowStateChangeEvent>
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -54,6 +57,42 @@ TEST_F(MacCompositingTest, TakesTheGlassAwayWithTheRequest) {
     compositing.requestBlurBehind(*window, {});
 
     EXPECT_EQ(pane(), nullptr);
+}
+
+TEST_F(MacCompositingTest, LaysTheGlassAgainOnceAWindowHasChangedItsState) {
+    compositing.requestBlurBehind(*window, QRect(0, 0, 330, 325));
+    const auto laid = effects.panes;
+    QWindowStateChangeEvent change(Qt::WindowFullScreen);
+
+    QCoreApplication::sendEvent(window.get(), &change);
+    // AppKit builds another frame when the window's look is restored.
+    effects.panes.clear();
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(effects.panes, laid);
+}
+
+TEST_F(MacCompositingTest, LaysNoGlassBehindWindowsThatGaveItUp) {
+    compositing.requestBlurBehind(*window, QRect(0, 0, 330, 325));
+    compositing.requestBlurBehind(*window, {});
+    QWindowStateChangeEvent change(Qt::WindowFullScreen);
+
+    QCoreApplication::sendEvent(window.get(), &change);
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(pane(), nullptr);
+}
+
+TEST_F(MacCompositingTest, AWindowMayEndAfterItHasChangedItsState) {
+    compositing.requestBlurBehind(*window, QRect(0, 0, 330, 325));
+    QWindowStateChangeEvent change(Qt::WindowFullScreen);
+    QCoreApplication::sendEvent(window.get(), &change);
+    effects.panes.clear();
+
+    window.reset();
+    QCoreApplication::processEvents();
+
+    EXPECT_TRUE(effects.panes.empty());
 }
 
 TEST_F(MacCompositingTest, ForgetsDestroyedWindows) {
