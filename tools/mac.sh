@@ -80,13 +80,17 @@ outside_libraries() {  # BUNDLE: the libraries that its programs load from elsew
 
 # The bundle with the toolkit's libraries in it. They make its signature invalid, so it is signed again.
 cmd_package() {
-    local folder=build/package archive outside
+    local folder=build/package archive outside libraries
     cmd_build
     archive=$PWD/build/kestro-macos-$(uname -m).zip
     rm -rf "$folder" "$archive"
     mkdir -p "$folder"
     ditto "$app" "$folder/Kestro.app"
-    "$(brew --prefix)/bin/macdeployqt" "$folder/Kestro.app" >&2
+    libraries=$(brew --prefix)/lib
+    "$(brew --prefix)/bin/macdeployqt" "$folder/Kestro.app" -libpath="$libraries" >&2
+    # Of the plug-ins it copies all that are installed, with libraries of other formulas.
+    find "$folder/Kestro.app/Contents/PlugIns" -type f ! -path '*/platforms/libqcocoa.dylib' ! -path '*/styles/*' \
+        -delete
     # The tool reports success even if it could not copy a library.
     outside=$(outside_libraries "$folder/Kestro.app")
     [ -z "$outside" ] || fail "other Macs could not run $folder/Kestro.app; these are not in it:
