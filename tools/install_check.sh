@@ -51,7 +51,8 @@ apt-get purge -y kestro kestro-readout >/dev/null 2>&1 || true  # of a check tha
 rm -rf /root/.config/kestro
 apt-get install -y --no-install-recommends /packages/old/*.deb >/dev/null
 say "installed $(dpkg-query -W -f '${Version}' kestro)"
-Xvfb -displayfd 1 -nolisten tcp >/tmp/display 2>/dev/null &
+# Without a client it would start anew, and refuse one that comes meanwhile.
+Xvfb -displayfd 1 -noreset -nolisten tcp >/tmp/display 2>/dev/null &
 until [ -s /tmp/display ]; do sleep 0.1; done
 DISPLAY=:$(cat /tmp/display)
 export DISPLAY
