@@ -61,8 +61,8 @@ int runFirstInstance(MacMachine& mac, NativeApplication& nativeApplication, cons
     return QCoreApplication::exec();
 }
 
-/// Stored numbers, and those that other programs print for Kestro, have a decimal point. Names keep their encoding;
-/// macOS names none to applications that it opens, and its tools would then print ASCII only.
+/// Stored numbers, and those that other programs print for Kestro, have a decimal point. Names keep their
+/// encoding; macOS names none to applications that it opens, and its tools would then print ASCII only.
 void useDecimalPoints() {
     std::setlocale(LC_NUMERIC, "C");
     if (const char* const all = std::getenv("LC_ALL")) {
