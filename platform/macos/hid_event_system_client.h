@@ -25,7 +25,7 @@ void setHIDMatching(IOHIDEventSystemClientRef client, CFDictionaryRef matching)
 
 /// The last event of a type; null if there is none. The last two parameters are 0. IOHIDFamily's callback behind
 /// this function takes an event and 32-bit options (HID/HIDVirtualEventService.m), Chromium's declaration 32 bits
-/// and 64 bits; a callee finds full registers whichever it reads.
+/// and 64 bits; full registers suit both.
 CFTypeRef copyHIDEvent(IOHIDServiceClientRef service, std::uint64_t type, std::uint64_t, std::uint64_t)
     KESTRO_C_SYMBOL(IOHIDServiceClientCopyEvent);
 

@@ -25,10 +25,12 @@ TYPED_TEST_P(ScriptRunnerContract, ReturnsWhenTheScriptHasEnded) {
 }
 
 TYPED_TEST_P(ScriptRunnerContract, NoOtherScriptSwitchesTheMode) {
+    this->subject.execute(powerModeScript("1"));
+
     this->subject.execute("beep");
     this->subject.execute("");
 
-    EXPECT_EQ(this->subject.mode(), 0);
+    EXPECT_EQ(this->subject.mode(), 1);
 }
 
 REGISTER_TYPED_TEST_SUITE_P(ScriptRunnerContract, ReturnsWhenTheScriptHasEnded, NoOtherScriptSwitchesTheMode);

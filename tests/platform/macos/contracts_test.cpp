@@ -190,20 +190,34 @@ struct MacSupplies : OnMainThread {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, PowerEventsContract, MacSupplies);
 
-/// Runs the script of a switch with an interpreter of its own.
+/// An interpreter of scripts, itself a script of the shell.
+class Interpreter {
+public:
+    /// Returns its path.
+    std::string replaceBy(const std::string& text) const {
+        directory_.write("osascript", "#!/bin/sh\n" + text + "\n");
+        chmod(path("osascript").c_str(), 0700);
+        return path("osascript");
+    }
+
+    /// A file beside it.
+    std::string path(const char* name) const { return directory_ / name; }
+
+private:
+    TemporaryDirectory directory_;
+};
+
 struct MacPowerModes : OnMainThread {
     MacPowerModeService made{runLoop};
-    TemporaryDirectory directory;
+    Interpreter interpreter;
 
     PowerModeService& port() { return made; }
     void failSwitch() { runScript("echo 'execution error: User canceled. (-128)'; exit 1"); }
     void succeedSwitch() { runScript("exit 0"); }
 
 private:
-    void runScript(const std::string& interpreter) {
-        directory.write("osascript", "#!/bin/sh\n" + interpreter + "\n");
-        chmod((directory / "osascript").c_str(), 0700);
-        MacScriptRunner(made, directory / "osascript").execute(powerModeScript("1"));
+    void runScript(const std::string& text) {
+        MacScriptRunner(made, interpreter.replaceBy(text)).execute(powerModeScript("1"));
     }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, PowerModeServiceContract, MacPowerModes);
@@ -252,25 +266,18 @@ struct MacCommands {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, CommandRunnerContract, MacCommands);
 
-/// Scripts that an interpreter of its own understands, as far as they switch the power mode.
+/// Its interpreter understands the scripts that switch the power mode.
 struct MacScripts : OnMainThread {
     MacPowerModeService powerModes{runLoop};
-    TemporaryDirectory directory;
+    Interpreter interpreter;
+    MacScriptRunner made{powerModes, interpreter.replaceBy("mode=${4#*powermode }\n"
+                                                           "[ \"$mode\" = \"$4\" ] || "
+                                                           "printf %s \"${mode%%\\\"*}\" >\"${0%/*}/mode\"")};
 
-    MacScripts() {
-        directory.write("mode", "0");
-        directory.write("osascript",
-                        "#!/bin/sh\n"
-                        "mode=${4#*powermode }\n"
-                        "[ \"$mode\" = \"$4\" ] || printf %s \"${mode%%\\\"*}\" >\"${0%/*}/mode\"\n");
-        chmod((directory / "osascript").c_str(), 0700);
-    }
-    void execute(const std::string& source) {
-        MacScriptRunner(powerModes, directory / "osascript").execute(source);
-    }
+    void execute(const std::string& source) { made.execute(source); }
     int mode() const {
-        int mode = -1;
-        std::ifstream(directory / "mode") >> mode;
+        int mode = 0;
+        std::ifstream(interpreter.path("mode")) >> mode;
         return mode;
     }
 };
