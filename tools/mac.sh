@@ -80,17 +80,21 @@ outside_libraries() {  # BUNDLE: the libraries that its programs load from elsew
 
 # The bundle with the toolkit's libraries in it. They make its signature invalid, so it is signed again.
 cmd_package() {
-    local folder=build/package archive outside libraries
+    local folder=build/package contents archive outside plugins plugin
     cmd_build
     archive=$PWD/build/kestro-macos-$(uname -m).zip
     rm -rf "$folder" "$archive"
     mkdir -p "$folder"
     ditto "$app" "$folder/Kestro.app"
-    libraries=$(brew --prefix)/lib
-    "$(brew --prefix)/bin/macdeployqt" "$folder/Kestro.app" -libpath="$libraries" >&2
-    # Of the plug-ins it copies all that are installed, with libraries of other formulas.
-    find "$folder/Kestro.app/Contents/PlugIns" -type f ! -path '*/platforms/libqcocoa.dylib' ! -path '*/styles/*' \
-        -delete
+    # Left to itself, macdeployqt would copy every plug-in that is installed, with libraries of other formulas.
+    contents=$folder/Kestro.app/Contents
+    plugins=$("$(brew --prefix)/bin/qtpaths" --query QT_INSTALL_PLUGINS)
+    for plugin in platforms/libqcocoa.dylib styles/libqmacstyle.dylib; do
+        mkdir -p "$contents/PlugIns/$(dirname "$plugin")"
+        install -m 755 "$plugins/$plugin" "$contents/PlugIns/$plugin"
+    done
+    printf '[Paths]\nPlugins = PlugIns\n' >"$contents/Resources/qt.conf"
+    "$(brew --prefix)/bin/macdeployqt" "$folder/Kestro.app" -no-plugins -libpath="$(brew --prefix)/lib" >&2
     # The tool reports success even if it could not copy a library.
     outside=$(outside_libraries "$folder/Kestro.app")
     [ -z "$outside" ] || fail "other Macs could not run $folder/Kestro.app; these are not in it:

@@ -62,16 +62,21 @@ int runFirstInstance(MacMachine& mac, NativeApplication& nativeApplication, cons
 }
 
 /// Stored numbers, and those that other programs print for Kestro, have a decimal point. Names keep their
-/// encoding; macOS names none to applications that it opens, and its tools would then print ASCII only.
+/// encoding.
 void useDecimalPoints() {
     std::setlocale(LC_NUMERIC, "C");
     if (const char* const all = std::getenv("LC_ALL")) {
         setenv("LC_CTYPE", all, 1);
         unsetenv("LC_ALL");
-    } else if (std::getenv("LC_CTYPE") == nullptr && std::getenv("LANG") == nullptr) {
-        setenv("LC_CTYPE", "UTF-8", 1);
     }
     setenv("LC_NUMERIC", "C", 1);
+}
+
+/// An application that macOS opens has no locale, so that ps(1) would encode names that are not ASCII.
+void useUnicode() {
+    if (std::getenv("LC_CTYPE") == nullptr && std::getenv("LANG") == nullptr) {
+        setenv("LC_CTYPE", "UTF-8", 1);
+    }
 }
 
 void discardMessage(QtMsgType, const QMessageLogContext&, const QString&) {}
@@ -87,6 +92,7 @@ int runApplication(char** arguments, const std::string& commandFile) {
     QApplication application(ownName, arguments);
     standard_streams::abandon();
     useDecimalPoints();
+    useUnicode();
     QCoreApplication::setApplicationName(QStringLiteral("Kestro"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const auto nativeApplication = makeNativeApplication();
