@@ -48,7 +48,7 @@ public:
     /// Whether the application may place and fade its windows.
     virtual bool canPlaceWindows() const = 0;
 
-    /// Whether the user resizes windows at edges of the system's own, instead of a band of their content.
+    /// Whether the system resizes windows at their edges itself, so that their content needs no band for it.
     virtual bool resizesAtEdges() const { return false; }
 
     /// The area of a screen for windows, clear of panels and of the status bar's own window; in points and global

@@ -24,29 +24,29 @@ bool hasView(const QWindow* window) {
 
 }  // namespace
 
-/// Tells of windows that entered or left a state such as full screen, once everybody else has followed.
+/// Tells of windows that entered or left a state such as full screen, once everybody else has followed. Such a
+/// window may be gone by then.
 class MacCompositing::WindowStates final : public QObject {
 public:
-    explicit WindowStates(std::function<void(QWindow*)> onChange) : onChange_(std::move(onChange)) {}
+    explicit WindowStates(std::function<void(const QObject*)> onChange) : onChange_(std::move(onChange)) {}
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::WindowStateChange) {
-            const QPointer window = qobject_cast<QWindow*>(watched);
             QMetaObject::invokeMethod(
-                this, [this, window] { onChange_(window); }, Qt::QueuedConnection);
+                this, [this, watched] { onChange_(watched); }, Qt::QueuedConnection);
         }
         return QObject::eventFilter(watched, event);
     }
 
 private:
-    const std::function<void(QWindow*)> onChange_;
+    const std::function<void(const QObject*)> onChange_;
 };
 
 MacCompositing::MacCompositing(NativeVisualEffects& effects, const UserSettings& settings)
     : effects_(effects),
       settings_(settings),
-      states_(std::make_unique<WindowStates>([this](const QWindow* window) { layAgain(window); })),
+      states_(std::make_unique<WindowStates>([this](const QObject* window) { layAgain(window); })),
       materialChanges_(settings.glassMaterial.subscribe([this](GlassMaterialStyle) { followMaterial(); })) {}
 
 MacCompositing::~MacCompositing() = default;
@@ -75,10 +75,10 @@ void MacCompositing::followMaterial() {
     }
 }
 
-void MacCompositing::layAgain(const QWindow* window) {
+void MacCompositing::layAgain(const QObject* window) {
     for (const Glass& glass : std::as_const(glass_)) {
         // AppKit has built a new frame, without the pane.
-        if (glass.window == window && hasView(window)) {
+        if (glass.window == window && hasView(glass.window)) {
             lay(glass);
         }
     }

@@ -42,7 +42,7 @@ private:
 
     void lay(const Glass& glass) const;
     void followMaterial();
-    void layAgain(const QWindow* window);
+    void layAgain(const QObject* window);
 
     NativeVisualEffects& effects_;
     const UserSettings& settings_;

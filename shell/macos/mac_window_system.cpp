@@ -91,13 +91,18 @@ bool MacWindowSystem::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MacWindowSystem::dress(QWidget& window) {
-    if (!isOfApplication(window) || window.isFullScreen()) {
+    if (!isOfApplication(window)) {
         return;
     }
-    windows_.dress(static_cast<NativeView>(window.winId()), styleOf(window));
-    // The widget learns of a change of its state when it is requested, its window when it has happened.
-    window.windowHandle()->installEventFilter(this);
-    applyLevel(window);
+    const auto view = static_cast<NativeView>(window.winId());
+    // Only the window knows the present state: the widget hears of its own requests too early, and of the system's
+    // changes after the window's filters.
+    QWindow& handle = *window.windowHandle();
+    handle.installEventFilter(this);
+    if (!handle.windowStates().testFlag(Qt::WindowFullScreen)) {
+        windows_.dress(view, styleOf(window));
+        applyLevel(window);
+    }
 }
 
 void MacWindowSystem::applyLevel(QWidget& window) {

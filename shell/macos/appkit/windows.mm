@@ -25,12 +25,15 @@ NSWindow* windowOf(NativeView view) {
     return ((__bridge NSView*)reinterpret_cast<void*>(view)).window;
 }
 
-/// AppKit builds a new frame for another mask. Meanwhile the content has no size, which the toolkit must not see.
+/// AppKit builds a new frame for another mask. Meanwhile the content has no size, which the toolkit must not see, and
+/// can lose the keyboard.
 void setStyleMask(NSWindow* window, NSWindowStyleMask mask) {
     if (window.styleMask != mask) {
+        NSResponder* const focus = window.firstResponder;
         window.contentView.postsFrameChangedNotifications = NO;
         window.styleMask = mask;
         window.contentView.postsFrameChangedNotifications = YES;
+        [window makeFirstResponder:focus];
     }
 }
 
@@ -67,7 +70,8 @@ public:
     void dressPopover(NativeView view, std::uint64_t collectionBehavior) override {
         NSWindow* const window = windowOf(view);
         window.collectionBehavior = collectionBehavior;
-        // The toolkit's own attribute for it would make it change the levels of every window.
+        // The toolkit's attribute for it would also reset the levels of floating windows whenever the application
+        // becomes active or inactive.
         window.hidesOnDeactivate = NO;
     }
 

@@ -60,7 +60,7 @@ TEST_F(DashboardWindowTest, ShowsWhereItCanBeResized) {
 }
 
 TEST_F(DashboardWindowTest, LeavesResizingToASystemThatDoesIt) {
-    system.hasEdges = true;
+    system.resizesWindows = true;
     show();
 
     hover({window.width() - 1, 200});

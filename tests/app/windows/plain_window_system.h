@@ -29,7 +29,7 @@ public:
     void setFloatingLevel(QWidget& window, bool isFloating) override { levels_[&window] = isFloating; }
     std::unique_ptr<WithdrawalGuard> guardAgainstWithdrawal(QWidget&) override { return nullptr; }
     bool canPlaceWindows() const override { return true; }
-    bool resizesAtEdges() const override { return hasEdges; }
+    bool resizesAtEdges() const override { return resizesWindows; }
     QRect availableArea(const QScreen&) const override { return available; }
     QRect areaClearOfPanels(const QScreen& screen) const override { return screen.availableGeometry(); }
     void onPanelsChanged(std::function<void()> onChange) override { panelsChanged = std::move(onChange); }
@@ -48,7 +48,7 @@ public:
         return level != levels_.end() && level->second;
     }
 
-    bool hasEdges = false;                            ///< of its own, to resize windows at
+    bool resizesWindows = false;                      ///< at their edges
     QRect available{0, 0, 1920, 1080};                ///< on every screen
     std::pair<const QWidget*, const QWidget*> above;  ///< the last window kept above another
 

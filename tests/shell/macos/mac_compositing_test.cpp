@@ -72,6 +72,31 @@ TEST_F(MacCompositingTest, LaysTheGlassAgainOnceAWindowHasChangedItsState) {
     EXPECT_EQ(effects.panes, laid);
 }
 
+TEST_F(MacCompositingTest, LeavesTheGlassOfOtherWindowsAlone) {
+    QWindow other;
+    compositing.requestBlurBehind(*window, QRect(0, 0, 330, 325));
+    compositing.requestBlurBehind(other, QRect(0, 0, 330, 325));
+    QWindowStateChangeEvent change(Qt::WindowFullScreen);
+
+    QCoreApplication::sendEvent(&other, &change);
+    effects.panes.clear();
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(pane(), nullptr);
+    EXPECT_EQ(effects.panes.size(), 1U);
+}
+
+TEST_F(MacCompositingTest, MakesNoWindowForItsGlass) {
+    compositing.requestBlurBehind(*window, QRect(0, 0, 330, 325));
+    QWindowStateChangeEvent change(Qt::WindowFullScreen);
+    QCoreApplication::sendEvent(window.get(), &change);
+
+    window->destroy();
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(window->handle(), nullptr);
+}
+
 TEST_F(MacCompositingTest, LaysNoGlassBehindWindowsThatGaveItUp) {
     compositing.requestBlurBehind(*window, QRect(0, 0, 330, 325));
     compositing.requestBlurBehind(*window, {});

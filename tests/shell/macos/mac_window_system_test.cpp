@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <QWindow>
+#include <QWindowStateChangeEvent>
 
 #include <gtest/gtest.h>
 
@@ -16,11 +17,17 @@ NativeView viewOf(const QWidget& window) {
     return static_cast<NativeView>(window.effectiveWinId());
 }
 
+/// A window that can give up the system's window.
+struct Window : QWidget {
+    Window() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {}
+    using QWidget::destroy;
+};
+
 struct MacWindowSystemTest : testing::Test {
     test::FakeWindows windows;
     test::FakeApplication application;
     MacWindowSystem system{windows, application};
-    QWidget window{nullptr, Qt::Window | Qt::FramelessWindowHint};
+    Window window;
 
     test::FakeWindows::Window& native() { return windows.windows[viewOf(window)]; }
 
@@ -91,6 +98,34 @@ TEST_F(MacWindowSystemTest, LeavesTheLookInFullScreenToTheToolkit) {
     system.makeKeyAndOrderFront(window);
 
     EXPECT_FALSE(native().style);
+}
+
+TEST_F(MacWindowSystemTest, FollowsFullScreenThatTheSystemStartsAndEnds) {
+    system.makeKeyAndOrderFront(window);
+    native() = {};
+
+    window.windowHandle()->setWindowStates(Qt::WindowFullScreen);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(native().style);
+    window.windowHandle()->setWindowStates(Qt::WindowNoState);
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(native().style, window_style::ofResizableWindow);
+}
+
+TEST_F(MacWindowSystemTest, RestoresTheLookOfAWindowThatReturnedInFullScreen) {
+    system.makeKeyAndOrderFront(window);
+    window.setWindowState(Qt::WindowFullScreen);
+    window.hide();
+    // As windows do that free their memory.
+    window.destroy();
+    system.makeKeyAndOrderFront(window);
+    native() = {};
+
+    window.windowHandle()->setWindowStates(Qt::WindowNoState);
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(native().style, window_style::ofResizableWindow);
 }
 
 TEST_F(MacWindowSystemTest, LeavesThePopoversLookToTheToolkit) {

@@ -16,7 +16,10 @@ enum NSWindowOrderingMode : NSInteger { NSWindowAbove = 1, NSWindowBelow = -1, N
 using NSAutoresizingMaskOptions = NSUInteger;
 enum : NSAutoresizingMaskOptions { NSViewWidthSizable = 2, NSViewHeightSizable = 16 };
 
-@interface NSView : NSObject
+@interface NSResponder : NSObject
+@end
+
+@interface NSView : NSResponder
 - (instancetype)initWithFrame:(NSRect)frameRect;
 @property(nullable, readonly, unsafe_unretained) NSWindow* window;
 @property(nullable, readonly, unsafe_unretained) NSView* superview;
@@ -98,7 +101,7 @@ enum NSWindowTitleVisibility : NSInteger { NSWindowTitleVisible = 0, NSWindowTit
 enum NSWindowButton : NSUInteger { NSWindowCloseButton, NSWindowMiniaturizeButton, NSWindowZoomButton };
 using NSWindowLevel = NSInteger;
 
-@interface NSWindow : NSObject
+@interface NSWindow : NSResponder
 @property(nullable, strong) __kindof NSView* contentView;
 @property NSWindowStyleMask styleMask;
 @property NSWindowLevel level;
@@ -112,6 +115,8 @@ using NSWindowLevel = NSInteger;
 @property BOOL hasShadow;
 @property BOOL hidesOnDeactivate;
 @property(readonly) NSInteger windowNumber;
+@property(nullable, readonly, weak) NSResponder* firstResponder;
+- (BOOL)makeFirstResponder:(nullable NSResponder*)responder;
 - (nullable NSButton*)standardWindowButton:(NSWindowButton)button;
 - (NSRect)convertRectToScreen:(NSRect)rect;
 - (void)orderWindow:(NSWindowOrderingMode)place relativeTo:(NSInteger)otherWin;
