@@ -160,7 +160,8 @@ void measureSurface(const Program& kestro, const std::string& name, const std::f
     runFor(3s);
     measureState(kestro.pid(), name + " open", time, budget);
     close();
-    runFor(5s);
+    // By then the hidden window has been destroyed, once, to free its memory.
+    runFor(15s);
     measureState(kestro.pid(), name + " closed again", time, idleBudget);
 }
 
