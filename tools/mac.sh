@@ -86,7 +86,7 @@ cmd_package() {
     rm -rf "$folder" "$archive"
     mkdir -p "$folder"
     ditto "$app" "$folder/Kestro.app"
-    # Left to itself, macdeployqt would copy every plug-in that is installed, with libraries of other formulas.
+    # Left to itself, macdeployqt would also copy plug-ins that Kestro does not use, with their libraries.
     contents=$folder/Kestro.app/Contents
     plugins=$("$(brew --prefix)/bin/qtpaths" --query QT_INSTALL_PLUGINS)
     for plugin in platforms/libqcocoa.dylib styles/libqmacstyle.dylib; do

@@ -37,6 +37,12 @@ private:
     const std::unique_ptr<NativeWatch> watch_;
 };
 
+/// The widget itself hears of the system's changes only after the filters of its window.
+bool isInFullScreen(const QWidget& window) {
+    const QWindow* const handle = window.windowHandle();
+    return handle != nullptr && handle->windowStates().testFlag(Qt::WindowFullScreen);
+}
+
 }  // namespace
 
 void MacWindowSystem::makeKeyAndOrderFront(QWidget& window) {
@@ -95,11 +101,8 @@ void MacWindowSystem::dress(QWidget& window) {
         return;
     }
     const auto view = static_cast<NativeView>(window.winId());
-    // Only the window knows the present state: the widget hears of its own requests too early, and of the system's
-    // changes after the window's filters.
-    QWindow& handle = *window.windowHandle();
-    handle.installEventFilter(this);
-    if (!handle.windowStates().testFlag(Qt::WindowFullScreen)) {
+    window.windowHandle()->installEventFilter(this);
+    if (!isInFullScreen(window)) {
         windows_.dress(view, styleOf(window));
         applyLevel(window);
     }
@@ -107,7 +110,7 @@ void MacWindowSystem::dress(QWidget& window) {
 
 void MacWindowSystem::applyLevel(QWidget& window) {
     const NativeView view = viewOf(window);
-    if (view != 0 && isOfApplication(window)) {
+    if (view != 0 && isOfApplication(window) && !isInFullScreen(window)) {
         const bool isFloating = window.property(floatingProperty).toBool();
         windows_.setLevel(view, isFloating ? window_style::floatingLevel : window_style::normalLevel);
     }

@@ -25,8 +25,8 @@ NSWindow* windowOf(NativeView view) {
     return ((__bridge NSView*)reinterpret_cast<void*>(view)).window;
 }
 
-/// AppKit builds a new frame for another mask. Meanwhile the content has no size, which the toolkit must not see, and
-/// can lose the keyboard.
+/// AppKit builds a new frame for another mask. Meanwhile the content has no size, which the toolkit must not see; the
+/// content can also lose the keyboard.
 void setStyleMask(NSWindow* window, NSWindowStyleMask mask) {
     if (window.styleMask != mask) {
         NSResponder* const focus = window.firstResponder;

@@ -256,6 +256,18 @@ struct MacClocks : OnFakes<MacClock> {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, ClockContract, MacClocks);
 
+TEST(MacClock, CountsSleepSinceBootOnly) {
+    MacClocks subject;
+    const Clock& clock = subject.port();
+    const auto awake = clock.monotonicNow();
+    EXPECT_EQ(clock.sinceBoot(), 65s);
+
+    subject.mac.kernel.asleep += 10'000'000'000;
+
+    EXPECT_EQ(clock.sinceBoot(), 75s);
+    EXPECT_EQ(clock.monotonicNow(), awake);
+}
+
 struct MacCommands {
     MacCommandRunner made;
 

@@ -96,8 +96,10 @@ TEST_F(MacWindowSystemTest, LeavesTheLookInFullScreenToTheToolkit) {
 
     reportState(Qt::WindowNoState);
     system.makeKeyAndOrderFront(window);
+    system.setFloatingLevel(window, true);
 
     EXPECT_FALSE(native().style);
+    EXPECT_FALSE(native().level);
 }
 
 TEST_F(MacWindowSystemTest, FollowsFullScreenThatTheSystemStartsAndEnds) {
